@@ -1,0 +1,34 @@
+// Whole files, replaced whole or not at all, and their dates.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "platform/Export.h"
+
+namespace platform {
+
+PLATFORM_API bool FileExists(const std::string& path);    // anything at all stands there
+PLATFORM_API bool FolderExists(const std::string& path);
+
+// Reads a regular file; on failure the content is untouched. A folder gives std::errc::is_a_directory.
+PLATFORM_API std::error_code ReadFile(const std::string& path, std::string& content);
+// Puts bytes in place of the file at path, whole or not at all: written beside, synced, renamed. The mode of an
+// existing file is kept. On failure the old file is untouched and nothing is left beside it.
+PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
+// Copies a regular file to a place where none stands yet or replaces the one there, like ReplaceFile.
+PLATFORM_API std::error_code CopyFile(const std::string& from, const std::string& to);
+// Makes the folder and those above it, the last with this mode; an existing folder is no error.
+PLATFORM_API std::error_code MakeFolder(const std::string& path, unsigned mode = 0755);
+PLATFORM_API std::error_code RemoveTree(const std::string& path);
+
+// Modification date in nanoseconds since the epoch; 0 means failure.
+PLATFORM_API uint64_t GetFileModificationDate(const std::string& path);
+PLATFORM_API bool SetFileModificationDate(const std::string& path, uint64_t date);
+
+// One line for a person: "No such file", "Permission denied" and so on.
+PLATFORM_API std::string DescribeError(const std::error_code& error);
+
+}  // namespace platform

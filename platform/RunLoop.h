@@ -1,0 +1,80 @@
+// The event loop of a process: timers, callbacks posted from other threads, and descriptors to watch.
+//
+// Timers and watched descriptors belong to the thread that runs the loop; Post and Wake may be called from any.
+// A callback may run the loop again (a modal loop). An exception that leaves a callback is reported on
+// standard error and to the trace, and the loop goes on.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/Export.h"
+
+namespace platform {
+
+enum class RunLoopMode : uint8_t {
+  kDefault,  // ordinary events
+  kModal,    // while a modal window or a menu is up
+  kCommon,   // for timers only: fires in both
+};
+
+class RunLoop;
+
+// A handle on a timer of a loop. Destroying the handle leaves the timer in the loop.
+class PLATFORM_API RunLoopTimer {
+ public:
+  // First date in seconds of Clock; an interval above 0 repeats.
+  using Callback = std::function<void(RunLoopTimer&)>;
+  RunLoopTimer(double firstDate, double interval, Callback callback);
+
+  double NextFireDate() const { return nextFireDate_; }
+  void SetNextFireDate(double date) { nextFireDate_ = date; }
+  bool IsValid() const { return valid_; }
+  // It never fires again and drops its callback once that has returned.
+  void Invalidate();
+
+ private:
+  friend class RunLoop;
+  double nextFireDate_;
+  double interval_;
+  bool valid_ = true;
+  bool firing_ = false;
+  Callback callback_;
+};
+
+using RunLoopTimerRef = std::shared_ptr<RunLoopTimer>;
+
+class PLATFORM_API RunLoop {
+ public:
+  static RunLoop& Main();
+  RunLoop();
+  ~RunLoop();
+  RunLoop(const RunLoop&) = delete;
+  RunLoop& operator=(const RunLoop&) = delete;
+
+  void AddTimer(const RunLoopTimerRef& timer, RunLoopMode mode);
+  void RemoveTimer(const RunLoopTimerRef& timer);
+
+  // Any thread: runs the callback on the loop's thread, in whatever mode it is, in the order of posting.
+  void Post(std::function<void()> callback);
+
+  // Calls back while the descriptor is readable or hung up, until removed. The descriptor is not owned.
+  void WatchDescriptor(int descriptor, std::function<void()> callback);
+  void UnwatchDescriptor(int descriptor);
+
+  // Runs for a number of seconds of Clock. With a driven clock it steps the clock from timer to timer, polls
+  // descriptors and posted callbacks at each step without waiting, and returns with the clock at the end;
+  // with the system's time it really waits. Stop ends it early.
+  void RunFor(double seconds, RunLoopMode mode = RunLoopMode::kDefault);
+  // Runs until the condition holds, or for at most so many seconds of real time; true if it holds. The condition is
+  // tested before any wait and after each callback. A driven clock stands still meanwhile.
+  bool RunUntil(const std::function<bool()>& condition, double mostRealSeconds,
+                RunLoopMode mode = RunLoopMode::kDefault);
+  void Stop();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace platform

@@ -1,0 +1,71 @@
+// Windows of the host as a plug-in sees them: a title, a number, a content view with named subviews, key events.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Export.h"
+
+namespace platform {
+
+struct KeyEvent {
+  int type = 10;  // 10 is key down
+  double x = 0, y = 0;
+  unsigned modifierFlags = 0;
+  double timestamp = 0.0;
+  int windowNumber = 0;
+  std::string characters;
+  std::string charactersIgnoringModifiers;
+  bool isRepeat = false;
+  int keyCode = 0;  // 53 is Escape
+};
+
+enum class WindowOrdering { kOut = 0, kAbove = 1, kBelow = -1 };
+
+struct View {
+  std::string className;  // "NSButton", "NSTextField", ...
+  std::string title;
+};
+
+class Window;
+using OrderWindowMethod = void (*)(Window& window, WindowOrdering place, int relativeTo);
+
+class PLATFORM_API Window {
+ public:
+  using KeyHandler = std::function<void(Window&, const KeyEvent&)>;
+
+  Window(std::string title, std::vector<View> contentSubviews, KeyHandler onKey);
+  ~Window();
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+
+  const std::string& Title() const { return title_; }
+  int Number() const { return number_; }
+  const std::vector<View>& ContentSubviews() const { return subviews_; }
+  bool IsVisible() const { return visible_; }
+
+  // Shows or hides the window through the method in force (see ExchangeOrderWindowMethod).
+  void OrderWindow(WindowOrdering place, int relativeTo);
+  void SendEvent(const KeyEvent& event);
+
+  // The platform's own method, which shows or hides.
+  static void PlatformOrderWindow(Window& window, WindowOrdering place, int relativeTo);
+
+  // The window for which a modal loop runs now; null outside one. The host sets it.
+  static Window* Modal();
+  static void SetModal(Window* window);
+
+ private:
+  std::string title_;
+  std::vector<View> subviews_;
+  KeyHandler onKey_;
+  int number_;
+  bool visible_ = false;
+};
+
+// Puts the given method in force and stores the one that was in force into it, so that a call through the same
+// variable reaches the former method.
+PLATFORM_API void ExchangeOrderWindowMethod(OrderWindowMethod& method);
+
+}  // namespace platform

@@ -1,0 +1,105 @@
+// The operations of the XMP toolkit that the system calls, over exempi. Smart handlers and packet scanning are the
+// library's. Failures of the library are thrown as XMP_Error; a value that is absent is a false result.
+// Paths and options are those of the XMP data model ("slug[1]", "slug[1]/ns:field").
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "platform/Export.h"
+
+namespace platform {
+
+using XMP_OptionBits = uint32_t;
+using XMP_Index = int32_t;
+
+inline constexpr XMP_OptionBits kXMP_PropValueIsStruct = 0x00000100;
+inline constexpr XMP_OptionBits kXMP_PropValueIsArray = 0x00000200;
+inline constexpr XMP_OptionBits kXMPFiles_OpenForRead = 0x00000001;
+inline constexpr XMP_OptionBits kXMPFiles_OpenForUpdate = 0x00000002;
+inline constexpr XMP_OptionBits kXMPFiles_OpenUseSmartHandler = 0x00000020;
+inline constexpr XMP_OptionBits kXMPFiles_OpenUsePacketScanning = 0x00000040;
+inline constexpr XMP_Index kXMP_ArrayLastItem = -1;
+inline constexpr uint32_t kXMP_UnknownFile = 0x20202020;
+inline constexpr const char* kXMP_NS_PagedText = "http://ns.adobe.com/xap/1.0/t/pg/";
+inline constexpr const char* kXMP_NS_FontType = "http://ns.adobe.com/xap/1.0/sType/Font#";
+
+class PLATFORM_API XMP_Error : public std::runtime_error {
+ public:
+  XMP_Error(int id, const std::string& message);
+  ~XMP_Error() override;
+  int GetID() const { return id_; }
+
+ private:
+  int id_;
+};
+
+// The interface level that this adapter speaks.
+struct XMP_VersionInfo {
+  uint8_t major = 0, minor = 0, micro = 0;
+  const char* message = "";
+};
+
+class PLATFORM_API TXMPMeta {
+ public:
+  static void GetVersionInfo(XMP_VersionInfo* info);
+  static bool Initialize();
+  static void Terminate();
+  // The prefix in use comes back; it may differ from the suggested one. False if the library refuses.
+  static bool RegisterNamespace(const char* uri, const char* suggestedPrefix, std::string* registeredPrefix);
+
+  TXMPMeta();
+  ~TXMPMeta();
+  TXMPMeta(TXMPMeta&&) noexcept;
+  TXMPMeta& operator=(TXMPMeta&&) noexcept;
+
+  XMP_Index CountArrayItems(const char* ns, const char* array) const;
+  bool GetProperty(const char* ns, const char* path, std::string* value, XMP_OptionBits* options) const;
+  bool GetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field, std::string* value,
+                      XMP_OptionBits* options) const;
+  bool GetArrayItem(const char* ns, const char* array, XMP_Index index, std::string* value,
+                    XMP_OptionBits* options) const;
+  void DeleteProperty(const char* ns, const char* path);
+  void SetProperty(const char* ns, const char* path, const char* value);
+  void AppendArrayItem(const char* ns, const char* array, XMP_OptionBits arrayOptions, const char* value,
+                       XMP_OptionBits itemOptions);
+  void SetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
+                      const char* value);
+  // The serialized packet, for tests and reports.
+  std::string Serialize() const;
+
+ private:
+  friend class TXMPFiles;
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+class PLATFORM_API TXMPFiles {
+ public:
+  static bool Initialize();
+  static void Terminate();
+
+  TXMPFiles();
+  ~TXMPFiles();  // closes an open file without writing
+  bool OpenFile(const char* path, uint32_t format, XMP_OptionBits options);
+  bool GetXMP(TXMPMeta* meta);
+  bool CanPutXMP(const TXMPMeta& meta);
+  void PutXMP(const TXMPMeta& meta);
+  // Writes what was put: into a copy beside the file, read back and compared with what was put, then renamed over the
+  // file, so that a failed write leaves the old file. Throws XMP_Error if what was put cannot be read back.
+  void CloseFile();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+class PLATFORM_API TXMPUtils {
+ public:
+  // The path of an item, 1-based, or kXMP_ArrayLastItem.
+  static void ComposeArrayItemPath(const char* ns, const char* array, XMP_Index index, std::string* path);
+};
+
+}  // namespace platform
