@@ -1,0 +1,45 @@
+// What the agent and its clients say to each other, and where they find each other.
+//
+// The agent listens on the socket kAgentSocketName in the runtime folder of the state folder (STATE/run). A message is one
+// JSON object in platform/LocalSocket.h's framing.
+//   request       {"id": 7, "call": "ActivateFonts", "arguments": {...}}       id is unique within the connection
+//   reply         {"id": 7, "code": 0, "result": {...}}                        code is a TModuleErrorCode
+//   notification  {"notify": 8, "fontID": 12}  or {"notify": 2, "payload": {...}}   notify is an ECallbackKind
+// Calls are named like the exported functions that they serve; arguments and results are listed in docs/PROTOCOL.md.
+// A connection is one client; what it activated and did not give back is given back when it ends, unless it said so
+// with "KeepActivations".
+#pragma once
+
+#include <cstdint>
+
+namespace agent_protocol {
+
+inline constexpr const char* kAgentName = "Nexcore";
+inline constexpr const char* kAgentIdentifier = "com.velorant.Nexcore";
+inline constexpr const char* kAgentSocketName = "nexcore.sock";
+inline constexpr int32_t kProtocolVersion = 1;
+
+// The agent's one argument is its state folder. It reads STATE/nexcore.json there:
+//   {"library": ["/folder", ...],      folders to scan, with those below them
+//    "desktop": false,                 true: activate in the user's own font folder
+//    "exitWithLastClient": true}       end when the last client has gone
+// and keeps:
+//   STATE/run/             the socket and the list of running applications, mode 0700
+//   STATE/agent/index.db   what a scan found; may be deleted at any time
+//   STATE/agent/user.db    sets, smart lists, activations; migrated, never deleted
+//   STATE/active/0 .. f    the links that make fonts active, spread by the last hexadecimal digit of the font ID
+//   STATE/fonts.conf       the fontconfig file, made by whoever set up the state folder
+inline constexpr const char* kConfigurationName = "nexcore.json";
+inline constexpr const char* kActiveFolderName = "active";
+
+// Activation states of a font as the agent reports them ("ActivationStatus").
+enum AgentActivationState : int32_t {
+  kInactive = 0,
+  kAutoActivated = 1,      // for a document, by a plug-in
+  kAutoActivatedAgain = 2, // restored for a client after a restart of the agent
+  kPreviewActivated = 3,   // for a look, until the agent ends
+  kActivated = 4,          // by the user, until the user says otherwise
+  kSystemActive = 5,       // by the operating system; not the agent's to change
+};
+
+}  // namespace agent_protocol

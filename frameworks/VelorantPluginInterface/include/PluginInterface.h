@@ -1,0 +1,196 @@
+// The agent interface library's exported functions: one list from which the library, the plug-in's table of pointers and
+// the fakes of the tests are made.
+//
+// Strings are NUL-terminated UTF-8. Font IDs, workgroup IDs and counts are 32-bit unsigned; 0 as a workgroup means all.
+// A result of type TModuleErrorCode is 0 for success. Values (platform::ValueRef) put into an out parameter belong to the
+// caller; those marked "filled" are given empty by the caller and are appended to. Calls block until the agent has
+// answered; an agent that is gone gives one of the agent-gone codes. Every function may be called from any thread.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Value.h"
+
+namespace PluginInterface {
+
+using TModuleErrorCode = uint32_t;
+using FacadeHandle = uint64_t;
+using ValueRef = platform::ValueRef;
+
+// What the agent tells through the notification callback. The payload behind `data` is given with each kind; it is
+// borrowed for the length of the call.
+enum ECallbackKind : uint32_t {
+  kAgentShutdown = 0,
+  kOnlineStateChanged = 1,      // const int32_t*, used as a boolean
+  kLoggedInStateChanged = 2,    // ValueRef of a dictionary: "isLoggedIn" boolean, "serverType" integer
+  kWorkgroupsChanged = 3,
+  kUserPermissionsChanged = 4,
+  kFontActivated = 8,           // const uint32_t*, the font ID
+  kFontDeactivated = 9,         // const uint32_t*
+  kFontMissing = 10,            // const uint32_t*
+  kGoogleWebFontsEnabled = 14,  // const int32_t*, used as a boolean
+  kGoogleReplicationProgress = 15,  // ValueRef of a dictionary, as the other progress kinds
+  kGoogleReplicationStopped = 16,
+  kPreviewPNGsRendered = 17,  // ValueRef of a dictionary: font ID as decimal text to a dictionary with "pngBytes" ...
+  kSmartListsChanged = 18,
+  kBulkReplicationProgress = 19,
+  kBulkReplicationStopped = 20,
+  kIncrementalReplicationProgress = 21,
+  kIncrementalReplicationStopped = 22,
+  kPanelDataChanged = 23,
+  kDesignActivationNonCompliant = 24,  // const uint32_t*
+  kOfflineDownloadFinished = 25,
+  kFontServerReplicationProgress = 27,
+  kFontServerReplicationStopped = 28,
+};
+
+// Runs on the library's reader thread. Its result is not looked at.
+using NotificationCallback = TModuleErrorCode (*)(ECallbackKind kind, void* data);
+
+// What GetFontInfoByID writes of a font beside its dictionary; it starts at the record's font ID.
+struct FontRecordFields {
+  uint32_t nDatabaseID;
+  uint8_t agentFields[74];
+};
+
+// Codes that callers compare with numbers.
+inline constexpr TModuleErrorCode kAgentShutdownCode = 0x0200200D;
+inline constexpr TModuleErrorCode kServiceUnavailableCode = 0x0300100E;
+inline constexpr TModuleErrorCode kNotImplementedCode = 0x08000000;
+
+}  // namespace PluginInterface
+
+// X(name, result, (parameters)) in the order of the table.
+// clang-format off
+#define PLUGIN_INTERFACE_COLUMN(X, name) X(name, uint32_t, (char* buffer, uint32_t size))
+#define PLUGIN_INTERFACE_STATE(X, name) X(name, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, int32_t* out))
+#define PLUGIN_INTERFACE_FUNCTIONS(X)                                                                                  \
+  X(ActivateFonts, PluginInterface::TModuleErrorCode,                                                                  \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t zero, uint32_t kind,           \
+     uint32_t one, uint32_t alsoOne, uint32_t failedCapacity, uint32_t refusedCapacity, uint32_t* failedIDs,           \
+     uint32_t* refusedIDs, uint32_t* failedCount, uint32_t* refusedCount))                                             \
+  X(AddFontsToSets, PluginInterface::TModuleErrorCode,                                                                 \
+    (PluginInterface::FacadeHandle h, uint32_t setCount, const uint32_t* setIDs, uint32_t count,                       \
+     const uint32_t* fontIDs))                                                                                         \
+  X(BeginLogging, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, const char* logName))           \
+  X(CanExportFonts, PluginInterface::TModuleErrorCode,                                                                 \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, int32_t* out))                          \
+  X(CreateTopLevelSet, PluginInterface::TModuleErrorCode,                                                              \
+    (PluginInterface::FacadeHandle h, uint32_t* outSetID, uint32_t workgroupID, const char* name, uint32_t zero,       \
+     uint32_t alsoZero, uint32_t count, const uint32_t* fontIDs))                                                      \
+  X(DeactivateFonts, PluginInterface::TModuleErrorCode,                                                                \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t zero))                         \
+  X(DestroyThreadInstance, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h))                       \
+  X(EnableDesignActivation, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h))                      \
+  X(ExportFonts, PluginInterface::TModuleErrorCode,                                                                    \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, const char* folder, uint32_t zero,      \
+     uint32_t alsoZero))                                                                                               \
+  X(FindFontsInSameFamilyForActivation, PluginInterface::TModuleErrorCode,                                             \
+    (PluginInterface::ValueRef fontRecord, const uint32_t* workgroupIDs, uint32_t workgroupCount,                      \
+     PluginInterface::ValueRef filledArray))                                                                           \
+  PLUGIN_INTERFACE_COLUMN(X, GetActivationStateColumnID)                                                               \
+  X(GetAllWorkgroupsForUser, PluginInterface::TModuleErrorCode,                                                        \
+    (PluginInterface::FacadeHandle h, PluginInterface::ValueRef* outArray, bool includeSpecial, bool flag))            \
+  PLUGIN_INTERFACE_STATE(X, GetAreSchemaVersionsInSync)                                                                \
+  X(RegisterForNotifications, PluginInterface::TModuleErrorCode,                                                       \
+    (PluginInterface::FacadeHandle h, PluginInterface::NotificationCallback callback))                                 \
+  X(UnregisterForNotifications, PluginInterface::TModuleErrorCode,                                                     \
+    (PluginInterface::FacadeHandle h, PluginInterface::NotificationCallback callback))                                 \
+  PLUGIN_INTERFACE_COLUMN(X, GetCanActivateAcrossWorkgroupsColumnID)                                                   \
+  X(GetClientFontActivationStates, PluginInterface::TModuleErrorCode,                                                  \
+    (uint32_t count, const uint32_t* fontIDs, uint32_t* outFlags))                                                     \
+  X(GetDefaultLibraryName, PluginInterface::TModuleErrorCode,                                                          \
+    (PluginInterface::FacadeHandle h, char* buffer, uint32_t size))                                                    \
+  PLUGIN_INTERFACE_COLUMN(X, GetExportFontsColumnID)                                                                   \
+  PLUGIN_INTERFACE_COLUMN(X, GetFamilyGroupIDColumnID)                                                                 \
+  PLUGIN_INTERFACE_COLUMN(X, GetFamilyGroupNameColumnID)                                                               \
+  PLUGIN_INTERFACE_COLUMN(X, GetFamilyNameColumnID)                                                                    \
+  PLUGIN_INTERFACE_COLUMN(X, GetFileSizeColumnID)                                                                      \
+  PLUGIN_INTERFACE_COLUMN(X, GetFontFaceIDColumnID)                                                                    \
+  X(GetFontInfoByID, PluginInterface::TModuleErrorCode,                                                                \
+    (PluginInterface::FacadeHandle h, const uint32_t* workgroupIDs, uint32_t workgroupCount,                           \
+     PluginInterface::ValueRef request, PluginInterface::FontRecordFields* outFields,                                  \
+     PluginInterface::ValueRef* outDictionary))                                                                        \
+  X(GetFontIsActivated, PluginInterface::TModuleErrorCode,                                                             \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t* outFlags))                    \
+  PLUGIN_INTERFACE_COLUMN(X, GetFontLocationColumnID)                                                                  \
+  PLUGIN_INTERFACE_COLUMN(X, GetGlyphsureChecksumColumnID)                                                             \
+  PLUGIN_INTERFACE_COLUMN(X, GetFontTypeColumnID)                                                                      \
+  X(GetFontVaultPath, PluginInterface::TModuleErrorCode,                                                               \
+    (PluginInterface::FacadeHandle h, uint32_t size, char* buffer))                                                    \
+  PLUGIN_INTERFACE_COLUMN(X, GetFontVersionColumnID)                                                                   \
+  X(GetFontsByPostscriptName, PluginInterface::TModuleErrorCode,                                                       \
+    (PluginInterface::FacadeHandle h, const char* name, const uint32_t* workgroupIDs, uint32_t workgroupCount,         \
+     uint32_t* outFontIDs, uint32_t capacity, uint32_t* outCount))                                                     \
+  X(GetFontsByFamilyName, PluginInterface::TModuleErrorCode,                                                           \
+    (PluginInterface::FacadeHandle h, const char* name, const uint32_t* workgroupIDs, uint32_t workgroupCount,         \
+     uint32_t* outFontIDs, uint32_t capacity, uint32_t* outCount))                                                     \
+  PLUGIN_INTERFACE_COLUMN(X, GetFoundryNameColumnID)                                                                   \
+  PLUGIN_INTERFACE_STATE(X, GetIsCoreAgentProcessRunning)                                                              \
+  PLUGIN_INTERFACE_COLUMN(X, GetIsFontLocalColumnID)                                                                   \
+  PLUGIN_INTERFACE_STATE(X, GetIsLoggedIn)                                                                             \
+  PLUGIN_INTERFACE_STATE(X, GetIsOnline)                                                                               \
+  PLUGIN_INTERFACE_STATE(X, GetIsStandaloneMode)                                                                       \
+  PLUGIN_INTERFACE_COLUMN(X, GetIsMarquineFileColumnID)                                                                \
+  PLUGIN_INTERFACE_COLUMN(X, GetKerningChecksumColumnID)                                                               \
+  PLUGIN_INTERFACE_COLUMN(X, GetLegacyGlyphsureChecksumColumnID)                                                       \
+  PLUGIN_INTERFACE_COLUMN(X, GetLocalPathColumnID)                                                                     \
+  X(GetPermission, PluginInterface::TModuleErrorCode,                                                                  \
+    (PluginInterface::FacadeHandle h, uint16_t flag, const char* right, uint32_t workgroupID, int32_t* out))           \
+  X(GetPluginFacadeInstance, PluginInterface::FacadeHandle, ())                                                        \
+  X(ResetPluginFacadeInstance, PluginInterface::TModuleErrorCode, ())                                                  \
+  PLUGIN_INTERFACE_COLUMN(X, GetPostscriptNameColumnID)                                                                \
+  PLUGIN_INTERFACE_COLUMN(X, GetDisplayNameColumnID)                                                                   \
+  PLUGIN_INTERFACE_COLUMN(X, GetScannedFoundryColumnID)                                                                \
+  X(GetSystemWorkgroupID, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, uint32_t* out))         \
+  PLUGIN_INTERFACE_COLUMN(X, GetWorkgroupIDColumnID)                                                                   \
+  PLUGIN_INTERFACE_COLUMN(X, GetWorkgroupNameColumnID)                                                                 \
+  PLUGIN_INTERFACE_COLUMN(X, GetWorkgroupTypeColumnID)                                                                 \
+  X(InitAppInstance, PluginInterface::TModuleErrorCode,                                                                \
+    (PluginInterface::FacadeHandle h, uint32_t hostType, uint32_t build))                                              \
+  X(InitThreadInstance, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h))                          \
+  X(IsAllWorkgroups, int32_t, (int32_t workgroupID))                                                                   \
+  X(Log, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, const char* text))                       \
+  X(OSCreateDirectory, PluginInterface::TModuleErrorCode, (const char* path, uint32_t one))                            \
+  X(OSDoesDirectoryExist, int32_t, (const char* path))                                                                 \
+  X(PreviewActivateFonts, PluginInterface::TModuleErrorCode,                                                           \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t zero))                         \
+  X(GetGoogleFonts, PluginInterface::TModuleErrorCode,                                                                 \
+    (PluginInterface::FacadeHandle h, PluginInterface::ValueRef filledArray))                                          \
+  PLUGIN_INTERFACE_STATE(X, GetIsReplicationRunning)                                                                   \
+  PLUGIN_INTERFACE_STATE(X, GetCurrentReplicationMode)                                                                 \
+  PLUGIN_INTERFACE_STATE(X, GetIsGoogleWebFontsEnabled)                                                                \
+  X(SetGoogleWebFontsEnabled, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, int32_t enabled))   \
+  X(GetRenderedPNGsDirectory, PluginInterface::TModuleErrorCode,                                                       \
+    (PluginInterface::FacadeHandle h, char* buffer, uint32_t size))                                                    \
+  X(RenderFontNamePreviewPNGs, PluginInterface::TModuleErrorCode,                                                      \
+    (PluginInterface::FacadeHandle h, uint32_t highPriorityCount, const uint32_t* highPriorityIDs, uint32_t count,     \
+     const uint32_t* fontIDs, uint32_t panelValue, uint32_t pointSize, uint32_t width, uint32_t height, uint32_t one)) \
+  X(RenameSmartList, PluginInterface::TModuleErrorCode,                                                                \
+    (PluginInterface::FacadeHandle h, uint32_t smartListID, const char* name))                                         \
+  X(DeleteSmartList, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, uint32_t smartListID))       \
+  X(GetSmartList, PluginInterface::TModuleErrorCode,                                                                   \
+    (PluginInterface::FacadeHandle h, uint32_t smartListID, PluginInterface::ValueRef* outObject))                     \
+  X(GetPanelSmartListTree, PluginInterface::TModuleErrorCode,                                                          \
+    (PluginInterface::FacadeHandle h, uint32_t smartListID, PluginInterface::ValueRef* outString))                     \
+  X(QueryForSmartListFonts, PluginInterface::TModuleErrorCode,                                                         \
+    (PluginInterface::FacadeHandle h, uint32_t firstCount, const uint32_t* firstIDs, uint32_t secondCount,             \
+     const uint32_t* secondIDs, uint32_t thirdCount, const uint32_t* thirdIDs, PluginInterface::ValueRef filledArray)) \
+  X(GetAllSmartLists, PluginInterface::TModuleErrorCode,                                                               \
+    (PluginInterface::FacadeHandle h, PluginInterface::ValueRef filledArray))                                          \
+  X(CreateSmartList, PluginInterface::TModuleErrorCode,                                                                \
+    (PluginInterface::FacadeHandle h, const char* name, uint32_t firstCount, const uint32_t* firstIDs,                 \
+     uint32_t secondCount, const uint32_t* secondIDs, uint32_t thirdCount, const uint32_t* thirdIDs,                   \
+     uint32_t* outID))                                                                                                 \
+  X(SetSmartListQuery, PluginInterface::TModuleErrorCode,                                                              \
+    (PluginInterface::FacadeHandle h, uint32_t smartListID, uint32_t firstCount, const uint32_t* firstIDs,             \
+     uint32_t secondCount, const uint32_t* secondIDs, uint32_t thirdCount, const uint32_t* thirdIDs))                  \
+  X(GetSmartListFonts, PluginInterface::TModuleErrorCode,                                                              \
+    (PluginInterface::FacadeHandle h, uint32_t smartListID, PluginInterface::ValueRef filledArray))                    \
+  X(CleanUpOnShutdown, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h))                           \
+  X(GetFontConflicts, PluginInterface::TModuleErrorCode,                                                               \
+    (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t* outConflictingIDs))           \
+  X(TrackFontPanelClick, PluginInterface::TModuleErrorCode,                                                            \
+    (PluginInterface::FacadeHandle h, uint32_t fontID, const char* text))                                              \
+  X(CanAccessGoogleFonts, int32_t, (PluginInterface::FacadeHandle h))
+// clang-format on
