@@ -1,0 +1,171 @@
+#include "platform/LocalSocket.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "platform/Files.h"
+
+namespace platform {
+
+namespace {
+
+std::error_code LastError() { return {errno, std::generic_category()}; }
+
+// The address of a socket reached through its folder's descriptor, so that the length of the path does not matter.
+bool MakeAddress(int folder, const std::string& name, sockaddr_un& address) {
+  address = {};
+  address.sun_family = AF_UNIX;
+  const int length = std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, name.c_str());
+  return length > 0 && static_cast<size_t>(length) < sizeof address.sun_path;
+}
+
+Descriptor OpenFolder(const std::string& folder, std::error_code& error) {
+  Descriptor descriptor(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!descriptor) error = LastError();
+  return descriptor;
+}
+
+Descriptor NewSocket(std::error_code& error) {
+  Descriptor descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  if (!descriptor) error = LastError();
+  return descriptor;
+}
+
+bool IsPrivate(int folder) {
+  struct stat info;
+  return fstat(folder, &info) == 0 && info.st_uid == getuid() && (info.st_mode & 0077) == 0;
+}
+
+std::error_code SendAll(int fd, const char* bytes, size_t count) {
+  while (count > 0) {
+    const ssize_t sent = send(fd, bytes, count, MSG_NOSIGNAL);
+    if (sent < 0 && errno == EINTR) continue;
+    if (sent < 0) return LastError();
+    bytes += sent;
+    count -= static_cast<size_t>(sent);
+  }
+  return {};
+}
+
+std::error_code ReceiveAll(int fd, char* bytes, size_t count) {
+  while (count > 0) {
+    const ssize_t got = recv(fd, bytes, count, 0);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return LastError();
+    if (got == 0) return std::make_error_code(std::errc::connection_reset);
+    bytes += got;
+    count -= static_cast<size_t>(got);
+  }
+  return {};
+}
+
+}  // namespace
+
+Descriptor::Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  if (this != &other) {
+    Close();
+    fd_ = std::exchange(other.fd_, -1);
+  }
+  return *this;
+}
+
+Descriptor::~Descriptor() { Close(); }
+
+void Descriptor::Close() {
+  if (fd_ >= 0) close(fd_);
+  fd_ = -1;
+}
+
+Descriptor ConnectLocal(const std::string& folder, const std::string& name, std::error_code& error) {
+  error.clear();
+  const Descriptor at = OpenFolder(folder, error);
+  if (error) return Descriptor();
+  Descriptor descriptor = NewSocket(error);
+  sockaddr_un address;
+  if (error) return Descriptor();
+  if (!MakeAddress(at.Get(), name, address)) {
+    error = std::make_error_code(std::errc::filename_too_long);
+    return Descriptor();
+  }
+  if (connect(descriptor.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    error = LastError();
+    return Descriptor();
+  }
+  return descriptor;
+}
+
+Descriptor ListenLocal(const std::string& folder, const std::string& name, std::error_code& error) {
+  error = MakeFolder(folder, 0700);
+  if (error) return Descriptor();
+  const Descriptor at = OpenFolder(folder, error);
+  if (error) return Descriptor();
+  if (!IsPrivate(at.Get())) {
+    error = std::make_error_code(std::errc::permission_denied);
+    return Descriptor();
+  }
+  std::error_code unreachable;
+  if (ConnectLocal(folder, name, unreachable)) {
+    error = std::make_error_code(std::errc::address_in_use);
+    return Descriptor();
+  }
+  unlinkat(at.Get(), name.c_str(), 0);
+  Descriptor descriptor = NewSocket(error);
+  sockaddr_un address;
+  if (error) return Descriptor();
+  if (!MakeAddress(at.Get(), name, address)) {
+    error = std::make_error_code(std::errc::filename_too_long);
+    return Descriptor();
+  }
+  if (bind(descriptor.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      listen(descriptor.Get(), 16) != 0) {
+    error = LastError();
+    return Descriptor();
+  }
+  return descriptor;
+}
+
+Descriptor AcceptLocal(int listening, std::error_code& error) {
+  error.clear();
+  Descriptor descriptor(accept4(listening, nullptr, nullptr, SOCK_CLOEXEC));
+  if (!descriptor) {
+    error = LastError();
+    return descriptor;
+  }
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  if (getsockopt(descriptor.Get(), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != getuid()) {
+    error = std::make_error_code(std::errc::permission_denied);
+    return Descriptor();
+  }
+  return descriptor;
+}
+
+std::error_code SendMessage(int fd, std::string_view message) {
+  if (message.size() > kLongestMessage) return std::make_error_code(std::errc::message_size);
+  std::string framed(sizeof(uint32_t), '\0');
+  const uint32_t length = htonl(static_cast<uint32_t>(message.size()));
+  framed.replace(0, sizeof length, reinterpret_cast<const char*>(&length), sizeof length);
+  framed.append(message);
+  return SendAll(fd, framed.data(), framed.size());
+}
+
+std::error_code ReceiveMessage(int fd, std::string& message) {
+  uint32_t length = 0;
+  if (const std::error_code error = ReceiveAll(fd, reinterpret_cast<char*>(&length), sizeof length)) return error;
+  length = ntohl(length);
+  if (length > kLongestMessage) return std::make_error_code(std::errc::message_size);
+  message.resize(length);
+  return ReceiveAll(fd, message.data(), length);
+}
+
+}  // namespace platform

@@ -1,0 +1,204 @@
+#include "platform/RunLoop.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/LocalSocket.h"
+#include "platform/Trace.h"
+
+namespace platform {
+
+namespace {
+
+double RealSeconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// The loop of a desktop's host reports what leaves a callback and goes on; one bad callback must not end the host.
+template <class Call>
+void Guarded(const char* what, const Call& call) {
+  std::string problem;
+  try {
+    call();
+    return;
+  } catch (const std::exception& error) {
+    problem = error.what();
+  } catch (...) {
+    problem = "an exception of an unknown type";
+  }
+  const std::string line = std::string("Exception left a ") + what + ": " + problem;
+  std::fprintf(stderr, "%s\n", line.c_str());
+  TraceLine(0, line);
+}
+
+}  // namespace
+
+RunLoopTimer::RunLoopTimer(double firstDate, double interval, Callback callback)
+    : nextFireDate_(firstDate), interval_(interval), callback_(std::move(callback)) {}
+
+void RunLoopTimer::Invalidate() {
+  valid_ = false;
+  if (!firing_) callback_ = nullptr;
+}
+
+struct RunLoop::State {
+  struct Entry {
+    RunLoopTimerRef timer;
+    RunLoopMode mode;
+  };
+  std::vector<Entry> timers;
+  std::map<int, std::function<void()>> descriptors;
+  bool stopped = false;
+
+  std::mutex mutex;  // guards posted
+  std::deque<std::function<void()>> posted;
+  Descriptor wake{eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
+
+  static bool RunsIn(const Entry& entry, RunLoopMode mode) {
+    return entry.mode == RunLoopMode::kCommon || entry.mode == mode;
+  }
+
+  // The date of the timer that fires next in this mode; infinity without one.
+  double NextDate(RunLoopMode mode) const {
+    double next = HUGE_VAL;
+    for (const Entry& entry : timers) {
+      if (entry.timer->IsValid() && !Firing(*entry.timer) && RunsIn(entry, mode)) {
+        next = std::min(next, entry.timer->NextFireDate());
+      }
+    }
+    return next;
+  }
+
+  static bool Firing(const RunLoopTimer& timer) { return timer.firing_; }
+
+  void FireDue(RunLoopMode mode) {
+    const double now = Clock::Now();
+    std::vector<RunLoopTimerRef> due;
+    for (const Entry& entry : timers) {
+      const RunLoopTimer& timer = *entry.timer;
+      if (timer.valid_ && !timer.firing_ && RunsIn(entry, mode) && timer.nextFireDate_ <= now) due.push_back(entry.timer);
+    }
+    std::stable_sort(due.begin(), due.end(),
+                     [](const auto& a, const auto& b) { return a->nextFireDate_ < b->nextFireDate_; });
+    for (const RunLoopTimerRef& timer : due) Fire(*timer, now);
+    std::erase_if(timers, [](const Entry& entry) { return !entry.timer->valid_; });
+  }
+
+  static void Fire(RunLoopTimer& timer, double now) {
+    if (!timer.valid_ || timer.firing_) return;
+    if (timer.interval_ > 0) {
+      // Dates that were missed are skipped, as a real loop does.
+      const double steps = std::floor((now - timer.nextFireDate_) / timer.interval_) + 1;
+      timer.nextFireDate_ += std::max(1.0, steps) * timer.interval_;
+    }
+    timer.firing_ = true;
+    Guarded("timer", [&] { timer.callback_(timer); });
+    timer.firing_ = false;
+    if (timer.interval_ <= 0) timer.valid_ = false;
+    if (!timer.valid_) timer.callback_ = nullptr;
+  }
+
+  bool RunPosted() {
+    std::deque<std::function<void()>> taken;
+    {
+      const std::lock_guard lock(mutex);
+      taken.swap(posted);
+    }
+    for (auto& callback : taken) Guarded("posted callback", callback);
+    return !taken.empty();
+  }
+
+  // Waits at most so long for a descriptor or a posted callback, and serves what is ready.
+  void Poll(double seconds) {
+    std::vector<pollfd> polled{{wake.Get(), POLLIN, 0}};
+    for (const auto& [descriptor, callback] : descriptors) polled.push_back({descriptor, POLLIN, 0});
+    const int milliseconds = static_cast<int>(std::clamp(std::ceil(seconds * 1000), 0.0, 60000.0));
+    const int ready = poll(polled.data(), polled.size(), milliseconds);
+    if (ready > 0 && polled[0].revents) {
+      uint64_t count;
+      [[maybe_unused]] const ssize_t drained = read(wake.Get(), &count, sizeof count);
+    }
+    for (size_t i = 1; ready > 0 && i < polled.size(); ++i) {
+      if (!polled[i].revents) continue;
+      const auto found = descriptors.find(polled[i].fd);
+      if (found == descriptors.end()) continue;
+      const auto callback = found->second;
+      Guarded("descriptor's callback", callback);
+    }
+    RunPosted();
+  }
+};
+
+RunLoop& RunLoop::Main() {
+  static RunLoop sMain;
+  return sMain;
+}
+
+RunLoop::RunLoop() : state_(std::make_unique<State>()) {}
+RunLoop::~RunLoop() = default;
+
+void RunLoop::AddTimer(const RunLoopTimerRef& timer, RunLoopMode mode) { state_->timers.push_back({timer, mode}); }
+
+void RunLoop::RemoveTimer(const RunLoopTimerRef& timer) {
+  std::erase_if(state_->timers, [&](const State::Entry& entry) { return entry.timer == timer; });
+}
+
+void RunLoop::Post(std::function<void()> callback) {
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->posted.push_back(std::move(callback));
+  }
+  const uint64_t one = 1;
+  [[maybe_unused]] const ssize_t written = write(state_->wake.Get(), &one, sizeof one);
+}
+
+void RunLoop::WatchDescriptor(int descriptor, std::function<void()> callback) {
+  state_->descriptors[descriptor] = std::move(callback);
+}
+
+void RunLoop::UnwatchDescriptor(int descriptor) { state_->descriptors.erase(descriptor); }
+
+void RunLoop::RunFor(double seconds, RunLoopMode mode) {
+  state_->stopped = false;
+  const double end = Clock::Now() + seconds;
+  for (;;) {
+    state_->FireDue(mode);
+    const double now = Clock::Now();
+    const double next = std::min(end, state_->NextDate(mode));
+    state_->Poll(Clock::IsDriven() || next <= now ? 0.0 : next - now);
+    if (state_->stopped || Clock::Now() >= end) break;
+    if (Clock::IsDriven() && next > Clock::Now()) Clock::SetDriven(next);
+  }
+  if (!state_->stopped) state_->FireDue(mode);
+}
+
+bool RunLoop::RunUntil(const std::function<bool()>& condition, double mostRealSeconds, RunLoopMode mode) {
+  state_->stopped = false;
+  const double end = RealSeconds() + mostRealSeconds;
+  while (!condition()) {
+    const double left = end - RealSeconds();
+    if (left <= 0 || state_->stopped) return condition();
+    const double next = Clock::IsDriven() ? left : std::min(left, state_->NextDate(mode) - Clock::Now());
+    state_->Poll(std::max(0.0, next));
+    state_->FireDue(mode);
+  }
+  return true;
+}
+
+void RunLoop::Stop() {
+  state_->stopped = true;
+  Post([] {});
+}
+
+}  // namespace platform

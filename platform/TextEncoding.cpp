@@ -1,0 +1,308 @@
+#include "platform/TextEncoding.h"
+
+#include <iconv.h>
+#include <unicode/coll.h>
+#include <unicode/unistr.h>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <cerrno>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <mutex>
+
+namespace platform {
+
+namespace {
+
+class Converter {
+ public:
+  Converter(const char* to, const char* from) : handle_(iconv_open(to, from)) {}
+  ~Converter() {
+    if (IsOpen()) iconv_close(handle_);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+  bool IsOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+
+  std::optional<std::string> Convert(std::string_view in) {
+    if (!IsOpen()) return std::nullopt;
+    std::string out;
+    char buffer[1024];
+    char* next = const_cast<char*>(in.data());
+    size_t left = in.size();
+    while (left > 0) {
+      char* to = buffer;
+      size_t room = sizeof buffer;
+      const size_t result = iconv(handle_, &next, &left, &to, &room);
+      out.append(buffer, sizeof buffer - room);
+      if (result == static_cast<size_t>(-1) && errno != E2BIG) return std::nullopt;
+      if (result != static_cast<size_t>(-1) && result > 0) return std::nullopt;  // something was replaced
+    }
+    return out;
+  }
+
+ private:
+  iconv_t handle_;
+};
+
+const char* NameOf(TextEncoding encoding) {
+  switch (encoding) {
+    case TextEncoding::kMacRoman: return "MACINTOSH";
+    case TextEncoding::kISOLatin1: return "ISO-8859-1";
+    case TextEncoding::kWindowsLatin1: return "CP1252";
+    case TextEncoding::kASCII: return "ASCII";
+    case TextEncoding::kUTF16BE: return "UTF-16BE";
+    case TextEncoding::kUTF8: return "UTF-8";
+    case TextEncoding::kNonLossyASCII: return nullptr;
+  }
+  return nullptr;
+}
+
+void AppendUnit(std::u16string& out, unsigned value) { out.push_back(static_cast<char16_t>(value)); }
+
+std::optional<unsigned> ReadDigits(std::string_view text, size_t count, int base) {
+  if (text.size() < count) return std::nullopt;
+  unsigned value = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const int digit = u_digit(static_cast<unsigned char>(text[i]), static_cast<int8_t>(base));
+    if (digit < 0) return std::nullopt;
+    value = value * static_cast<unsigned>(base) + static_cast<unsigned>(digit);
+  }
+  return value;
+}
+
+// "\\" is a backslash, "\ooo" one of the first 256 characters, "\uxxxx" a UTF-16 unit.
+std::optional<std::string> DecodeNonLossyASCII(std::string_view bytes) {
+  std::u16string units;
+  for (size_t i = 0; i < bytes.size();) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    if (byte > 127) return std::nullopt;
+    if (byte != '\\') {
+      AppendUnit(units, byte);
+      ++i;
+      continue;
+    }
+    const std::string_view rest = bytes.substr(i + 1);
+    if (rest.substr(0, 1) == "\\") {
+      AppendUnit(units, '\\');
+      i += 2;
+    } else if (rest.substr(0, 1) == "u") {
+      const auto unit = ReadDigits(rest.substr(1), 4, 16);
+      if (!unit) return std::nullopt;
+      AppendUnit(units, *unit);
+      i += 6;
+    } else {
+      const auto unit = ReadDigits(rest, 3, 8);
+      if (!unit || *unit > 255) return std::nullopt;
+      AppendUnit(units, *unit);
+      i += 4;
+    }
+  }
+  return UTF16ToUTF8(units);
+}
+
+std::optional<std::string> EncodeNonLossyASCII(std::string_view utf8) {
+  const auto units = UTF8ToUTF16(utf8);
+  if (!units) return std::nullopt;
+  std::string out;
+  char buffer[8];
+  for (const char16_t unit : *units) {
+    if (unit == '\\') {
+      out += "\\\\";
+    } else if (unit < 128) {
+      out.push_back(static_cast<char>(unit));
+    } else {
+      std::snprintf(buffer, sizeof buffer, unit < 256 ? "\\%03o" : "\\u%04x", static_cast<unsigned>(unit));
+      out += buffer;
+    }
+  }
+  return out;
+}
+
+icu::UnicodeString Unicode(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+}
+
+std::string UTF8(const icu::UnicodeString& text) {
+  std::string out;
+  text.toUTF8String(out);
+  return out;
+}
+
+int Sign(int value) { return (value > 0) - (value < 0); }
+
+int CompareBytes(std::string_view a, std::string_view b) { return Sign(a.compare(b)); }
+
+// Texts longer than ICU's index range compare by bytes.
+constexpr size_t kLongestForICU = static_cast<size_t>(std::numeric_limits<int32_t>::max()) / 4;
+
+bool AreForICU(std::string_view a, std::string_view b) {
+  return a.size() < kLongestForICU && b.size() < kLongestForICU && IsValidUTF8(a) && IsValidUTF8(b);
+}
+
+}  // namespace
+
+std::optional<std::string> DecodeText(std::string_view bytes, TextEncoding encoding) {
+  if (encoding == TextEncoding::kUTF8) return IsValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
+  if (encoding == TextEncoding::kNonLossyASCII) return DecodeNonLossyASCII(bytes);
+  Converter converter("UTF-8", NameOf(encoding));
+  return converter.Convert(bytes);
+}
+
+std::optional<std::string> EncodeText(std::string_view utf8, TextEncoding encoding) {
+  if (!IsValidUTF8(utf8)) return std::nullopt;
+  if (encoding == TextEncoding::kUTF8) return std::string(utf8);
+  if (encoding == TextEncoding::kNonLossyASCII) return EncodeNonLossyASCII(utf8);
+  Converter converter(NameOf(encoding), "UTF-8");
+  return converter.Convert(utf8);
+}
+
+bool IsValidUTF8(std::string_view text) {
+  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+  const size_t size = text.size();
+  size_t at = 0;
+  while (at < size) {
+    if (bytes[at] < 0x80) {
+      ++at;
+      continue;
+    }
+    // One sequence is at most 4 bytes, so the macro's 32-bit indexes are taken relative to it.
+    const int32_t most = static_cast<int32_t>(std::min<size_t>(size - at, 4));
+    int32_t length = 0;
+    UChar32 point;
+    U8_NEXT(bytes + at, length, most, point);
+    if (point < 0) return false;
+    at += static_cast<size_t>(length);
+  }
+  return true;
+}
+
+std::optional<std::string> UTF16ToUTF8(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (size_t i = 0; i < text.size(); ++i) {
+    UChar32 point = text[i];
+    if (U16_IS_SURROGATE(point)) {
+      if (!U16_IS_SURROGATE_LEAD(point) || i + 1 >= text.size() || !U16_IS_TRAIL(text[i + 1])) return std::nullopt;
+      point = U16_GET_SUPPLEMENTARY(point, text[i + 1]);
+      ++i;
+    }
+    char buffer[U8_MAX_LENGTH];
+    int32_t length = 0;
+    U8_APPEND_UNSAFE(buffer, length, point);
+    out.append(buffer, static_cast<size_t>(length));
+  }
+  return out;
+}
+
+std::optional<std::u16string> UTF8ToUTF16(std::string_view text) {
+  if (!IsValidUTF8(text)) return std::nullopt;
+  std::u16string out;
+  out.reserve(text.size());
+  for (size_t i = 0; i < text.size();) {
+    int32_t length = 0;
+    UChar32 point;
+    U8_NEXT_UNSAFE(text.data() + i, length, point);
+    i += static_cast<size_t>(length);
+    if (point > 0xFFFF) {
+      out.push_back(static_cast<char16_t>(U16_LEAD(point)));
+      out.push_back(static_cast<char16_t>(U16_TRAIL(point)));
+    } else {
+      out.push_back(static_cast<char16_t>(point));
+    }
+  }
+  return out;
+}
+
+int CompareCaseless(std::string_view a, std::string_view b) {
+  if (!AreForICU(a, b)) return CompareBytes(a, b);
+  return Sign(Unicode(a).caseCompare(Unicode(b), U_FOLD_CASE_DEFAULT));
+}
+
+int CompareLocalizedCaseless(std::string_view a, std::string_view b) {
+  if (!AreForICU(a, b)) return CompareBytes(a, b);
+  static std::mutex sMutex;
+  static std::unique_ptr<icu::Collator> sCollator;
+  const std::lock_guard lock(sMutex);
+  UErrorCode status = U_ZERO_ERROR;
+  if (!sCollator) {
+    sCollator.reset(icu::Collator::createInstance(status));
+    if (U_FAILURE(status) || !sCollator) return CompareCaseless(a, b);
+    sCollator->setStrength(icu::Collator::SECONDARY);
+  }
+  return Sign(sCollator->compare(Unicode(a), Unicode(b), status));
+}
+
+int CompareNumerically(std::string_view a, std::string_view b) {
+  const auto isDigit = [](std::string_view text, size_t at) {
+    return at < text.size() && text[at] >= '0' && text[at] <= '9';
+  };
+  const auto digitsAt = [&](std::string_view text, size_t& at) {
+    while (isDigit(text, at) && text[at] == '0' && isDigit(text, at + 1)) ++at;
+    const size_t start = at;
+    while (isDigit(text, at)) ++at;
+    return text.substr(start, at - start);
+  };
+  size_t i = 0, j = 0;
+  while (i < a.size() && j < b.size()) {
+    if (isDigit(a, i) && isDigit(b, j)) {
+      const std::string_view left = digitsAt(a, i), right = digitsAt(b, j);
+      if (left.size() != right.size()) return left.size() < right.size() ? -1 : 1;
+      if (const int order = CompareBytes(left, right)) return order;
+      continue;
+    }
+    if (a[i] != b[j]) return static_cast<unsigned char>(a[i]) < static_cast<unsigned char>(b[j]) ? -1 : 1;
+    ++i, ++j;
+  }
+  return static_cast<int>(i < a.size()) - static_cast<int>(j < b.size());
+}
+
+bool EqualCaseless(std::string_view a, std::string_view b) { return CompareCaseless(a, b) == 0; }
+
+bool ContainsCaseless(std::string_view text, std::string_view part) {
+  if (!AreForICU(text, part)) return text.find(part) != std::string_view::npos;
+  icu::UnicodeString folded = Unicode(text), sought = Unicode(part);
+  return folded.foldCase().indexOf(sought.foldCase()) >= 0 || part.empty();
+}
+
+std::string ToLowercase(std::string_view text) {
+  if (!AreForICU(text, "")) return std::string(text);
+  return UTF8(Unicode(text).toLower());
+}
+
+std::string Capitalize(std::string_view text) {
+  if (!AreForICU(text, "")) return std::string(text);
+  return UTF8(Unicode(text).toTitle(nullptr));
+}
+
+std::string TrimWhitespace(std::string_view text) {
+  if (!AreForICU(text, "")) return std::string(text);
+  const icu::UnicodeString all = Unicode(text);
+  int32_t begin = 0, end = all.length();
+  while (begin < end && u_isUWhiteSpace(all.char32At(begin))) begin = all.moveIndex32(begin, 1);
+  while (end > begin && u_isUWhiteSpace(all.char32At(end - 1))) end = all.moveIndex32(end, -1);
+  return UTF8(all.tempSubStringBetween(begin, end));
+}
+
+int32_t IntegerOfText(std::string_view text) {
+  const long long value = std::strtoll(std::string(text).c_str(), nullptr, 10);
+  if (value > std::numeric_limits<int32_t>::max()) return std::numeric_limits<int32_t>::max();
+  if (value < std::numeric_limits<int32_t>::min()) return std::numeric_limits<int32_t>::min();
+  return static_cast<int32_t>(value);
+}
+
+double RealOfText(std::string_view text) {
+  // Plain decimal numbers only: the C library would also take "inf", "nan" and hexadecimal ones.
+  size_t at = text.find_first_not_of(" \t\n\v\f\r");
+  if (at == std::string_view::npos) return 0.0;
+  const size_t digits = text[at] == '+' || text[at] == '-' ? at + 1 : at;
+  if (digits >= text.size() || !((text[digits] >= '0' && text[digits] <= '9') || text[digits] == '.')) return 0.0;
+  size_t end = text.find_first_not_of("0123456789.eE+-", digits);
+  const double value = std::strtod(std::string(text.substr(at, end == std::string_view::npos ? end : end - at)).c_str(), nullptr);
+  return std::isfinite(value) ? value : 0.0;
+}
+
+}  // namespace platform
