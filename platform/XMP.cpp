@@ -1,0 +1,312 @@
+#include "platform/XMP.h"
+
+#include <exempi/xmp.h>
+#include <exempi/xmpconsts.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+#include <utility>
+
+#include "platform/Files.h"
+
+namespace platform {
+
+namespace {
+
+[[noreturn]] void ThrowLast(const std::string& doing) {
+  const int id = xmp_get_error();
+  throw XMP_Error(id, doing + " failed with the XMP library's error " + std::to_string(id));
+}
+
+class StringBuffer {
+ public:
+  StringBuffer() : string_(xmp_string_new()) {}
+  ~StringBuffer() { xmp_string_free(string_); }
+  StringBuffer(const StringBuffer&) = delete;
+  StringBuffer& operator=(const StringBuffer&) = delete;
+  XmpStringPtr Get() const { return string_; }
+  std::string Text() const { return std::string(xmp_string_cstr(string_), xmp_string_len(string_)); }
+
+ private:
+  XmpStringPtr string_;
+};
+
+std::mutex sMutex;
+int sUsers = 0;  // of the library, guarded by sMutex
+
+bool StartLibrary() {
+  const std::lock_guard lock(sMutex);
+  if (sUsers == 0 && !xmp_init()) return false;
+  ++sUsers;
+  return true;
+}
+
+void EndLibrary() {
+  const std::lock_guard lock(sMutex);
+  if (sUsers > 0 && --sUsers == 0) xmp_terminate();
+}
+
+// "slug[1]" and a field become "slug[1]/prefix:field".
+std::string FieldPath(const char* structPath, const char* fieldNs, const char* field) {
+  StringBuffer prefix;
+  if (!xmp_namespace_prefix(fieldNs, prefix.Get())) throw XMP_Error(0, std::string("no prefix for ") + fieldNs);
+  return std::string(structPath) + "/" + prefix.Text() + field;  // the prefix ends in ":"
+}
+
+std::string SerializeMeta(XmpPtr meta) {
+  StringBuffer text;
+  if (!xmp_serialize(meta, text.Get(), XMP_SERIAL_OMITPACKETWRAPPER | XMP_SERIAL_USECOMPACTFORMAT, 0)) {
+    ThrowLast("Serializing metadata");
+  }
+  return text.Text();
+}
+
+}  // namespace
+
+XMP_Error::XMP_Error(int id, const std::string& message) : std::runtime_error(message), id_(id) {}
+XMP_Error::~XMP_Error() = default;
+
+struct TXMPMeta::State {
+  explicit State(XmpPtr meta) : meta(meta) {}
+  ~State() {
+    if (meta) xmp_free(meta);
+  }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  XmpPtr meta;
+};
+
+void TXMPMeta::GetVersionInfo(XMP_VersionInfo* info) {
+  *info = {5, 4, 0, "XMP metadata over exempi, interface level 5.4"};
+}
+
+bool TXMPMeta::Initialize() { return StartLibrary(); }
+void TXMPMeta::Terminate() { EndLibrary(); }
+
+bool TXMPMeta::RegisterNamespace(const char* uri, const char* suggestedPrefix, std::string* registeredPrefix) {
+  StringBuffer registered;
+  if (!xmp_register_namespace(uri, suggestedPrefix, registered.Get())) {
+    // False also means that another prefix than the suggested one is in use.
+    if (!xmp_namespace_prefix(uri, registered.Get())) return false;
+  }
+  if (registeredPrefix) *registeredPrefix = registered.Text();
+  return true;
+}
+
+TXMPMeta::TXMPMeta() : state_(std::make_unique<State>(xmp_new_empty())) {}
+TXMPMeta::~TXMPMeta() = default;
+TXMPMeta::TXMPMeta(TXMPMeta&&) noexcept = default;
+TXMPMeta& TXMPMeta::operator=(TXMPMeta&&) noexcept = default;
+
+XMP_Index TXMPMeta::CountArrayItems(const char* ns, const char* array) const {
+  XMP_Index count = 0;
+  StringBuffer value;
+  while (xmp_get_array_item(state_->meta, ns, array, count + 1, value.Get(), nullptr)) ++count;
+  return count;
+}
+
+bool TXMPMeta::GetProperty(const char* ns, const char* path, std::string* value, XMP_OptionBits* options) const {
+  StringBuffer text;
+  uint32_t bits = 0;
+  if (!xmp_get_property(state_->meta, ns, path, text.Get(), &bits)) return false;
+  if (value) *value = text.Text();
+  if (options) *options = bits;
+  return true;
+}
+
+bool TXMPMeta::GetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
+                              std::string* value, XMP_OptionBits* options) const {
+  return GetProperty(ns, FieldPath(structPath, fieldNs, field).c_str(), value, options);
+}
+
+bool TXMPMeta::GetArrayItem(const char* ns, const char* array, XMP_Index index, std::string* value,
+                            XMP_OptionBits* options) const {
+  StringBuffer text;
+  uint32_t bits = 0;
+  if (!xmp_get_array_item(state_->meta, ns, array, index, text.Get(), &bits)) return false;
+  if (value) *value = text.Text();
+  if (options) *options = bits;
+  return true;
+}
+
+void TXMPMeta::DeleteProperty(const char* ns, const char* path) {
+  if (xmp_has_property(state_->meta, ns, path) && !xmp_delete_property(state_->meta, ns, path)) {
+    ThrowLast(std::string("Deleting ") + path);
+  }
+}
+
+void TXMPMeta::SetProperty(const char* ns, const char* path, const char* value) {
+  if (!xmp_set_property(state_->meta, ns, path, value, 0)) ThrowLast(std::string("Setting ") + path);
+}
+
+void TXMPMeta::AppendArrayItem(const char* ns, const char* array, XMP_OptionBits arrayOptions, const char* value,
+                               XMP_OptionBits itemOptions) {
+  if (!xmp_append_array_item(state_->meta, ns, array, arrayOptions, value, itemOptions)) {
+    ThrowLast(std::string("Appending to ") + array);
+  }
+}
+
+void TXMPMeta::SetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
+                              const char* value) {
+  SetProperty(ns, FieldPath(structPath, fieldNs, field).c_str(), value);
+}
+
+std::string TXMPMeta::Serialize() const { return SerializeMeta(state_->meta); }
+
+struct TXMPFiles::State {
+  ~State() {
+    if (file) {
+      xmp_files_close(file, XMP_CLOSE_NOOPTION);
+      xmp_files_free(file);
+    }
+    if (!copy.empty()) unlink(copy.c_str());
+  }
+  void Release() {
+    xmp_files_free(file);
+    file = nullptr;
+  }
+
+  XmpFilePtr file = nullptr;
+  std::string path;
+  std::string copy;  // for an update: what the library works on, beside the file
+  uint32_t options = 0;
+  bool put = false;
+  std::string wanted;  // the metadata that was put last
+};
+
+namespace {
+
+std::string HiddenBeside(const std::string& path) {
+  static std::atomic<unsigned> sCount{0};
+  const size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash);
+  std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+  // The library tells some formats by the extension, so the end of the name stays.
+  if (name.size() > 180) name = name.substr(name.size() - 180);
+  return folder + "/." + std::to_string(getpid()) + "-" + std::to_string(++sCount) + "-" + name;
+}
+
+XmpOpenFileOptions LibraryOptions(XMP_OptionBits options) {
+  uint32_t bits = 0;
+  if (options & kXMPFiles_OpenForRead) bits |= XMP_OPEN_READ;
+  if (options & kXMPFiles_OpenForUpdate) bits |= XMP_OPEN_FORUPDATE;
+  if (options & kXMPFiles_OpenUseSmartHandler) bits |= XMP_OPEN_USESMARTHANDLER;
+  if (options & kXMPFiles_OpenUsePacketScanning) bits |= XMP_OPEN_USEPACKETSCANNING;
+  return static_cast<XmpOpenFileOptions>(bits);
+}
+
+// A handle on an opened file; null if the library cannot open it.
+XmpFilePtr OpenWith(const std::string& path, XMP_OptionBits options) {
+  const XmpFilePtr file = xmp_files_new();
+  if (!file) return nullptr;
+  if (xmp_files_open(file, path.c_str(), LibraryOptions(options))) return file;
+  xmp_files_free(file);
+  return nullptr;
+}
+
+// What the file holds now, read back through a handle of its own.
+std::string ReadBack(const std::string& path, XMP_OptionBits options) {
+  const XMP_OptionBits reading = (options & ~kXMPFiles_OpenForUpdate) | kXMPFiles_OpenForRead;
+  const XmpFilePtr file = OpenWith(path, reading);
+  if (!file) return "";
+  const XmpPtr meta = xmp_files_get_new_xmp(file);
+  std::string text = meta ? SerializeMeta(meta) : "";
+  if (meta) xmp_free(meta);
+  xmp_files_close(file, XMP_CLOSE_NOOPTION);
+  xmp_files_free(file);
+  return text;
+}
+
+// The library renews these when it writes, so they are left out of the comparison.
+std::string WithoutVolatile(const std::string& serialized) {
+  const XmpPtr meta = xmp_new(serialized.data(), serialized.size());
+  if (!meta) return serialized;
+  for (const char* name : {"MetadataDate", "ModifyDate", "CreatorTool", "CreateDate"}) {
+    xmp_delete_property(meta, NS_XAP, name);
+  }
+  xmp_delete_property(meta, NS_PHOTOSHOP, "LegacyIPTCDigest");
+  std::string text = SerializeMeta(meta);
+  xmp_free(meta);
+  const size_t toolkit = text.find("x:xmptk=");  // names the writer's version
+  const size_t end = toolkit == std::string::npos ? toolkit : text.find('>', toolkit);
+  if (end != std::string::npos) text.erase(toolkit, end - toolkit);
+  return text;
+}
+
+}  // namespace
+
+bool TXMPFiles::Initialize() { return StartLibrary(); }
+void TXMPFiles::Terminate() { EndLibrary(); }
+
+TXMPFiles::TXMPFiles() : state_(std::make_unique<State>()) {}
+TXMPFiles::~TXMPFiles() = default;
+
+bool TXMPFiles::OpenFile(const char* path, uint32_t format, XMP_OptionBits options) {
+  if (format != kXMP_UnknownFile) throw XMP_Error(0, "only the unknown format is served");
+  state_ = std::make_unique<State>();
+  std::string content;
+  if (ReadFile(path, content)) return false;  // also what the library would take for a file: a folder, nothing
+  std::string target = path;
+  if (options & kXMPFiles_OpenForUpdate) {
+    if (access(path, W_OK) != 0) return false;
+    state_->copy = HiddenBeside(path);
+    if (ReplaceFile(state_->copy, content)) {
+      state_->copy.clear();
+      return false;
+    }
+    chmod(state_->copy.c_str(), 0600);
+    target = state_->copy;
+  }
+  state_->file = OpenWith(target, options);
+  state_->path = path;
+  state_->options = options;
+  if (state_->file) return true;
+  if (!state_->copy.empty()) unlink(state_->copy.c_str());
+  state_->copy.clear();
+  return false;
+}
+
+bool TXMPFiles::GetXMP(TXMPMeta* meta) {
+  if (!state_->file) throw XMP_Error(0, "no file is open");
+  const XmpPtr read = xmp_files_get_new_xmp(state_->file);
+  if (!read) return false;
+  meta->state_ = std::make_unique<TXMPMeta::State>(read);
+  return true;
+}
+
+bool TXMPFiles::CanPutXMP(const TXMPMeta& meta) {
+  return state_->file && xmp_files_can_put_xmp(state_->file, meta.state_->meta);
+}
+
+void TXMPFiles::PutXMP(const TXMPMeta& meta) {
+  if (!state_->file) throw XMP_Error(0, "no file is open");
+  if (!xmp_files_put_xmp(state_->file, meta.state_->meta)) ThrowLast("Putting metadata");
+  state_->put = true;
+  state_->wanted = meta.Serialize();
+}
+
+void TXMPFiles::CloseFile() {
+  if (!state_->file) return;
+  const bool closed = xmp_files_close(state_->file, XMP_CLOSE_NOOPTION);
+  state_->Release();
+  const std::unique_ptr<State> done = std::exchange(state_, std::make_unique<State>());
+  if (!done->put) return;
+  if (!closed) ThrowLast("Writing " + done->path);
+  // On some files the library reports a success that is lost.
+  if (WithoutVolatile(ReadBack(done->copy, done->options)) != WithoutVolatile(done->wanted)) {
+    throw XMP_Error(0, done->path + ": the metadata that was written cannot be read back");
+  }
+  std::string content;
+  std::error_code error = ReadFile(done->copy, content);
+  if (!error) error = ReplaceFile(done->path, content);
+  if (error) throw XMP_Error(0, done->path + ": " + DescribeError(error));
+}
+
+void TXMPUtils::ComposeArrayItemPath(const char*, const char* array, XMP_Index index, std::string* path) {
+  *path = std::string(array) + (index == kXMP_ArrayLastItem ? "[last()]" : "[" + std::to_string(index) + "]");
+}
+
+}  // namespace platform
