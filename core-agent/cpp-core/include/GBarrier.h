@@ -1,0 +1,19 @@
+// Lets a number of threads go on once all of them have come. Good for one use.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+
+class GBarrier {
+ public:
+  explicit GBarrier(unsigned int threadCount);  // 0 is an assertion failure
+  virtual ~GBarrier();
+  GBarrier(const GBarrier&) = delete;
+  GBarrier& operator=(const GBarrier&) = delete;
+  void Wait();
+
+ private:
+  std::mutex mMutex;
+  std::condition_variable mCondition;
+  unsigned int mStillToCome;
+};

@@ -1,0 +1,37 @@
+// A path as a value: one full path in UTF-8; empty means no file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ErrorCodes.h"
+
+class GFileSystemSpec {
+ public:
+  GFileSystemSpec() = default;
+  // Takes one pair of double quotation marks off, expands "~", and sets a partial path below the current folder.
+  GFileSystemSpec(const std::string& path);  // NOLINT: a path given as text is meant to serve
+  GFileSystemSpec(const char* path) : GFileSystemSpec(std::string(path)) {}  // NOLINT
+
+  const std::string& GetFullPath() const { return mPath; }
+  bool IsEmpty() const { return mPath.empty(); }
+  // 0x4000000 for a path that does not begin with "/"; the value is unchanged then. An empty path changes nothing.
+  TModuleErrorCode SetFullPath(const std::string& path);
+
+  TModuleErrorCode AppendPathComponent(const std::string& component);
+  void RemoveLastPathComponent();
+  std::string GetLastPathComponent() const;
+  std::string GetPathExtension() const;  // without the dot; empty if there is none
+  void RemovePathExtension();
+  void AppendPathExtension(const std::string& extension);
+  std::vector<std::string> GetPathComponents() const;
+  // Whether this path lies below the other one.
+  bool IsSubpath(const GFileSystemSpec& folder) const;
+  // What stands behind the folder's path and a separator; empty if this is no subpath of it.
+  std::string GetSubPathFromSpec(const GFileSystemSpec& folder) const;
+
+  friend bool operator==(const GFileSystemSpec&, const GFileSystemSpec&) = default;
+
+ private:
+  std::string mPath;
+};

@@ -1,0 +1,80 @@
+// The core library's log: a level for each subject area, and any number of appenders that receive finished lines.
+// It is separate from the plug-in's diagnostic log. Any thread may log; one line is written at a time.
+#pragma once
+
+#include <cstdarg>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+class GKVTree;
+
+class GLogAppender {
+ public:
+  virtual ~GLogAppender();
+  // Gets whole lines, ending in a newline, while the logger's lock is held. A log call made from here is dropped.
+  virtual void Log(const std::string& line) = 0;
+};
+
+class GStdOutLogAppender : public GLogAppender {
+ public:
+  void Log(const std::string& line) override;
+};
+
+class GLogger {
+ public:
+  enum LoggingLevel : int { kInvalid = -1, kNone = 0, kError = 1, kWarning = 2, kInfo = 3, kDebug = 4 };
+
+  GLogger();
+  virtual ~GLogger();
+  GLogger(const GLogger&) = delete;
+  GLogger& operator=(const GLogger&) = delete;
+
+  static GLogger* GetSharedInstance();
+
+  // The formats are those of printf.
+  void LogError(const std::string& identifier, std::string format, ...);
+  void LogWarning(const std::string& identifier, std::string format, ...);
+  void LogInfo(const std::string& identifier, std::string format, ...);
+  void LogDebug(const std::string& identifier, std::string format, ...);
+  void Log(const std::string& identifier, const LoggingLevel& level, std::string format, ...);
+  void LogString(std::string format, ...);  // whatever the levels
+  void Logv(const std::string& identifier, LoggingLevel level, const std::string& format, va_list arguments);
+  void LogvString(const std::string& format, va_list arguments);
+
+  bool ShouldLog(const std::string& identifier, LoggingLevel level);
+  void SetDefaultLoggingLevel(LoggingLevel level);
+  LoggingLevel GetDefaultLoggingLevel();
+  void SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level);
+  // kInvalid if neither the identifier nor the default has a level.
+  LoggingLevel GetLoggingLevelForIdentifier(const std::string& identifier);
+  void SetLoggingLevelsFromKVTree(const GKVTree& levels);
+  void ResetAllLoggingLevels();
+
+  // Takes the appender over; null removes the one registered. Identifiers of appenders keep their case.
+  void SetAppender(const std::string& identifier, GLogAppender* appender);
+  GLogAppender* GetAppender(const std::string& identifier);  // still the logger's; null if there is none
+  void RemoveAllAppenders();
+  void OSRegisterDefaultAppender();
+  static const std::string& GetDefaultAppenderIdentifier();
+  static const std::string& GetDefaultLoggingIdentifier();
+
+  static LoggingLevel StringToLevel(const std::string& text);
+  static std::string LevelToString(LoggingLevel level);
+
+  size_t BufferSizeForTesting() const { return mBuffer.size(); }
+
+ private:
+  const char* FormatIntoBuffer(const std::string& format, va_list arguments);
+
+  std::mutex mAppenderMutex;  // guards mAppenders and mBuffer; taken before mThreadMutex
+  std::map<std::string, std::unique_ptr<GLogAppender>> mAppenders;
+  std::mutex mLevelMutex;
+  std::map<std::string, LoggingLevel> mLevels;  // by lower-case identifier
+  std::vector<char> mBuffer;
+  std::mutex mThreadMutex;
+  std::thread::id mLoggingThread;  // guarded by mThreadMutex
+};

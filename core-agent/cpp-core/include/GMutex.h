@@ -1,0 +1,61 @@
+// Locks that know their owner and report instead of blocking for ever or throwing.
+//
+// Codes: 0 the lock is held; kNotAvailable this thread can't have it (a plain mutex locked again by its owner, an unlock by
+// a thread that does not own it); kBusy another thread has it and the time is used up.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "ErrorCodes.h"
+
+namespace lock_codes {
+inline constexpr TModuleErrorCode kNotAvailable = 0x0100100B;
+inline constexpr TModuleErrorCode kBusy = 0x0100100C;
+inline constexpr TModuleErrorCode kWaitTimedOut = 0x0100100D;
+inline constexpr TModuleErrorCode kInvalid = 0x0200100B;
+inline constexpr TModuleErrorCode kSystemFailure = 0x01000000;
+inline constexpr TModuleErrorCode kFailedToAcquireLock = 0x0100101D;
+}  // namespace lock_codes
+
+class GLockable {
+ public:
+  virtual ~GLockable();
+  virtual TModuleErrorCode Lock() = 0;
+  virtual TModuleErrorCode TryLock() = 0;
+  // 0 tries once. The form here tries again in steps of at most 50 milliseconds while the lock is busy.
+  virtual TModuleErrorCode TryLockWithTimeout(unsigned int milliseconds);
+  virtual TModuleErrorCode Unlock() = 0;
+};
+
+class GMutex : public GLockable {
+ public:
+  GMutex();
+  ~GMutex() override;
+  GMutex(const GMutex&) = delete;
+  GMutex& operator=(const GMutex&) = delete;
+
+  TModuleErrorCode Lock() override;
+  TModuleErrorCode TryLock() override;
+  TModuleErrorCode TryLockWithTimeout(unsigned int milliseconds) override;
+  TModuleErrorCode Unlock() override;
+
+ protected:
+  explicit GMutex(bool recursive);
+
+ private:
+  TModuleErrorCode LockInternal(unsigned int timeout);
+
+  // Guards the count and the owner only; it is never held while the owner's critical section runs.
+  std::mutex mMutex;
+  std::condition_variable mCondition;
+  unsigned int mCount = 0;
+  bool mRecursive;
+  std::thread::id mOwner;
+};
+
+class GRecursiveMutex : public GMutex {
+ public:
+  GRecursiveMutex();
+};

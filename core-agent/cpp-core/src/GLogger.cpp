@@ -1,0 +1,177 @@
+#include "GLogger.h"
+
+#include <cstdio>
+
+#include "GDateTime.h"
+#include "GKVTree.h"
+#include "GSingleton.h"
+#include "GStringUtils.h"
+
+GLogAppender::~GLogAppender() = default;
+
+void GStdOutLogAppender::Log(const std::string& line) {
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fflush(stdout);
+}
+
+GLogger::GLogger() { ResetAllLoggingLevels(); }
+GLogger::~GLogger() = default;
+
+GLogger* GLogger::GetSharedInstance() { return GSingleton<GLogger>::GetSharedInstance(); }
+
+const std::string& GLogger::GetDefaultAppenderIdentifier() {
+  static const std::string sIdentifier = "default";
+  return sIdentifier;
+}
+
+const std::string& GLogger::GetDefaultLoggingIdentifier() {
+  static const std::string sIdentifier = "default";
+  return sIdentifier;
+}
+
+#define LOG_AT(level)                           \
+  va_list arguments;                            \
+  va_start(arguments, format);                  \
+  Logv(identifier, level, format, arguments);   \
+  va_end(arguments)
+
+void GLogger::LogError(const std::string& identifier, std::string format, ...) { LOG_AT(kError); }
+void GLogger::LogWarning(const std::string& identifier, std::string format, ...) { LOG_AT(kWarning); }
+void GLogger::LogInfo(const std::string& identifier, std::string format, ...) { LOG_AT(kInfo); }
+void GLogger::LogDebug(const std::string& identifier, std::string format, ...) { LOG_AT(kDebug); }
+void GLogger::Log(const std::string& identifier, const LoggingLevel& level, std::string format, ...) { LOG_AT(level); }
+
+#undef LOG_AT
+
+void GLogger::LogString(std::string format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  LogvString(format, arguments);
+  va_end(arguments);
+}
+
+void GLogger::Logv(const std::string& identifier, LoggingLevel level, const std::string& format, va_list arguments) {
+  if (!ShouldLog(identifier, level)) return;
+  LogvString("[" + identifier + "]\t[" + LevelToString(level) + "]\t" + format, arguments);
+}
+
+void GLogger::LogvString(const std::string& format, va_list arguments) {
+  {
+    const std::lock_guard lock(mThreadMutex);
+    if (mLoggingThread == std::this_thread::get_id()) return;
+  }
+  const std::lock_guard lock(mAppenderMutex);
+  {
+    const std::lock_guard threadLock(mThreadMutex);
+    mLoggingThread = std::this_thread::get_id();
+  }
+  if (!mAppenders.empty()) {
+    const char* text = FormatIntoBuffer(format, arguments);
+    const std::string line = "[" + GDateTime::Now().ToISO8601(true) + "]\t" + text + "\n";
+    for (const auto& [identifier, appender] : mAppenders) appender->Log(line);
+  }
+  const std::lock_guard threadLock(mThreadMutex);
+  mLoggingThread = std::thread::id();
+}
+
+const char* GLogger::FormatIntoBuffer(const std::string& format, va_list arguments) {
+  constexpr size_t kStep = 256;
+  if (mBuffer.empty()) mBuffer.resize(kStep);
+  va_list again;
+  va_copy(again, arguments);
+  int needed = GStringUtils::OSvsnprintf(mBuffer.data(), mBuffer.size(), format.c_str(), arguments);
+  if (needed >= 0 && static_cast<size_t>(needed) >= mBuffer.size()) {
+    const size_t size = static_cast<size_t>(needed) + 1;
+    mBuffer.resize((size + kStep - 1) / kStep * kStep);
+    needed = GStringUtils::OSvsnprintf(mBuffer.data(), mBuffer.size(), format.c_str(), again);
+  }
+  va_end(again);
+  if (needed < 0) mBuffer[0] = '\0';
+  return mBuffer.data();
+}
+
+bool GLogger::ShouldLog(const std::string& identifier, LoggingLevel level) {
+  if (level == kNone || level == kInvalid) return false;
+  const LoggingLevel most = GetLoggingLevelForIdentifier(identifier);
+  if (most == kNone || most == kInvalid) return false;
+  return most >= level;
+}
+
+void GLogger::SetDefaultLoggingLevel(LoggingLevel level) {
+  SetLoggingLevelForIdentifier(GetDefaultLoggingIdentifier(), level);
+}
+
+GLogger::LoggingLevel GLogger::GetDefaultLoggingLevel() {
+  return GetLoggingLevelForIdentifier(GetDefaultLoggingIdentifier());
+}
+
+void GLogger::SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level) {
+  const std::lock_guard lock(mLevelMutex);
+  mLevels[GStringUtils::OSToLowerCase(identifier)] = level;
+}
+
+GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& identifier) {
+  const std::lock_guard lock(mLevelMutex);
+  const auto found = mLevels.find(GStringUtils::OSToLowerCase(identifier));
+  if (found != mLevels.end()) return found->second;
+  // Only this comparison keeps case: the level of an absent "Default" falls to the default's, that of "default" does not.
+  if (identifier == GetDefaultLoggingIdentifier()) return kInvalid;
+  const auto byDefault = mLevels.find(GetDefaultLoggingIdentifier());
+  return byDefault == mLevels.end() ? kInvalid : byDefault->second;
+}
+
+void GLogger::SetLoggingLevelsFromKVTree(const GKVTree& levels) {
+  for (const std::string& key : levels.GetKeys()) {
+    const GValue* value = levels.GetValuePtrForKey(key);
+    std::string text;
+    if (value->GetValueType() != GValue::kValueType_string || value->GetValue(text) != 0) continue;
+    const LoggingLevel level = StringToLevel(text);
+    if (level != kInvalid) SetLoggingLevelForIdentifier(key, level);
+  }
+}
+
+void GLogger::ResetAllLoggingLevels() {
+  const std::lock_guard lock(mLevelMutex);
+  mLevels.clear();
+  mLevels[GetDefaultLoggingIdentifier()] = kWarning;
+}
+
+void GLogger::SetAppender(const std::string& identifier, GLogAppender* appender) {
+  const std::lock_guard lock(mAppenderMutex);
+  mAppenders.erase(identifier);
+  if (appender) mAppenders[identifier].reset(appender);
+}
+
+GLogAppender* GLogger::GetAppender(const std::string& identifier) {
+  const std::lock_guard lock(mAppenderMutex);
+  const auto found = mAppenders.find(identifier);
+  return found == mAppenders.end() ? nullptr : found->second.get();
+}
+
+void GLogger::RemoveAllAppenders() {
+  const std::lock_guard lock(mAppenderMutex);
+  mAppenders.clear();
+}
+
+void GLogger::OSRegisterDefaultAppender() { SetAppender(GetDefaultAppenderIdentifier(), new GStdOutLogAppender); }
+
+GLogger::LoggingLevel GLogger::StringToLevel(const std::string& text) {
+  const std::string lowered = GStringUtils::OSToLowerCase(text);
+  if (lowered == "error") return kError;
+  if (lowered == "warning" || lowered == "warn") return kWarning;
+  if (lowered == "info") return kInfo;
+  if (lowered == "debug") return kDebug;
+  return lowered == "none" ? kNone : kInvalid;
+}
+
+std::string GLogger::LevelToString(LoggingLevel level) {
+  switch (level) {
+    case kNone: return "None";
+    case kError: return "Error";
+    case kWarning: return "Warning";
+    case kInfo: return "Info";
+    case kDebug: return "Debug";
+    case kInvalid: break;
+  }
+  return "";
+}
