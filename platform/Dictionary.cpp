@@ -43,7 +43,7 @@ void Dictionary::Set(std::string_view key, const Value& value) {
 
 void Dictionary::Set(std::string_view key, std::string_view text) {
   const String value = String::FromUTF8(text);
-  if (value) Set(key, static_cast<const Value&>(value));
+  if (value) Set(key, Value(value));
 }
 
 bool Dictionary::Remove(std::string_view key) {

@@ -1,0 +1,87 @@
+// SQLite with errors as exceptions of one type and values that are always bound.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace agent {
+
+class StoreError : public std::runtime_error {
+ public:
+  StoreError(const std::string& what, int code) : std::runtime_error(what), code_(code) {}
+  // The file's content is not a sound database, as opposed to a full disk or a missing right.
+  bool IsDamage() const;
+
+ private:
+  int code_;
+};
+
+// A database file, made if missing. All operations throw StoreError.
+class Database {
+ public:
+  explicit Database(const std::string& path);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  void Execute(const std::string& sql);
+  int64_t LastInsertedRow() const;
+  int Version();  // PRAGMA user_version
+  void SetVersion(int version);
+  // Looks through the whole file; throws if it is damaged.
+  void Check();
+
+  sqlite3* Get() const { return database_.get(); }
+  const std::string& Path() const { return path_; }
+
+ private:
+  struct Close {
+    void operator()(sqlite3* database) const;
+  };
+  std::string path_;
+  std::unique_ptr<sqlite3, Close> database_;
+};
+
+// A prepared statement. Parameters count from 1, columns from 0.
+class Statement {
+ public:
+  Statement(const Database& database, const char* sql);
+  ~Statement();
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  Statement& Bind(int parameter, int64_t value);
+  Statement& Bind(int parameter, std::string_view text);
+  bool Step();  // true while there is a row
+  // Steps once and makes ready for the next values.
+  void Run();
+  void Reset();
+  int64_t Integer(int column) const;
+  std::string Text(int column) const;
+
+ private:
+  void Check(int code) const;
+  sqlite3_stmt* statement_ = nullptr;
+  const Database& database_;
+};
+
+// Everything until Commit, or nothing.
+class Transaction {
+ public:
+  explicit Transaction(Database& database);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void Commit();
+
+ private:
+  Database* database_;
+};
+
+}  // namespace agent

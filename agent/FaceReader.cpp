@@ -1,0 +1,201 @@
+#include "agent/FaceReader.h"
+
+#include FT_MULTIPLE_MASTERS_H
+#include FT_SFNT_NAMES_H
+#include FT_TRUETYPE_IDS_H
+#include FT_TRUETYPE_TABLES_H
+#include FT_TYPE1_TABLES_H
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <new>
+
+#include "agent/Checksums.h"
+#include "platform/TextEncoding.h"
+
+namespace agent {
+
+namespace {
+
+struct FaceFree {
+  void operator()(FT_Face face) const { FT_Done_Face(face); }
+};
+using Face = std::unique_ptr<FT_FaceRec_, FaceFree>;
+
+Face OpenFace(const FreeTypeLibrary& library, std::string_view bytes, int index, std::string& problem) {
+  FT_Face face = nullptr;
+  const FT_Error error = FT_New_Memory_Face(library.Get(), reinterpret_cast<const FT_Byte*>(bytes.data()),
+                                            static_cast<FT_Long>(bytes.size()), index, &face);
+  if (error) {
+    const char* text = FT_Error_String(error);
+    problem = text ? text : "FreeType error " + std::to_string(error);
+    return nullptr;
+  }
+  return Face(face);
+}
+
+std::string DecodeName(const FT_SfntName& name) {
+  const std::string_view bytes(reinterpret_cast<const char*>(name.string), name.string_len);
+  const bool isMac = name.platform_id == TT_PLATFORM_MACINTOSH;
+  const auto encoding = isMac ? platform::TextEncoding::kMacRoman : platform::TextEncoding::kUTF16BE;
+  return platform::TrimWhitespace(platform::DecodeText(bytes, encoding).value_or(""));
+}
+
+// How far a record of the name table is what an English user sees; 0 for one that is not looked at.
+int Preference(const FT_SfntName& name) {
+  constexpr FT_UShort kEnglishUS = 0x0409;
+  if (name.platform_id == TT_PLATFORM_MICROSOFT && name.encoding_id <= TT_MS_ID_UNICODE_CS) {
+    return name.language_id == kEnglishUS ? 4 : 1;
+  }
+  if (name.platform_id == TT_PLATFORM_MACINTOSH && name.encoding_id == TT_MAC_ID_ROMAN) {
+    return name.language_id == TT_MAC_LANGID_ENGLISH ? 3 : 0;
+  }
+  return name.platform_id == TT_PLATFORM_APPLE_UNICODE ? 2 : 0;
+}
+
+std::string SfntName(FT_Face face, FT_UShort id) {
+  std::string best;
+  int bestPreference = 0;
+  for (FT_UInt i = 0; i < FT_Get_Sfnt_Name_Count(face); ++i) {
+    FT_SfntName name;
+    if (FT_Get_Sfnt_Name(face, i, &name) != 0 || name.name_id != id || Preference(name) <= bestPreference) continue;
+    std::string text = DecodeName(name);
+    if (text.empty()) continue;
+    best = std::move(text);
+    bestPreference = Preference(name);
+  }
+  return best;
+}
+
+std::string WithoutVersionWord(const std::string& text) {
+  constexpr std::string_view kWord = "version ";
+  std::string_view version = text;
+  if (platform::EqualCaseless(version.substr(0, kWord.size()), kWord)) version.remove_prefix(kWord.size());
+  return platform::TrimWhitespace(version.substr(0, version.find(';')));
+}
+
+// Makers whose Type 1 and CFF fonts have only a notice to tell them by.
+std::string MakerInNotice(FT_Face face) {
+  static constexpr std::string_view kMakers[] = {"Adobe",    "URW",     "Bitstream", "Monotype",
+                                                 "Linotype", "ParaType", "Bigelow",   "International Typeface"};
+  PS_FontInfoRec info{};
+  if (FT_Get_PS_Font_Info(face, &info) != 0 || !info.notice) return "";
+  const std::string_view notice = info.notice;
+  for (const std::string_view maker : kMakers) {
+    if (notice.find(maker) != std::string_view::npos) return std::string(maker);
+  }
+  return "";
+}
+
+std::string VendorOf(FT_Face face) {
+  const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
+  if (!os2 || os2->version == 0xFFFF) return "";
+  std::string vendor;
+  for (const FT_Char c : os2->achVendID) {
+    if (c >= 0x20 && c < 0x7F) vendor.push_back(static_cast<char>(c));
+  }
+  vendor = platform::TrimWhitespace(vendor);
+  return vendor == "UKWN" ? "" : vendor;  // the registry's own tag for an unknown vendor
+}
+
+std::string FoundryOf(FT_Face face, const std::string& manufacturer) {
+  for (const std::string& foundry : {manufacturer, MakerInNotice(face), VendorOf(face)}) {
+    if (!foundry.empty()) return foundry;
+  }
+  return "--";
+}
+
+std::string SfntVersion(FT_Face face) {
+  std::string version = WithoutVersionWord(SfntName(face, TT_NAME_ID_VERSION_STRING));
+  const auto* head = static_cast<const TT_Header*>(FT_Get_Sfnt_Table(face, FT_SFNT_HEAD));
+  if (version.empty() && head) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.3f", static_cast<double>(head->Font_Revision) / 65536.0);
+    version = text;
+  }
+  return version;
+}
+
+std::string SfntKind(const SfntTables& tables) {
+  if (tables.Has("CFF ") || tables.Has("CFF2")) return "OpenType - PS";
+  for (const char* tag : {"GSUB", "GPOS", "GDEF", "BASE", "JSTF", "DSIG"}) {
+    if (tables.Has(tag)) return "OpenType - TT";
+  }
+  return "TrueType";
+}
+
+uint32_t KerningChecksum(const SfntTables& tables) {
+  if (!tables.Has("kern") && !tables.Has("GPOS")) return 0;
+  const uint32_t whole = Crc32(tables.Table("GPOS"), Crc32(tables.Table("kern")));
+  return std::max(1u, (whole ^ whole >> 20) & 0xFFFFFu);
+}
+
+void SetOutlineChecksums(const std::vector<std::string_view>& outlines, FontFace& face) {
+  uint32_t crc = 0;
+  uint32_t fnv = kFnvStart;
+  for (const std::string_view part : outlines) {
+    crc = Crc32(part, crc);
+    fnv = Fnv1a(part, fnv);
+  }
+  face.glyphsureChecksum = std::max(1u, crc);
+  face.checksum = std::max(1u, fnv);
+}
+
+// What both kinds of file have; false with a problem if the face has no use as a font.
+bool ReadCommon(FT_Face face, FontFace& out, std::string& problem) {
+  const char* name = FT_Get_Postscript_Name(face);
+  if (!FT_IS_SCALABLE(face)) problem = "has no outlines";
+  if (!name || !*name) problem = "has no PostScript name";
+  if (!FT_IS_SCALABLE(face) || !name || !*name) return false;
+  const auto text = [](const char* bytes) {
+    const std::string given = bytes ? bytes : "";
+    if (platform::IsValidUTF8(given)) return given;
+    return platform::DecodeText(given, platform::TextEncoding::kMacRoman).value_or("");
+  };
+  out.postScriptName = text(name);
+  out.family = text(face->family_name);
+  if (out.family.empty()) out.family = out.postScriptName;
+  out.style = text(face->style_name);
+  return true;
+}
+
+}  // namespace
+
+FreeTypeLibrary::FreeTypeLibrary() {
+  if (FT_Init_FreeType(&library_) != 0) throw std::bad_alloc();
+}
+FreeTypeLibrary::~FreeTypeLibrary() { FT_Done_FreeType(library_); }
+
+bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const SfntTables& tables, int index,
+                  FontFace& out, std::string& problem) {
+  const Face face = OpenFace(library, bytes, index, problem);
+  if (!face || !ReadCommon(face.get(), out, problem)) return false;
+  out.faceIndex = index;
+  out.kind = SfntKind(tables);
+  out.foundry = FoundryOf(face.get(), SfntName(face.get(), TT_NAME_ID_MANUFACTURER));
+  out.version = SfntVersion(face.get());
+  out.kerningChecksum = KerningChecksum(tables);
+  std::vector<std::string_view> outlines;
+  for (const char* tag : {"CFF ", "CFF2", "glyf", "loca"}) outlines.push_back(tables.Table(tag));
+  // Faces of a collection may share their outlines.
+  const std::string place = std::to_string(index);
+  if (SfntTables::IsCollection(bytes)) outlines.push_back(place);
+  SetOutlineChecksums(outlines, out);
+  return true;
+}
+
+bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const std::string& fileName, FontFace& out,
+                   std::string& problem) {
+  const Face face = OpenFace(library, bytes, 0, problem);
+  if (!face || !ReadCommon(face.get(), out, problem)) return false;
+  out.kind = FT_HAS_MULTIPLE_MASTERS(face.get()) ? "PostScript - MM" : "Postscript";
+  out.foundry = FoundryOf(face.get(), "");
+  PS_FontInfoRec info{};
+  if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version) out.version = WithoutVersionWord(info.version);
+  out.printerFont = fileName;
+  SetOutlineChecksums({bytes}, out);
+  return true;
+}
+
+}  // namespace agent

@@ -1,0 +1,33 @@
+// One face of a font file, read through FreeType and from its tables.
+#pragma once
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <string>
+#include <string_view>
+
+#include "agent/FontFile.h"
+#include "agent/SfntTables.h"
+
+namespace agent {
+
+class FreeTypeLibrary {
+ public:
+  FreeTypeLibrary();  // throws std::bad_alloc
+  ~FreeTypeLibrary();
+  FreeTypeLibrary(const FreeTypeLibrary&) = delete;
+  FreeTypeLibrary& operator=(const FreeTypeLibrary&) = delete;
+  FT_Library Get() const { return library_; }
+
+ private:
+  FT_Library library_ = nullptr;
+};
+
+// False with a line in problem if the face can't be used.
+bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const SfntTables& tables, int index,
+                  FontFace& face, std::string& problem);
+bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const std::string& fileName, FontFace& face,
+                   std::string& problem);
+
+}  // namespace agent

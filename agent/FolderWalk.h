@@ -1,0 +1,47 @@
+// Goes through folders and all below them, one folder a step, and gathers their regular files.
+//
+// A folder or file that is reached twice, by links or because two given folders overlap, counts once, so that loops end.
+#pragma once
+
+#include <deque>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "agent/IndexStore.h"
+
+namespace agent {
+
+struct ScanProblem {
+  std::string path;
+  std::string message;
+};
+
+struct FoundFile {
+  std::string path;
+  FileIdentity identity;
+};
+
+class FolderWalk {
+ public:
+  explicit FolderWalk(const std::vector<std::string>& folders);
+
+  bool IsDone() const { return waiting_.empty(); }
+  // Reads the next folder; its name, or empty when done. Entries are taken in the order of their names.
+  std::string Step();
+
+  const std::vector<FoundFile>& Files() const { return files_; }
+  const std::vector<std::string>& Folders() const { return folders_; }
+  const std::vector<ScanProblem>& Problems() const { return problems_; }
+
+ private:
+  void Take(const std::string& path, bool isGiven);
+  std::deque<std::string> waiting_;
+  std::set<std::pair<uint64_t, uint64_t>> visited_;
+  std::vector<FoundFile> files_;
+  std::vector<std::string> folders_;
+  std::vector<ScanProblem> problems_;
+};
+
+}  // namespace agent

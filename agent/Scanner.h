@@ -1,0 +1,94 @@
+// Keeps the font table in step with the library folders and with what the operating system has active by itself.
+//
+// A scan goes on in small steps, so that whoever runs the loop can answer requests in between: first the folders are
+// walked, then new and changed files are read, one a step, then files that are gone are dropped. The index keeps what
+// was read. Files that the operating system's font service lists, other than our own links and files of the library,
+// make up the workgroup of system fonts.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "agent/ActiveFolder.h"
+#include "agent/FolderWalk.h"
+#include "agent/FontFile.h"
+#include "agent/FontTable.h"
+#include "agent/IndexStore.h"
+#include "agent/UserStore.h"
+
+namespace agent {
+
+struct ScanProgress {
+  size_t step = 0;
+  size_t steps = 0;
+  std::string text;
+};
+
+struct ScanReport {
+  size_t files = 0;  // that hold at least one usable face
+  size_t faces = 0;
+  std::vector<ScanProblem> problems;
+};
+
+struct ScanEvents {
+  std::function<void(const std::string& path)> fileReplaced;              // its content is another now
+  std::function<void(const std::string& path, const std::vector<Font>&)> fontsGone;
+};
+
+class Scanner {
+ public:
+  struct Parts {
+    IndexStore& index;
+    UserStore& user;
+    FontTable& table;
+    const ActiveFolder& active;
+  };
+  Scanner(const Parts& parts, std::vector<std::string> folders, ScanEvents events);
+
+  void Start();
+  bool IsRunning() const { return running_; }
+  bool HasFinishedOnce() const { return finishedOnce_; }
+  // Does a little; returns whether there is more to do. Throws StoreError if user.db can't be written.
+  bool Step();
+  ScanProgress Progress() const;
+  const ScanReport& Report() const { return report_; }  // of the last finished scan
+  const std::vector<std::string>& WalkedFolders() const { return walkedFolders_; }
+
+  // Asks the operating system again and takes over what has changed. A no-op while a scan runs.
+  void RefreshSystemFonts();
+
+ private:
+  void BeginReading();
+  bool ReadNext();
+  // True if the file had to be read.
+  bool TakeFile(const FoundFile& file, uint32_t workgroupID);
+  void PutFonts(const IndexedFile& file, uint32_t workgroupID);
+  void Drop(const std::string& path);
+  void Finish();
+  std::vector<FoundFile> SystemFiles() const;
+  void NoteSystemFile(const FoundFile& file);
+  void StoreInIndex(const IndexedFile& file);
+
+  Parts parts_;
+  std::vector<std::string> folders_;
+  ScanEvents events_;
+  FontFileReader reader_;
+  std::map<std::string, IndexedFile> known_;    // by path, both workgroups
+  std::map<std::pair<uint64_t, uint64_t>, std::string> libraryFiles_;  // device and inode to path
+  std::map<std::string, uint32_t> seen_;        // by path: the workgroup, of the scan that runs or ran last
+  std::unique_ptr<FolderWalk> walk_;
+  std::vector<FoundFile> systemFiles_;
+  size_t next_ = 0;
+  std::string lastRead_;
+  bool running_ = false;
+  bool finishedOnce_ = false;
+  std::vector<std::string> walkedFolders_;
+  std::vector<ScanProblem> storeProblems_;
+  ScanReport report_;
+};
+
+}  // namespace agent

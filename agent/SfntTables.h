@@ -1,0 +1,31 @@
+// The table directory of TrueType and OpenType files and their collections, checked against the size of the file.
+// Follows the OpenType specification's "Font file" chapter.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace agent {
+
+class SfntTables {
+ public:
+  static bool IsSfnt(std::string_view bytes);
+  static bool IsCollection(std::string_view bytes);
+  // Offsets of the faces: one 0 for a single font. Nothing, with a line in problem, if the header is cut short.
+  static std::optional<std::vector<uint32_t>> FaceOffsets(std::string_view bytes, std::string& problem);
+  // The directory at the offset; every table lies whole within the bytes. Nothing, with a line in problem, otherwise.
+  // The bytes must outlive the result.
+  static std::optional<SfntTables> Parse(std::string_view bytes, uint32_t offset, std::string& problem);
+
+  bool Has(std::string_view tag) const { return tables_.contains(tag); }
+  std::string_view Table(std::string_view tag) const;  // empty if absent
+
+ private:
+  std::map<std::string, std::string_view, std::less<>> tables_;
+};
+
+}  // namespace agent

@@ -1,0 +1,227 @@
+#include "Identification/FontClassification.h"
+
+#include <cstdlib>
+
+#include "Bridge/FontManagerInterface.h"
+#include "Identification/FontMatching.h"
+#include "Identification/FontNames.h"
+#include "Identification/FontRecords.h"
+#include "Services/DiagnosticLog.h"
+#include "Services/VPFInterface.h"
+#include "XCore/ECFExtensions/XCFUtils.h"
+
+namespace GlyphsureSupport {
+
+using platform::Array;
+using platform::Dictionary;
+using platform::String;
+
+namespace {
+
+FontManagerInterface* ConnectedManager() {
+  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
+  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
+}
+
+int CountPerfectMatches(const Dictionary& font, const Array& candidates, Dictionary& first) {
+  int count = 0;
+  for (size_t i = 0; i < candidates.Count(); ++i) {
+    const Dictionary candidate(candidates.At(i));
+    if (IsPerfectMatch(font, candidate) && ++count == 1) first = candidate;
+  }
+  return count;
+}
+
+Dictionary FirstActive(const Array& candidates) {
+  for (size_t i = 0; i < candidates.Count(); ++i) {
+    const Dictionary candidate(candidates.At(i));
+    if (KeyValueContains(candidate, kGS_IsActiveKey, "1")) return candidate;
+  }
+  return Dictionary();
+}
+
+// What a font's candidates come to: a match with its reason, or nothing.
+struct Choice {
+  Dictionary match;
+  const char* reason = "";
+};
+
+// The order of proof: identity, a lone candidate for a bare name, the user's standing preference, what is active already.
+Choice Choose(const Dictionary& font, const Array& candidates, bool pickBestMatch) {
+  Dictionary perfect;
+  if (CountPerfectMatches(font, candidates, perfect) >= 1) return {perfect, "perfect match"};
+  if (candidates.Count() == 0) return {};
+  if (candidates.Count() == 1 && IsPostScriptNameOnly(font)) return {Dictionary(candidates.At(0)), "only candidate"};
+  if (pickBestMatch) return {Dictionary(candidates.At(0)), "best match"};
+  if (IsPostScriptNameOnly(font)) return {FirstActive(candidates), "already active"};
+  return {};
+}
+
+int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts, bool pickBestMatch, int workgroupID) {
+  FontManagerInterface* manager = ConnectedManager();
+  if (!manager) return kErrorMarquineNotRunning;
+  const String name = font.GetString(kGS_PostScriptNameKey);
+  Array candidates = Array::Create();
+  bool excludedRemote = false;
+  const int status = manager->GetGlyphsureData(font, kPostScriptName, excludedRemote, workgroupID, &candidates);
+  if (status != 0) return status;
+  manager->RemoveRemoteFonts(candidates);
+  const Choice choice = Choose(font, candidates, pickBestMatch);
+  if (choice.match) {
+    OutputIndentedAndFormattedString(0, "Matched '%s' with font %ld: %s", name.CString(),
+                                     XCFUtils::GetLongFromDictString(choice.match, kGS_DatabaseIDKey), choice.reason);
+    font.Set(kGS_MatchedFontKey, choice.match);
+    matchedFonts.Append(font);
+    return 0;
+  }
+  if (candidates.Count() == 0 && FontManagerInterface::IsFontActive(name.Text())) {
+    OutputIndentedAndFormattedString(0,
+                                     "Font '%s' would be reported as missing, but appears to be active.  Must be of a "
+                                     "type Marquine does not support.",
+                                     name.CString());
+    return 0;
+  }
+  if (candidates.Count() > 0) {
+    manager->AddWorkgroupNamesToFonts(candidates);
+    font.Set(kGS_PossibleReplacementsKey, candidates);
+  }
+  problemFonts.Append(font);
+  return 0;
+}
+
+// Tells the progress to hide, also when an exception passes through.
+class ProgressEnd {
+ public:
+  explicit ProgressEnd(VPFInterface* progress) : progress_(progress), exceptions_(std::uncaught_exceptions()) {}
+  ~ProgressEnd() {
+    if (progress_) progress_->HideProgress();
+    if (std::uncaught_exceptions() > exceptions_) {
+      OutputIndentedAndFormattedString(-1, "Exiting ProcessDocumentFontsForAutoActivation via throw.");
+    }
+  }
+  ProgressEnd(const ProgressEnd&) = delete;
+  ProgressEnd& operator=(const ProgressEnd&) = delete;
+
+ private:
+  VPFInterface* progress_;
+  int exceptions_;
+};
+
+}  // namespace
+
+int ProcessDocumentFontsForAutoActivation(const Array& allDocumentFonts, Array matchedFonts, Array problemFonts,
+                                          bool glyphsureEnabled, bool pickBestMatch, int workgroupID,
+                                          VPFInterface* progress) {
+  OutputIndentedAndFormattedString(
+      1, "Entering ProcessDocumentFontsForAutoActivation() with %d font(s), glyphsureEnabled=%d, pickBestMatch=%d",
+      static_cast<int>(allDocumentFonts.Count()), glyphsureEnabled, pickBestMatch);
+  if (!ConnectedManager()) return kErrorMarquineNotRunning;
+  if (!allDocumentFonts || !matchedFonts || !problemFonts) return kErrorBadArgument;
+  const ProgressEnd end(progress);
+  int status = 0;
+  for (size_t i = 0; i < allDocumentFonts.Count() && status != kErrorMarquineNotRunning; ++i) {
+    const Dictionary font(allDocumentFonts.At(i));
+    if (!font.GetString(kGS_PostScriptNameKey)) {
+      OutputIndentedAndFormattedString(0,
+                                       "...Could not get fontName from entry %d in "
+                                       "ProcessDocumentFontsForAutoActivation's allDocumentFonts array.",
+                                       static_cast<int>(i));
+      continue;
+    }
+    status = CategorizeOneFont(font, matchedFonts, problemFonts, pickBestMatch, workgroupID);
+  }
+  OutputIndentedAndFormattedString(
+      -1,
+      "Exiting ProcessDocumentFontsForAutoActivation with %d matchedFonts (%d with Glyphsure data) and %d problemFonts "
+      "(%d with Glyphsure data).",
+      static_cast<int>(matchedFonts.Count()), CountFontsWithGlyphsureData(matchedFonts),
+      static_cast<int>(problemFonts.Count()), CountFontsWithGlyphsureData(problemFonts));
+  return status;
+}
+
+bool IsPostScriptNameOnly(const Dictionary& record) {
+  return record.Count() == 1 && record.Contains(kGS_PostScriptNameKey);
+}
+
+namespace {
+
+template <size_t N>
+bool HasAny(const Dictionary& record, const std::string_view (&keys)[N]) {
+  for (const std::string_view key : keys) {
+    if (record.Contains(key)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool FontRefContainsGlyphsureData(const Dictionary& record) {
+  constexpr std::string_view kKeys[] = {kGS_KindKey,        kGS_FamilyKey,         kGS_FoundryKey,
+                                        kGS_VersionKey,     kGS_PrinterFontKey,    kGS_Glyphsure_1_2_Key,
+                                        kGS_ChecksumKey,    kGS_KerningChecksumKey, kGS_OutlineFileSizeKey};
+  return HasAny(record, kKeys);
+}
+
+bool FontRefContainsXMPData(const Dictionary& record) {
+  constexpr std::string_view kKeys[] = {kAdobeXMPFontData_FamilyKey, kAdobeXMPFontData_TypeKey,
+                                        kAdobeXMPFontData_VersionStringKey};
+  return HasAny(record, kKeys);
+}
+
+int CountFontsWithGlyphsureData(const Array& fonts) {
+  int count = 0;
+  for (size_t i = 0; i < fonts.Count(); ++i) count += FontRefContainsGlyphsureData(Dictionary(fonts.At(i)));
+  return count;
+}
+
+int CountMissingFonts(const Array& problemFonts) {
+  int count = 0;
+  for (size_t i = 0; i < problemFonts.Count(); ++i) {
+    const Dictionary record(problemFonts.At(i));
+    if (record && record.GetArray(kGS_PossibleReplacementsKey).Count() == 0) ++count;
+  }
+  return count;
+}
+
+int CountActiveFonts(const Array& matchedFonts) {
+  int count = 0;
+  for (size_t i = matchedFonts.Count(); i-- > 0;) {
+    const Dictionary match = Dictionary(matchedFonts.At(i)).GetDictionary(kGS_MatchedFontKey);
+    if (KeyValueIs(match, kGS_IsActiveKey, "1")) {
+      ++count;
+    } else {
+      // The answer is not used; the look-up is what the desktop's font service was always asked at this place.
+      FontManagerInterface::IsFontActive(match.GetString(kGS_AssignedFamilyGroupNameKey).Text());
+    }
+  }
+  return count;
+}
+
+bool AllFontsResolved(const Array& problemFonts, Array matchedFonts) {
+  bool allResolved = true;
+  for (size_t i = 0; i < problemFonts.Count(); ++i) {
+    const Dictionary font(problemFonts.At(i));
+    if (font.Contains(kGS_MatchedFontKey)) {
+      matchedFonts.Append(font);
+      continue;
+    }
+    OutputIndentedAndFormattedString(
+        0, "This font was skipped:  '%s' -- host app's Find Fonts dialog will be displayed",
+        font.GetString(kGS_PostScriptNameKey).CString());
+    allResolved = false;
+  }
+  return allResolved;
+}
+
+bool DoesArrayContainFontWithDatabaseID(const Array& fontArray, uint32_t databaseID, size_t* outIndex) {
+  if (!fontArray || databaseID == 0) return false;
+  for (size_t i = 0; i < fontArray.Count(); ++i) {
+    const Dictionary record(fontArray.At(i));
+    if (!record || static_cast<uint32_t>(XCFUtils::GetLongFromDictString(record, kGS_DatabaseIDKey)) != databaseID) continue;
+    if (outIndex) *outIndex = i;
+    return true;
+  }
+  return false;
+}
+
+}  // namespace GlyphsureSupport

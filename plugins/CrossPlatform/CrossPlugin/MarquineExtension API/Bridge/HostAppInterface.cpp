@@ -1,0 +1,5 @@
+#include "Bridge/HostAppInterface.h"
+
+HostAppInterface* HostAppInterface::sm_pHostApp = nullptr;
+
+HostAppInterface::~HostAppInterface() = default;

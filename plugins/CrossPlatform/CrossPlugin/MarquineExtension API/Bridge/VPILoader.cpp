@@ -1,0 +1,110 @@
+#include "Bridge/VPILoader.h"
+
+#include "Bridge/AgentLaunch.h"
+#include "Services/DiagnosticLog.h"
+#include "Services/MarquineGlobals.h"
+#include "platform/Folders.h"
+
+namespace {
+
+constexpr const char* kLibraryName = "VelorantPluginInterface.framework";
+std::unique_ptr<VPILoader> sInstance;
+
+}  // namespace
+
+VPILoader* VPILoader::GetSharedInstance() {
+  if (!sInstance) {
+    sInstance.reset(new VPILoader);
+    sInstance->FindLibrary();
+  }
+  return sInstance.get();
+}
+
+void VPILoader::ResetForTesting() { sInstance.reset(); }
+
+VPILoader* VPILoader::UseEmptyTableForTesting() {
+  sInstance.reset(new VPILoader);
+  return sInstance.get();
+}
+
+VPILoader::VPILoader() {
+  ResetFunctionPointers(this, nullptr);
+  VerifyThatAllMembersAre(false);
+}
+
+VPILoader::~VPILoader() = default;
+
+platform::BundleRef VPILoader::FindBundle() {
+  bool hasFolder = GetPathToRunningProcessExe("Nexcore", sFrameworkPath) == CoreErrorCodes::kSuccess;
+  if (!hasFolder) hasFolder = FindAndLaunchNexcore(&sFrameworkPath) == 0;
+  if (hasFolder) {
+    sFrameworkPath += kLibraryName;
+    if (platform::BundleRef bundle = platform::Bundle::Create(sFrameworkPath)) return bundle;
+  }
+  return platform::Bundle::Create(platform::LocalFrameworksFolder() + "/" + kLibraryName);
+}
+
+void VPILoader::FindLibrary() {
+  platform::BundleRef bundle = LoadPrivateFramework(MarquineGlobals::GetPluginBundleIdentifier(), kLibraryName);
+  if (!bundle) bundle = FindBundle();
+  if (!bundle) {
+    OutputIndentedAndFormattedString(0, "ERROR:  cannot find %s", kLibraryName);
+    return;
+  }
+  sFrameworkVersion = bundle->Info().GetString("CFBundleShortVersionString").Text();
+  ResetFunctionPointers(this, bundle.get());
+}
+
+void VPILoader::ResetFunctionPointers(VPILoader* self, platform::Bundle* bundle) {
+  if (bundle) self->nMissingFunctions = 0;
+#define RESOLVE(name, result, parameters)                                                                            \
+  {                                                                                                                  \
+    void* const function = bundle ? bundle->FunctionForName(#name) : nullptr;                                       \
+    self->pf##name = reinterpret_cast<result(*) parameters>(function);                                              \
+    if (bundle) {                                                                                                    \
+      OutputIndentedAndFormattedString(0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x",         \
+                                       LowBits(bundle), #name, LowBits(function));                                  \
+      if (!function) ++self->nMissingFunctions;                                                                      \
+    }                                                                                                                \
+  }
+  PLUGIN_INTERFACE_FUNCTIONS(RESOLVE)
+#undef RESOLVE
+}
+
+bool VPILoader::IsLoaded(std::string* path, std::string* version, int* missing) {
+  if (!path || !version || !missing) {
+    OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because it was called incorrectly.");
+    return false;
+  }
+  *path = sFrameworkPath;
+  *version = sFrameworkVersion;
+  *missing = nMissingFunctions;
+  if (nMissingFunctions == 0) return true;
+  if (nMissingFunctions == 1 && !pfGetIsOnline) return true;
+  if (nMissingFunctions == kTableSize) {
+    OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because all %d functions are missing.",
+                                     nMissingFunctions);
+  } else {
+    // Missing functions are reported in these words; support staff searches logs for them.
+    OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because of one or more null inputs.");
+  }
+  return false;
+}
+
+platform::String VPILoader::VersionStringRef() const { return platform::String::FromUTF8(sFrameworkVersion); }
+
+bool VPILoader::VerifyThatAllMembersAre(bool nonNull) const {
+  bool isAsExpected = true;
+  const auto check = [&](const char* member, bool isSet) {
+    // The last member of the table was never checked, and logs are compared with those of old.
+    if (isSet == nonNull || std::string_view(member) == "pfCanAccessGoogleFonts") return;
+    OutputIndentedAndFormattedString(0, nonNull ? "ERROR:  this->%s is NULL." : "ERROR:  this->%s is not NULL.", member);
+    isAsExpected = false;
+  };
+#define CHECK_MEMBER(name, result, parameters) check("pf" #name, pf##name != nullptr);
+  PLUGIN_INTERFACE_FUNCTIONS(CHECK_MEMBER)
+#undef CHECK_MEMBER
+  return isAsExpected;
+}
+
+PluginInterface::FacadeHandle GetFacade() { return VPILoader::GetSharedInstance()->pfGetPluginFacadeInstance(); }
