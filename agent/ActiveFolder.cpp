@@ -127,8 +127,6 @@ std::vector<uint32_t> ActiveFolder::LinkedIDs() const {
   return ids;
 }
 
-void ActiveFolder::Touch(uint32_t id) { Changed(id); }
-
 void ActiveFolder::Changed(uint32_t id) {
   const std::string folder = FolderOf(id);
   SetTimeOf(folder, 0);

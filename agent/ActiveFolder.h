@@ -43,12 +43,10 @@ class ActiveFolder {
   std::error_code Unlink(uint32_t id);  // no link is no error
   bool IsLinked(uint32_t id) const { return links_.contains(id); }
   std::vector<uint32_t> LinkedIDs() const;
-  // For a linked file whose content was replaced.
-  void Touch(uint32_t id);
   // Dates the folders that wait for their second touch as if they had been touched; for the end of the process.
   void FinishTouches();
 
-  const std::string& Root() const { return root_; }
+  bool PrefersHardLinks() const { return kind_ == LinkKind::kHardPreferred; }
   // Whether a path that fontconfig reports is one of these links.
   bool Holds(const std::string& path) const;
 

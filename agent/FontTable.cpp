@@ -43,7 +43,6 @@ std::vector<Font> FontTable::ReplaceFile(const std::string& path, const std::vec
     }
     files_.erase(known);
   }
-  if (fonts.empty()) systemActive_.erase(path);
   for (const Font& font : fonts) {
     // A file that was moved brings its IDs along while the old path may still be on the books.
     if (const auto old = fonts_.find(font.id); old != fonts_.end()) {
@@ -61,16 +60,6 @@ std::vector<Font> FontTable::ReplaceFile(const std::string& path, const std::vec
   }
   return gone;
 }
-
-void FontTable::SetSystemActive(const std::string& path, bool active) {
-  if (active) {
-    systemActive_.insert(path);
-  } else {
-    systemActive_.erase(path);
-  }
-}
-
-bool FontTable::IsSystemActive(const Font& font) const { return systemActive_.contains(font.path); }
 
 const Font* FontTable::Find(uint32_t id) const {
   const auto found = fonts_.find(id);

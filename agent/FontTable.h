@@ -36,10 +36,9 @@ class FontTable {
  public:
   // The fonts of a file in place of those that it had; empty removes the file. Gives those that are no longer there.
   std::vector<Font> ReplaceFile(const std::string& path, const std::vector<Font>& fonts);
-  // A file that the operating system activates by itself, whatever its workgroup.
-  void SetSystemActive(const std::string& path, bool active);
-  bool IsSystemActive(const Font& font) const;
-  const std::set<std::string>& SystemActiveFiles() const { return systemActive_; }
+  // The files that the operating system has active by itself, whatever their workgroup.
+  void SetSystemActiveFiles(std::set<std::string> paths) { systemActive_ = std::move(paths); }
+  bool IsSystemActive(const Font& font) const { return systemActive_.contains(font.path); }
 
   const Font* Find(uint32_t id) const;  // null if unknown
   // In the order of workgroup, then ID.
@@ -47,7 +46,6 @@ class FontTable {
   std::vector<const Font*> WithFamilyName(std::string_view name) const;      // whatever the case
   std::vector<const Font*> WithFamilyID(uint32_t familyID) const;
   std::vector<const Font*> OfFile(const std::string& path) const;  // in the order of faces
-  bool HasFile(const std::string& path) const { return files_.contains(path); }
   size_t Count() const { return fonts_.size(); }
 
  private:

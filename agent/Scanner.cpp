@@ -30,16 +30,16 @@ void Scanner::Start() {
   storeProblems_.clear();
   next_ = 0;
   running_ = true;
+  phase_ = Phase::kWalking;
 }
 
 bool Scanner::Step() {
   if (!running_) return false;
-  if (!walk_->IsDone()) {
+  if (phase_ == Phase::kWalking) {
     lastRead_ = walk_->Step();
     if (walk_->IsDone()) BeginReading();
     return true;
   }
-  if (systemFiles_.empty() && next_ == 0 && libraryFiles_.empty()) BeginReading();
   if (ReadNext()) return true;
   Finish();
   return false;
@@ -47,7 +47,8 @@ bool Scanner::Step() {
 
 void Scanner::BeginReading() {
   for (const FoundFile& file : walk_->Files()) libraryFiles_[{file.identity.device, file.identity.inode}] = file.path;
-  systemFiles_ = SystemFiles();
+  TakeSystemFiles();
+  phase_ = Phase::kReading;
 }
 
 bool Scanner::ReadNext() {
@@ -58,34 +59,34 @@ bool Scanner::ReadNext() {
     const FoundFile& file = isLibrary ? files[next_] : systemFiles_[next_ - files.size()];
     ++next_;
     lastRead_ = file.path;
-    if (!isLibrary) {
-      NoteSystemFile(file);
-      if (libraryFiles_.contains({file.identity.device, file.identity.inode})) continue;
-    }
+    if (!isLibrary && IsLibraryFile(file)) continue;
     if (TakeFile(file, isLibrary ? kFontLibrary.id : kSystemFonts.id)) break;
   }
   return true;
 }
 
-std::vector<FoundFile> Scanner::SystemFiles() const {
+bool Scanner::IsLibraryFile(const FoundFile& file) const {
+  return libraryFiles_.contains({file.identity.device, file.identity.inode});
+}
+
+void Scanner::TakeSystemFiles() {
   std::set<std::string> paths;
   for (const platform::ActiveFont& font : platform::ActiveFonts()) {
     if (!parts_.active.Holds(font.file)) paths.insert(font.file);
   }
-  std::vector<FoundFile> files;
+  systemFiles_.clear();
+  std::set<std::string> active;
   std::string problem;
   for (const std::string& path : paths) {
     FoundFile file;
     file.path = path;
-    if (FileIdentity::Of(path, file.identity, problem)) files.push_back(std::move(file));
+    if (!FileIdentity::Of(path, file.identity, problem)) continue;
+    // A library's file that the operating system lists by itself stays the library's, and is active.
+    const auto library = libraryFiles_.find({file.identity.device, file.identity.inode});
+    active.insert(library == libraryFiles_.end() ? path : library->second);
+    systemFiles_.push_back(std::move(file));
   }
-  return files;
-}
-
-// A library's file that the operating system lists by itself stays the library's, and is active.
-void Scanner::NoteSystemFile(const FoundFile& file) {
-  const auto library = libraryFiles_.find({file.identity.device, file.identity.inode});
-  parts_.table.SetSystemActive(library == libraryFiles_.end() ? file.path : library->second, true);
+  parts_.table.SetSystemActiveFiles(std::move(active));
 }
 
 bool Scanner::TakeFile(const FoundFile& file, uint32_t workgroupID) {
@@ -93,14 +94,17 @@ bool Scanner::TakeFile(const FoundFile& file, uint32_t workgroupID) {
   if (before != seen_.end()) return false;
   seen_[file.path] = workgroupID;
   const auto known = known_.find(file.path);
-  const bool isUnchanged = known != known_.end() && known->second.identity == file.identity;
+  // What could not be read may be readable now, though its date tells nothing.
+  const bool isUnchanged = known != known_.end() && known->second.identity == file.identity &&
+                           known->second.content.verdict != FontVerdict::kBroken;
   if (isUnchanged) {
-    const bool isListed = parts_.table.HasFile(file.path);
+    const std::vector<const Font*> listed = parts_.table.OfFile(file.path);
+    const bool isListed = !listed.empty() && listed.front()->workgroupID == workgroupID;
     if (!isListed && !known->second.content.faces.empty()) PutFonts(known->second, workgroupID);
     return false;
   }
   IndexedFile fresh{file.path, file.identity, reader_.Read(file.path)};
-  const bool isReplaced = known != known_.end();
+  const bool isReplaced = known != known_.end() && !(known->second.identity == file.identity);
   PutFonts(fresh, workgroupID);
   StoreInIndex(fresh);
   known_[file.path] = std::move(fresh);
@@ -173,14 +177,11 @@ ScanProgress Scanner::Progress() const {
 
 void Scanner::RefreshSystemFonts() {
   if (running_ || !finishedOnce_) return;
-  const std::vector<FoundFile> files = SystemFiles();
-  const std::set<std::string> before = parts_.table.SystemActiveFiles();
-  for (const std::string& path : before) parts_.table.SetSystemActive(path, false);
+  TakeSystemFiles();
   std::set<std::string> listed;
-  for (const FoundFile& file : files) {
-    NoteSystemFile(file);
+  for (const FoundFile& file : systemFiles_) {
+    if (IsLibraryFile(file)) continue;
     listed.insert(file.path);
-    if (libraryFiles_.contains({file.identity.device, file.identity.inode})) continue;
     const auto known = known_.find(file.path);
     if (known != known_.end() && !(known->second.identity == file.identity)) seen_.erase(file.path);
     TakeFile(file, kSystemFonts.id);

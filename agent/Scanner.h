@@ -69,8 +69,8 @@ class Scanner {
   void PutFonts(const IndexedFile& file, uint32_t workgroupID);
   void Drop(const std::string& path);
   void Finish();
-  std::vector<FoundFile> SystemFiles() const;
-  void NoteSystemFile(const FoundFile& file);
+  void TakeSystemFiles();
+  bool IsLibraryFile(const FoundFile& file) const;
   void StoreInIndex(const IndexedFile& file);
 
   Parts parts_;
@@ -84,6 +84,7 @@ class Scanner {
   std::vector<FoundFile> systemFiles_;
   size_t next_ = 0;
   std::string lastRead_;
+  enum class Phase { kWalking, kReading } phase_ = Phase::kWalking;
   bool running_ = false;
   bool finishedOnce_ = false;
   std::vector<std::string> walkedFolders_;

@@ -1,0 +1,269 @@
+#include "agent/Activations.h"
+
+#include <algorithm>
+
+#include "platform/Files.h"
+#include "platform/Fonts.h"
+
+namespace agent {
+
+using agent_protocol::kActivated;
+using agent_protocol::kAutoActivated;
+using agent_protocol::kAutoActivatedAgain;
+using agent_protocol::kInactive;
+using agent_protocol::kPreviewActivated;
+using agent_protocol::kSystemActive;
+
+namespace {
+
+int Rank(AgentActivationState state) {
+  switch (state) {
+    case kActivated:
+      return 4;
+    case kAutoActivated:
+      return 3;
+    case kAutoActivatedAgain:
+      return 2;
+    case kPreviewActivated:
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+AgentActivationState Stronger(AgentActivationState a, AgentActivationState b) { return Rank(a) >= Rank(b) ? a : b; }
+
+}  // namespace
+
+AgentActivationState Activations::Demand::Strongest() const {
+  AgentActivationState strongest = stored;
+  for (const auto& [client, state] : clients) strongest = Stronger(strongest, state);
+  return strongest;
+}
+
+Activations::Activations(const Parts& parts, std::set<std::string> refusedNames, ActivationEvents events)
+    : parts_(parts), refusedNames_(std::move(refusedNames)), events_(std::move(events)) {
+  for (const auto& [id, state] : parts_.user.Activations()) {
+    demands_[id].stored = static_cast<AgentActivationState>(state);
+  }
+}
+
+void Activations::RemoveUnaskedLinks() {
+  for (const uint32_t id : parts_.folder.LinkedIDs()) {
+    if (demands_.contains(id)) continue;
+    if (const std::error_code error = parts_.folder.Unlink(id)) {
+      events_.report("font " + std::to_string(id) + ": can't deactivate: " + platform::DescribeError(error));
+    }
+  }
+}
+
+void Activations::Reconcile() {
+  const std::map<std::string, uint32_t> linked = linkedFiles_;
+  for (const auto& [path, id] : linked) UnlinkIfUnasked(path);
+  for (const auto& [id, demand] : demands_) {
+    const Font* font = parts_.table.Find(id);
+    if (!font || linkedFiles_.contains(font->path) || parts_.table.IsSystemActive(*font)) continue;
+    if (ConflictOf(*font) == 0) LinkFile(font->path, id);
+  }
+}
+
+bool Activations::IsAskedFor(const std::string& path) const {
+  const std::vector<const Font*> fonts = parts_.table.OfFile(path);
+  return std::any_of(fonts.begin(), fonts.end(), [&](const Font* font) { return demands_.contains(font->id); });
+}
+
+bool Activations::LinkFile(const std::string& path, uint32_t linkID) {
+  const ActiveFolder::LinkResult result = parts_.folder.Link(linkID, path);
+  if (result.error) {
+    events_.report(path + ": can't activate: " + platform::DescribeError(result.error));
+    return false;
+  }
+  if (result.symbolic && parts_.folder.PrefersHardLinks()) {
+    events_.report(path + ": only a symbolic link was possible; sandboxed programs may not see this font");
+  }
+  linkedFiles_[path] = linkID;
+  for (const Font* font : parts_.table.OfFile(path)) events_.activated(font->id);
+  return true;
+}
+
+void Activations::UnlinkFile(const std::string& path) {
+  const auto found = linkedFiles_.find(path);
+  if (found == linkedFiles_.end()) return;
+  if (const std::error_code error = parts_.folder.Unlink(found->second)) {
+    events_.report(path + ": can't deactivate: " + platform::DescribeError(error));
+    return;
+  }
+  linkedFiles_.erase(found);
+  for (const Font* font : parts_.table.OfFile(path)) events_.deactivated(font->id);
+}
+
+void Activations::UnlinkIfUnasked(const std::string& path) {
+  if (!IsAskedFor(path)) UnlinkFile(path);
+}
+
+uint32_t Activations::ConflictOf(const Font& font) const {
+  for (const Font* face : parts_.table.OfFile(font.path)) {
+    for (const Font* other : parts_.table.WithPostScriptName(face->face.postScriptName)) {
+      if (other->path != font.path && IsActive(*other)) return other->id;
+    }
+  }
+  return 0;
+}
+
+ActivationOutcome Activations::Activate(ClientID client, const std::vector<uint32_t>& fontIDs,
+                                        AgentActivationState state) {
+  ActivationOutcome outcome;
+  std::set<uint32_t> taken;
+  std::set<std::string> linkedNow;
+  for (const uint32_t id : fontIDs) {
+    if (!taken.insert(id).second) continue;
+    const Font* font = parts_.table.Find(id);
+    if (!font) {
+      outcome.failed.push_back(id);
+    } else if (refusedNames_.contains(font->face.postScriptName)) {
+      outcome.refused.push_back(id);
+    } else if (parts_.table.IsSystemActive(*font)) {
+      outcome.activated.push_back(id);
+    } else {
+      bool isLinked = linkedFiles_.contains(font->path);
+      if (!isLinked && ConflictOf(*font) == 0 && LinkFile(font->path, id)) {
+        isLinked = true;
+        linkedNow.insert(font->path);
+      }
+      (isLinked ? outcome.activated : outcome.failed).push_back(id);
+      if (!isLinked) continue;
+      AgentActivationState& held = demands_[id].clients[client];
+      held = Stronger(held, state);
+    }
+  }
+  TakeBackUnseen(client, linkedNow, outcome);
+  for (const uint32_t id : outcome.activated) {
+    if (state == kActivated && demands_.contains(id)) Store(id, kActivated);
+  }
+  return outcome;
+}
+
+// Nothing is said to be active that the font service does not list: a font that its configuration rejects, say.
+void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& linkedNow, ActivationOutcome& outcome) {
+  if (linkedNow.empty()) return;
+  std::set<std::string> seen;
+  for (const platform::ActiveFont& font : platform::ActiveFonts()) {
+    if (parts_.folder.Holds(font.file)) seen.insert(font.postScriptName);
+  }
+  std::vector<uint32_t> stay;
+  for (const uint32_t id : outcome.activated) {
+    const Font* font = parts_.table.Find(id);
+    if (!linkedNow.contains(font->path) || seen.contains(font->face.postScriptName)) {
+      stay.push_back(id);
+      continue;
+    }
+    events_.report(font->path + ": was linked, but the font service does not list " + font->face.postScriptName);
+    DropClient(client, id);
+    UnlinkIfUnasked(font->path);
+    outcome.failed.push_back(id);
+  }
+  outcome.activated = std::move(stay);
+}
+
+// user.db first, so that what is stored is never more than what is then done.
+void Activations::Store(uint32_t fontID, AgentActivationState state) {
+  if (state == kInactive) {
+    parts_.user.RemoveActivation(fontID);
+  } else {
+    parts_.user.SetActivation(fontID, state);
+  }
+  demands_[fontID].stored = state;
+  if (demands_[fontID].IsEmpty()) demands_.erase(fontID);
+}
+
+void Activations::DropClient(ClientID client, uint32_t fontID) {
+  const auto found = demands_.find(fontID);
+  if (found == demands_.end()) return;
+  found->second.clients.erase(client);
+  if (found->second.IsEmpty()) demands_.erase(found);
+}
+
+std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser) {
+  std::vector<uint32_t> notOurs;
+  for (const uint32_t id : fontIDs) {
+    const Font* font = parts_.table.Find(id);
+    if (font && parts_.table.IsSystemActive(*font)) notOurs.push_back(id);
+    DropClient(client, id);
+    const auto found = demands_.find(id);
+    if (found != demands_.end()) {
+      const AgentActivationState stored = found->second.stored;
+      if (stored != kInactive && (alsoUser || stored != kActivated)) Store(id, kInactive);
+    }
+    if (font) UnlinkIfUnasked(font->path);
+  }
+  return notOurs;
+}
+
+void Activations::ReleaseClient(ClientID client) {
+  std::vector<uint32_t> held;
+  for (const auto& [id, demand] : demands_) {
+    if (demand.clients.contains(client)) held.push_back(id);
+  }
+  for (const uint32_t id : held) {
+    DropClient(client, id);
+    if (const Font* font = parts_.table.Find(id)) UnlinkIfUnasked(font->path);
+  }
+}
+
+void Activations::ReleaseAllClients() {
+  std::set<ClientID> clients;
+  for (const auto& [id, demand] : demands_) {
+    for (const auto& [client, state] : demand.clients) clients.insert(client);
+  }
+  for (const ClientID client : clients) ReleaseClient(client);
+}
+
+void Activations::KeepClient(ClientID client) {
+  std::vector<uint32_t> held;
+  for (const auto& [id, demand] : demands_) {
+    if (demand.clients.contains(client)) held.push_back(id);
+  }
+  for (const uint32_t id : held) {
+    if (demands_[id].stored == kInactive) Store(id, kAutoActivated);
+    DropClient(client, id);
+  }
+}
+
+AgentActivationState Activations::StateOf(const Font& font) const {
+  if (parts_.table.IsSystemActive(font)) return kSystemActive;
+  if (!linkedFiles_.contains(font.path)) return kInactive;
+  const auto own = demands_.find(font.id);
+  if (own != demands_.end()) return own->second.Strongest();
+  // Nobody asks for this face, but its file is active for another one.
+  AgentActivationState state = kInactive;
+  for (const Font* face : parts_.table.OfFile(font.path)) {
+    const auto found = demands_.find(face->id);
+    if (found != demands_.end()) state = Stronger(state, found->second.Strongest());
+  }
+  return state;
+}
+
+bool Activations::IsHeldBy(ClientID client, uint32_t fontID) const {
+  const auto found = demands_.find(fontID);
+  return found != demands_.end() && found->second.clients.contains(client);
+}
+
+void Activations::OnFileReplaced(const std::string& path) {
+  const auto found = linkedFiles_.find(path);
+  if (found == linkedFiles_.end()) return;
+  // A hard link still holds the old file.
+  if (parts_.folder.Link(found->second, path).error) UnlinkFile(path);
+}
+
+void Activations::OnFontsGone(const std::string& path, const std::vector<Font>& fonts) {
+  // What is stored stays stored: the file may come back.
+  for (const Font& font : fonts) {
+    const auto found = demands_.find(font.id);
+    if (found == demands_.end()) continue;
+    found->second.clients.clear();
+    if (found->second.IsEmpty()) demands_.erase(found);
+  }
+  UnlinkIfUnasked(path);
+}
+
+}  // namespace agent

@@ -1,0 +1,24 @@
+// The host's extension event service, found and loaded at run time from inside the host's bundle.
+#pragma once
+
+#include "frameworks/PlugPlug/include/PlugPlugEvents.h"
+#include "platform/Bundle.h"
+
+class SDKPlugPlug {
+ public:
+  static constexpr int kLoadFailure = 31;
+
+  int Load();    // 0 or kLoadFailure; entry points found before the first missing one stay set
+  int Unload();  // the entry points stay as they are
+  int LoadExtension(const char* extensionID);
+  int UnloadExtension(const char* extensionID);
+  csxs::event::EventErrorCode AddEventListener(const char* type, csxs::event::EventCallback callback, void* context);
+  csxs::event::EventErrorCode RemoveEventListener(const char* type, csxs::event::EventCallback callback, void* context);
+  csxs::event::EventErrorCode DispatchEvent(const csxs::event::Event* event);
+
+ private:
+  platform::BundleRef mBundle;
+#define PLUG_PLUG_MEMBER(name, result, parameters) result(*pf##name) parameters = nullptr;
+  PLUG_PLUG_FUNCTIONS(PLUG_PLUG_MEMBER)
+#undef PLUG_PLUG_MEMBER
+};
