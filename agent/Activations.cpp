@@ -50,20 +50,30 @@ Activations::Activations(const Parts& parts, std::set<std::string> refusedNames,
 
 void Activations::RemoveUnaskedLinks() {
   for (const uint32_t id : parts_.folder.LinkedIDs()) {
-    if (demands_.contains(id)) continue;
-    if (const std::error_code error = parts_.folder.Unlink(id)) {
-      events_.report("font " + std::to_string(id) + ": can't deactivate: " + platform::DescribeError(error));
-    }
+    if (!demands_.contains(id)) Unlink(id);
   }
+}
+
+bool Activations::Unlink(uint32_t linkID) {
+  const std::error_code error = parts_.folder.Unlink(linkID);
+  if (error) {
+    events_.report("font " + std::to_string(linkID) + ": can't deactivate: " + platform::DescribeError(error));
+  }
+  return !error;
 }
 
 void Activations::Reconcile() {
   const std::map<std::string, uint32_t> linked = linkedFiles_;
   for (const auto& [path, id] : linked) UnlinkIfUnasked(path);
+  std::set<uint32_t> owned;
+  for (const auto& [path, id] : linkedFiles_) owned.insert(id);
+  for (const uint32_t id : parts_.folder.LinkedIDs()) {
+    if (!owned.contains(id)) Unlink(id);  // of an earlier run; what is still asked for is linked anew below
+  }
   for (const auto& [id, demand] : demands_) {
     const Font* font = parts_.table.Find(id);
     if (!font || linkedFiles_.contains(font->path) || parts_.table.IsSystemActive(*font)) continue;
-    if (ConflictOf(*font) == 0) LinkFile(font->path, id);
+    if (ConflictOf(*font) == 0 && LinkFile(font->path, id)) Announce(font->path);
   }
 }
 
@@ -82,18 +92,20 @@ bool Activations::LinkFile(const std::string& path, uint32_t linkID) {
     events_.report(path + ": only a symbolic link was possible; sandboxed programs may not see this font");
   }
   linkedFiles_[path] = linkID;
-  for (const Font* font : parts_.table.OfFile(path)) events_.activated(font->id);
   return true;
+}
+
+void Activations::Announce(const std::string& path) {
+  if (!linkedFiles_.contains(path) || !announced_.insert(path).second) return;
+  for (const Font* font : parts_.table.OfFile(path)) events_.activated(font->id);
 }
 
 void Activations::UnlinkFile(const std::string& path) {
   const auto found = linkedFiles_.find(path);
   if (found == linkedFiles_.end()) return;
-  if (const std::error_code error = parts_.folder.Unlink(found->second)) {
-    events_.report(path + ": can't deactivate: " + platform::DescribeError(error));
-    return;
-  }
+  if (!Unlink(found->second)) return;
   linkedFiles_.erase(found);
+  if (announced_.erase(path) == 0) return;
   for (const Font* font : parts_.table.OfFile(path)) events_.deactivated(font->id);
 }
 
@@ -137,6 +149,7 @@ ActivationOutcome Activations::Activate(ClientID client, const std::vector<uint3
     }
   }
   TakeBackUnseen(client, linkedNow, outcome);
+  for (const std::string& path : linkedNow) Announce(path);
   for (const uint32_t id : outcome.activated) {
     if (state == kActivated && demands_.contains(id)) Store(id, kActivated);
   }
@@ -165,7 +178,7 @@ void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& l
   outcome.activated = std::move(stay);
 }
 
-// user.db first, so that what is stored is never more than what is then done.
+// A kill between linking and storing leaves a link that the next start removes.
 void Activations::Store(uint32_t fontID, AgentActivationState state) {
   if (state == kInactive) {
     parts_.user.RemoveActivation(fontID);
@@ -258,6 +271,7 @@ void Activations::OnFileReplaced(const std::string& path) {
 void Activations::OnFontsGone(const std::string& path, const std::vector<Font>& fonts) {
   // What is stored stays stored: the file may come back.
   for (const Font& font : fonts) {
+    if (announced_.contains(path)) events_.deactivated(font.id);
     const auto found = demands_.find(font.id);
     if (found == demands_.end()) continue;
     found->second.clients.clear();

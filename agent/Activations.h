@@ -78,6 +78,8 @@ class Activations {
 
   bool IsAskedFor(const std::string& path) const;
   bool LinkFile(const std::string& path, uint32_t linkID);
+  void Announce(const std::string& path);
+  bool Unlink(uint32_t linkID);
   void UnlinkFile(const std::string& path);
   void UnlinkIfUnasked(const std::string& path);
   void DropClient(ClientID client, uint32_t fontID);
@@ -89,6 +91,7 @@ class Activations {
   ActivationEvents events_;
   std::map<uint32_t, Demand> demands_;
   std::map<std::string, uint32_t> linkedFiles_;  // path to the ID that its link is named by
+  std::set<std::string> announced_;              // linked files whose fonts clients know to be active
 };
 
 }  // namespace agent

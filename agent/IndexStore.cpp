@@ -61,12 +61,12 @@ bool FileIdentity::Of(const std::string& path, FileIdentity& identity, std::stri
   return true;
 }
 
-IndexStore::IndexStore(const std::string& path, std::string& notice) : path_(path) {
+IndexStore::IndexStore(const std::string& path, const std::function<void(const std::string&)>& report) : path_(path) {
   try {
     Open();
   } catch (const StoreError& error) {
     if (!error.IsDamage()) throw;
-    notice = std::string(error.what()) + "; moved aside to " + path + ".damaged and made anew";
+    report(std::string(error.what()) + "; moved aside to " + path + ".damaged and made anew");
     database_.reset();
     for (const char* companion : {"-wal", "-shm"}) std::remove((path + companion).c_str());
     if (std::rename(path.c_str(), (path + ".damaged").c_str()) != 0) throw;

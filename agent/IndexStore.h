@@ -2,6 +2,7 @@
 // again by another scan; the file may be deleted at any time, and a damaged one is moved aside and made anew.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,8 +33,8 @@ struct IndexedFile {
 
 class IndexStore {
  public:
-  // Throws StoreError if no database can be made. If a damaged one was moved aside, notice says so in a line.
-  IndexStore(const std::string& path, std::string& notice);
+  // Throws StoreError if no database can be made. If a damaged one was moved aside, report gets a line.
+  IndexStore(const std::string& path, const std::function<void(const std::string&)>& report);
 
   std::vector<IndexedFile> Load();
   void Put(const IndexedFile& file);  // in place of what was known of the path

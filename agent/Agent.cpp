@@ -1,0 +1,121 @@
+#include "agent/Agent.h"
+
+#include <cstdio>
+
+#include "agent/Calls.h"
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+
+namespace agent {
+
+namespace {
+
+// A client that reconnects at once, or a first client that is still on its way, finds the agent there.
+constexpr double kLinger = 1.0;
+constexpr double kPatienceForFirstClient = 60.0;
+constexpr int kFlushMilliseconds = 200;
+
+void Report(const std::string& line) { std::fprintf(stderr, "%s: %s\n", agent_protocol::kAgentName, line.c_str()); }
+
+}  // namespace
+
+Agent::Agent(const Configuration& configuration, platform::RunLoop& loop)
+    : configuration_(configuration),
+      loop_(loop),
+      server_(loop, {[this](ClientID client, std::string_view message) { dispatcher_.OnMessage(client, message); },
+                     [this](ClientID client) { OnGone(client); }}),
+      dispatcher_({[this](ClientID client, const std::string& message) { server_.Send(client, message); },
+                   [this](ClientID client) { server_.Drop(client); }, Report}) {}
+
+std::error_code Agent::Start() {
+  if (const std::error_code error = platform::MakeFolder(configuration_.DataFolder(), 0700)) return error;
+  try {
+    library_ = std::make_unique<FontLibrary>(configuration_, loop_, MakeLibraryEvents());
+  } catch (const StoreError& error) {
+    Report(error.what());
+    Report("no fonts are served until this file is mended or moved away");
+    dispatcher_.SetCodeForUnknownCalls(kInvalidVault);
+  }
+  AddCalls();
+  const std::error_code error = server_.Listen(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName);
+  if (error) return error;
+  if (library_) library_->Start();
+  if (configuration_.exitWithLastClient) EndAfter(kPatienceForFirstClient);
+  return {};
+}
+
+LibraryEvents Agent::MakeLibraryEvents() {
+  LibraryEvents events;
+  events.activated = [this](uint32_t id) { NotifyFont(PluginInterface::kFontActivated, id); };
+  events.deactivated = [this](uint32_t id) { NotifyFont(PluginInterface::kFontDeactivated, id); };
+  events.missing = [this](uint32_t id) { NotifyFont(PluginInterface::kFontMissing, id); };
+  events.scanProgress = [this](const ScanProgress& progress) {
+    Notify({{"notify", PluginInterface::kBulkReplicationProgress},
+            {"payload", {{"stepIndex", progress.step}, {"numSteps", progress.steps}, {"text", progress.text}}}});
+  };
+  events.scanFinished = [this](bool hadProgress) {
+    if (hadProgress) Notify({{"notify", PluginInterface::kBulkReplicationStopped}});
+    dispatcher_.Release();
+  };
+  events.report = Report;
+  return events;
+}
+
+void Agent::AddCalls() {
+  AddStateCalls(dispatcher_);
+  dispatcher_.Add("Hello", Needs::kNothing,
+                  [this](ClientID client, const Arguments& arguments) { return Hello(client, arguments); });
+  dispatcher_.Add("SetNotifications", Needs::kNothing, [this](ClientID client, const Arguments& arguments) {
+    const auto found = clients_.find(client);
+    if (found == clients_.end()) return Reply{kInvalidParam};
+    found->second.wantsNotifications = arguments.Flag("wanted");
+    return Reply();
+  });
+  dispatcher_.Add("InitThreadInstance", Needs::kNothing,
+                  [this](ClientID, const Arguments&) { return Reply{library_ ? kSuccess : kInvalidVault}; });
+  if (!library_) return;
+  AddFontCalls(dispatcher_, *library_);
+  AddActivationCalls(dispatcher_, *library_);
+  AddSetCalls(dispatcher_, *library_);
+}
+
+Reply Agent::Hello(ClientID client, const Arguments& arguments) {
+  clients_[client].wantsNotifications = arguments.Flag("notifications");
+  if (endTimer_) loop_.RemoveTimer(endTimer_);
+  endTimer_ = nullptr;
+  return {kSuccess, {{"protocol", agent_protocol::kProtocolVersion}}};
+}
+
+void Agent::Notify(const Json& notification) {
+  const std::string text = ToText(notification);
+  for (const auto& [id, client] : clients_) {
+    if (client.wantsNotifications) server_.Send(id, text);
+  }
+}
+
+void Agent::NotifyFont(uint32_t kind, uint32_t fontID) { Notify({{"notify", kind}, {"fontID", fontID}}); }
+
+void Agent::OnGone(ClientID client) {
+  dispatcher_.OnGone(client);
+  const bool wasClient = clients_.erase(client) > 0;
+  if (library_) library_->Active().ReleaseClient(client);
+  if (wasClient && clients_.empty() && configuration_.exitWithLastClient) EndAfter(kLinger);
+}
+
+void Agent::EndAfter(double seconds) {
+  if (endTimer_) loop_.RemoveTimer(endTimer_);
+  endTimer_ = std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + seconds, 0,
+                                                       [this](platform::RunLoopTimer&) { loop_.Stop(); });
+  loop_.AddTimer(endTimer_, platform::RunLoopMode::kCommon);
+}
+
+void Agent::Finish() {
+  server_.StopListening();
+  Notify({{"notify", PluginInterface::kAgentShutdown}});
+  if (library_) library_->Finish();
+  server_.Flush(kFlushMilliseconds);
+}
+
+}  // namespace agent

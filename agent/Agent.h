@@ -1,0 +1,48 @@
+// The agent of one state folder: the library, the clients that are connected, and when to end.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "agent/Configuration.h"
+#include "agent/Dispatcher.h"
+#include "agent/FontLibrary.h"
+#include "agent/Server.h"
+#include "platform/RunLoop.h"
+
+namespace agent {
+
+class Agent {
+ public:
+  Agent(const Configuration& configuration, platform::RunLoop& loop);
+
+  // Listens and starts the first scan. A failure to listen is the result.
+  std::error_code Start();
+  // Tells the clients and takes back what they asked for. To be called once, after the loop.
+  void Finish();
+
+ private:
+  struct Client {
+    bool wantsNotifications = false;
+  };
+
+  void AddCalls();
+  Reply Hello(ClientID client, const Arguments& arguments);
+  LibraryEvents MakeLibraryEvents();
+  void Notify(const Json& notification);
+  void NotifyFont(uint32_t kind, uint32_t fontID);
+  void OnGone(ClientID client);
+  void EndAfter(double seconds);
+
+  Configuration configuration_;
+  platform::RunLoop& loop_;
+  Server server_;
+  Dispatcher dispatcher_;
+  std::unique_ptr<FontLibrary> library_;  // null if its databases can't be used
+  std::map<ClientID, Client> clients_;    // those that have said hello; others only looked whether somebody answers
+  platform::RunLoopTimerRef endTimer_;
+};
+
+}  // namespace agent

@@ -1,0 +1,39 @@
+#include "agent/FontRecord.h"
+
+namespace agent {
+
+Json MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state) {
+  const FontFace& face = font.face;
+  const Workgroup& workgroup = WorkgroupWithID(font.workgroupID);
+  Json record = {
+      {"PostScriptName", face.postScriptName},
+      {"FontKind", face.kind},
+      {"Foundry", face.foundry},
+      {"Version", face.version},
+      {"KerningChecksum", std::to_string(face.kerningChecksum)},
+      {"Checksum", std::to_string(face.checksum)},
+      {"Glyphsure_1.2_Checksum", std::to_string(face.glyphsureChecksum)},
+      {"OutlineFileSize", std::to_string(font.fileSize)},
+      {"OutlineFileName", font.path.substr(font.path.rfind('/') + 1)},
+      {"Family", face.family},
+      {"AssignedFamilyID", std::to_string(font.familyID)},
+      {"AssignedFamilyName", face.family},
+      {"Path", font.path},
+      {"DatabaseID", std::to_string(font.id)},
+      {"ActivationStatus", std::to_string(state)},
+      {"IsVault", "0"},
+      {"IsSystem", workgroup.id == kSystemFonts.id ? "1" : "0"},
+      {"IsLocal", "1"},
+  };
+  if (!face.printerFont.empty()) record["PrinterFont"] = face.printerFont;
+  record.update(MakeWorkgroupRecord(workgroup));
+  return record;
+}
+
+Json MakeWorkgroupRecord(const Workgroup& workgroup) {
+  return {{"WorkgroupID", std::to_string(workgroup.id)},
+          {"WorkgroupName", workgroup.name},
+          {"WorkgroupType", std::to_string(workgroup.type)}};
+}
+
+}  // namespace agent

@@ -1,0 +1,40 @@
+#include "agent/InstanceLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+#include "platform/Files.h"
+
+namespace agent {
+
+InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const std::string& socketName,
+                                        std::error_code& error) {
+  using std::chrono::steady_clock;
+  constexpr auto kPatience = std::chrono::seconds(10);
+  constexpr auto kPause = std::chrono::milliseconds(10);
+
+  error = platform::MakeFolder(runtimeFolder, 0700);
+  if (error) return Result::kFailed;
+  const std::string path = runtimeFolder + "/" + socketName + ".lock";
+  file_ = platform::Descriptor(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (!file_) {
+    error = {errno, std::generic_category()};
+    return Result::kFailed;
+  }
+  const auto end = steady_clock::now() + kPatience;
+  for (;;) {
+    if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) return Result::kTaken;
+    std::error_code unanswered;
+    if (platform::ConnectLocal(runtimeFolder, socketName, unanswered)) return Result::kServed;
+    if (steady_clock::now() >= end) break;
+    std::this_thread::sleep_for(kPause);
+  }
+  error = std::make_error_code(std::errc::resource_unavailable_try_again);
+  return Result::kFailed;
+}
+
+}  // namespace agent

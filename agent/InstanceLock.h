@@ -1,0 +1,25 @@
+// One agent for a state folder: a lock on a file there, which the system lets go when its holder dies.
+#pragma once
+
+#include <string>
+#include <system_error>
+
+#include "platform/LocalSocket.h"
+
+namespace agent {
+
+class InstanceLock {
+ public:
+  enum class Result {
+    kTaken,   // held from here until this object goes
+    kServed,  // another agent lives and answers
+    kFailed,  // neither, with the reason in error
+  };
+  // Another agent that holds the lock and does not answer is starting or ending; it is given some seconds for either.
+  Result Take(const std::string& runtimeFolder, const std::string& socketName, std::error_code& error);
+
+ private:
+  platform::Descriptor file_;
+};
+
+}  // namespace agent

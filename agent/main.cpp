@@ -1,0 +1,78 @@
+// Nexcore, the font manager agent: `Nexcore STATE-FOLDER`.
+#include <sys/signalfd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+#include "agent/Agent.h"
+#include "agent/Configuration.h"
+#include "agent/InstanceLock.h"
+#include "agent/include/AgentProtocol.h"
+#include "platform/Files.h"
+#include "platform/Folders.h"
+#include "platform/Process.h"
+#include "platform/RunLoop.h"
+
+namespace {
+
+constexpr int kBadArgument = 2;
+constexpr double kForEver = 1e9;  // seconds; the loop ends when it is stopped
+
+int Fail(const std::string& line, int status) {
+  std::fprintf(stderr, "%s: %s\n", agent_protocol::kAgentName, line.c_str());
+  return status;
+}
+
+void SetPlaces(const agent::Configuration& configuration) {
+  platform::Places places = platform::GetPlaces();
+  places.runtime = configuration.RuntimeFolder();
+  if (!configuration.desktop) places.fontConfigFile = configuration.stateFolder + "/fonts.conf";
+  platform::SetPlaces(places);
+}
+
+// The signals that ask for an orderly end come through a descriptor.
+platform::Descriptor CatchEndSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  return platform::Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+}
+
+int Run(const agent::Configuration& configuration) {
+  agent::InstanceLock lock;
+  std::error_code error;
+  switch (lock.Take(configuration.RuntimeFolder(), agent_protocol::kAgentSocketName, error)) {
+    case agent::InstanceLock::Result::kServed:
+      return 0;
+    case agent::InstanceLock::Result::kFailed:
+      return Fail(configuration.RuntimeFolder() + ": " + platform::DescribeError(error), 1);
+    case agent::InstanceLock::Result::kTaken:
+      break;
+  }
+  platform::RunLoop& loop = platform::RunLoop::Main();
+  const platform::Descriptor signals = CatchEndSignals();
+  loop.WatchDescriptor(signals.Get(), [&loop] { loop.Stop(); });
+  agent::Agent agent(configuration, loop);
+  if ((error = agent.Start())) return Fail(configuration.stateFolder + ": " + platform::DescribeError(error), 1);
+  std::string problem;
+  const auto announcement =
+      platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier, &problem);
+  if (!announcement) return Fail(problem, 1);
+  loop.RunFor(kForEver);
+  agent.Finish();
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 2) return Fail("usage: Nexcore STATE-FOLDER", kBadArgument);
+  std::string error;
+  const auto configuration = agent::ReadConfiguration(arguments[1], error);
+  if (!configuration) return Fail(error, kBadArgument);
+  SetPlaces(*configuration);
+  return Run(*configuration);
+}
