@@ -112,6 +112,7 @@ struct PSActionDescriptorSuite {
   SPErr (*PutAlias)(PIActionDescriptor descriptor, FourCharCode key, Handle alias);  // copies the alias
   SPErr (*PutObject)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode objectClass, PIActionDescriptor value);
   SPErr (*PutList)(PIActionDescriptor descriptor, FourCharCode key, PIActionList value);
+  SPErr (*PutReference)(PIActionDescriptor descriptor, FourCharCode key, PIActionReference value);
   SPErr (*GetInteger)(PIActionDescriptor descriptor, FourCharCode key, int32_t* value);
   SPErr (*GetFloat)(PIActionDescriptor descriptor, FourCharCode key, double* value);
   SPErr (*GetBoolean)(PIActionDescriptor descriptor, FourCharCode key, int32_t* value);

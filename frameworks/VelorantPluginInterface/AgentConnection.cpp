@@ -1,0 +1,129 @@
+#include "frameworks/VelorantPluginInterface/AgentConnection.h"
+
+#include <sys/socket.h>
+
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+
+namespace plugin_interface {
+
+// Shared with the reader thread, which may outlive the connection when a notification's receiver ends it.
+struct AgentConnection::State {
+  platform::Descriptor socket;
+  NotificationHandler onNotification;
+  LossHandler onLoss;
+
+  std::mutex sending;  // one message at a time
+
+  std::mutex mutex;  // guards what follows
+  std::condition_variable replied;
+  std::map<uint64_t, CallResult> replies;
+  uint64_t lastID = 0;
+  bool isLost = false;
+  std::thread::id reader;
+
+  std::deque<Json> notifications;  // read and not yet delivered; the reader thread's alone
+
+  bool ReadOne();
+  void Lose();
+};
+
+// Reads one message and puts it where it belongs; false if there is none to come.
+bool AgentConnection::State::ReadOne() {
+  std::string text;
+  if (platform::ReceiveMessage(socket.Get(), text)) return false;
+  Json message = Json::parse(text, nullptr, false);
+  if (!message.is_object()) return false;
+  if (message.contains("notify")) {
+    notifications.push_back(std::move(message));
+    return true;
+  }
+  if (!message.contains("id") || !message["id"].is_number_unsigned() || !message.contains("code") ||
+      !message["code"].is_number_unsigned()) {
+    return false;
+  }
+  CallResult reply{message["code"].get<uint32_t>(), message.value("result", Json::object())};
+  const std::lock_guard lock(mutex);
+  replies[message["id"].get<uint64_t>()] = std::move(reply);
+  replied.notify_all();
+  return true;
+}
+
+void AgentConnection::State::Lose() {
+  {
+    const std::lock_guard lock(mutex);
+    if (isLost) return;
+    isLost = true;
+    replied.notify_all();
+  }
+  shutdown(socket.Get(), SHUT_RDWR);
+}
+
+AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, LossHandler onLoss)
+    : state_(std::make_shared<State>()) {
+  state_->socket = std::move(socket);
+  state_->onNotification = std::move(onNotification);
+  state_->onLoss = std::move(onLoss);
+  reader_ = std::thread([state = state_] { ReadUntilLost(state); });
+}
+
+AgentConnection::~AgentConnection() {
+  state_->Lose();
+  if (reader_.get_id() == std::this_thread::get_id()) {
+    reader_.detach();
+  } else {
+    reader_.join();
+  }
+}
+
+void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
+  {
+    const std::lock_guard lock(state->mutex);
+    state->reader = std::this_thread::get_id();
+  }
+  while (state->ReadOne()) {
+    while (!state->notifications.empty()) {
+      const Json notification = std::move(state->notifications.front());
+      state->notifications.pop_front();
+      state->onNotification(notification);
+    }
+  }
+  state->Lose();
+  state->onLoss();
+}
+
+CallResult AgentConnection::Call(const char* name, Json arguments) {
+  const CallResult gone{PluginInterface::kAgentShutdownCode};
+  uint64_t id = 0;
+  bool isReader = false;
+  {
+    const std::lock_guard lock(state_->mutex);
+    if (state_->isLost) return gone;
+    id = ++state_->lastID;
+    isReader = state_->reader == std::this_thread::get_id();
+  }
+  const std::string text = Json{{"id", id}, {"call", name}, {"arguments", std::move(arguments)}}.dump(
+      -1, ' ', false, Json::error_handler_t::replace);
+  {
+    const std::lock_guard lock(state_->sending);
+    if (platform::SendMessage(state_->socket.Get(), text)) state_->Lose();
+  }
+  std::unique_lock lock(state_->mutex);
+  while (!state_->isLost && !state_->replies.contains(id)) {
+    if (!isReader) {
+      state_->replied.wait(lock);
+      continue;
+    }
+    lock.unlock();
+    if (!state_->ReadOne()) state_->Lose();
+    lock.lock();
+  }
+  const auto reply = state_->replies.extract(id);
+  return reply ? std::move(reply.mapped()) : gone;
+}
+
+bool AgentConnection::IsLost() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->isLost;
+}
+
+}  // namespace plugin_interface

@@ -1,0 +1,64 @@
+#include "frameworks/VelorantPluginInterface/AgentProcess.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <filesystem>
+
+#include "agent/include/AgentProtocol.h"
+#include "platform/Files.h"
+#include "platform/Process.h"
+
+namespace plugin_interface {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsNumber(const std::string& text) {
+  for (const char c : text) {
+    if (!std::isdigit(static_cast<unsigned char>(c))) return false;
+  }
+  return !text.empty();
+}
+
+// The one argument of an agent is its state folder; given relative, it is meant from where the agent was started.
+bool ServesFolder(const fs::path& process, const fs::path& runtimeFolder) {
+  std::string commandLine;
+  if (platform::ReadFile((process / "cmdline").string(), commandLine)) return false;
+  const size_t programEnd = commandLine.find('\0');
+  if (programEnd == std::string::npos) return false;
+  const std::string argument = commandLine.c_str() + programEnd + 1;
+  if (argument.empty()) return false;
+  std::error_code error;
+  const fs::path folder = fs::weakly_canonical(process / "cwd" / argument / "run", error);
+  return !error && folder == runtimeFolder;
+}
+
+bool IsOwnAgent(const fs::path& process) {
+  struct stat info;
+  if (stat(process.c_str(), &info) != 0 || info.st_uid != geteuid()) return false;
+  std::error_code error;
+  const fs::path executable = fs::read_symlink(process / "exe", error);
+  return !error && executable.filename() == agent_protocol::kAgentName;
+}
+
+}  // namespace
+
+bool IsAgentProcessRunning(const std::string& runtimeFolder) {
+  for (const platform::RunningApplication& application : platform::RunningApplications()) {
+    if (application.identifier == agent_protocol::kAgentIdentifier) return true;
+  }
+  // One that was launched a moment ago has not announced itself yet.
+  std::error_code error;
+  const fs::path folder = fs::weakly_canonical(runtimeFolder, error);
+  for (const fs::directory_entry& entry : fs::directory_iterator("/proc", error)) {
+    if (IsNumber(entry.path().filename().string()) && IsOwnAgent(entry.path()) && ServesFolder(entry.path(), folder)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace plugin_interface

@@ -1,0 +1,207 @@
+#include "photoshop/MissingFontsWindow.h"
+
+#include <algorithm>
+
+#include "Bridge/FontManagerInterface.h"
+#include "Documents/AllTrackedDocuments.h"
+#include "Services/DiagnosticLog.h"
+#include "Services/MarquineGlobals.h"
+#include "photoshop/DocumentEvents.h"
+#include "photoshop/PhotoshopFontUtils.h"
+#include "platform/Clock.h"
+#include "platform/TextEncoding.h"
+
+using platform::Window;
+using platform::WindowOrdering;
+
+int gShowingAlertCallCounter = 0;
+
+namespace {
+
+constexpr size_t kFewestSubviews = 4;
+constexpr size_t kCancelButtonIndex = 2;
+constexpr int kEscapeKeyCode = 53;
+constexpr double kRetrySeconds = 1.0;
+constexpr int kAlertAnswered = 1000;
+
+// Our override until the exchange, the platform's own method after it.
+platform::OrderWindowMethod sOtherMethod = &orderOverrideWindow;
+std::vector<platform::RunLoopTimerRef> sTimers;
+
+FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
+
+// Whether the window of a document in this state is to be dismissed; says in the trace why not.
+bool ShouldDismiss(const std::string& title, OneTrackedDocument* document) {
+  if (!PhotoshopFontUtils::isCurrentDocumentBeingOpened(document)) {
+    OutputIndentedAndFormattedString(
+        0, "Ignoring window '%s' because '%s' is not an existing document in the process of being opened.", title.c_str(),
+        document->GetDocumentFilePath().c_str());
+    return false;
+  }
+  if (document->GetHasMissingFonts()) {
+    OutputIndentedAndFormattedString(0, "Ignoring window '%s' because '%s' has missing fonts.", title.c_str(),
+                                     document->GetDocumentFilePath().c_str());
+    return false;
+  }
+  const platform::Array unresolved = document->GetUnresolvedFonts();
+  if (unresolved.Count() > 0) {
+    OutputIndentedAndFormattedString(0, "Ignoring window '%s' because '%s' has %d unresolved font problems.",
+                                     title.c_str(), document->GetDocumentFilePath().c_str(),
+                                     static_cast<int>(unresolved.Count()));
+    return false;
+  }
+  return true;
+}
+
+OneTrackedDocument* FindCurrentDocument(const std::string& title) {
+  int id = 0;
+  PhotoshopFontUtils::GetCurrentDocumentID(&id);
+  OneTrackedDocument* document =
+      id != 0 ? AllTrackedDocuments::FindTrackedDocumentByHandle(id) : AllTrackedDocuments::GetCurrentDocument();
+  if (document) return document;
+  if (id != 0) {
+    OutputIndentedAndFormattedString(0,
+                                     "Ignoring window '%s' because document ID 0x%08x is not yet being tracked.",
+                                     title.c_str(), static_cast<unsigned>(id));
+  }
+  OutputIndentedAndFormattedString(0, "Ignoring window '%s' because no document appears to have been opened.",
+                                   title.c_str());
+  return nullptr;
+}
+
+void SuppressIfSolved(Window& window) {
+  // The host's open event has not come yet: this is where the fonts get activated.
+  DetectAndHandleNewlyOpenedDocuments(false);
+  const std::string title = window.Title();
+  OneTrackedDocument* document = FindCurrentDocument(title);
+  if (!document || !ShouldDismiss(title, document)) return;
+  OutputIndentedAndFormattedString(0, "Attempting to suppress '%s'", title.c_str());
+  const bool dismissed = clickPSMissingFontsWindowCancelButton(window);
+  OutputIndentedAndFormattedString(0,
+                                   dismissed ? "Dismissed '%s' by clicking Cancel button."
+                                             : "Tried but failed to click Cancel button in '%s'",
+                                   title.c_str());
+}
+
+void CloseAndReopen(int documentID) {
+  PhotoshopFontUtils::BringDocumentToFront(documentID);
+  std::string path;
+  PhotoshopFontUtils::GetCurrentDocumentPathUnstableInCS6(&path);
+  int currentID = 0;
+  bool isDirty = false;
+  PhotoshopFontUtils::GetCurrentDocumentID(&currentID);
+  PhotoshopFontUtils::GetDocumentDirtyFlag(&currentID, &isDirty);
+  if (isDirty) {
+    OutputIndentedAndFormattedString(0, "Skipping close/reopen because document %d is dirty.", documentID);
+  } else if (Window::Modal()) {
+    OutputIndentedAndFormattedString(0, "Skipping close/reopen because a modal window is displayed.");
+  } else if (platform::EncodeText(path, platform::TextEncoding::kMacRoman)) {
+    // A path that the host's file system strings cannot carry is left alone.
+    PhotoshopFontUtils::PlayeventClose();
+    PhotoshopFontUtils::PlayeventOpen(path);
+  }
+  if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) {
+    int reopenedID = static_cast<int>(document->GetDocumentHandle());
+    PhotoshopFontUtils::GetCurrentDocumentID(&reopenedID);
+    document->SetDocumentHandle(reopenedID);
+  }
+}
+
+void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documentID) {
+  OutputIndentedAndFormattedString(
+      1, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)", __func__,
+      gOpenDocumentCallCounter, gShowingAlertCallCounter);
+  // Armed still, it fires again in a second.
+  if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
+  std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });
+  timer.Invalidate();
+  CloseAndReopen(documentID);
+  PIUSuitesRelease();
+}
+
+}  // namespace
+
+void SwizzleNSWindowOrderOverride() { platform::ExchangeOrderWindowMethod(sOtherMethod); }
+
+const std::vector<std::string>& suppressibleTitles() {
+  static const std::vector<std::string> sTitles = {
+      "Missing Fonts",          "Missing fonts",           "Fehlende Schriften", "Fehlende schriften",
+      "Polices manquantes",     "Polices Manquantes",      "Fuentes no disponibles", "Fuentes no Disponibles",
+      "Fontes Ausentes",        "Fontes ausentes",         "Font Mancanti",      "Font mancanti",
+      "フォント",
+  };
+  return sTitles;
+}
+
+bool hasSuppressibleTitle(const Window& window) {
+  const auto& titles = suppressibleTitles();
+  return std::any_of(titles.begin(), titles.end(), [&](const std::string& title) {
+    return window.Title().find(title) != std::string::npos;
+  });
+}
+
+bool isSuppressibleWindow(const Window& window) {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!ui || !ui->IsValid() || !ui->GetEnabledAutoActivationPref()) return false;
+  if (!MarquineGlobals::GetSuppressingHostAppDialogs() || !Manager()) return false;
+  return Manager()->IsLoggedIn() && hasSuppressibleTitle(window);
+}
+
+bool clickPSMissingFontsWindowCancelButton(Window& window) {
+  const auto& subviews = window.ContentSubviews();
+  if (subviews.size() < kFewestSubviews || subviews[kCancelButtonIndex].className != "NSButton") return false;
+  // The button is only checked: it is the Escape key that dismisses the window.
+  platform::KeyEvent event;
+  event.windowNumber = window.Number();
+  event.characters = event.charactersIgnoringModifiers = "\x1B";
+  event.keyCode = kEscapeKeyCode;
+  OutputIndentedAndFormattedString(0, "Suppressing missing fonts dialog with fake esc key press");
+  window.SendEvent(event);
+  return true;
+}
+
+void orderOverrideWindow(Window& window, WindowOrdering place, int relativeTo) {
+  // The cheap tests come first: this runs for every window.
+  if (MarquineGlobals::ArePluginServicesEnabled() && MarquineGlobals::GetSuppressingHostAppDialogs() &&
+      isSuppressibleWindow(window)) {
+    SuppressIfSolved(window);
+    PIUSuitesRelease();
+  }
+  sOtherMethod(window, place, relativeTo);
+}
+
+void DeferredReplaceMissingFonts(int documentID) {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!ui) return;
+  int delay = ui->GetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds);
+  if (delay == 0) {
+    delay = kPhotoshopDefaultRMFDelayMilliseconds;
+    ui->SetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds, delay);
+  }
+  if (delay < 0) return;  // switched off
+  auto timer = std::make_shared<platform::RunLoopTimer>(
+      platform::Clock::Now() + delay / 1000.0, kRetrySeconds,
+      [documentID](platform::RunLoopTimer& fired) { replaceMissingFontsTimerCallback(fired, documentID); });
+  // The default mode holds it back while the host is in a modal loop.
+  platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
+  sTimers.push_back(timer);
+}
+
+void DelayReplaceMissingFontsTimers() {
+  for (const auto& timer : sTimers) timer->SetNextFireDate(platform::Clock::Now() + kRetrySeconds);
+}
+
+int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText)) {
+  const struct Counter {
+    Counter() { ++gShowingAlertCallCounter; }
+    ~Counter() { --gShowingAlertCallCounter; }
+  } counter;
+  if (gShowingAlertCallCounter > 1) return 0;
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!ui || !ui->IsValid() || !ui->GetEnabledAutoActivationPref() || !MarquineGlobals::ArePluginServicesEnabled() ||
+      !Manager() || !Manager()->IsLoggedIn()) {
+    return runModal(messageText);
+  }
+  if (messageText.find(ui->LocalizedString("PhotoshopMissingFonts")) != std::string::npos) return kAlertAnswered;
+  return runModal(messageText);
+}

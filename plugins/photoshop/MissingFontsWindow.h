@@ -1,0 +1,33 @@
+// The host's "Missing Fonts" window: seen at the moment it would appear, dismissed where the fonts are now there, and the
+// document closed and opened again a little later, so that the host draws it with the real fonts. Main thread only.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/RunLoop.h"
+#include "platform/Window.h"
+
+// Above 0 while the alert override runs.
+extern int gShowingAlertCallCounter;
+
+// Puts the override in place of the platform's order-window method; called once, never undone.
+void SwizzleNSWindowOrderOverride();
+
+// Marks of the window, in seven languages.
+const std::vector<std::string>& suppressibleTitles();
+bool hasSuppressibleTitle(const platform::Window& window);
+bool isSuppressibleWindow(const platform::Window& window);
+// Sends Escape to a window of the layout that the host builds; true if it was sent.
+bool clickPSMissingFontsWindowCancelButton(platform::Window& window);
+// Runs for every window that the host orders, and always orders it as asked.
+void orderOverrideWindow(platform::Window& window, platform::WindowOrdering place, int relativeTo);
+
+// Arms the timer that closes the document and opens it again.
+void DeferredReplaceMissingFonts(int documentID);
+// Sets the fire date of every pending timer to 1 second from now.
+void DelayReplaceMissingFontsTimers();
+
+// Whether an alert of this text is answered without being shown: the result is then 1000. Otherwise it is shown, with
+// `runModal`, and its result given back.
+int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText));

@@ -1,0 +1,168 @@
+#include "photoshop/PluginCommands.h"
+
+#include "Bridge/CoreAgentInterface.h"
+#include "Bridge/CoreAgentSupport.h"
+#include "Documents/AllTrackedDocuments.h"
+#include "Services/DiagnosticLog.h"
+#include "Services/MarquineGlobals.h"
+#include "XCore/ECFExtensions/TextConversion.h"
+#include "photoshop/DocumentEvents.h"
+#include "photoshop/MissingFontsWindow.h"
+#include "photoshop/PhotoshopFontUtils.h"
+
+using namespace host_sdk;
+using platform::Array;
+using platform::Dictionary;
+
+namespace {
+
+constexpr SPErr kNothingToCommand = static_cast<SPErr>(Code("fbar"));
+constexpr long kLocalPersonalType = 3;
+
+enum CommandCode : int {
+  kCancelled = -1,
+  kAbout = 2,
+  kPreferences = 3,
+  kCollectForOutput = 4,
+  kMakeDocumentSet = 5,
+  kCheckDocumentFonts = 6,
+};
+
+FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
+
+VPFDictionary MakeBox(const VPFInterfaceRef& ui) {
+  VPFDictionary box;
+  Array workgroups;
+  if (Manager()->GetAllWorkgroupsForUser(&workgroups, true, false, false) == 0) {
+    for (size_t i = 0; i < workgroups.Count(); ++i) {
+      VPFDictionary workgroup{Dictionary(workgroups.At(i))};
+      workgroup.SetBoolForKey("IsLocalPersonal", WorkgroupTypeOf(workgroup.GetDictionary()) == kLocalPersonalType);
+    }
+    box.SetArrayForKey("Workgroups", workgroups);
+  }
+  box.SetIntForKey("CurrentWorkgroupID", Manager()->GetCurrentWorkgroupID());
+  box.SetBoolForKey("ButtonsEnabled",
+                    ui->GetEnabledAutoActivationPref() && !AllTrackedDocuments::GetDocumentList().empty());
+  box.SetBoolForKey("IsOnline", Manager()->IsOnline());
+  return box;
+}
+
+// True if the box is to be shown again.
+bool RunCommand(int code) {
+  switch (code) {
+    case kAbout: ShowAbout(); return true;
+    case kPreferences: ShowPreferences(); return true;
+    case kCollectForOutput: DoCollectForOutput(); return false;
+    case kMakeDocumentSet: DoMakeDocumentSet(); return false;
+    case kCheckDocumentFonts: DoCheckDocFonts(); return false;
+    default: return false;
+  }
+}
+
+// Tells the user what stands in the way; false if nothing does.
+bool IsBlocked(const VPFInterfaceRef& ui) {
+  if (!Manager()->IsLoggedIn()) {
+    ui->ShowNotLoggedInMessageBox(false);
+  } else if (!Manager()->RunningStandalone() && !Manager()->CheckForWorkgroups()) {
+    ui->ShowNoWorkgroupsMessageBox();
+  } else if (!MarquineGlobals::ArePluginServicesEnabled()) {
+    ui->ShowFontManagerNotFoundMessageBox();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+SPErr HandleCommandBoxAction() {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!Manager() || !ui) return kNothingToCommand;
+  if (!ui->IsValid()) {
+    VPFInterface::ShowVPFNotFoundMessageBox();
+    return kNoErr;
+  }
+  bool again = true;
+  while (again && !IsBlocked(ui)) {
+    const VPFDictionary box = MakeBox(ui);
+    int choice = Manager()->GetCurrentWorkgroupID();
+    const int code = ui->ShowCommandBox(box.GetDictionary(), choice);
+    // Stored before the command runs, so that the command works in the chosen workgroup.
+    if (code != kCancelled) Manager()->SetDefaultWorkgroupID(choice);
+    again = RunCommand(code);
+  }
+  return kNoErr;
+}
+
+void DoCheckDocFonts() {
+  OutputIndentedAndFormattedString(1, "Entering %s()", __func__);
+  const struct Exit {
+    ~Exit() { OutputIndentedAndFormattedString(-1, "Exiting HandleCheckDocFontsCommand"); }
+  } exit;
+  if (!FontManagerInterface::AutoActivationIsReady()) return;
+  std::string path;
+  if (PhotoshopFontUtils::GetCurrentDocumentPathTracked(&path) != kNoErr) return;
+  OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
+  if (!document) return;
+  int count = 0;
+  ActivateFontsForDocument(false, count, document->GetDocumentFilePath(), document);
+  if (count < 1 || document->GetHasMissingFonts()) return;
+  int id = 0;
+  PSDocumentSuite::GetCurrentDocument(id);
+  DeferredReplaceMissingFonts(id);
+}
+
+void DoMakeDocumentSet() {
+  if (!Manager() || !Manager()->ConnectedToCoreAgent()) return;
+  const int workgroupID = Manager()->GetCurrentWorkgroupID();
+  if (Manager()->IsAllWorkgroupsSelected()) {
+    // A set needs one workgroup to live in.
+    const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+    if (ui->IsValid()) ui->ShowMessageBox("CommandNotAvailableHeader", "CreateDocSetNotAvailableMessage", 0);
+    return;
+  }
+  std::string path;
+  if (PhotoshopFontUtils::GetCurrentDocumentPathTracked(&path) != kNoErr) return;
+  Array fonts;
+  bool allFound = false;
+  CreateGlyphsureDataForDocument(path, fonts, workgroupID, true, allFound);
+  const platform::String name = CFStringCreateWithUncertainEncoding(PhotoshopFontUtils::FileNameOnly(path).c_str());
+  if (name) Manager()->MakeSetForDocumentFonts(name.Text(), fonts);
+}
+
+void DoCollectForOutput() {
+  OutputIndentedAndFormattedString(1, "Entering HandleCollectForOutputCommand");
+  const struct Exit {
+    ~Exit() { OutputIndentedAndFormattedString(-1, "Exiting HandleCollectForOutputCommand"); }
+  } exit;
+  if (!Manager() || !Manager()->ConnectedToCoreAgent()) return;
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  const int workgroupID = Manager()->GetCurrentWorkgroupID();
+  std::string path;
+  const SPErr error = PhotoshopFontUtils::GetCurrentDocumentPathTracked(&path);
+  const OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
+  if (!document) OutputIndentedAndFormattedString(0, "*** Hmm, OpenDocument::FindCurrentDocument() returned NULL!");
+  if (!document || (!Manager()->RunningStandalone() && !document->GetCanExportFontsForDocument())) {
+    ui->ShowCannotExportMessageBox();
+    return;
+  }
+  const std::string identifier = document->GetIdentifier();
+  Array fonts;
+  bool allFound = false;
+  CreateGlyphsureDataForDocument(path, fonts, workgroupID, true, allFound);
+  // The rest of the fonts are still collected.
+  if (!allFound) ui->ShowFontsMissingForExportMessageBox(!Manager()->IsOnline());
+  if (error == kNoErr) {
+    Manager()->CollectFontsUsedByCurrentDocument(PhotoshopFontUtils::FileNameOnly(path), identifier, fonts);
+  }
+}
+
+void ShowAbout() {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (ui && ui->IsValid()) ui->ShowAboutBox();
+}
+
+void ShowPreferences() {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (ui && ui->IsValid()) ui->ShowPreferences();
+}

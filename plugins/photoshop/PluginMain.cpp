@@ -1,0 +1,235 @@
+// The plug-in's front door: the one entry that the host calls, and the order in which services start and stop.
+#include <cstring>
+
+#include "Bridge/FontManagerInterface.h"
+#include "Panel/PanelManager.h"
+#include "Panel/SDKPlugPlug.h"
+#include "Readers/CommonFunctionality.h"
+#include "Readers/XMPFontMetadata.h"
+#include "Services/DiagnosticLog.h"
+#include "Services/MarquineGlobals.h"
+#include "photoshop/DocumentEvents.h"
+#include "photoshop/MissingFontsWindow.h"
+#include "photoshop/NotificationTimer.h"
+#include "photoshop/PhotoshopFontUtils.h"
+#include "photoshop/PluginCommands.h"
+
+using namespace host_sdk;
+
+namespace {
+
+constexpr int kGetSocketPortOperation = 4;
+constexpr const char* kSuppressPanelLaunch = "SuppressPanelLaunch";
+
+// What the host keeps for the plug-in between calls.
+struct Globals {
+  uint64_t reserved;
+  SPPluginRef plugin;
+};
+static_assert(sizeof(Globals) == 16);
+
+Globals* gGlobals = nullptr;
+bool gNotifierOn = false;  // all four notifiers have been added
+SDKPlugPlug sPPLib;
+
+// Never destroyed: it ends with the process, as the loop that it stands in does.
+NotificationTimer* notificationTimer = nullptr;
+
+const CommonFunctionality::StaticPluginInitializer sInitializer("com.velorant.AutoActivationPlugin.PS21");
+
+struct Notifier {
+  FourCharCode event;
+  NotifierCallback callback;
+};
+
+// The host's suites are given back at the end of every host call, and a notifier is one.
+template <NotifierCallback Handler>
+SPErr Notified(FourCharCode event, PIActionDescriptor descriptor, int32_t options, void* userData) {
+  const SPErr error = Handler(event, descriptor, options, userData);
+  PIUSuitesRelease();
+  return error;
+}
+
+constexpr Notifier kNotifiers[] = {
+    {Code("Opn "), Notified<OpenEvent>},
+    {Code("Mk  "), Notified<MakeEvent>},
+    {Code("Cls "), Notified<CloseEvent>},
+    {Code("save"), Notified<SaveEvent>},
+};
+
+// Asks the host to open the panel, once per user. True once it was sent or is not to be sent.
+bool SendStartNotification(const VPFInterfaceRef& ui) {
+  sPPLib.Load();
+  if (ui->GetPreferenceForKey(kSuppressPanelLaunch)) return true;
+  const csxs::event::Event event{"com.velorant.startpanel", 1, "test", nullptr, ""};
+  const bool isSent = sPPLib.DispatchEvent(&event) == csxs::event::kEventErrorCode_Success;
+  ui->SetPreferenceForKey(kSuppressPanelLaunch, isSent);
+  if (!isSent) sPPLib.Unload();
+  return isSent;
+}
+
+void processNotifications(platform::RunLoopTimer&, void*) {
+  static bool sentStartNotification = false;
+  static bool registeredPlugPlug = false;
+  if (!sentStartNotification) {
+    const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+    if (ui && ui->IsValid()) sentStartNotification = SendStartNotification(ui);
+  }
+  PanelManager* panels = PanelManager::GetSharedInstance();
+  if (sentStartNotification && !registeredPlugPlug) registeredPlugPlug = panels->RegisterPlugPlug(&sPPLib) == 0;
+  if (FontManagerInterface::sm_pFontManager) FontManagerInterface::sm_pFontManager->ProcessNotifications();
+  panels->SelectSocket(true);
+  panels->PopNotifications();
+}
+
+// A user's shorter delay never survives a restart; a longer one does. "RMF4" is the key of an earlier release and is raised
+// alike, though only "RMF5" is read.
+void RaiseReplaceDelays() {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!ui) return;
+  for (const char* key : {"RMF4", kVPFPreference_PhotoshopRMFDelayMilliseconds}) {
+    if (ui->GetLongPreferenceForKey(key) < kPhotoshopDefaultRMFDelayMilliseconds) {
+      ui->SetLongPreferenceForKey(key, kPhotoshopDefaultRMFDelayMilliseconds);
+    }
+  }
+}
+
+SPErr AddNotifiers() {
+  for (const Notifier& notifier : kNotifiers) {
+    const SPErr error = sPSActionControl->AddNotify(gPlugInRef, notifier.event, notifier.callback, nullptr);
+    if (error != kNoErr) return error;
+  }
+  gNotifierOn = true;
+  return kNoErr;
+}
+
+SPErr RemoveNotifiers() {
+  for (const Notifier& notifier : kNotifiers) {
+    const SPErr error = sPSActionControl->RemoveNotify(gPlugInRef, notifier.event, notifier.callback);
+    if (error != kNoErr) return error;
+  }
+  return kNoErr;
+}
+
+const SPBlocksSuite* AcquireBlocks() {
+  const void* suite = nullptr;
+  // The result is not examined; only an integer raised by the call itself is handled.
+  try {
+    sSPBasic->AcquireSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &suite);
+  } catch (int error) {
+    OutputIndentedAndFormattedString(0, "EXCEPTION: SPErr from AcquireSuite(kSPBlocksSuite)");
+    PhotoshopFontUtils::ThrowSPErr(error);
+  }
+  return static_cast<const SPBlocksSuite*>(suite);
+}
+
+void AllocateGlobals(const SPBlocksSuite* blocks, SPMessageData* message) {
+  void* block = nullptr;
+  const SPErr error = blocks ? blocks->AllocateBlock(sizeof(Globals), "globals", &block) : kSuiteNotFound;
+  // A long, which leaves StartupPlugin for the host.
+  PhotoshopFontUtils::ThrowSPErr(error);
+  std::memset(block, 0, sizeof(Globals));
+  gGlobals = static_cast<Globals*>(block);
+  message->globals = gGlobals;
+  gGlobals->plugin = gPlugInRef;
+}
+
+void StartServices() {
+  SwizzleNSWindowOrderOverride();
+  MarquineGlobals::SetSuppressingHostAppDialogs(true);
+  // The panel's socket opens before anything else that can fail.
+  PanelManager::GetSharedInstance()->OpenSocket();
+  notificationTimer = new NotificationTimer;
+  notificationTimer->initWithCallback(processNotifications);
+  const TModuleErrorCode code = CommonFunctionality::Startup(true);
+  CommonFunctionality::InitializeCommonPreferences();
+  RaiseReplaceDelays();
+  if (code != CoreErrorCodes::kSuccess) throw 0;
+}
+
+SPErr StartupPlugin(SPMessageData* message) {
+  static int sNumberOfTimesStartupPluginHasBeenCalled = 0;
+  if (sNumberOfTimesStartupPluginHasBeenCalled++ > 0) return kNoErr;
+  const void* blocks = AcquireBlocks();
+  AllocateGlobals(static_cast<const SPBlocksSuite*>(blocks), message);
+  try {
+    StartServices();
+  } catch (int) {
+    // The plug-in stays, inert, and its commands tell the user what is wrong.
+    OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n");
+  }
+  PhotoshopFontUtils::ReleaseSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &blocks);
+  return gNotifierOn ? kNoErr : AddNotifiers();
+}
+
+SPErr ShutDownServices(SPMessageData* message) {
+  MarquineGlobals::SetSuppressingHostAppDialogs(false);
+  FontManagerInterface::OnHostAppShuttingDown(false);
+  MarquineGlobals::CleanUpOnShutdown();
+  PhotoshopFontUtils::ThrowSPErr(0);  // a null block on entry is no error
+  const void* blocks = AcquireBlocks();
+  if (blocks && gGlobals) static_cast<const SPBlocksSuite*>(blocks)->FreeBlock(gGlobals);
+  gGlobals = nullptr;
+  message->globals = nullptr;
+  PhotoshopFontUtils::ReleaseSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &blocks);
+  if (!gNotifierOn) return kNoErr;  // the XMP library is then left up
+  const SPErr error = RemoveNotifiers();
+  TerminateGlyphsureXMP();
+  return error;
+}
+
+SPErr ShutdownPlugin(SPMessageData* message) {
+  try {
+    return ShutDownServices(message);
+  } catch (int error) {
+    return error;
+  } catch (...) {
+    return -1;  // the host is told that the shutdown failed; there is nobody else to tell
+  }
+}
+
+SPErr DoIt(void*, PIActionParameters* parameters) {
+  if (!parameters) return kBadParameters;
+  int32_t operation = 0;
+  HostValue value;
+  value.integer = &operation;
+  const SPErr error = PIUGetSingleItemFromDescriptor(parameters->descriptor, Code("Oper"), value);
+  sPSActionDescriptor->Clear(parameters->descriptor);
+  if (error == kNoErr && operation == kGetSocketPortOperation) {
+    const auto port = static_cast<int32_t>(PanelManager::GetSharedInstance()->GetSocketPort());
+    sPSActionDescriptor->PutInteger(parameters->descriptor, Code("SPor"), port);
+    return kNoErr;
+  }
+  return HandleCommandBoxAction();
+}
+
+SPErr Dispatch(const char* caller, const char* selector, SPMessageData* message) {
+  SPErr error = kNoErr;
+  if (sSPBasic->IsEqual(caller, kCallerInterface)) {
+    if (sSPBasic->IsEqual(selector, "About")) {
+      ShowAbout();
+    } else if (sSPBasic->IsEqual(selector, "Startup")) {
+      error = StartupPlugin(message);
+    } else if (sSPBasic->IsEqual(selector, "Shutdown")) {
+      error = ShutdownPlugin(message);
+    }
+  }
+  if (sSPBasic->IsEqual(caller, kCallerHost) && sSPBasic->IsEqual(selector, "Do It")) {
+    error = DoIt(nullptr, message->actionParameters);
+  }
+  return error;
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int32_t AutoPluginMain(const char* caller, const char* selector,
+                                                                         void* messageData) {
+  SPErr error = kNoErr;
+  if (auto* message = static_cast<SPMessageData*>(messageData)) {
+    sSPBasic = message->basic;
+    gPlugInRef = message->self;
+    error = Dispatch(caller, selector, message);
+  }
+  PIUSuitesRelease();
+  return error;
+}
