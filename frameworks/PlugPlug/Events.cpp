@@ -1,0 +1,1 @@
+#include "frameworks/PlugPlug/Exports.h"

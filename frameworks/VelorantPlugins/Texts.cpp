@@ -1,0 +1,1 @@
+#include "frameworks/VelorantPlugins/Exports.h"
