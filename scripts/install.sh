@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# install.sh GROUP ... - installs the Debian packages of these groups that are missing, and nothing else.
+# Groups: build, fonts, test, bench. Everything that is said goes to standard error; failure is one line and status 1.
+set -euo pipefail
+
+declare -A groups=(
+  [build]="g++ cmake ninja-build ccache pkg-config libplist-dev libexempi-dev libyajl-dev libxml2-dev libicu-dev
+           libfreetype-dev libfontconfig-dev libsqlite3-dev libedit-dev nlohmann-json3-dev libboost-dev"
+  [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
+  [test]="libgtest-dev libgmock-dev libimage-exiftool-perl python3"
+  [bench]="libbenchmark-dev"
+)
+
+fail() { echo "install: $*" >&2; exit 1; }
+
+[ $# -gt 0 ] || fail "no group named; there are: ${!groups[*]}"
+wanted=()
+for group in "$@"; do
+  [ -n "${groups[$group]:-}" ] || fail "unknown group '$group'; there are: ${!groups[*]}"
+  read -r -d '' -a names <<<"${groups[$group]}" || true
+  wanted+=("${names[@]}")
+done
+
+command -v dpkg-query >/dev/null || fail "this is no Debian system; please install by hand: ${wanted[*]}"
+missing=()
+for name in "${wanted[@]}"; do
+  [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null || true)" = installed ] || missing+=("$name")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || fail "needs root to install: ${missing[*]}"
+  as_root=(sudo)
+fi
+
+log=$(mktemp -t install.XXXXXX)
+trap 'rm -f "$log"' EXIT
+apt() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 "$@" </dev/null >"$log" 2>&1
+}
+why() { grep -m1 '^E:' "$log" || tail -n1 "$log"; }
+
+echo "installing ${#missing[@]} packages: ${missing[*]}" >&2
+apt update || fail "the package lists could not be read: $(why)"
+apt install --no-install-recommends "${missing[@]}" || fail "the package manager refused: $(why)"
