@@ -93,19 +93,30 @@ std::error_code ReadFile(const std::string& path, std::string& content) {
   return {};
 }
 
-std::error_code ReplaceFile(const std::string& path, std::string_view bytes) {
+StagedFile::~StagedFile() {
+  if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+std::error_code StagedFile::Stage(const std::string& path, std::string_view bytes) {
   struct stat info;
   const bool exists = stat(path.c_str(), &info) == 0;
   if (exists && S_ISDIR(info.st_mode)) return std::make_error_code(std::errc::is_a_directory);
-  const std::string temporary = TemporaryBeside(path);
-  std::error_code error = WriteNew(temporary, bytes, exists ? info.st_mode & 07777 : OrdinaryMode());
-  if (!error && rename(temporary.c_str(), path.c_str()) != 0) error = LastError();
-  if (error) {
-    unlink(temporary.c_str());
-    return error;
-  }
-  SyncFolder(FolderOf(path));
+  path_ = path;
+  temporary_ = TemporaryBeside(path);
+  return WriteNew(temporary_, bytes, exists ? info.st_mode & 07777 : OrdinaryMode());
+}
+
+std::error_code StagedFile::Commit() {
+  if (rename(temporary_.c_str(), path_.c_str()) != 0) return LastError();
+  temporary_.clear();
+  SyncFolder(FolderOf(path_));
   return {};
+}
+
+std::error_code ReplaceFile(const std::string& path, std::string_view bytes) {
+  StagedFile file;
+  const std::error_code error = file.Stage(path, bytes);
+  return error ? error : file.Commit();
 }
 
 std::error_code CopyFile(const std::string& from, const std::string& to) {

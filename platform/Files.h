@@ -18,6 +18,21 @@ PLATFORM_API std::error_code ReadFile(const std::string& path, std::string& cont
 // Puts bytes in place of the file at path, whole or not at all: written beside, synced, renamed. The mode of an
 // existing file is kept. On failure the old file is untouched and nothing is left beside it.
 PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
+// The same in two steps, for a writer that has to tell others between them: everything that usually fails (space, rights)
+// happens in Stage. Not committed, it goes away with the object and leaves nothing behind.
+class PLATFORM_API StagedFile {
+ public:
+  StagedFile() = default;
+  ~StagedFile();
+  StagedFile(const StagedFile&) = delete;
+  StagedFile& operator=(const StagedFile&) = delete;
+  std::error_code Stage(const std::string& path, std::string_view bytes);  // once
+  std::error_code Commit();
+
+ private:
+  std::string path_;
+  std::string temporary_;  // empty unless staged and not yet committed
+};
 // Copies a regular file to a place where none stands yet or replaces the one there, like ReplaceFile.
 PLATFORM_API std::error_code CopyFile(const std::string& from, const std::string& to);
 // Makes the folder and those above it, the last with this mode; an existing folder is no error.
