@@ -1,5 +1,7 @@
 // The host's extension event service: five exported functions and the event that they carry.
-// Main thread only: listeners are called in DispatchEvent's caller, in the order of adding.
+// Main thread only: listeners are called in DispatchEvent's caller, in the order of adding. A listener may add, remove and
+// dispatch. A null or empty name, callback or event is kEventErrorCode_InvalidParam; an unknown listener or extension is
+// kEventErrorCode_OperationFailed. An event to which nobody listens is sent all the same, and lost.
 #pragma once
 
 #include <cstdint>

@@ -1,1 +1,0 @@
-#include "frameworks/PlugPlug/Exports.h"
