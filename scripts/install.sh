@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install.sh GROUP ... - installs the Debian packages of these groups that are missing, and nothing else.
-# Groups: build, fonts, test, bench. Everything that is said goes to standard error; failure is one line and status 1.
+# Groups: build, fonts, test, bench, lint. Everything that is said goes to standard error; failure is one line and status 1.
 set -euo pipefail
 
 declare -A groups=(
@@ -9,6 +9,7 @@ declare -A groups=(
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
   [test]="libgtest-dev libgmock-dev libimage-exiftool-perl python3"
   [bench]="libbenchmark-dev"
+  [lint]="clang-format-14 clang-tidy-14"
 )
 
 fail() { echo "install: $*" >&2; exit 1; }

@@ -1,0 +1,103 @@
+"""A bad example for each rule, and a good one close to it."""
+import os
+import subprocess
+import tempfile
+
+import built
+import floors
+import sizes
+from tree import Tree
+
+PLUGIN = 'plugins/CrossPlatform/CrossPlugin/'
+BRIDGE = PLUGIN + 'MarquineExtension API/Bridge/'
+
+
+def function_of(lines):
+    return 'void Long() {\n' + '  Step();  // }\n' * (lines - 2) + '}\n'
+
+
+# (rule, sources, what the one breach says; None: there is none)
+TREES = [
+    (floors.includes_follow_the_floors,
+     {'platform/A.cpp': '#include "agent/B.h"\n', 'agent/B.h': ''}, 'platform/A.cpp (platform) must not include'),
+    (floors.includes_follow_the_floors,
+     {'agent/A.cpp': '#include "Bridge/B.h"\n', BRIDGE + 'B.h': ''}, 'agent/A.cpp (agent) must not include'),
+    (floors.includes_follow_the_floors,
+     {'host/A.cpp': '#include "agent/Private.h"\n', 'agent/Private.h': ''}, 'must not include agent/Private.h'),
+    (floors.includes_follow_the_floors,
+     {'host/A.cpp': '#include "agent/include/Public.h"\n', 'agent/include/Public.h': ''}, None),
+    (floors.includes_follow_the_floors,
+     {BRIDGE + 'A.cpp': '#include "Identification/FontMatching.h"\n', PLUGIN + 'Identification/FontMatching.h': ''},
+     '(bridge) must not include'),
+    (floors.includes_follow_the_floors,
+     {BRIDGE + 'A.cpp': '#include "Identification/FontKeys.h"\n', PLUGIN + 'Identification/FontKeys.h': ''}, None),
+    (floors.includes_follow_the_floors,
+     {PLUGIN + 'Tracking/A.cpp': '#include "Panel/B.h"\n', PLUGIN + 'MarquineExtension API/Panel/B.h': ''},
+     '(tracking) must not include'),
+    (floors.includes_follow_the_floors,
+     {'core-agent/cpp-core/src/A.cpp': '#include "XCore/B.h"\n', 'core-agent/font-tool/lib/XCore/B.h': ''},
+     '(cpp-core) must not include'),
+    (floors.includes_follow_the_floors,
+     {'agent/A.cpp': '#include "support/B.h"\n', 'tests/support/B.h': ''}, '(agent) must not include'),
+    (floors.includes_follow_the_floors, {'agent/A.cpp': '#include "Absent.h"\n'}, '"Absent.h" is no file of the tree'),
+    (floors.includes_follow_the_floors, {'newfolder/A.cpp': ''}, 'no floor is told'),
+    (floors.no_include_circles,
+     {'agent/A.h': '', 'agent/A.cpp': '#include "agent/B.h"\n', 'agent/B.h': '', 'agent/B.cpp': '#include "agent/A.h"\n'},
+     'a circle: agent/A -> agent/B -> agent/A'),
+    (floors.no_include_circles,
+     {'agent/A.h': '', 'agent/A.cpp': '#include "agent/A.h"\n#include "agent/B.h"\n', 'agent/B.h': '#include "agent/A.h"\n'},
+     'a circle'),
+    (floors.no_include_circles,
+     {'agent/A.h': '', 'agent/A.cpp': '#include "agent/A.h"\n', 'agent/B.h': '#include "agent/A.h"\n'}, None),
+    (sizes.files_and_functions_stay_small, {'agent/A.h': '\n' * (sizes.LONGEST_FILE + 1)}, 'lines; at most'),
+    (sizes.files_and_functions_stay_small, {'agent/A.h': '\n' * sizes.LONGEST_FILE}, None),
+    (sizes.files_and_functions_stay_small,
+     {'agent/A.cpp': 'namespace n {\n' + function_of(sizes.LONGEST_FUNCTION + 1) + '}\n'}, 'agent/A.cpp:2: a function of'),
+    (sizes.files_and_functions_stay_small,
+     {'agent/A.cpp': 'struct S {\n  S() : a{1} {}\n' + function_of(sizes.LONGEST_FUNCTION) + '};\n'}, None),
+    (sizes.files_and_functions_stay_small,
+     {'agent/A.cpp': 'const Row kRows[] = {\n' + '  {f(1)},\n' * sizes.LONGEST_FUNCTION + '};\n'}, None),
+]
+
+
+def complaint_of(what, breaches, expected):
+    breaches = list(breaches)
+    if expected is None:
+        return f'{what}: a good example is refused: {breaches}' if breaches else None
+    held = len(breaches) == 1 and expected in breaches[0]
+    return None if held else f'{what}: one breach with "{expected}" was to be found, but: {breaches}'
+
+
+def of_headers(compiler, top):
+    with tempfile.TemporaryDirectory() as folder:
+        for name, text, expected in (('Bad.h', 'std::string Name();\n', 'Bad.h does not compile alone'),
+                                     ('Twice.h', 'struct Twice {};\n', 'Twice.h does not compile alone'),
+                                     ('Good.h', '#pragma once\n#include <string>\nstd::string Name();\n', None)):
+            path = os.path.join(folder, name)
+            with open(path, 'w', encoding='utf-8') as file:
+                file.write(text)
+            relative = os.path.relpath(path, top)
+            yield complaint_of(name, built.headers_compile_alone(Tree({relative: text}), compiler), expected)
+
+
+def of_exports(compiler):
+    with tempfile.TemporaryDirectory() as folder:
+        library, header = os.path.join(folder, 'library'), os.path.join(folder, 'List.h')
+        with open(header, 'w', encoding='utf-8') as file:
+            file.write('#define LIST(X) \\\n  X(Listed, int, (int a, int b)) \\\n  X(AlsoListed, int, ())\n')
+        listed = compiler.names_of_list(header, 'LIST')
+        for name, code, expected in (('a library with more', 'Listed,AlsoListed,More', 'exports More, which is not'),
+                                     ('a library with less', 'Listed', 'does not export AlsoListed'),
+                                     ('a library as listed', 'Listed,AlsoListed', None)):
+            source = ''.join(f'extern "C" int {function}() {{ return 1; }}\n' for function in code.split(','))
+            subprocess.run(compiler.command + ['-shared', '-fPIC', '-x', 'c++', '-', '-o', library], input=source,
+                           text=True, check=True)
+            yield complaint_of(name, built.differences(library, built.exports_of(library), listed), expected)
+
+
+def rules_that_miss(build, top):
+    compiler = built.Compiler(build, top)
+    for rule, sources, expected in TREES:
+        yield from filter(None, [complaint_of(rule.__name__, rule(Tree(sources)), expected)])
+    yield from filter(None, of_headers(compiler, top))
+    yield from filter(None, of_exports(compiler))
