@@ -212,12 +212,16 @@ std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector
   return notOurs;
 }
 
-void Activations::ReleaseClient(ClientID client) {
+std::vector<uint32_t> Activations::HeldBy(ClientID client) const {
   std::vector<uint32_t> held;
   for (const auto& [id, demand] : demands_) {
     if (demand.clients.contains(client)) held.push_back(id);
   }
-  for (const uint32_t id : held) {
+  return held;
+}
+
+void Activations::ReleaseClient(ClientID client) {
+  for (const uint32_t id : HeldBy(client)) {
     DropClient(client, id);
     if (const Font* font = parts_.table.Find(id)) UnlinkIfUnasked(font->path);
   }
@@ -232,14 +236,11 @@ void Activations::ReleaseAllClients() {
 }
 
 void Activations::KeepClient(ClientID client) {
-  std::vector<uint32_t> held;
-  for (const auto& [id, demand] : demands_) {
-    if (demand.clients.contains(client)) held.push_back(id);
+  for (const uint32_t id : HeldBy(client)) {
+    const Demand& demand = demands_[id];
+    if (demand.clients.at(client) != kPreviewActivated && demand.stored == kInactive) Store(id, kAutoActivated);
   }
-  for (const uint32_t id : held) {
-    if (demands_[id].stored == kInactive) Store(id, kAutoActivated);
-    DropClient(client, id);
-  }
+  ReleaseClient(client);
 }
 
 AgentActivationState Activations::StateOf(const Font& font) const {

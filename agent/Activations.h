@@ -55,7 +55,8 @@ class Activations {
   // fonts that only the operating system could deactivate.
   std::vector<uint32_t> Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser);
   void ReleaseClient(ClientID client);
-  // What the client holds stays active when it goes, and after the agent's end.
+  // What the client holds becomes stored and stays active when it goes, and after the agent's end; what it holds only for
+  // a preview is given back.
   void KeepClient(ClientID client);
   void ReleaseAllClients();
 
@@ -76,6 +77,7 @@ class Activations {
     AgentActivationState Strongest() const;
   };
 
+  std::vector<uint32_t> HeldBy(ClientID client) const;
   bool IsAskedFor(const std::string& path) const;
   bool LinkFile(const std::string& path, uint32_t linkID);
   void Announce(const std::string& path);

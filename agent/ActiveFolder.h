@@ -46,6 +46,7 @@ class ActiveFolder {
   // Dates the folders that wait for their second touch as if they had been touched; for the end of the process.
   void FinishTouches();
 
+  const std::string& Root() const { return root_; }
   bool PrefersHardLinks() const { return kind_ == LinkKind::kHardPreferred; }
   // Whether a path that fontconfig reports is one of these links.
   bool Holds(const std::string& path) const;

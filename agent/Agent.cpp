@@ -1,7 +1,5 @@
 #include "agent/Agent.h"
 
-#include <cstdio>
-
 #include "agent/Calls.h"
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
@@ -17,8 +15,6 @@ constexpr double kLinger = 1.0;
 constexpr double kPatienceForFirstClient = 60.0;
 constexpr int kFlushMilliseconds = 200;
 
-void Report(const std::string& line) { std::fprintf(stderr, "%s: %s\n", agent_protocol::kAgentName, line.c_str()); }
-
 }  // namespace
 
 Agent::Agent(const Configuration& configuration, platform::RunLoop& loop)
@@ -27,15 +23,17 @@ Agent::Agent(const Configuration& configuration, platform::RunLoop& loop)
       server_(loop, {[this](ClientID client, std::string_view message) { dispatcher_.OnMessage(client, message); },
                      [this](ClientID client) { OnGone(client); }}),
       dispatcher_({[this](ClientID client, const std::string& message) { server_.Send(client, message); },
-                   [this](ClientID client) { server_.Drop(client); }, Report}) {}
+                   [this](ClientID client) { server_.Drop(client); },
+                   [this](const std::string& line) { log_.Write(line); }}) {}
 
 std::error_code Agent::Start() {
   if (const std::error_code error = platform::MakeFolder(configuration_.DataFolder(), 0700)) return error;
+  if (const std::error_code error = log_.Open(configuration_.DataFolder() + "/agent.log")) return error;
   try {
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, MakeLibraryEvents());
   } catch (const StoreError& error) {
-    Report(error.what());
-    Report("no fonts are served until this file is mended or moved away");
+    log_.Write(error.what());
+    log_.Write("no fonts are served until this file is mended or moved away");
     dispatcher_.SetCodeForUnknownCalls(kInvalidVault);
   }
   AddCalls();
@@ -59,7 +57,7 @@ LibraryEvents Agent::MakeLibraryEvents() {
     if (hadProgress) Notify({{"notify", PluginInterface::kBulkReplicationStopped}});
     dispatcher_.Release();
   };
-  events.report = Report;
+  events.report = [this](const std::string& line) { log_.Write(line); };
   return events;
 }
 
@@ -72,6 +70,9 @@ void Agent::AddCalls() {
     if (found == clients_.end()) return Reply{kInvalidParam};
     found->second.wantsNotifications = arguments.Flag("wanted");
     return Reply();
+  });
+  dispatcher_.Add("GetFontVaultPath", Needs::kNothing, [this](ClientID, const Arguments&) {
+    return Reply{kSuccess, {{"path", configuration_.DataFolder()}}};
   });
   dispatcher_.Add("InitThreadInstance", Needs::kNothing,
                   [this](ClientID, const Arguments&) { return Reply{library_ ? kSuccess : kInvalidVault}; });

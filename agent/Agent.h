@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "agent/AgentLog.h"
 #include "agent/Configuration.h"
 #include "agent/Dispatcher.h"
 #include "agent/FontLibrary.h"
@@ -38,6 +39,7 @@ class Agent {
 
   Configuration configuration_;
   platform::RunLoop& loop_;
+  AgentLog log_;
   Server server_;
   Dispatcher dispatcher_;
   std::unique_ptr<FontLibrary> library_;  // null if its databases can't be used

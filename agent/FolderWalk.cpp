@@ -19,7 +19,9 @@ bool IsHidden(const std::string& name) { return name.starts_with("."); }
 
 }  // namespace
 
-FolderWalk::FolderWalk(const std::vector<std::string>& folders) {
+FolderWalk::FolderWalk(const std::vector<std::string>& folders, const std::string& excluded) {
+  struct stat info;
+  if (stat(excluded.c_str(), &info) == 0) visited_.emplace(info.st_dev, info.st_ino);
   for (const std::string& folder : folders) Take(folder, true);
 }
 
@@ -57,7 +59,6 @@ std::string FolderWalk::Step() {
     problems_.push_back({folder, LastProblem()});
     return folder;
   }
-  folders_.push_back(folder);
   std::vector<std::string> names;
   while (const dirent* entry = readdir(listing.get())) {
     if (!IsHidden(entry->d_name)) names.emplace_back(entry->d_name);

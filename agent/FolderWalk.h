@@ -25,14 +25,16 @@ struct FoundFile {
 
 class FolderWalk {
  public:
-  explicit FolderWalk(const std::vector<std::string>& folders);
+  // The excluded folder is passed over wherever it is met; it need not exist.
+  FolderWalk(const std::vector<std::string>& folders, const std::string& excluded);
 
   bool IsDone() const { return waiting_.empty(); }
+  // The folder that the next step reads; empty when done.
+  std::string Next() const { return waiting_.empty() ? "" : waiting_.front(); }
   // Reads the next folder; its name, or empty when done. Entries are taken in the order of their names.
   std::string Step();
 
   const std::vector<FoundFile>& Files() const { return files_; }
-  const std::vector<std::string>& Folders() const { return folders_; }
   const std::vector<ScanProblem>& Problems() const { return problems_; }
 
  private:
@@ -40,7 +42,6 @@ class FolderWalk {
   std::deque<std::string> waiting_;
   std::set<std::pair<uint64_t, uint64_t>> visited_;
   std::vector<FoundFile> files_;
-  std::vector<std::string> folders_;
   std::vector<ScanProblem> problems_;
 };
 

@@ -1,6 +1,8 @@
 #include "agent/FontFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +13,7 @@
 #include "agent/FaceReader.h"
 #include "agent/SfntTables.h"
 #include "platform/Files.h"
+#include "platform/LocalSocket.h"
 #include "platform/TextEncoding.h"
 
 namespace agent {
@@ -34,6 +37,18 @@ bool IsNamedLikeAFont(std::string_view path) {
 bool IsType1(std::string_view bytes) {
   if (bytes.starts_with("\x80\x01")) bytes.remove_prefix(std::min<size_t>(6, bytes.size()));
   return bytes.starts_with("%!PS-AdobeFont") || bytes.starts_with("%!FontType1");
+}
+
+bool StartsLikeAFont(std::string_view bytes) { return SfntTables::IsSfnt(bytes) || IsType1(bytes); }
+
+std::error_code ReadStart(const std::string& path, std::string& bytes) {
+  constexpr size_t kEnough = 32;
+  const platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  bytes.resize(kEnough);
+  const ssize_t count = file ? read(file.Get(), bytes.data(), bytes.size()) : -1;
+  if (count < 0) return {errno, std::generic_category()};
+  bytes.resize(static_cast<size_t>(count));
+  return {};
 }
 
 // The segments of the binary form must follow each other within the file; FreeType takes what is cut off as zeros.
@@ -72,7 +87,11 @@ FontFileContent FontFileReader::Read(const std::string& path) const {
     return IsNamedLikeAFont(path) ? broken("is too large for a font file") : content;
   }
   std::string bytes;
-  if (const std::error_code error = platform::ReadFile(path, bytes)) return broken(platform::DescribeError(error));
+  std::error_code error = ReadStart(path, bytes);
+  // Films and archives in a font folder are not read whole to find that they are no fonts.
+  if (!error && !StartsLikeAFont(bytes) && !IsNamedLikeAFont(path)) return content;
+  if (!error) error = platform::ReadFile(path, bytes);
+  if (error) return broken(platform::DescribeError(error));
   return Parse(bytes, std::string(BaseName(path)));
 }
 

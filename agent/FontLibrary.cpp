@@ -23,7 +23,8 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
       activations_({table_, folder_, user_}, configuration.refused,
                    {events_.activated, events_.deactivated, events_.report}),
       scanner_({index_, user_, table_, folder_}, configuration.library,
-               {[this](const std::string& path) { activations_.OnFileReplaced(path); },
+               {[this](const std::string& folder) { watch_.Add(folder); },
+                [this](const std::string& path) { activations_.OnFileReplaced(path); },
                 [this](const std::string& path, const std::vector<Font>& fonts) {
                   activations_.OnFontsGone(path, fonts);
                   for (const Font& font : fonts) events_.missing(font.id);
@@ -81,7 +82,6 @@ void FontLibrary::FinishScan() {
   lastFreshened_ = platform::Clock::Now();
   WriteScanLog();
   activations_.Reconcile();
-  watch_.Watch(scanner_.WalkedFolders());
   events_.scanFinished(hadProgress_);
   if (!scanAgain_) return;
   scanAgain_ = false;

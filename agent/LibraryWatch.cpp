@@ -11,27 +11,20 @@
 namespace agent {
 
 LibraryWatch::LibraryWatch(platform::RunLoop& loop, std::function<void()> changed)
-    : loop_(loop), changed_(std::move(changed)) {}
+    : loop_(loop), changed_(std::move(changed)), inotify_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+  if (inotify_) loop_.WatchDescriptor(inotify_.Get(), [this] { OnReady(); });
+}
 
 LibraryWatch::~LibraryWatch() {
-  Close();
+  if (inotify_) loop_.UnwatchDescriptor(inotify_.Get());
   if (timer_) loop_.RemoveTimer(timer_);
 }
 
-void LibraryWatch::Close() {
-  if (!inotify_) return;
-  loop_.UnwatchDescriptor(inotify_.Get());
-  inotify_.Close();
-}
-
-void LibraryWatch::Watch(const std::vector<std::string>& folders) {
-  Close();
-  inotify_ = platform::Descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+void LibraryWatch::Add(const std::string& folder) {
   if (!inotify_) return;
   constexpr uint32_t kEvents = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_DELETE_SELF | IN_MOVED_FROM | IN_MOVED_TO |
                                IN_MOVE_SELF | IN_ONLYDIR;
-  for (const std::string& folder : folders) inotify_add_watch(inotify_.Get(), folder.c_str(), kEvents);
-  loop_.WatchDescriptor(inotify_.Get(), [this] { OnReady(); });
+  inotify_add_watch(inotify_.Get(), folder.c_str(), kEvents);
 }
 
 void LibraryWatch::OnReady() {

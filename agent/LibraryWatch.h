@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "platform/LocalSocket.h"
 #include "platform/RunLoop.h"
@@ -20,11 +19,11 @@ class LibraryWatch {
   LibraryWatch(const LibraryWatch&) = delete;
   LibraryWatch& operator=(const LibraryWatch&) = delete;
 
-  // These folders in place of those before. Where the system allows no more watches, the rest goes unwatched.
-  void Watch(const std::vector<std::string>& folders);
+  // From here on; a folder that is watched already stays so. Where the system allows no more watches, the rest goes
+  // unwatched, and a folder that is deleted drops out by itself.
+  void Add(const std::string& folder);
 
  private:
-  void Close();
   void OnReady();
   platform::RunLoop& loop_;
   std::function<void()> changed_;

@@ -23,7 +23,7 @@ Scanner::Scanner(const Parts& parts, std::vector<std::string> folders, ScanEvent
 }
 
 void Scanner::Start() {
-  walk_ = std::make_unique<FolderWalk>(folders_);
+  walk_ = std::make_unique<FolderWalk>(folders_, parts_.active.Root());
   seen_.clear();
   libraryFiles_.clear();
   systemFiles_.clear();
@@ -36,6 +36,7 @@ void Scanner::Start() {
 bool Scanner::Step() {
   if (!running_) return false;
   if (phase_ == Phase::kWalking) {
+    if (events_.enteringFolder && !walk_->IsDone()) events_.enteringFolder(walk_->Next());
     lastRead_ = walk_->Step();
     if (walk_->IsDone()) BeginReading();
     return true;
@@ -164,7 +165,6 @@ void Scanner::Finish() {
     if (!file.content.problem.empty()) report_.problems.push_back({path, file.content.problem});
   }
   report_.problems.insert(report_.problems.end(), storeProblems_.begin(), storeProblems_.end());
-  walkedFolders_ = walk_->Folders();
   walk_.reset();
   running_ = false;
   finishedOnce_ = true;

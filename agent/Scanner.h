@@ -35,6 +35,7 @@ struct ScanReport {
 };
 
 struct ScanEvents {
+  std::function<void(const std::string& folder)> enteringFolder;          // before its entries are read
   std::function<void(const std::string& path)> fileReplaced;              // its content is another now
   std::function<void(const std::string& path, const std::vector<Font>&)> fontsGone;
 };
@@ -56,7 +57,6 @@ class Scanner {
   bool Step();
   ScanProgress Progress() const;
   const ScanReport& Report() const { return report_; }  // of the last finished scan
-  const std::vector<std::string>& WalkedFolders() const { return walkedFolders_; }
 
   // Asks the operating system again and takes over what has changed. A no-op while a scan runs.
   void RefreshSystemFonts();
@@ -87,7 +87,6 @@ class Scanner {
   enum class Phase { kWalking, kReading } phase_ = Phase::kWalking;
   bool running_ = false;
   bool finishedOnce_ = false;
-  std::vector<std::string> walkedFolders_;
   std::vector<ScanProblem> storeProblems_;
   ScanReport report_;
 };

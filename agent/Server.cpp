@@ -111,7 +111,7 @@ void Server::Receive(ClientID client) {
   Connection& connection = connections_.at(client);
   const ssize_t got = recv(connection.socket.Get(), buffer.data(), buffer.size(), 0);
   if (got < 0 && (errno == EAGAIN || errno == EINTR)) return;
-  if (got <= 0) {
+  if (got <= 0 || connection.isDropped) {
     End(client);
     return;
   }
@@ -120,7 +120,7 @@ void Server::Receive(ClientID client) {
   for (;;) {
     // A handler may have dropped the client.
     const auto found = connections_.find(client);
-    if (found == connections_.end()) return;
+    if (found == connections_.end() || found->second.isDropped) return;
     const FrameReader::Result result = found->second.reader.Next(message);
     if (result == FrameReader::Result::kIncomplete) return;
     if (result == FrameReader::Result::kTooLong) {
@@ -133,7 +133,7 @@ void Server::Receive(ClientID client) {
 
 void Server::Send(ClientID client, std::string_view message) {
   const auto found = connections_.find(client);
-  if (found == connections_.end()) return;
+  if (found == connections_.end() || found->second.isDropped) return;
   Connection& connection = found->second;
   const uint32_t length = htonl(static_cast<uint32_t>(message.size()));
   connection.unsent.append(reinterpret_cast<const char*>(&length), sizeof length).append(message);
@@ -168,7 +168,9 @@ void Server::Watch(ClientID client, Connection& connection) {
 
 void Server::Drop(ClientID client) {
   const auto found = connections_.find(client);
-  if (found != connections_.end()) shutdown(found->second.socket.Get(), SHUT_RDWR);
+  if (found == connections_.end()) return;
+  found->second.isDropped = true;
+  shutdown(found->second.socket.Get(), SHUT_RDWR);
 }
 
 void Server::End(ClientID client) {

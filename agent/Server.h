@@ -54,6 +54,7 @@ class Server {
     FrameReader reader;
     std::string unsent;
     bool isWaitingToWrite = false;
+    bool isDropped = false;  // nothing more is taken from it
   };
 
   void OnReady();

@@ -1,5 +1,5 @@
 // The table directory of TrueType and OpenType files and their collections, checked against the size of the file.
-// Follows the OpenType specification's "Font file" chapter.
+// Follows the chapter "The OpenType font file" of OpenType 1.9.
 #pragma once
 
 #include <cstdint>
