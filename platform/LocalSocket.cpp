@@ -69,23 +69,6 @@ std::error_code ReceiveAll(int fd, char* bytes, size_t count) {
 
 }  // namespace
 
-Descriptor::Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  if (this != &other) {
-    Close();
-    fd_ = std::exchange(other.fd_, -1);
-  }
-  return *this;
-}
-
-Descriptor::~Descriptor() { Close(); }
-
-void Descriptor::Close() {
-  if (fd_ >= 0) close(fd_);
-  fd_ = -1;
-}
-
 Descriptor ConnectLocal(const std::string& folder, const std::string& name, std::error_code& error) {
   error.clear();
   const Descriptor at = OpenFolder(folder, error);

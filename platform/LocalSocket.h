@@ -7,27 +7,12 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/Descriptor.h"
 #include "platform/Export.h"
 
 namespace platform {
 
 inline constexpr uint32_t kLongestMessage = 64u << 20;
-
-// A descriptor that closes itself.
-class PLATFORM_API Descriptor {
- public:
-  Descriptor() = default;
-  explicit Descriptor(int fd) : fd_(fd) {}
-  Descriptor(Descriptor&& other) noexcept;
-  Descriptor& operator=(Descriptor&& other) noexcept;
-  ~Descriptor();
-  int Get() const { return fd_; }
-  explicit operator bool() const { return fd_ >= 0; }
-  void Close();
-
- private:
-  int fd_ = -1;
-};
 
 // Listens in a folder of mode 0700 that belongs to this user (made if missing, refused otherwise); a socket left by a
 // dead program is replaced, one that a living program serves is refused with std::errc::address_in_use.

@@ -16,7 +16,7 @@
 
 #include "platform/Files.h"
 #include "platform/Folders.h"
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 #include "platform/PropertyList.h"
 
 extern char** environ;

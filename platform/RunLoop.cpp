@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "platform/Clock.h"
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 #include "platform/Trace.h"
 
 namespace platform {
