@@ -6,9 +6,10 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 
 namespace platform {
 
@@ -32,12 +33,57 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// A name beside the file that no other writer uses.
+// A hidden name beside the file. The end of the name stays, since some readers tell formats by it.
 std::string TemporaryBeside(const std::string& path) {
   static std::atomic<unsigned> sCount{0};
-  const size_t slash = path.rfind('/');
-  const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-  return FolderOf(path) + "/." + name.substr(0, 200) + "." + std::to_string(getpid()) + "." + std::to_string(++sCount);
+  constexpr size_t kLongestKept = 200;
+  std::string name = path.substr(path.rfind('/') + 1);
+  if (name.size() > kLongestKept) name = name.substr(name.size() - kLongestKept);
+  return FolderOf(path) + "/." + std::to_string(getpid()) + "-" + std::to_string(++sCount) + "-" + name;
+}
+
+// A new file under a name of that kind.
+Descriptor CreateBeside(const std::string& path, std::string& temporary, std::error_code& error) {
+  // A program killed in the middle of its work leaves its file behind, and its number may come again.
+  constexpr int kMostTries = 100;
+  for (int i = 0; i < kMostTries; ++i) {
+    temporary = TemporaryBeside(path);
+    Descriptor fd(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+    if (fd) return fd;
+    error = LastError();
+    if (error != std::errc::file_exists) break;
+  }
+  temporary.clear();
+  return Descriptor();
+}
+
+Descriptor OpenRegularFile(const std::string& path, struct stat& info, std::error_code& error) {
+  // Without waiting: a pipe is refused below and must not hold the program up.
+  Descriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!fd || fstat(fd.Get(), &info) != 0) {
+    error = LastError();
+    return Descriptor();
+  }
+  if (S_ISREG(info.st_mode)) return fd;
+  error = std::make_error_code(S_ISDIR(info.st_mode) ? std::errc::is_a_directory : std::errc::not_supported);
+  return Descriptor();
+}
+
+std::error_code CopyAll(int from, int to) {
+  constexpr size_t kPiece = 1u << 30;
+  for (;;) {
+    const ssize_t copied = copy_file_range(from, nullptr, to, nullptr, kPiece, 0);
+    if (copied == 0) break;
+    if (copied < 0 && errno != EINTR) break;
+  }
+  // What the file system could not copy by itself, or all of it. Both descriptors stand where the copying ended.
+  std::string piece(65536, '\0');
+  for (;;) {
+    const ssize_t got = read(from, piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got < 0 ? LastError() : std::error_code();
+    if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
+  }
 }
 
 void SyncFolder(const std::string& folder) {
@@ -45,18 +91,19 @@ void SyncFolder(const std::string& folder) {
   if (fd) fsync(fd.Get());
 }
 
-std::error_code WriteNew(const std::string& path, std::string_view bytes, mode_t mode) {
-  const Descriptor fd(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-  if (!fd) return LastError();
-  if (const std::error_code error = WriteAll(fd.Get(), bytes)) return error;
-  if (fchmod(fd.Get(), mode) != 0 || fsync(fd.Get()) != 0) return LastError();
-  return {};
+// The file behind a symbolic link, so that the link stays when the file is replaced.
+std::string BehindLinks(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(path, error)) return path;
+  const std::filesystem::path target = std::filesystem::canonical(path, error);
+  return error ? path : target.string();
 }
 
-mode_t OrdinaryMode() {
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666 & ~mask;
+// The new file takes after the one that it is to replace.
+std::error_code TakeAfter(int fd, const struct stat& info) {
+  // A program that runs as root leaves a user's file the user's; the mode comes last, since a new owner takes bits away.
+  if (geteuid() == 0 && info.st_uid != 0 && fchown(fd, info.st_uid, info.st_gid) != 0) return LastError();
+  return fchmod(fd, info.st_mode & 07777) == 0 ? std::error_code() : LastError();
 }
 
 }  // namespace
@@ -72,13 +119,13 @@ bool FolderExists(const std::string& path) {
 }
 
 std::error_code ReadFile(const std::string& path, std::string& content) {
-  const Descriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!fd) return LastError();
   struct stat info;
-  if (fstat(fd.Get(), &info) != 0) return LastError();
-  if (S_ISDIR(info.st_mode)) return std::make_error_code(std::errc::is_a_directory);
+  std::error_code error;
+  const Descriptor fd = OpenRegularFile(path, info, error);
+  if (!fd) return error;
   std::string bytes;
-  bytes.resize(static_cast<size_t>(info.st_size));
+  // One byte more than the file has, so that its end is seen without growing.
+  bytes.resize(static_cast<size_t>(info.st_size) + 1);
   size_t filled = 0;
   for (;;) {
     if (filled == bytes.size()) bytes.resize(bytes.size() + 65536);
@@ -93,20 +140,48 @@ std::error_code ReadFile(const std::string& path, std::string& content) {
   return {};
 }
 
+std::error_code CheckReadable(const std::string& path) {
+  struct stat info;
+  std::error_code error;
+  OpenRegularFile(path, info, error);
+  return error;
+}
+
 StagedFile::~StagedFile() {
   if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
-std::error_code StagedFile::Stage(const std::string& path, std::string_view bytes) {
+template <class Writer>
+std::error_code StagedFile::StageWith(const std::string& path, const Writer& write) {
+  path_ = BehindLinks(path);
   struct stat info;
-  const bool exists = stat(path.c_str(), &info) == 0;
-  if (exists && S_ISDIR(info.st_mode)) return std::make_error_code(std::errc::is_a_directory);
-  path_ = path;
-  temporary_ = TemporaryBeside(path);
-  return WriteNew(temporary_, bytes, exists ? info.st_mode & 07777 : OrdinaryMode());
+  const bool exists = stat(path_.c_str(), &info) == 0;
+  if (exists && !S_ISREG(info.st_mode)) {
+    return std::make_error_code(S_ISDIR(info.st_mode) ? std::errc::is_a_directory : std::errc::not_supported);
+  }
+  std::error_code error;
+  const Descriptor fd = CreateBeside(path_, temporary_, error);
+  if (!fd) return error;
+  error = exists ? TakeAfter(fd.Get(), info) : std::error_code();
+  if (!error) error = write(fd.Get());
+  return !error && fsync(fd.Get()) != 0 ? LastError() : error;
+}
+
+std::error_code StagedFile::Stage(const std::string& path, std::string_view bytes) {
+  return StageWith(path, [&](int fd) { return WriteAll(fd, bytes); });
+}
+
+std::error_code StagedFile::StageCopy(const std::string& path, const std::string& from) {
+  struct stat info;
+  std::error_code error;
+  const Descriptor source = OpenRegularFile(from, info, error);
+  return source ? StageWith(path, [&](int fd) { return CopyAll(source.Get(), fd); }) : error;
 }
 
 std::error_code StagedFile::Commit() {
+  const Descriptor fd(open(temporary_.c_str(), O_RDONLY | O_CLOEXEC));
+  // Costs nothing unless the staged file was changed.
+  if (fd && fsync(fd.Get()) != 0) return LastError();
   if (rename(temporary_.c_str(), path_.c_str()) != 0) return LastError();
   temporary_.clear();
   SyncFolder(FolderOf(path_));
@@ -120,13 +195,20 @@ std::error_code ReplaceFile(const std::string& path, std::string_view bytes) {
 }
 
 std::error_code CopyFile(const std::string& from, const std::string& to) {
-  std::string content;
-  if (const std::error_code error = ReadFile(from, content)) return error;
-  return ReplaceFile(to, content);
+  StagedFile file;
+  const std::error_code error = file.StageCopy(to, from);
+  return error ? error : file.Commit();
+}
+
+std::error_code MoveFile(const std::string& from, const std::string& to) {
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) return LastError();
+  SyncFolder(FolderOf(to));
+  return {};
 }
 
 std::error_code MakeFolder(const std::string& path, unsigned mode) {
   if (FolderExists(path)) return {};
+  if (path.size() > 1 && path.back() == '/') return MakeFolder(path.substr(0, path.size() - 1), mode);
   const std::string above = FolderOf(path);
   if (above != path && above != "." && above != "/") {
     if (const std::error_code error = MakeFolder(above, 0755)) return error;

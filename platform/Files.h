@@ -13,10 +13,14 @@ namespace platform {
 PLATFORM_API bool FileExists(const std::string& path);    // anything at all stands there
 PLATFORM_API bool FolderExists(const std::string& path);
 
-// Reads a regular file; on failure the content is untouched. A folder gives std::errc::is_a_directory.
+// Reads a regular file; on failure the content is untouched. A folder gives std::errc::is_a_directory, anything else that
+// is no file (a pipe, a device) std::errc::not_supported, without waiting for it.
 PLATFORM_API std::error_code ReadFile(const std::string& path, std::string& content);
+// What ReadFile would fail with when it opens the file.
+PLATFORM_API std::error_code CheckReadable(const std::string& path);
 // Puts bytes in place of the file at path, whole or not at all: written beside, synced, renamed. The mode of an
-// existing file is kept. On failure the old file is untouched and nothing is left beside it.
+// existing file is kept, and its owner if this program runs as root; a symbolic link stays, and the file behind it is
+// replaced. On failure the old file is untouched and nothing is left beside it.
 PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
 // The same in two steps, for a writer that has to tell others between them: everything that usually fails (space, rights)
 // happens in Stage. Not committed, it goes away with the object and leaves nothing behind.
@@ -26,15 +30,24 @@ class PLATFORM_API StagedFile {
   ~StagedFile();
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
-  std::error_code Stage(const std::string& path, std::string_view bytes);  // once
+  // One of the two, once.
+  std::error_code Stage(const std::string& path, std::string_view bytes);
+  std::error_code StageCopy(const std::string& path, const std::string& from);
+  // The staged file until the commit, hidden beside the other and of the same extension; it may be changed in place.
+  const std::string& TemporaryPath() const { return temporary_; }
   std::error_code Commit();
 
  private:
+  template <class Writer>
+  std::error_code StageWith(const std::string& path, const Writer& write);
+
   std::string path_;
   std::string temporary_;  // empty unless staged and not yet committed
 };
 // Copies a regular file to a place where none stands yet or replaces the one there, like ReplaceFile.
 PLATFORM_API std::error_code CopyFile(const std::string& from, const std::string& to);
+// Renames; a file that stands at the new name is never replaced: std::errc::file_exists.
+PLATFORM_API std::error_code MoveFile(const std::string& from, const std::string& to);
 // Makes the folder and those above it, the last with this mode; an existing folder is no error.
 PLATFORM_API std::error_code MakeFolder(const std::string& path, unsigned mode = 0755);
 PLATFORM_API std::error_code RemoveTree(const std::string& path);

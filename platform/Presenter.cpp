@@ -1,6 +1,7 @@
 #include "platform/Presenter.h"
 
 #include <cstdio>
+#include <string>
 
 namespace platform {
 
@@ -8,9 +9,12 @@ namespace {
 
 Presenter sPresenter;
 
-Dictionary ClosedAnswer(const Dictionary& box) {
-  std::fprintf(stderr, "%s: %s %s\n", box.GetString("Kind").CString(), box.GetString("Header").CString(),
-               box.GetString("Message").CString());
+Dictionary DefaultAnswer(const Dictionary& box) {
+  std::string line = box.GetString("Kind").Text() + ":";
+  for (const char* key : {"Header", "Message"}) {
+    if (const String text = box.GetString(key); !text.IsEmpty()) line += " " + text.Text();
+  }
+  std::fprintf(stderr, "%s\n", line.c_str());
   Dictionary answer = Dictionary::Create();
   answer.Set("Button", Number::FromInteger(1));
   return answer;
@@ -21,7 +25,7 @@ Dictionary ClosedAnswer(const Dictionary& box) {
 void SetPresenter(const Presenter* presenter) { sPresenter = presenter ? *presenter : Presenter(); }
 
 Dictionary RunBox(const Dictionary& box) {
-  if (!sPresenter.runBox) return ClosedAnswer(box);
+  if (!sPresenter.runBox) return DefaultAnswer(box);
   Dictionary answer(Value::Adopt(sPresenter.runBox(sPresenter.context, box.Ref())));
   return answer ? answer : Dictionary::Create();
 }
@@ -34,6 +38,9 @@ void UpdateProgress(const Dictionary& progress) {
 }
 void HideProgress() {
   if (sPresenter.hideProgress) sPresenter.hideProgress(sPresenter.context);
+}
+void BringBoxToFront() {
+  if (sPresenter.bringBoxToFront) sPresenter.bringBoxToFront(sPresenter.context);
 }
 
 }  // namespace platform

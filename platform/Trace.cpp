@@ -1,5 +1,6 @@
 #include "platform/Trace.h"
 
+#include <cstdio>
 #include <mutex>
 
 namespace platform {
@@ -31,5 +32,10 @@ void TraceLine(int indentChange, std::string_view line) {
 }
 
 bool IsTracing() { return CurrentSink().function != nullptr; }
+
+void ReportProblem(std::string_view line) {
+  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+  TraceLine(0, line);
+}
 
 }  // namespace platform

@@ -14,4 +14,7 @@ PLATFORM_API void SetTraceSink(TraceSink sink, void* context);
 PLATFORM_API void TraceLine(int indentChange, std::string_view line);
 PLATFORM_API bool IsTracing();
 
+// One line for the person at the terminal, without a line end: to standard error and, if there is a sink, to the trace.
+PLATFORM_API void ReportProblem(std::string_view line);
+
 }  // namespace platform

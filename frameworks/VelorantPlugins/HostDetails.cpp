@@ -1,0 +1,31 @@
+#include "frameworks/VelorantPlugins/HostDetails.h"
+
+namespace {
+
+void TakeText(const platform::Dictionary& details, const char* key, std::string& text) {
+  const platform::String value = details.GetString(key);
+  if (!value.IsEmpty()) text = value.Text();
+}
+
+// A bundle of an edition that is not known here is shown by its own name.
+std::string EditionName(const std::string& bundleName) {
+  if (bundleName == "MarquinePrimePlugin") return "Marquine Prime";
+  if (bundleName == "HarbinetPlugin") return "Harbinet";
+  return bundleName;
+}
+
+}  // namespace
+
+HostDetails& HostDetails::Shared() {
+  static HostDetails sShared;
+  return sShared;
+}
+
+void HostDetails::Take(const platform::Dictionary& details) {
+  TakeText(details, "HostApp", hostApp);
+  TakeText(details, "PluginVersion", pluginVersion);
+  TakeText(details, "VelorantPluginInterfaceVersion", interfaceVersion);
+  std::string bundleName;
+  TakeText(details, "FontManager", bundleName);
+  if (!bundleName.empty()) fontManager = EditionName(bundleName);
+}

@@ -1,0 +1,161 @@
+#include "frameworks/VelorantPlugins/Texts.h"
+
+namespace texts {
+
+namespace {
+
+constexpr Text kTexts[] = {
+    {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] läuft nicht"},
+    {"FontManagerNotFoundMessage",
+     "Das Plug-in zur automatischen Aktivierung erreicht die Schriftverwaltung nicht. Bis sie wieder läuft, werden "
+     "keine Schriften aktiviert."},
+    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] ist veraltet"},
+    {"MarquineOldVersionMessage",
+     "Die Schriftverwaltung ist älter, als dieses Plug-in es verlangt. Aktualisieren Sie sie und starten Sie dann "
+     "[host app] neu."},
+    {"ConnectionLostHeader", "Verbindung unterbrochen"},
+    {"ConnectionLostMessage",
+     "Die Verbindung zum Schriftserver wurde unterbrochen. Schriften, die nicht auf diesem Rechner liegen, können "
+     "bis auf Weiteres nicht aktiviert werden."},
+    {"NotLoggedInHeader", "Nicht angemeldet"},
+    {"NotLoggedInPluginDisabledMessage",
+     "Sie sind nicht am Schriftserver angemeldet. Das Plug-in zur automatischen Aktivierung bleibt bis zur "
+     "Anmeldung ausgeschaltet."},
+    {"NotLoggedInOfferLoginMessage", "Sie sind nicht am Schriftserver angemeldet. Möchten Sie sich jetzt anmelden?"},
+    {"LoggedOffHeader", "Abgemeldet"},
+    {"LoggedOffPluginDisabledMessage",
+     "Sie wurden vom Schriftserver abgemeldet. Das Plug-in zur automatischen Aktivierung bleibt bis zur erneuten "
+     "Anmeldung ausgeschaltet."},
+    {"LoggedOffOfferLoginMessage", "Sie wurden vom Schriftserver abgemeldet. Möchten Sie sich erneut anmelden?"},
+    {"MPCoreAgentMissingHeader", "[FONT_MANAGER_MODIFIER] lässt sich nicht starten"},
+    {"MPCoreAgentMissingMessage",
+     "Die Schriftverwaltung läuft nicht und konnte nicht gestartet werden. Versuchen Sie es erneut, oder brechen "
+     "Sie ab, um ohne automatische Aktivierung weiterzuarbeiten."},
+    {"HBCoreAgentMissingHeader", "Der [FONT_MANAGER_MODIFIER]-Client lässt sich nicht starten"},
+    {"HBCoreAgentMissingMessage",
+     "Der Client des Schriftservers läuft nicht und konnte nicht gestartet werden. Versuchen Sie es erneut, oder "
+     "brechen Sie ab, um ohne automatische Aktivierung weiterzuarbeiten."},
+    {"GoOnlineErrorHeader", "Online-Betrieb nicht möglich"},
+    {"GoOnlineErrorMessage",
+     "Der Schriftserver ist nicht erreichbar. Prüfen Sie die Netzwerkverbindung und versuchen Sie es erneut."},
+    {"MustBeOnlineMessage", "Das geht nur online. Gehen Sie online und versuchen Sie es erneut."},
+    {"SomeFontsOfflineHeader", "Einige Schriften liegen nicht auf diesem Rechner"},
+    {"SomeFontsOfflineMessage",
+     "Einige Schriften des Dokuments liegen nur auf dem Schriftserver. Möchten Sie online gehen und sie aktivieren?"},
+    {"NoLibrariesHeader", "Keine Schriftbibliothek"},
+    {"NoLibrariesMessage",
+     "Es gibt keine Schriftbibliothek, aus der Schriften aktiviert werden können. Legen Sie in "
+     "[FONT_MANAGER_MODIFIER] eine an und starten Sie dann [host app] neu."},
+    {"NoWorkgroupsHeader", "Keine Arbeitsgruppe"},
+    {"NoWorkgroupsMessage",
+     "Sie gehören zu keiner Arbeitsgruppe. Bitten Sie den Administrator Ihres Schriftservers, Sie in eine "
+     "aufzunehmen."},
+    {"CannotExportHeader", "Die Schriften können nicht gesammelt werden"},
+    {"CannotExportMessage",
+     "Die Schriften dieses Dokuments können nicht gesammelt werden: Es hat noch keine Datei, oder Ihnen fehlt das "
+     "Recht, seine Schriften zu exportieren."},
+    {"MissingFontsExportHeader", "Einige Schriften fehlen"},
+    {"MissingFontsExportMessage", "Nicht alle Schriften des Dokuments wurden gefunden. Die übrigen werden gesammelt."},
+    {"MissingFontsOfflineExportMessage",
+     "Nicht alle Schriften des Dokuments wurden gefunden, weil Sie offline arbeiten. Die übrigen werden gesammelt."},
+    {"SetNameTooLongHeader", "Der Name ist zu lang"},
+    {"SetNameTooLongMessage", "Der Name des Satzes wurde gekürzt."},
+    {"MPCoreAgentOutOfSyncHeader", "Die Versionen passen nicht zusammen"},
+    {"MPCoreAgentOutOfSyncMessage",
+     "[FONT_MANAGER_MODIFIER] und dieses Plug-in haben verschiedene Versionen. Aktualisieren Sie beide und starten "
+     "Sie dann [host app] neu."},
+    {"HBCoreAgentOutOfSyncHeader", "Die Versionen passen nicht zusammen"},
+    {"HBCoreAgentOutOfSyncMessage",
+     "Der [FONT_MANAGER_MODIFIER]-Client und dieses Plug-in haben verschiedene Versionen. Bitten Sie Ihren "
+     "Administrator um eine Aktualisierung und starten Sie dann [host app] neu."},
+    {"FontVaultClosedMsg",
+     "Der Schrifttresor ist geschlossen. Bis er wieder geöffnet wird, können keine Schriften aktiviert werden."},
+    {"VaultNeedsUpgradeTitle", "Der Schrifttresor muss aktualisiert werden"},
+    {"VaultNeedsUpgradeMessage",
+     "Der Schrifttresor stammt von einer anderen Version der Schriftverwaltung. Öffnen Sie [FONT_MANAGER_MODIFIER], "
+     "um ihn zu aktualisieren, und starten Sie dann [host app] neu."},
+    {"CouldNotOpenVaultInUseLaunchPrefs",
+     "Der Schrifttresor „%@“ wird von einem anderen Programm benutzt. Schließen Sie dieses Programm, oder wählen "
+     "Sie in [FONT_MANAGER_MODIFIER] einen anderen Tresor."},
+    {"CouldNotOpenVaultLaunchPrefs",
+     "Der Schrifttresor „%@“ konnte nicht geöffnet werden. Wählen Sie in [FONT_MANAGER_MODIFIER] einen anderen "
+     "Tresor."},
+    {"SomeLayersMissingFontsMessage", "Einige Ebenen dieses Dokuments verwenden Schriften, die nicht gefunden wurden."},
+    {"CommandNotAvailableHeader", "Dieser Befehl ist nicht verfügbar"},
+    {"CreateDocSetNotAvailableMessage",
+     "Ein Satz gehört zu einer einzelnen Arbeitsgruppe oder Bibliothek. Wählen Sie eine aus und versuchen Sie es "
+     "erneut."},
+    {"FontActivationWindowTitle", "Schriften werden aktiviert"},
+    {"FontActivationHeaderFormat", "Noch zu aktivierende Schriften: %d"},
+    {"FontDeactivationWindowTitle", "Schriften werden deaktiviert"},
+    {"FontDeactivationHeaderForDoc", "Noch zu deaktivierende Schriften des geschlossenen Dokuments: %d"},
+    {"FontDeactivationHeaderForQuit", "Vor dem Beenden noch zu deaktivierende Schriften: %d"},
+    {"AllServerFontsWorkgroup", "Alle Schriften des Servers"},
+    {"ServerBasedPersonalWorkgroup", "Persönlich (auf dem Server)"},
+    {"LocalPersonalWorkgroup", "Persönlich (auf diesem Rechner)"},
+    {"SystemWorkgroup", "Systemschriften"},
+    {"MasterGoogleFontsLibrary", "Google Fonts"},
+    {"Font Library", "Schriftbibliothek"},
+    {"All Libraries", "Alle Bibliotheken"},
+    {"All Workgroups", "Alle Arbeitsgruppen"},
+    {"PhotoshopMissingFonts", "Fehlende Schriften"},
+    {"[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]",
+     "[FONT_MANAGER_MODIFIER]-Plug-in zur automatischen Aktivierung für [host app]"},
+    {"Enter name of new folder.  Collected fonts will be placed here.",
+     "Geben Sie den Namen eines neuen Ordners ein. Die gesammelten Schriften werden darin abgelegt."},
+    {"%@'s fonts", "Schriften von %@"},
+    {"Create a [FONT_MANAGER_MODIFIER] set for this document's fonts?",
+     "Einen [FONT_MANAGER_MODIFIER]-Satz für die Schriften dieses Dokuments anlegen?"},
+    {"Set Name:", "Name des Satzes:"},
+    {"OK", "OK"},
+    {"Cancel", "Abbrechen"},
+    {"Close", "Schließen"},
+    {"Try Again", "Erneut versuchen"},
+    {"Log In", "Anmelden"},
+    {"Go Online", "Online gehen"},
+    {"Stay Offline", "Offline bleiben"},
+    {"Use Choices", "Auswahl übernehmen"},
+    {"Check Document Fonts", "Schriften des Dokuments prüfen"},
+    {"Make Document Set", "Satz für das Dokument anlegen"},
+    {"Collect for Output", "Für die Ausgabe sammeln"},
+    {"Preferences", "Einstellungen"},
+    {"About", "Über"},
+    {"AboutPluginVersion", "Plug-in-Version %@"},
+    {"AboutInterfaceVersion", "Version der Schnittstelle zur Schriftverwaltung: %@"},
+    {"ResolveFontsHeader", "Schriften für dieses Dokument wählen"},
+    {"ResolveFontsMessage",
+     "Für diese Schriften gibt es keine sichere Entsprechung. Wählen Sie für jede eine aus; eine Schrift ohne "
+     "Auswahl bleibt [host app] überlassen."},
+    {"FontVersion", "Version %@"},
+    {"FontIsActive", "aktiv"},
+    {"FontNotFound", "nicht gefunden"},
+    {"RestrictedFontsHeader", "Einige Schriften sind eingeschränkt"},
+    {"RestrictedFontsMessage",
+     "Ihnen fehlt das Recht, diese Schriften zu aktivieren; daher wurde keine der Schriften des Dokuments aktiviert."},
+    {"MissingFontsHeader", "Einige Schriften fehlen"},
+    {"MissingFontsMessage", "Diese Schriften des Dokuments wurden nicht gefunden."},
+    {"SelectWorkgroupHeader", "Arbeitsgruppe wählen"},
+    {"SelectWorkgroupMessage", "Schriften werden aus der Arbeitsgruppe oder Bibliothek aktiviert, die Sie wählen."},
+    {"WorkingOnline", "Sie arbeiten online."},
+    {"WorkingOffline", "Sie arbeiten offline."},
+    {"PreferencesHeader", "Einstellungen der automatischen Aktivierung"},
+    {"EnablePluginLabel", "Schriften automatisch aktivieren"},
+    {"EnableGlyphsureLabel", "Kenndaten in Dokumenten speichern und verwenden"},
+    {"PickBestMatchLabel", "Beste Entsprechung ohne Rückfrage wählen"},
+    {"SupportEmbeddedObjectsLabel", "Eingebettete Objekte berücksichtigen"},
+    {"ActivateEntireFamiliesLabel", "Ganze Familien aktivieren"},
+    {"ActivateLocallyLabel", "Nur zur Vorschau aktivieren"},
+    {"ActivateGloballyLabel", "Bei Vorschau: zusätzlich für alle Programme aktivieren"},
+    {"CloseFontsOnDocCloseLabel", "Schriften eines Dokuments beim Schließen deaktivieren"},
+    {"CloseFontsOnHostAppQuitLabel", "Schriften beim Beenden von [host app] deaktivieren"},
+    {"SuppressHostAppDialogsLabel", "Das Fenster fehlender Schriften von [host app] ausblenden"},
+    {"SuppressPluginCoreDialogsLabel", "Meldungen über die Schriftverwaltung ausblenden"},
+    {"RMF5Label", "Millisekunden, bis ein Dokument mit seinen Schriften erneut geöffnet wird"},
+    {"EnableLoggingLabel", "Diagnoseprotokoll führen"},
+};
+
+}  // namespace
+
+const std::span<const Text> kGerman = kTexts;
+
+}  // namespace texts
