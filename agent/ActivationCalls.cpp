@@ -13,8 +13,7 @@ namespace {
 Reply Activate(FontLibrary& library, ClientID client, const Arguments& arguments, AgentActivationState state) {
   library.FreshenSystemFonts(true);
   const ActivationOutcome outcome = library.Active().Activate(client, arguments.Numbers("fontIDs"), state);
-  return {kSuccess,
-          {{"activated", outcome.activated}, {"failed", outcome.failed}, {"refused", outcome.refused}}};
+  return {kSuccess, {{"activated", outcome.activated}, {"failed", outcome.failed}, {"refused", outcome.refused}}};
 }
 
 Reply ActivateFonts(FontLibrary& library, ClientID client, const Arguments& arguments) {

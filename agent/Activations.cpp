@@ -18,16 +18,11 @@ namespace {
 
 int Rank(AgentActivationState state) {
   switch (state) {
-    case kActivated:
-      return 4;
-    case kAutoActivated:
-      return 3;
-    case kAutoActivatedAgain:
-      return 2;
-    case kPreviewActivated:
-      return 1;
-    default:
-      return 0;
+    case kActivated: return 4;
+    case kAutoActivated: return 3;
+    case kAutoActivatedAgain: return 2;
+    case kPreviewActivated: return 1;
+    default: return 0;
   }
 }
 

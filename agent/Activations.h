@@ -1,7 +1,7 @@
 // Who asks for which font, and the links that follow from it.
 //
-// A face is asked for by clients, each in one state, and by what is stored (the user, or a client that has gone and left
-// its fonts active). A file is linked exactly as long as one of its faces is asked for; all faces of a linked file are
+// A face is asked for by clients, each in one state, and by what is stored (the user, or a client that has gone and
+// left its fonts active). A file is linked exactly as long as one of its faces is asked for; all faces of a linked file are
 // active, because fontconfig reads whole files. Two files with a face of the same PostScript name are never active
 // together by us, nor one of ours beside one of the operating system.
 #pragma once
@@ -55,8 +55,8 @@ class Activations {
   // fonts that only the operating system could deactivate.
   std::vector<uint32_t> Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser);
   void ReleaseClient(ClientID client);
-  // What the client holds becomes stored and stays active when it goes, and after the agent's end; what it holds only for
-  // a preview is given back.
+  // What the client holds becomes stored and stays active when it goes, and after the agent's end; what it holds only
+  // for a preview is given back.
   void KeepClient(ClientID client);
   void ReleaseAllClients();
 

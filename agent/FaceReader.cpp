@@ -77,7 +77,7 @@ std::string WithoutVersionWord(const std::string& text) {
 
 // Makers whose Type 1 and CFF fonts have only a notice to tell them by.
 std::string MakerInNotice(FT_Face face) {
-  static constexpr std::string_view kMakers[] = {"Adobe",    "URW",     "Bitstream", "Monotype",
+  static constexpr std::string_view kMakers[] = {"Adobe",    "URW",      "Bitstream", "Monotype",
                                                  "Linotype", "ParaType", "Bigelow",   "International Typeface"};
   PS_FontInfoRec info{};
   if (FT_Get_PS_Font_Info(face, &info) != 0 || !info.notice) return "";

@@ -1,6 +1,6 @@
 // Goes through folders and all below them, one folder a step, and gathers their regular files.
 //
-// A folder or file that is reached twice, by links or because two given folders overlap, counts once, so that loops end.
+// A folder or file that is reached twice, by links or since two given folders overlap, counts once, so that loops end.
 #pragma once
 
 #include <deque>

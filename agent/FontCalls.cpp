@@ -25,11 +25,9 @@ Reply IDsOf(Fonts fonts, const Arguments& arguments) {
   return {kSuccess, {{"fontIDs", ids}}};
 }
 
-Json RecordOf(FontLibrary& library, const Font& font) {
-  return MakeFontRecord(font, library.Active().StateOf(font));
-}
+Json RecordOf(FontLibrary& library, const Font& font) { return MakeFontRecord(font, library.Active().StateOf(font)); }
 
-// The list of workgroups can't choose here, since a font stands in one workgroup only; callers pass pseudo numbers in it.
+// The list of workgroups can't choose here, since a font stands in one workgroup; callers pass pseudo numbers in it.
 Reply GetFontInfoByID(FontLibrary& library, const Arguments& arguments) {
   library.FreshenSystemFonts(false);
   const Font* font = library.Table().Find(arguments.Number("fontID"));

@@ -14,17 +14,18 @@ struct FontFace {
   std::string postScriptName;  // never empty
   std::string family;
   std::string style;
-  // "OpenType - PS": CFF outlines. "OpenType - TT": glyf outlines with one of the layout or signature tables GSUB, GPOS,
-  // GDEF, BASE, JSTF, DSIG. "TrueType": glyf outlines without. "Postscript": Type 1. "PostScript - MM": Type 1 with axes.
+  // "OpenType - PS": CFF outlines. "OpenType - TT": glyf outlines with one of the layout or signature tables GSUB,
+  // GPOS, GDEF, BASE, JSTF, DSIG. "TrueType": glyf outlines without. "Postscript": Type 1. "PostScript - MM": Type 1
+  // with axes.
   std::string kind;
   // Name 8; else a maker known from the notice; else the vendor of OS/2; else "--".
   std::string foundry;
   // Name 5 without a leading "Version " and what follows its first ";"; the /version of Type 1.
   std::string version;
-  std::string printerFont;           // Type 1: the file's name
-  uint32_t kerningChecksum = 0;      // 20 bits over kern and GPOS; 0 without either
-  uint32_t checksum = 0;             // over the outlines, never 0
-  uint32_t glyphsureChecksum = 0;    // over the outlines, never 0
+  std::string printerFont;         // Type 1: the file's name
+  uint32_t kerningChecksum = 0;    // 20 bits over kern and GPOS; 0 without either
+  uint32_t checksum = 0;           // over the outlines, never 0
+  uint32_t glyphsureChecksum = 0;  // over the outlines, never 0
 
   bool operator==(const FontFace&) const = default;
 };

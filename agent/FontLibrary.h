@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "agent/ActiveFolder.h"
 #include "agent/Activations.h"
+#include "agent/ActiveFolder.h"
 #include "agent/Configuration.h"
 #include "agent/FontTable.h"
 #include "agent/IndexStore.h"

@@ -22,8 +22,8 @@ LibraryWatch::~LibraryWatch() {
 
 void LibraryWatch::Add(const std::string& folder) {
   if (!inotify_) return;
-  constexpr uint32_t kEvents = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_DELETE_SELF | IN_MOVED_FROM | IN_MOVED_TO |
-                               IN_MOVE_SELF | IN_ONLYDIR;
+  constexpr uint32_t kEvents =
+      IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_DELETE_SELF | IN_MOVED_FROM | IN_MOVED_TO | IN_MOVE_SELF | IN_ONLYDIR;
   inotify_add_watch(inotify_.Get(), folder.c_str(), kEvents);
 }
 

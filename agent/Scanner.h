@@ -35,8 +35,8 @@ struct ScanReport {
 };
 
 struct ScanEvents {
-  std::function<void(const std::string& folder)> enteringFolder;          // before its entries are read
-  std::function<void(const std::string& path)> fileReplaced;              // its content is another now
+  std::function<void(const std::string& folder)> enteringFolder;  // before its entries are read
+  std::function<void(const std::string& path)> fileReplaced;      // its content is another now
   std::function<void(const std::string& path, const std::vector<Font>&)> fontsGone;
 };
 
@@ -77,9 +77,9 @@ class Scanner {
   std::vector<std::string> folders_;
   ScanEvents events_;
   FontFileReader reader_;
-  std::map<std::string, IndexedFile> known_;    // by path, both workgroups
+  std::map<std::string, IndexedFile> known_;                           // by path, both workgroups
   std::map<std::pair<uint64_t, uint64_t>, std::string> libraryFiles_;  // device and inode to path
-  std::map<std::string, uint32_t> seen_;        // by path: the workgroup, of the scan that runs or ran last
+  std::map<std::string, uint32_t> seen_;  // by path: the workgroup, of the scan that runs or ran last
   std::unique_ptr<FolderWalk> walk_;
   std::vector<FoundFile> systemFiles_;
   size_t next_ = 0;

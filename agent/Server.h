@@ -1,5 +1,5 @@
-// The agent's end of its socket: takes connections and whole messages in the framing of platform/LocalSocket.h, and never
-// waits for a client. A client that breaks the framing or leaves too much unread is disconnected.
+// The agent's end of its socket: takes connections and whole messages in the framing of platform/LocalSocket.h, and
+// never waits for a client. A client that breaks the framing or leaves too much unread is disconnected.
 #pragma once
 
 #include <cstdint>

@@ -31,8 +31,7 @@ Reply AddFontsToSets(FontLibrary& library, const Arguments& arguments) {
 Reply GetSets(FontLibrary& library, const Arguments&) {
   Json sets = Json::array();
   for (const FontSet& set : library.User().Sets()) {
-    sets.push_back(
-        {{"setID", set.id}, {"name", set.name}, {"workgroupID", set.workgroupID}, {"fontIDs", set.fontIDs}});
+    sets.push_back({{"setID", set.id}, {"name", set.name}, {"workgroupID", set.workgroupID}, {"fontIDs", set.fontIDs}});
   }
   return {kSuccess, {{"sets", sets}}};
 }

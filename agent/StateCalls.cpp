@@ -29,12 +29,16 @@ Reply GetPermission(ClientID, const Arguments& arguments) {
 void AddStateCalls(Dispatcher& dispatcher) {
   // This edition serves one user without a server: always logged in, nothing to replicate.
   static constexpr std::pair<const char*, int> kStates[] = {
-      {"GetIsLoggedIn", 1},           {"GetIsOnline", 1},
-      {"GetIsStandaloneMode", 1},     {"GetIsReplicationRunning", 0},
-      {"GetCurrentReplicationMode", 0}, {"GetIsGoogleWebFontsEnabled", 0},
+      {"GetIsLoggedIn", 1},
+      {"GetIsOnline", 1},
+      {"GetIsStandaloneMode", 1},
+      {"GetIsReplicationRunning", 0},
+      {"GetCurrentReplicationMode", 0},
+      {"GetIsGoogleWebFontsEnabled", 0},
   };
   for (const auto& [call, value] : kStates) {
-    dispatcher.Add(call, Needs::kNothing, [value = value](ClientID, const Arguments&) { return Number("value", value); });
+    dispatcher.Add(call, Needs::kNothing,
+                   [value = value](ClientID, const Arguments&) { return Number("value", value); });
   }
   dispatcher.Add("GetAllWorkgroupsForUser", Needs::kNothing, GetAllWorkgroupsForUser);
   dispatcher.Add("GetPermission", Needs::kNothing, GetPermission);

@@ -45,12 +45,10 @@ int Run(const agent::Configuration& configuration) {
   agent::InstanceLock lock;
   std::error_code error;
   switch (lock.Take(configuration.RuntimeFolder(), agent_protocol::kAgentSocketName, error)) {
-    case agent::InstanceLock::Result::kServed:
-      return 0;
+    case agent::InstanceLock::Result::kServed: return 0;
     case agent::InstanceLock::Result::kFailed:
       return Fail(configuration.RuntimeFolder() + ": " + platform::DescribeError(error), 1);
-    case agent::InstanceLock::Result::kTaken:
-      break;
+    case agent::InstanceLock::Result::kTaken: break;
   }
   platform::RunLoop& loop = platform::RunLoop::Main();
   const platform::Descriptor signals = CatchEndSignals();

@@ -10,7 +10,6 @@ namespace plugin_interface {
 struct AgentConnection::State {
   platform::Descriptor socket;
   NotificationHandler onNotification;
-  LossHandler onLoss;
 
   std::mutex sending;  // one message at a time
 
@@ -58,11 +57,10 @@ void AgentConnection::State::Lose() {
   shutdown(socket.Get(), SHUT_RDWR);
 }
 
-AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, LossHandler onLoss)
+AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification)
     : state_(std::make_shared<State>()) {
   state_->socket = std::move(socket);
   state_->onNotification = std::move(onNotification);
-  state_->onLoss = std::move(onLoss);
   reader_ = std::thread([state = state_] { ReadUntilLost(state); });
 }
 
@@ -88,7 +86,6 @@ void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
     }
   }
   state->Lose();
-  state->onLoss();
 }
 
 CallResult AgentConnection::Call(const char* name, Json arguments) {
@@ -120,6 +117,8 @@ CallResult AgentConnection::Call(const char* name, Json arguments) {
   const auto reply = state_->replies.extract(id);
   return reply ? std::move(reply.mapped()) : gone;
 }
+
+void AgentConnection::Close() { state_->Lose(); }
 
 bool AgentConnection::IsLost() const {
   const std::lock_guard lock(state_->mutex);

@@ -30,9 +30,9 @@ class AgentConnection {
  public:
   // Called on the reader thread, in the order in which the agent sent them.
   using NotificationHandler = std::function<void(const Json&)>;
-  using LossHandler = std::function<void()>;
 
-  AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, LossHandler onLoss);
+  // Throws std::system_error if no thread can be had.
+  AgentConnection(platform::Descriptor socket, NotificationHandler onNotification);
   ~AgentConnection();  // closes; waits for the reader, unless called by it
   AgentConnection(const AgentConnection&) = delete;
   AgentConnection& operator=(const AgentConnection&) = delete;
@@ -40,6 +40,7 @@ class AgentConnection {
   // Waits for the reply. On the reader thread itself (a notification's receiver asks something) it reads meanwhile.
   CallResult Call(const char* name, Json arguments);
   bool IsLost() const;
+  void Close();  // lost from here on
 
  private:
   struct State;

@@ -1,0 +1,46 @@
+// How the exported functions ask the agent.
+#pragma once
+
+#include <cstdint>
+#include <new>
+#include <nlohmann/json.hpp>
+#include <string_view>
+#include <system_error>
+
+#include "frameworks/VelorantPluginInterface/Facade.h"
+#include "frameworks/VelorantPluginInterface/ResultCodes.h"
+
+namespace plugin_interface {
+
+// Runs the body of an exported function: nothing is thrown to the caller, who may be of another make.
+template <class Body>
+TModuleErrorCode Guarded(const Body& body) {
+  try {
+    return body();
+  } catch (const Json::exception&) {
+    return kInvalidMessage;
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  } catch (const std::system_error&) {
+    return kOutOfMemory;  // no further thread for the connection
+  }
+}
+
+CallResult CallAgent(PluginInterface::FacadeHandle handle, const char* name, Json arguments = Json::object());
+
+// A list of numbers as an argument. A null list is an empty one.
+Json Numbers(uint32_t count, const uint32_t* numbers);
+
+// Writes as many numbers as there is room for; how many, as the result. A null list has no room.
+uint32_t WriteNumbers(const Json& numbers, uint32_t* out, uint32_t capacity);
+
+// The list that the agent gives one entry each for what was asked; kInvalidMessage if it is of another length.
+TModuleErrorCode WriteAnswers(const CallResult& reply, const char* key, uint32_t count, uint32_t* out);
+
+// Asks for one number, "value" of the result. On a failure *out stays as it was.
+TModuleErrorCode ReadNumber(PluginInterface::FacadeHandle handle, const char* name, Json arguments, int32_t* out);
+
+// The text and its end, or kInvalidParam with nothing but an end if it does not fit.
+TModuleErrorCode WriteText(std::string_view text, char* buffer, uint32_t size);
+
+}  // namespace plugin_interface

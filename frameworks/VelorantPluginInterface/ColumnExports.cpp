@@ -1,0 +1,39 @@
+// The names of columns and rights. A column is named by the key under which a font record holds it.
+#include "frameworks/VelorantPluginInterface/Calls.h"
+#include "frameworks/VelorantPluginInterface/Exports.h"
+
+using namespace plugin_interface;
+
+#define COLUMN(function, text) \
+  uint32_t function(char* buffer, uint32_t size) { return WriteText(text, buffer, size); }
+// What the agent keeps no column of. The buffer is left with an empty name.
+#define NO_COLUMN(function)                        \
+  uint32_t function(char* buffer, uint32_t size) { \
+    WriteText("", buffer, size);                   \
+    return PluginInterface::kNotImplementedCode;   \
+  }
+
+COLUMN(GetActivationStateColumnID, "ActivationStatus")
+COLUMN(GetCanActivateAcrossWorkgroupsColumnID, "CanActivateAcrossWorkgroups")
+COLUMN(GetExportFontsColumnID, "ExportFonts")
+COLUMN(GetFamilyGroupIDColumnID, "AssignedFamilyID")
+COLUMN(GetFamilyGroupNameColumnID, "AssignedFamilyName")
+COLUMN(GetFamilyNameColumnID, "Family")
+COLUMN(GetFileSizeColumnID, "OutlineFileSize")
+NO_COLUMN(GetFontFaceIDColumnID)
+NO_COLUMN(GetFontLocationColumnID)
+COLUMN(GetGlyphsureChecksumColumnID, "Glyphsure_1.2_Checksum")
+COLUMN(GetFontTypeColumnID, "FontKind")
+COLUMN(GetFontVersionColumnID, "Version")
+COLUMN(GetFoundryNameColumnID, "Foundry")
+COLUMN(GetIsFontLocalColumnID, "IsLocal")
+NO_COLUMN(GetIsMarquineFileColumnID)
+COLUMN(GetKerningChecksumColumnID, "KerningChecksum")
+COLUMN(GetLegacyGlyphsureChecksumColumnID, "Checksum")
+COLUMN(GetLocalPathColumnID, "Path")
+COLUMN(GetPostscriptNameColumnID, "PostScriptName")
+NO_COLUMN(GetDisplayNameColumnID)
+NO_COLUMN(GetScannedFoundryColumnID)
+COLUMN(GetWorkgroupIDColumnID, "WorkgroupID")
+COLUMN(GetWorkgroupNameColumnID, "WorkgroupName")
+COLUMN(GetWorkgroupTypeColumnID, "WorkgroupType")

@@ -1,0 +1,115 @@
+// Instances, their life, notifications, and questions about the state of things.
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/AgentProcess.h"
+#include "frameworks/VelorantPluginInterface/Calls.h"
+#include "frameworks/VelorantPluginInterface/Exports.h"
+#include "frameworks/VelorantPluginInterface/Notifications.h"
+#include "platform/Folders.h"
+
+using namespace plugin_interface;
+using PluginInterface::FacadeHandle;
+using PluginInterface::NotificationCallback;
+
+FacadeHandle GetPluginFacadeInstance() {
+  FacadeHandle handle = 0;
+  Guarded([&] {
+    handle = CurrentFacade()->Handle();
+    return kSuccess;
+  });
+  return handle;
+}
+
+TModuleErrorCode ResetPluginFacadeInstance() {
+  DiscardFacade(false);
+  return kSuccess;
+}
+
+// An agent that can't be reached is no failure here: the caller asks next whether it runs, and has words for that.
+TModuleErrorCode InitAppInstance(FacadeHandle h, uint32_t, uint32_t) {
+  return Guarded([&] {
+    uint32_t code = kSuccess;
+    const auto facade = FacadeOf(h, code);
+    if (facade) code = facade->Connect();
+    return IsAgentGone(code) ? kSuccess : code;
+  });
+}
+
+TModuleErrorCode InitThreadInstance(FacadeHandle h) {
+  return Guarded([&] {
+    const uint32_t code = CallAgent(h, "InitThreadInstance").code;
+    return IsAgentGone(code) ? kAgentNotFound : code;
+  });
+}
+
+// An orderly goodbye: the caller has given back what it did not want to leave active.
+TModuleErrorCode DestroyThreadInstance(FacadeHandle h) {
+  return Guarded([&] {
+    uint32_t code = kSuccess;
+    const auto facade = FacadeOf(h, code);
+    if (facade) facade->Disconnect(true);
+    return code;
+  });
+}
+
+TModuleErrorCode CleanUpOnShutdown(FacadeHandle h) {
+  return Guarded([&] {
+    uint32_t code = kSuccess;
+    if (FacadeOf(h, code)) DiscardFacade(true);
+    return code;
+  });
+}
+
+TModuleErrorCode RegisterForNotifications(FacadeHandle h, NotificationCallback callback) {
+  if (!callback) return kNullPointer;
+  return Guarded([&] {
+    AddCallback(callback);
+    uint32_t code = kSuccess;
+    const auto facade = FacadeOf(h, code);
+    return facade ? facade->Connect() : code;
+  });
+}
+
+TModuleErrorCode UnregisterForNotifications(FacadeHandle, NotificationCallback callback) {
+  RemoveCallback(callback);
+  return kSuccess;
+}
+
+TModuleErrorCode GetIsCoreAgentProcessRunning(FacadeHandle h, int32_t* out) {
+  if (!out) return kNullPointer;
+  return Guarded([&] {
+    uint32_t code = kSuccess;
+    const auto facade = FacadeOf(h, code);
+    const bool isRunning = (facade && facade->IsConnected()) || IsAgentProcessRunning(platform::GetPlaces().runtime);
+    *out = isRunning ? 1 : 0;
+    return kSuccess;
+  });
+}
+
+TModuleErrorCode GetAreSchemaVersionsInSync(FacadeHandle h, int32_t* out) {
+  if (!out) return kNullPointer;
+  return Guarded([&] {
+    uint32_t code = kSuccess;
+    const auto facade = FacadeOf(h, code);
+    if (facade) code = facade->Connect();
+    if (code != kSuccess && code != kVersionMismatch) return code;
+    *out = code == kSuccess ? 1 : 0;
+    return kSuccess;
+  });
+}
+
+TModuleErrorCode GetFontVaultPath(FacadeHandle h, uint32_t size, char* buffer) {
+  return Guarded([&] {
+    const CallResult reply = CallAgent(h, "GetFontVaultPath");
+    return reply.code == kSuccess ? WriteText(reply.result.at("path").get<std::string>(), buffer, size) : reply.code;
+  });
+}
+
+#define STATE_QUESTION(name) \
+  TModuleErrorCode name(FacadeHandle h, int32_t* out) { return ReadNumber(h, #name, Json::object(), out); }
+STATE_QUESTION(GetIsLoggedIn)
+STATE_QUESTION(GetIsOnline)
+STATE_QUESTION(GetIsStandaloneMode)
+STATE_QUESTION(GetIsReplicationRunning)
+STATE_QUESTION(GetCurrentReplicationMode)
+STATE_QUESTION(GetIsGoogleWebFontsEnabled)
+#undef STATE_QUESTION

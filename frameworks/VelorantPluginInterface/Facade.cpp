@@ -1,0 +1,171 @@
+#include "frameworks/VelorantPluginInterface/Facade.h"
+
+#include <chrono>
+#include <thread>
+
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/AgentProcess.h"
+#include "frameworks/VelorantPluginInterface/Notifications.h"
+#include "frameworks/VelorantPluginInterface/ResultCodes.h"
+#include "platform/Folders.h"
+
+namespace plugin_interface {
+
+namespace {
+
+constexpr auto kPatience = std::chrono::seconds(10);
+constexpr auto kPause = std::chrono::milliseconds(10);
+
+platform::Descriptor ReachAgent() {
+  std::error_code error;
+  return platform::ConnectLocal(platform::GetPlaces().runtime, agent_protocol::kAgentSocketName, error);
+}
+
+// An agent that was launched a moment ago does not listen yet. Its callers relaunch without a pause, so the waiting is
+// done here, as long as there is a process to wait for.
+platform::Descriptor AwaitAgent() {
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  for (;;) {
+    platform::Descriptor socket = ReachAgent();
+    if (socket || std::chrono::steady_clock::now() >= end) return socket;
+    // Asked after the socket: an agent that began to listen in between is found by the next round.
+    if (!IsAgentProcessRunning(platform::GetPlaces().runtime)) return ReachAgent();
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
+struct Facades {
+  std::mutex mutex;
+  std::shared_ptr<Facade> current;
+  PluginInterface::FacadeHandle lastHandle = 0;
+  HeldFonts held;
+};
+
+// Never destroyed: a reader thread may still run when the process ends.
+Facades& All() {
+  static auto* facades = new Facades;
+  return *facades;
+}
+
+}  // namespace
+
+Facade::ConnectionRef Facade::Connection() const {
+  const std::lock_guard lock(mutex_);
+  return connection_;
+}
+
+bool Facade::IsConnected() const {
+  const ConnectionRef connection = Connection();
+  return connection && !connection->IsLost();
+}
+
+bool Facade::IsLost() const {
+  const ConnectionRef connection = Connection();
+  return connection && connection->IsLost();
+}
+
+uint32_t Facade::Connect() {
+  const std::lock_guard one(connecting_);
+  {
+    const std::lock_guard lock(mutex_);
+    if (isRetired_) return PluginInterface::kAgentShutdownCode;
+    if (connection_) return connection_->IsLost() ? PluginInterface::kAgentShutdownCode : kSuccess;
+  }
+  platform::Descriptor socket = AwaitAgent();
+  if (!socket) return PluginInterface::kServiceUnavailableCode;
+  const auto connection = std::make_shared<AgentConnection>(std::move(socket), Deliver);
+  if (const uint32_t code = Greet(*connection)) return code;
+  {
+    const std::lock_guard lock(mutex_);
+    if (isRetired_) return PluginInterface::kAgentShutdownCode;
+    connection_ = connection;
+  }
+  // Only now: a callback may call back, and its calls must find the connection.
+  return connection->Call("SetNotifications", {{"wanted", true}}).code;
+}
+
+uint32_t Facade::Greet(AgentConnection& connection) {
+  const CallResult hello = connection.Call("Hello", {{"notifications", false}});
+  if (hello.code != kSuccess) return hello.code;
+  if (hello.result.value("protocol", 0) != agent_protocol::kProtocolVersion) return kVersionMismatch;
+  const std::pair<HoldKind, const char*> holds[] = {{HoldKind::kDocument, "RestoreActivations"},
+                                                    {HoldKind::kPreview, "PreviewActivateFonts"}};
+  for (const auto& [kind, call] : holds) {
+    const std::vector<uint32_t> ids = held_.Of(kind);
+    if (ids.empty()) continue;
+    const CallResult restored = connection.Call(call, {{"fontIDs", ids}});
+    if (IsAgentGone(restored.code)) return restored.code;
+    held_.Remove(restored.result.value("failed", std::vector<uint32_t>()));
+  }
+  return kSuccess;
+}
+
+CallResult Facade::Call(const char* name, Json arguments) {
+  if (const uint32_t code = Connect()) return {code};
+  const ConnectionRef connection = Connection();
+  return connection ? connection->Call(name, std::move(arguments)) : CallResult{PluginInterface::kAgentShutdownCode};
+}
+
+void Facade::Disconnect(bool keepFonts) {
+  ConnectionRef connection;
+  {
+    const std::lock_guard lock(mutex_);
+    connection = std::move(connection_);
+    connection_ = nullptr;
+  }
+  if (!connection) return;
+  if (keepFonts) {
+    connection->Call("KeepActivations", Json::object());
+    held_.Clear();
+  }
+  connection->Close();
+}
+
+void Facade::Retire() {
+  {
+    const std::lock_guard lock(mutex_);
+    isRetired_ = true;
+  }
+  Disconnect(false);
+}
+
+std::shared_ptr<Facade> CurrentFacade() {
+  Facades& all = All();
+  std::shared_ptr<Facade> replaced;
+  std::shared_ptr<Facade> current;
+  {
+    const std::lock_guard lock(all.mutex);
+    if (all.current && all.current->IsLost() && ReachAgent()) replaced = std::move(all.current);
+    if (!all.current) all.current = std::make_shared<Facade>(++all.lastHandle, all.held);
+    current = all.current;
+  }
+  // Outside the lock: ending a connection waits for its reader, which may be in a callback that calls the library.
+  if (replaced) replaced->Retire();
+  return current;
+}
+
+std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t& code) {
+  Facades& all = All();
+  const std::lock_guard lock(all.mutex);
+  code = kSuccess;
+  if (all.current && all.current->Handle() == handle) return all.current;
+  code = handle == 0 || handle > all.lastHandle ? kInvalidParam : PluginInterface::kAgentShutdownCode;
+  return nullptr;
+}
+
+void DiscardFacade(bool keepFonts) {
+  Facades& all = All();
+  std::shared_ptr<Facade> discarded;
+  {
+    const std::lock_guard lock(all.mutex);
+    discarded = std::move(all.current);
+    all.current = nullptr;
+  }
+  if (!discarded) return;
+  if (keepFonts) discarded->Disconnect(true);
+  discarded->Retire();
+}
+
+HeldFonts& ProcessFonts() { return All().held; }
+
+}  // namespace plugin_interface

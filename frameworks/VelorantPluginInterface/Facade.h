@@ -1,0 +1,57 @@
+// One handle's worth of agent: the connection that is made when it is first needed and, once lost, stays lost.
+//
+// A relaunched agent is reached through a new facade. Handles that were replaced answer with an agent-gone code.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+#include "frameworks/VelorantPluginInterface/AgentConnection.h"
+#include "frameworks/VelorantPluginInterface/HeldFonts.h"
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+
+namespace plugin_interface {
+
+// Any thread may use any operation.
+class Facade {
+ public:
+  Facade(PluginInterface::FacadeHandle handle, HeldFonts& held) : handle_(handle), held_(held) {}
+
+  PluginInterface::FacadeHandle Handle() const { return handle_; }
+  // Connects unless that is done: 0, an agent-gone code, or kVersionMismatch for an agent that speaks another protocol.
+  // An agent that has just been started is waited for; without one the answer comes at once.
+  uint32_t Connect();
+  // Connects if need be and asks; the agent's code, or one of those above.
+  CallResult Call(const char* name, Json arguments);
+  bool IsConnected() const;
+  bool IsLost() const;
+  // Ends the connection; the next call makes a new one. What is held stays active for good if keepFonts is true, and is
+  // given back by the agent otherwise.
+  void Disconnect(bool keepFonts);
+  // Ends the connection; every later call gets an agent-gone code.
+  void Retire();
+
+ private:
+  using ConnectionRef = std::shared_ptr<AgentConnection>;
+  ConnectionRef Connection() const;
+  uint32_t Greet(AgentConnection& connection);
+
+  const PluginInterface::FacadeHandle handle_;
+  HeldFonts& held_;
+  std::mutex connecting_;     // one thread connects at a time
+  mutable std::mutex mutex_;  // guards what follows
+  ConnectionRef connection_;
+  bool isRetired_ = false;
+};
+
+// The process's current facade, made if there is none. One whose agent is gone is replaced when an agent answers again.
+std::shared_ptr<Facade> CurrentFacade();
+// The facade of a handle; null with a code for one that was replaced (agent gone) or never given (invalid parameter).
+std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t& code);
+// The next CurrentFacade makes a new one. keepFonts as for Disconnect.
+void DiscardFacade(bool keepFonts);
+// What the process holds, through whatever facade.
+HeldFonts& ProcessFonts();
+
+}  // namespace plugin_interface
