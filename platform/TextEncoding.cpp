@@ -6,6 +6,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -16,6 +17,12 @@
 namespace platform {
 
 namespace {
+
+bool IsASCII(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+char LowerASCII(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool AreEqualASCIILetters(char a, char b) { return LowerASCII(a) == LowerASCII(b); }
 
 class Converter {
  public:
@@ -260,15 +267,29 @@ int CompareNumerically(std::string_view a, std::string_view b) {
   return static_cast<int>(i < a.size()) - static_cast<int>(j < b.size());
 }
 
-bool EqualCaseless(std::string_view a, std::string_view b) { return CompareCaseless(a, b) == 0; }
+// Nearly all text that is compared is ASCII, which needs no conversion.
+
+bool EqualCaseless(std::string_view a, std::string_view b) {
+  if (!IsASCII(a) || !IsASCII(b)) return CompareCaseless(a, b) == 0;
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), AreEqualASCIILetters);
+}
 
 bool ContainsCaseless(std::string_view text, std::string_view part) {
+  if (IsASCII(text) && IsASCII(part)) {
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), AreEqualASCIILetters) != text.end() ||
+           part.empty();
+  }
   if (!AreForICU(text, part)) return text.find(part) != std::string_view::npos;
   icu::UnicodeString folded = Unicode(text), sought = Unicode(part);
   return folded.foldCase().indexOf(sought.foldCase()) >= 0 || part.empty();
 }
 
 std::string ToLowercase(std::string_view text) {
+  if (IsASCII(text)) {
+    std::string out(text);
+    for (char& c : out) c = LowerASCII(c);
+    return out;
+  }
   if (!AreForICU(text, "")) return std::string(text);
   return UTF8(Unicode(text).toLower());
 }
@@ -279,6 +300,12 @@ std::string Capitalize(std::string_view text) {
 }
 
 std::string TrimWhitespace(std::string_view text) {
+  if (IsASCII(text)) {
+    constexpr std::string_view kWhitespace = "\t\n\v\f\r ";
+    const size_t first = text.find_first_not_of(kWhitespace);
+    if (first == std::string_view::npos) return "";
+    return std::string(text.substr(first, text.find_last_not_of(kWhitespace) - first + 1));
+  }
   if (!AreForICU(text, "")) return std::string(text);
   const icu::UnicodeString all = Unicode(text);
   int32_t begin = 0, end = all.length();

@@ -236,8 +236,9 @@ void PSGetDocumentFonts(platform::Array& out, const std::string& path, bool bOpe
   std::vector<std::string> names;
   PhotoshopFontUtils::GetDocumentFonts(path, names, bOpeningNewDocument);
   out = platform::Array::Create();
+  GlyphsureSupport::FontNameIndex index(out);
   for (const std::string& name : names) {
-    GlyphsureSupport::AddFontToArray(platform::String::FromUTF8(name), out, false);
+    GlyphsureSupport::AddFontToArray(platform::String::FromUTF8(name), out, false, &index);
   }
   OutputIndentedAndFormattedString(0, "%d font name(s) found.", static_cast<int>(names.size()));
 }

@@ -1,7 +1,5 @@
-// The comparison of two candidates, stage by stage.
-#include <map>
-#include <utility>
-#include <vector>
+// The comparison of two candidates: one table, a stage a row, of which the first that decides ends it.
+#include <iterator>
 
 #include "Bridge/VPILoader.h"
 #include "Identification/FontMatching.h"
@@ -12,7 +10,6 @@
 
 namespace GlyphsureSupport {
 
-using platform::Array;
 using platform::Dictionary;
 using platform::String;
 
@@ -21,135 +18,109 @@ bool KeyValueContains(const Dictionary& record, std::string_view key, std::strin
   return held && held.View().size() >= part.size() && platform::ContainsCaseless(held.View(), part);
 }
 
-namespace {
+bool KeyHasNonZeroValue(const Dictionary& record, std::string_view key) {
+  const String value = record.GetString(key);
+  return !value.IsEmpty() && platform::IntegerOfText(value.View()) != 0;
+}
 
-struct Decision {
-  int order = 0;
-  MatchStage stage = MatchStage::kNone;
-};
+namespace {
 
 struct Pair {
   const Dictionary& first;
   const Dictionary& second;
-  const Dictionary& context;
+  const Dictionary& context;  // null if there is no document font to compare with
 };
 
-void Note(const char* text) { OutputIndentedAndFormattedString(0, "%s", text); }
+// -1 if only the first has the property, 1 if only the second has it.
+int ThatWhichHas(bool inFirst, bool inSecond) { return inFirst == inSecond ? 0 : inFirst ? -1 : 1; }
 
 // The value of the context decides if exactly one record has it.
 int KeyValueStringMatch(const Dictionary& context, const Dictionary& first, const Dictionary& second,
                         std::string_view key) {
   const String wanted = context.GetString(key);
   if (!wanted) return 0;
-  const bool inFirst = KeyValueIs(first, key, wanted.View());
-  const bool inSecond = KeyValueIs(second, key, wanted.View());
-  return inFirst == inSecond ? 0 : inFirst ? -1 : 1;
+  return ThatWhichHas(KeyValueIs(first, key, wanted.View()), KeyValueIs(second, key, wanted.View()));
 }
 
-bool KeyHasNonZeroValue(const Dictionary& record, std::string_view key) {
-  const String value = record.GetString(key);
-  return !value.IsEmpty() && platform::IntegerOfText(value.View()) != 0;
+int CompareActive(const Pair& pair) {
+  return ThatWhichHas(KeyValueIs(pair.first, kGS_IsActiveKey, "1"), KeyValueIs(pair.second, kGS_IsActiveKey, "1"));
 }
 
-Decision CompareActivation(const Pair& pair) {
-  const bool firstActive = KeyValueIs(pair.first, kGS_IsActiveKey, "1");
-  const bool secondActive = KeyValueIs(pair.second, kGS_IsActiveKey, "1");
-  if (!firstActive && !secondActive) return {};
-  if (!firstActive) {
-    Note("...Choosing fontRef2 because it's active and fontRef1 isn't.");
-    return {1, MatchStage::kActive};
-  }
-  if (!secondActive) {
-    Note("...Choosing fontRef1 because it's active and fontRef2 isn't.");
-    return {-1, MatchStage::kActive};
-  }
-  Note("...Two active fonts - one must be a system font.");
-  // One-sided on purpose: of two active fonts that are no system fonts, the one asked about first stands.
-  if (!KeyValueIs(pair.first, kGS_IsSystemKey, "1")) {
-    Note("...Choosing non-system fontRef1 since user has explicitly overridden system version.");
-    return {-1, MatchStage::kNonSystem};
-  }
-  if (!KeyValueIs(pair.second, kGS_IsSystemKey, "1")) {
-    Note("...Choosing non-system fontRef2 since user has explicitly overridden system version.");
-    return {1, MatchStage::kNonSystem};
-  }
-  return {};
+// Of two active fonts. One-sided on purpose: if neither is a system font, the one asked about first stands.
+int CompareNonSystem(const Pair& pair) {
+  if (!KeyValueIs(pair.first, kGS_IsActiveKey, "1")) return 0;
+  OutputIndentedAndFormattedString(0, "...Two active fonts - one must be a system font.");
+  if (!KeyValueIs(pair.first, kGS_IsSystemKey, "1")) return -1;
+  return KeyValueIs(pair.second, kGS_IsSystemKey, "1") ? 0 : 1;
 }
 
 // The flags in a record can be older than the agent's state.
-Decision CompareAgentState(const Pair& pair) {
-  if (!KeyHasNonZeroValue(pair.first, kGS_DatabaseIDKey) || !KeyHasNonZeroValue(pair.second, kGS_DatabaseIDKey)) {
-    return {};
-  }
+int CompareAgentState(const Pair& pair) {
+  if (!KeyHasNonZeroValue(pair.first, kGS_DatabaseIDKey) || !KeyHasNonZeroValue(pair.second, kGS_DatabaseIDKey)) return 0;
+  const VPILoader* table = VPILoader::GetSharedInstance();
+  if (!table->pfGetFontIsActivated || !table->pfGetPluginFacadeInstance) return 0;
   const uint32_t ids[2] = {
       static_cast<uint32_t>(XCFUtils::GetLongFromDictString(pair.first, kGS_DatabaseIDKey)),
       static_cast<uint32_t>(XCFUtils::GetLongFromDictString(pair.second, kGS_DatabaseIDKey)),
   };
   uint32_t active[2] = {0, 0};
-  const VPILoader* table = VPILoader::GetSharedInstance();
-  if (!table->pfGetFontIsActivated || !table->pfGetPluginFacadeInstance) return {};
-  if (table->pfGetFontIsActivated(table->pfGetPluginFacadeInstance(), 2, ids, active) != 0) return {};
-  if ((active[0] != 0) == (active[1] != 0)) return {};
-  return {active[0] != 0 ? -1 : 1, MatchStage::kAgentState};
+  if (table->pfGetFontIsActivated(table->pfGetPluginFacadeInstance(), 2, ids, active) != 0) return 0;
+  return ThatWhichHas(active[0] != 0, active[1] != 0);
 }
 
-Decision CompareWithDocument(const Pair& pair) {
-  if (!pair.context) return {};
-  if (const int order = KeyValueStringMatch(pair.context, pair.first, pair.second, kGS_KindKey)) {
-    Note("Choosing a same-named font with the same type according to Glyphsure.");
-    return {order, MatchStage::kKindOfDocument};
-  }
-  if (const int order = KeyValueStringMatch(pair.context, pair.first, pair.second, kGS_FoundryKey)) {
-    Note("Choice based on kGS_FoundryKey.");
-    return {order, MatchStage::kFoundryOfDocument};
-  }
-  return {};
+int CompareKindWithDocument(const Pair& pair) {
+  return KeyValueStringMatch(pair.context, pair.first, pair.second, kGS_KindKey);
 }
 
-// OpenType before PostScript before TrueType.
-int CompareKinds(const Dictionary& first, const Dictionary& second) {
-  const auto isOpenType = [](const Dictionary& record) { return KeyValueContains(record, kGS_KindKey, kGS_Kind_OpenType); };
-  const auto isPostscript = [](const Dictionary& record) { return KeyValueIs(record, kGS_KindKey, kGS_Kind_Postscript); };
-  const auto isTrueType = [](const Dictionary& record) { return KeyValueIs(record, kGS_KindKey, kGS_Kind_TrueType); };
-  if (isOpenType(first) && (isPostscript(second) || isTrueType(second))) return -1;
-  if (isOpenType(second) && (isPostscript(first) || isTrueType(first))) return 1;
-  if (isPostscript(first) && isTrueType(second)) return -1;
-  return isPostscript(second) && isTrueType(first) ? 1 : 0;
+int CompareFoundryWithDocument(const Pair& pair) {
+  return KeyValueStringMatch(pair.context, pair.first, pair.second, kGS_FoundryKey);
 }
 
-Decision CompareFormat(const Pair& pair) {
-  const int order = CompareKinds(pair.first, pair.second);
-  if (order == 0) return {};
-  Note("Choice based on kGS_KindKey.");
-  return {order, MatchStage::kFormat};
+// The place of a kind in the order of preference; 0 for a kind that is not in it and so decides nothing.
+int FormatRank(const Dictionary& record) {
+  if (KeyValueContains(record, kGS_KindKey, kGS_Kind_OpenType)) return 1;
+  if (KeyValueIs(record, kGS_KindKey, kGS_Kind_Postscript)) return 2;
+  return KeyValueIs(record, kGS_KindKey, kGS_Kind_TrueType) ? 3 : 0;
 }
 
-Decision CompareFoundry(const Pair& pair) {
+int CompareFormat(const Pair& pair) {
+  const int first = FormatRank(pair.first), second = FormatRank(pair.second);
+  if (first == 0 || second == 0 || first == second) return 0;
+  return first < second ? -1 : 1;
+}
+
+// The one comparison here that keeps case.
+int CompareAdobe(const Pair& pair) {
   const auto isAdobe = [](const Dictionary& record) {
     return record.GetString(kGS_FoundryKey).View().find("Adobe") != std::string_view::npos;
   };
-  const bool first = isAdobe(pair.first), second = isAdobe(pair.second);
-  if (first == second) return {};
-  Note("Choice based on kGS_FoundryKey.");
-  return {first ? -1 : 1, MatchStage::kAdobe};
+  return ThatWhichHas(isAdobe(pair.first), isAdobe(pair.second));
 }
 
-int CompareVersions(const String& first, const String& second) {
-  if (!first && !second) return 0;
-  if (!second) return -1;
-  if (!first) return 1;
-  const double firstNumber = platform::RealOfText(first.View());
-  const double secondNumber = platform::RealOfText(second.View());
-  // Versions that begin with no number put the lower one first, the reverse of the others; slugs were chosen so.
-  if (firstNumber == 0.0 || secondNumber == 0.0) return platform::CompareNumerically(first.View(), second.View());
-  return firstNumber == secondNumber ? 0 : firstNumber > secondNumber ? -1 : 1;
+int CompareHasVersion(const Pair& pair) {
+  return ThatWhichHas(static_cast<bool>(pair.first.GetString(kGS_VersionKey)),
+                      static_cast<bool>(pair.second.GetString(kGS_VersionKey)));
 }
 
-Decision CompareVersion(const Pair& pair) {
-  const int order = CompareVersions(pair.first.GetString(kGS_VersionKey), pair.second.GetString(kGS_VersionKey));
-  if (order == 0) return {};
-  Note("Choice based on kGS_VersionKey.");
-  return {order, MatchStage::kVersion};
+double VersionNumber(const Dictionary& record) {
+  return platform::RealOfText(record.GetString(kGS_VersionKey).View());
+}
+
+bool HaveVersionNumbers(const Pair& pair) {
+  return VersionNumber(pair.first) != 0.0 && VersionNumber(pair.second) != 0.0;
+}
+
+int CompareVersionNumbers(const Pair& pair) {
+  if (!HaveVersionNumbers(pair)) return 0;
+  const double first = VersionNumber(pair.first), second = VersionNumber(pair.second);
+  return first == second ? 0 : first > second ? -1 : 1;
+}
+
+// Puts the lower version first, the reverse of the stage above: fonts in old documents were chosen so.
+int CompareVersionTexts(const Pair& pair) {
+  if (HaveVersionNumbers(pair)) return 0;
+  return platform::CompareNumerically(pair.first.GetString(kGS_VersionKey).View(),
+                                      pair.second.GetString(kGS_VersionKey).View());
 }
 
 // A record without the flag is neither "1" nor "0", so it does not decide.
@@ -158,108 +129,68 @@ int CompareFlag(const Pair& pair, std::string_view key) {
   return KeyValueIs(pair.second, key, "1") && KeyValueIs(pair.first, key, "0") ? 1 : 0;
 }
 
-Decision CompareFlags(const Pair& pair) {
-  if (const int order = CompareFlag(pair, kGS_IsTempKey)) {
-    Note("Choice based on kGS_IsTempKey.");
-    return {order, MatchStage::kTemporary};
-  }
-  if (const int order = CompareFlag(pair, kGS_IsVaultKey)) {
-    Note("Choice based on kGS_IsVaultKey.");
-    return {order, MatchStage::kVault};
-  }
-  return {};
-}
+int CompareTemporary(const Pair& pair) { return CompareFlag(pair, kGS_IsTempKey); }
+int CompareVault(const Pair& pair) { return CompareFlag(pair, kGS_IsVaultKey); }
 
-constexpr Decision (*kStages[])(const Pair&) = {CompareActivation, CompareAgentState, CompareWithDocument, CompareFormat,
-                                                CompareFoundry,    CompareVersion,    CompareFlags};
+// What each stage traces when it puts the first or the second record first, null for nothing, and its words for a reader.
+struct Stage {
+  MatchStage stage;
+  int (*compare)(const Pair&);
+  const char* firstLine;
+  const char* secondLine;
+  const char* words;
+};
+
+constexpr const char* kByKind = "Choice based on kGS_KindKey.";
+constexpr const char* kByFoundry = "Choice based on kGS_FoundryKey.";
+constexpr const char* kByVersion = "Choice based on kGS_VersionKey.";
+constexpr const char* kByTemp = "Choice based on kGS_IsTempKey.";
+constexpr const char* kByVault = "Choice based on kGS_IsVaultKey.";
+constexpr const char* kBySameType = "Choosing a same-named font with the same type according to Glyphsure.";
+
+constexpr Stage kStages[] = {
+    {MatchStage::kActive, CompareActive, "...Choosing fontRef1 because it's active and fontRef2 isn't.",
+     "...Choosing fontRef2 because it's active and fontRef1 isn't.", "already active"},
+    {MatchStage::kNonSystem, CompareNonSystem,
+     "...Choosing non-system fontRef1 since user has explicitly overridden system version.",
+     "...Choosing non-system fontRef2 since user has explicitly overridden system version.",
+     "activated in place of the system's"},
+    {MatchStage::kAgentState, CompareAgentState, nullptr, nullptr, "active according to the agent"},
+    {MatchStage::kKindOfDocument, CompareKindWithDocument, kBySameType, kBySameType, "same kind as in the document"},
+    {MatchStage::kFoundryOfDocument, CompareFoundryWithDocument, kByFoundry, kByFoundry, "same foundry as in the document"},
+    {MatchStage::kFormat, CompareFormat, kByKind, kByKind, "OpenType before PostScript before TrueType"},
+    {MatchStage::kAdobe, CompareAdobe, kByFoundry, kByFoundry, "from Adobe"},
+    {MatchStage::kHasVersion, CompareHasVersion, kByVersion, kByVersion, "states a version"},
+    {MatchStage::kVersionNumber, CompareVersionNumbers, kByVersion, kByVersion, "higher version"},
+    {MatchStage::kVersionText, CompareVersionTexts, kByVersion, kByVersion, "lower version, as one is no number"},
+    {MatchStage::kTemporary, CompareTemporary, kByTemp, kByTemp, "temporarily active"},
+    {MatchStage::kVault, CompareVault, kByVault, kByVault, "in the vault"},
+};
 
 }  // namespace
 
 int PickBestMatchCallBack(const Dictionary& first, const Dictionary& second, const Dictionary& context,
                           MatchStage* stage) {
   const Pair pair{first, second, context};
-  Decision decision;
-  for (const auto compare : kStages) {
-    decision = compare(pair);
-    if (decision.order != 0) break;
+  int order = 0;
+  MatchStage decided = MatchStage::kNone;
+  for (const Stage& row : kStages) {
+    order = row.compare(pair);
+    if (order == 0) continue;
+    decided = row.stage;
+    if (const char* line = order < 0 ? row.firstLine : row.secondLine) OutputIndentedAndFormattedString(0, "%s", line);
+    break;
   }
-  if (stage) *stage = decision.stage;
-  OutputIndentedAndFormattedString(-1, "PickBestMatchCallBack returning %d.", decision.order);
-  return decision.order;
+  if (stage) *stage = decided;
+  OutputIndentedAndFormattedString(-1, "PickBestMatchCallBack returning %d.", order);
+  return order;
 }
 
 const char* DescribeMatchStage(MatchStage stage) {
-  switch (stage) {
-    case MatchStage::kNone: return "first of equal candidates";
-    case MatchStage::kActive: return "already active";
-    case MatchStage::kNonSystem: return "activated by the user over the system's";
-    case MatchStage::kAgentState: return "active according to the agent";
-    case MatchStage::kKindOfDocument: return "same kind as the document says";
-    case MatchStage::kFoundryOfDocument: return "same foundry as the document says";
-    case MatchStage::kFormat: return "OpenType before PostScript before TrueType";
-    case MatchStage::kAdobe: return "foundry preferred";
-    case MatchStage::kVersion: return "version preferred";
-    case MatchStage::kTemporary: return "temporarily active";
-    case MatchStage::kVault: return "in the vault";
+  for (const Stage& row : kStages) {
+    if (row.stage == stage) return row.words;
   }
-  return "";
-}
-
-namespace {
-
-// Merge sort by hand: the library's sorts may not be given a comparison that is no strict order.
-class BestMatchSort {
- public:
-  explicit BestMatchSort(const Dictionary& context) : context_(context) {}
-
-  void Sort(std::vector<Dictionary>& records, size_t begin, size_t end) {
-    if (end - begin < 2) return;
-    const size_t middle = begin + (end - begin) / 2;
-    Sort(records, begin, middle);
-    Sort(records, middle, end);
-    Merge(records, begin, middle, end);
-  }
-
-  // Why the first stands before the second: neighbours in the result have been compared.
-  MatchStage StageOf(const Dictionary& first, const Dictionary& second) const {
-    const auto found = stages_.find({first.Ref(), second.Ref()});
-    return found == stages_.end() ? MatchStage::kNone : found->second;
-  }
-
- private:
-  void Merge(std::vector<Dictionary>& records, size_t begin, size_t middle, size_t end) {
-    std::vector<Dictionary> merged;
-    size_t left = begin, right = middle;
-    while (left < middle && right < end) {
-      MatchStage stage = MatchStage::kNone;
-      const Dictionary &a = records[left], &b = records[right];
-      const bool takeLeft = PickBestMatchCallBack(a, b, context_, &stage) <= 0;
-      stages_[takeLeft ? std::pair(a.Ref(), b.Ref()) : std::pair(b.Ref(), a.Ref())] = stage;
-      merged.push_back(records[takeLeft ? left++ : right++]);
-    }
-    while (left < middle) merged.push_back(records[left++]);
-    while (right < end) merged.push_back(records[right++]);
-    for (size_t i = 0; i < merged.size(); ++i) records[begin + i] = merged[i];
-  }
-
-  const Dictionary& context_;
-  std::map<std::pair<platform::ValueRef, platform::ValueRef>, MatchStage> stages_;
-};
-
-}  // namespace
-
-void SortByBestMatch(Array candidates, const Dictionary& context) {
-  std::vector<Dictionary> records;
-  for (size_t i = 0; i < candidates.Count(); ++i) records.emplace_back(candidates.At(i));
-  BestMatchSort sort(context);
-  sort.Sort(records, 0, records.size());
-  for (size_t i = 0; i < records.size(); ++i) candidates.Set(i, records[i]);
-  if (records.size() < 2) return;
-  const Dictionary& best = records[0];
-  OutputIndentedAndFormattedString(0, "Best candidate for '%s' is font %ld: %s",
-                                   best.GetString(kGS_PostScriptNameKey).CString(),
-                                   XCFUtils::GetLongFromDictString(best, kGS_DatabaseIDKey),
-                                   DescribeMatchStage(sort.StageOf(best, records[1])));
+  return "first of equal candidates";
 }
 
 }  // namespace GlyphsureSupport

@@ -40,6 +40,8 @@ Dictionary FirstActive(const Array& candidates) {
   return Dictionary();
 }
 
+constexpr const char* kIsPerfectMatch = "perfect match with the document's data";
+
 // What a font's candidates come to: a match with its reason, or nothing.
 struct Choice {
   Dictionary match;
@@ -49,12 +51,23 @@ struct Choice {
 // The order of proof: identity, a lone candidate for a bare name, the user's standing preference, what is active already.
 Choice Choose(const Dictionary& font, const Array& candidates, bool pickBestMatch) {
   Dictionary perfect;
-  if (CountPerfectMatches(font, candidates, perfect) >= 1) return {perfect, "perfect match"};
+  if (CountPerfectMatches(font, candidates, perfect) >= 1) return {perfect, kIsPerfectMatch};
   if (candidates.Count() == 0) return {};
   if (candidates.Count() == 1 && IsPostScriptNameOnly(font)) return {Dictionary(candidates.At(0)), "only candidate"};
   if (pickBestMatch) return {Dictionary(candidates.At(0)), "best match"};
   if (IsPostScriptNameOnly(font)) return {FirstActive(candidates), "already active"};
   return {};
+}
+
+// The sort has traced why the first candidate is the best; that another one was taken, or another reason, is told here.
+void TraceChoice(const Choice& choice, const Array& candidates, const char* name) {
+  const Dictionary best(candidates.At(0));
+  if (!(choice.match == best)) {
+    TracePreferred(choice.match, best, name, choice.reason);
+  } else if (candidates.Count() > 1 && choice.reason == kIsPerfectMatch) {
+    TracePreferred(choice.match, Dictionary(candidates.At(1)), name, choice.reason);
+  }
+  TraceMatched(choice.match, name, choice.reason);
 }
 
 int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts, bool pickBestMatch, int workgroupID) {
@@ -68,8 +81,7 @@ int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts,
   manager->RemoveRemoteFonts(candidates);
   const Choice choice = Choose(font, candidates, pickBestMatch);
   if (choice.match) {
-    OutputIndentedAndFormattedString(0, "Matched '%s' with font %ld: %s", name.CString(),
-                                     XCFUtils::GetLongFromDictString(choice.match, kGS_DatabaseIDKey), choice.reason);
+    TraceChoice(choice, candidates, name.CString());
     font.Set(kGS_MatchedFontKey, choice.match);
     matchedFonts.Append(font);
     return 0;
@@ -202,6 +214,8 @@ bool AllFontsResolved(const Array& problemFonts, Array matchedFonts) {
   for (size_t i = 0; i < problemFonts.Count(); ++i) {
     const Dictionary font(problemFonts.At(i));
     if (font.Contains(kGS_MatchedFontKey)) {
+      TraceMatched(font.GetDictionary(kGS_MatchedFontKey), font.GetString(kGS_PostScriptNameKey).CString(),
+                   "chosen by the user");
       matchedFonts.Append(font);
       continue;
     }

@@ -1,9 +1,13 @@
 #include "Identification/FontMerging.h"
 
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <optional>
+
 #include "Identification/FontNames.h"
 #include "Identification/FontRecords.h"
 #include "Services/DiagnosticLog.h"
-#include "platform/TextEncoding.h"
 
 namespace GlyphsureSupport {
 
@@ -14,10 +18,12 @@ using platform::Value;
 
 namespace {
 
+String NameOf(const Dictionary& record) { return record.GetString(kGS_PostScriptNameKey); }
+
 bool AreEqualValues(const Value& a, const Value& b) {
   const String textA(a), textB(b);
   if (!textA || !textB) return a.Equals(b);
-  return textA.Length() == textB.Length() && platform::EqualCaseless(textA.View(), textB.View());
+  return AreEqualTexts(textA.View(), textB.View());
 }
 
 struct Comparison {
@@ -60,83 +66,148 @@ int Rank(const Dictionary& source, const Dictionary& destination) {
   return 0;
 }
 
-void Replace(int index, const char* name, Array& destination, size_t at, const Dictionary& record) {
-  OutputIndentedAndFormattedString(0,
-                                   "WARNING: replacing entry %d in dstFontArray (for '%s') because srcFontArray has more "
-                                   "complete info for that font.",
-                                   index, name);
-  destination.Set(at, record);
+// Puts the record in the place of another; the record in the new place may have another name.
+void ReplaceEntry(Array& array, FontNameIndex& index, size_t at, const Dictionary& record) {
+  index.Replaced(at, NameOf(Dictionary(array.At(at))), NameOf(record));
+  array.Set(at, record);
 }
 
-void MergeOne(int index, const Dictionary& source, const String& name, Array& destinationArray, size_t at) {
+// Merges the source's entry i into the destination's entry of the same name.
+void MergeOne(int i, const Dictionary& source, Array& destinationArray, FontNameIndex& index, size_t at) {
   const Dictionary destination(destinationArray.At(at));
   if (destination == source) return;  // the very same record: nothing to merge
+  const char* name = NameOf(source).CString();
   const Comparison comparison = CompareCommonKeys(source, destination);
   if (comparison.conflicts == 0 && comparison.common < source.Count()) {
-    OutputIndentedAndFormattedString(0, "Merging info from srcFontArray for entry %d in dstFontArray (for '%s').", index,
-                                     name.CString());
-    destinationArray.Set(at, CreateMerged(source, destination));
+    OutputIndentedAndFormattedString(0, "Merging info from srcFontArray for entry %d in dstFontArray (for '%s').",
+                                     static_cast<int>(at), name);
+    ReplaceEntry(destinationArray, index, at, CreateMerged(source, destination));
     return;
   }
   const int rank = comparison.conflicts == 0 ? 0 : Rank(source, destination);
   if (rank > 0) {
-    Replace(index, name.CString(), destinationArray, at, source);
-    return;
+    OutputIndentedAndFormattedString(0,
+                                     "WARNING: replacing entry %d in dstFontArray (for '%s') because srcFontArray has "
+                                     "more complete info for that font.",
+                                     static_cast<int>(at), name);
+    ReplaceEntry(destinationArray, index, at, source);
+  } else if (rank < 0) {
+    OutputIndentedAndFormattedString(
+        0,
+        "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already has more complete info for that font.",
+        i, name);
+  } else {
+    // This wording stands for records of one size also when their values differ.
+    OutputIndentedAndFormattedString(
+        0, "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already has identical info for that font.",
+        i, name);
   }
-  // The second wording stands for records of one size, also when their values differ.
-  OutputIndentedAndFormattedString(0,
-                                   rank < 0 ? "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already "
-                                              "has more complete info for that font."
-                                            : "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already "
-                                              "has identical info for that font.",
-                                   index, name.CString());
+}
+
+std::optional<size_t> FindName(const Array& fontArray, const String& name, const FontNameIndex* index) {
+  if (!fontArray || !name) return std::nullopt;
+  if (index) return index->Find(name.View());
+  size_t at = 0;
+  if (!DoesArrayContainFontWithPostScriptName(fontArray, name, &at)) return std::nullopt;
+  return at;
+}
+
+void Append(Array& fontArray, const Dictionary& record, FontNameIndex* index) {
+  if (index) index->Added(fontArray.Count(), NameOf(record));
+  fontArray.Append(record);
 }
 
 }  // namespace
 
-int MergeGlyphsureDictionaryIntoArray(Array fontArray, const Dictionary& record) {
-  size_t at = 0;
-  if (!DoesArrayContainFontWithPostScriptName(fontArray, record.GetString(kGS_PostScriptNameKey), &at)) {
+int MergeGlyphsureDictionaryIntoArray(Array fontArray, const Dictionary& record, FontNameIndex* index) {
+  const auto at = FindName(fontArray, NameOf(record), index);
+  if (!at) {
     OutputIndentedAndFormattedString(0, "Appended Glyphsure dictionary 0x%08x", LowBits(record.Ref()));
-    fontArray.Append(record);
+    Append(fontArray, record, index);
     return static_cast<int>(fontArray.Count()) - 1;
   }
-  const Dictionary entry(fontArray.At(at));
+  const Dictionary entry(fontArray.At(*at));
   if (!entry) return kErrorBadArgument;
-  if (record.Count() > entry.Count()) fontArray.Set(at, record);
-  return static_cast<int>(at);
+  if (record.Count() > entry.Count()) {
+    if (index) index->Replaced(*at, NameOf(entry), NameOf(record));
+    fontArray.Set(*at, record);
+  }
+  return static_cast<int>(*at);
 }
 
 void MergeFontsIntoFontsArray(const Array& srcFontArray, Array dstFontArray) {
   if (!srcFontArray || !dstFontArray) return;
+  FontNameIndex index(dstFontArray);
   for (size_t i = 0; i < srcFontArray.Count(); ++i) {
     const Dictionary source(srcFontArray.At(i));
     if (!source) continue;
-    const int index = static_cast<int>(i);
-    const String name = source.GetString(kGS_PostScriptNameKey);
-    size_t at = 0;
+    const int entry = static_cast<int>(i);
+    const String name = NameOf(source);
     if (!name) {
       OutputIndentedAndFormattedString(
-          0, "WARNING: ignoring entry %d in srcFontArray because it does not contain a postscript name.", index);
-    } else if (!DoesArrayContainFontWithPostScriptName(dstFontArray, name, &at)) {
-      OutputIndentedAndFormattedString(
-          0, "Appending entry %d in srcFontArray (for '%s') because dstFontArray has no such postscript name.", index,
-          name.CString());
-      dstFontArray.Append(source);
+          0, "WARNING: ignoring entry %d in srcFontArray because it does not contain a postscript name.", entry);
+    } else if (const auto at = index.Find(name.View())) {
+      MergeOne(entry, source, dstFontArray, index, *at);
     } else {
-      MergeOne(index, source, name, dstFontArray, at);
+      OutputIndentedAndFormattedString(
+          0, "Appending entry %d in srcFontArray (for '%s') because dstFontArray has no such postscript name.", entry,
+          name.CString());
+      Append(dstFontArray, source, &index);
     }
   }
 }
 
+namespace {
+
+// What GetGlyphsureDictionaryFromArrayWithPostscriptName finds, for many names: the first entry of exactly the name, or the
+// first Multiple Master font of which the name is an instance, whichever comes first.
+class SlugIndex {
+ public:
+  explicit SlugIndex(const Array& slugArray) : slugArray_(slugArray) {
+    for (size_t i = 0; i < slugArray.Count(); ++i) {
+      const Dictionary record(slugArray.At(i));
+      const String name = NameOf(record);
+      if (!name) continue;
+      exact_.try_emplace(name.Text(), i);
+      if (!IsMultipleMaster(record)) continue;
+      multipleMasters_.try_emplace(name.Text(), i);
+      longestMultipleMaster_ = std::max(longestMultipleMaster_, name.View().size());
+    }
+  }
+
+  Dictionary Find(std::string_view name) const {
+    size_t best = IndexOf(exact_, name);
+    for (size_t at = name.find('_'); at <= longestMultipleMaster_ && at < name.size(); at = name.find('_', at + 1)) {
+      best = std::min(best, IndexOf(multipleMasters_, name.substr(0, at)));
+    }
+    const Dictionary found(slugArray_.At(best));
+    if (found) TraceMultipleMaster(NameOf(found), name);
+    return found;
+  }
+
+ private:
+  using Indexes = std::map<std::string, size_t, std::less<>>;
+  static size_t IndexOf(const Indexes& indexes, std::string_view name) {
+    const auto found = indexes.find(name);
+    return found == indexes.end() ? std::numeric_limits<size_t>::max() : found->second;
+  }
+
+  const Array& slugArray_;
+  Indexes exact_, multipleMasters_;
+  size_t longestMultipleMaster_ = 0;
+};
+
+}  // namespace
+
 Array CreateGlyphsureSlugsWithGlyphsureFontsAndDocumentFonts(const Array& slugArray, const Array& fontArray) {
   if (!slugArray || !fontArray) return Array();
   Array result = Array::Create();
+  const SlugIndex slugs(slugArray);
   for (size_t i = 0; i < fontArray.Count(); ++i) {
     const Dictionary font(fontArray.At(i));
-    const String name = font.GetString(kGS_PostScriptNameKey);
+    const String name = NameOf(font);
     if (!name) continue;
-    const Dictionary slug = GetGlyphsureDictionaryFromArrayWithPostscriptName(slugArray, name);
+    const Dictionary slug = slugs.Find(name.View());
     if (slug) OutputIndentedAndFormattedString(0, "Merging in this Glyphsure slug data:");
     result.Append(slug ? slug : font);
   }
@@ -145,6 +216,7 @@ Array CreateGlyphsureSlugsWithGlyphsureFontsAndDocumentFonts(const Array& slugAr
 
 int RemoveUniqueFontsFromFontArray(Array arrayToTrim, const Array& referenceArray) {
   if (!arrayToTrim || !referenceArray) return 0;
+  const FontNameIndex reference(referenceArray);
   int removed = 0;
   for (size_t i = arrayToTrim.Count(); i-- > 0;) {
     const String name = Dictionary(arrayToTrim.At(i)).GetString(kGS_PostScriptNameKey);
@@ -152,7 +224,7 @@ int RemoveUniqueFontsFromFontArray(Array arrayToTrim, const Array& referenceArra
       OutputIndentedAndFormattedString(
           0, "WARNING: ignoring entry %d in arrayToTrim because it does not contain a postscript name.",
           static_cast<int>(i));
-    } else if (!DoesArrayContainFontWithPostScriptName(referenceArray, name)) {
+    } else if (!reference.Find(name.View())) {
       arrayToTrim.RemoveAt(i);
       ++removed;
     }
@@ -160,7 +232,7 @@ int RemoveUniqueFontsFromFontArray(Array arrayToTrim, const Array& referenceArra
   return removed;
 }
 
-bool AddFontToArray(const String& cfPostScriptName, Array fontsArray, bool allowDuplicates) {
+bool AddFontToArray(const String& cfPostScriptName, Array fontsArray, bool allowDuplicates, FontNameIndex* index) {
   if (!cfPostScriptName) {
     OutputIndentedAndFormattedString(0, "*** ERROR:  NULL cfPostScriptName passed to AddFontToArray");
     return false;
@@ -171,8 +243,8 @@ bool AddFontToArray(const String& cfPostScriptName, Array fontsArray, bool allow
   }
   const String name = CreateStringStrippingIllegalCharsInPostScriptName(cfPostScriptName);
   if (!name) return false;
-  if (!allowDuplicates && DoesArrayContainFontWithPostScriptName(fontsArray, name)) return false;
-  fontsArray.Append(CreateGlyphsureDictionary(name));
+  if (!allowDuplicates && FindName(fontsArray, name, index)) return false;
+  Append(fontsArray, CreateGlyphsureDictionary(name), index);
   return true;
 }
 

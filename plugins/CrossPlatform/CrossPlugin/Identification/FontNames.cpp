@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
 
 #include "Identification/FontRecords.h"
 #include "Services/DiagnosticLog.h"
@@ -22,14 +21,45 @@ String NameAt(const Array& fontArray, size_t index) {
   return Dictionary(fontArray.At(index)).GetString(kGS_PostScriptNameKey);
 }
 
-bool IsMultipleMaster(const Dictionary& record) {
-  return KeyValueIs(record, kGS_KindKey, "PostScript - MM") ||
-         KeyValueIs(record, kGS_KindKey, "PostScript - Multiple Master");
-}
-
 // "Base_123_456" is an instance of "Base".
 bool IsInstanceOf(std::string_view wanted, std::string_view base) {
   return wanted.size() > base.size() && wanted[base.size()] == '_' && wanted.starts_with(base);
+}
+
+// A name's bytes as the comparison sees them, one by one, so that comparing takes no memory.
+class NormalizedBytes {
+ public:
+  static constexpr int kEnd = -1;
+
+  NormalizedBytes(std::string_view name, bool strict) : name_(name), strict_(strict) {}
+
+  int Next() {
+    while (at_ < name_.size()) {
+      const char c = name_[at_++];
+      if (IsAsciiAlphaNumeric(c)) return c;
+      if (strict_ && c == '#') {
+        while (at_ < name_.size() && IsAsciiDigit(name_[at_])) ++at_;
+      } else if (strict_ && c == '-' && ++hyphens_ == 2) {
+        at_ = name_.size();
+      }
+    }
+    return kEnd;
+  }
+
+ private:
+  std::string_view name_;
+  bool strict_;
+  size_t at_ = 0;
+  int hyphens_ = 0;
+};
+
+bool AreSameNormalized(std::string_view a, std::string_view b, bool strict) {
+  NormalizedBytes left(a, strict), right(b, strict);
+  for (;;) {
+    const int c = left.Next();
+    if (c != right.Next()) return false;
+    if (c == NormalizedBytes::kEnd) return true;
+  }
 }
 
 bool Finish(size_t index, size_t* outIndex) {
@@ -39,25 +69,16 @@ bool Finish(size_t index, size_t* outIndex) {
 
 }  // namespace
 
-std::string NormalizeFontName(std::string_view name, bool strict) {
+std::string GFontToolUtils_StripCharsAndNormalizeString(std::string_view name, bool strict) {
   std::string out;
   out.reserve(name.size());
-  int hyphens = 0;
-  for (size_t i = 0; i < name.size(); ++i) {
-    const char c = name[i];
-    if (IsAsciiAlphaNumeric(c)) {
-      out.push_back(c);
-    } else if (strict && c == '#') {
-      while (i + 1 < name.size() && IsAsciiDigit(name[i + 1])) ++i;
-    } else if (strict && c == '-' && ++hyphens == 2) {
-      break;
-    }
-  }
+  NormalizedBytes bytes(name, strict);
+  for (int c = bytes.Next(); c != NormalizedBytes::kEnd; c = bytes.Next()) out.push_back(static_cast<char>(c));
   return out;
 }
 
 String StripIllegalPostScriptCharacters(const String& name) {
-  return name ? String::FromUTF8(NormalizeFontName(name.View(), true)) : String();
+  return name ? String::FromUTF8(GFontToolUtils_StripCharsAndNormalizeString(name.View(), true)) : String();
 }
 
 String CreateStringStrippingIllegalCharsInPostScriptName(const String& name) {
@@ -72,21 +93,29 @@ String CreateStringStrippingIllegalCharsInPostScriptName(const String& name) {
 bool DoesArrayContainFontWithPostScriptName(const Array& fontArray, const String& name, size_t* outIndex) {
   if (!fontArray || !name) return false;
   const size_t count = fontArray.Count();
+  // One walk for the three passes: what the looser ones would find is kept until the strictest is through.
+  size_t loose = count, strict = count;
   for (size_t i = 0; i < count; ++i) {
     const String held = NameAt(fontArray, i);
-    if (held && held.View() == name.View()) return Finish(i, outIndex);
+    if (!held) continue;
+    if (held.View() == name.View()) return Finish(i, outIndex);
+    if (loose == count && AreSameNormalized(held.View(), name.View(), false)) loose = i;
+    if (strict == count && loose == count && AreSameNormalized(held.View(), name.View(), true)) strict = i;
   }
-  const std::string loose = NormalizeFontName(name.View(), false);
-  for (size_t i = 0; i < count; ++i) {
-    const String held = NameAt(fontArray, i);
-    if (held && NormalizeFontName(held.View(), false) == loose) return Finish(i, outIndex);
-  }
-  const std::string strict = NormalizeFontName(name.View(), true);
-  for (size_t i = 0; i < count; ++i) {
-    const String held = NameAt(fontArray, i);
-    if (held && NormalizeFontName(held.View(), true) == strict) return Finish(i, outIndex);
-  }
-  return false;
+  const size_t found = loose < count ? loose : strict;
+  return found < count && Finish(found, outIndex);
+}
+
+bool IsMultipleMaster(const Dictionary& record) {
+  return KeyValueIs(record, kGS_KindKey, "PostScript - MM") ||
+         KeyValueIs(record, kGS_KindKey, "PostScript - Multiple Master");
+}
+
+void TraceMultipleMaster(const String& held, std::string_view wanted) {
+  if (held.View() == wanted) return;
+  OutputIndentedAndFormattedString(
+      0, "...Special case for MM:  matching Glyphsure data for PS name \"%s\" to PS name \"%s\"", held.CString(),
+      std::string(wanted).c_str());
 }
 
 Dictionary GetGlyphsureDictionaryFromArrayWithPostscriptName(const Array& fontArray, const String& name,
@@ -96,12 +125,10 @@ Dictionary GetGlyphsureDictionaryFromArrayWithPostscriptName(const Array& fontAr
     const Dictionary record(fontArray.At(i));
     const String held = record.GetString(kGS_PostScriptNameKey);
     if (!held) continue;
-    if (held.View() != name.View()) {
-      if (!IsInstanceOf(name.View(), held.View()) || !IsMultipleMaster(record)) continue;
-      OutputIndentedAndFormattedString(
-          0, "...Special case for MM:  matching Glyphsure data for PS name \"%s\" to PS name \"%s\"", held.CString(),
-          name.CString());
-    }
+    const bool isWanted =
+        held.View() == name.View() || (IsInstanceOf(name.View(), held.View()) && IsMultipleMaster(record));
+    if (!isWanted) continue;
+    TraceMultipleMaster(held, name.View());
     Finish(i, outIndex);
     return record;
   }

@@ -45,11 +45,11 @@ constexpr KindPair kToTypecellar[] = {
 };
 
 template <size_t N>
-String MapKind(const KindPair (&table)[N], const String& kind, ExtentOfMapping extent, const char* function) {
+String MapKind(const KindPair (&table)[N], const String& kind, ExtentOfMapping extent, const char* line) {
   for (const KindPair& pair : table) {
     if (pair.isFullMappingOnly && extent != kFullMapping) continue;
     if (!platform::EqualCaseless(kind.View(), pair.from)) continue;
-    OutputIndentedAndFormattedString(0, "%s mapping '%s' to '%s'", function, kind.CString(), std::string(pair.to).c_str());
+    OutputIndentedAndFormattedString(0, line, kind.CString(), std::string(pair.to).c_str());
     return String::FromUTF8(pair.to);
   }
   return kind;
@@ -128,11 +128,11 @@ bool FixGlyphsureChecksumsIfNeeded(Dictionary record) {
 }
 
 String MapTypecellarFontTypeToMarquineFontType(const String& kind, ExtentOfMapping extent) {
-  return MapKind(kFromTypecellar, kind, extent, "MapTypecellarFontTypeToMarquineFontType");
+  return MapKind(kFromTypecellar, kind, extent, "MapTypecellarFontTypeToMarquineFontType mapping '%s' to '%s'");
 }
 
 String MapMarquineFontTypeToTypecellarFontType(const String& kind, ExtentOfMapping extent) {
-  return MapKind(kToTypecellar, kind, extent, "MapMarquineFontTypeToTypecellarFontType");
+  return MapKind(kToTypecellar, kind, extent, "MapMarquineFontTypeToTypecellarFontType mapping '%s' to '%s'");
 }
 
 bool MapTypecellarFontTypeToMarquineFontType(Dictionary record, ExtentOfMapping extent) {
@@ -181,9 +181,21 @@ void MapTypecellarNamesToMarquineNames(const Array& fontArray, ExtentOfMapping e
   }
 }
 
+namespace {
+
+size_t CountCharacters(std::string_view utf8) {
+  return static_cast<size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+}  // namespace
+
+bool AreEqualTexts(std::string_view a, std::string_view b) {
+  return a == b || (CountCharacters(a) == CountCharacters(b) && platform::EqualCaseless(a, b));
+}
+
 bool KeyValueIs(const Dictionary& record, std::string_view key, std::string_view value) {
   const String held = record.GetString(key);
-  return held && held.Length() == String::FromUTF8(value).Length() && platform::EqualCaseless(held.View(), value);
+  return held && AreEqualTexts(held.View(), value);
 }
 
 }  // namespace GlyphsureSupport

@@ -37,7 +37,9 @@ platform::String MapTypecellarFontTypeToMarquineFontType(const platform::String&
 platform::String MapMarquineFontTypeToTypecellarFontType(const platform::String& kind, ExtentOfMapping extent);
 platform::String CreateTypecellarFoundryNameFromMarquineFoundryName(const platform::String& foundry);
 
-// True if the key holds a string of the same length that is equal ignoring case.
+// Whether two texts have as many characters and are equal ignoring case, as values of records are compared.
+bool AreEqualTexts(std::string_view a, std::string_view b);
+// True if the key holds a string that equals the value so.
 bool KeyValueIs(const platform::Dictionary& record, std::string_view key, std::string_view value);
 
 }  // namespace GlyphsureSupport

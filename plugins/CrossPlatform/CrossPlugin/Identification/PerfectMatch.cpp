@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "Identification/FontMatching.h"
+#include "Identification/FontRecords.h"
 #include "Services/DiagnosticLog.h"
 #include "platform/TextEncoding.h"
 
@@ -14,39 +15,50 @@ using platform::String;
 
 namespace {
 
-constexpr std::string_view kPerfectMatchKeys[] = {
-    kGS_KindKey,        kGS_FamilyKey,         kGS_PostScriptNameKey, kGS_FoundryKey,         kGS_VersionKey,
-    kGS_PrinterFontKey, kGS_Glyphsure_1_2_Key, kGS_ChecksumKey,       kGS_KerningChecksumKey, kGS_OutlineFileSizeKey,
+enum class Comparison { kText, kChecksum };
+
+// What is compared, in this order. An equal value of a proof that is not 0 ends the walk as a success: the keys behind it,
+// the kerning checksum and the file size with them, are not looked at.
+struct IdentityKey {
+  std::string_view key;
+  Comparison comparison;
+  bool isProof;
+};
+
+constexpr IdentityKey kIdentityKeys[] = {
+    {kGS_KindKey, Comparison::kText, false},
+    {kGS_FamilyKey, Comparison::kText, false},
+    {kGS_PostScriptNameKey, Comparison::kText, false},
+    {kGS_FoundryKey, Comparison::kText, false},
+    {kGS_VersionKey, Comparison::kText, false},
+    {kGS_PrinterFontKey, Comparison::kText, false},
+    {kGS_Glyphsure_1_2_Key, Comparison::kChecksum, true},
+    {kGS_ChecksumKey, Comparison::kChecksum, true},
+    {kGS_KerningChecksumKey, Comparison::kChecksum, false},
+    {kGS_OutlineFileSizeKey, Comparison::kText, false},
 };
 constexpr int kMostKeysWithoutMatch = 2;
 
-bool IsChecksum(std::string_view key) {
-  return key == kGS_Glyphsure_1_2_Key || key == kGS_ChecksumKey || key == kGS_KerningChecksumKey;
+// A 0 on either side says nothing.
+bool AreSameChecksums(const std::string& wanted, const std::string& held) {
+  const auto a = static_cast<uint32_t>(std::atoll(wanted.c_str()));
+  const auto b = static_cast<uint32_t>(std::atoll(held.c_str()));
+  if (a == 0 || b == 0 || a == b) return true;
+  OutputIndentedAndFormattedString(0, "0x%08x != 0x%08x", a, b);
+  return false;
 }
 
-uint32_t ChecksumOfText(std::string_view text) { return static_cast<uint32_t>(std::atoll(std::string(text).c_str())); }
-
-uint32_t ChecksumOf(const Dictionary& record, std::string_view key) {
-  return ChecksumOfText(record.GetString(key).View());
-}
-
-bool AreSameTexts(std::string_view a, std::string_view b) { return a.size() == b.size() && platform::EqualCaseless(a, b); }
-
-bool KeysHaveSameValueIfDefined(const Dictionary& source, const Dictionary& candidate, std::string_view key, int& compared) {
-  if (!source.Contains(key)) return true;  // the document does not say
+// compared counts the keys that the source defines, whatever comes of them.
+bool KeysHaveSameValueIfDefined(const Dictionary& source, const Dictionary& candidate, const IdentityKey& row,
+                                int& compared) {
+  if (!source.Contains(row.key)) return true;  // the document does not say
   ++compared;
-  if (!candidate.Contains(key)) return false;
-  const std::string wanted = platform::TrimWhitespace(source.GetString(key).View());
-  const std::string held = platform::TrimWhitespace(candidate.GetString(key).View());
+  if (!candidate.Contains(row.key)) return false;
+  const std::string wanted = platform::TrimWhitespace(source.GetString(row.key).View());
+  const std::string held = platform::TrimWhitespace(candidate.GetString(row.key).View());
   if (wanted.empty() || held.empty()) return true;
-  bool isSame = false;
-  if (IsChecksum(key)) {
-    const uint32_t a = ChecksumOfText(wanted), b = ChecksumOfText(held);
-    isSame = a == 0 || b == 0 || a == b;
-    if (!isSame) OutputIndentedAndFormattedString(0, "0x%08x != 0x%08x", a, b);
-  } else {
-    isSame = AreSameTexts(wanted, held);
-  }
+  const bool isSame =
+      row.comparison == Comparison::kChecksum ? AreSameChecksums(wanted, held) : AreEqualTexts(wanted, held);
   if (!isSame) {
     OutputIndentedAndFormattedString(0, "KeysHaveSameValueIfDefined found mismatch between '%s' and '%s'", wanted.c_str(),
                                      held.c_str());
@@ -101,12 +113,29 @@ bool DoVersionsMatch(const String& xmpVersion, const String& version) {
   return text.find(version.View()) != std::string_view::npos;
 }
 
-bool NoteXMP(bool isSame, std::string_view xmpKey, std::string_view key) {
-  if (!isSame) {
+bool DoNamesMatch(const String& a, const String& b) { return DoValuesExistAndMatch(a, b, false); }
+
+// What is compared, all of it whatever the outcome of one, and what a mismatch traces.
+struct XMPKey {
+  std::string_view sourceKey;
+  std::string_view candidateKey;
+  bool (*compare)(const String& inSource, const String& inCandidate);
+};
+
+constexpr XMPKey kXMPKeys[] = {
+    {kGS_PostScriptNameKey, kGS_PostScriptNameKey, DoNamesMatch},
+    {kAdobeXMPFontData_FamilyKey, kGS_FamilyKey, DoNamesMatch},
+    {kAdobeXMPFontData_TypeKey, kGS_KindKey, DoTypesMatch},
+    {kAdobeXMPFontData_VersionStringKey, kGS_VersionKey, DoVersionsMatch},
+};
+
+void TraceMismatch(const XMPKey& row) {
+  if (row.sourceKey == row.candidateKey) {
+    OutputIndentedAndFormattedString(0, "Found mismatch on '%s'", row.sourceKey.data());
+  } else {
     OutputIndentedAndFormattedString(0, "Found mismatch when trying to match XMP '%s' with Marquine '%s'",
-                                     std::string(xmpKey).c_str(), std::string(key).c_str());
+                                     row.sourceKey.data(), row.candidateKey.data());
   }
-  return isSame;
 }
 
 }  // namespace
@@ -115,15 +144,13 @@ bool IsPerfectMatch(const Dictionary& source, const Dictionary& candidate) {
   if (!HasEnoughToCompare(source, candidate)) return false;
   int compared = 0;
   bool isMatch = true;
-  for (const std::string_view key : kPerfectMatchKeys) {
-    if (!KeysHaveSameValueIfDefined(source, candidate, key, compared)) {
-      OutputIndentedAndFormattedString(0, "Found mismatch on '%s'", std::string(key).c_str());
+  for (const IdentityKey& row : kIdentityKeys) {
+    if (!KeysHaveSameValueIfDefined(source, candidate, row, compared)) {
+      OutputIndentedAndFormattedString(0, "Found mismatch on '%s'", row.key.data());
       isMatch = false;
       break;
     }
-    // An equal identification checksum is proof; the keys behind it are not looked at.
-    const bool isProof = key == kGS_Glyphsure_1_2_Key || key == kGS_ChecksumKey;
-    if (isProof && ChecksumOf(source, key) != 0 && ChecksumOf(candidate, key) != 0) break;
+    if (row.isProof && KeyHasNonZeroValue(source, row.key) && KeyHasNonZeroValue(candidate, row.key)) break;
   }
   if (compared <= kMostKeysWithoutMatch) {
     OutputIndentedAndFormattedString(0, "source document lacks enough keys for a match.");
@@ -135,23 +162,14 @@ bool IsPerfectMatch(const Dictionary& source, const Dictionary& candidate) {
 
 bool IsXMPMatch(const Dictionary& source, const Dictionary& candidate) {
   if (!HasEnoughToCompare(source, candidate)) return false;
-  const bool sameName = DoValuesExistAndMatch(source.GetString(kGS_PostScriptNameKey),
-                                              candidate.GetString(kGS_PostScriptNameKey), false);
-  if (!sameName) {
-    OutputIndentedAndFormattedString(0, "Found mismatch on '%s'", std::string(kGS_PostScriptNameKey).c_str());
+  bool isMatch = true;
+  for (const XMPKey& row : kXMPKeys) {
+    if (row.compare(source.GetString(row.sourceKey), candidate.GetString(row.candidateKey))) continue;
+    TraceMismatch(row);
+    isMatch = false;
   }
-  const bool sameFamily = NoteXMP(DoValuesExistAndMatch(source.GetString(kAdobeXMPFontData_FamilyKey),
-                                                        candidate.GetString(kGS_FamilyKey), false),
-                                  kAdobeXMPFontData_FamilyKey, kGS_FamilyKey);
-  const bool sameType =
-      NoteXMP(DoTypesMatch(source.GetString(kAdobeXMPFontData_TypeKey), candidate.GetString(kGS_KindKey)),
-              kAdobeXMPFontData_TypeKey, kGS_KindKey);
-  const bool sameVersion =
-      NoteXMP(DoVersionsMatch(source.GetString(kAdobeXMPFontData_VersionStringKey), candidate.GetString(kGS_VersionKey)),
-              kAdobeXMPFontData_VersionStringKey, kGS_VersionKey);
-  if (!sameName || !sameFamily || !sameType || !sameVersion) return false;
-  OutputIndentedAndFormattedString(0, "XMP match found.");
-  return true;
+  if (isMatch) OutputIndentedAndFormattedString(0, "XMP match found.");
+  return isMatch;
 }
 
 bool AdobeXMPMatchesExactlyOnePossibleReplacement(const Dictionary& source, const Array& candidates,

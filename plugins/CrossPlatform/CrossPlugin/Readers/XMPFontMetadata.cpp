@@ -68,8 +68,9 @@ Dictionary ReadSlugRecord(const SXMPMeta& xmpMeta, int index) {
 
 int ReadSlugRecords(const SXMPMeta& xmpMeta, int count, Array& fontArray) {
   int result = -1;
+  FontNameIndex index(fontArray);
   for (int i = 1; i <= count; ++i) {
-    if (MergeGlyphsureDictionaryIntoArray(fontArray, ReadSlugRecord(xmpMeta, i)) >= 0) result = 0;
+    if (MergeGlyphsureDictionaryIntoArray(fontArray, ReadSlugRecord(xmpMeta, i), &index) >= 0) result = 0;
   }
   return result;
 }
@@ -183,6 +184,7 @@ int GetAdobeXMPFontData(const SXMPMeta& xmpMeta, Array fontArray) {
   int result = -1;
   try {
     const int count = xmpMeta.CountArrayItems(kXMP_ADOBE_FONTDATA, "Fonts");
+    FontNameIndex index(fontArray);
     for (int i = 1; i <= count; ++i) {
       XMP_OptionBits options = 0;
       if (!xmpMeta.GetArrayItem(kXMP_ADOBE_FONTDATA, "Fonts", i, nullptr, &options)) continue;
@@ -193,7 +195,7 @@ int GetAdobeXMPFontData(const SXMPMeta& xmpMeta, Array fontArray) {
       for (const AdobeField& field : kAdobeFields) {
         AddAdobeFontDataToDictionary(xmpMeta, path + "/" + kXMP_ADOBE_FONTSTRUCT + ":" + field.name, field.key, record);
       }
-      if (MergeGlyphsureDictionaryIntoArray(fontArray, record) >= 0) result = 0;
+      if (MergeGlyphsureDictionaryIntoArray(fontArray, record, &index) >= 0) result = 0;
     }
   } catch (const XMP_Error&) {
     OutputIndentedAndFormattedString(0, "Exception caught.");

@@ -35,9 +35,10 @@ struct FontActivationTracker::OpenRun {
   bool bShowProgress;
   bool wantsFamilies = false;
   Array fontsToActivate = Array::Create();
-  std::set<std::string> activeNames;
+  std::set<std::string> activeNames{};
+  std::map<std::string, bool> activeFamilies{};  // what the operating system said; it is asked once for each family
   void* handle = nullptr;
-  ProgressRef progress;
+  ProgressRef progress = nullptr;
 };
 
 FontActivationTracker::FontActivationTracker(VPFInterface* ui) : mVPFInterface(ui) {}
@@ -87,7 +88,7 @@ int FontActivationTracker::OpenFontsForIdentifier(const Array& fonts, const std:
   int result = 0;
   if (fonts) {
     manager->SetCountForLongOperations(static_cast<int>(fonts.Count()));
-    OpenRun run{*manager, fonts, identifier, bShowProgress, false, Array::Create(), {}, nullptr, nullptr};
+    OpenRun run{*manager, fonts, identifier, bShowProgress};
     try {
       run.progress =
           StartProgress(bShowProgress, fonts.Count(), "FontActivationWindowTitle", "FontActivationHeaderFormat");
@@ -200,6 +201,12 @@ void FontActivationTracker::PrepareFamilyFont(OpenRun& run, const Dictionary& el
   RegisterUnderIdentifiers(run, element, font, name, fontID, wasActive, index);
 }
 
+bool FontActivationTracker::IsFamilyActive(OpenRun& run, const std::string& familyName) {
+  const auto [entry, isNew] = run.activeFamilies.try_emplace(familyName, false);
+  if (isNew) entry->second = FontManagerInterface::IsFontActive(familyName);
+  return entry->second;
+}
+
 // False if the font is active already; true whether or not it joins the batch.
 bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& font, const String& name, uint32_t fontID,
                                                const std::string& familyName) {
@@ -208,7 +215,7 @@ bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& f
     run.activeNames.insert(name.Text());
     return false;
   }
-  if (font.Contains(kGS_IsActiveKey) && FontManagerInterface::IsFontActive(familyName)) {
+  if (font.Contains(kGS_IsActiveKey) && IsFamilyActive(run, familyName)) {
     // A line is all that happens: the font goes on like any other.
     OutputIndentedAndFormattedString(
         0, "The OS thinks the '%s' font family is active, but Nexcore says '%s' is not. Treating it as a system font",

@@ -3,9 +3,12 @@
 // active before is never deactivated. Documents are known by their document identifier alone.
 //
 // Always true, as long as no close with deactivation is in progress: a font's nRefCount is the number of times its ID stands
-// in the vectors of m_mDocuments that have not been closed. The first registration fixes bWasAlreadyActive, sFirstDocument
-// and the handle for good. The mutex guards the three maps and is held across agent calls while closing. The pointer to the
-// user interface is not owned and may be null.
+// in the vectors of m_mDocuments that have not been closed. A close that an exception of the agent ended leaves fonts whose
+// count no vector stands for; they wait for the quit. The first registration fixes bWasAlreadyActive, sFirstDocument and the
+// handle for good. The mutex guards the three maps and is held across agent calls while closing. The agent calls of a close
+// can run the host's loop and with it another open or close on the same thread, which then goes on without the mutex: no
+// iterator and no reference into a map is held across an agent call. The pointer to the user interface is not owned and may
+// be null.
 #pragma once
 
 #include <map>
@@ -86,6 +89,7 @@ class FontActivationTracker {
   platform::Array CollectFamily(OpenRun& run, const platform::Dictionary& matched);
   void PrepareFamilyFont(OpenRun& run, const platform::Dictionary& element, const platform::Dictionary& font,
                          const std::string& familyName, size_t index);
+  static bool IsFamilyActive(OpenRun& run, const std::string& familyName);
   bool QueueForActivation(OpenRun& run, const platform::Dictionary& font, const platform::String& name, uint32_t fontID,
                           const std::string& familyName);
   void RegisterUnderIdentifiers(OpenRun& run, const platform::Dictionary& element, const platform::Dictionary& font,
@@ -93,9 +97,12 @@ class FontActivationTracker {
   void AskToGoOnline(OpenRun& run);
   int RunBatch(OpenRun& run, platform::Array activated, platform::Array refused);
 
-  int CloseRegisteredFonts(CloseRun& run, DocumentFonts& document, platform::Array fontsDeactivated);
-  int CloseInBatch(CloseRun& run, const DocumentFonts& document, platform::Array fontsDeactivated);
-  int CloseOneByOne(CloseRun& run, const DocumentFonts& document, platform::Array fontsDeactivated);
+  int CloseRegisteredFonts(CloseRun& run, platform::Array fontsDeactivated);
+  int CloseInBatch(CloseRun& run, platform::Array fontsDeactivated);
+  int CloseOneByOne(CloseRun& run, platform::Array fontsDeactivated);
+  int DeactivateOne(CloseRun& run, const FontInfo& info);
+  void EndClose(CloseRun& run);
+  int CloseBooks(CloseRun& run);
   int CloseBooksInBatch(CloseRun& run);
   int CloseBooksOneByOne(CloseRun& run);
 

@@ -14,16 +14,25 @@ struct FontActivationTracker::CloseRun {
   FontManagerInterface& manager;
   bool bDeactivate;
   bool bShowProgress;
+  bool allClosed;
+  std::vector<uint32_t> fontIDs{};  // what is closed: a document's vector, or all fonts in the order of their IDs
   FontManagerInterface::ActivationStates states{};
   ProgressRef progress{};
-  bool allClosed = true;
 };
 
 namespace {
+
 FontManagerInterface* ConnectedManager() {
   FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
   return manager && manager->IsFontManagerConnected() ? manager : nullptr;
 }
+
+// True if this was the last registration. A vector that outlived a quit can name a font more often than it is counted.
+bool LowerCount(FontActivationTracker::FontInfo& info) {
+  if (info.nRefCount > 0) --info.nRefCount;
+  return info.nRefCount == 0;
+}
+
 }  // namespace
 
 int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identifier, bool bDeactivateClosedFonts,
@@ -31,7 +40,7 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
   FontManagerInterface* manager = ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   const GScopedLock lock(mMutex);
-  CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, {}, {}, bDeactivateClosedFonts};
+  CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, bDeactivateClosedFonts};
   int result = 0;
   const auto document = m_mDocuments.find(identifier);
   if (document == m_mDocuments.end()) {
@@ -40,18 +49,20 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
     OutputIndentedAndFormattedString(0, "No fonts registered for '%s'", identifier.c_str());
     m_mDocuments.erase(document);
   } else {
+    // The entry goes before the agent is called, so that an open or close from inside the calls finds books that are right:
+    // nothing is lowered twice, and what is registered meanwhile stays.
+    run.fontIDs = std::move(document->second.fontIDs);
+    m_mDocuments.erase(document);
     try {
-      result = CloseRegisteredFonts(run, document->second, fontsDeactivated);
+      result = CloseRegisteredFonts(run, fontsDeactivated);
     } catch (...) {
       // Counts already lowered stay so; the IDs not yet reached wait for the quit.
-      manager->EndActivationChange();
-      m_mDocuments.erase(identifier);
+      EndClose(run);
       manager->SetCountForLongOperations(1);
       OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFontsForIdentifier() exiting abnormally");
       throw;
     }
-    manager->EndActivationChange();
-    m_mDocuments.erase(identifier);
+    EndClose(run);
   }
   manager->FinishClosingFontsForDocument(identifier, run.allClosed);
   manager->SetCountForLongOperations(1);
@@ -59,20 +70,22 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
   return result;
 }
 
-int FontActivationTracker::CloseRegisteredFonts(CloseRun& run, DocumentFonts& document, Array fontsDeactivated) {
-  run.manager.SetCountForLongOperations(static_cast<int>(document.fontIDs.size()));
-  run.progress = StartProgress(run.bShowProgress, document.fontIDs.size(), "FontDeactivationWindowTitle",
-                               "FontDeactivationHeaderForDoc");
-  run.states = run.manager.GetClientFontActivationStates(document.fontIDs);
-  const int result = run.manager.ConnectedToCoreAgent() ? CloseInBatch(run, document, fontsDeactivated)
-                                                        : CloseOneByOne(run, document, fontsDeactivated);
+void FontActivationTracker::EndClose(CloseRun& run) {
   if (run.progress) mVPFInterface->HideProgress();
-  return result;
+  run.manager.EndActivationChange();
 }
 
-int FontActivationTracker::CloseInBatch(CloseRun& run, const DocumentFonts& document, Array fontsDeactivated) {
-  const Array fontsToDeactivate = Array::Create();
-  for (const uint32_t fontID : document.fontIDs) {
+int FontActivationTracker::CloseRegisteredFonts(CloseRun& run, Array fontsDeactivated) {
+  run.manager.SetCountForLongOperations(static_cast<int>(run.fontIDs.size()));
+  run.progress = StartProgress(run.bShowProgress, run.fontIDs.size(), "FontDeactivationWindowTitle",
+                               "FontDeactivationHeaderForDoc");
+  run.states = run.manager.GetClientFontActivationStates(run.fontIDs);
+  return run.manager.ConnectedToCoreAgent() ? CloseInBatch(run, fontsDeactivated) : CloseOneByOne(run, fontsDeactivated);
+}
+
+int FontActivationTracker::CloseInBatch(CloseRun& run, Array fontsDeactivated) {
+  Array fontsToDeactivate = Array::Create();
+  for (const uint32_t fontID : run.fontIDs) {
     const auto found = m_mFonts.find(fontID);
     if (found == m_mFonts.end()) {
       OutputIndentedAndFormattedString(0, "No entry found for nDatabaseID(%d) in FontManagerInterface::m_mFonts", fontID);
@@ -80,7 +93,7 @@ int FontActivationTracker::CloseInBatch(CloseRun& run, const DocumentFonts& docu
     }
     FontInfo& info = found->second;
     OutputIndentedAndFormattedString(0, "Considering whether to deactivate databaseID %d", fontID);
-    if (info.nRefCount-- != 1) run.allClosed = false;
+    if (!LowerCount(info)) run.allClosed = false;
     // Without deactivation the entry stays open, so that the quit can still find it.
     if (!run.bDeactivate) continue;
     const char* name = info.postScriptName.CString();
@@ -95,7 +108,7 @@ int FontActivationTracker::CloseInBatch(CloseRun& run, const DocumentFonts& docu
       OutputIndentedAndFormattedString(0, "Not deactivating '%s' because it was already active", name);
     } else {
       OutputIndentedAndFormattedString(0, "Adding '%s' to fontsToDeactivate.", name);
-      Array(fontsToDeactivate).Append(info.font);
+      fontsToDeactivate.Append(info.font);
     }
     m_mFonts.erase(found);
   }
@@ -103,30 +116,37 @@ int FontActivationTracker::CloseInBatch(CloseRun& run, const DocumentFonts& docu
   return run.manager.DeactivateFonts(fontsToDeactivate, nullptr, fontsDeactivated, &ProgressCallback, &context);
 }
 
-int FontActivationTracker::CloseOneByOne(CloseRun& run, const DocumentFonts& document, Array fontsDeactivated) {
+// The agent's status; one that is no success is traced.
+int FontActivationTracker::DeactivateOne(CloseRun& run, const FontInfo& info) {
+  const int status = run.manager.DeactivateFont(info.font, info.handle);
+  if (status != 0) OutputIndentedAndFormattedString(0, "XTDeactivateFont returned %d", status);
+  return status;
+}
+
+int FontActivationTracker::CloseOneByOne(CloseRun& run, Array fontsDeactivated) {
   int result = 0;
-  for (const uint32_t fontID : document.fontIDs) {
+  for (const uint32_t fontID : run.fontIDs) {
     const auto found = m_mFonts.find(fontID);
     if (found == m_mFonts.end()) continue;
-    FontInfo& info = found->second;
-    const bool isLast = info.nRefCount-- == 1;
+    const bool isLast = LowerCount(found->second);
     if (!isLast) run.allClosed = false;
     if (!isLast || !run.bDeactivate) continue;
+    const FontInfo info = found->second;
     if (!info.bWasAlreadyActive) {
       if (run.progress) {
         run.progress->SetCurrentPostscriptName(info.postScriptName.Text());
         mVPFInterface->UpdateProgress(*run.progress);
       }
-      const int status = run.manager.DeactivateFont(info.font, info.handle);
-      if (status != 0) {
-        OutputIndentedAndFormattedString(0, "XTDeactivateFont returned %d", status);
-        result = status;
-        if (status == kErrorMarquineNotRunning) break;
-      } else {
+      const int status = DeactivateOne(run, info);
+      if (status == 0) {
         fontsDeactivated.Append(info.font);
+      } else {
+        result = status;
       }
+      if (status == kErrorMarquineNotRunning) break;
     }
-    m_mFonts.erase(found);
+    const auto closed = m_mFonts.find(fontID);
+    if (closed != m_mFonts.end() && closed->second.nRefCount == 0) m_mFonts.erase(closed);
   }
   return result;
 }
@@ -136,30 +156,32 @@ int FontActivationTracker::CloseAllFonts(bool bDeactivateClosedFonts, bool bShow
   if (!manager) return kErrorMarquineNotRunning;
   if (m_mFonts.empty()) return 0;
   const GScopedLock lock(mMutex);
-  const int count = static_cast<int>(m_mFonts.size());
-  OutputIndentedAndFormattedString(0, "Calling FontManagerInterface::SetCountForLongOperations(%d)", count);
-  manager->SetCountForLongOperations(count);
-  CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, {}, {}, true};
+  CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, true};
   int result = 0;
   try {
-    run.progress =
-        StartProgress(bShowProgress, m_mFonts.size(), "FontDeactivationWindowTitle", "FontDeactivationHeaderForQuit");
-    FontManagerInterface::FontIDs ids;
-    for (const auto& [fontID, info] : m_mFonts) ids.push_back(fontID);
-    run.states = manager->GetClientFontActivationStates(ids);
-    result = manager->ConnectedToCoreAgent() ? CloseBooksInBatch(run) : CloseBooksOneByOne(run);
+    result = CloseBooks(run);
   } catch (...) {
     // At quit, losing track is better than holding up the host.
-    manager->EndActivationChange();
+    EndClose(run);
     m_mFonts.clear();
     OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() exiting abnormally");
     throw;
   }
-  if (run.progress) mVPFInterface->HideProgress();
-  manager->EndActivationChange();
+  EndClose(run);
   m_mFonts.clear();
   OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() returning %d", result);
   return result;
+}
+
+int FontActivationTracker::CloseBooks(CloseRun& run) {
+  const int count = static_cast<int>(m_mFonts.size());
+  OutputIndentedAndFormattedString(0, "Calling FontManagerInterface::SetCountForLongOperations(%d)", count);
+  run.manager.SetCountForLongOperations(count);
+  run.progress =
+      StartProgress(run.bShowProgress, m_mFonts.size(), "FontDeactivationWindowTitle", "FontDeactivationHeaderForQuit");
+  for (const auto& [fontID, info] : m_mFonts) run.fontIDs.push_back(fontID);
+  run.states = run.manager.GetClientFontActivationStates(run.fontIDs);
+  return run.manager.ConnectedToCoreAgent() ? CloseBooksInBatch(run) : CloseBooksOneByOne(run);
 }
 
 int FontActivationTracker::CloseBooksInBatch(CloseRun& run) {
@@ -179,20 +201,19 @@ int FontActivationTracker::CloseBooksInBatch(CloseRun& run) {
 
 int FontActivationTracker::CloseBooksOneByOne(CloseRun& run) {
   int result = 0, done = 0;
-  for (auto& [fontID, info] : m_mFonts) {
+  for (const uint32_t fontID : run.fontIDs) {
+    const auto found = m_mFonts.find(fontID);
+    if (found == m_mFonts.end()) continue;
+    const FontInfo info = found->second;
+    found->second.bOpen = false;
     if (info.bOpen && !info.bWasAlreadyActive && run.bDeactivate) {
-      const int status = run.manager.DeactivateFont(info.font, info.handle);
-      if (status != 0) {
-        OutputIndentedAndFormattedString(0, "XTDeactivateFont returned %d", status);
-        result = status;
-        if (status == kErrorMarquineNotRunning) break;
-      }
+      const int status = DeactivateOne(run, info);
+      if (status != 0) result = status;
+      if (status == kErrorMarquineNotRunning) break;
     }
-    info.bOpen = false;
-    if (run.progress) {
-      run.progress->SetCurrentProgress(++done);
-      mVPFInterface->UpdateProgress(*run.progress);
-    }
+    if (!run.progress) continue;
+    run.progress->SetCurrentProgress(++done);
+    mVPFInterface->UpdateProgress(*run.progress);
   }
   return result;
 }

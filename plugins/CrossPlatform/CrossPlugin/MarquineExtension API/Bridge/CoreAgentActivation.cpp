@@ -5,10 +5,10 @@
 #include "Bridge/CoreAgentInterface.h"
 #include "Bridge/CoreAgentSupport.h"
 #include "Bridge/FontDataPreviouslyGottenFromDatabase.h"
-#include "GStringUtils.h"
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
 #include "XCore/ECFExtensions/XCFUtils.h"
+#include "platform/TextEncoding.h"
 
 using namespace GlyphsureSupport;
 using platform::Array;
@@ -18,7 +18,15 @@ using platform::String;
 namespace {
 
 constexpr uint32_t kOrdinaryActivation = 1;
-constexpr size_t kLongestSetName = 255;
+constexpr size_t kLongestSetName = 255;  // characters, as the platform counts them
+
+// Without half a character at the end.
+std::string FirstCharacters(const std::string& text, size_t count) {
+  std::u16string units = platform::UTF8ToUTF16(text).value_or(std::u16string());
+  units.resize(std::min(units.size(), count));
+  if (!units.empty() && (units.back() & 0xFC00) == 0xD800) units.pop_back();
+  return platform::UTF16ToUTF8(units).value_or("");
+}
 
 uint32_t FontIDOf(const Dictionary& record) {
   return static_cast<uint32_t>(XCFUtils::GetLongFromDictString(record, kGS_DatabaseIDKey));
@@ -208,8 +216,8 @@ int CoreAgentInterface::MakeSetForDocumentFonts(const std::string& defaultName, 
     std::string name;
     const std::string prompt = ui->LocalizedString("Create a [FONT_MANAGER_MODIFIER] set for this document's fonts?");
     ui->AskForOneString(prompt, ui->LocalizedString("Set Name:"), defaultName, name);
-    if (name.size() > kLongestSetName) {
-      GStringUtils::OSTruncateUTF8String(name, kLongestSetName);
+    if (String::FromUTF8(name).Length() > kLongestSetName) {
+      name = FirstCharacters(name, kLongestSetName);
       ui->ShowSetNameTooLongMessageBox();
     }
     if (name.empty()) return -1;

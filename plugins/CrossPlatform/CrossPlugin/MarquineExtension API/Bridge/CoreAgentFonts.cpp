@@ -53,7 +53,7 @@ int CoreAgentInterface::LookUp(const std::string& name, TypeOfFontName kind, lon
   PopulateWorkgroupArray(static_cast<int>(workgroupID), workgroups);
   std::vector<uint64_t> found;
   TModuleErrorCode code = Query(kind, name, workgroups, found);
-  if (GetSystemWorkgroupID() != -1 && !IsAllWorkgroups(static_cast<int>(workgroupID))) {
+  if (!IsAllWorkgroups(static_cast<int>(workgroupID)) && GetSystemWorkgroupID() != -1) {
     code = Query(kind, name, {static_cast<uint32_t>(GetSystemWorkgroupID())}, found);
   }
   out.swap(found);

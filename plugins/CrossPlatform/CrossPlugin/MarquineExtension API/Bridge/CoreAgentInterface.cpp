@@ -259,14 +259,13 @@ int CoreAgentInterface::GetAllWorkgroupsForUser(Array* out, bool addAllWorkgroup
   for (size_t i = 0; i < out->Count(); ++i) {
     const Dictionary workgroup(out->At(i));
     if (!workgroup) continue;
-    const String type = workgroup.GetString(kGS_WorkgroupTypeKey);
-    const long typeNumber = type ? XCFUtils::GetLongFromDictString(workgroup, kGS_WorkgroupTypeKey) : -1;
-    const String name = CreateLocalizedWorkgroupName(typeNumber, workgroup.GetString(kGS_WorkgroupNameKey));
+    const long type = WorkgroupTypeOf(workgroup);
+    const String name = CreateLocalizedWorkgroupName(type, workgroup.GetString(kGS_WorkgroupNameKey));
     if (!name) continue;
     Dictionary renamed = workgroup.Copy();
     renamed.Set(kGS_WorkgroupNameKey, name);
     // An integer where the agent gave text: readers of text take a renamed workgroup for type 0, and count on it.
-    XCFUtils::PutLongIntoDict(renamed, kGS_WorkgroupTypeKey, typeNumber);
+    XCFUtils::PutLongIntoDict(renamed, kGS_WorkgroupTypeKey, type);
     out->Set(i, renamed);
   }
   if (!addAllWorkgroups || out->Count() == 0 || !CanActivateFromAllWorkgroups()) return 0;

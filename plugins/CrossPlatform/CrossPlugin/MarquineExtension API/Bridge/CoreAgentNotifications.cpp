@@ -99,13 +99,16 @@ void CoreAgentPluginNotificationQueue::EnqueueNotification(std::unique_ptr<CoreA
   if (!notification) return;
   const GScopedLock lock(mMutex);
   mNotifications.push_back(std::move(notification));
+  ++mCount;
 }
 
 std::unique_ptr<CoreAgentPluginNotification> CoreAgentPluginNotificationQueue::DequeueNotification() {
+  // With one consumer a count above zero cannot fall before the pop.
+  if (mCount == 0) return nullptr;
   const GScopedLock lock(mMutex);
-  if (mNotifications.empty()) return nullptr;
   std::unique_ptr<CoreAgentPluginNotification> oldest = std::move(mNotifications.front());
   mNotifications.pop_front();
+  --mCount;
   return oldest;
 }
 

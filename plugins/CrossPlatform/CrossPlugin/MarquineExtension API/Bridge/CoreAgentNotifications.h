@@ -1,6 +1,7 @@
 // What the agent reports, packed on whatever thread it comes and worked through on the main thread.
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <memory>
 
@@ -45,6 +46,7 @@ class CoreAgentPluginNotificationQueue {
 
  private:
   GMutex mMutex;
+  std::atomic<size_t> mCount{0};  // of what is queued, so that an empty queue is seen without the lock
   std::deque<std::unique_ptr<CoreAgentPluginNotification>> mNotifications;
 };
 

@@ -31,9 +31,8 @@ void AppendArrayToTUInt32Vector(const uint32_t* values, uint32_t count, std::vec
 }
 
 long WorkgroupTypeOf(const platform::Dictionary& workgroup) {
-  const platform::Value type = workgroup.Get(GlyphsureSupport::kGS_WorkgroupTypeKey);
-  if (const platform::Number number(type); number) return static_cast<long>(number.Integer());
-  return type ? XCFUtils::GetLongFromDictString(workgroup, GlyphsureSupport::kGS_WorkgroupTypeKey) : -1;
+  if (!workgroup.Contains(GlyphsureSupport::kGS_WorkgroupTypeKey)) return -1;
+  return XCFUtils::GetLongFromDictString(workgroup, GlyphsureSupport::kGS_WorkgroupTypeKey);
 }
 
 double& LastCoreAgentCheckTime() {

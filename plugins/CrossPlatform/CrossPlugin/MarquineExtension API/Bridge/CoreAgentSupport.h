@@ -23,7 +23,8 @@ std::vector<uint32_t> CreateArrayFromVector(const std::vector<uint32_t>& values)
 void AppendArrayToVector(const uint32_t* values, uint32_t count, std::vector<uint64_t>& out);
 void AppendArrayToTUInt32Vector(const uint32_t* values, uint32_t count, std::vector<uint32_t>& out);
 
-// The type of a workgroup as text or as an integer; -1 if it has none.
+// The type of a workgroup; -1 if it has none. Text is read and nothing else, so a workgroup that GetAllWorkgroupsForUser
+// renamed, whose type is an integer, counts as type 0: no special workgroup is found once it carries a localised name.
 long WorkgroupTypeOf(const platform::Dictionary& workgroup);
 
 void ResetAgentCheckTimeForTesting();

@@ -42,7 +42,38 @@ inline constexpr std::string_view kPluginNotification_FontServerReplicationProgr
 inline constexpr std::string_view kPluginNotification_FontServerReplicationStopped =
     "kPluginNotification_FontServerReplicationStopped";
 
+// Declared by the agent for long tasks; nothing here reads them.
+inline constexpr std::string_view kPluginNotification_TaskStarted = "kPluginNotification_TaskStarted";
+inline constexpr std::string_view kPluginNotification_TaskProgress = "kPluginNotification_TaskProgress";
+inline constexpr std::string_view kPluginNotification_TaskFinished = "kPluginNotification_TaskFinished";
+inline constexpr std::string_view kPluginNotification_TaskError = "kPluginNotification_TaskError";
+inline constexpr std::string_view kPluginNotification_TaskError_ErrorFontID =
+    "kPluginNotification_TaskError_ErrorFontID";
+inline constexpr std::string_view kPluginNotification_TaskProgress_ProgressCount =
+    "kPluginNotification_TaskProgress_ProgressCount";
+inline constexpr std::string_view kPluginNotification_TaskProgress_ProgressMax =
+    "kPluginNotification_TaskProgress_ProgressMax";
+inline constexpr std::string_view kPluginNotification_TaskProgress_FontID = "kPluginNotification_TaskProgress_FontID";
+inline constexpr std::string_view kPluginNotification_NumFonts = "kPluginNotification_NumFonts";
+
 namespace PluginInterface {
-inline constexpr std::string_view kIsLoggedInKey = "isLoggedIn";
-inline constexpr std::string_view kServerTypeKey = "serverType";
+inline constexpr std::string_view kIsLoggedInKey = "isLoggedIn";  // boolean
+inline constexpr std::string_view kServerTypeKey = "serverType";  // integer, an EServerType
+inline constexpr std::string_view kFontIDKey = "fontID";
+inline constexpr std::string_view kDisplayNameKey = "displayName";
+inline constexpr std::string_view kPostscriptNameKey = "postscriptName";
+inline constexpr std::string_view kActivatedKey = "activated";
+inline constexpr std::string_view kFontLocationKey = "fontLocation";
+inline constexpr std::string_view kFontIsLocalKey = "fontIsLocal";
+inline constexpr std::string_view kWorkgroupIDsKey = "workgroupIDs";
+inline constexpr std::string_view kSetIDsKey = "setIDs";
+inline constexpr std::string_view kSmartSetIDsKey = "smartSetIDs";
+inline constexpr std::string_view kSmartListIDKey = "smartListID";
+inline constexpr std::string_view kSmartListNameKey = "smartListName";
+inline constexpr std::string_view kTextKey = "text";
+inline constexpr std::string_view kStepIndexKey = "stepIndex";
+inline constexpr std::string_view kNumStepsKey = "numSteps";
+inline constexpr std::string_view kPngBytesKey = "pngBytes";
+inline constexpr std::string_view kPngFilenameKey = "pngFilename";
+inline constexpr std::string_view k2xPNGFilenameKey = "2xPNGFilename";
 }  // namespace PluginInterface

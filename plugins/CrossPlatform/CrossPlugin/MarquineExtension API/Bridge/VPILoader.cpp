@@ -1,5 +1,8 @@
 #include "Bridge/VPILoader.h"
 
+#include <string_view>
+#include <type_traits>
+
 #include "Bridge/AgentLaunch.h"
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
@@ -55,17 +58,35 @@ void VPILoader::FindLibrary() {
   ResetFunctionPointers(this, bundle.get());
 }
 
+namespace {
+
+// The lookups run in the table's order, but that of QueryForSmartListFonts comes directly after DeleteSmartList's.
+constexpr std::string_view kLookedUpEarly = "QueryForSmartListFonts";
+constexpr std::string_view kPlaceOfEarlyLookup = "DeleteSmartList";
+
+void* LookUp(platform::Bundle& bundle, const char* name) {
+  void* const function = bundle.FunctionForName(name);
+  OutputIndentedAndFormattedString(0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x", LowBits(&bundle),
+                                   name, LowBits(function));
+  return function;
+}
+
+}  // namespace
+
 void VPILoader::ResetFunctionPointers(VPILoader* self, platform::Bundle* bundle) {
-  if (bundle) self->nMissingFunctions = 0;
-#define RESOLVE(name, result, parameters)                                                                            \
-  {                                                                                                                  \
-    void* const function = bundle ? bundle->FunctionForName(#name) : nullptr;                                       \
-    self->pf##name = reinterpret_cast<result(*) parameters>(function);                                              \
-    if (bundle) {                                                                                                    \
-      OutputIndentedAndFormattedString(0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x",         \
-                                       LowBits(bundle), #name, LowBits(function));                                  \
-      if (!function) ++self->nMissingFunctions;                                                                      \
-    }                                                                                                                \
+#define CLEAR(name, result, parameters) self->pf##name = nullptr;
+  PLUGIN_INTERFACE_FUNCTIONS(CLEAR)
+#undef CLEAR
+  if (!bundle) return;
+  self->nMissingFunctions = 0;
+  const auto resolve = [&](auto& member, const char* name) {
+    member = reinterpret_cast<std::remove_reference_t<decltype(member)>>(LookUp(*bundle, name));
+    if (!member) ++self->nMissingFunctions;
+  };
+#define RESOLVE(name, result, parameters)                                                                \
+  if (std::string_view(#name) != kLookedUpEarly) resolve(self->pf##name, #name);                         \
+  if (std::string_view(#name) == kPlaceOfEarlyLookup) {                                                  \
+    resolve(self->pfQueryForSmartListFonts, "QueryForSmartListFonts");                                   \
   }
   PLUGIN_INTERFACE_FUNCTIONS(RESOLVE)
 #undef RESOLVE
@@ -107,4 +128,7 @@ bool VPILoader::VerifyThatAllMembersAre(bool nonNull) const {
   return isAsExpected;
 }
 
-PluginInterface::FacadeHandle GetFacade() { return VPILoader::GetSharedInstance()->pfGetPluginFacadeInstance(); }
+PluginInterface::FacadeHandle GetFacade() {
+  const VPILoader* table = VPILoader::GetSharedInstance();
+  return table->pfGetPluginFacadeInstance ? table->pfGetPluginFacadeInstance() : 0;
+}

@@ -50,5 +50,5 @@ class VPILoader {
   int nMissingFunctions = kTableSize;  // a failed load and a library that lacks every function are one state
 };
 
-// The functions' first argument. Fetched anew for each call: a relaunch of the agent replaces it.
+// The functions' first argument. Fetched anew for each call: a relaunch of the agent replaces it. 0 without a library.
 PluginInterface::FacadeHandle GetFacade();
