@@ -20,7 +20,11 @@ PLUGIN_FLOORS = (
     ('host entry', 8, 'plugins/photoshop/'),
 )
 HEIGHT = {name: height for name, height, _ in PLUGIN_FLOORS}
-CORE = ('cpp-core', 'font-tool')
+# Two units that are one thing: a class and its private half, and a type that is defined through another and back.
+ONE_THING = {
+    'platform/ValueObject': 'platform/Value',
+    'core-agent/cpp-core/GKVTree': 'core-agent/cpp-core/GValue',
+}
 CHECKERS = ('tests', 'benchmarks', 'fuzz')
 
 
@@ -32,9 +36,9 @@ def floor_of(path):
         if folder and path.startswith(folder):
             return name
     parts = path.split('/')
-    if parts[0] == 'frameworks' or (parts[0] == 'core-agent' and parts[1] in CORE):
+    if parts[0] == 'frameworks':
         return parts[1]
-    if parts[0] in ('platform', 'agent', 'host') + CHECKERS:
+    if parts[0] in ('platform', 'core-agent', 'agent', 'host') + CHECKERS:
         return parts[0]
     return None
 
@@ -45,14 +49,12 @@ def may_include(path, target):
         return True
     if other == 'platform':
         return True
-    if own in ('platform', 'cpp-core') or other in CHECKERS:
+    if own in ('platform', 'core-agent') or other in CHECKERS:
         return False
-    if own == 'font-tool':
-        return other == 'cpp-core'
     if any(fnmatch.fnmatch(target, pattern) for pattern in PUBLISHED):
         return True
     if own in HEIGHT:
-        return other in CORE or HEIGHT.get(other, 99) < HEIGHT[own]
+        return other == 'core-agent' or HEIGHT.get(other, 99) < HEIGHT[own]
     return False
 
 
@@ -68,8 +70,9 @@ def includes_follow_the_floors(tree):
 
 
 def unit_of(path):
-    """A header and the source of its name are one unit. Published headers and private ones may share a name."""
-    return re.sub(r'\.\w+$', '', path).replace('cpp-core/include/', 'cpp-core/').replace('cpp-core/src/', 'cpp-core/')
+    """A header and the source of its name are one unit, also where the core library keeps them in two folders."""
+    unit = re.sub(r'\.\w+$', '', path).replace('cpp-core/include/', 'cpp-core/').replace('cpp-core/src/', 'cpp-core/')
+    return ONE_THING.get(unit, unit)
 
 
 def no_include_circles(tree):
