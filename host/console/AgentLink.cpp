@@ -1,0 +1,213 @@
+#include "host/console/AgentLink.h"
+
+#include <poll.h>
+#include <signal.h>
+
+#include <cstdio>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+#include "host/console/Sandbox.h"
+#include "platform/Files.h"
+#include "platform/Folders.h"
+#include "platform/Presenter.h"
+#include "platform/Process.h"
+
+namespace console {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr int kPauseMilliseconds = 10;
+constexpr int kPatienceMilliseconds = 10000;
+constexpr int kPatienceAfterLastWords = 1000;  // an agent that has complained and does not answer has ended
+constexpr uint32_t kAllWorkgroups = 0;
+
+int AgentProcess() {
+  for (const platform::RunningApplication& application : platform::RunningApplications()) {
+    if (application.identifier == agent_protocol::kAgentIdentifier) return application.processID;
+  }
+  return 0;
+}
+
+bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
+  for (int waited = 0; !condition(); waited += kPauseMilliseconds) {
+    if (waited >= milliseconds) return false;
+    poll(nullptr, 0, kPauseMilliseconds);
+  }
+  return true;
+}
+
+// The progress of a scan on whatever presenter there is, from the first notification on.
+class ScanProgress {
+ public:
+  ScanProgress() : properties_(platform::Dictionary::Create()) {}
+  ~ScanProgress() {
+    if (isShown_) platform::HideProgress();
+  }
+  ScanProgress(const ScanProgress&) = delete;
+  ScanProgress& operator=(const ScanProgress&) = delete;
+
+  void Update(const Json& payload) {
+    properties_.Set("CurrentProgress", platform::Number::FromInteger(payload.value("stepIndex", 0)));
+    properties_.Set("MaxProgress", platform::Number::FromInteger(payload.value("numSteps", 0)));
+    properties_.Set("Status", payload.value("text", ""));
+    if (isShown_) {
+      platform::UpdateProgress(properties_);
+      return;
+    }
+    properties_.Set("Header", "Scanning fonts");
+    platform::ShowProgress(properties_);
+    isShown_ = true;
+  }
+
+ private:
+  platform::Dictionary properties_;
+  bool isShown_ = false;
+};
+
+struct Answer {
+  uint32_t code = 0;
+  Json result;
+};
+
+// Sends a request and reads until its reply; nothing if the connection is lost.
+std::optional<Answer> Ask(int socket, uint64_t id, const char* call, const Json& arguments,
+                          const std::function<void(const Json&)>& onNotification) {
+  const Json request = {{"id", id}, {"call", call}, {"arguments", arguments}};
+  if (platform::SendMessage(socket, request.dump(-1, ' ', false, Json::error_handler_t::replace))) return std::nullopt;
+  std::string text;
+  while (!platform::ReceiveMessage(socket, text)) {
+    const Json message = Json::parse(text, nullptr, false);
+    if (!message.is_object()) return std::nullopt;
+    if (message.contains("notify")) {
+      if (onNotification) onNotification(message);
+    } else if (message.value("id", uint64_t{0}) == id) {
+      return Answer{message.value("code", uint32_t{0}), message.value("result", Json::object())};
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string AgentLink::Start(LibrarySummary* summary) {
+  const std::string agent = sandbox_.AgentExecutable();
+  if (!platform::IsExecutableFile(agent)) return agent + ": there is no agent to start; no font will be activated";
+  if (sandbox_.HasNewAgentConfiguration()) {
+    const std::string problem = EndOldAgent();
+    if (!problem.empty()) return problem;
+  }
+  if (!Connect()) {
+    const std::string problem = Launch();
+    if (!problem.empty()) return problem;
+  }
+  return ReadReport(summary);
+}
+
+std::string AgentLink::EndOldAgent() const {
+  const int process = AgentProcess();
+  if (process == 0) return "";
+  kill(process, SIGTERM);
+  if (WaitUntil([] { return AgentProcess() == 0; }, kPatienceMilliseconds)) return "";
+  return sandbox_.AgentExecutable() + ": process " + std::to_string(process) +
+         " has read another configuration and does not end";
+}
+
+std::string AgentLink::Launch() {
+  const std::string agent = sandbox_.AgentExecutable();
+  const std::string log = sandbox_.AgentLog();
+  std::rename(log.c_str(), (log + ".old").c_str());  // the words of the agent before; there may be none
+  std::string error;
+  if (!platform::LaunchDetached(agent, sandbox_.Folder(), log, &error)) return error;
+  // The plug-in finds the agent in the list of running applications, so it must stand there before the plug-in looks.
+  const auto isReady = [this] { return Connect() && AgentProcess() != 0; };
+  for (int waited = 0; waited < kPatienceMilliseconds; waited += kPatienceAfterLastWords) {
+    if (WaitUntil(isReady, kPatienceAfterLastWords)) return "";
+    if (!LastWords().empty()) break;
+  }
+  const std::string words = LastWords();
+  return agent + ": the agent did not start" + (words.empty() ? "" : ": " + words);
+}
+
+bool AgentLink::Connect() {
+  if (socket_) return true;
+  std::error_code error;
+  platform::Descriptor socket =
+      platform::ConnectLocal(platform::GetPlaces().runtime, agent_protocol::kAgentSocketName, error);
+  if (!socket) return false;
+  if (!Ask(socket.Get(), ++lastID_, "Hello", {{"notifications", true}}, nullptr)) return false;
+  socket_ = std::move(socket);
+  return true;
+}
+
+std::string AgentLink::ReadReport(LibrarySummary* summary) {
+  ScanProgress progress;
+  const auto answer = Ask(socket_.Get(), ++lastID_, "GetScanReport", Json::object(), [&](const Json& notification) {
+    if (notification.value("notify", Json()) == PluginInterface::kBulkReplicationProgress) {
+      progress.Update(notification.value("payload", Json::object()));
+    }
+  });
+  const std::string agent = sandbox_.AgentExecutable();
+  if (!answer) return agent + ": the agent ended while it read its library: " + LastWords();
+  if (answer->code != 0) return agent + ": the agent can't serve fonts: " + LastWords();
+  summary->files = answer->result.value("files", size_t{0});
+  summary->faces = answer->result.value("faces", size_t{0});
+  for (const Json& problem : answer->result.value("problems", Json::array())) {
+    summary->problems.push_back({problem.value("path", ""), problem.value("message", "")});
+  }
+  return "";
+}
+
+std::string AgentLink::LastWords() const {
+  std::string text;
+  if (platform::ReadFile(sandbox_.AgentLog(), text)) return "";
+  while (text.ends_with('\n')) text.pop_back();
+  return text.substr(text.rfind('\n') + 1);
+}
+
+bool AgentLink::HasJustGone() {
+  if (!socket_) {
+    Connect();
+    return false;
+  }
+  // Late notifications may still stand before the end of the stream.
+  for (pollfd ready{socket_.Get(), POLLIN, 0}; poll(&ready, 1, 0) > 0;) {
+    std::string ignored;
+    if (!platform::ReceiveMessage(socket_.Get(), ignored)) continue;
+    socket_.Close();
+    return true;
+  }
+  return false;
+}
+
+bool AgentLink::WaitForActivation(int stop) {
+  pollfd ready[] = {{socket_.Get(), POLLIN, 0}, {stop, POLLIN, 0}};
+  while (socket_ && poll(ready, 2, -1) > 0 && ready[0].revents != 0) {
+    std::string text;
+    if (platform::ReceiveMessage(socket_.Get(), text)) return false;  // noticed again by HasJustGone
+    const Json message = Json::parse(text, nullptr, false);
+    if (message.is_object() && message.value("notify", Json()) == PluginInterface::kFontActivated) return true;
+  }
+  return false;
+}
+
+size_t AgentLink::CountCandidates(const std::string& postScriptName) {
+  if (!socket_) return 0;
+  const auto answer = Ask(socket_.Get(), ++lastID_, "GetFontsByPostscriptName",
+                          {{"name", postScriptName}, {"workgroupIDs", {kAllWorkgroups}}}, nullptr);
+  return answer && answer->code == 0 ? answer->result.value("fontIDs", Json::array()).size() : 0;
+}
+
+std::string AgentLink::FileOf(uint32_t fontID) {
+  if (!socket_) return "";
+  const auto answer = Ask(socket_.Get(), ++lastID_, "GetFontInfoByID", {{"fontID", fontID}}, nullptr);
+  if (!answer || answer->code != 0) return "";
+  return answer->result.value("record", Json::object()).value("Path", "");
+}
+
+}  // namespace console

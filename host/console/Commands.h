@@ -1,0 +1,47 @@
+// The commands of scripts and of the console. One table gives the parser, the help and the completion.
+#pragma once
+
+#include <deque>
+#include <span>
+#include <string>
+
+#include "host/console/Words.h"
+
+namespace console {
+
+class AnswerQueue;
+class Session;
+
+// What a command works on.
+struct CommandContext {
+  Session& session;
+  AnswerQueue& answers;
+  bool quits = false;  // set by "quit"
+};
+
+enum class Completion { kNothing, kPath, kDocument, kListing, kPreference, kCommand };
+
+struct CommandEntry {
+  const char* name;
+  const char* arguments;
+  const char* help;
+  size_t least;  // arguments
+  size_t most;
+  Completion completion;  // of the first argument
+  // Null: any arguments will do. Otherwise empty, or one line that says what is wrong with them.
+  std::string (*check)(const Words& arguments);
+  void (*run)(CommandContext& context, const Words& arguments);
+};
+
+std::span<const CommandEntry> CommandTable();
+const CommandEntry* FindCommand(const std::string& name);  // null if there is none
+std::span<const char* const> ListingNames();               // what "show" shows
+
+// Looks at the words of a line without doing anything: empty, or one line that says what is wrong. No words are right.
+std::string CheckCommand(const Words& words);
+// The words have been checked.
+void RunCommand(CommandContext& context, const Words& words);
+
+std::string CommandHelp();
+
+}  // namespace console

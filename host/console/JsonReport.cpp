@@ -1,0 +1,58 @@
+// One JSON object a line.
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "host/console/Report.h"
+
+namespace console {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// A path that is no UTF-8 shows replacement characters, so that every line stays valid.
+void Write(const Json& object) {
+  const std::string line = object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fflush(stdout);
+}
+
+class JsonReport : public Report {
+ public:
+  void Note(const std::string& file, const std::string& line) override {
+    std::fprintf(stderr, "%s: %s\n", file.c_str(), line.c_str());
+  }
+  void Listing(const std::vector<std::string>& lines) override {
+    for (const std::string& line : lines) std::fprintf(stderr, "%s\n", line.c_str());
+  }
+  void Finish() override {}
+
+ private:
+  void WriteOpened(const OpenedReport& opened) override {
+    Json activated = Json::array();
+    for (const ActivatedFont& font : opened.activated) {
+      activated.push_back({{"name", font.name}, {"file", font.file}, {"why", font.why}});
+    }
+    Write({{"event", "opened"},
+           {"file", opened.file},
+           {"named", opened.named},
+           {"active", opened.active},
+           {"activated", activated},
+           {"missing", opened.missing}});
+  }
+  void WriteSaved(const std::string& file, const std::vector<std::string>& slug) override {
+    Write({{"event", "saved"}, {"file", file}, {"slug", slug}});
+  }
+  void WriteClosed(const std::string& file, const std::vector<std::string>& deactivated) override {
+    Write({{"event", "closed"}, {"file", file}, {"deactivated", deactivated}});
+  }
+  void WriteError(const std::string& file, const std::string& message) override {
+    Write({{"event", "error"}, {"file", file}, {"message", message}});
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Report> MakeJsonReport() { return std::make_unique<JsonReport>(); }
+
+}  // namespace console

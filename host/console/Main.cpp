@@ -1,0 +1,158 @@
+#include "host/console/Main.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+
+#include "host/console/Boxes.h"
+#include "host/console/Commands.h"
+#include "host/console/Options.h"
+#include "host/console/Report.h"
+#include "host/console/Sandbox.h"
+#include "host/console/Session.h"
+#include "host/console/Terminal.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+
+namespace console {
+
+namespace {
+
+// Longer than the plug-in waits until it closes and reopens a document to have it drawn with its fonts.
+constexpr double kUntilReopened = 6;
+constexpr const char* kCloseGivesBack = "CloseFontsOnDocClose";
+
+int Refuse(const std::string& line) {
+  std::fprintf(stderr, "%s\n", line.c_str());
+  return kStatusUnknown;
+}
+
+struct ScriptLine {
+  Words words;
+  size_t number = 0;
+};
+
+// The whole script is looked at before any of it is done. Empty, or one line.
+std::string ReadScript(const std::string& path, const std::string& text, std::vector<ScriptLine>& script) {
+  size_t number = 0;
+  for (size_t start = 0; start < text.size();) {
+    const size_t end = std::min(text.find('\n', start), text.size());
+    ScriptLine line{{}, ++number};
+    std::string problem = SplitWords(text.substr(start, end - start), line.words);
+    if (problem.empty()) problem = CheckCommand(line.words);
+    if (!problem.empty()) return path + ":" + std::to_string(number) + ": " + problem;
+    if (!line.words.empty()) script.push_back(std::move(line));
+    start = end + 1;
+  }
+  return "";
+}
+
+void RunScript(const std::vector<ScriptLine>& script, CommandContext& context) {
+  for (const ScriptLine& line : script) {
+    RunCommand(context, line.words);
+    if (context.quits) return;
+  }
+}
+
+void RunConsole(CommandContext& context, Terminal& terminal) {
+  std::string line;
+  while (!context.quits && terminal.ReadCommand(line)) {
+    Words words;
+    std::string problem = SplitWords(line, words);
+    if (problem.empty()) problem = CheckCommand(words);
+    if (problem.empty()) {
+      RunCommand(context, words);
+    } else {
+      std::fprintf(stderr, "%s\n", problem.c_str());
+    }
+  }
+}
+
+// What a user sees without asking for anything: each document through its whole life, and a copy of it saved, so that the
+// document itself stays as it was. Fonts go back at the close; the preference is put back afterwards.
+void Demonstrate(const std::vector<std::string>& files, Session& session) {
+  const std::string kept = session.Prefs().GetSwitch(kCloseGivesBack) ? "1" : "0";
+  session.SetPreference(kCloseGivesBack, "1");
+  for (const std::string& file : files) {
+    if (!session.Open(file)) continue;
+    session.Wait(kUntilReopened);
+    session.SaveCopyInSandbox();
+    session.CloseAll();
+  }
+  session.SetPreference(kCloseGivesBack, kept);
+}
+
+void DescribeLibrary(const Sandbox& sandbox, const LibrarySummary& library) {
+  std::fprintf(stderr, "library: %zu fonts in %zu files of\n", library.faces, library.files);
+  for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", folder.c_str());
+}
+
+std::unique_ptr<Report> MakeReport(const Options& options) {
+  return options.json ? MakeJsonReport() : MakeTextReport();
+}
+
+int Run(const Options& options, const std::vector<ScriptLine>& script) {
+  const std::unique_ptr<Report> report = MakeReport(options);
+  Sandbox sandbox;
+  const std::string problem = sandbox.Prepare({options.state, options.library, options.desktop});
+  if (!problem.empty()) {
+    report->Error(sandbox.Folder(), problem.starts_with(sandbox.Folder() + ": ")
+                                        ? problem.substr(sandbox.Folder().size() + 2)
+                                        : problem);
+    return kStatusWrong;
+  }
+  if (!options.interactive) platform::Clock::SetDriven(platform::Clock::Now());
+  AnswerQueue answers;
+  Boxes boxes(answers);
+  Session session(sandbox, *report);
+  LibrarySummary library;
+  if (session.Start(&library)) {
+    DescribeLibrary(sandbox, library);
+    CommandContext context{session, answers};
+    if (!options.script.empty()) {
+      RunScript(script, context);
+    } else if (options.interactive) {
+      Terminal terminal([&session] { return session.DocumentNames(); });
+      boxes.SetTerminal([&](const std::string& prompt, std::string& line) { return terminal.Ask(prompt, line); });
+      for (const std::string& file : options.files) session.Open(file);
+      RunConsole(context, terminal);
+      boxes.SetTerminal(nullptr);
+    } else {
+      Demonstrate(options.files, session);
+    }
+  }
+  session.Quit();
+  if (answers.Count() > 0) std::fprintf(stderr, "%zu answers were not asked for\n", answers.Count());
+  report->Finish();
+  return report->Errors() == 0 ? kStatusWell : kStatusWrong;
+}
+
+}  // namespace
+
+int Main(const std::vector<std::string>& arguments) {
+  Options options;
+  std::string problem = ParseOptions(arguments, options);
+  if (!problem.empty()) return Refuse(problem);
+  if (options.help || options.completion) {
+    std::fputs((options.help ? HelpText() : CompletionText()).c_str(), stdout);
+    return kStatusWell;
+  }
+  std::vector<ScriptLine> script;
+  if (!options.script.empty()) {
+    std::string text;
+    if (const std::error_code error = platform::ReadFile(options.script, text)) {
+      MakeReport(options)->Error(options.script, platform::DescribeError(error));
+      return kStatusWrong;
+    }
+    problem = ReadScript(options.script, text, script);
+    if (!problem.empty()) return Refuse(problem);
+  } else if (!options.interactive && options.files.empty()) {
+    return Refuse("no documents named; --help lists what there is");
+  }
+  const int status = Run(options, script);
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  std::fputs("standard output can't be written\n", stderr);
+  return kStatusWrong;
+}
+
+}  // namespace console

@@ -1,0 +1,45 @@
+// The plug-in's preferences, read and changed through the user-interface framework that keeps them.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/Bundle.h"
+
+namespace console {
+
+enum class PreferenceKind { kSwitch, kNumber, kText };
+
+struct PreferenceEntry {
+  const char* key;
+  PreferenceKind kind;
+  const char* help;
+};
+
+// The preferences that a user may change.
+std::span<const PreferenceEntry> PreferenceTable();
+
+class Preferences {
+ public:
+  explicit Preferences(const std::string& frameworkFolder);
+
+  // Empty, or one line: an unknown key, a value of another kind, or no framework.
+  std::string Set(const std::string& key, const std::string& value);
+  bool GetSwitch(const std::string& key) const;  // false without a framework
+  // "KEY = VALUE" for each entry of the table, or a line that says why there are none.
+  std::vector<std::string> Describe() const;
+
+ private:
+  template <typename Function>
+  Function Find(const char* name) const;
+  std::string ValueOf(const PreferenceEntry& entry) const;
+
+  std::string problem_;
+  platform::BundleRef bundle_;
+};
+
+// Empty if the key is known and the value is of its kind.
+std::string CheckPreference(const std::string& key, const std::string& value);
+
+}  // namespace console

@@ -1,0 +1,67 @@
+#include "host/console/ProgressLine.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace console {
+
+namespace {
+
+constexpr int64_t kWorthQuarters = 100;  // below, a plain line at the start says enough
+
+std::string HeadOf(const platform::Dictionary& progress) {
+  const std::string header = progress.GetString("Header").Text();
+  return header.empty() ? progress.GetString("WindowTitle").Text() : header;
+}
+
+}  // namespace
+
+ProgressLine::ProgressLine() : isTerminal_(isatty(STDERR_FILENO) != 0) {}
+
+void ProgressLine::Show(const platform::Dictionary& progress) {
+  const std::lock_guard lock(mutex_);
+  const bool wasShown = isShown_;
+  isShown_ = true;
+  lastQuarter_ = 0;
+  if (isTerminal_) {
+    Draw(progress);
+  } else if (!wasShown && !progress.GetBoolean("IsIndeterminate")) {
+    std::fprintf(stderr, "%s\n", HeadOf(progress).c_str());
+  }
+}
+
+void ProgressLine::Update(const platform::Dictionary& progress) {
+  const std::lock_guard lock(mutex_);
+  if (isTerminal_) {
+    Draw(progress);
+    return;
+  }
+  const int64_t most = progress.GetInteger("MaxProgress"), current = progress.GetInteger("CurrentProgress");
+  if (most < kWorthQuarters || progress.GetBoolean("IsIndeterminate")) return;
+  const int64_t quarter = current * 4 / most;
+  if (quarter <= lastQuarter_) return;
+  lastQuarter_ = quarter;
+  std::fprintf(stderr, "%s: %lld of %lld\n", HeadOf(progress).c_str(), static_cast<long long>(current),
+               static_cast<long long>(most));
+}
+
+void ProgressLine::Draw(const platform::Dictionary& progress) {
+  std::string line = HeadOf(progress);
+  const int64_t most = progress.GetInteger("MaxProgress");
+  if (most > 0 && !progress.GetBoolean("IsIndeterminate")) {
+    line += "  " + std::to_string(progress.GetInteger("CurrentProgress")) + "/" + std::to_string(most);
+  }
+  const std::string status = progress.GetString("Status").Text();
+  if (!status.empty()) line += "  " + status;
+  std::fprintf(stderr, "\r\033[K%.100s", line.c_str());
+  std::fflush(stderr);
+}
+
+void ProgressLine::Hide() {
+  const std::lock_guard lock(mutex_);
+  if (isTerminal_ && isShown_) std::fprintf(stderr, "\r\033[K");
+  isShown_ = false;
+}
+
+}  // namespace console

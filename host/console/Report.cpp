@@ -1,0 +1,25 @@
+#include "host/console/Report.h"
+
+namespace console {
+
+void Report::Opened(const OpenedReport& opened) {
+  ++tally_.documents;
+  tally_.named += opened.named.size();
+  tally_.active += opened.active.size();
+  tally_.activated += opened.activated.size();
+  tally_.missing += opened.missing.size();
+  WriteOpened(opened);
+}
+
+void Report::Saved(const std::string& file, const std::vector<std::string>& slug) { WriteSaved(file, slug); }
+
+void Report::Closed(const std::string& file, const std::vector<std::string>& deactivated) {
+  WriteClosed(file, deactivated);
+}
+
+void Report::Error(const std::string& file, const std::string& message) {
+  ++errors_;
+  WriteError(file, message);
+}
+
+}  // namespace console

@@ -1,0 +1,73 @@
+// The state folder of a host: everything that it, the plug-in and the agent keep.
+//
+//   STATE/host.lock      held by the one host that uses the folder; names its process while that lives
+//   STATE/nexcore.json   the agent's configuration; the list of library folders stays until another is given
+//   STATE/fonts.conf     which fonts are active in the sandbox: DejaVu, and what the agent links into STATE/active
+//   STATE/root/Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf   by which the plug-in finds the agent
+//   STATE/run, agent, active   the agent's; see agent/include/AgentProtocol.h
+//   STATE/home, logs, cache    the user's folder of the sandbox, diagnostic logs, fontconfig's cache
+//   STATE/preferences.plist    the user-interface framework's preferences
+//   STATE/copies               where documents are saved that must not be changed themselves
+//
+// Each file is replaced whole or not at all, and only if its content changes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/LocalSocket.h"
+
+namespace console {
+
+struct SandboxOptions {
+  std::string stateFolder;           // empty: below the user's folder of program states
+  std::vector<std::string> library;  // empty: what is stored, or else the folders of Debian's font packages
+  bool desktop = false;              // activate for the user's own programs
+};
+
+class Sandbox {
+ public:
+  Sandbox() = default;
+  ~Sandbox();  // gives the folder free
+  Sandbox(const Sandbox&) = delete;
+  Sandbox& operator=(const Sandbox&) = delete;
+
+  // Makes what is missing and tells platform::SetPlaces. Empty, or one line that names the file; then nothing that was
+  // stored is changed or lost.
+  std::string Prepare(const SandboxOptions& options);
+
+  const std::string& Folder() const { return folder_; }
+  const std::vector<std::string>& Library() const { return library_; }
+  std::string AgentExecutable() const;
+  std::string InterfaceFramework() const;      // by which the plug-in speaks to the agent
+  std::string UserInterfaceFramework() const;  // boxes, texts, preferences
+  std::string PluginBundle() const;
+  std::string ActiveFolder() const { return activeFolder_; }
+  std::string AgentLog() const { return folder_ + "/agent.log"; }
+  // Whether an agent that has started with this folder before reads another configuration now.
+  bool HasNewAgentConfiguration() const { return newAgentConfiguration_; }
+  // The process that used the folder before and ended without giving it free; 0 if none did.
+  int KilledPredecessor() const { return killedPredecessor_; }
+
+  // Where a copy of the document goes; two documents of one name get two places within a run.
+  std::string PlaceForCopy(const std::string& document);
+
+ private:
+  std::string Lock();
+  std::string MakeFolders() const;
+  std::string WriteAgentConfiguration(const SandboxOptions& options);
+  std::string WriteFontConfiguration() const;
+  std::string WriteLaunchConfiguration() const;
+  void SetPlaces(bool desktop) const;
+
+  std::string folder_;
+  std::string app_;  // the folder that holds host/ and agent/
+  std::string activeFolder_;
+  std::vector<std::string> library_;
+  std::vector<std::string> copies_;
+  platform::Descriptor lock_;
+  bool newAgentConfiguration_ = false;
+  int killedPredecessor_ = 0;
+};
+
+}  // namespace console

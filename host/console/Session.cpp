@@ -1,0 +1,331 @@
+#include "host/console/Session.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "host/console/BatchProgress.h"
+#include "host/console/Slug.h"
+
+namespace console {
+
+namespace {
+
+// The host's placeholder for layers without visible text; no font of this name exists, and none is wanted.
+constexpr const char* kInvisibleFont = "AdobeInvisFont";
+
+bool Contains(const std::vector<std::string>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::string AbsolutePath(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::absolute(path, error).lexically_normal().string();
+}
+
+// Lines of the host name the file, which the report names anyway.
+std::string WithoutFile(const std::string& line, const std::string& file) {
+  for (const std::string& prefix : {file + ": ", AbsolutePath(file) + ": "}) {
+    if (line.starts_with(prefix)) return line.substr(prefix.size());
+  }
+  return line;
+}
+
+}  // namespace
+
+Session::Session(Sandbox& sandbox, Report& report)
+    : sandbox_(sandbox),
+      report_(report),
+      agent_(sandbox),
+      fonts_(sandbox, agent_),
+      preferences_(sandbox.UserInterfaceFramework()) {}
+
+Session::~Session() = default;
+
+void Session::CheckParts() {
+  if (sandbox_.KilledPredecessor() != 0) {
+    report_.Note(sandbox_.Folder(), "the host that used this folder before, process " +
+                                        std::to_string(sandbox_.KilledPredecessor()) +
+                                        ", ended without quitting; its fonts have been given back");
+  }
+  for (const std::string& framework : {sandbox_.InterfaceFramework(), sandbox_.UserInterfaceFramework()}) {
+    std::string problem;
+    if (!platform::Bundle::Create(framework, &problem)) {
+      report_.Error(framework, "is missing, so that no font will be activated: " + WithoutFile(problem, framework));
+    }
+  }
+}
+
+bool Session::StartPlugin() {
+  host_ = std::make_unique<host::HostApplication>();
+  const std::string problem = host_->Start(sandbox_.PluginBundle());
+  if (problem.empty()) return true;
+  report_.Error(sandbox_.PluginBundle(), WithoutFile(problem, sandbox_.PluginBundle()));
+  return false;
+}
+
+bool Session::Start(LibrarySummary* library) {
+  CheckParts();
+  const std::string problem = agent_.Start(library);
+  if (problem.empty()) {
+    for (const AgentProblem& broken : library->problems) report_.Error(broken.path, broken.message);
+  } else {
+    report_.Error(sandbox_.AgentExecutable(), WithoutFile(problem, sandbox_.AgentExecutable()));
+  }
+  return StartPlugin();
+}
+
+Session::KnownDocument* Session::Find(const std::string& document) {
+  const auto isMeant = [&](const KnownDocument& known) {
+    return known.name == document || (!known.path.empty() && known.path == AbsolutePath(document));
+  };
+  const auto found = std::find_if(documents_.begin(), documents_.end(), isMeant);
+  return found == documents_.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> Session::DocumentNames() const {
+  std::vector<std::string> names;
+  for (const KnownDocument& known : documents_) names.push_back(known.name);
+  return names;
+}
+
+Session::KnownDocument* Session::Front() {
+  const int32_t id = host_->FrontDocument();
+  const auto found = std::find_if(documents_.begin(), documents_.end(),
+                                  [id](const KnownDocument& known) { return known.id == id; });
+  return found == documents_.end() ? nullptr : &*found;
+}
+
+Session::KnownDocument* Session::Choose(const std::string& document, const char* operation) {
+  KnownDocument* const chosen = document.empty() ? Front() : Find(document);
+  if (!chosen) report_.Error(document.empty() ? operation : document, "no such document is open");
+  return chosen;
+}
+
+host::DocumentInfo Session::InfoOf(int32_t id) const {
+  for (const host::DocumentInfo& info : host_->Documents()) {
+    if (info.id == id) return info;
+  }
+  return {};
+}
+
+bool Session::Open(const std::string& file) {
+  const ActiveFiles before = fonts_.Look();
+  trace_.Mark();
+  int32_t id = 0;
+  std::string problem;
+  {
+    const BatchProgress progress(agent_, trace_);
+    problem = host_->Open(file, &id);
+  }
+  CheckAgent();
+  if (!problem.empty()) {
+    report_.Error(file, WithoutFile(problem, file));
+    return false;
+  }
+  const host::DocumentInfo info = InfoOf(id);
+  const auto isThis = [&](const KnownDocument& known) { return known.id == id; };
+  auto known = std::find_if(documents_.begin(), documents_.end(), isThis);
+  if (known == documents_.end()) known = documents_.insert(documents_.end(), KnownDocument());
+  *known = {file, info.path, id, info.fontNames};
+  ReportOpened(*known, before);
+  return true;
+}
+
+void Session::ReportOpened(const KnownDocument& document, const ActiveFiles& before) {
+  const ActiveFiles after = fonts_.Look();
+  OpenedReport opened;
+  opened.file = document.name;
+  opened.named = document.fontNames;
+  std::vector<std::string> activated;
+  for (const std::string& name : opened.named) {
+    if (before.contains(name)) {
+      opened.active.push_back(name);
+    } else if (after.contains(name)) {
+      activated.push_back(name);
+    } else if (name != kInvisibleFont) {
+      opened.missing.push_back(name);
+    }
+  }
+  for (const std::string& name : NamesOnlyIn(after, before)) {
+    if (!Contains(activated, name)) activated.push_back(name);
+  }
+  for (const std::string& name : activated) {
+    opened.activated.push_back({name, after.at(name), WhyActivated(name, opened.named)});
+  }
+  report_.Opened(opened);
+}
+
+std::string Session::WhyActivated(const std::string& name, const std::vector<std::string>& named) {
+  if (!Contains(named, name)) return "came with another face of its family or file";
+  const TraceRecorder::Reason reason = trace_.ReasonFor(name);
+  if (reason.how.empty()) return "activated by the agent";
+  const size_t candidates = agent_.CountCandidates(name);
+  if (candidates < 2) return reason.how == "best match" ? "only candidate" : reason.how;
+  const std::string among = " among " + std::to_string(candidates) + " files";
+  return reason.how + among + (reason.how == "best match" && !reason.stage.empty() ? ": " + reason.stage : "");
+}
+
+void Session::Make() {
+  int32_t id = 0;
+  const std::string problem = host_->Make(&id);
+  CheckAgent();
+  const std::string name = "Untitled-" + std::to_string(++untitled_);
+  if (!problem.empty()) {
+    report_.Error(name, problem);
+    return;
+  }
+  documents_.push_back({name, "", id, {}});
+  report_.Note(name, "made");
+}
+
+void Session::Edit(const std::string& font) {
+  const KnownDocument* document = Choose("", "edit");
+  if (!document) return;
+  const std::string problem = host_->Edit(document->id, font);
+  if (problem.empty()) {
+    report_.Note(document->name, font.empty() ? "changed" : "changed: text in " + font);
+  } else {
+    report_.Error(document->name, WithoutFile(problem, document->name));
+  }
+}
+
+bool Session::SaveTo(KnownDocument& document, const std::string& file) {
+  const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
+  CheckAgent();
+  if (!problem.empty()) {
+    report_.Error(document.name, WithoutFile(problem, document.name));
+    return false;
+  }
+  const host::DocumentInfo info = InfoOf(document.id);
+  document.path = info.path;
+  document.fontNames = info.fontNames;
+  return true;
+}
+
+void Session::ReportSaved(const KnownDocument& document, const std::string& path) {
+  std::vector<std::string> slug;
+  std::string problem;
+  if (ReadSlugNames(path, &slug, &problem)) {
+    report_.Saved(document.name, slug);
+  } else {
+    report_.Error(document.name, problem);
+  }
+}
+
+void Session::Save(const std::string& document) {
+  KnownDocument* chosen = Choose(document, "save");
+  if (chosen && SaveTo(*chosen, "")) ReportSaved(*chosen, chosen->path);
+}
+
+void Session::SaveAs(const std::string& file) {
+  KnownDocument* document = Choose("", "save-as");
+  if (!document || !SaveTo(*document, file)) return;
+  document->name = file;
+  ReportSaved(*document, document->path);
+}
+
+void Session::SaveCopyInSandbox() {
+  KnownDocument* document = Choose("", "save");
+  if (!document) return;
+  const std::string place = sandbox_.PlaceForCopy(document->name);
+  if (!SaveTo(*document, place)) return;
+  ReportSaved(*document, place);
+  report_.Note(document->name, "in the copy " + place);
+}
+
+void Session::Close(const std::string& document) {
+  const KnownDocument* chosen = Choose(document, "close");
+  if (!chosen) return;
+  const KnownDocument closed = *chosen;
+  const ActiveFiles before = fonts_.Look();
+  const std::string problem = host_->Close(closed.id);
+  CheckAgent();
+  if (!problem.empty()) {
+    report_.Error(closed.name, WithoutFile(problem, closed.name));
+    return;
+  }
+  std::erase_if(documents_, [&](const KnownDocument& known) { return known.id == closed.id; });
+  report_.Closed(closed.name, NamesOnlyIn(before, fonts_.Look()));
+}
+
+void Session::CloseAll() {
+  while (!documents_.empty()) {
+    const size_t count = documents_.size();
+    Close(documents_.front().name);
+    if (documents_.size() == count) return;  // reported; the host keeps it
+  }
+}
+
+void Session::DoIt(int32_t operation) {
+  int32_t port = -1;
+  const std::string problem = host_->DoIt(operation, &port);
+  CheckAgent();
+  if (!problem.empty()) {
+    report_.Error("do-it", problem);
+  } else if (port >= 0) {
+    report_.Listing({"the font panel's port is " + std::to_string(port)});
+  }
+}
+
+void Session::Wait(double seconds) {
+  host_->Wait(seconds);
+  CheckAgent();
+  Follow();
+}
+
+void Session::Follow() {
+  const std::vector<host::DocumentInfo> open = host_->Documents();
+  std::vector<KnownDocument> gone;
+  for (KnownDocument& known : documents_) {
+    const auto sameNumber = [&](const host::DocumentInfo& info) { return info.id == known.id; };
+    const auto samePath = [&](const host::DocumentInfo& info) { return !known.path.empty() && info.path == known.path; };
+    if (std::any_of(open.begin(), open.end(), sameNumber)) continue;
+    const auto again = std::find_if(open.begin(), open.end(), samePath);
+    if (again == open.end()) {
+      gone.push_back(known);
+      continue;
+    }
+    known.id = again->id;
+    report_.Note(known.name, "closed and opened again, to be drawn with its fonts");
+  }
+  for (const KnownDocument& lost : gone) {
+    std::erase_if(documents_, [&](const KnownDocument& known) { return known.id == lost.id; });
+    report_.Error(lost.name, "was closed to be opened again, and could not be opened");
+  }
+}
+
+void Session::CheckAgent() {
+  if (!agent_.HasJustGone()) return;
+  report_.Error(sandbox_.AgentExecutable(), "the agent has ended; what it had activated stays until it is started again");
+}
+
+void Session::SetPreference(const std::string& key, const std::string& value) {
+  const std::string problem = preferences_.Set(key, value);
+  if (!problem.empty()) report_.Error(key, WithoutFile(problem, key));
+}
+
+void Session::Quit() {
+  if (!host_) return;
+  ActiveFiles before = fonts_.Look();
+  const std::vector<KnownDocument> open = documents_;
+  CheckAgent();
+  host_->Quit();
+  documents_.clear();
+  host_.reset();
+  const ActiveFiles after = fonts_.Look();
+  std::vector<std::string> back = NamesOnlyIn(before, after);
+  for (const KnownDocument& closed : open) {
+    std::vector<std::string> own;
+    for (const std::string& name : back) {
+      if (Contains(closed.fontNames, name)) own.push_back(name);
+    }
+    std::erase_if(back, [&](const std::string& name) { return Contains(own, name); });
+    report_.Closed(closed.name, own);
+  }
+  if (back.empty()) return;
+  std::string names;
+  for (const std::string& name : back) names += (names.empty() ? "" : ", ") + name;
+  report_.Note("quit", "gave back " + names);
+}
+
+}  // namespace console

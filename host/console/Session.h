@@ -1,0 +1,90 @@
+// One run of the host, seen from outside: it carries out what the user asks for, looks at the operating system's fonts
+// before and after, and reports what each document named, found active, had activated and gave back.
+//
+// Documents are named by the path as the user gave it, untitled ones "Untitled-1" and so on.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/HostApplication.h"
+#include "host/console/AgentLink.h"
+#include "host/console/FontWatch.h"
+#include "host/console/Preferences.h"
+#include "host/console/Report.h"
+#include "host/console/Sandbox.h"
+#include "host/console/TraceRecorder.h"
+
+namespace console {
+
+class Session {
+ public:
+  Session(Sandbox& sandbox, Report& report);
+  ~Session();
+
+  // Starts agent and plug-in. What is missing is reported; documents can be opened all the same. False if the plug-in
+  // itself can't be loaded.
+  bool Start(LibrarySummary* library);
+
+  // Each operation reports its outcome; a failed one leaves the others' documents as they are.
+  bool Open(const std::string& file);
+  void Make();
+  void Edit(const std::string& font);
+  // An empty name means the document in front.
+  void Save(const std::string& document);
+  void SaveAs(const std::string& file);
+  // The document goes on at the new place, but is named in the report as before.
+  void SaveCopyInSandbox();
+  void Close(const std::string& document);
+  void CloseAll();
+  void DoIt(int32_t operation);
+  void Wait(double seconds);
+  void SetPreference(const std::string& key, const std::string& value);
+  void Quit();
+
+  void ShowDocuments();
+  void ShowFonts();
+  void ShowWindows();
+  void ShowTrace(size_t lines);
+  void ShowPreferences();
+
+  std::vector<std::string> DocumentNames() const;
+  Preferences& Prefs() { return preferences_; }
+
+ private:
+  struct KnownDocument {
+    std::string name;  // as given
+    std::string path;  // the host's; empty while untitled
+    int32_t id = 0;
+    std::vector<std::string> fontNames;
+  };
+
+  void CheckParts();
+  bool StartPlugin();
+  KnownDocument* Find(const std::string& document);
+  KnownDocument* Front();
+  // The one named, in front; reports if there is none.
+  KnownDocument* Choose(const std::string& document, const char* operation);
+  host::DocumentInfo InfoOf(int32_t id) const;
+  // After the plug-in may have closed and reopened documents: their numbers have changed.
+  void Follow();
+  void CheckAgent();
+  void ReportOpened(const KnownDocument& document, const ActiveFiles& before);
+  std::string WhyActivated(const std::string& name, const std::vector<std::string>& named);
+  void ReportSaved(const KnownDocument& document, const std::string& path);
+  bool SaveTo(KnownDocument& document, const std::string& file);
+
+  Sandbox& sandbox_;
+  Report& report_;
+  AgentLink agent_;
+  FontWatch fonts_;
+  TraceRecorder trace_;
+  Preferences preferences_;
+  std::unique_ptr<host::HostApplication> host_;
+  std::vector<KnownDocument> documents_;  // in the order of opening
+  int untitled_ = 0;
+};
+
+}  // namespace console
