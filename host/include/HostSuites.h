@@ -20,7 +20,8 @@ constexpr FourCharCode Code(const char (&text)[5]) {
 inline constexpr SPErr kNoErr = 0;
 inline constexpr SPErr kSuiteNotFound = static_cast<SPErr>(Code("S!Fd"));
 inline constexpr SPErr kBadParameters = static_cast<SPErr>(Code("Parm"));
-inline constexpr SPErr kNoSuchObject = static_cast<SPErr>(Code("getE"));
+inline constexpr SPErr kNoSuchObject = static_cast<SPErr>(Code("getE"));  // also: no such key, no such event
+inline constexpr SPErr kOutOfMemory = -108;
 
 // Opaque objects of the host.
 struct ActionDescriptor;

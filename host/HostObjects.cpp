@@ -1,0 +1,40 @@
+#include "host/HostObjects.h"
+
+#include "host/Suites.h"
+
+namespace host {
+
+uintptr_t NextObjectNumber() {
+  // No multiple of a pointer's alignment and far below any mapping, so that following one by mistake faults at once.
+  static uintptr_t sNumber = 1;
+  return sNumber += 2;
+}
+
+HostObjects& HostObjects::Shared() {
+  static HostObjects sObjects;
+  return sObjects;
+}
+
+void HostObjects::Clear() {
+  descriptors.Clear();
+  references.Clear();
+  lists.Clear();
+  handles.Clear();
+  strings.Clear();
+  blocks.clear();
+}
+
+LiveObjectCounts LiveObjects() {
+  const HostObjects& objects = HostObjects::Shared();
+  LiveObjectCounts counts;
+  counts.descriptors = objects.descriptors.Count();
+  counts.references = objects.references.Count();
+  counts.lists = objects.lists.Count();
+  counts.handles = objects.handles.Count();
+  counts.strings = objects.strings.Count();
+  counts.blocks = objects.blocks.size();
+  counts.suites = AcquiredSuites();
+  return counts;
+}
+
+}  // namespace host

@@ -1,0 +1,186 @@
+#include "host/LayeredFile.h"
+
+#include <array>
+
+#include "host/ByteOrder.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::string_view kSignature = "8BPS";
+constexpr size_t kHeaderSize = 26;
+constexpr uint16_t kMostChannels = 56;
+constexpr uint32_t kLargestSide = 30000, kLargestSideOfLarge = 300000;
+constexpr int kRawData = 0, kRunLengthData = 1, kLastCompression = 3;
+
+std::string At(size_t offset) { return " at offset " + std::to_string(offset); }
+
+std::string Truncated(const std::string& what, size_t offset, uint64_t needed, size_t there) {
+  return "the file is truncated: " + what + At(offset) + " needs " + std::to_string(needed) + " bytes, " +
+         std::to_string(there) + " are there";
+}
+
+std::string ParseHeader(std::string_view bytes, LayeredFile& file) {
+  if (!HasLayeredFileSignature(bytes)) return "the file is no PSD document: it does not begin with \"8BPS\"";
+  if (bytes.size() < kHeaderSize) return Truncated("the header", 0, kHeaderSize, bytes.size());
+  BigEndianReader reader(bytes, kSignature.size());
+  const auto version = reader.Read(2);
+  if (version != 1 && version != 2) return "PSD version " + std::to_string(version) + " is not known";
+  file.isLarge = version == 2;
+  reader.Skip(6);
+  file.channels = static_cast<uint16_t>(reader.Read(2));
+  file.height = static_cast<uint32_t>(reader.Read(4));
+  file.width = static_cast<uint32_t>(reader.Read(4));
+  file.depth = static_cast<uint16_t>(reader.Read(2));
+  file.colorMode = static_cast<uint16_t>(reader.Read(2));
+  const uint32_t largest = file.isLarge ? kLargestSideOfLarge : kLargestSide;
+  if (file.channels < 1 || file.channels > kMostChannels) {
+    return "the header tells of " + std::to_string(file.channels) + " channels";
+  }
+  if (file.height < 1 || file.height > largest || file.width < 1 || file.width > largest) {
+    return "the header tells of a picture of " + std::to_string(file.width) + " by " + std::to_string(file.height);
+  }
+  if (file.depth != 1 && file.depth != 8 && file.depth != 16 && file.depth != 32) {
+    return "the header tells of " + std::to_string(file.depth) + " bits per channel";
+  }
+  return "";
+}
+
+// Passes a section with its length field; `begin` receives the place of that field.
+std::string PassSection(BigEndianReader& reader, const char* name, int width, size_t& begin) {
+  begin = reader.Offset();
+  const size_t there = reader.Left();
+  const uint64_t length = reader.Read(width);
+  if (!reader.Ok()) return Truncated(name, begin, static_cast<uint64_t>(width), there);
+  if (length > reader.Left()) return Truncated(name, begin, length, reader.Left());
+  reader.Skip(length);
+  return "";
+}
+
+// The bytes of all rows, each behind its length in a table at the beginning.
+uint64_t RunLengthBytes(BigEndianReader reader, uint64_t rows, int width) {
+  uint64_t needed = rows * static_cast<uint64_t>(width);
+  if (needed > reader.Left()) return needed;
+  for (uint64_t row = 0; row < rows; ++row) needed += reader.Read(width);
+  return needed;
+}
+
+std::string CheckImage(BigEndianReader reader, const LayeredFile& file) {
+  const size_t begin = reader.Offset(), there = reader.Left();
+  const uint64_t compression = reader.Read(2);
+  if (!reader.Ok()) return Truncated("the composite image", begin, 2, there);
+  if (compression > kLastCompression) return "unknown compression " + std::to_string(compression) + At(begin);
+  const uint64_t rows = uint64_t{file.height} * file.channels;
+  uint64_t needed = 0;  // of the other compressions the length is known only by decoding
+  if (compression == kRawData) needed = (uint64_t{file.width} * file.depth + 7) / 8 * rows;
+  if (compression == kRunLengthData) needed = RunLengthBytes(reader, rows, file.isLarge ? 4 : 2);
+  return needed > reader.Left() ? Truncated("the composite image", begin, needed + 2, there) : "";
+}
+
+// Passes one layer's record and adds up the length of its pixels.
+bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
+  reader.Skip(4 * 4);
+  const uint64_t channels = reader.Read(2);
+  for (uint64_t i = 0; i < channels && reader.Ok(); ++i) {
+    reader.Skip(2);
+    const uint64_t length = reader.Read(lengthWidth);
+    if (length > UINT64_MAX - pixels) return false;
+    pixels += length;
+  }
+  reader.Skip(4 + 4 + 4);
+  const uint64_t extra = reader.Read(4);
+  reader.Skip(extra);
+  return reader.Ok();
+}
+
+// The layers in [begin, end); `problem` says why they cannot be walked.
+void ParseLayers(std::string_view bytes, LayeredFile& file, size_t lengthField, size_t begin, size_t end) {
+  LayerInfo& layers = file.layers;
+  BigEndianReader reader(bytes.substr(0, end), begin);
+  layers.lengthField = lengthField;
+  layers.begin = begin;
+  layers.end = end;
+  layers.count = static_cast<int16_t>(reader.Read(2));
+  const int count = layers.count < 0 ? -layers.count : layers.count;
+  uint64_t pixels = 0;
+  for (int i = 0; i < count; ++i) {
+    if (PassRecord(reader, file.LengthWidth(), pixels)) continue;
+    file.layerProblem = "the record of layer " + std::to_string(i + 1) + " reaches beyond the layer information" + At(begin);
+    return;
+  }
+  layers.recordsEnd = reader.Offset();
+  reader.Skip(pixels);
+  layers.channelsEnd = reader.Offset();
+  if (!reader.Ok()) file.layerProblem = "the layers' pixels reach beyond the layer information" + At(begin);
+  layers.isPresent = reader.Ok();
+}
+
+// Blocks behind the global mask whose length is wider in a .psb.
+bool HasWideLength(std::string_view key) {
+  static constexpr std::array<std::string_view, 13> kWide = {"LMsk", "Lr16", "Lr32", "Layr", "Mt16", "Mt32", "Mtrn",
+                                                             "Alph", "FMsk", "lnk2", "FEid", "FXid", "PxSD"};
+  for (const std::string_view each : kWide) {
+    if (each == key) return true;
+  }
+  return false;
+}
+
+// Documents of 16 and 32 bits keep their layers in a block of their own, behind the global mask.
+void FindDeepLayers(std::string_view bytes, LayeredFile& file, size_t at) {
+  const std::string_view section = bytes.substr(0, file.layersAndMaskEnd);
+  BigEndianReader reader(section, at);
+  reader.Skip(reader.Read(4));  // the global mask
+  while (reader.Ok() && reader.Left() >= 12) {
+    const std::string_view signature = section.substr(reader.Offset(), 4), key = section.substr(reader.Offset() + 4, 4);
+    if (signature != "8BIM" && signature != "8B64") break;
+    reader.Skip(8);
+    const size_t lengthField = reader.Offset();
+    const uint64_t length = reader.Read(file.isLarge && HasWideLength(key) ? 8 : 4);
+    if (!reader.Ok() || length > reader.Left()) break;
+    const size_t begin = reader.Offset();
+    if ((key == "Lr16" || key == "Lr32") && length >= 2) {
+      ParseLayers(bytes, file, lengthField, begin, begin + length);
+      return;
+    }
+    reader.Skip((length + 3) / 4 * 4);
+  }
+  if (reader.Left() >= 12) file.layerProblem = "unknown data behind the layers" + At(reader.Offset());
+}
+
+void ParseLayersAndMask(std::string_view bytes, LayeredFile& file) {
+  const size_t begin = file.layersAndMask + static_cast<size_t>(file.LengthWidth());
+  if (begin == file.layersAndMaskEnd) return;
+  BigEndianReader reader(bytes.substr(0, file.layersAndMaskEnd), begin);
+  const uint64_t length = reader.Read(file.LengthWidth());
+  if (!reader.Ok() || length > reader.Left()) {
+    file.layerProblem = "the layer information reaches beyond its section" + At(begin);
+  } else if (length >= 2) {
+    ParseLayers(bytes, file, begin, reader.Offset(), reader.Offset() + length);
+  } else {
+    FindDeepLayers(bytes, file, reader.Offset() + length);
+  }
+}
+
+}  // namespace
+
+bool HasLayeredFileSignature(std::string_view bytes) { return bytes.starts_with(kSignature); }
+
+std::string ParseLayeredFile(std::string_view bytes, LayeredFile& file) {
+  file = LayeredFile();
+  std::string problem = ParseHeader(bytes, file);
+  BigEndianReader reader(bytes, kHeaderSize);
+  size_t begin = 0;
+  if (problem.empty()) problem = PassSection(reader, "the colour mode data", 4, begin);
+  if (problem.empty()) problem = PassSection(reader, "the image resources", 4, begin);
+  if (problem.empty()) {
+    problem = PassSection(reader, "the layer and mask information", file.LengthWidth(), file.layersAndMask);
+  }
+  if (problem.empty()) problem = CheckImage(reader, file);
+  if (!problem.empty()) return problem;
+  file.layersAndMaskEnd = reader.Offset();
+  ParseLayersAndMask(bytes, file);
+  return "";
+}
+
+}  // namespace host

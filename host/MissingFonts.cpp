@@ -1,0 +1,54 @@
+#include "host/MissingFonts.h"
+
+#include "host/Problems.h"
+#include "platform/Fonts.h"
+
+namespace host {
+
+namespace {
+
+using platform::Window;
+using platform::WindowOrdering;
+
+constexpr const char* kTitle = "Missing Fonts";
+constexpr const char* kInvisibleFont = "AdobeInvisFont";
+constexpr int kEscapeKeyCode = 53;
+
+// The third view is the button that dismisses: plug-ins that dismiss the window for the user look for it there.
+std::vector<platform::View> Views(const std::vector<std::string>& missing) {
+  std::string names;
+  for (const std::string& name : missing) names += (names.empty() ? "" : ", ") + name;
+  return {{"NSTextField", "These fonts are missing and are replaced for display:"},
+          {"NSTextField", names},
+          {"NSButton", "Cancel"},
+          {"NSButton", "OK"}};
+}
+
+}  // namespace
+
+std::vector<std::string> MissingFonts(const std::vector<std::string>& names) {
+  std::vector<std::string> missing;
+  for (const std::string& name : names) {
+    if (name != kInvisibleFont && !platform::IsPostScriptNameActive(name)) missing.push_back(name);
+  }
+  return missing;
+}
+
+std::shared_ptr<Window> ShowMissingFontsWindow(const std::vector<std::string>& missing) {
+  // Escape may come in the middle of the ordering, before the window shows, and counts then too.
+  const auto isDismissed = std::make_shared<bool>(false);
+  auto window = std::make_shared<Window>(kTitle, Views(missing), [isDismissed](Window&, const platform::KeyEvent& event) {
+    if (event.keyCode == kEscapeKeyCode) *isDismissed = true;
+  });
+  std::string problem;
+  const auto order = [&] { window->OrderWindow(WindowOrdering::kAbove, 0); };
+  if (!CallGuarded("Showing the window \"Missing Fonts\"", order, &problem)) {
+    ReportProblem(problem);
+    Window::PlatformOrderWindow(*window, WindowOrdering::kAbove, 0);
+  }
+  if (!*isDismissed) return window;
+  Window::PlatformOrderWindow(*window, WindowOrdering::kOut, 0);
+  return nullptr;
+}
+
+}  // namespace host

@@ -1,0 +1,54 @@
+#include "host/Problems.h"
+
+#include <cstdio>
+#include <exception>
+
+#include "platform/Trace.h"
+
+namespace host {
+
+namespace {
+ProblemSink& Sink() {
+  static ProblemSink sSink;
+  return sSink;
+}
+}  // namespace
+
+void SetProblemSink(ProblemSink sink) { Sink() = std::move(sink); }
+
+void ReportProblem(const std::string& line) {
+  platform::TraceLine(0, line);
+  if (Sink()) {
+    Sink()(line);
+  } else {
+    std::fprintf(stderr, "%s\n", line.c_str());
+  }
+}
+
+std::string DescribeHostError(host_sdk::SPErr error) {
+  std::string code;
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    const auto byte = static_cast<unsigned char>(static_cast<uint32_t>(error) >> shift & 0xFF);
+    if (byte < 0x20 || byte > 0x7E) return std::to_string(error);
+    code.push_back(static_cast<char>(byte));
+  }
+  return "'" + code + "' (" + std::to_string(error) + ")";
+}
+
+std::string DescribeCurrentException() {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    return std::string("an exception was thrown: ") + error.what();
+  } catch (int error) {
+    return "error " + DescribeHostError(error) + " was thrown";
+  } catch (unsigned error) {
+    return "error " + DescribeHostError(static_cast<host_sdk::SPErr>(error)) + " was thrown";
+  } catch (long error) {
+    return "error " + DescribeHostError(static_cast<host_sdk::SPErr>(error)) + " was thrown";
+  } catch (...) {
+    return "an exception of an unknown type was thrown";
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,24 @@
+// The tables of functions that a plug-in acquires by name and version. Every function answers wrong use (null, an object
+// that was freed or is of another kind, an unknown key) with a host error and leaves its out values alone.
+#pragma once
+
+#include <cstddef>
+
+#include "host/include/HostSuites.h"
+
+namespace host {
+
+const host_sdk::SPBasicSuite& BasicSuite();
+const host_sdk::SPBlocksSuite& BlocksSuite();
+const host_sdk::PSActionControlSuite& ActionControlSuite();
+const host_sdk::PSActionDescriptorSuite& ActionDescriptorSuite();
+const host_sdk::PSActionReferenceSuite& ActionReferenceSuite();
+const host_sdk::PSActionListSuite& ActionListSuite();
+const host_sdk::PSAliasSuite& AliasSuite();
+const host_sdk::PSHandleSuite& HandleSuite();
+const host_sdk::ASZStringSuite& ZStringSuite();
+
+size_t AcquiredSuites();   // acquisitions not yet released, over all suites
+void ForgetAcquisitions();
+
+}  // namespace host

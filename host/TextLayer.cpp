@@ -1,0 +1,169 @@
+#include "host/TextLayer.h"
+
+#include <optional>
+
+#include "host/ByteOrder.h"
+#include "host/TextData.h"
+#include "platform/TextEncoding.h"
+
+namespace host {
+
+namespace {
+
+using platform::TextEncoding;
+
+constexpr uint16_t kGrayscale = 1, kRGB = 3, kCMYK = 4, kDuotone = 8, kLab = 9;
+constexpr size_t kLongestLayerName = 255;
+constexpr size_t kAlignment = 4;  // of layer information
+
+// Colour channels of a layer; nothing for a mode that has no layers.
+std::optional<int> ColorChannels(uint16_t mode) {
+  switch (mode) {
+    case kGrayscale:
+    case kDuotone: return 1;
+    case kRGB:
+    case kLab: return 3;
+    case kCMYK: return 4;
+    default: return std::nullopt;
+  }
+}
+
+void Pad(std::string& bytes, size_t begin, size_t alignment) {
+  while ((bytes.size() - begin) % alignment != 0) bytes.push_back('\0');
+}
+
+// The name as a string of at most 255 bytes, and with all its characters in a block of its own.
+void AppendNames(std::string& extra, const std::string& name) {
+  const size_t begin = extra.size();
+  const std::string shortName =
+      platform::EncodeText(name, TextEncoding::kMacRoman).value_or("Text").substr(0, kLongestLayerName);
+  AppendBigEndian(extra, shortName.size(), 1);
+  extra += shortName;
+  Pad(extra, begin, 4);
+}
+
+void AppendUnicodeName(std::string& extra, const std::string& name) {
+  const std::string units = platform::EncodeText(name, TextEncoding::kUTF16BE).value_or(std::string());
+  std::string data;
+  AppendBigEndian(data, units.size() / 2, 4);
+  data += units;
+  Pad(data, 0, 4);
+  extra += "8BIMluni";
+  AppendBigEndian(extra, data.size(), 4);
+  extra += data;
+}
+
+// The record of a layer of no size, which has all channels and no pixels in them.
+std::string LayerRecord(const TextLayer& layer, int colors, int lengthWidth) {
+  std::string extra;
+  AppendBigEndian(extra, 0, 4);  // no mask
+  AppendBigEndian(extra, 0, 4);  // no blending ranges
+  AppendNames(extra, layer.text);
+  const std::string text = TypeToolData(layer.text, layer.fontName);
+  extra += "8BIMTySh";
+  AppendBigEndian(extra, text.size(), 4);
+  extra += text;
+  AppendUnicodeName(extra, layer.text);
+
+  std::string record(16, '\0');  // top, left, bottom, right
+  AppendBigEndian(record, static_cast<uint64_t>(colors) + 1, 2);
+  for (int channel = -1; channel < colors; ++channel) {
+    AppendBigEndian(record, static_cast<uint64_t>(channel), 2);
+    AppendBigEndian(record, 2, lengthWidth);  // the compression word alone
+  }
+  record += "8BIMnorm";
+  record += std::string("\xFF\0\0\0", 4);  // opaque, base, visible, filler
+  AppendBigEndian(record, extra.size(), 4);
+  return record + extra;
+}
+
+// The layer information with the new layers, from its count on.
+std::string LayersWith(std::string_view bytes, const LayeredFile& file, const std::vector<TextLayer>& added) {
+  const LayerInfo& old = file.layers;
+  const int colors = ColorChannels(file.colorMode).value_or(0);
+  const auto more = static_cast<int16_t>(added.size());
+  std::string info;
+  AppendBigEndian(info, static_cast<uint16_t>(old.count < 0 ? old.count - more : old.count + more), 2);
+  if (old.isPresent) info += bytes.substr(old.begin + 2, old.recordsEnd - old.begin - 2);
+  for (const TextLayer& layer : added) info += LayerRecord(layer, colors, file.LengthWidth());
+  if (old.isPresent) info += bytes.substr(old.recordsEnd, old.channelsEnd - old.recordsEnd);
+  info.append(added.size() * static_cast<size_t>(colors + 1) * 2, '\0');
+  Pad(info, 0, kAlignment);
+  return info;
+}
+
+// The end of the old layer information with the padding that only its length made necessary.
+size_t EndOfOldLayers(const LayeredFile& file) {
+  const LayerInfo& old = file.layers;
+  const bool isBlock = old.lengthField != file.layersAndMask + static_cast<size_t>(file.LengthWidth());
+  if (!isBlock) return old.end;
+  const size_t padded = old.begin + (old.end - old.begin + 3) / 4 * 4;
+  return std::min(padded, file.layersAndMaskEnd);
+}
+
+}  // namespace
+
+std::string TextLayerProblem(const LayeredFile& file) {
+  if (!file.layerProblem.empty()) return file.layerProblem;
+  if (!ColorChannels(file.colorMode)) return "documents of its colour mode have no text layers";
+  return "";
+}
+
+std::string AddTextLayers(std::string_view bytes, const std::vector<TextLayer>& layers, std::string& out) {
+  LayeredFile file;
+  std::string problem = ParseLayeredFile(bytes, file);
+  if (problem.empty()) problem = TextLayerProblem(file);
+  if (!problem.empty()) return problem;
+  const LayerInfo& old = file.layers;
+  const size_t count = static_cast<size_t>(old.count < 0 ? -old.count : old.count) + layers.size();
+  if (count > INT16_MAX) return "a document holds at most 32767 layers";
+
+  const auto width = static_cast<size_t>(file.LengthWidth());
+  const size_t sectionBegin = file.layersAndMask + width;
+  // Without layers the length field of the section's first part is the place, or has to be made with an empty mask.
+  const bool hasLengthField = old.isPresent || sectionBegin < file.layersAndMaskEnd;
+  const size_t lengthField = old.isPresent ? old.lengthField : sectionBegin;
+  const size_t oldEnd = old.isPresent ? EndOfOldLayers(file) : sectionBegin + (hasLengthField ? width : 0);
+  const size_t lengthWidth = old.isPresent ? old.begin - old.lengthField : width;
+
+  const std::string info = LayersWith(bytes, file, layers);
+  std::string section(bytes.substr(sectionBegin, lengthField - sectionBegin));
+  AppendBigEndian(section, info.size(), static_cast<int>(lengthWidth));
+  section += info;
+  if (!hasLengthField) AppendBigEndian(section, 0, 4);
+  section += bytes.substr(oldEnd, file.layersAndMaskEnd - oldEnd);
+  if (!file.isLarge && section.size() > UINT32_MAX) return "its layers grow beyond what a .psd file can hold";
+
+  out.clear();
+  out.reserve(bytes.size() + section.size());
+  out += bytes.substr(0, file.layersAndMask);
+  AppendBigEndian(out, section.size(), file.LengthWidth());
+  out += section;
+  out += bytes.substr(file.layersAndMaskEnd);
+  return "";
+}
+
+std::string NewLayeredFile(bool isLarge) {
+  constexpr uint64_t kWidth = 160, kHeight = 120, kChannels = 3;
+  std::string bytes = "8BPS";
+  AppendBigEndian(bytes, isLarge ? 2 : 1, 2);
+  AppendBigEndian(bytes, 0, 6);
+  AppendBigEndian(bytes, kChannels, 2);
+  AppendBigEndian(bytes, kHeight, 4);
+  AppendBigEndian(bytes, kWidth, 4);
+  AppendBigEndian(bytes, 8, 2);
+  AppendBigEndian(bytes, kRGB, 2);
+  AppendBigEndian(bytes, 0, 4);                // colour mode data
+  AppendBigEndian(bytes, 0, 4);                // image resources
+  AppendBigEndian(bytes, 0, isLarge ? 8 : 4);  // layers and mask
+  AppendBigEndian(bytes, 1, 2);                // run lengths: each row is two runs of half its white bytes
+  constexpr uint64_t kRun = kWidth / 2;
+  for (uint64_t row = 0; row < kHeight * kChannels; ++row) AppendBigEndian(bytes, 4, isLarge ? 4 : 2);
+  for (uint64_t run = 0; run < kHeight * kChannels * 2; ++run) {
+    AppendBigEndian(bytes, 257 - kRun, 1);
+    AppendBigEndian(bytes, 0xFF, 1);
+  }
+  return bytes;
+}
+
+}  // namespace host

@@ -1,0 +1,28 @@
+// Text layers for layered documents, and the documents themselves.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/LayeredFile.h"
+
+namespace host {
+
+// A text layer without pixels: the next program that edits its text draws it.
+struct TextLayer {
+  std::string text;      // UTF-8
+  std::string fontName;  // PostScript name
+};
+
+// Empty, or why no text layer can be added to a document of this structure.
+std::string TextLayerProblem(const LayeredFile& file);
+
+// Puts the file with the layers above all others into `out`, as one that ParseLayeredFile accepts. Every byte of the file
+// stays as it is but the counts and lengths that tell of the layers, and the padding behind them. Empty, or why not.
+std::string AddTextLayers(std::string_view bytes, const std::vector<TextLayer>& layers, std::string& out);
+
+// A white picture without layers.
+std::string NewLayeredFile(bool isLarge);
+
+}  // namespace host
