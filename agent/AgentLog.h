@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 
 namespace agent {
 

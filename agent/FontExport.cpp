@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
-#include "platform/LocalSocket.h"
 
 namespace agent {
 

@@ -12,8 +12,8 @@
 
 #include "agent/FaceReader.h"
 #include "agent/SfntTables.h"
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
-#include "platform/LocalSocket.h"
 #include "platform/TextEncoding.h"
 
 namespace agent {

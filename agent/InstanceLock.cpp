@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/Files.h"
+#include "platform/LocalSocket.h"
 
 namespace agent {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 
 namespace agent {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 #include "platform/RunLoop.h"
 
 namespace agent {

@@ -9,9 +9,9 @@
 
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
-#include "platform/LocalSocket.h"
 
 using namespace plugin_interface;
 using PluginInterface::FacadeHandle;
