@@ -217,6 +217,20 @@ std::error_code MakeFolder(const std::string& path, unsigned mode) {
   return FolderExists(path) ? std::error_code() : std::make_error_code(std::errc::not_a_directory);
 }
 
+Descriptor OpenPrivateFolder(const std::string& path, std::error_code& error) {
+  error = MakeFolder(path, 0700);
+  if (error) return Descriptor();
+  Descriptor folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  struct stat info;
+  if (!folder || fstat(folder.Get(), &info) != 0) {
+    error = LastError();
+    return Descriptor();
+  }
+  if (info.st_uid == geteuid() && (info.st_mode & 0077) == 0) return folder;
+  error = std::make_error_code(std::errc::permission_denied);
+  return Descriptor();
+}
+
 std::error_code RemoveTree(const std::string& path) {
   std::error_code error;
   std::filesystem::remove_all(path, error);

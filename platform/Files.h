@@ -6,6 +6,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/Descriptor.h"
 #include "platform/Export.h"
 
 namespace platform {
@@ -50,6 +51,9 @@ PLATFORM_API std::error_code CopyFile(const std::string& from, const std::string
 PLATFORM_API std::error_code MoveFile(const std::string& from, const std::string& to);
 // Makes the folder and those above it, the last with this mode; an existing folder is no error.
 PLATFORM_API std::error_code MakeFolder(const std::string& path, unsigned mode = 0755);
+// Makes the folder like MakeFolder with mode 0700 and opens it (O_PATH). One that another user owns or may look into is
+// refused: std::errc::permission_denied.
+PLATFORM_API Descriptor OpenPrivateFolder(const std::string& path, std::error_code& error);
 PLATFORM_API std::error_code RemoveTree(const std::string& path);
 
 // Modification date in nanoseconds since the epoch; 0 means failure.

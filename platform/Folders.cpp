@@ -1,5 +1,6 @@
 #include "platform/Folders.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -15,15 +16,26 @@ std::string Environment(const char* name) {
 
 std::string Either(std::string value, const std::string& otherwise) { return value.empty() ? otherwise : value; }
 
+// A relative path counts as unset, as the base-directory convention says.
+std::string FolderOfEnvironment(const char* name) {
+  std::string value = Environment(name);
+  return value.starts_with('/') ? value : "";
+}
+
+// Under sudo the variable may name the folder of another user, which must not be filled with root's files.
+std::string RuntimeFolder() {
+  const std::string runtime = FolderOfEnvironment("XDG_RUNTIME_DIR");
+  struct stat info;
+  const bool isOurs = !runtime.empty() && stat(runtime.c_str(), &info) == 0 && info.st_uid == geteuid();
+  return isOurs ? runtime + "/velorant" : "/tmp/velorant-" + std::to_string(geteuid());
+}
+
 Places WithDefaults(Places places) {
-  places.home = Either(places.home, Either(Environment("HOME"), "/"));
-  if (places.runtime.empty()) {
-    const std::string runtime = Environment("XDG_RUNTIME_DIR");
-    places.runtime = runtime.empty() ? "/tmp/velorant-" + std::to_string(getuid()) : runtime + "/velorant";
-  }
-  const std::string config = Either(Environment("XDG_CONFIG_HOME"), places.home + "/.config");
+  places.home = Either(places.home, Either(FolderOfEnvironment("HOME"), "/"));
+  places.runtime = Either(places.runtime, RuntimeFolder());
+  const std::string config = Either(FolderOfEnvironment("XDG_CONFIG_HOME"), places.home + "/.config");
   places.preferencesFile = Either(places.preferencesFile, config + "/velorant/preferences.plist");
-  const std::string state = Either(Environment("XDG_STATE_HOME"), places.home + "/.local/state");
+  const std::string state = Either(FolderOfEnvironment("XDG_STATE_HOME"), places.home + "/.local/state");
   places.logs = Either(places.logs, state + "/velorant/logs");
   return places;
 }

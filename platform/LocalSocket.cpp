@@ -39,9 +39,10 @@ Descriptor NewSocket(std::error_code& error) {
   return descriptor;
 }
 
-bool IsPrivate(int folder) {
-  struct stat info;
-  return fstat(folder, &info) == 0 && info.st_uid == getuid() && (info.st_mode & 0077) == 0;
+bool IsPeerThisUser(int connected) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return getsockopt(connected, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
 }
 
 std::error_code SendAll(int fd, const char* bytes, size_t count) {
@@ -84,18 +85,17 @@ Descriptor ConnectLocal(const std::string& folder, const std::string& name, std:
     error = LastError();
     return Descriptor();
   }
+  // Whoever made the folder first may listen in it.
+  if (!IsPeerThisUser(descriptor.Get())) {
+    error = std::make_error_code(std::errc::permission_denied);
+    return Descriptor();
+  }
   return descriptor;
 }
 
 Descriptor ListenLocal(const std::string& folder, const std::string& name, std::error_code& error) {
-  error = MakeFolder(folder, 0700);
+  const Descriptor at = OpenPrivateFolder(folder, error);
   if (error) return Descriptor();
-  const Descriptor at = OpenFolder(folder, error);
-  if (error) return Descriptor();
-  if (!IsPrivate(at.Get())) {
-    error = std::make_error_code(std::errc::permission_denied);
-    return Descriptor();
-  }
   std::error_code unreachable;
   if (ConnectLocal(folder, name, unreachable)) {
     error = std::make_error_code(std::errc::address_in_use);
@@ -124,9 +124,7 @@ Descriptor AcceptLocal(int listening, std::error_code& error) {
     error = LastError();
     return descriptor;
   }
-  ucred peer{};
-  socklen_t size = sizeof peer;
-  if (getsockopt(descriptor.Get(), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != getuid()) {
+  if (!IsPeerThisUser(descriptor.Get())) {
     error = std::make_error_code(std::errc::permission_denied);
     return Descriptor();
   }

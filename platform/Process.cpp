@@ -7,9 +7,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -62,8 +63,11 @@ bool ReadEntry(const std::string& path, RunningApplication& application) {
   const std::string executable = entry.GetString("Executable").Text();
   const std::string started = entry.GetString("StartTime").Text();
   if (pid <= 0 || started.empty() || StartTimeOf(pid) != started || !BelongsToThisUser(pid)) return false;
-  if (ExecutableOf(pid) != executable) return false;
-  application = {UniqueString(entry.GetString("Name").View()), entry.GetString("Identifier").Text(), executable, pid};
+  // The system adds a word once the file was replaced, by an update for example; the program still runs.
+  const std::string running = ExecutableOf(pid);
+  if (running != executable && running != executable + " (deleted)") return false;
+  application = {UniqueString(entry.GetString("Name").View()), entry.GetString("Identifier").Text(), executable, pid,
+                 std::strtoull(started.c_str(), nullptr, 10)};
   return true;
 }
 
@@ -106,6 +110,10 @@ std::vector<RunningApplication> RunningApplications() {
       unlink(path.c_str());  // left behind by a program that was killed
     }
   }
+  // The last started comes last: those who look for a name take the last of it.
+  std::sort(applications.begin(), applications.end(), [](const auto& a, const auto& b) {
+    return std::pair(a.startTime, a.processID) < std::pair(b.startTime, b.processID);
+  });
   return applications;
 }
 
@@ -122,7 +130,8 @@ class Announcement {
 
 std::shared_ptr<Announcement> AnnounceApplication(const std::string& name, const std::string& identifier,
                                                   std::string* error) {
-  std::error_code failure = MakeFolder(GetPlaces().runtime, 0700);
+  std::error_code failure;
+  OpenPrivateFolder(GetPlaces().runtime, failure);
   if (!failure) failure = MakeFolder(ApplicationsFolder(), 0700);
   const int pid = getpid();
   const std::string path = ApplicationsFolder() + "/" + std::to_string(pid);
@@ -152,7 +161,7 @@ namespace {
   setsid();
   const pid_t grandchild = fork();
   if (grandchild != 0) _exit(grandchild < 0 ? 1 : 0);
-  const int input = open("/dev/null", O_RDONLY);
+  const int input = open("/dev/null", O_RDONLY | O_CLOEXEC);
   dup2(input, 0);
   dup2(output, 1);
   dup2(output, 2);
@@ -187,7 +196,9 @@ bool LaunchDetached(const std::string& executable, const std::string& argument, 
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
   int reason = 0;
-  const ssize_t got = read(readEnd.Get(), &reason, sizeof reason);
+  ssize_t got = 0;  // nothing once the program runs, since that closes the pipe
+  while ((got = read(readEnd.Get(), &reason, sizeof reason)) < 0 && errno == EINTR) {
+  }
   if (got == static_cast<ssize_t>(sizeof reason)) return fail(reason);
   return (WIFEXITED(status) && WEXITSTATUS(status) == 0) || fail(EAGAIN);
 }
@@ -202,7 +213,9 @@ void RemovePowerObserver(int token) { Observers().byToken.erase(token); }
 
 void PostPowerEvent(PowerEvent event) {
   const auto observers = Observers().byToken;
-  for (const auto& [token, observer] : observers) observer(event);
+  for (const auto& [token, observer] : observers) {
+    if (Observers().byToken.contains(token)) observer(event);  // unless one before it removed it
+  }
 }
 
 std::string CreateUUIDString() {

@@ -5,6 +5,7 @@
 // counts, so what a killed program left behind is ignored and removed.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -19,11 +20,13 @@ struct RunningApplication {
   std::string identifier;
   std::string executablePath;
   int processID = 0;
+  uint64_t startTime = 0;  // in clock ticks since the machine started
 };
 
 // The one string object for a short ASCII text; the same handle for the same text, for the life of the process.
 PLATFORM_API String UniqueString(std::string_view text);
 
+// In the order of their start.
 PLATFORM_API std::vector<RunningApplication> RunningApplications();
 
 // Announces this process until the returned object goes; null with a line in *error if the folder cannot be written.

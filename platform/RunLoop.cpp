@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <deque>
 #include <map>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -37,9 +37,7 @@ void Guarded(const char* what, const Call& call) {
   } catch (...) {
     problem = "an exception of an unknown type";
   }
-  const std::string line = std::string("Exception left a ") + what + ": " + problem;
-  std::fprintf(stderr, "%s\n", line.c_str());
-  TraceLine(0, line);
+  ReportProblem(std::string("Exception left a ") + what + ": " + problem);
 }
 
 }  // namespace
@@ -60,6 +58,19 @@ struct RunLoop::State {
   std::vector<Entry> timers;
   std::map<int, std::function<void()>> descriptors;
   bool stopped = false;
+
+  // One run of the loop. A stop ends the innermost run only; the one around it goes on.
+  class Run {
+   public:
+    explicit Run(State& state) : state_(state), around_(std::exchange(state.stopped, false)) {}
+    ~Run() { state_.stopped = around_; }
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+   private:
+    State& state_;
+    bool around_;
+  };
 
   std::mutex mutex;  // guards posted
   std::deque<std::function<void()>> posted;
@@ -82,6 +93,10 @@ struct RunLoop::State {
 
   static bool Firing(const RunLoopTimer& timer) { return timer.firing_; }
 
+  bool Contains(const RunLoopTimerRef& timer) const {
+    return std::any_of(timers.begin(), timers.end(), [&](const Entry& entry) { return entry.timer == timer; });
+  }
+
   void FireDue(RunLoopMode mode) {
     const double now = Clock::Now();
     std::vector<RunLoopTimerRef> due;
@@ -91,7 +106,10 @@ struct RunLoop::State {
     }
     std::stable_sort(due.begin(), due.end(),
                      [](const auto& a, const auto& b) { return a->nextFireDate_ < b->nextFireDate_; });
-    for (const RunLoopTimerRef& timer : due) Fire(*timer, now);
+    for (const RunLoopTimerRef& timer : due) {
+      // A callback before it may have taken the timer out or put it off.
+      if (Contains(timer) && timer->nextFireDate_ <= now) Fire(*timer, now);
+    }
     std::erase_if(timers, [](const Entry& entry) { return !entry.timer->valid_; });
   }
 
@@ -109,14 +127,23 @@ struct RunLoop::State {
     if (!timer.valid_) timer.callback_ = nullptr;
   }
 
-  bool RunPosted() {
-    std::deque<std::function<void()>> taken;
-    {
-      const std::lock_guard lock(mutex);
-      taken.swap(posted);
+  // Those that were posted until now. One by one, so that a callback that runs the loop again lets the others pass.
+  void RunPosted() {
+    std::unique_lock lock(mutex);
+    for (size_t left = posted.size(); left > 0 && !posted.empty(); --left) {
+      const std::function<void()> callback = std::move(posted.front());
+      posted.pop_front();
+      lock.unlock();
+      Guarded("posted callback", callback);
+      lock.lock();
     }
-    for (auto& callback : taken) Guarded("posted callback", callback);
-    return !taken.empty();
+    // What came meanwhile is for the next turn, which must not wait.
+    if (!posted.empty()) Wake();
+  }
+
+  void Wake() {
+    const uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(wake.Get(), &one, sizeof one);
   }
 
   // Waits at most so long for a descriptor or a posted callback, and serves what is ready.
@@ -134,6 +161,12 @@ struct RunLoop::State {
       const auto found = descriptors.find(polled[i].fd);
       if (found == descriptors.end()) continue;
       const auto callback = found->second;
+      if (polled[i].revents & POLLNVAL) {
+        // Closed by its owner but still watched; it would be ready for ever.
+        ReportProblem("The watched descriptor " + std::to_string(polled[i].fd) + " is closed; it is not watched any more");
+        descriptors.erase(found);
+        continue;
+      }
       Guarded("descriptor's callback", callback);
     }
     RunPosted();
@@ -159,8 +192,7 @@ void RunLoop::Post(std::function<void()> callback) {
     const std::lock_guard lock(state_->mutex);
     state_->posted.push_back(std::move(callback));
   }
-  const uint64_t one = 1;
-  [[maybe_unused]] const ssize_t written = write(state_->wake.Get(), &one, sizeof one);
+  state_->Wake();
 }
 
 void RunLoop::WatchDescriptor(int descriptor, std::function<void()> callback) {
@@ -170,13 +202,13 @@ void RunLoop::WatchDescriptor(int descriptor, std::function<void()> callback) {
 void RunLoop::UnwatchDescriptor(int descriptor) { state_->descriptors.erase(descriptor); }
 
 void RunLoop::RunFor(double seconds, RunLoopMode mode) {
-  state_->stopped = false;
+  const State::Run run(*state_);
   const double end = Clock::Now() + seconds;
   for (;;) {
     state_->FireDue(mode);
     const double now = Clock::Now();
     const double next = std::min(end, state_->NextDate(mode));
-    state_->Poll(Clock::IsDriven() || next <= now ? 0.0 : next - now);
+    state_->Poll(Clock::IsDriven() || state_->stopped || next <= now ? 0.0 : next - now);
     if (state_->stopped || Clock::Now() >= end) break;
     if (Clock::IsDriven() && next > Clock::Now()) Clock::SetDriven(next);
   }
@@ -184,21 +216,19 @@ void RunLoop::RunFor(double seconds, RunLoopMode mode) {
 }
 
 bool RunLoop::RunUntil(const std::function<bool()>& condition, double mostRealSeconds, RunLoopMode mode) {
-  state_->stopped = false;
+  const State::Run run(*state_);
   const double end = RealSeconds() + mostRealSeconds;
   while (!condition()) {
     const double left = end - RealSeconds();
-    if (left <= 0 || state_->stopped) return condition();
+    if (left <= 0 || state_->stopped) return false;
     const double next = Clock::IsDriven() ? left : std::min(left, state_->NextDate(mode) - Clock::Now());
     state_->Poll(std::max(0.0, next));
+    if (condition()) break;
     state_->FireDue(mode);
   }
   return true;
 }
 
-void RunLoop::Stop() {
-  state_->stopped = true;
-  Post([] {});
-}
+void RunLoop::Stop() { state_->stopped = true; }
 
 }  // namespace platform

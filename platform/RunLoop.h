@@ -70,6 +70,7 @@ class PLATFORM_API RunLoop {
   // tested before any wait and after each callback. A driven clock stands still meanwhile.
   bool RunUntil(const std::function<bool()>& condition, double mostRealSeconds,
                 RunLoopMode mode = RunLoopMode::kDefault);
+  // From a callback: ends the innermost run once the callback has returned; the runs around it go on.
   void Stop();
 
  private:

@@ -2,13 +2,15 @@
 
 #include <iconv.h>
 #include <unicode/coll.h>
+#include <unicode/ucnv.h>
 #include <unicode/unistr.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
+#include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -55,14 +57,43 @@ class Converter {
   iconv_t handle_;
 };
 
+// The C library's table of MacRoman differs from the published one in two places, so that ICU converts here.
+class MacRoman {
+ public:
+  MacRoman() : converter_(ucnv_open("macintosh", &status_)) {
+    ucnv_setFromUCallBack(converter_, UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status_);
+    ucnv_setFallback(converter_, false);
+  }
+  ~MacRoman() { ucnv_close(converter_); }
+  MacRoman(const MacRoman&) = delete;
+  MacRoman& operator=(const MacRoman&) = delete;
+
+  std::optional<std::string> Decode(std::string_view bytes) {
+    std::u16string units(bytes.size(), u'\0');  // one for each byte
+    ucnv_toUChars(converter_, units.data(), static_cast<int32_t>(units.size()), bytes.data(),
+                  static_cast<int32_t>(bytes.size()), &status_);
+    return U_SUCCESS(status_) ? UTF16ToUTF8(units) : std::nullopt;
+  }
+  std::optional<std::string> Encode(std::u16string_view text) {
+    std::string bytes(text.size(), '\0');
+    ucnv_fromUChars(converter_, bytes.data(), static_cast<int32_t>(bytes.size()), text.data(),
+                    static_cast<int32_t>(text.size()), &status_);
+    return U_SUCCESS(status_) ? std::optional(bytes) : std::nullopt;
+  }
+
+ private:
+  UErrorCode status_ = U_ZERO_ERROR;
+  UConverter* converter_;
+};
+
 const char* NameOf(TextEncoding encoding) {
   switch (encoding) {
-    case TextEncoding::kMacRoman: return "MACINTOSH";
     case TextEncoding::kISOLatin1: return "ISO-8859-1";
     case TextEncoding::kWindowsLatin1: return "CP1252";
     case TextEncoding::kASCII: return "ASCII";
     case TextEncoding::kUTF16BE: return "UTF-16BE";
     case TextEncoding::kUTF8: return "UTF-8";
+    case TextEncoding::kMacRoman:
     case TextEncoding::kNonLossyASCII: return nullptr;
   }
   return nullptr;
@@ -155,6 +186,7 @@ bool AreForICU(std::string_view a, std::string_view b) {
 std::optional<std::string> DecodeText(std::string_view bytes, TextEncoding encoding) {
   if (encoding == TextEncoding::kUTF8) return IsValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
   if (encoding == TextEncoding::kNonLossyASCII) return DecodeNonLossyASCII(bytes);
+  if (encoding == TextEncoding::kMacRoman) return bytes.size() < kLongestForICU ? MacRoman().Decode(bytes) : std::nullopt;
   Converter converter("UTF-8", NameOf(encoding));
   return converter.Convert(bytes);
 }
@@ -163,6 +195,9 @@ std::optional<std::string> EncodeText(std::string_view utf8, TextEncoding encodi
   if (!IsValidUTF8(utf8)) return std::nullopt;
   if (encoding == TextEncoding::kUTF8) return std::string(utf8);
   if (encoding == TextEncoding::kNonLossyASCII) return EncodeNonLossyASCII(utf8);
+  if (encoding == TextEncoding::kMacRoman) {
+    return utf8.size() < kLongestForICU ? MacRoman().Encode(*UTF8ToUTF16(utf8)) : std::nullopt;
+  }
   Converter converter(NameOf(encoding), "UTF-8");
   return converter.Convert(utf8);
 }
@@ -322,14 +357,17 @@ int32_t IntegerOfText(std::string_view text) {
 }
 
 double RealOfText(std::string_view text) {
-  // Plain decimal numbers only: the C library would also take "inf", "nan" and hexadecimal ones.
-  size_t at = text.find_first_not_of(" \t\n\v\f\r");
-  if (at == std::string_view::npos) return 0.0;
-  const size_t digits = text[at] == '+' || text[at] == '-' ? at + 1 : at;
+  const size_t start = text.find_first_not_of(" \t\n\v\f\r");
+  if (start == std::string_view::npos) return 0.0;
+  text.remove_prefix(start);
+  const bool hasPlus = text.front() == '+';
+  if (hasPlus) text.remove_prefix(1);
+  // Plain decimal numbers only: words for infinity begin like font versions of no number.
+  double value = 0.0;
+  const size_t digits = !hasPlus && text.starts_with('-') ? 1 : 0;
   if (digits >= text.size() || !((text[digits] >= '0' && text[digits] <= '9') || text[digits] == '.')) return 0.0;
-  size_t end = text.find_first_not_of("0123456789.eE+-", digits);
-  const double value = std::strtod(std::string(text.substr(at, end == std::string_view::npos ? end : end - at)).c_str(), nullptr);
-  return std::isfinite(value) ? value : 0.0;
+  // Whatever the locale is, unlike the C library's function.
+  return std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc() ? value : 0.0;
 }
 
 }  // namespace platform
