@@ -1,8 +1,7 @@
 // Lets a number of threads go on once all of them have come. Good for one use.
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include "GSystemLock.h"
 
 class GBarrier {
  public:
@@ -13,7 +12,6 @@ class GBarrier {
   void Wait();
 
  private:
-  std::mutex mMutex;
-  std::condition_variable mCondition;
+  GSystemLock mSystem;
   unsigned int mStillToCome;
 };

@@ -1,10 +1,10 @@
 // A signal that one waiter takes (Signal), or that all waiters pass, later ones too, until Reset (Broadcast).
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include <ctime>
 
 #include "ErrorCodes.h"
+#include "GSystemLock.h"
 
 class GCondition {
  public:
@@ -14,17 +14,16 @@ class GCondition {
   GCondition& operator=(const GCondition&) = delete;
 
   TModuleErrorCode Wait();
-  // lock_codes::kWaitTimedOut when the time ran out.
+  // lock_codes::kWaitTimedOut when the time ran out, lock_codes::kSystemFailure on any other failure.
   TModuleErrorCode TimedWait(unsigned int milliseconds);
   TModuleErrorCode Signal();
   TModuleErrorCode Broadcast();
   TModuleErrorCode Reset();
 
  private:
-  void TakeSignal();
+  int WaitForSignal(const timespec* end);
 
-  std::mutex mMutex;  // guards the two flags
-  std::condition_variable mCondition;
+  GSystemLock mSystem;  // guards the two flags
   bool mSignalled = false;
   bool mAutoReset = true;
 };

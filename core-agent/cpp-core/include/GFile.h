@@ -23,13 +23,15 @@ class GFile {
   GFile(const GFile&) = delete;
   GFile& operator=(const GFile&) = delete;
 
-  // Closes an open file first. kFileNotFound for a file to be read that is not there, else kOpenFailed.
+  // Mode bits of EMode; without eRead and eWrite nothing can be opened, and eBinary changes nothing here. Closes an open
+  // file first. kFileNotFound for a file to be read that is not there, else kOpenFailed.
   virtual TModuleErrorCode Open(const GFileSystemSpec& spec, int mode);
   virtual TModuleErrorCode Close();
   virtual bool IsOpen() const { return mFile != nullptr; }
   virtual GFileSystemSpec GetFileSpec() const { return mSpec; }
   virtual TModuleErrorCode GetFileSize(unsigned long long& size);
   virtual TModuleErrorCode SetFileSize(unsigned long long size);
+  // Offsets backwards are given as two's complement.
   virtual TModuleErrorCode SetFilePosition(EPosition from, unsigned long long offset);
   virtual TModuleErrorCode GetFilePosition(unsigned long long& position);
   // From the present position to the end.
@@ -54,9 +56,13 @@ class GFile {
   static std::string OSGetModeString(int mode);
 
  private:
+  enum class EDirection { kNone, kReading, kWriting };
+
+  TModuleErrorCode TurnTo(EDirection direction);
   TModuleErrorCode RemainingSize(unsigned long long& size);
   TModuleErrorCode ReadBytes(void* bytes, unsigned long long count);
 
   std::FILE* mFile = nullptr;
+  EDirection mDirection = EDirection::kNone;  // of the last transfer
   GFileSystemSpec mSpec;
 };

@@ -16,5 +16,5 @@ class GFileSystem {
   static TModuleErrorCode OSExpandPath(std::string& path);
   static bool OSIsValidFullPath(const std::string& path);
   static bool OSIsPartialPath(const std::string& path);
-  static std::string OSGetCWD();
+  static std::string OSGetCWD();  // empty if the current folder is gone
 };

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "GMutex.h"
+
 class GKVTree;
 
 class GLogAppender {
@@ -54,7 +56,8 @@ class GLogger {
   void SetLoggingLevelsFromKVTree(const GKVTree& levels);
   void ResetAllLoggingLevels();
 
-  // Takes the appender over; null removes the one registered. Identifiers of appenders keep their case.
+  // Takes the appender over; null removes the one registered. Identifiers of appenders keep their case. From inside an
+  // appender the change of appenders is refused, without effect: the lock is held.
   void SetAppender(const std::string& identifier, GLogAppender* appender);
   GLogAppender* GetAppender(const std::string& identifier);  // still the logger's; null if there is none
   void RemoveAllAppenders();
@@ -67,12 +70,17 @@ class GLogger {
 
   size_t BufferSizeForTesting() const { return mBuffer.size(); }
 
+ protected:
+  void ClearLoggingLevels();  // not even the default keeps a level
+
  private:
   const char* FormatIntoBuffer(const std::string& format, va_list arguments);
+  bool IsLoggingOnThisThread();
+  void SetLoggingThread(std::thread::id thread);
 
-  std::mutex mAppenderMutex;  // guards mAppenders and mBuffer; taken before mThreadMutex
+  GMutex mAppenderMutex;  // guards mAppenders and mBuffer; taken before mThreadMutex
   std::map<std::string, std::unique_ptr<GLogAppender>> mAppenders;
-  std::mutex mLevelMutex;
+  GMutex mLevelMutex;
   std::map<std::string, LoggingLevel> mLevels;  // by lower-case identifier
   std::vector<char> mBuffer;
   std::mutex mThreadMutex;

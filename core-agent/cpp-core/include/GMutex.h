@@ -4,11 +4,10 @@
 // a thread that does not own it); kBusy another thread has it and the time is used up.
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
-#include <thread>
+#include <pthread.h>
 
 #include "ErrorCodes.h"
+#include "GSystemLock.h"
 
 namespace lock_codes {
 inline constexpr TModuleErrorCode kNotAvailable = 0x0100100B;
@@ -17,6 +16,9 @@ inline constexpr TModuleErrorCode kWaitTimedOut = 0x0100100D;
 inline constexpr TModuleErrorCode kInvalid = 0x0200100B;
 inline constexpr TModuleErrorCode kSystemFailure = 0x01000000;
 inline constexpr TModuleErrorCode kFailedToAcquireLock = 0x0100101D;
+
+// The system's ETIMEDOUT, EAGAIN and EINVAL as kBusy, kNotAvailable and kInvalid, any other failure as kSystemFailure.
+TModuleErrorCode FromSystemError(int error);
 }  // namespace lock_codes
 
 class GLockable {
@@ -46,13 +48,15 @@ class GMutex : public GLockable {
 
  private:
   TModuleErrorCode LockInternal(unsigned int timeout);
+  TModuleErrorCode Take(unsigned int timeout);
+  TModuleErrorCode WaitUntilFree(unsigned int timeout);
+  bool IsOwner() const { return mCount > 0 && pthread_equal(mOwner, pthread_self()); }
 
   // Guards the count and the owner only; it is never held while the owner's critical section runs.
-  std::mutex mMutex;
-  std::condition_variable mCondition;
+  GSystemLock mSystem;
   unsigned int mCount = 0;
   bool mRecursive;
-  std::thread::id mOwner;
+  pthread_t mOwner{};  // means something while the count is above 0
 };
 
 class GRecursiveMutex : public GMutex {

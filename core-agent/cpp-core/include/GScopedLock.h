@@ -25,7 +25,7 @@ class GScopedLock {
   GScopedLock(const GScopedLock&) = delete;
   GScopedLock& operator=(const GScopedLock&) = delete;
 
-  bool Lock();    // true at once if it already holds the lock
+  bool Lock();  // true at once if it already holds the lock
   bool Unlock();
   bool IsLocked() const { return mLocked; }
 

@@ -26,7 +26,8 @@ class GStringUtils {
   static bool BeginsWith(const std::string& text, const std::string& part);
   static bool EndsWith(const std::string& text, const std::string& part);
   static bool Contains(const std::string& text, const std::string& part);
-  // Whether the whole text matches the ECMAScript expression; a malformed expression matches nothing.
+  // Whether the whole text matches the expression, of the form that ICU takes. A malformed expression, malformed UTF-8 and
+  // an expression that would backtrack for seconds match nothing.
   static bool IsRegExMatch(const std::string& text, const std::string& expression);
 
   // Case and space, byte by byte in the C locale.
@@ -65,7 +66,8 @@ class GStringUtils {
   // Editing.
   static std::string StringReplace(const std::string& text, const std::string& from, const std::string& to,
                                    size_t maxCount = SIZE_MAX);
-  // Takes whole characters off the end until the text has at most so many bytes.
+  // Takes whole characters off the end until the text has at most so many bytes. Malformed text is left as it is, with
+  // CoreErrorCodes::kNullPointer.
   static TModuleErrorCode OSTruncateUTF8String(std::string& text, size_t maxBytes);
   static std::vector<char> StringToByteVector(const std::string& text);
   static std::vector<unsigned char> StringToUByteVector(const std::string& text);

@@ -1,7 +1,7 @@
 // A thread with a name, a state, a result, and a place in the registry of all threads.
 //
 // A thread may be started again once it has finished. Nothing forces an entry function to end: it reads GetThreadState and
-// leaves when it sees kStopRequested. Lock order: a thread's own lock before the registry's.
+// leaves when it sees kStopRequested. A thread's own lock is never held while the registry's is asked for.
 #pragma once
 
 #include <pthread.h>
@@ -29,9 +29,9 @@ class GThread {
 
   // Nothing if it runs already. The thread has its name and its OS data when this returns.
   void StartThread();
-  // With wait, returns once the thread has finished.
+  // With wait, returns once the thread has finished; not for the thread itself, which would wait for ever.
   void StopThread(bool wait);
-  // Starts, waits, and gives the entry function's result.
+  // Starts, waits, and gives the entry function's result; null if the system has no thread to give.
   void* RunSynchronously();
 
   EThreadState GetThreadState() const;
@@ -47,7 +47,10 @@ class GThread {
 
   GThread();  // the object of the thread that first uses the registry
   static void OSThreadingSetup();
+  static void OSThreadSetup();
+  static void OSThreadCleanup();
   static void* PthreadInternal(void* thread);
+  bool CreateDetachedThread();
   static bool AreThreadsEqual(const OSData& a, const OSData& b);
   void Run();
   OSData GetOSData() const;

@@ -4,6 +4,8 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <iosfwd>
+#include <nlohmann/json_fwd.hpp>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,6 +13,8 @@
 #include "ErrorCodes.h"
 
 class GKVTree;
+class GLibXMLNode;
+class XMLElementWriter;
 
 class GValue {
  public:
@@ -45,6 +49,13 @@ class GValue {
   static constexpr const char* kStrTypeName_kvtree = "kvtree";
   static constexpr const char* kStrTypeName_uLongLong = "TUInt64";
   static constexpr const char* kStrTypeName_NULL = "null";
+
+  static constexpr const char* kStrElementName_value = "value";
+  static constexpr const char* kStrAttributeName_type = "type";
+  static constexpr const char* kStrAttributeName_isArray = "isArray";
+  static constexpr const char* kStrAttributeName_size = "size";
+  static constexpr const char* kStrElementName_str = "str";
+  static constexpr const char* kStrElementName_integer = "integer";
 
   // One element; which field is in use follows from which pointer is set.
   struct GValueImpl {
@@ -93,9 +104,26 @@ class GValue {
   template <class T>
   TModuleErrorCode GetValue(std::set<T>& out) const;
 
+  // The element as text: "true" or "false", decimal numbers, the string itself. kValueConversionError for a tree or null.
+  TModuleErrorCode GetValueAsUTF8String(std::string& out, size_t index = 0) const;
+
+  // The XML form: an element "value" with the attributes type, isArray and size, and a child "str", "integer" or "kvtree"
+  // for each element. Other holders of a shared vector keep what they have.
+  // On failure, with a code of GLibXMLSerializable or kValueSizeMismatch, the value is unchanged. A null value is written
+  // and can't be read back: its type name is refused like an unknown one.
+  TModuleErrorCode SetFromXMLNode(const GLibXMLNode& node);
+  // Element names carry the prefix, if it is not empty, before a colon. Nothing is written on failure: kInvalidTextContent
+  // for a text that XML can't hold, kNotSupported for trees in trees beyond what a reader takes.
+  TModuleErrorCode WriteToXMLStream(std::ostream& stream, const std::string& prefix = "", bool pretty = false,
+                                    unsigned indent = 0) const;
+  // A value of its own kind, or an array of such. kEmptyValueBytes for a single value without an element,
+  // kValueConversionError for malformed UTF-8; `json` is written on success.
+  TModuleErrorCode ConvertToJSON(nlohmann::json& json) const;
+
   EValueType GetValueType() const { return m_eValueType; }
   bool IsArray() const { return m_isArray || m_dataPtr->size() > 1; }
   size_t GetSize() const { return m_dataPtr->size(); }
+  const GValueImpl& GetElement(size_t index) const { return (*m_dataPtr)[index]; }  // index below GetSize
 
   static EValueType GetTypeFromString(const std::string& name);
   static const char* GetStringFromType(EValueType type);
@@ -103,6 +131,10 @@ class GValue {
   friend bool operator==(const GValue& a, const GValue& b);
 
  private:
+  friend class GKVTree;
+  TModuleErrorCode CheckForXML(unsigned depth) const;
+  void WriteXML(XMLElementWriter& writer, unsigned indent) const;
+
   void Replace(EValueType type, bool isArray, std::vector<GValueImpl> elements);
   TModuleErrorCode Check(EValueType type, size_t index) const;
 

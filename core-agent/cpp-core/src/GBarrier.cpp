@@ -6,10 +6,8 @@ GBarrier::GBarrier(unsigned int threadCount) : mStillToCome(threadCount) { asser
 GBarrier::~GBarrier() = default;
 
 void GBarrier::Wait() {
-  std::unique_lock lock(mMutex);
-  if (mStillToCome > 0 && --mStillToCome == 0) {
-    mCondition.notify_all();
-    return;
-  }
-  mCondition.wait(lock, [this] { return mStillToCome == 0; });
+  mSystem.Lock();
+  if (mStillToCome > 0 && --mStillToCome == 0) mSystem.Broadcast();
+  while (mStillToCome > 0) mSystem.Wait();
+  mSystem.Unlock();
 }

@@ -1,49 +1,56 @@
 #include "GCondition.h"
 
-#include <chrono>
+#include <cerrno>
 
 #include "GMutex.h"
+#include "GUtils.h"
 
 GCondition::GCondition() = default;
 GCondition::~GCondition() = default;
 
-void GCondition::TakeSignal() {
-  if (mAutoReset) mSignalled = false;
+// Takes the signal once it is there; null waits for ever.
+int GCondition::WaitForSignal(const timespec* end) {
+  if (const int error = mSystem.Lock()) return error;
+  int error = 0;
+  while (error == 0 && !mSignalled) error = end ? mSystem.WaitUntil(*end) : mSystem.Wait();
+  if (mSignalled) {
+    error = 0;
+    if (mAutoReset) mSignalled = false;
+  }
+  mSystem.Unlock();
+  return error;
 }
 
-TModuleErrorCode GCondition::Wait() {
-  std::unique_lock lock(mMutex);
-  mCondition.wait(lock, [this] { return mSignalled; });
-  TakeSignal();
-  return CoreErrorCodes::kSuccess;
-}
+TModuleErrorCode GCondition::Wait() { return lock_codes::FromSystemError(WaitForSignal(nullptr)); }
 
 TModuleErrorCode GCondition::TimedWait(unsigned int milliseconds) {
-  std::unique_lock lock(mMutex);
-  const auto signalled = [this] { return mSignalled; };
-  if (!mCondition.wait_for(lock, std::chrono::milliseconds(milliseconds), signalled)) return lock_codes::kWaitTimedOut;
-  TakeSignal();
-  return CoreErrorCodes::kSuccess;
+  const timespec end = GUtils::FutureMillisecondsToAbsTime(milliseconds);
+  const int error = WaitForSignal(&end);
+  if (error == 0) return CoreErrorCodes::kSuccess;
+  return error == ETIMEDOUT ? lock_codes::kWaitTimedOut : lock_codes::kSystemFailure;
 }
 
 TModuleErrorCode GCondition::Signal() {
-  const std::lock_guard lock(mMutex);
+  if (const int error = mSystem.Lock()) return lock_codes::FromSystemError(error);
   mSignalled = true;
-  mCondition.notify_one();
-  return CoreErrorCodes::kSuccess;
+  const int result = mSystem.Signal();
+  mSystem.Unlock();
+  return lock_codes::FromSystemError(result);
 }
 
 TModuleErrorCode GCondition::Broadcast() {
-  const std::lock_guard lock(mMutex);
+  if (const int error = mSystem.Lock()) return lock_codes::FromSystemError(error);
   mSignalled = true;
   mAutoReset = false;
-  mCondition.notify_all();
-  return CoreErrorCodes::kSuccess;
+  const int result = mSystem.Broadcast();
+  mSystem.Unlock();
+  return lock_codes::FromSystemError(result);
 }
 
 TModuleErrorCode GCondition::Reset() {
-  const std::lock_guard lock(mMutex);
+  if (const int error = mSystem.Lock()) return lock_codes::FromSystemError(error);
   mSignalled = false;
   mAutoReset = true;
+  mSystem.Unlock();
   return CoreErrorCodes::kSuccess;
 }

@@ -29,7 +29,9 @@ void ParseLine(const std::string& line, GConfigurationFile::Values& out) {
 
 TModuleErrorCode GConfigurationFile::ParseString(const std::string& text, Values& out) {
   out.clear();
-  for (const std::string& line : GStringUtils::TokenizeString(text, "\r\n")) ParseLine(line, out);
+  std::vector<std::string> lines;
+  GStringUtils::OSTokenizeString(text, "\r\n", lines);
+  for (const std::string& line : lines) ParseLine(line, out);
   return CoreErrorCodes::kSuccess;
 }
 

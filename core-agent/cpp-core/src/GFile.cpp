@@ -10,7 +10,7 @@
 namespace {
 constexpr TModuleErrorCode kSystemFailure = CoreErrorCodes::kError;
 
-// A folder can be opened for reading but is no file.
+// A folder can be opened for reading, but has no size and no bytes that could be read.
 bool IsFolder(std::FILE* file) {
   struct stat info;
   return fstat(fileno(file), &info) == 0 && S_ISDIR(info.st_mode);
@@ -34,6 +34,8 @@ std::string GFile::OSGetModeString(int mode) { return GetModeString(mode) + "b";
 
 TModuleErrorCode GFile::Open(const GFileSystemSpec& spec, int mode) {
   if (mFile) PASS_ON_ERROR(Close());
+  // The system would end the path at a NUL and open another file.
+  RETURN_IF("FileSystem", spec.GetFullPath().find('\0') != std::string::npos, kOpenFailed);
   errno = 0;
   std::FILE* file = std::fopen(spec.GetFullPath().c_str(), OSGetModeString(mode).c_str());
   RETURN_IF("FileSystem", file == nullptr && (mode & eRead) && errno == ENOENT, kFileNotFound);
@@ -45,6 +47,7 @@ TModuleErrorCode GFile::Open(const GFileSystemSpec& spec, int mode) {
   }
   mFile = file;
   mSpec = spec;
+  mDirection = EDirection::kNone;
   return CoreErrorCodes::kSuccess;
 }
 
@@ -97,13 +100,24 @@ TModuleErrorCode GFile::RemainingSize(unsigned long long& remaining) {
   return CoreErrorCodes::kSuccess;
 }
 
-TModuleErrorCode GFile::ReadBytes(void* bytes, unsigned long long count) {
+// The C library wants a change of position between a write and a read.
+TModuleErrorCode GFile::TurnTo(EDirection direction) {
   RETURN_IF("FileSystem", mFile == nullptr, kFileNotOpen);
+  if (mDirection != direction) RETURN_IF("FileSystem", fseeko(mFile, 0, SEEK_CUR) != 0 && errno != ESPIPE, kSystemFailure);
+  mDirection = direction;
+  return CoreErrorCodes::kSuccess;
+}
+
+TModuleErrorCode GFile::ReadBytes(void* bytes, unsigned long long count) {
+  PASS_ON_ERROR(TurnTo(EDirection::kReading));
   RETURN_IF("FileSystem", std::fread(bytes, 1, count, mFile) != count, kSystemFailure);
   return CoreErrorCodes::kSuccess;
 }
 
 TModuleErrorCode GFile::Read(unsigned long long count, std::vector<char>& bytes) {
+  unsigned long long remaining = 0;
+  PASS_ON_ERROR(RemainingSize(remaining));
+  RETURN_IF("FileSystem", count > remaining, kSystemFailure);  // before memory is asked for
   std::vector<char> read(count);
   PASS_ON_ERROR(ReadBytes(read.data(), count));
   bytes.swap(read);
@@ -147,7 +161,7 @@ TModuleErrorCode GFile::Read(unsigned int& value) {
 }
 
 TModuleErrorCode GFile::Write(const char* bytes, unsigned long long count) {
-  RETURN_IF("FileSystem", mFile == nullptr, kFileNotOpen);
+  PASS_ON_ERROR(TurnTo(EDirection::kWriting));
   RETURN_IF("FileSystem", std::fwrite(bytes, 1, count, mFile) != count, kSystemFailure);
   return CoreErrorCodes::kSuccess;
 }

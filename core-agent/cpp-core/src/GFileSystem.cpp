@@ -66,7 +66,8 @@ GFileSystemSpec::GFileSystemSpec(const std::string& path) {
     SetFullPath(bare);
     return;
   }
-  if (SetFullPath(GFileSystem::OSGetCWD()) == CoreErrorCodes::kSuccess) AppendPathComponent(bare);
+  const std::string current = GFileSystem::OSGetCWD();
+  if (!current.empty() && SetFullPath(current) == CoreErrorCodes::kSuccess) AppendPathComponent(bare);
 }
 
 TModuleErrorCode GFileSystemSpec::SetFullPath(const std::string& path) {

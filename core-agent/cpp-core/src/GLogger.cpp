@@ -3,9 +3,33 @@
 #include <cstdio>
 
 #include "GDateTime.h"
-#include "GKVTree.h"
 #include "GSingleton.h"
 #include "GStringUtils.h"
+
+namespace {
+
+// A lock for a scope that may be refused. GScopedLock would report its failure to the logger that asks.
+class HeldMutex {
+ public:
+  explicit HeldMutex(GMutex& mutex) : mMutex(mutex), mIsHeld(mutex.Lock() == CoreErrorCodes::kSuccess) {}
+  ~HeldMutex() {
+    if (mIsHeld) mMutex.Unlock();
+  }
+  HeldMutex(const HeldMutex&) = delete;
+  HeldMutex& operator=(const HeldMutex&) = delete;
+  explicit operator bool() const { return mIsHeld; }
+
+ private:
+  GMutex& mMutex;
+  bool mIsHeld;
+};
+
+// The identifier stands inside a format.
+std::string EscapedForFormat(const std::string& identifier) {
+  return GStringUtils::StringReplace(identifier, "%", "%%");
+}
+
+}  // namespace
 
 GLogAppender::~GLogAppender() = default;
 
@@ -52,26 +76,31 @@ void GLogger::LogString(std::string format, ...) {
 
 void GLogger::Logv(const std::string& identifier, LoggingLevel level, const std::string& format, va_list arguments) {
   if (!ShouldLog(identifier, level)) return;
-  LogvString("[" + identifier + "]\t[" + LevelToString(level) + "]\t" + format, arguments);
+  LogvString("[" + EscapedForFormat(identifier) + "]\t[" + LevelToString(level) + "]\t" + format, arguments);
 }
 
+bool GLogger::IsLoggingOnThisThread() {
+  const std::lock_guard lock(mThreadMutex);
+  return mLoggingThread == std::this_thread::get_id();
+}
+
+void GLogger::SetLoggingThread(std::thread::id thread) {
+  const std::lock_guard lock(mThreadMutex);
+  mLoggingThread = thread;
+}
+
+// A call made from inside an appender is dropped.
 void GLogger::LogvString(const std::string& format, va_list arguments) {
-  {
-    const std::lock_guard lock(mThreadMutex);
-    if (mLoggingThread == std::this_thread::get_id()) return;
-  }
-  const std::lock_guard lock(mAppenderMutex);
-  {
-    const std::lock_guard threadLock(mThreadMutex);
-    mLoggingThread = std::this_thread::get_id();
-  }
-  if (!mAppenders.empty()) {
-    const char* text = FormatIntoBuffer(format, arguments);
-    const std::string line = "[" + GDateTime::Now().ToISO8601(true) + "]\t" + text + "\n";
-    for (const auto& [identifier, appender] : mAppenders) appender->Log(line);
-  }
-  const std::lock_guard threadLock(mThreadMutex);
-  mLoggingThread = std::thread::id();
+  if (IsLoggingOnThisThread()) return;
+  const HeldMutex lock(mAppenderMutex);
+  if (!lock) return;
+  SetLoggingThread(std::this_thread::get_id());
+  const auto clear = [this](void*) { SetLoggingThread(std::thread::id()); };
+  const std::unique_ptr<GLogger, decltype(clear)> clearAtEnd(this, clear);
+  if (mAppenders.empty()) return;
+  const std::string line =
+      "[" + GDateTime::Now().ToISO8601(true) + "]\t" + FormatIntoBuffer(format, arguments) + "\n";
+  for (const auto& [identifier, appender] : mAppenders) appender->Log(line);
 }
 
 const char* GLogger::FormatIntoBuffer(const std::string& format, va_list arguments) {
@@ -106,51 +135,49 @@ GLogger::LoggingLevel GLogger::GetDefaultLoggingLevel() {
 }
 
 void GLogger::SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level) {
-  const std::lock_guard lock(mLevelMutex);
-  mLevels[GStringUtils::OSToLowerCase(identifier)] = level;
+  const HeldMutex lock(mLevelMutex);
+  if (lock) mLevels[GStringUtils::OSToLowerCase(identifier)] = level;
 }
 
 GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& identifier) {
-  const std::lock_guard lock(mLevelMutex);
+  const HeldMutex lock(mLevelMutex);
+  if (!lock) return kInvalid;
   const auto found = mLevels.find(GStringUtils::OSToLowerCase(identifier));
   if (found != mLevels.end()) return found->second;
-  // Only this comparison keeps case: the level of an absent "Default" falls to the default's, that of "default" does not.
+  // Only this comparison keeps case; all others have lowered the identifier.
   if (identifier == GetDefaultLoggingIdentifier()) return kInvalid;
   const auto byDefault = mLevels.find(GetDefaultLoggingIdentifier());
   return byDefault == mLevels.end() ? kInvalid : byDefault->second;
 }
 
-void GLogger::SetLoggingLevelsFromKVTree(const GKVTree& levels) {
-  for (const std::string& key : levels.GetKeys()) {
-    const GValue* value = levels.GetValuePtrForKey(key);
-    std::string text;
-    if (value->GetValueType() != GValue::kValueType_string || value->GetValue(text) != 0) continue;
-    const LoggingLevel level = StringToLevel(text);
-    if (level != kInvalid) SetLoggingLevelForIdentifier(key, level);
-  }
+void GLogger::ClearLoggingLevels() {
+  const HeldMutex lock(mLevelMutex);
+  if (lock) mLevels.clear();
 }
 
 void GLogger::ResetAllLoggingLevels() {
-  const std::lock_guard lock(mLevelMutex);
-  mLevels.clear();
-  mLevels[GetDefaultLoggingIdentifier()] = kWarning;
+  const HeldMutex lock(mLevelMutex);
+  if (lock) mLevels = {{GetDefaultLoggingIdentifier(), kWarning}};
 }
 
 void GLogger::SetAppender(const std::string& identifier, GLogAppender* appender) {
-  const std::lock_guard lock(mAppenderMutex);
-  mAppenders.erase(identifier);
-  if (appender) mAppenders[identifier].reset(appender);
+  const HeldMutex lock(mAppenderMutex);
+  if (!lock) return;
+  std::unique_ptr<GLogAppender>& entry = mAppenders[identifier];
+  if (entry.get() != appender) entry.reset(appender);
+  if (!appender) mAppenders.erase(identifier);
 }
 
 GLogAppender* GLogger::GetAppender(const std::string& identifier) {
-  const std::lock_guard lock(mAppenderMutex);
+  const HeldMutex lock(mAppenderMutex);
+  if (!lock) return nullptr;
   const auto found = mAppenders.find(identifier);
   return found == mAppenders.end() ? nullptr : found->second.get();
 }
 
 void GLogger::RemoveAllAppenders() {
-  const std::lock_guard lock(mAppenderMutex);
-  mAppenders.clear();
+  const HeldMutex lock(mAppenderMutex);
+  if (lock) mAppenders.clear();
 }
 
 void GLogger::OSRegisterDefaultAppender() { SetAppender(GetDefaultAppenderIdentifier(), new GStdOutLogAppender); }

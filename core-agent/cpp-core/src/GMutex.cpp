@@ -1,7 +1,11 @@
 #include "GMutex.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <thread>
+
+#include "GUtils.h"
 
 namespace {
 constexpr unsigned int kForever = 0xFFFFFFFF;
@@ -30,31 +34,56 @@ TModuleErrorCode GMutex::Lock() { return LockInternal(kForever); }
 TModuleErrorCode GMutex::TryLock() { return LockInternal(0); }
 TModuleErrorCode GMutex::TryLockWithTimeout(unsigned int milliseconds) { return LockInternal(milliseconds); }
 
+TModuleErrorCode lock_codes::FromSystemError(int error) {
+  switch (error) {
+    case 0: return CoreErrorCodes::kSuccess;
+    case EAGAIN: return kNotAvailable;
+    case ETIMEDOUT: return kBusy;
+    case EINVAL: return kInvalid;
+    default: return kSystemFailure;
+  }
+}
+
 TModuleErrorCode GMutex::LockInternal(unsigned int timeout) {
-  std::unique_lock lock(mMutex);
-  const std::thread::id self = std::this_thread::get_id();
-  if (mCount > 0 && mOwner == self) {
+  if (const int error = mSystem.Lock()) return lock_codes::FromSystemError(error);
+  const TModuleErrorCode result = Take(timeout);
+  mSystem.Unlock();
+  return result;
+}
+
+TModuleErrorCode GMutex::Take(unsigned int timeout) {
+  if (IsOwner()) {
     if (!mRecursive) return lock_codes::kNotAvailable;
     ++mCount;
     return CoreErrorCodes::kSuccess;
   }
-  const auto isFree = [this] { return mCount == 0; };
-  if (timeout == kForever) {
-    mCondition.wait(lock, isFree);
-  } else if (!isFree()) {
-    if (timeout == 0 || !mCondition.wait_for(lock, std::chrono::milliseconds(timeout), isFree)) return lock_codes::kBusy;
+  if (mCount > 0) {
+    if (const TModuleErrorCode failure = WaitUntilFree(timeout)) return failure;
   }
   mCount = 1;
-  mOwner = self;
+  mOwner = pthread_self();
   return CoreErrorCodes::kSuccess;
 }
 
-TModuleErrorCode GMutex::Unlock() {
-  const std::lock_guard lock(mMutex);
-  if (mCount == 0 || mOwner != std::this_thread::get_id()) return lock_codes::kNotAvailable;
-  if (--mCount == 0) {
-    mOwner = std::thread::id();
-    mCondition.notify_one();
+TModuleErrorCode GMutex::WaitUntilFree(unsigned int timeout) {
+  if (timeout == 0) return lock_codes::kBusy;
+  int error = 0;
+  if (timeout == kForever) {
+    while (error == 0 && mCount > 0) error = mSystem.Wait();
+  } else {
+    const timespec end = GUtils::FutureMillisecondsToAbsTime(timeout);
+    while (error == 0 && mCount > 0) error = mSystem.WaitUntil(end);
   }
-  return CoreErrorCodes::kSuccess;
+  return mCount == 0 ? CoreErrorCodes::kSuccess : lock_codes::FromSystemError(error);
+}
+
+TModuleErrorCode GMutex::Unlock() {
+  if (const int error = mSystem.Lock()) return lock_codes::FromSystemError(error);
+  TModuleErrorCode result = lock_codes::kNotAvailable;
+  if (IsOwner()) {
+    if (--mCount == 0) mSystem.Signal();
+    result = CoreErrorCodes::kSuccess;
+  }
+  mSystem.Unlock();
+  return result;
 }

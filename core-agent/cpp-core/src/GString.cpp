@@ -57,7 +57,8 @@ void GString::SetOSString(const platform::String& object, bool) {
   mUTF8 = object.Text();
 }
 
-// Bytes with the high bit set are collected in runs. What a lead byte announces is not looked at.
+// Bytes with the high bit set are collected in runs. What a lead byte announces is not looked at, and a run before a NUL is
+// let go whatever its length.
 bool GString::ValidateUTF8String(const std::string& text) {
   size_t run = 0;
   for (const char c : text) {
@@ -65,8 +66,8 @@ bool GString::ValidateUTF8String(const std::string& text) {
     if (byte > 244 || byte == 0xC0 || byte == 0xC1) return false;
     if (byte >= 0x80) {
       ++run;
-    } else if (byte != 0) {
-      if (run == 1) return false;
+    } else {
+      if (byte != 0 && run == 1) return false;
       run = 0;
     }
   }

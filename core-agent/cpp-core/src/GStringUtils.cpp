@@ -6,9 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <regex>
 
-#include "FailedCheck.h"
 #include "platform/TextEncoding.h"
 
 namespace {
@@ -85,17 +83,6 @@ bool GStringUtils::BeginsWith(const std::string& text, const std::string& part) 
 bool GStringUtils::EndsWith(const std::string& text, const std::string& part) { return text.ends_with(part); }
 bool GStringUtils::Contains(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
-}
-
-bool GStringUtils::IsRegExMatch(const std::string& text, const std::string& expression) {
-  // The library's matcher recurses once a character, so longer texts would end the stack.
-  constexpr size_t kLongestText = 4096;
-  if (text.size() > kLongestText) return false;
-  try {
-    return std::regex_match(text, std::regex(expression));
-  } catch (const std::regex_error&) {
-    return false;
-  }
 }
 
 std::string GStringUtils::OSToLowerCase(const std::string& text) {
@@ -190,18 +177,6 @@ std::string GStringUtils::StringReplace(const std::string& text, const std::stri
   }
   out.append(text, start);
   return out;
-}
-
-TModuleErrorCode GStringUtils::OSTruncateUTF8String(std::string& text, size_t maxBytes) {
-  if (text.size() <= maxBytes && platform::IsValidUTF8(text)) return CoreErrorCodes::kSuccess;
-  if (!platform::IsValidUTF8(text)) {
-    ReportFailedCheck("Miscellaneous", CoreErrorCodes::kNullPointer, __FILE__, __LINE__, "(nativeString) == nullptr");
-    return CoreErrorCodes::kNullPointer;
-  }
-  size_t end = maxBytes;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  text.resize(end);
-  return CoreErrorCodes::kSuccess;
 }
 
 std::vector<char> GStringUtils::StringToByteVector(const std::string& text) { return {text.begin(), text.end()}; }

@@ -20,7 +20,7 @@ class GThreadRegistry : public GRecursiveMutex {
   unsigned int NextNumber() {
     const GScopedLock lock(*this);
     ReportIfUnlocked(lock);
-    return mThreadsEverMade++;
+    return ++mThreadsEverMade;
   }
 
   void Add(GThread* thread) {
@@ -47,7 +47,8 @@ class GThreadRegistry : public GRecursiveMutex {
   void SetUp() {
     mIsSetUp = true;
     GThread::OSThreadingSetup();
-    Add(new GThread);
+    NextNumber();
+    Add(new GThread);  // stays for the life of the process
   }
 
   static void ReportIfUnlocked(const GScopedLock& lock) {
@@ -60,10 +61,16 @@ class GThreadRegistry : public GRecursiveMutex {
   bool mIsSetUp = false;
 };
 
-// The system's threads need no switching on.
+// The three places where a platform prepares for threads. The threads of this one need nothing.
 void GThread::OSThreadingSetup() {}
+void GThread::OSThreadSetup() {}
+void GThread::OSThreadCleanup() {}
 
-GThread::GThread() : mName("Main Thread"), mOSData(pthread_self()), mState(EThreadState::kRunning) {}
+GThread::GThread()
+    : mName("Main Thread"),
+      mOSData(pthread_self()),
+      mState(EThreadState::kRunning),
+      mFinished(std::make_shared<GCondition>()) {}
 
 GThread::GThread(EntryFunction entry, void* argument)
     : mEntry(entry), mArgument(argument), mFinished(std::make_shared<GCondition>()) {
@@ -77,23 +84,30 @@ GThread::~GThread() {
   GThreadRegistry::Get().Remove(this);
 }
 
+bool GThread::CreateDetachedThread() {
+  pthread_attr_t attributes;
+  if (pthread_attr_init(&attributes) != 0) return false;
+  pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+  pthread_t made;
+  const int result = pthread_create(&made, &attributes, &GThread::PthreadInternal, this);
+  pthread_attr_destroy(&attributes);
+  return result == 0;
+}
+
 void GThread::StartThread() {
   std::shared_ptr<GBarrier> barrier;
   {
     const GScopedLock lock(mMutex);
     if (mState != EThreadState::kNotStarted && mState != EThreadState::kFinished) return;
+    if (mState == EThreadState::kFinished) mFinished->Wait();  // for the last thing that the earlier run does
     mState = EThreadState::kStarting;
     mStartBarrier = barrier = std::make_shared<GBarrier>(2);
     mFinished->Reset();
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-    pthread_t made;
-    const int result = pthread_create(&made, &attributes, &GThread::PthreadInternal, this);
-    pthread_attr_destroy(&attributes);
-    if (result != 0) {
+    if (!CreateDetachedThread()) {
+      ReportFailedCheck("Lockable", lock_codes::kSystemFailure, __FILE__, __LINE__, "!CreateDetachedThread()");
       mState = EThreadState::kNotStarted;
-      ReportFailedCheck("Lockable", lock_codes::kSystemFailure, __FILE__, __LINE__, "result == 0");
+      mResult = nullptr;
+      mFinished->Broadcast();
       return;
     }
   }
@@ -119,10 +133,15 @@ void GThread::Run() {
     if (isToRun) mState = EThreadState::kRunning;
   }
   barrier->Wait();
-  if (isToRun && mEntry) SetResult(mEntry(mArgument));
+  if (isToRun) {
+    OSThreadSetup();
+    if (mEntry) SetResult(mEntry(mArgument));
+  }
+  OSThreadCleanup();
   SetOSData(std::nullopt);
+  // Also where it was not to run, so that it may be started again.
   SetThreadState(EThreadState::kFinished);
-  // Broadcast, not Signal: the destructor waits too, after whoever waited first. The object may be gone after this.
+  // For all: the destructor waits too, after whoever waited first. The object may be gone after this.
   finished->Broadcast();
 }
 

@@ -1,10 +1,10 @@
 #include "GValue.h"
 
 #include <boost/make_shared.hpp>
+#include <cstdio>
 #include <cstring>
 
 #include "FailedCheck.h"
-#include "GKVTree.h"
 
 namespace {
 
@@ -50,12 +50,6 @@ void GValue::Assign(const std::string& value) {
   Replace(kValueType_string, false, {element});
 }
 
-void GValue::Assign(const GKVTree& value) {
-  GValueImpl element;
-  element.tree = boost::make_shared<GKVTree>(value);
-  Replace(kValueType_kvtree, false, {element});
-}
-
 TModuleErrorCode GValue::Check(EValueType type, size_t index) const {
   RETURN_IF("Value", m_eValueType != type, kValueTypeError);
   RETURN_IF("Value", index >= m_dataPtr->size(), kArrayIndexError);
@@ -89,12 +83,6 @@ TModuleErrorCode GValue::GetValue(std::string& out, size_t index) const {
   return CoreErrorCodes::kSuccess;
 }
 
-TModuleErrorCode GValue::GetValue(GKVTree& out, size_t index) const {
-  PASS_ON_ERROR(Check(kValueType_kvtree, index));
-  out.Assign(*(*m_dataPtr)[index].tree);
-  return CoreErrorCodes::kSuccess;
-}
-
 GValue::EValueType GValue::GetTypeFromString(const std::string& name) {
   for (int i = 0; i < kValueType_NULL; ++i) {
     if (name == kTypeNames[i]) return static_cast<EValueType>(i);
@@ -104,19 +92,24 @@ GValue::EValueType GValue::GetTypeFromString(const std::string& name) {
 
 const char* GValue::GetStringFromType(EValueType type) { return kTypeNames[type]; }
 
-namespace {
-
-bool EqualElements(const GValue::GValueImpl& a, const GValue::GValueImpl& b) {
-  if (a.integral != b.integral || !a.text != !b.text || !a.tree != !b.tree) return false;
-  return (!a.text || *a.text == *b.text) && (!a.tree || *a.tree == *b.tree);
-}
-
-}  // namespace
-
-bool operator==(const GValue& a, const GValue& b) {
-  if (a.m_eValueType != b.m_eValueType || a.m_dataPtr->size() != b.m_dataPtr->size()) return false;
-  for (size_t i = 0; i < a.m_dataPtr->size(); ++i) {
-    if (!EqualElements((*a.m_dataPtr)[i], (*b.m_dataPtr)[i])) return false;
+TModuleErrorCode GValue::GetValueAsUTF8String(std::string& out, size_t index) const {
+  const bool isConvertible = m_eValueType != kValueType_kvtree && m_eValueType != kValueType_NULL;
+  RETURN_IF("Value", !isConvertible, kValueConversionError);
+  RETURN_IF("Value", index >= m_dataPtr->size(), kArrayIndexError);
+  const GValueImpl& element = (*m_dataPtr)[index];
+  switch (m_eValueType) {
+    case kValueType_string: out = *element.text; break;
+    case kValueType_bool: out = element.integral ? "true" : "false"; break;
+    case kValueType_uLongLong: out = std::to_string(static_cast<uint64_t>(element.integral)); break;
+    case kValueType_double: {
+      double value = 0;
+      PASS_ON_ERROR(GetValue(value, index));
+      char text[40];
+      std::snprintf(text, sizeof text, "%.17g", value);
+      out = text;
+      break;
+    }
+    default: out = std::to_string(element.integral);
   }
-  return true;
+  return CoreErrorCodes::kSuccess;
 }

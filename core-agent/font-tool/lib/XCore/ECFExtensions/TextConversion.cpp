@@ -66,7 +66,9 @@ std::string iconv_string(const std::string& in, const char* to, const char* from
     out.append(buffer.data(), buffer.size() - room);
     // With "//IGNORE" the library reports what it left out as EILSEQ after it has taken the whole input.
     const bool ignored = reason == EILSEQ && left == 0;
-    if (result == static_cast<size_t>(-1) && reason != E2BIG && !ignored) {
+    // A character that the empty buffer has no room for never gets room.
+    const bool isStuck = reason == E2BIG && room == buffer.size();
+    if (result == static_cast<size_t>(-1) && (isStuck || (reason != E2BIG && !ignored))) {
       throw std::runtime_error(std::string("Unable to convert string to ") + to + " (error " + std::to_string(reason) +
                                "): " + in);
     }
@@ -74,8 +76,16 @@ std::string iconv_string(const std::string& in, const char* to, const char* from
   return out;
 }
 
-std::string local_to_utf8(const std::string& text) { return iconv_string(text, "UTF-8//IGNORE", local_charset.c_str()); }
-std::string utf8_to_local(const std::string& text) { return iconv_string(text, local_charset.c_str(), "UTF-8"); }
+// Well-formed text is its own conversion, and a converter costs more to open than most texts to convert.
+static bool IsItsOwnConversion(const std::string& text) { return local_charset == "UTF-8" && platform::IsValidUTF8(text); }
+
+std::string local_to_utf8(const std::string& text) {
+  return IsItsOwnConversion(text) ? text : iconv_string(text, "UTF-8//IGNORE", local_charset.c_str());
+}
+
+std::string utf8_to_local(const std::string& text) {
+  return IsItsOwnConversion(text) ? text : iconv_string(text, local_charset.c_str(), "UTF-8");
+}
 
 platform::String CFStringCreateWithUncertainEncoding(const char* text) {
   if (!text) return platform::String();

@@ -129,8 +129,8 @@ Data XCFCreateCFDataRefFromPath(const std::string& path) {
   return Data();
 }
 
-Value XCFCreateCFPropertyListFromPath(const std::string& path, unsigned) {
-  if (path.empty()) return Value();
+Value XCFCreateCFPropertyListFromPath(const char* path, unsigned) {
+  if (!path || !*path) return Value();
   const Data data = XCFCreateCFDataRefFromPath(path);
   if (!data) return Value();
   const auto bytes = data.Bytes();

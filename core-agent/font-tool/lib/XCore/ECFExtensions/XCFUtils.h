@@ -63,8 +63,9 @@ bool CFDictionaryDoesStringValueContain(const Dictionary& dictionary, std::strin
 
 // The whole file; null for an empty file and on failure, with a line on standard output.
 platform::Data XCFCreateCFDataRefFromPath(const std::string& path);
-// Null for an empty path and on failure; a parse error is printed on standard output.
-Value XCFCreateCFPropertyListFromPath(const std::string& path, unsigned options = 0);
+// Null for a null or empty path and on failure; a parse error is printed on standard output. The options say how the
+// platform would store the list and change nothing here.
+Value XCFCreateCFPropertyListFromPath(const char* path, unsigned options = 0);
 // Replace the file whole or leave it; false on failure.
 bool XCFWriteCFPropertyListToXMLFile(const Value& list, const std::string& path);
 bool XCFWriteCFDataRefToXMLFile(const platform::Data& data, const std::string& path);

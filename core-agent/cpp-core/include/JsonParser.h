@@ -1,0 +1,51 @@
+// Owns one JSON tree, made from a text. A new Parser holds an empty object, which is how a message begins.
+//
+// root, exists, empty and find throw std::runtime_error with "No JSON loaded in parser" after a failed load. A path is one
+// key, or keys from the outermost on. The nodes given out must not outlive the Parser.
+#pragma once
+
+#include <yajl/yajl_tree.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "JsonNode.h"
+
+namespace restful_mapper::Json {
+
+class Parser {
+ public:
+  Parser();  // of "{}"
+  explicit Parser(const std::string& text);
+  Parser(const Parser&) = delete;
+  Parser& operator=(const Parser&) = delete;
+
+  // Lets the old tree go, then parses. Throws std::runtime_error with "JSON parse error:\n" and the reason for malformed
+  // text, a NUL in it, and values nested deeper than kDeepest.
+  void load(const std::string& text);
+  bool is_loaded() const { return root_ != nullptr; }
+
+  Node root() const;
+  bool exists(const std::string& path) const;
+  bool exists(const std::vector<std::string>& path) const;
+  bool empty(const std::string& path) const;  // missing or null
+  bool empty(const std::vector<std::string>& path) const;
+  Node find(const std::string& path) const;  // throws if there is none
+  Node find(const std::vector<std::string>& path) const;
+
+  // Freeing a tree takes some of the stack for each level.
+  static constexpr size_t kDeepest = 1024;
+
+ private:
+  struct FreeTree {
+    void operator()(yajl_val value) const { yajl_tree_free(value); }
+  };
+
+  yajl_val Find(const std::vector<std::string>& path) const;
+  void RequireTree() const;
+
+  std::unique_ptr<yajl_val_s, FreeTree> root_;
+};
+
+}  // namespace restful_mapper::Json

@@ -1,0 +1,11 @@
+// The parse into a value of the other JSON library, whose header is too large for the rest of GJSONUtils.
+#include <nlohmann/json.hpp>
+
+#include "GJSONUtils.h"
+
+TModuleErrorCode GJSONUtils::Parse(const std::string& text, nlohmann::json& value) {
+  nlohmann::json parsed = nlohmann::json::parse(text, nullptr, false);
+  RETURN_IF("Miscellaneous", parsed.is_discarded(), CoreErrorCodes::kInvalidParam);
+  value = std::move(parsed);
+  return CoreErrorCodes::kSuccess;
+}

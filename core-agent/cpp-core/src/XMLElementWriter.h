@@ -1,0 +1,30 @@
+// Writes the elements of the XML form of values and trees to a stream.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+class XMLElementWriter {
+ public:
+  using Attributes = std::vector<std::pair<std::string, std::string>>;
+
+  // With pretty, each element stands on a line of its own behind its indent in tabs.
+  XMLElementWriter(std::ostream& stream, const std::string& prefix, bool pretty);
+
+  void Open(const char* name, const Attributes& attributes, unsigned indent);
+  void Close(const char* name, unsigned indent);
+  void WriteTextElement(const char* name, const std::string& text, unsigned indent);
+
+  // Whether XML can hold the text: well-formed UTF-8 without control characters other than tab and line ends.
+  static bool CanHold(const std::string& text);
+
+ private:
+  void BeginLine(unsigned indent);
+  void EndLine();
+
+  std::ostream& mStream;
+  std::string mPrefix;  // with its colon
+  bool mIsPretty;
+};
