@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/TextEncoding.h"
+
 namespace platform {
 
 namespace {
@@ -44,7 +46,7 @@ plist_t MakeDictionary(const Dictionary& dictionary, int depth) {
   Node node(plist_new_dict());
   for (size_t i = 0; i < dictionary.Count(); ++i) {
     const std::string_view key = dictionary.KeyAt(i);
-    const plist_t child = IsForXML(key) ? MakeNode(dictionary.ValueAt(i), depth + 1) : nullptr;
+    const plist_t child = IsForXML(key) && IsValidUTF8(key) ? MakeNode(dictionary.ValueAt(i), depth + 1) : nullptr;
     if (!child) return nullptr;
     plist_dict_set_item(node.get(), std::string(key).c_str(), child);
   }

@@ -2,11 +2,8 @@
 
 #include <exempi/xmp.h>
 #include <exempi/xmpconsts.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cstdio>
 #include <mutex>
 #include <utility>
 
@@ -162,7 +159,6 @@ struct TXMPFiles::State {
       xmp_files_close(file, XMP_CLOSE_NOOPTION);
       xmp_files_free(file);
     }
-    if (!copy.empty()) unlink(copy.c_str());
   }
   void Release() {
     xmp_files_free(file);
@@ -171,23 +167,13 @@ struct TXMPFiles::State {
 
   XmpFilePtr file = nullptr;
   std::string path;
-  std::string copy;  // for an update: what the library works on, beside the file
+  StagedFile copy;  // for an update: what the library works on, until it takes the file's place
   uint32_t options = 0;
   bool put = false;
   std::string wanted;  // the metadata that was put last
 };
 
 namespace {
-
-std::string HiddenBeside(const std::string& path) {
-  static std::atomic<unsigned> sCount{0};
-  const size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash);
-  std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-  // The library tells some formats by the extension, so the end of the name stays.
-  if (name.size() > 180) name = name.substr(name.size() - 180);
-  return folder + "/." + std::to_string(getpid()) + "-" + std::to_string(++sCount) + "-" + name;
-}
 
 XmpOpenFileOptions LibraryOptions(XMP_OptionBits options) {
   uint32_t bits = 0;
@@ -247,26 +233,16 @@ TXMPFiles::~TXMPFiles() = default;
 bool TXMPFiles::OpenFile(const char* path, uint32_t format, XMP_OptionBits options) {
   if (format != kXMP_UnknownFile) throw XMP_Error(0, "only the unknown format is served");
   state_ = std::make_unique<State>();
-  std::string content;
-  if (ReadFile(path, content)) return false;  // also what the library would take for a file: a folder, nothing
-  std::string target = path;
-  if (options & kXMPFiles_OpenForUpdate) {
-    if (access(path, W_OK) != 0) return false;
-    state_->copy = HiddenBeside(path);
-    if (ReplaceFile(state_->copy, content)) {
-      state_->copy.clear();
-      return false;
-    }
-    chmod(state_->copy.c_str(), 0600);
-    target = state_->copy;
-  }
-  state_->file = OpenWith(target, options);
   state_->path = path;
   state_->options = options;
-  if (state_->file) return true;
-  if (!state_->copy.empty()) unlink(state_->copy.c_str());
-  state_->copy.clear();
-  return false;
+  if (CheckReadable(path)) return false;  // the library takes a folder, and nothing at all, for a file
+  std::string target = path;
+  if (options & kXMPFiles_OpenForUpdate) {
+    if (access(path, W_OK) != 0 || state_->copy.StageCopy(path, path)) return false;
+    target = state_->copy.TemporaryPath();
+  }
+  state_->file = OpenWith(target, options);
+  return state_->file != nullptr;
 }
 
 bool TXMPFiles::GetXMP(TXMPMeta* meta) {
@@ -296,13 +272,10 @@ void TXMPFiles::CloseFile() {
   if (!done->put) return;
   if (!closed) ThrowLast("Writing " + done->path);
   // On some files the library reports a success that is lost.
-  if (WithoutVolatile(ReadBack(done->copy, done->options)) != WithoutVolatile(done->wanted)) {
+  if (WithoutVolatile(ReadBack(done->copy.TemporaryPath(), done->options)) != WithoutVolatile(done->wanted)) {
     throw XMP_Error(0, done->path + ": the metadata that was written cannot be read back");
   }
-  std::string content;
-  std::error_code error = ReadFile(done->copy, content);
-  if (!error) error = ReplaceFile(done->path, content);
-  if (error) throw XMP_Error(0, done->path + ": " + DescribeError(error));
+  if (const std::error_code error = done->copy.Commit()) throw XMP_Error(0, done->path + ": " + DescribeError(error));
 }
 
 void TXMPUtils::ComposeArrayItemPath(const char*, const char* array, XMP_Index index, std::string* path) {
