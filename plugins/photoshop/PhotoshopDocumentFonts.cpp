@@ -1,5 +1,4 @@
 // Reading the font names of an open document from its file: the host offers no list of them.
-#include "GFile.h"
 #include "GString.h"
 #include "Readers/CommonFunctionality.h"
 #include "Services/DiagnosticLog.h"
@@ -9,21 +8,17 @@ using namespace host_sdk;
 
 namespace {
 
-constexpr std::string_view kFontSetBegin = "/FontSet [";
-constexpr std::string_view kFontSetEnd = "]";
 constexpr std::string_view kNameBegin = "/Name (";
-constexpr std::string_view kNameEnd = ")";
 constexpr size_t kByteOrderMarkSize = 2;
 
 int replaceSubstitutes = 0;
 
 // Takes an escaping backslash away in either place of a pair. A backslash in the second place shifts the pairs by one byte
 // for the rest of the name; names of old documents were read so, and it is no general unescape.
-std::string Unescape(const std::vector<char>& bytes, size_t begin, size_t end) {
+std::string Unescape(std::string_view text) {
   std::string name;
-  if (end == 0) return name;
-  for (size_t at = begin + kNameBegin.size() + kByteOrderMarkSize; at < end - 1; at += 2) {
-    const char a = bytes[at], c = bytes[at + 1];
+  for (size_t at = 0; at + 1 < text.size(); at += 2) {
+    const char a = text[at], c = text[at + 1];
     if (c == '\\') {
       name.push_back('\0');
     } else if (a == '\\') {
@@ -33,16 +28,19 @@ std::string Unescape(const std::vector<char>& bytes, size_t begin, size_t end) {
       name.push_back(c);
     }
   }
+  // Half a unit, which a shift leaves at the end, is no character.
+  if (name.size() % 2 != 0) name.pop_back();
   return name;
 }
 
-bool ReadWholeFile(const std::string& path, std::vector<char>& bytes) {
-  GFile file;
-  unsigned long long size = 0;
-  if (file.Open(path, GFile::eRead | GFile::eBinary) != 0 || file.GetFileSize(size) != 0) return false;
-  if (file.Read(size, bytes) == 0) return true;
-  OutputIndentedAndFormattedString(0, "Unable to read %016llx bytes from '%s'", size, path.c_str());
-  return false;
+OffsetRanges FindNames(DocumentBytes& bytes) {
+  OffsetRanges sets, names;
+  EndFinder setEnd(bytes, "]"), nameEnd(bytes, ")");
+  CommonFunctionality::FindPatternsBetweenOffsets(bytes, 0, bytes.Size(), "/FontSet [", setEnd, sets);
+  for (size_t i = 0; i < sets.size(); i += 2) {
+    CommonFunctionality::FindPatternsBetweenOffsets(bytes, sets[i], sets[i + 1], kNameBegin, nameEnd, names);
+  }
+  return names;
 }
 
 }  // namespace
@@ -50,20 +48,21 @@ bool ReadWholeFile(const std::string& path, std::vector<char>& bytes) {
 void PhotoshopFontUtils::GetDocumentFonts(const std::string& path, std::vector<std::string>& fontNames,
                                           bool bOpeningNewDocument) {
   if (bOpeningNewDocument) replaceSubstitutes = 1;
-  std::vector<char> bytes;
-  if (path.empty() || !ReadWholeFile(path, bytes)) return;
-  OffsetRanges sets;
-  CommonFunctionality::FindPatternsBetweenOffsets(bytes, 0, bytes.size(), kFontSetBegin, kFontSetEnd, sets);
-  if (sets.empty() || sets.size() % 2 != 0) return;
-  OffsetRanges names;
-  for (size_t i = 0; i < sets.size(); i += 2) {
-    CommonFunctionality::FindPatternsBetweenOffsets(bytes, sets[i], sets[i + 1], kNameBegin, kNameEnd, names);
-  }
-  for (size_t i = 0; i + 1 < names.size(); i += 2) {
-    const std::string name = GString::OSUtf16BigEndianToUtf8(Unescape(bytes, names[i], names[i + 1]));
+  DocumentBytes bytes;
+  if (path.empty() || !bytes.Open(path)) return;
+  const size_t before = fontNames.size();
+  const OffsetRanges names = FindNames(bytes);
+  NameBudget budget(bytes.Size());
+  for (size_t i = 0; i < names.size(); i += 2) {
+    const size_t start = names[i] + kNameBegin.size() + kByteOrderMarkSize, end = names[i + 1];
+    if (!budget.Take(end - names[i])) break;
+    const std::string name = GString::OSUtf16BigEndianToUtf8(Unescape(bytes.Copy(start, end)));
     OutputIndentedAndFormattedString(0, "In %s(), adding '%s'", __func__, name.c_str());
     fontNames.push_back(name);
   }
+  if (!bytes.HasFailed()) return;
+  fontNames.resize(before);
+  OutputIndentedAndFormattedString(0, "Unable to read %016zx bytes from '%s'", bytes.Size(), path.c_str());
 }
 
 SPErr PhotoshopFontUtils::PlayreplaceSubstitutes() {

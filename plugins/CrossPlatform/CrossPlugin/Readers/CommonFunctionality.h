@@ -36,18 +36,20 @@ class CommonFunctionality {
   static TModuleErrorCode CreateGlyphsureDataForClosedDocument(const std::string& path, platform::Array fonts,
                                                                long workgroupID, bool& allFontsFound);
 
-  // Ranges between two patterns; the second form counts only those that hold a middle pattern, from it on.
-  static bool FindPatternsBetweenOffsets(const std::vector<char>& bytes, size_t start, size_t end,
-                                         std::string_view beginPattern, std::string_view endPattern,
+  // Ranges between two patterns that begin before `end`, appended; the second form counts only those that hold a middle
+  // pattern, from it on. True if there was one.
+  static bool FindPatternsBetweenOffsets(DocumentBytes& bytes, size_t start, size_t end, std::string_view beginPattern,
+                                         EndFinder& endPattern, OffsetRanges& outRanges);
+  static bool FindPatternsBetweenOffsets(DocumentBytes& bytes, size_t start, size_t end, std::string_view beginPattern,
+                                         std::string_view middlePattern, EndFinder& endPattern,
                                          OffsetRanges& outRanges);
-  static bool FindPatternsBetweenOffsets(const std::vector<char>& bytes, size_t start, size_t end,
-                                         std::string_view beginPattern, std::string_view middlePattern,
-                                         std::string_view endPattern, OffsetRanges& outRanges);
   // Appends the names found, duplicates too. Always 0.
-  static int GetFontNamesFromByteVector(const std::vector<char>& bytes, std::string_view outerBegin,
+  static int GetFontNamesFromByteVector(DocumentBytes& bytes, std::string_view outerBegin,
                                         std::string_view middle, std::string_view skipBytes, std::string_view innerEnd,
                                         std::string_view outerEnd, std::vector<std::string>& outNames);
+  // The extension with or without its dot, in whatever case.
   static bool FileExtensionIs(const std::string& path, const std::string& extension);
+  // Nothing, and no report, for a file that can't be read.
   static void GetFontNamesFromNonXMPSectionOfAdobeDocument(const char* path, std::vector<std::string>& outNames);
   static platform::Array CreateFontArrayFromNonXMPSectionOfAdobeDocument(const char* path);
 

@@ -1,83 +1,77 @@
 #include "Readers/RawFontScan.h"
 
-#include <cstring>
+#include <algorithm>
+#include <array>
 
-#include "GFile.h"
-#include "GString.h"
 #include "GStringUtils.h"
 #include "Readers/CommonFunctionality.h"
 #include "Services/DiagnosticLog.h"
 
-const void* memmem(const void* haystack, size_t haystackSize, const void* needle, size_t needleSize,
-                   char forbiddenPrevious) {
-  if (!haystack || !needle || haystackSize == 0 || needleSize == 0 || needleSize > haystackSize) return nullptr;
-  const auto* const begin = static_cast<const char*>(haystack);
-  const char* from = begin;
-  size_t left = haystackSize;
-  // The system's search is fast also where the needle's first byte is everywhere.
-  while (const void* match = ::memmem(from, left, needle, needleSize)) {
-    const auto* found = static_cast<const char*>(match);
-    const auto at = static_cast<size_t>(found - begin);
-    // A match at offset 1 is accepted unseen, whatever stands before it.
-    if (forbiddenPrevious == 0 || at <= 1 || found[-1] != forbiddenPrevious) return found;
-    OutputIndentedAndFormattedString(0, "Ignoring match at offset %d because previous char is 0x%04x",
-                                     static_cast<int>(at), static_cast<unsigned>(forbiddenPrevious));
-    from = found + 1;
-    left = haystackSize - at - 1;
-  }
-  return nullptr;
+bool FindPatternInByteVectorRange(DocumentBytes& bytes, size_t& offset, size_t rangeSize, std::string_view pattern) {
+  if (offset >= bytes.Size()) return false;
+  const size_t limit = offset + std::min(rangeSize, bytes.Size() - offset);
+  return bytes.Find(offset, limit, pattern, '\\', offset);
 }
 
-bool FindPatternInByteVectorRange(const std::vector<char>& bytes, size_t& offset, size_t rangeSize,
-                                  std::string_view pattern) {
-  if (offset >= bytes.size()) return false;
-  const char* start = bytes.data() + offset;
-  const void* found = memmem(start, rangeSize, pattern.data(), pattern.size(), '\\');
-  if (!found) return false;
-  offset += static_cast<size_t>(static_cast<const char*>(found) - start);
+bool FindPatternInByteVector(DocumentBytes& bytes, size_t& offset, std::string_view pattern) {
+  return FindPatternInByteVectorRange(bytes, offset, SIZE_MAX, pattern);
+}
+
+bool EndFinder::Find(size_t& offset) {
+  if (offset >= mBytes.Size()) return false;
+  // The two places that are accepted unseen differ from one search to the next.
+  for (const size_t at : {offset, offset + 1}) {
+    if (!mBytes.Holds(at, mPattern)) continue;
+    offset = at;
+    return true;
+  }
+  if (offset + 2 < mFrom || offset + 2 > mNext) {
+    mFrom = offset + 2;
+    mNext = offset;
+    if (!FindPatternInByteVector(mBytes, mNext, mPattern)) mNext = mBytes.Size();
+  }
+  if (mNext >= mBytes.Size()) return false;
+  offset = mNext;
   return true;
 }
 
-bool FindPatternInByteVector(const std::vector<char>& bytes, size_t& offset, std::string_view pattern) {
-  return offset < bytes.size() && FindPatternInByteVectorRange(bytes, offset, bytes.size() - offset, pattern);
-}
-
-bool FindBeginningAndEndingPatterns(const std::vector<char>& bytes, size_t start, std::string_view beginPattern,
-                                    std::string_view endPattern, size_t& outBegin, size_t& outEnd) {
+bool FindBeginningAndEndingPatterns(DocumentBytes& bytes, size_t start, size_t startLimit, std::string_view beginPattern,
+                                    EndFinder& endPattern, size_t& outBegin, size_t& outEnd) {
   size_t at = start;
-  if (!FindPatternInByteVector(bytes, at, beginPattern)) return false;
+  if (!bytes.Find(start, startLimit, beginPattern, '\\', at)) return false;
   outBegin = at;
   at += beginPattern.size();
-  if (!FindPatternInByteVector(bytes, at, endPattern)) return false;
+  if (!endPattern.Find(at)) return false;
   outEnd = at;
   return true;
 }
 
-bool CommonFunctionality::FindPatternsBetweenOffsets(const std::vector<char>& bytes, size_t start, size_t end,
-                                                     std::string_view beginPattern, std::string_view endPattern,
-                                                     OffsetRanges& outRanges) {
-  bool found = false;
-  size_t begin = 0, stop = 0;
-  for (size_t at = start; at < end; at = stop + endPattern.size()) {
-    if (!FindBeginningAndEndingPatterns(bytes, at, beginPattern, endPattern, begin, stop)) break;
-    if (begin >= end) continue;
-    // An end behind the range is taken as found.
-    outRanges.push_back(begin);
-    outRanges.push_back(stop);
-    found = true;
+bool NameBudget::Take(size_t nameSize) {
+  if (nameSize > mLeft) {
+    OutputIndentedAndFormattedString(0, "Ignoring the remaining font names because they overlap too much.");
+    return false;
   }
-  return found;
+  mLeft -= nameSize;
+  return true;
 }
 
-bool CommonFunctionality::FindPatternsBetweenOffsets(const std::vector<char>& bytes, size_t start, size_t end,
+bool CommonFunctionality::FindPatternsBetweenOffsets(DocumentBytes& bytes, size_t start, size_t end,
+                                                     std::string_view beginPattern, EndFinder& endPattern,
+                                                     OffsetRanges& outRanges) {
+  return FindPatternsBetweenOffsets(bytes, start, end, beginPattern, beginPattern, endPattern, outRanges);
+}
+
+bool CommonFunctionality::FindPatternsBetweenOffsets(DocumentBytes& bytes, size_t start, size_t end,
                                                      std::string_view beginPattern, std::string_view middlePattern,
-                                                     std::string_view endPattern, OffsetRanges& outRanges) {
+                                                     EndFinder& endPattern, OffsetRanges& outRanges) {
   bool found = false;
   size_t begin = 0, stop = 0;
-  for (size_t at = start; at < end; at = stop + endPattern.size()) {
-    if (!FindBeginningAndEndingPatterns(bytes, at, beginPattern, endPattern, begin, stop)) break;
+  for (size_t at = start; at < end; at = stop + endPattern.PatternSize()) {
+    // A range begins before `end`; what follows there is not searched. Its end may lie behind and is taken as found.
+    const size_t startLimit = std::min(end, bytes.Size()) + beginPattern.size() - 1;
+    if (!FindBeginningAndEndingPatterns(bytes, at, startLimit, beginPattern, endPattern, begin, stop)) break;
     size_t middle = begin;
-    if (begin >= end || !FindPatternInByteVectorRange(bytes, middle, stop - begin, middlePattern)) continue;
+    if (!FindPatternInByteVectorRange(bytes, middle, stop - begin, middlePattern)) continue;
     outRanges.push_back(middle);
     outRanges.push_back(stop);
     found = true;
@@ -87,31 +81,32 @@ bool CommonFunctionality::FindPatternsBetweenOffsets(const std::vector<char>& by
 
 namespace {
 
-bool IsAlphaNumeric(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+bool IsAlphaNumeric(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+// Of a name with a subset tag or a byte-order mark only what stands behind it counts: the offset of that.
+size_t FindStart(std::string_view text, size_t end, std::string_view skipBytes) {
+  if (end == 0) return 0;
+  const size_t skip = text.find(skipBytes);
+  return skip != std::string_view::npos && skip < end - 1 ? skip + skipBytes.size() : 0;
 }
 
-// The name between two offsets, as wide characters.
-std::wstring CollectName(const std::vector<char>& bytes, size_t start, size_t end, std::string_view skipBytes) {
-  // Of a name with a subset tag or a byte-order mark only what stands behind it counts.
-  if (end != 0 && start < end - 1) {
-    for (size_t at = start; at < end - 1; ++at) {
-      if (bytes.size() - at < skipBytes.size()) break;
-      if (std::memcmp(bytes.data() + at, skipBytes.data(), skipBytes.size()) != 0) continue;
-      start = at + skipBytes.size();
-      break;
-    }
-  }
+// The name in the first `end` bytes of a text that holds one byte more, if the document has one.
+std::string CollectName(std::string_view text, size_t end, std::string_view skipBytes) {
+  end = std::min(end, text.size());
+  const size_t start = FindStart(text, end, skipBytes);
   for (size_t at = end; at > start + 1; --at) {
-    if (!IsAlphaNumeric(bytes[at - 1])) continue;
+    if (!IsAlphaNumeric(text[at - 1])) continue;
     end = at;
     break;
   }
-  std::wstring name;
+  std::string name;
   for (size_t at = start; at < end; ++at) {
-    // The high zero bytes of UTF-16 text fall away. A byte with the high bit set gives a negative character.
-    if (bytes[at] == 0) ++at;
-    if (at < bytes.size()) name.push_back(static_cast<wchar_t>(static_cast<signed char>(bytes[at])));
+    // The high zero bytes of UTF-16 text fall away.
+    if (text[at] == 0) ++at;
+    if (at >= text.size()) break;
+    // What is not ASCII makes the whole name empty.
+    if (static_cast<unsigned char>(text[at]) > 0x7F) return {};
+    name.push_back(text[at]);
   }
   return name;
 }
@@ -119,47 +114,80 @@ std::wstring CollectName(const std::vector<char>& bytes, size_t start, size_t en
 struct Scan {
   std::string_view extensions[2];
   std::string_view outerBegin, middle, skipBytes, innerEnd, outerEnd;
+  std::string_view mark;  // a document without it holds no names for this scan
 };
 
 constexpr Scan kScans[] = {
-    {{".ai", ".ait"}, "<<", "/FontName/", "+", "/", ">>"},
-    {{".ai", ".ait"}, "<<", "/FontName /", "+", "/", ">>"},
-    {{".psd", ".psb"}, "/FontSet [", "/Name (", "\xFE\xFF", ")", "]"},
-    {{".aep", ""}, "<< /99 /CoolTypeFont /0", "(", "\xFE\xFF", ") /", ">>"},
+    {{".ai", ".ait"}, "<<", "/FontName/", "+", "/", ">>", "/FontName/"},
+    {{".ai", ".ait"}, "<<", "/FontName /", "+", "/", ">>", "/FontName /"},
+    {{".psd", ".psb"}, "/FontSet [", "/Name (", "\xFE\xFF", ")", "]", "/FontSet ["},
+    {{".aep", ""}, "<< /99 /CoolTypeFont /0", "(", "\xFE\xFF", ") /", ">>", "/CoolTypeFont /0"},
 };
+using ScanFlags = std::array<bool, std::size(kScans)>;
 
-bool BelongsTo(const Scan& scan, const std::string& path) {
-  for (const std::string_view extension : scan.extensions) {
-    if (!extension.empty() && CommonFunctionality::FileExtensionIs(path, std::string(extension))) return true;
+// Every mark begins with one of two pairs of bytes, so that one walk over the document finds them all.
+static_assert(std::all_of(std::begin(kScans), std::end(kScans), [](const Scan& scan) {
+  return scan.mark.starts_with("/F") || scan.mark.starts_with("/C");
+}));
+
+ScanFlags FindMarks(DocumentBytes& bytes) {
+  ScanFlags found{};
+  for (size_t at = 0; bytes.FindPair(at, '/', 'F', 'C', at); ++at) {
+    for (size_t i = 0; i < found.size(); ++i) found[i] = found[i] || bytes.Holds(at, kScans[i].mark);
+    if (std::find(found.begin(), found.end(), false) == found.end()) break;
   }
-  return false;
+  return found;
 }
 
-bool ReadWholeFile(const std::string& path, std::vector<char>& bytes) {
-  GFile file;
-  unsigned long long size = 0;
-  if (file.Open(path, GFile::eRead | GFile::eBinary) != 0 || file.GetFileSize(size) != 0) return false;
-  return file.Read(size, bytes) == 0;
+ScanFlags FindScansOf(const std::string& path) {
+  ScanFlags belongs{};
+  for (size_t i = 0; i < belongs.size(); ++i) {
+    for (const std::string_view extension : kScans[i].extensions) {
+      if (extension.empty() || !CommonFunctionality::FileExtensionIs(path, std::string(extension))) continue;
+      belongs[i] = true;
+    }
+  }
+  return belongs;
+}
+
+void RunScans(DocumentBytes& bytes, const ScanFlags& wanted, std::vector<std::string>& outNames) {
+  for (size_t i = 0; i < wanted.size(); ++i) {
+    const Scan& scan = kScans[i];
+    if (!wanted[i]) continue;
+    CommonFunctionality::GetFontNamesFromByteVector(bytes, scan.outerBegin, scan.middle, scan.skipBytes, scan.innerEnd,
+                                                    scan.outerEnd, outNames);
+  }
+}
+
+void RunPasses(DocumentBytes& bytes, const std::string& path, std::vector<std::string>& outNames) {
+  const ScanFlags marked = FindMarks(bytes);
+  ScanFlags first = FindScansOf(path);
+  for (size_t i = 0; i < first.size(); ++i) first[i] = first[i] && marked[i];
+  const size_t before = outNames.size();
+  RunScans(bytes, first, outNames);
+  // A misnamed document is still scanned, at the price of a second walk over it.
+  if (outNames.size() == before) RunScans(bytes, marked, outNames);
 }
 
 }  // namespace
 
-int CommonFunctionality::GetFontNamesFromByteVector(const std::vector<char>& bytes, std::string_view outerBegin,
+int CommonFunctionality::GetFontNamesFromByteVector(DocumentBytes& bytes, std::string_view outerBegin,
                                                     std::string_view middle, std::string_view skipBytes,
                                                     std::string_view innerEnd, std::string_view outerEnd,
                                                     std::vector<std::string>& outNames) {
   OffsetRanges regions;
-  if (!FindPatternsBetweenOffsets(bytes, 0, bytes.size(), outerBegin, middle, outerEnd, regions)) return 0;
-  if (regions.size() % 2 != 0) return 0;
+  EndFinder regionEnd(bytes, outerEnd);
+  if (!FindPatternsBetweenOffsets(bytes, 0, bytes.Size(), outerBegin, middle, regionEnd, regions)) return 0;
   OffsetRanges names;
+  EndFinder nameEnd(bytes, innerEnd);
   for (size_t i = 0; i < regions.size(); i += 2) {
-    FindPatternsBetweenOffsets(bytes, regions[i], regions[i + 1], middle, innerEnd, names);
+    FindPatternsBetweenOffsets(bytes, regions[i], regions[i + 1], middle, nameEnd, names);
   }
-  if (names.size() % 2 != 0) return 0;
+  NameBudget budget(bytes.Size());
   for (size_t i = 0; i < names.size(); i += 2) {
-    const std::wstring wide = CollectName(bytes, names[i] + middle.size(), names[i + 1], skipBytes);
-    // Empty where the conversion fails; the list keeps that entry.
-    const std::string name = GString::OSUnicodeToUtf8(wide);
+    const size_t start = names[i] + middle.size(), end = names[i + 1];
+    if (!budget.Take(end - start)) break;
+    const std::string name = CollectName(bytes.Copy(start, end + 1), end - start, skipBytes);
     OutputIndentedAndFormattedString(0, "In %s(), adding '%s'", __func__, name.c_str());
     outNames.push_back(name);
   }
@@ -175,17 +203,9 @@ bool CommonFunctionality::FileExtensionIs(const std::string& path, const std::st
 
 void CommonFunctionality::GetFontNamesFromNonXMPSectionOfAdobeDocument(const char* path,
                                                                        std::vector<std::string>& outNames) {
-  if (!path || !*path) return;
-  std::vector<char> bytes;
-  if (!ReadWholeFile(path, bytes)) return;
+  DocumentBytes bytes;
+  if (!path || !*path || !bytes.Open(path)) return;
   const size_t before = outNames.size();
-  const auto run = [&](const Scan& scan) {
-    GetFontNamesFromByteVector(bytes, scan.outerBegin, scan.middle, scan.skipBytes, scan.innerEnd, scan.outerEnd, outNames);
-  };
-  for (const Scan& scan : kScans) {
-    if (BelongsTo(scan, path)) run(scan);
-  }
-  // A misnamed document is still scanned, at the price of a second walk over it.
-  if (outNames.size() != before) return;
-  for (const Scan& scan : kScans) run(scan);
+  RunPasses(bytes, path, outNames);
+  if (bytes.HasFailed()) outNames.resize(before);
 }

@@ -1,0 +1,155 @@
+// Scanning the bytes of a large document for font names, against reading the document into memory once and looking for the
+// first byte, or the whole, of what is looked for.
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Floor.h"
+#include "Readers/CommonFunctionality.h"
+#include "photoshop/PhotoshopFontUtils.h"
+
+namespace {
+
+constexpr size_t kMiB = 1024 * 1024;
+constexpr int kRuns = 5;
+
+[[noreturn]] void Fail(const std::string& what) {
+  std::fprintf(stderr, "RawScanBenchmark: %s: %s\n", what.c_str(), std::strerror(errno));
+  std::exit(2);
+}
+
+std::string FontSetOf(const std::string& name) {
+  std::string utf16;
+  for (const char c : name) utf16 += std::string(1, '\0') + c;
+  return "/FontSet [ << /Name (\xFE\xFF" + utf16 + ") /Script 0 >> ]";
+}
+
+// A document that is deleted with its object.
+class Document {
+ public:
+  Document(size_t size, const std::function<void(std::string& block)>& fill, const std::vector<std::string>& texts) {
+    const char* folder = std::getenv("TMPDIR");
+    mPath = std::string(folder ? folder : "/tmp") + "/raw-scan-XXXXXX.psd";
+    const int file = mkostemps(mPath.data(), 4, 0);
+    if (file < 0) Fail(mPath);
+    // The texts stand at equal distances, the last one at the end.
+    std::string block(kMiB, '\0');
+    const size_t blocks = size / kMiB;
+    for (size_t i = 0; i < blocks; ++i) {
+      fill(block);
+      for (size_t t = 0; t < texts.size(); ++t) {
+        if (i == (t + 1) * blocks / texts.size() - 1) block.replace(kMiB - texts[t].size(), texts[t].size(), texts[t]);
+      }
+      if (write(file, block.data(), kMiB) != static_cast<ssize_t>(kMiB)) Fail(mPath);
+    }
+    close(file);
+  }
+  ~Document() { unlink(mPath.c_str()); }
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+  const std::string& Path() const { return mPath; }
+
+ private:
+  std::string mPath;
+};
+
+void FillWithNoise(std::string& block) {
+  static uint64_t sState = 88172645463325252ULL;
+  for (size_t i = 0; i < block.size(); i += sizeof sState) {
+    sState ^= sState << 13;
+    sState ^= sState >> 7;
+    sState ^= sState << 17;
+    std::memcpy(block.data() + i, &sState, sizeof sState);
+  }
+}
+
+volatile size_t sSink;  // keeps the compiler from leaving the work out
+
+// Reads the whole file and hands it on.
+template <class Search>
+void ReadAnd(const std::string& path, size_t size, const Search& search) {
+  const int file = open(path.c_str(), O_RDONLY);
+  const auto bytes = std::make_unique_for_overwrite<char[]>(size);
+  size_t have = 0;
+  while (have < size) {
+    const ssize_t got = read(file, bytes.get() + have, size - have);
+    if (got <= 0) Fail(path);
+    have += static_cast<size_t>(got);
+  }
+  close(file);
+  sSink = search(bytes.get(), bytes.get() + size);
+}
+
+size_t CountSlashes(const char* from, const char* end) {
+  size_t count = 0;
+  while ((from = static_cast<const char*>(std::memchr(from, '/', static_cast<size_t>(end - from))))) {
+    ++count;
+    ++from;
+  }
+  return count;
+}
+
+size_t FindFontSet(const char* from, const char* end) {
+  constexpr std::string_view kPattern = "/FontSet [";
+  return memmem(from, static_cast<size_t>(end - from), kPattern.data(), kPattern.size()) != nullptr;
+}
+
+void Scan(const Document& document, size_t expected) {
+  std::vector<std::string> names;
+  CommonFunctionality::GetFontNamesFromNonXMPSectionOfAdobeDocument(document.Path().c_str(), names);
+  if (names.size() != expected) Fail("the scan found " + std::to_string(names.size()) + " names");
+}
+
+void ReadFonts(const Document& document, size_t expected) {
+  std::vector<std::string> names;
+  PhotoshopFontUtils::GetDocumentFonts(document.Path(), names, true);
+  if (names.size() != expected) Fail("the reader found " + std::to_string(names.size()) + " names");
+}
+
+// The greatest memory of a process of its own that does the work, in MiB.
+double PeakOf(const std::function<void()>& work) {
+  const pid_t child = fork();
+  if (child == 0) {
+    work();
+    _exit(0);
+  }
+  int status = 0;
+  rusage usage{};
+  if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) Fail("measuring memory");
+  return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+void CompareBoth(const std::string& what, const Document& document, size_t expected, double limit,
+                 const std::function<void()>& floor) {
+  benchmark::Compare(("scan, " + what).c_str(), limit, kRuns, [&] { Scan(document, expected); }, floor);
+  benchmark::Compare(("document fonts, " + what).c_str(), limit, kRuns, [&] { ReadFonts(document, expected); }, floor);
+}
+
+}  // namespace
+
+int main() {
+  benchmark::Begin();
+  constexpr size_t kLarge = 512 * kMiB, kImage = 64 * kMiB;
+  {
+    const Document document(kLarge, FillWithNoise, {FontSetOf("First"), FontSetOf("Second"), FontSetOf("Last")});
+    CompareBoth("512 MiB, 3 names", document, 3, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
+    const double most = static_cast<double>(kLarge / kMiB + 64);
+    benchmark::Report("peak memory, 512 MiB", PeakOf([&] { Scan(document, 3); ReadFonts(document, 3); }), most, 1, "MiB");
+  }
+  {
+    const Document document(kLarge, FillWithNoise, {});
+    CompareBoth("512 MiB, no text", document, 0, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
+  }
+  {
+    const Document document(kImage, [](std::string& block) { block.assign(kMiB, '/'); }, {});
+    CompareBoth("64 MiB of 0x2F", document, 0, 2, [&] { ReadAnd(document.Path(), kImage, FindFontSet); });
+  }
+  return benchmark::Finish();
+}
