@@ -93,6 +93,3 @@ class CoreAgentInterface : public FontManagerInterface {
 
   CoreAgentPluginNotificationQueue mQueue;
 };
-
-// The nonzero font IDs of the records in order; with skipSystem those of system fonts are left out.
-std::vector<uint32_t> GetFontIDsFromFontInfoArray(const platform::Array& fonts, bool skipSystem);

@@ -1,6 +1,5 @@
 #include "Bridge/CoreAgentSupport.h"
 
-#include "Bridge/CoreAgentInterface.h"
 #include "Identification/FontKeys.h"
 #include "XCore/ECFExtensions/XCFUtils.h"
 

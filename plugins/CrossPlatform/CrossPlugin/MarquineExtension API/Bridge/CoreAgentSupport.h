@@ -27,5 +27,8 @@ void AppendArrayToTUInt32Vector(const uint32_t* values, uint32_t count, std::vec
 // renamed, whose type is an integer, counts as type 0: no special workgroup is found once it carries a localised name.
 long WorkgroupTypeOf(const platform::Dictionary& workgroup);
 
+// The nonzero font IDs of the records in order; with skipSystem those of system fonts are left out.
+std::vector<uint32_t> GetFontIDsFromFontInfoArray(const platform::Array& fonts, bool skipSystem);
+
 void ResetAgentCheckTimeForTesting();
 double& LastCoreAgentCheckTime();  // seconds of Clock, 0 at first
