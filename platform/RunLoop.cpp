@@ -137,8 +137,11 @@ struct RunLoop::State {
       Guarded("posted callback", callback);
       lock.lock();
     }
-    // What came meanwhile is for the next turn, which must not wait.
-    if (!posted.empty()) Wake();
+  }
+
+  bool HasPosted() {
+    const std::lock_guard lock(mutex);
+    return !posted.empty();
   }
 
   void Wake() {
@@ -150,6 +153,8 @@ struct RunLoop::State {
   void Poll(double seconds) {
     std::vector<pollfd> polled{{wake.Get(), POLLIN, 0}};
     for (const auto& [descriptor, callback] : descriptors) polled.push_back({descriptor, POLLIN, 0});
+    // Of callbacks that were left by a run around this one, or posted by a callback, no wake is pending any more.
+    if (HasPosted()) seconds = 0;
     const int milliseconds = static_cast<int>(std::clamp(std::ceil(seconds * 1000), 0.0, 60000.0));
     const int ready = poll(polled.data(), polled.size(), milliseconds);
     if (ready > 0 && polled[0].revents) {

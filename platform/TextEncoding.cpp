@@ -271,7 +271,10 @@ int CompareLocalizedCaseless(std::string_view a, std::string_view b) {
   const std::lock_guard lock(sMutex);
   UErrorCode status = U_ZERO_ERROR;
   if (!sCollator) {
-    sCollator.reset(icu::Collator::createInstance(status));
+    // The collation of the C locale goes by code points, case and all; the root's is everybody's.
+    const icu::Locale locale = icu::Locale::getDefault();
+    const bool isC = std::string_view(locale.getName()) == "en_US_POSIX";
+    sCollator.reset(icu::Collator::createInstance(isC ? icu::Locale::getRoot() : locale, status));
     if (U_FAILURE(status) || !sCollator) return CompareCaseless(a, b);
     sCollator->setStrength(icu::Collator::SECONDARY);
   }

@@ -1,0 +1,205 @@
+// Files are replaced whole or not at all.
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <set>
+
+#include "platform/FileLock.h"
+#include "support/TempFolder.h"
+
+namespace platform {
+namespace {
+
+using test_support::TempFolder;
+
+std::string Content(const std::string& path) {
+  std::string content;
+  EXPECT_EQ(ReadFile(path, content), std::error_code()) << path;
+  return content;
+}
+
+std::set<std::string> Names(const TempFolder& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) names.insert(entry.path().filename());
+  return names;
+}
+
+// Within its life no file grows beyond this size: a disk that is full at that byte.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t size) {
+    getrlimit(RLIMIT_FSIZE, &former_);
+    formerHandler_ = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{size, former_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &former_);
+    std::signal(SIGXFSZ, formerHandler_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit former_;
+  void (*formerHandler_)(int);
+};
+
+TEST(Files, AFailedWriteLeavesTheOldFileAndNothingBeside) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "old");
+  const std::string source = folder.Write("source", std::string(5000, 'x'));
+  for (const rlim_t size : {0, 1, 4096, 4999}) {
+    const FullDisk full(size);
+    EXPECT_TRUE(ReplaceFile(path, std::string(5000, 'n')));
+    EXPECT_TRUE(CopyFile(source, path));
+    EXPECT_EQ(Content(path), "old");
+  }
+  EXPECT_EQ(Names(folder), (std::set<std::string>{"file", "source"}));
+  EXPECT_FALSE(CopyFile(source, path));
+  EXPECT_EQ(Content(path), std::string(5000, 'x'));
+}
+
+TEST(Files, WhatIsStagedAndNotCommittedGoesAway) {
+  const TempFolder folder;
+  const std::string path = folder.Write("poster.psd", "old");
+  {
+    StagedFile staged;
+    ASSERT_FALSE(staged.StageCopy(path, path));
+    EXPECT_TRUE(staged.TemporaryPath().ends_with(".psd"));
+    folder.Write(std::filesystem::path(staged.TemporaryPath()).filename().string(), "changed");
+    EXPECT_EQ(Content(path), "old");
+    StagedFile second;
+    ASSERT_FALSE(second.Stage(path, "second"));
+    ASSERT_FALSE(second.Commit());
+    EXPECT_EQ(Content(path), "second");
+  }
+  EXPECT_EQ(Names(folder), (std::set<std::string>{"poster.psd"}));
+}
+
+TEST(Files, TheNewFileTakesAfterTheOldOne) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "old");
+  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+  std::filesystem::create_symlink("file", folder / "link");
+  ASSERT_FALSE(ReplaceFile(folder / "link", "new"));
+  struct stat info;
+  ASSERT_EQ(lstat(path.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0640u);
+  EXPECT_EQ(Content(path), "new");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+  if (geteuid() == 0) {
+    ASSERT_EQ(chown(path.c_str(), 4711, 4712), 0);
+    ASSERT_FALSE(ReplaceFile(path, "newer"));
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_uid, 4711u);
+    EXPECT_EQ(info.st_gid, 4712u);
+    EXPECT_EQ(info.st_mode & 07777, 0640u);
+  }
+}
+
+TEST(Files, WhatIsNoFileIsRefusedWithoutWaiting) {
+  const TempFolder folder;
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  folder.Write("folder/file", "");
+  std::filesystem::create_symlink("nowhere", folder / "dangling");
+  const struct {
+    std::string path;
+    std::errc error;
+  } rows[] = {{folder / "missing", std::errc::no_such_file_or_directory},
+              {folder / "dangling", std::errc::no_such_file_or_directory},
+              {folder / "folder/file/below", std::errc::not_a_directory},
+              {folder / "folder", std::errc::is_a_directory},
+              {folder / "pipe", std::errc::not_supported},
+              {"/dev/zero", std::errc::not_supported}};
+  for (const auto& row : rows) {
+    std::string content = "untouched";
+    EXPECT_EQ(ReadFile(row.path, content), row.error) << row.path;
+    EXPECT_EQ(content, "untouched");
+    EXPECT_EQ(CheckReadable(row.path), row.error);
+    EXPECT_EQ(CopyFile(row.path, folder / "copy"), row.error);
+  }
+  EXPECT_FALSE(FileExists(folder / "copy"));
+  for (const char* name : {"folder", "pipe"}) EXPECT_TRUE(ReplaceFile(folder / name, "x")) << name;
+}
+
+TEST(Files, MovingNeverReplaces) {
+  const TempFolder folder;
+  folder.Write("a", "a");
+  folder.Write("b", "b");
+  EXPECT_EQ(MoveFile(folder / "a", folder / "b"), std::errc::file_exists);
+  EXPECT_EQ(Content(folder / "b"), "b");
+  EXPECT_FALSE(MoveFile(folder / "a", folder / "c"));
+  EXPECT_EQ(Names(folder), (std::set<std::string>{"b", "c"}));
+}
+
+TEST(Files, FoldersAreMadeWithTheirMode) {
+  const TempFolder folder;
+  folder.Write("file", "");
+  EXPECT_FALSE(MakeFolder(folder / "one/two/three/", 0700));
+  struct stat info;
+  ASSERT_EQ(stat((folder / "one/two/three").c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0700u);
+  EXPECT_FALSE(MakeFolder(folder / "one/two", 0700));
+  EXPECT_TRUE(MakeFolder(folder / "file", 0700));
+  EXPECT_TRUE(MakeFolder(folder / "file/below", 0700));
+
+  std::error_code error;
+  EXPECT_TRUE(OpenPrivateFolder(folder / "one/two/three", error));
+  ASSERT_EQ(chmod((folder / "one/two/three").c_str(), 0710), 0);
+  EXPECT_FALSE(OpenPrivateFolder(folder / "one/two/three", error));
+  EXPECT_EQ(error, std::errc::permission_denied);
+}
+
+TEST(Files, ModificationDates) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "");
+  constexpr uint64_t kDate = 1234567890123456789u;
+  EXPECT_TRUE(SetFileModificationDate(path, kDate));
+  EXPECT_EQ(GetFileModificationDate(path), kDate);
+  EXPECT_EQ(GetFileModificationDate(folder / "missing"), 0u);
+  EXPECT_FALSE(SetFileModificationDate(folder / "missing", kDate));
+}
+
+TEST(Files, TheLockIsHeldAgainstOtherProcessesAndFreeAfterADeath) {
+  const TempFolder folder;
+  const std::string path = folder / "preferences.plist";
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  const pid_t holder = fork();
+  if (holder == 0) {
+    std::error_code error;
+    const FileLock lock(path, &error);
+    const char held = error ? 'n' : 'y';
+    [[maybe_unused]] const ssize_t told = write(ends[1], &held, 1);
+    pause();
+    _exit(0);
+  }
+  char held = 0;
+  ASSERT_EQ(read(ends[0], &held, 1), 1);
+  EXPECT_EQ(held, 'y');
+  const Descriptor probe(open((folder / ".preferences.plist.lock").c_str(), O_RDWR));
+  ASSERT_TRUE(probe);
+  EXPECT_NE(flock(probe.Get(), LOCK_EX | LOCK_NB), 0) << "the other process holds it";
+  kill(holder, SIGKILL);
+  ASSERT_EQ(waitpid(holder, nullptr, 0), holder);
+  std::error_code error;
+  { const FileLock lock(path, &error); }
+  EXPECT_FALSE(error);
+  close(ends[0]);
+  close(ends[1]);
+
+  const FileLock nowhere(folder / "missing/file", &error);
+  EXPECT_EQ(error, std::errc::no_such_file_or_directory);
+}
+
+}  // namespace
+}  // namespace platform
