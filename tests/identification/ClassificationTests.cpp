@@ -1,0 +1,218 @@
+// Dividing a document's fonts into matched and problem fonts, and finding the records of fonts in use.
+#include <algorithm>
+
+#include "Identification/FontClassification.h"
+#include "Tracking/FontActivationTracker.h"
+#include "support/PluginFixture.h"
+#include "support/Records.h"
+
+using namespace GlyphsureSupport;
+using namespace fakes;
+using platform::Array;
+using platform::Dictionary;
+
+namespace {
+
+constexpr int kAll = -2;
+
+class Classification : public PluginFixture {
+ protected:
+  // The IDs of the matched fonts, in order; "-" for none.
+  static std::string MatchesOf(const Array& matched) {
+    std::string ids;
+    for (size_t i = 0; i < matched.Count(); ++i) {
+      const Dictionary match = Dictionary(matched.At(i)).GetDictionary(kGS_MatchedFontKey);
+      ids += (i == 0 ? "" : " ") + match.GetString(kGS_DatabaseIDKey).Text();
+    }
+    return ids;
+  }
+  int Classify(const Array& fonts, bool pickBestMatch) {
+    matched = Array::Create();
+    problems = Array::Create();
+    return ProcessDocumentFontsForAutoActivation(fonts, matched, problems, true, pickBestMatch, kAll, ui->interface.get());
+  }
+
+  Array matched, problems;
+};
+
+}  // namespace
+
+TEST_F(Classification, OrderOfProof) {
+  agent.Add({.id = 1, .postScriptName = "Lone"});
+  agent.Add({.id = 11, .postScriptName = "Two", .kind = "TrueType"});
+  agent.Add({.id = 12, .postScriptName = "Two"});
+  agent.Add({.id = 21, .postScriptName = "Three"});
+  agent.Add({.id = 22, .postScriptName = "Three", .version = "9.0"});
+  agent.Add({.id = 23, .postScriptName = "Three", .version = "0.5", .ownState = 4});
+  agent.Add({.id = 31, .postScriptName = "Exact", .version = "9.0", .checksum = "900"});
+  agent.Add({.id = 32, .postScriptName = "Exact", .checksum = "77"});
+  agent.Add({.id = 33, .postScriptName = "Exact", .foundry = "Other", .checksum = "77"});
+  Connect();
+  const Dictionary contradicting = Record({{"PostScriptName", "Lone"}, {"Version", "7"}, {"Family", "Family"}});
+  const Dictionary slug = Record({{"PostScriptName", "Exact"}, {"FontKind", "OpenType - PS"}, {"Glyphsure_1.2_Checksum", "77"}});
+  const struct {
+    const char* why;
+    Dictionary font;
+    bool pickBestMatch;
+    const char* matches;
+    size_t replacements;
+  } rows[] = {
+      {"bare name, one candidate", Named("Lone"), false, "1", 0},
+      {"data that contradicts the only candidate", contradicting, false, "", 1},
+      {"the same with the best match on", contradicting, true, "1", 0},
+      {"bare name, the active candidate", Named("Three"), false, "23", 0},
+      {"bare name, none active", Named("Two"), false, "", 2},
+      {"the same with the best match on", Named("Two"), true, "12", 0},
+      {"identity wins over the newer one", slug, true, "32", 0},
+      {"identity needs no best match", slug, false, "32", 0},
+      {"nothing known", Named("Nowhere"), true, "", 0},
+  };
+  for (const auto& row : rows) {
+    const Dictionary font = row.font.Copy();
+    EXPECT_EQ(Classify(ArrayOf({font}), row.pickBestMatch), 0) << row.why;
+    EXPECT_EQ(MatchesOf(matched), row.matches) << row.why;
+    EXPECT_EQ(problems.Count(), *row.matches ? 0u : 1u) << row.why;
+    EXPECT_EQ(font.GetArray(kGS_PossibleReplacementsKey).Count(), row.replacements) << row.why;
+    EXPECT_EQ(font.Contains(kGS_PossibleReplacementsKey), row.replacements > 0) << row.why;
+  }
+  EXPECT_TRUE(Traced("Matched 'Lone' with '/fonts/1/Lone.otf': only candidate"));
+  EXPECT_TRUE(Traced("Matched 'Two' with '/fonts/12/Two.otf': best match"));
+  EXPECT_TRUE(Traced("Preferred '/fonts/12/Two.otf' over '/fonts/11/Two.otf' for 'Two': OpenType before PostScript before TrueType"));
+  EXPECT_TRUE(Traced("Preferred '/fonts/32/Exact.otf' over '/fonts/31/Exact.otf' for 'Exact': perfect match with the document's data"));
+}
+
+TEST_F(Classification, FontThatTheSystemHasIsNoProblem) {
+  UseSystemFonts("/usr/share/fonts/truetype/dejavu");
+  Connect();
+  EXPECT_EQ(Classify(ArrayOf({Named("DejaVuSans"), Named("Nowhere")}), true), 0);
+  EXPECT_EQ(NamesOf(matched), "");
+  EXPECT_EQ(NamesOf(problems), "Nowhere");
+  EXPECT_EQ(CountMissingFonts(problems), 1);
+}
+
+TEST_F(Classification, UserChoosesAmongTheReplacementsAndTheChoiceIsActivated) {
+  agent.Add({.id = 1, .postScriptName = "A", .foundry = "URW", .version = "2.0"});
+  agent.Add({.id = 2, .postScriptName = "A", .kind = "TrueType", .foundry = "Other"});
+  agent.Add({.id = 3, .postScriptName = "B"});
+  agent.Add({.id = 4, .postScriptName = "B"});
+  Connect();
+  Classify(ArrayOf({Named("A"), Named("B"), Named("Nowhere")}), false);
+  ASSERT_EQ(NamesOf(problems), "A B Nowhere");
+  EXPECT_EQ(CountMissingFonts(problems), 1);
+  Dictionary first(problems.At(0));
+  const Array offered = first.GetArray(kGS_PossibleReplacementsKey);
+  for (size_t i = 0; i < offered.Count(); ++i) {
+    for (const auto key : {kGS_FoundryKey, kGS_VersionKey, kGS_KindKey, kGS_WorkgroupNameKey}) {
+      EXPECT_FALSE(Dictionary(offered.At(i)).GetString(key).IsEmpty()) << key;
+    }
+  }
+  first.Set(kGS_MatchedFontKey, offered.At(1));
+  EXPECT_FALSE(AllFontsResolved(problems, matched));
+  EXPECT_EQ(MatchesOf(matched), "2");
+  EXPECT_TRUE(Traced("This font was skipped:  'Nowhere' -- host app's Find Fonts dialog will be displayed"));
+  FontActivationTracker tracker(ui->interface.get());
+  EXPECT_EQ(tracker.OpenFontsForIdentifier(matched, "doc", false, Array(), Array()), 0);
+  EXPECT_TRUE(agent.Font(2).isHeld);
+  EXPECT_FALSE(agent.Font(1).isHeld);
+}
+
+TEST_F(Classification, EndsWhereItIsTold) {
+  EXPECT_EQ(Classify(ArrayOf({Named("A")}), true), kErrorMarquineNotRunning) << "no manager";
+  agent.Add({.id = 1, .postScriptName = "A"});
+  Connect();
+  EXPECT_EQ(Classify(ArrayOf({}), true), 0);
+  EXPECT_EQ(Classify(Array(), true), kErrorBadArgument);
+  EXPECT_EQ(ProcessDocumentFontsForAutoActivation(ArrayOf({}), Array(), problems, true, true, kAll, nullptr),
+            kErrorBadArgument);
+  // A font without a name is skipped; one whose look-up fails is in neither list, and the next font's status stands.
+  agent.FailNext(AgentFunction::GetFontsByPostscriptName, 0x01000001);
+  EXPECT_EQ(Classify(ArrayOf({platform::Value(), Record({{"Family", "F"}}), Named("A"), Named("A")}), true), 0);
+  EXPECT_EQ(MatchesOf(matched), "1");
+  EXPECT_EQ(problems.Count(), 0u);
+  EXPECT_EQ(ui->progress, (std::vector<std::string>{"hide", "hide"}));
+  agent.onCall = [](AgentFunction function) {
+    if (function == AgentFunction::GetFontInfoByID) throw std::runtime_error("the agent's library");
+  };
+  EXPECT_THROW(Classify(ArrayOf({Named("A")}), true), std::runtime_error);
+  EXPECT_EQ(ui->progress.size(), 3u) << "hidden also when an exception passes";
+  EXPECT_TRUE(Traced("Exiting ProcessDocumentFontsForAutoActivation via throw."));
+}
+
+TEST_F(Classification, CountsAndLookUps) {
+  Dictionary active = Named("A"), inactive = Named("B");
+  active.Set(kGS_MatchedFontKey, Record({{"IsActive", "1"}}));
+  inactive.Set(kGS_MatchedFontKey, Record({{"IsActive", "0"}}));
+  EXPECT_EQ(CountActiveFonts(ArrayOf({active, inactive, active})), 2);
+  size_t index = 0;
+  const Array fonts = ArrayOf({platform::Value(), Record({{"DatabaseID", "0"}}), Record({{"DatabaseID", "7"}})});
+  EXPECT_TRUE(DoesArrayContainFontWithDatabaseID(fonts, 7, &index));
+  EXPECT_EQ(index, 2u);
+  EXPECT_FALSE(DoesArrayContainFontWithDatabaseID(fonts, 0));
+  EXPECT_FALSE(FontRefContainsGlyphsureData(Record({{"PostScriptName", "A"}, {"Path", "/"}})));
+  EXPECT_TRUE(FontRefContainsGlyphsureData(Record({{"OutlineFileSize", "1"}})));
+  EXPECT_TRUE(FontRefContainsXMPData(Record({{"AdobeXMPFontData_Type", "TrueType"}})));
+}
+
+namespace {
+
+class Enriching : public Classification {
+ protected:
+  Enriching() {
+    agent.Add({.id = 1, .postScriptName = "Active", .ownState = 4});
+    agent.Add({.id = 2, .postScriptName = "Idle"});
+    agent.Add({.id = 3, .postScriptName = "Nimbus-Regular", .family = "Nimbus", .ownState = 4});
+    agent.Add({.id = 4, .postScriptName = "Nimbus-Bold", .family = "Nimbus"});
+    Connect();
+  }
+};
+
+}  // namespace
+
+TEST_F(Enriching, OnlyActiveFontsReachASlug) {
+  const Array fonts = ArrayOf({Named("Active"), platform::Value(), Named("Idle"), Named("Nowhere")});
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, true, false, false), 0);
+  EXPECT_EQ(NamesOf(fonts), "Active");
+  const Dictionary record(fonts.At(0));
+  EXPECT_EQ(record.GetString(kGS_FoundryKey).View(), "Foundry");
+  EXPECT_FALSE(record.Contains(kGS_DatabaseIDKey));
+}
+
+TEST_F(Enriching, AllInformationStaysWhereItIsAskedFor) {
+  const Array fonts = ArrayOf({Named("Idle"), Named("Nowhere")});
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, false, true, false), 0);
+  EXPECT_EQ(NamesOf(fonts), "Idle Nowhere");
+  EXPECT_EQ(Dictionary(fonts.At(0)).GetString(kGS_DatabaseIDKey).View(), "2");
+}
+
+TEST_F(Enriching, FamilySpeaksForANameThatIsNotKnown) {
+  const Array fonts = ArrayOf({Named("Nimbus-Black")});
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, true, true, true), 0);
+  EXPECT_EQ(NamesOf(fonts), "Nimbus-Regular");
+}
+
+TEST_F(Enriching, RecordFoundUnderAnotherNameTakesThePlace) {
+  const Array fonts = ArrayOf({Named("Active-Bold"), Named("ABCDEF+Idle")});
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, false, true, false), 0);
+  EXPECT_EQ(NamesOf(fonts), "Idle Active");
+}
+
+TEST_F(Enriching, CacheAnswersForActiveFontsWithoutTheAgent) {
+  const Array first = ArrayOf({Named("Active")});
+  AppendGlyphsureDataToFonts(first, kAll, true, false, false);
+  agent.calls.clear();
+  const Array again = ArrayOf({Named("Active")});
+  AppendGlyphsureDataToFonts(again, kAll, true, false, false);
+  EXPECT_TRUE(again.Equals(first));
+  EXPECT_EQ(agent.Count("GetFontsByPostscriptName"), 0u);
+  EXPECT_TRUE(Traced("Using cached glyphsure data for the active version of Active"));
+}
+
+TEST_F(Enriching, LastFontWithIDsWins) {
+  Array found;
+  const Dictionary byFamily = Record({{"PostScriptName", "Nowhere"}, {"Family", "Nimbus"}});
+  EXPECT_EQ(FindIDsForBestMatches(ArrayOf({Named("Active"), byFamily, Named("Nowhere")}), &found, kAll), 0);
+  EXPECT_EQ(NamesOf(found), "Nimbus-Regular Nimbus-Bold");
+  EXPECT_EQ(MatchesOf(found), "3 4");
+  EXPECT_EQ(FindIDsForBestMatches(ArrayOf({}), &found, kAll), 0);
+  EXPECT_EQ(found.Count(), 0u);
+}

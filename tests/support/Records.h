@@ -1,0 +1,52 @@
+// Making font records and font arrays for a test.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Value.h"
+
+namespace fakes {
+
+using Entries = std::initializer_list<std::pair<std::string_view, std::string_view>>;
+
+inline platform::Dictionary Record(Entries entries) {
+  platform::Dictionary record = platform::Dictionary::Create();
+  for (const auto& [key, value] : entries) record.Set(key, value);
+  return record;
+}
+
+// The record with some entries replaced or added; those with an empty value are removed.
+inline platform::Dictionary With(const platform::Dictionary& record, Entries entries) {
+  platform::Dictionary changed = record.Copy();
+  for (const auto& [key, value] : entries) {
+    if (value.empty()) {
+      changed.Remove(key);
+    } else {
+      changed.Set(key, value);
+    }
+  }
+  return changed;
+}
+
+inline platform::Dictionary Named(std::string_view name) { return Record({{"PostScriptName", name}}); }
+
+inline platform::Array ArrayOf(std::initializer_list<platform::Value> entries) {
+  platform::Array array = platform::Array::Create();
+  for (const platform::Value& entry : entries) array.Append(entry);
+  return array;
+}
+
+// The names of a font array, divided by blanks; a record without one shows as "-".
+inline std::string NamesOf(const platform::Array& fonts) {
+  std::string names;
+  for (size_t i = 0; i < fonts.Count(); ++i) {
+    const platform::String name = platform::Dictionary(fonts.At(i)).GetString("PostScriptName");
+    names += (i == 0 ? "" : " ") + (name ? name.Text() : "-");
+  }
+  return names;
+}
+
+}  // namespace fakes
