@@ -57,6 +57,7 @@ SPErr Play(FourCharCode event, PIActionDescriptor descriptor, int32_t, PIActionD
   if (!sActionHost) return kNoSuchObject;
   const DescriptorData* found = HostObjects::Shared().descriptors.Find(descriptor);
   if (descriptor && !found) return kBadParameters;
+  const Notifiers::Deferral deferral(sActionHost->EventNotifiers());
   // A copy: the plug-in's callbacks run meanwhile and may free theirs.
   const DescriptorData data = found ? *found : DescriptorData();
   SPErr error = kNoSuchObject;  // any other event

@@ -80,8 +80,8 @@ const Property<DocumentList> kApplicationProperties[] = {
 };
 
 const Property<Document> kDocumentProperties[] = {
-    {kKeyDocumentID, [](const Document& document, FourCharCode key,
-                        DescriptorData& properties) { properties.Put(key, document.id); }},
+    {kKeyDocumentID,
+     [](const Document& document, FourCharCode key, DescriptorData& properties) { properties.Put(key, document.id); }},
     {kKeyTitle, [](const Document& document, FourCharCode key,
                    DescriptorData& properties) { properties.Put(key, document.Title()); }},
     {kKeyFileReference,

@@ -12,6 +12,7 @@ const Document* FindDocument(const DocumentList& documents, const ReferenceData&
 
 // The one property that the reference names, under its own key, or all properties of the object. A property that the object
 // knows and has no value for now (the file of an untitled document) is no error and leaves nothing under its key.
-host_sdk::SPErr ReadProperties(const DocumentList& documents, const ReferenceData& reference, DescriptorData& properties);
+host_sdk::SPErr ReadProperties(const DocumentList& documents, const ReferenceData& reference,
+                               DescriptorData& properties);
 
 }  // namespace host

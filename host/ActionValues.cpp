@@ -38,9 +38,10 @@ const ActionValue* DescriptorData::Find(FourCharCode key) const {
 
 FourCharCode TypeOf(const ActionValue& value) {
   // In the order of the variant's members.
-  static constexpr FourCharCode kTypes[] = {host_sdk::kTypeInteger,    host_sdk::kTypeFloat, host_sdk::kTypeBoolean,
-                                            host_sdk::kTypeText,       host_sdk::kTypeEnumerated, host_sdk::kTypeAlias,
-                                            host_sdk::kTypeObject,     host_sdk::kTypeList,  host_sdk::kTypeReference};
+  static constexpr FourCharCode kTypes[] = {
+      host_sdk::kTypeInteger, host_sdk::kTypeFloat,      host_sdk::kTypeBoolean,
+      host_sdk::kTypeText,    host_sdk::kTypeEnumerated, host_sdk::kTypeAlias,
+      host_sdk::kTypeObject,  host_sdk::kTypeList,       host_sdk::kTypeReference};
   static_assert(std::size(kTypes) == std::variant_size_v<ActionValue>);
   return kTypes[value.index()];
 }

@@ -42,9 +42,9 @@ struct ReferenceForm {
   enum class Kind { kProperty, kEnumerated, kIndex, kIdentifier };
   Kind kind = Kind::kProperty;
   FourCharCode objectClass = 0;
-  FourCharCode key = 0;   // the property
+  FourCharCode key = 0;  // the property
   EnumeratedValue enumerated;
-  uint32_t number = 0;    // index from 1, or identifier
+  uint32_t number = 0;  // index from 1, or identifier
 };
 struct ReferenceData {
   std::vector<ReferenceForm> forms;

@@ -43,9 +43,7 @@ SPErr Make(PIActionDescriptor* descriptor) {
   return kNoErr;
 }
 
-SPErr Free(PIActionDescriptor descriptor) {
-  return Objects().descriptors.Remove(descriptor) ? kNoErr : kBadParameters;
-}
+SPErr Free(PIActionDescriptor descriptor) { return Objects().descriptors.Remove(descriptor) ? kNoErr : kBadParameters; }
 
 SPErr HasKey(PIActionDescriptor descriptor, FourCharCode key, int32_t* has) {
   const DescriptorData* data = Objects().descriptors.Find(descriptor);
@@ -194,9 +192,9 @@ SPErr GetZString(PIActionDescriptor descriptor, FourCharCode key, ASZString* val
 
 const PSActionDescriptorSuite& ActionDescriptorSuite() {
   static constexpr PSActionDescriptorSuite sSuite = {
-      Make,          Free,      HasKey,   GetCount,   Clear,        GetKey,       GetType,  PutInteger,
-      PutBoolean,    PutString, PutEnumerated, PutAlias, PutObject, PutList,      PutReference, GetInteger,
-      GetFloat,      GetBoolean, GetEnumerated, GetObject, GetAlias, GetList,     GetStringLength, GetString,
+      Make,       Free,       HasKey,        GetCount,  Clear,     GetKey,  GetType,         PutInteger,
+      PutBoolean, PutString,  PutEnumerated, PutAlias,  PutObject, PutList, PutReference,    GetInteger,
+      GetFloat,   GetBoolean, GetEnumerated, GetObject, GetAlias,  GetList, GetStringLength, GetString,
       GetZString,
   };
   return sSuite;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/DocumentFile.h"
-#include "platform/LocalSocket.h"
+#include "platform/Descriptor.h"
 
 namespace platform {
 class Window;
@@ -18,12 +18,12 @@ namespace host {
 
 struct Document {
   int32_t id = 0;
-  std::string path;  // absolute, without symbolic links; empty while untitled
+  std::string path;           // absolute, without symbolic links; empty while untitled
   platform::Descriptor file;  // on the file as it was read or written last, which it keeps should someone delete it
   DocumentFormat format = DocumentFormat::kNone;
-  std::string textProblem;               // why no text can be added; empty if it can
-  std::vector<std::string> savedFonts;   // named by the file
-  std::vector<std::string> addedFonts;   // of the texts added since, in that order
+  std::string textProblem;              // why no text can be added; empty if it can
+  std::vector<std::string> savedFonts;  // named by the file
+  std::vector<std::string> addedFonts;  // of the texts added since, in that order
   bool isDirty = false;
   bool isBeingSaved = false;
   std::shared_ptr<platform::Window> missingFontsWindow;  // null unless it shows

@@ -14,8 +14,8 @@ namespace host {
 
 namespace {
 
-constexpr size_t kFarthestHeader = 1024;       // where readers of PDF still look for its header
-constexpr size_t kFarthestEnd = 64 * 1024;     // from the end: other programs append their own data behind the trailer
+constexpr size_t kFarthestHeader = 1024;    // where readers of PDF still look for its header
+constexpr size_t kFarthestEnd = 64 * 1024;  // from the end: other programs append their own data behind the trailer
 
 std::string Line(const std::string& path, const std::string& problem) { return path + ": " + problem; }
 

@@ -7,7 +7,7 @@
 namespace host {
 
 enum class DocumentFormat {
-  kNone,   // no file yet
+  kNone,  // no file yet
   kPSD,
   kPSB,
   kOther,  // shown and saved as it is; no text can be added

@@ -109,7 +109,7 @@ std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
   return WriteTo(id, ResolvedPath(path), format);
 }
 
-std::string DocumentOperations::WriteTo(int32_t id, const std::string& path, DocumentFormat format) {
+std::string DocumentOperations::WriteTo(int32_t id, std::string path, DocumentFormat format) {
   documents_.BringToFront(id);
   Document* document = documents_.Find(id);
   if (document->isBeingSaved) return path + ": is being saved";
@@ -118,7 +118,8 @@ std::string DocumentOperations::WriteTo(int32_t id, const std::string& path, Doc
   if (!problem.empty()) return problem;
   const auto written = static_cast<long>(document->addedFonts.size());
   platform::StagedFile file;
-  if (const std::error_code error = file.Stage(path, content.bytes)) return path + ": " + platform::DescribeError(error);
+  if (const std::error_code error = file.Stage(path, content.bytes))
+    return path + ": " + platform::DescribeError(error);
   content.bytes = {};
 
   document->isBeingSaved = true;

@@ -35,7 +35,8 @@ class DocumentOperations : public ActionHost {
   std::string CloseDocument(int32_t id) override { return Close(id); }
 
  private:
-  std::string WriteTo(int32_t id, const std::string& path, DocumentFormat format);
+  // The path by value: callbacks may close the document that holds it.
+  std::string WriteTo(int32_t id, std::string path, DocumentFormat format);
   void NotifySave(int32_t id, const std::string& path);
 
   std::function<bool(host_sdk::SPPluginRef)> isPlugin_;

@@ -80,6 +80,7 @@ std::string HostApplication::DoIt(int32_t operation, int32_t* port) {
   const int32_t* answered = answer ? answer->Get<int32_t>(kKeyServerPort) : nullptr;
   if (port && answered) *port = *answered;
   descriptors.Remove(parameters.descriptor);
+  state_->documents.EventNotifiers().NotifyDeferred();
   return problem;
 }
 
@@ -91,6 +92,7 @@ void HostApplication::Quit() {
   if (!state_->isStarted) return;
   // By ID, since a plug-in may open and close documents meanwhile.
   for (const DocumentInfo& document : Documents()) state_->documents.Close(document.id);
+  state_->documents.EventNotifiers().NotifyDeferred();
   const std::string problem = state_->plugin.Send(kCallerInterface, "Shutdown");
   if (!problem.empty()) ReportProblem(problem);
   state_->LetGo();

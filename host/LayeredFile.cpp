@@ -106,7 +106,8 @@ void ParseLayers(std::string_view bytes, LayeredFile& file, size_t lengthField, 
   uint64_t pixels = 0;
   for (int i = 0; i < count; ++i) {
     if (PassRecord(reader, file.LengthWidth(), pixels)) continue;
-    file.layerProblem = "the record of layer " + std::to_string(i + 1) + " reaches beyond the layer information" + At(begin);
+    file.layerProblem =
+        "the record of layer " + std::to_string(i + 1) + " reaches beyond the layer information" + At(begin);
     return;
   }
   layers.recordsEnd = reader.Offset();

@@ -16,7 +16,7 @@ struct LayerInfo {
   size_t recordsEnd = 0;
   size_t channelsEnd = 0;  // behind the last layer's pixels; what follows up to `end` is padding
   size_t end = 0;
-  int16_t count = 0;       // below 0: as many layers, and the first alpha channel is the transparency of the composite
+  int16_t count = 0;  // below 0: as many layers, and the first alpha channel is the transparency of the composite
 };
 
 struct LayeredFile {
@@ -25,10 +25,11 @@ struct LayeredFile {
   uint32_t height = 0, width = 0;
   uint16_t depth = 0;
   uint16_t colorMode = 0;
-  size_t layersAndMask = 0;     // the length field of the section
+  size_t layersAndMask = 0;  // the length field of the section
   size_t layersAndMaskEnd = 0;
   LayerInfo layers;
-  std::string layerProblem;  // why the layer information cannot be walked; the file can still be shown and saved as it is
+  std::string
+      layerProblem;  // why the layer information cannot be walked; the file can still be shown and saved as it is
 
   int LengthWidth() const { return isLarge ? 8 : 4; }  // bytes of the length fields that are wider in a .psb
 };

@@ -37,9 +37,10 @@ std::vector<std::string> MissingFonts(const std::vector<std::string>& names) {
 std::shared_ptr<Window> ShowMissingFontsWindow(const std::vector<std::string>& missing) {
   // Escape may come in the middle of the ordering, before the window shows, and counts then too.
   const auto isDismissed = std::make_shared<bool>(false);
-  auto window = std::make_shared<Window>(kTitle, Views(missing), [isDismissed](Window&, const platform::KeyEvent& event) {
-    if (event.keyCode == kEscapeKeyCode) *isDismissed = true;
-  });
+  auto window =
+      std::make_shared<Window>(kTitle, Views(missing), [isDismissed](Window&, const platform::KeyEvent& event) {
+        if (event.keyCode == kEscapeKeyCode) *isDismissed = true;
+      });
   std::string problem;
   const auto order = [&] { window->OrderWindow(WindowOrdering::kAbove, 0); };
   if (!CallGuarded("Showing the window \"Missing Fonts\"", order, &problem)) {

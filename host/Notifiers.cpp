@@ -5,6 +5,7 @@
 #include "host/HostObjects.h"
 #include "host/Problems.h"
 #include "host/TypeIDs.h"
+#include "platform/RunLoop.h"
 
 namespace host {
 
@@ -22,16 +23,43 @@ bool Notifiers::Remove(FourCharCode event, host_sdk::NotifierCallback callback) 
 }
 
 void Notifiers::Notify(FourCharCode event, const DescriptorData& descriptor) {
+  if (deferrals_ > 0) {
+    deferred_.emplace_back(event, descriptor);
+    return;
+  }
+  NotifyDeferred();
+  Deliver(event, descriptor);
+  NotifyDeferred();
+}
+
+void Notifiers::NotifyDeferred() {
+  while (deferrals_ == 0 && !deferred_.empty()) {
+    const auto [event, descriptor] = std::move(deferred_.front());
+    deferred_.pop_front();
+    Deliver(event, descriptor);
+  }
+}
+
+void Notifiers::EndDeferral() {
+  if (--deferrals_ > 0 || deferred_.empty()) return;
+  platform::RunLoop::Main().Post([this, alive = std::weak_ptr<int>(alive_)] {
+    if (!alive.expired()) NotifyDeferred();
+  });
+}
+
+void Notifiers::Deliver(FourCharCode event, const DescriptorData& descriptor) {
   const std::vector<Entry> called = entries_;
   for (const Entry& entry : called) {
-    const bool isThere = std::any_of(entries_.begin(), entries_.end(),
-                                     [&](const Entry& each) { return each.serial == entry.serial; });
+    const bool isThere =
+        std::any_of(entries_.begin(), entries_.end(), [&](const Entry& each) { return each.serial == entry.serial; });
     if (entry.event != event || !isThere) continue;
     auto& descriptors = HostObjects::Shared().descriptors;
     const host_sdk::PIActionDescriptor given = descriptors.Add(descriptor);
     std::string problem;
     const std::string what = "The plug-in's answer to the event \"" + StringOfTypeID(event) + "\"";
-    if (!CallGuarded(what, [&] { entry.callback(event, given, 0, entry.userData); }, &problem)) ReportProblem(problem);
+    if (!CallGuarded(
+            what, [&] { entry.callback(event, given, 0, entry.userData); }, &problem))
+      ReportProblem(problem);
     descriptors.Remove(given);
   }
 }

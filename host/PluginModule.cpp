@@ -16,7 +16,9 @@ std::string PluginModule::Load(const std::string& bundleFolder) {
   if (!bundle) return "The plug-in cannot be loaded: " + problem;
   // Static constructors of the plug-in run here.
   bool isLoaded = false;
-  if (!CallGuarded(bundle->Folder() + " was loaded", [&] { isLoaded = bundle->Load(&problem); }, &problem) || !isLoaded) {
+  if (!CallGuarded(
+          bundle->Folder() + " was loaded", [&] { isLoaded = bundle->Load(&problem); }, &problem) ||
+      !isLoaded) {
     return "The plug-in cannot be loaded: " + problem;
   }
   const auto entry = reinterpret_cast<host_sdk::PluginMain>(bundle->FunctionForName(kEntry));
@@ -36,7 +38,8 @@ std::string PluginModule::Send(const char* caller, const char* selector, host_sd
   host_sdk::SPErr error = host_sdk::kNoErr;
   std::string problem;
   const std::string what = bundle_->Folder() + ": \"" + selector + "\" failed";
-  const bool returned = CallGuarded(what, [&] { error = main_(caller, selector, &message); }, &problem);
+  const bool returned = CallGuarded(
+      what, [&] { error = main_(caller, selector, &message); }, &problem);
   globals_ = message.globals;
   if (!returned) return problem;
   return error == host_sdk::kNoErr ? "" : what + ": error " + DescribeHostError(error);

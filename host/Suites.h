@@ -18,7 +18,7 @@ const host_sdk::PSAliasSuite& AliasSuite();
 const host_sdk::PSHandleSuite& HandleSuite();
 const host_sdk::ASZStringSuite& ZStringSuite();
 
-size_t AcquiredSuites();   // acquisitions not yet released, over all suites
+size_t AcquiredSuites();  // acquisitions not yet released, over all suites
 void ForgetAcquisitions();
 
 }  // namespace host

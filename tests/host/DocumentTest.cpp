@@ -1,0 +1,201 @@
+// Documents and their files: what is refused, what a save writes and what it leaves.
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "host/ByteOrder.h"
+#include "host/HostTest.h"
+#include "host/LayeredFile.h"
+#include "host/TextLayer.h"
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+using DocumentTest = HostTest;
+
+// While it lives, no file of this process grows beyond so many bytes.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    former_ = std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &limit_);
+    const rlimit lower = {bytes, limit_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &lower);
+  }
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &limit_);
+    std::signal(SIGXFSZ, former_);
+  }
+
+ private:
+  rlimit limit_{};
+  void (*former_)(int);
+};
+
+std::string SampleBytes(const std::string& name) {
+  return HostTest::Read(std::string(SOURCE_DIR) + "/samples/" + name);
+}
+
+}  // namespace
+
+TEST_F(DocumentTest, BadFilesGiveOneLineAndTheOthersGoOn) {
+  const std::string poster = SampleBytes("poster.psd"), leaflet = SampleBytes("leaflet.pdf");
+  std::string noPicture = poster, wideHeader = poster;
+  noPicture[14] = noPicture[15] = noPicture[16] = noPicture[17] = '\0';
+  wideHeader[5] = '\x09';
+  std::filesystem::create_directory(InFolder("folder.psd"));
+  ASSERT_EQ(mkfifo(InFolder("pipe.psd").c_str(), 0600), 0);
+  Write("empty.psd", "");
+  Write("text.psd", "/FontSet [ << /Name (x) >> ]");
+  Write("header.psd", poster.substr(0, 20));
+  Write("middle.psd", poster.substr(0, poster.size() / 2));
+  Write("end.psd", poster.substr(0, poster.size() - 1));
+  Write("misnamed.tif", poster.substr(0, poster.size() - 1));
+  Write("size.psd", noPicture);
+  Write("version.psd", wideHeader);
+  Write("text.pdf", "no PDF");
+  Write("end.pdf", leaflet.substr(0, leaflet.size() / 2));
+  const std::pair<const char*, const char*> rows[] = {
+      {"missing.psd", "No such file or directory"},
+      {"folder.psd", "a folder"},
+      {"pipe.psd", "no regular file"},
+      {"empty.psd", "the file is empty"},
+      {"text.psd", "no PSD document"},
+      {"header.psd", "truncated: the header"},
+      {"middle.psd", "truncated: the layer"},
+      {"end.psd", "truncated: the composite image"},
+      {"misnamed.tif", "truncated"},
+      {"size.psd", "a picture of 160 by 0"},
+      {"version.psd", "version 9"},
+      {"text.pdf", "no PDF document"},
+      {"end.pdf", "truncated"},
+  };
+  Open(Sample("no-text.psd"));
+  TakeEvents();
+  for (const auto& [name, expected] : rows) {
+    const std::string problem = application.Open(InFolder(name), nullptr);
+    EXPECT_THAT(problem,
+                testing::AllOf(StartsWith(InFolder(name) + ": "), HasSubstr(expected), testing::Not(HasSubstr("\n"))));
+  }
+  EXPECT_THAT(TakeEvents(), IsEmpty());
+  EXPECT_EQ(Current(), "1 no-text.psd");
+  Open(Sample("leaflet.pdf"));
+}
+
+// Root may read everything, so the refusal needs another user.
+TEST_F(DocumentTest, UnreadableFileIsTold) {
+  const std::string path = Sample("poster.psd");
+  ASSERT_EQ(chmod(path.c_str(), 0), 0);
+  std::filesystem::permissions(std::filesystem::path(path).parent_path(), std::filesystem::perms::all);
+  const bool isRoot = geteuid() == 0;
+  ASSERT_EQ(isRoot ? seteuid(65534) : 0, 0);
+  const std::string problem = application.Open(path, nullptr);
+  ASSERT_EQ(isRoot ? seteuid(0) : 0, 0);
+  EXPECT_EQ(problem, path + ": Permission denied");
+}
+
+TEST_F(DocumentTest, OneFileIsOneDocumentUnderEveryName) {
+  const std::string path = Sample("no-text.psd");
+  std::filesystem::create_symlink(path, InFolder("link.psd"));
+  std::filesystem::create_hard_link(path, InFolder("hard.psd"));
+  const int32_t id = Open(path);
+  const int32_t other = Open(Sample("leaflet.pdf"));
+  TakeEvents();
+  for (const char* name : {"link.psd", "hard.psd", "./no-text.psd"}) {
+    application.Edit(other, "");
+    EXPECT_EQ(Open(InFolder(name)), id) << name;
+    EXPECT_EQ(application.FrontDocument(), id);
+  }
+  EXPECT_THAT(TakeEvents(), IsEmpty());
+  EXPECT_THAT(application.SaveAs(other, InFolder("link.psd")), HasSubstr("is open as another document"));
+  application.Close(id);
+  Open(InFolder("link.psd"));
+  EXPECT_THAT(application.Documents().back().path, EndsWith("/no-text.psd"));
+}
+
+TEST_F(DocumentTest, FontNamesAreDistinctInTheOrderFound) {
+  Open(Sample("poster.psd"));
+  Open(Sample("leaflet.pdf"));
+  EXPECT_THAT(application.Documents()[0].fontNames, ElementsAre("AdobeInvisFont", "LiberationSerif-Bold",
+                                                                "NimbusSans-Regular", "NimbusSans-Bold", "DejaVuSans"));
+  EXPECT_THAT(application.Documents()[1].fontNames, IsEmpty()) << "its fonts are embedded";
+  application.Edit(1, "DejaVuSans");
+  application.Edit(1, "Added(1)\\");
+  EXPECT_EQ(application.Documents()[0].fontNames.size(), 6u);
+  EXPECT_EQ(application.Save(1), "");
+  application.Close(1);
+  Open(InFolder("poster.psd"));
+  EXPECT_EQ(application.Documents().back().fontNames.back(), "Added(1)\\");
+}
+
+TEST_F(DocumentTest, WhatCannotBeSavedStaysAsItIs) {
+  const int32_t pdf = Open(Sample("leaflet.pdf"));
+  const int32_t psd = Open(Sample("poster.psd"));
+  int32_t made = 0;
+  application.Make(&made);
+  EXPECT_THAT(application.Edit(pdf, "DejaVuSans"), HasSubstr("leaflet.pdf: text can be added"));
+  EXPECT_EQ(application.Edit(pdf, ""), "") << "a change without text";
+  EXPECT_THAT(application.Edit(psd, "\xFF"), HasSubstr("no UTF-8"));
+  EXPECT_THAT(application.SaveAs(psd, InFolder("poster.psb")), HasSubstr("another format"));
+  EXPECT_THAT(application.SaveAs(psd, InFolder("no/poster.psd")), HasSubstr("No such file"));
+  EXPECT_THAT(application.SaveAs(made, InFolder("made.pdf")), HasSubstr("saved as .psd or .psb"));
+  EXPECT_THAT(application.SaveAs(made, InFolder("made")), HasSubstr("saved as .psd or .psb"));
+  for (const int32_t gone : {0, 99}) {
+    EXPECT_THAT(application.Edit(gone, "x"), HasSubstr("not open"));
+    EXPECT_THAT(application.Save(gone), HasSubstr("not open"));
+    EXPECT_THAT(application.Close(gone), HasSubstr("not open"));
+  }
+  EXPECT_EQ(application.Save(pdf), "");
+  EXPECT_EQ(Read(InFolder("leaflet.pdf")), SampleBytes("leaflet.pdf"));
+  EXPECT_EQ(application.SaveAs(psd, InFolder("copy.PSD")), "");
+  EXPECT_EQ(Read(InFolder("copy.PSD")), SampleBytes("poster.psd"));
+}
+
+TEST_F(DocumentTest, WriteThatFailsAnywhereLeavesTheOldFile) {
+  const std::string path = Sample("poster.psd");
+  const std::string before = Read(path);
+  const int32_t id = Open(path);
+  application.Edit(id, "DejaVuSans");
+  TakeEvents();
+  const std::vector<std::string> files = FilesInFolder();
+  for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{4096}, rlim_t{before.size()}, rlim_t{before.size() + 2000}}) {
+    const FileSizeLimit lower(limit);
+    EXPECT_EQ(application.Save(id), path + ": File too large");
+    EXPECT_EQ(Read(path), before);
+  }
+  EXPECT_EQ(FilesInFolder(), files) << "nothing is left beside it";
+  EXPECT_THAT(TakeEvents(), IsEmpty()) << "nobody is told of a save that does not happen";
+  EXPECT_TRUE(application.Documents()[0].isDirty);
+  EXPECT_EQ(application.Save(id), "");
+  EXPECT_FALSE(application.Documents()[0].isDirty);
+  EXPECT_EQ(FilesInFolder(), files);
+  EXPECT_GT(Read(path).size(), before.size());
+}
+
+TEST_F(DocumentTest, SaveTakesTheFileAsItIsNow) {
+  const std::string path = Sample("no-text.psd");
+  const int32_t id = Open(path);
+  application.Edit(id, "DejaVuSans");
+  Write("no-text.psd", SampleBytes("poster.psd"));  // another program wrote it meanwhile
+  EXPECT_EQ(application.Save(id), "");
+  EXPECT_THAT(application.Documents()[0].fontNames, testing::Contains("LiberationSerif-Bold"));
+
+  application.Edit(id, "DejaVuSans-Bold");
+  Write("no-text.psd", "8BPS");
+  EXPECT_THAT(application.Save(id), HasSubstr("truncated"));
+  EXPECT_EQ(Read(path), "8BPS");
+
+  std::filesystem::remove(path);
+  EXPECT_EQ(application.Save(id), "") << "a document that is open is not lost with its file";
+  EXPECT_THAT(application.Documents()[0].fontNames, testing::IsSupersetOf({"LiberationSerif-Bold", "DejaVuSans-Bold"}));
+  host::LayeredFile file;
+  EXPECT_EQ(host::ParseLayeredFile(Read(path), file), "");
+}

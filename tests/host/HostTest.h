@@ -1,0 +1,46 @@
+// The host with a plug-in whose part the test plays. Every test ends with no object of the host left in a plug-in's hands.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/HostApplication.h"
+#include "host/include/HostSuites.h"
+#include "platform/Window.h"
+
+class HostTest : public testing::Test {
+ public:
+  HostTest();
+  ~HostTest() override;
+  void SetUp() override;
+  void TearDown() override;
+
+  static std::string RecorderBundle();
+  std::string InFolder(const std::string& name) const { return folder_ + "/" + name; }
+  // A copy of one of the sample documents in the test's folder, under its own or another name.
+  std::string Sample(const std::string& name, const std::string& as = "") const;
+  std::string Write(const std::string& name, const std::string& content) const;
+  static std::string Read(const std::string& path);
+  std::vector<std::string> FilesInFolder() const;  // names, sorted
+  int32_t Open(const std::string& path);           // expects success
+
+  // What reached the plug-in and the windows, one line each, the documents' folder left out; cleared by the call.
+  std::vector<std::string> TakeEvents() { return std::exchange(events, {}); }
+  // The current document as the plug-in sees it: "ID name", "ID untitled" or "none", and "*" behind it when it is dirty.
+  std::string Current() const;
+
+  host::HostApplication application;
+  std::vector<std::string> events;
+  std::vector<std::string> problems;
+  // What the plug-in does beyond recording. An event's code comes as its name.
+  std::function<host_sdk::SPErr(const std::string& event)> onEvent;
+  std::function<host_sdk::SPErr(const std::string& selector, host_sdk::SPMessageData*)> onMessage;
+  std::function<void(platform::Window&)> onOrder;
+
+ private:
+  std::string folder_;
+};

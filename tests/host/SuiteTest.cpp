@@ -1,0 +1,278 @@
+// Wrong use of the suites gives the host's error, changes nothing, and never ends the host.
+#include <cstring>
+
+#include "host/HostTest.h"
+#include "host/LiveObjects.h"
+#include "host/Suites.h"
+#include "host/TypeIDs.h"
+
+using namespace host_sdk;
+
+namespace {
+
+constexpr FourCharCode kKey = Code("key ");
+constexpr FourCharCode kAbsent = Code("none");
+
+// An object of each kind, and a descriptor that was freed.
+class SuiteTest : public HostTest {
+ public:
+  const PSActionDescriptorSuite& descriptors = host::ActionDescriptorSuite();
+  const PSActionReferenceSuite& references = host::ActionReferenceSuite();
+  const PSActionListSuite& lists = host::ActionListSuite();
+  const PSActionControlSuite& control = host::ActionControlSuite();
+  const PSAliasSuite& aliases = host::AliasSuite();
+  const PSHandleSuite& handles = host::HandleSuite();
+  const ASZStringSuite& strings = host::ZStringSuite();
+
+  void SetUp() override {
+    HostTest::SetUp();
+    descriptors.Make(&descriptor);
+    descriptors.PutString(descriptor, kKey, "text");
+    descriptors.Make(&freed);
+    descriptors.Free(freed);
+    references.Make(&reference);
+    const uint16_t path[] = {'/', 0xE9};
+    aliases.MakeFromUnicodePath(path, 2, &alias);
+    strings.MakeFromUTF8("text", &string);
+  }
+  void TearDown() override {
+    EXPECT_EQ(host::LiveObjects().Total(), 4u) << "a refused call left an object";
+    descriptors.Free(descriptor);
+    references.Free(reference);
+    handles.Dispose(alias);
+    strings.Release(string);
+    HostTest::TearDown();
+  }
+
+  template <class To, class From>
+  static To As(From object) {
+    return reinterpret_cast<To>(object);
+  }
+
+  SPErr Get(const std::function<void(PIActionReference)>& fill, PIActionDescriptor* result) {
+    PIActionReference asked = nullptr;
+    references.Make(&asked);
+    fill(asked);
+    const SPErr error = control.Get(result, asked);
+    references.Free(asked);
+    return error;
+  }
+
+  PIActionDescriptor descriptor = nullptr, freed = nullptr;
+  PIActionReference reference = nullptr;
+  Handle alias = nullptr;
+  ASZString string = nullptr;
+};
+
+struct Row {
+  const char* what;
+  SPErr error;
+  SPErr expected;
+};
+
+void Check(const std::vector<Row>& rows) {
+  for (const Row& row : rows) EXPECT_EQ(row.error, row.expected) << row.what;
+}
+
+}  // namespace
+
+TEST_F(SuiteTest, DescriptorsListsAndReferencesRefuseWrongUse) {
+  int32_t number = 5;
+  uint32_t count = 5;
+  FourCharCode code = 5;
+  char buffer[8] = "kept";
+  Handle handle = nullptr;
+  PIActionList list = nullptr;
+  PIActionDescriptor object = nullptr;
+  const auto asDescriptor = As<PIActionDescriptor>(string);
+  int onStack = 0;
+  Check({
+      {"null", descriptors.PutInteger(nullptr, kKey, 1), kBadParameters},
+      {"freed", descriptors.GetCount(freed, &count), kBadParameters},
+      {"freed twice", descriptors.Free(freed), kBadParameters},
+      {"an object of another kind", descriptors.HasKey(asDescriptor, kKey, &number), kBadParameters},
+      {"an address of the plug-in's", descriptors.Clear(As<PIActionDescriptor>(&onStack)), kBadParameters},
+      {"nowhere to put it", descriptors.Make(nullptr), kBadParameters},
+      {"nowhere to put the text", descriptors.GetString(descriptor, kKey, nullptr, 8), kBadParameters},
+      {"no room for the text", descriptors.GetString(descriptor, kKey, buffer, 0), kBadParameters},
+      {"an absent key", descriptors.GetInteger(descriptor, kAbsent, &number), kNoSuchObject},
+      {"the type of an absent key", descriptors.GetType(descriptor, kAbsent, &code), kNoSuchObject},
+      {"a key behind the last", descriptors.GetKey(descriptor, 1, &code), kNoSuchObject},
+      {"a value of another type", descriptors.GetInteger(descriptor, kKey, &number), kBadParameters},
+      {"text as an alias", descriptors.GetAlias(descriptor, kKey, &handle), kBadParameters},
+      {"text as a list", descriptors.GetList(descriptor, kKey, &list), kBadParameters},
+      {"text as an object", descriptors.GetObject(descriptor, kKey, &code, &object), kBadParameters},
+      {"no text", descriptors.PutString(descriptor, kKey, nullptr), kBadParameters},
+      {"text that is no UTF-8", descriptors.PutString(descriptor, kKey, "\xFF"), kBadParameters},
+      {"an alias that is none", descriptors.PutAlias(descriptor, kKey, As<Handle>(reference)), kBadParameters},
+      {"an object that was freed", descriptors.PutObject(descriptor, kKey, 1, freed), kBadParameters},
+      {"a list that is none", descriptors.PutList(descriptor, kKey, As<PIActionList>(descriptor)), kBadParameters},
+      {"a count of no list", lists.GetCount(As<PIActionList>(descriptor), &count), kBadParameters},
+      {"no list freed", lists.Free(nullptr), kBadParameters},
+      {"no reference", references.PutIndex(nullptr, host::kClassDocument, 1), kBadParameters},
+      {"reference of another kind", references.Free(As<PIActionReference>(descriptor)), kBadParameters},
+  });
+  EXPECT_EQ(number, 5);
+  EXPECT_EQ(count, 5u);
+  EXPECT_EQ(code, 5u);
+  EXPECT_STREQ(buffer, "kept");
+  EXPECT_EQ(descriptors.GetString(descriptor, kKey, buffer, sizeof buffer), kNoErr);
+  EXPECT_STREQ(buffer, "text") << "a refused call changed the value";
+}
+
+TEST_F(SuiteTest, AliasesStringsBlocksAndSuitesRefuseWrongUse) {
+  const host_sdk::SPBlocksSuite& blocks = host::BlocksSuite();
+  const host_sdk::SPBasicSuite& basic = host::BasicSuite();
+  const uint16_t loneSurrogate[] = {0xD800};
+  uint16_t units[4];
+  uint32_t length = 0;
+  char buffer[8];
+  void* block = nullptr;
+  const void* suite = nullptr;
+  int onStack = 0;
+  Check({
+      {"the bytes of an alias that is text", aliases.GetPath(alias, buffer, 8), kBadParameters},
+      {"an alias that is none", aliases.GetUnicodePath(As<Handle>(string), units, 4, &length), kBadParameters},
+      {"an alias of broken text", aliases.MakeFromUnicodePath(loneSurrogate, 1, &alias), kBadParameters},
+      {"no path", aliases.MakeFromPath(nullptr, &alias), kBadParameters},
+      {"no handle", handles.Dispose(nullptr), kBadParameters},
+      {"a string of broken text", strings.MakeFromUnicode(loneSurrogate, 1, &string), kBadParameters},
+      {"a string of broken bytes", strings.MakeFromUTF8("\xC3", &string), kBadParameters},
+      {"no string", strings.Release(As<ASZString>(alias)), kBadParameters},
+      {"a block that is none", blocks.FreeBlock(&onStack), kBadParameters},
+      {"a block larger than memory", blocks.AllocateBlock(SIZE_MAX / 2, "large", &block), kOutOfMemory},
+      {"an unknown suite", basic.AcquireSuite("no such suite", 1, &suite), kSuiteNotFound},
+      {"another version", basic.AcquireSuite(kSPBlocksSuite, 99, &suite), kSuiteNotFound},
+      {"no name", basic.AcquireSuite(nullptr, 1, &suite), kBadParameters},
+      {"a release without an acquisition", basic.ReleaseSuite(kSPBlocksSuite, 2), kBadParameters},
+  });
+  EXPECT_EQ(handles.GetSize(As<Handle>(string)), 0);
+  EXPECT_EQ(strings.LengthAsUTF8(As<ASZString>(alias)), 0u);
+  EXPECT_EQ(suite, nullptr);
+  EXPECT_FALSE(basic.IsEqual(nullptr, nullptr));
+}
+
+TEST_F(SuiteTest, ReferencesThatNameNothingAreRefused) {
+  Open(Sample("no-text.psd"));
+  const auto property = [&](PIActionReference asked, FourCharCode key) {
+    references.PutProperty(asked, Code("Prpr"), key);
+  };
+  const auto current = [&](PIActionReference asked, FourCharCode objectClass) {
+    references.PutEnumerated(asked, objectClass, host::kTypeOrdinal, host::kEnumTarget);
+  };
+  const auto at = [&](uint32_t index) {
+    return [=, this](PIActionReference asked) { references.PutIndex(asked, host::kClassDocument, index); };
+  };
+  PIActionDescriptor result = nullptr;
+  Check({
+      {"nothing", Get([](PIActionReference) {}, &result), kBadParameters},
+      {"a property of nothing", Get([&](PIActionReference asked) { property(asked, host::kKeyDocumentID); }, &result),
+       kBadParameters},
+      {"another class", Get([&](PIActionReference asked) { current(asked, Code("Lyr ")); }, &result), kBadParameters},
+      {"index 0", Get(at(0), &result), kNoSuchObject},
+      {"an index behind the last", Get(at(2), &result), kNoSuchObject},
+      {"an unknown property",
+       Get([&](PIActionReference asked) { property(asked, kAbsent), current(asked, host::kClassDocument); }, &result),
+       kNoSuchObject},
+      {"an identifier of no document",
+       Get([&](PIActionReference asked) { references.PutIdentifier(asked, host::kClassDocument, 99); }, &result),
+       kNoSuchObject},
+      {"a notifier of another plug-in",
+       control.AddNotify(As<SPPluginRef>(descriptor), host::kEventOpen, nullptr, nullptr), kBadParameters},
+      {"a descriptor that was freed", control.Play(host::kEventClose, freed, kSilentDialogMode, nullptr),
+       kBadParameters},
+      {"no name of a code", control.StringIDToTypeID("", nullptr), kBadParameters},
+      {"a code without a name", control.TypeIDToStringID(kAbsent, nullptr, 0), kNoSuchObject},
+  });
+  EXPECT_EQ(result, nullptr);
+  ASSERT_EQ(Get(at(1), &result), kNoErr);
+  int32_t id = 0;
+  EXPECT_EQ(descriptors.GetInteger(result, host::kKeyDocumentID, &id), kNoErr);
+  EXPECT_EQ(id, 1);
+  descriptors.Free(result);
+}
+
+TEST_F(SuiteTest, UntitledDocumentHasNoFileAndThatIsNoError) {
+  application.Make(nullptr);
+  PIActionDescriptor result = nullptr;
+  uint32_t count = 9;
+  const auto fill = [&](PIActionReference asked) {
+    references.PutProperty(asked, Code("Prpr"), host::kKeyFileReference);
+    references.PutIndex(asked, host::kClassDocument, 1);
+  };
+  ASSERT_EQ(Get(fill, &result), kNoErr);
+  EXPECT_EQ(descriptors.GetCount(result, &count), kNoErr);
+  EXPECT_EQ(count, 0u);
+  descriptors.Free(result);
+}
+
+TEST_F(SuiteTest, ApplicationListsTheActiveFonts) {
+  FourCharCode fontList = 0, names = 0, objectClass = 0;
+  control.StringIDToTypeID("fontList", &fontList);
+  control.StringIDToTypeID("fontPostScriptName", &names);
+  char name[32];
+  EXPECT_EQ(control.TypeIDToStringID(names, name, sizeof name), kNoErr);
+  EXPECT_STREQ(name, "fontPostScriptName");
+  PIActionDescriptor result = nullptr, object = nullptr;
+  PIActionList list = nullptr;
+  const auto fill = [&](PIActionReference asked) {
+    references.PutProperty(asked, Code("Prpr"), fontList);
+    references.PutEnumerated(asked, host::kClassApplication, host::kTypeOrdinal, host::kEnumTarget);
+  };
+  ASSERT_EQ(Get(fill, &result), kNoErr);
+  ASSERT_EQ(descriptors.GetObject(result, fontList, &objectClass, &object), kNoErr);
+  ASSERT_EQ(descriptors.GetList(object, names, &list), kNoErr);
+  uint32_t count = 0;
+  lists.GetCount(list, &count);
+  std::vector<std::string> found;
+  for (uint32_t i = 0; i < count; ++i) {
+    ASSERT_EQ(lists.GetString(list, i, name, sizeof name), kNoErr);
+    found.emplace_back(name);
+  }
+  EXPECT_THAT(found, testing::Contains("DejaVuSans"));
+  EXPECT_EQ(lists.GetString(list, count, name, sizeof name), kNoSuchObject);
+  lists.Free(list);
+  descriptors.Free(object);
+  descriptors.Free(result);
+}
+
+TEST_F(SuiteTest, TextIsCutAtWholeCharactersAndUnitsAtTheirSize) {
+  descriptors.PutString(descriptor, kKey, "a\xC3\xA9z");
+  struct Cut {
+    uint32_t size;
+    const char* expected;
+  };
+  for (const Cut& cut : {Cut{5, "a\xC3\xA9z"}, Cut{4, "a\xC3\xA9"}, Cut{3, "a"}, Cut{1, ""}}) {
+    char buffer[8] = "xxxxxxx";
+    EXPECT_EQ(descriptors.GetString(descriptor, kKey, buffer, cut.size), kNoErr);
+    EXPECT_STREQ(buffer, cut.expected);
+    EXPECT_EQ(buffer[cut.size], 'x');
+  }
+  uint16_t units[3] = {7, 7, 7};
+  uint32_t length = 0;
+  EXPECT_EQ(aliases.GetUnicodePath(alias, units, 1, &length), kNoErr);
+  EXPECT_EQ(length, 2u) << "the whole length, whatever the size";
+  EXPECT_EQ(units[1], 7);
+  EXPECT_EQ(handles.GetSize(alias), 4);
+}
+
+TEST_F(SuiteTest, PathThatIsNoTextComesAsBytes) {
+  const std::string path = Sample("no-text.psd", "\xFF.psd");
+  onEvent = [&](const std::string&) {
+    PIActionDescriptor result = nullptr;
+    Handle file = nullptr;
+    int32_t kind = 0;
+    char buffer[1024];
+    Get([&](PIActionReference asked) { references.PutIndex(asked, host::kClassDocument, 1); }, &result);
+    EXPECT_EQ(descriptors.GetAlias(result, host::kKeyFileReference, &file), kNoErr);
+    EXPECT_EQ(aliases.GetKind(file, &kind), kNoErr);
+    EXPECT_EQ(kind, kAliasKindDirect);
+    EXPECT_EQ(aliases.GetPath(file, buffer, sizeof buffer), kNoErr);
+    EXPECT_EQ(buffer, path);
+    handles.Dispose(file);
+    descriptors.Free(result);
+    return kNoErr;
+  };
+  Open(path);
+  onEvent = nullptr;
+}
