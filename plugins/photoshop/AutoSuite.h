@@ -1,5 +1,6 @@
 // A holder of one host suite, acquired on demand and given back at the end of every host call, so that a suite pointer
-// never outlives a call into the plug-in. Main thread only.
+// never outlives a call into the plug-in. Use of a suite that the host does not give throws its error as an unsigned
+// integer; who is called by the host catches that. Main thread only.
 #pragma once
 
 #include "host/include/HostSuites.h"
@@ -48,3 +49,11 @@ extern AutoSuite<host_sdk::ASZStringSuite> sASZString;
 
 // Gives all of them back.
 void PIUSuitesRelease();
+
+// One call of the host: gives them back at its end, however it ends.
+struct SuitesForOneCall {
+  SuitesForOneCall() = default;
+  ~SuitesForOneCall() { PIUSuitesRelease(); }
+  SuitesForOneCall(const SuitesForOneCall&) = delete;
+  SuitesForOneCall& operator=(const SuitesForOneCall&) = delete;
+};

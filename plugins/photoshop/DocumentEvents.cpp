@@ -64,6 +64,8 @@ SPErr OpenEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
     NoteOpenTime(*document, path);
     if (document->GetUnresolvedFonts()) HandleOpenedDocumentGuarded(path);
   }
+  // Found afresh: the handling may have run the event loop, and the document have been closed in it.
+  document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
   if (document) UpdateHandle(*document, path);
   return kNoErr;
 }
@@ -73,19 +75,18 @@ void HandleOpenedDocument(const std::string& path, bool silently) {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
   if (!ui || !ui->IsValid() || !manager) return;
-  auto record = std::make_unique<OneTrackedDocument>();
-  OneTrackedDocument* document = record.get();
+  const auto document = std::make_shared<OneTrackedDocument>();
   document->SetIdentifier(FontActivationTracker::GenerateUniqueIdentifier());
   document->SetCanExportFontsForDocument(manager->CanActivateFromAllWorkgroups());
   // For a path that is tracked already nothing is added: the older record keeps the handle and the path, and this run only
   // adds use counts under its own identifier, which the quit gives back.
-  AllTrackedDocuments::AddDocument(record, path);
+  AllTrackedDocuments::AddDocument(document, path);
   int numActivated = 0;
   if (silently) {
     CommonFunctionality::ActivateFontsForDocumentSilently(ui->GetEnabledGlyphsure(), ui->GetPickBestMatch(), numActivated,
-                                                          path, platform::Array(), document);
+                                                          path, platform::Array(), document.get());
   } else {
-    ActivateFontsForDocument(true, numActivated, path, document);
+    ActivateFontsForDocument(true, numActivated, path, document.get());
   }
   int id = 0;
   if (PhotoshopFontUtils::GetDocumentID(&id, path) != kNoErr || id == 0) PhotoshopFontUtils::GetCurrentDocumentID(&id);
@@ -127,7 +128,7 @@ SPErr MakeEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
     OutputIndentedAndFormattedString(0, "MakeEvent received for DescriptorClassID %s", FourChar(objectClass).c_str());
     return kNoErr;
   }
-  auto document = std::make_unique<OneTrackedDocument>();
+  const auto document = std::make_shared<OneTrackedDocument>();
   document->SetIdentifier(FontActivationTracker::GenerateUniqueIdentifier());
   document->SetCanExportFontsForDocument(FontManagerInterface::sm_pFontManager->CanActivateFromAllWorkgroups());
   int id = 0;

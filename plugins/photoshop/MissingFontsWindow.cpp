@@ -115,8 +115,8 @@ void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documen
   if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
   std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });
   timer.Invalidate();
+  const SuitesForOneCall suites;
   CloseAndReopen(documentID);
-  PIUSuitesRelease();
 }
 
 }  // namespace
@@ -164,8 +164,13 @@ void orderOverrideWindow(Window& window, WindowOrdering place, int relativeTo) {
   // The cheap tests come first: this runs for every window.
   if (MarquineGlobals::ArePluginServicesEnabled() && MarquineGlobals::GetSuppressingHostAppDialogs() &&
       isSuppressibleWindow(window)) {
-    SuppressIfSolved(window);
-    PIUSuitesRelease();
+    const SuitesForOneCall suites;
+    try {
+      SuppressIfSolved(window);
+    } catch (unsigned int missingSuite) {
+      OutputIndentedAndFormattedString(0, "Ignoring window '%s' because the host lacks a suite (0x%08x).",
+                                       window.Title().c_str(), missingSuite);
+    }
   }
   sOtherMethod(window, place, relativeTo);
 }

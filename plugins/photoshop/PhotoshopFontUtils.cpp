@@ -1,15 +1,15 @@
 // The queries about documents.
 #include "photoshop/PhotoshopFontUtils.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Documents/AllTrackedDocuments.h"
 #include "Identification/FontMerging.h"
 #include "Services/DiagnosticLog.h"
+#include "Services/VelorantFileUtils.h"
 #include "XCore/ECFExtensions/TextConversion.h"
 #include "platform/Clock.h"
-#include "platform/Files.h"
-#include "platform/TextEncoding.h"
 
 using namespace host_sdk;
 
@@ -141,7 +141,8 @@ SPErr PhotoshopFontUtils::AliasToFullPath(Handle alias, char* destination, size_
   const SPErr read = sPSAlias->GetUnicodePath(alias, text.data(), static_cast<uint32_t>(text.size()), &length);
   if (read != kNoErr) return read;
   ScopedZString string;
-  const SPErr made = sASZString->MakeFromUnicode(text.data(), length, string.Out());
+  const SPErr made =
+      sASZString->MakeFromUnicode(text.data(), std::min(length, static_cast<uint32_t>(text.size())), string.Out());
   if (made != kNoErr) return made;
   std::vector<char> utf8(sASZString->LengthAsUTF8(string.Get()) + 1);
   const SPErr copied = sASZString->AsUTF8(string.Get(), utf8.data(), static_cast<uint32_t>(utf8.size()));
@@ -167,7 +168,7 @@ std::string PhotoshopFontUtils::GetUTF8EncodedPathFromFileAlias(Handle alias) {
   char buffer[kLongestPath];
   AliasToFullPath(alias, buffer, sizeof buffer);
   if (buffer[0] == '\0') return "";
-  if (platform::GetFileModificationDate(buffer) == 0) {
+  if (VelorantFileUtils::GetFileModificationDate(buffer) == 0) {
     // Nothing further is tried, whatever the line says: a document that is not on disk yields no path.
     OutputIndentedAndFormattedString(0, "AliasToFullPath() returned '%s', which does not exist. Looking elsewhere.",
                                      buffer);

@@ -104,6 +104,7 @@ void DoCheckDocFonts() {
   if (PhotoshopFontUtils::GetCurrentDocumentPathTracked(&path) != kNoErr) return;
   OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
   if (!document) return;
+  const std::shared_ptr<OneTrackedDocument> hold = document->Hold();
   int count = 0;
   ActivateFontsForDocument(false, count, document->GetDocumentFilePath(), document);
   if (count < 1 || document->GetHasMissingFonts()) return;

@@ -1,4 +1,6 @@
-// The plug-in's front door: the one entry that the host calls, and the order in which services start and stop.
+// The order in which services start and stop, and what each call of the host leads to.
+#include "photoshop/PluginMain.h"
+
 #include <cstring>
 
 #include "Bridge/FontManagerInterface.h"
@@ -30,9 +32,12 @@ static_assert(sizeof(Globals) == 16);
 
 Globals* gGlobals = nullptr;
 bool gNotifierOn = false;  // all four notifiers have been added
+int sNumberOfTimesStartupPluginHasBeenCalled = 0;
+bool sentStartNotification = false;
+bool registeredPlugPlug = false;
 SDKPlugPlug sPPLib;
 
-// Never destroyed: it ends with the process, as the loop that it stands in does.
+// Never ended: it goes with the process, as the loop that it stands in does.
 NotificationTimer* notificationTimer = nullptr;
 
 const CommonFunctionality::StaticPluginInitializer sInitializer("com.velorant.AutoActivationPlugin.PS21");
@@ -42,12 +47,16 @@ struct Notifier {
   NotifierCallback callback;
 };
 
-// The host's suites are given back at the end of every host call, and a notifier is one.
+// The host's suites are given back at the end of every host call, and a notifier is one. A suite that the host does not
+// give is the notifier's error.
 template <NotifierCallback Handler>
 SPErr Notified(FourCharCode event, PIActionDescriptor descriptor, int32_t options, void* userData) {
-  const SPErr error = Handler(event, descriptor, options, userData);
-  PIUSuitesRelease();
-  return error;
+  const SuitesForOneCall suites;
+  try {
+    return Handler(event, descriptor, options, userData);
+  } catch (unsigned int missingSuite) {
+    return static_cast<SPErr>(missingSuite);
+  }
 }
 
 constexpr Notifier kNotifiers[] = {
@@ -69,8 +78,6 @@ bool SendStartNotification(const VPFInterfaceRef& ui) {
 }
 
 void processNotifications(platform::RunLoopTimer&, void*) {
-  static bool sentStartNotification = false;
-  static bool registeredPlugPlug = false;
   if (!sentStartNotification) {
     const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
     if (ui && ui->IsValid()) sentStartNotification = SendStartNotification(ui);
@@ -113,14 +120,22 @@ SPErr RemoveNotifiers() {
 
 const SPBlocksSuite* AcquireBlocks() {
   const void* suite = nullptr;
-  // The result is not examined; only an integer raised by the call itself is handled.
+  sSPBasic->AcquireSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &suite);  // what is missing shows when it is used
+  return static_cast<const SPBlocksSuite*>(suite);
+}
+
+void ReleaseBlocks(const void* suite) {
+  PhotoshopFontUtils::ReleaseSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &suite);
+}
+
+const SPBlocksSuite* AcquireBlocksForStart() {
   try {
-    sSPBasic->AcquireSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &suite);
+    return AcquireBlocks();
   } catch (int error) {
     OutputIndentedAndFormattedString(0, "EXCEPTION: SPErr from AcquireSuite(kSPBlocksSuite)");
     PhotoshopFontUtils::ThrowSPErr(error);
+    return nullptr;
   }
-  return static_cast<const SPBlocksSuite*>(suite);
 }
 
 void AllocateGlobals(const SPBlocksSuite* blocks, SPMessageData* message) {
@@ -141,24 +156,22 @@ void StartServices() {
   PanelManager::GetSharedInstance()->OpenSocket();
   notificationTimer = new NotificationTimer;
   notificationTimer->initWithCallback(processNotifications);
-  const TModuleErrorCode code = CommonFunctionality::Startup(true);
+  if (CommonFunctionality::Startup(true) != CoreErrorCodes::kSuccess) throw 0;
   CommonFunctionality::InitializeCommonPreferences();
   RaiseReplaceDelays();
-  if (code != CoreErrorCodes::kSuccess) throw 0;
 }
 
 SPErr StartupPlugin(SPMessageData* message) {
-  static int sNumberOfTimesStartupPluginHasBeenCalled = 0;
   if (sNumberOfTimesStartupPluginHasBeenCalled++ > 0) return kNoErr;
-  const void* blocks = AcquireBlocks();
-  AllocateGlobals(static_cast<const SPBlocksSuite*>(blocks), message);
+  const SPBlocksSuite* blocks = AcquireBlocksForStart();
+  AllocateGlobals(blocks, message);
   try {
     StartServices();
   } catch (int) {
     // The plug-in stays, inert, and its commands tell the user what is wrong.
     OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n");
   }
-  PhotoshopFontUtils::ReleaseSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &blocks);
+  ReleaseBlocks(blocks);
   return gNotifierOn ? kNoErr : AddNotifiers();
 }
 
@@ -166,12 +179,12 @@ SPErr ShutDownServices(SPMessageData* message) {
   MarquineGlobals::SetSuppressingHostAppDialogs(false);
   FontManagerInterface::OnHostAppShuttingDown(false);
   MarquineGlobals::CleanUpOnShutdown();
-  PhotoshopFontUtils::ThrowSPErr(0);  // a null block on entry is no error
-  const void* blocks = AcquireBlocks();
-  if (blocks && gGlobals) static_cast<const SPBlocksSuite*>(blocks)->FreeBlock(gGlobals);
+  // No block on entry is no error: the start may not have come so far.
+  const SPBlocksSuite* blocks = AcquireBlocks();
+  if (blocks && gGlobals) blocks->FreeBlock(gGlobals);
   gGlobals = nullptr;
   message->globals = nullptr;
-  PhotoshopFontUtils::ReleaseSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &blocks);
+  ReleaseBlocks(blocks);
   if (!gNotifierOn) return kNoErr;  // the XMP library is then left up
   const SPErr error = RemoveNotifiers();
   TerminateGlyphsureXMP();
@@ -222,14 +235,27 @@ SPErr Dispatch(const char* caller, const char* selector, SPMessageData* message)
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) int32_t AutoPluginMain(const char* caller, const char* selector,
-                                                                         void* messageData) {
+void PluginMain::ResetForTesting() {
+  delete notificationTimer;
+  notificationTimer = nullptr;
+  gGlobals = nullptr;
+  gNotifierOn = sentStartNotification = registeredPlugPlug = false;
+  sNumberOfTimesStartupPluginHasBeenCalled = 0;
+  sSPBasic = nullptr;
+  gPlugInRef = nullptr;
+}
+
+int32_t AutoPluginMain(const char* caller, const char* selector, void* messageData) {
+  const SuitesForOneCall suites;
   SPErr error = kNoErr;
   if (auto* message = static_cast<SPMessageData*>(messageData)) {
     sSPBasic = message->basic;
     gPlugInRef = message->self;
-    error = Dispatch(caller, selector, message);
+    try {
+      error = Dispatch(caller, selector, message);
+    } catch (unsigned int missingSuite) {
+      error = static_cast<SPErr>(missingSuite);
+    }
   }
-  PIUSuitesRelease();
   return error;
 }

@@ -31,14 +31,13 @@ OneTrackedDocument* FindFirst(const Test& test) {
 
 }  // namespace
 
-bool AllTrackedDocuments::AddDocument(std::unique_ptr<OneTrackedDocument>& record, const std::string& path) {
+void AllTrackedDocuments::AddDocument(std::shared_ptr<OneTrackedDocument> record, const std::string& path) {
   OutputIndentedAndFormattedString(0, "AllTrackedDocuments::AddDocument(pInfo=0x%08x, path='%s')", LowBits(record.get()),
                                    path.c_str());
-  if (FindTrackedDocumentByPath(path)) return false;
-  if (!record) record = std::make_unique<OneTrackedDocument>();
+  if (FindTrackedDocumentByPath(path)) return;
+  if (!record) record = std::make_shared<OneTrackedDocument>();
   record->SetDocumentFilePath(path);
   GetDocumentList().push_back(std::move(record));
-  return true;
 }
 
 void AllTrackedDocuments::RemoveClosedDocument(const OneTrackedDocument* closed) {
@@ -47,14 +46,15 @@ void AllTrackedDocuments::RemoveClosedDocument(const OneTrackedDocument* closed)
   DocumentList& list = GetDocumentList();
   try {
     const auto isIt = [&](const auto& record) { return record->GetIdentifier() == identifier; };
-    const auto position = std::find_if(list.begin(), list.end(), isIt);
-    if (position == list.end()) return;
+    if (std::none_of(list.begin(), list.end(), isIt)) return;
     FontActivationTracker* tracker = MarquineGlobals::GetSharedFontActivationTracker();
     const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
     if (tracker && ui) {
       tracker->CloseAllFontsForIdentifier(identifier, ui->GetCloseFontsOnDocClose(), false, platform::Array());
     }
-    list.erase(std::find_if(list.begin(), list.end(), isIt));
+    // Searched afresh: a progress box runs the event loop, and a close that came in may have taken the record out.
+    const auto position = std::find_if(list.begin(), list.end(), isIt);
+    if (position != list.end()) list.erase(position);
   } catch (...) {
     // The record stays, so that a later close event tries again.
     OutputIndentedAndFormattedString(0, "Exception thrown in %s()", "RemoveClosedDocument");

@@ -1,5 +1,5 @@
 // The documents that the plug-in knows to be open, in order of adding: the bridge between the host's way of naming a
-// document, a path or an ID, and the tracker's, an identifier. The list owns the records. Main thread only.
+// document, a path or an ID, and the tracker's, an identifier. The list holds the records. Main thread only.
 #pragma once
 
 #include <memory>
@@ -10,13 +10,13 @@
 
 class AllTrackedDocuments {
  public:
-  using DocumentList = std::vector<std::unique_ptr<OneTrackedDocument>>;
+  using DocumentList = std::vector<std::shared_ptr<OneTrackedDocument>>;
 
   static DocumentList& GetDocumentList();
-  // Takes the record over and files it under the path; null stands for a new one. If the path is tracked already nothing is
-  // added and the record stays the caller's: false.
-  static bool AddDocument(std::unique_ptr<OneTrackedDocument>& record, const std::string& path);
-  // Closes the document's fonts as the preferences say and destroys the record. An exception leaves it in the list.
+  // Files the record under the path; null stands for a new one. If the path is tracked already nothing is added, and the
+  // record stays as it is.
+  static void AddDocument(std::shared_ptr<OneTrackedDocument> record, const std::string& path);
+  // Closes the document's fonts as the preferences say and lets the record go. An exception leaves it in the list.
   static void RemoveClosedDocument(const OneTrackedDocument* record);
   // The first record that matches, or null. Paths compare byte for byte; an empty one finds the first untitled record.
   static OneTrackedDocument* FindTrackedDocumentByPath(const std::string& path);

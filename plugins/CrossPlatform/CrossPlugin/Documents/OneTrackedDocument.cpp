@@ -2,8 +2,8 @@
 
 #include "Identification/FontClassification.h"
 #include "Services/DiagnosticLog.h"
+#include "Services/VelorantFileUtils.h"
 #include "platform/Clock.h"
-#include "platform/Files.h"
 
 void OneTrackedDocument::SetDocumentFilePath(const std::string& path) {
   OutputIndentedAndFormattedString(0, "OneTrackedDocument::SetDocumentFilePath('%s')", path.c_str());
@@ -19,7 +19,7 @@ void OneTrackedDocument::SetLastKnownModificationTime(long time) {
 }
 
 unsigned long long OneTrackedDocument::RetrieveModificationTimeFromFile() const {
-  return platform::GetFileModificationDate(mDocumentFilePath);
+  return VelorantFileUtils::GetFileModificationDate(mDocumentFilePath);
 }
 
 bool OneTrackedDocument::GetHasMissingFonts() const {

@@ -1,14 +1,18 @@
 // The record of one document that the plug-in knows to be open in the host. Path, handle and identifier are independent of
-// one another; only the identifier is constant during the record's life.
+// one another; only the identifier is constant during the record's life. A record can be closed while work on it runs the
+// event loop, so such work holds it by Hold().
 #pragma once
 
 #include <ctime>
+#include <memory>
 #include <string>
 
 #include "platform/Value.h"
 
-class OneTrackedDocument {
+class OneTrackedDocument : public std::enable_shared_from_this<OneTrackedDocument> {
  public:
+  // A share of the record; null for one that nobody shares.
+  std::shared_ptr<OneTrackedDocument> Hold() { return weak_from_this().lock(); }
   // The host's document ID; 0 until known.
   long GetDocumentHandle() const { return mDocumentHandle; }
   void SetDocumentHandle(long handle) { mDocumentHandle = handle; }

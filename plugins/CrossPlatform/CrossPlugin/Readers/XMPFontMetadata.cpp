@@ -8,19 +8,11 @@
 #include "Identification/FontRecords.h"
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
-#include "platform/Files.h"
+#include "Services/VelorantFileUtils.h"
 #include "platform/PropertyList.h"
 
 using namespace GlyphsureSupport;
 using namespace platform;
-
-namespace VelorantFileUtils {
-// A file's modification date as an unsigned number, in which 0 means failure.
-unsigned long long GetFileModificationDate(const std::string& path) { return platform::GetFileModificationDate(path); }
-bool SetFileModificationDate(const std::string& path, unsigned long long date) {
-  return platform::SetFileModificationDate(path, date);
-}
-}  // namespace VelorantFileUtils
 
 namespace {
 
