@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "agent/FontFile.h"
+#include "agent/FontFace.h"
 #include "agent/SfntTables.h"
 
 namespace agent {

@@ -1,0 +1,30 @@
+// What a font file says of one of its faces, and what identifies the face on any machine.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace agent {
+
+struct FontFace {
+  int32_t faceIndex = 0;       // place in a collection, else 0
+  std::string postScriptName;  // never empty
+  std::string family;
+  std::string style;
+  // "OpenType - PS": CFF outlines. "OpenType - TT": glyf outlines with one of the layout or signature tables GSUB,
+  // GPOS, GDEF, BASE, JSTF, DSIG. "TrueType": glyf outlines without. "Postscript": Type 1. "PostScript - MM": Type 1
+  // with axes.
+  std::string kind;
+  // Name 8; else a maker known from the notice; else the vendor of OS/2; else "--".
+  std::string foundry;
+  // Name 5 without a leading "Version " and what follows its first ";"; the /version of Type 1.
+  std::string version;
+  std::string printerFont;         // Type 1: the file's name
+  uint32_t kerningChecksum = 0;    // 20 bits over kern and GPOS; 0 without either
+  uint32_t checksum = 0;           // over the outlines, never 0
+  uint32_t glyphsureChecksum = 0;  // over the outlines, never 0
+
+  bool operator==(const FontFace&) const = default;
+};
+
+}  // namespace agent
