@@ -120,10 +120,10 @@ std::string AgentLink::EndOldAgent() const {
 
 std::string AgentLink::Launch() {
   const std::string agent = sandbox_.AgentExecutable();
-  const std::string log = sandbox_.AgentLog();
-  std::rename(log.c_str(), (log + ".old").c_str());  // the words of the agent before; there may be none
+  const std::string errors = sandbox_.AgentErrors();
+  std::remove(errors.c_str());  // those of the agent before
   std::string error;
-  if (!platform::LaunchDetached(agent, sandbox_.Folder(), log, &error)) return error;
+  if (!platform::LaunchDetached(agent, sandbox_.Folder(), errors, &error)) return error;
   // The plug-in finds the agent in the list of running applications, so it must stand there before the plug-in looks.
   const auto isReady = [this] { return Connect() && AgentProcess() != 0; };
   for (int waited = 0; waited < kPatienceMilliseconds; waited += kPatienceAfterLastWords) {
@@ -165,9 +165,11 @@ std::string AgentLink::ReadReport(LibrarySummary* summary) {
 
 std::string AgentLink::LastWords() const {
   std::string text;
-  if (platform::ReadFile(sandbox_.AgentLog(), text)) return "";
+  if (platform::ReadFile(sandbox_.AgentErrors(), text)) return "";
   while (text.ends_with('\n')) text.pop_back();
-  return text.substr(text.rfind('\n') + 1);
+  text.erase(0, text.rfind('\n') + 1);
+  const std::string own = std::string(agent_protocol::kAgentName) + ": ";
+  return text.starts_with(own) ? text.substr(own.size()) : text;
 }
 
 bool AgentLink::HasJustGone() {

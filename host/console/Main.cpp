@@ -1,5 +1,6 @@
 #include "host/console/Main.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -82,6 +83,18 @@ void Demonstrate(const std::vector<std::string>& files, Session& session) {
   session.SetPreference(kCloseGivesBack, kept);
 }
 
+// The documents of a folder in the order of their names; what describes them is none.
+std::vector<std::string> DocumentsIn(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    std::error_code unknown;
+    if (entry.is_regular_file(unknown) && entry.path().extension() != ".md") files.push_back(entry.path().string());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
 void DescribeLibrary(const Sandbox& sandbox, const LibrarySummary& library) {
   std::fprintf(stderr, "library: %zu fonts in %zu files of\n", library.faces, library.files);
   for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", folder.c_str());
@@ -146,8 +159,9 @@ int Main(const std::vector<std::string>& arguments) {
     }
     problem = ReadScript(options.script, text, script);
     if (!problem.empty()) return Refuse(problem);
-  } else if (!options.interactive && options.files.empty()) {
-    return Refuse("no documents named; --help lists what there is");
+  } else if (!options.interactive) {
+    if (options.files.empty() && !options.samples.empty()) options.files = DocumentsIn(options.samples);
+    if (options.files.empty()) return Refuse("no documents named; --help lists what there is");
   }
   const int status = Run(options, script);
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;

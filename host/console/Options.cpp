@@ -19,6 +19,8 @@ constexpr OptionEntry kOptions[] = {
      [](Options& options, const std::string& value) { options.library.push_back(value); }},
     {"--state", "FOLDER", "keep fonts, preferences and copies of documents there",
      [](Options& options, const std::string& value) { options.state = value; }},
+    {"--samples", "FOLDER", "the documents to show if none is named",
+     [](Options& options, const std::string& value) { options.samples = value; }},
     {"--desktop", nullptr, "make fonts active for all of your programs, not in a sandbox",
      [](Options& options, const std::string&) { options.desktop = true; }},
     {"--completion", nullptr, "print a line for the shell that completes these options",

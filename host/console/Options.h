@@ -11,7 +11,8 @@ struct Options {
   std::vector<std::string> files;  // documents, as given
   std::string script;              // path; empty without one
   std::vector<std::string> library;
-  std::string state;  // empty: the default of the platform
+  std::string state;    // empty: the default of the platform
+  std::string samples;  // a folder of documents for those who name none
   bool interactive = false;
   bool json = false;
   bool desktop = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "host/Problems.h"
 #include "host/console/BatchProgress.h"
 #include "host/console/Slug.h"
 
@@ -39,7 +40,7 @@ Session::Session(Sandbox& sandbox, Report& report)
       fonts_(sandbox, agent_),
       preferences_(sandbox.UserInterfaceFramework()) {}
 
-Session::~Session() = default;
+Session::~Session() { host::SetProblemSink(nullptr); }
 
 void Session::CheckParts() {
   if (sandbox_.KilledPredecessor() != 0) {
@@ -56,11 +57,22 @@ void Session::CheckParts() {
 }
 
 bool Session::StartPlugin() {
+  host::SetProblemSink([this](const std::string& line) { TakeProblem(line); });
   host_ = std::make_unique<host::HostApplication>();
   const std::string problem = host_->Start(sandbox_.PluginBundle());
   if (problem.empty()) return true;
   report_.Error(sandbox_.PluginBundle(), WithoutFile(problem, sandbox_.PluginBundle()));
   return false;
+}
+
+// What went wrong within the host, of which only a line is known: it begins with a path, or it is the plug-in's.
+void Session::TakeProblem(const std::string& line) {
+  const size_t end = line.find(": ");
+  if (line.starts_with("/") && end != std::string::npos) {
+    report_.Error(line.substr(0, end), line.substr(end + 2));
+  } else {
+    report_.Error(sandbox_.PluginBundle(), line);
+  }
 }
 
 bool Session::Start(LibrarySummary* library) {
@@ -159,10 +171,12 @@ std::string Session::WhyActivated(const std::string& name, const std::vector<std
   if (!Contains(named, name)) return "came with another face of its family or file";
   const TraceRecorder::Reason reason = trace_.ReasonFor(name);
   if (reason.how.empty()) return "activated by the agent";
+  if (reason.over.empty()) return reason.how;
+  std::string why = reason.how;
   const size_t candidates = agent_.CountCandidates(name);
-  if (candidates < 2) return reason.how == "best match" ? "only candidate" : reason.how;
-  const std::string among = " among " + std::to_string(candidates) + " files";
-  return reason.how + among + (reason.how == "best match" && !reason.stage.empty() ? ": " + reason.stage : "");
+  if (candidates > 0) why += " among " + std::to_string(candidates) + " files";
+  if (reason.stage != reason.how) why += ": " + reason.stage;
+  return why + ", over " + reason.over;
 }
 
 void Session::Make() {

@@ -63,6 +63,7 @@ class Session {
 
   void CheckParts();
   bool StartPlugin();
+  void TakeProblem(const std::string& line);
   KnownDocument* Find(const std::string& document);
   KnownDocument* Front();
   // The one named, in front; reports if there is none.

@@ -13,24 +13,33 @@ namespace {
 constexpr size_t kMostLines = 20000;
 constexpr int kDeepest = 20;
 
-struct Statement {
-  uint32_t fontID = 0;
-  std::string_view rest;
-};
+// What stands between two texts; nothing if either is not there. The end is looked for from the back.
+std::optional<std::string> Between(std::string_view line, std::string_view begin, std::string_view end) {
+  const size_t first = line.find(begin);
+  if (first == std::string_view::npos) return std::nullopt;
+  const size_t start = first + begin.size();
+  const size_t last = line.rfind(end);
+  if (last == std::string_view::npos || last < start) return std::nullopt;
+  return std::string(line.substr(start, last - start));
+}
 
-// "PREFIX 'NAME' INFIX font ID: REST"
-std::optional<Statement> ReadStatement(std::string_view line, std::string_view before, std::string_view after) {
-  const size_t at = line.find(before);
-  if (at == std::string_view::npos) return std::nullopt;
-  line.remove_prefix(at + before.size());
-  if (!line.starts_with(after)) return std::nullopt;
-  line.remove_prefix(after.size());
-  Statement statement;
-  const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), statement.fontID);
-  line.remove_prefix(static_cast<size_t>(end - line.data()));
-  if (error != std::errc() || !line.starts_with(": ")) return std::nullopt;
-  statement.rest = line.substr(2);
-  return statement;
+// "Preferred 'FILE' over 'FILE' for 'NAME': STAGE"
+bool ReadPreferred(std::string_view line, const std::string& name, TraceRecorder::Reason& reason) {
+  const std::string end = "' for '" + name + "': ";
+  if (line.find("Preferred '") == std::string_view::npos) return false;
+  const auto over = Between(line, "' over '", end);
+  if (!over) return false;
+  reason.over = *over;
+  reason.stage = line.substr(line.rfind(end) + end.size());
+  return true;
+}
+
+// "Matched 'NAME' with 'FILE': HOW"
+bool ReadMatched(std::string_view line, const std::string& name, std::string& how) {
+  const std::string begin = "Matched '" + name + "' with '";
+  const auto file = Between(line, begin, "': ");
+  if (file) how = line.substr(line.rfind("': ") + 3);
+  return file.has_value();
 }
 
 bool ReadBatchSize(std::string_view line, int64_t& count) {
@@ -61,7 +70,12 @@ void TraceRecorder::Store(int indentChange, std::string_view line) {
   std::string text(static_cast<size_t>(std::min(indent_, kDeepest)) * 2, ' ');
   text += line.substr(0, line.find_last_not_of('\n') + 1);
   if (indentChange > 0) indent_ += indentChange;
-  lines_.push_back(std::move(text));
+  // A timer a hundred times a second would push everything else out.
+  if (!lines_.empty() && lines_.back().text == text) {
+    ++lines_.back().times;
+    return;
+  }
+  lines_.push_back({std::move(text)});
   if (lines_.size() <= kMostLines) return;
   lines_.pop_front();
   ++dropped_;
@@ -79,25 +93,24 @@ void TraceRecorder::Mark() {
 
 TraceRecorder::Reason TraceRecorder::ReasonFor(const std::string& postScriptName) const {
   const std::lock_guard lock(mutex_);
-  const std::string matched = "Matched '" + postScriptName + "'";
-  const std::string best = "Best candidate for '" + postScriptName + "'";
-  Reason reason;
-  std::string stage;
+  Reason reason, next;
   for (size_t i = mark_ > dropped_ ? mark_ - dropped_ : 0; i < lines_.size(); ++i) {
-    if (const auto statement = ReadStatement(lines_[i], best, " is font ")) {
-      stage = statement->rest;
-    } else if (const auto match = ReadStatement(lines_[i], matched, " with font ")) {
-      reason = {match->fontID, std::string(match->rest), stage};
-      stage.clear();
-    }
+    if (ReadPreferred(lines_[i].text, postScriptName, next)) continue;
+    if (!ReadMatched(lines_[i].text, postScriptName, next.how)) continue;
+    reason = next;
+    next = {};
   }
   return reason;
 }
 
 std::vector<std::string> TraceRecorder::LastLines(size_t most) const {
   const std::lock_guard lock(mutex_);
-  const size_t count = std::min(most, lines_.size());
-  return {lines_.end() - static_cast<std::ptrdiff_t>(count), lines_.end()};
+  std::vector<std::string> shown;
+  for (size_t i = lines_.size() - std::min(most, lines_.size()); i < lines_.size(); ++i) {
+    const Line& line = lines_[i];
+    shown.push_back(line.text + (line.times > 1 ? "  (" + std::to_string(line.times) + " times)" : ""));
+  }
+  return shown;
 }
 
 }  // namespace console

@@ -21,11 +21,11 @@ class TraceRecorder {
 
   // How a document's font came to its file.
   struct Reason {
-    uint32_t fontID = 0;
-    std::string how;    // "perfect match", "only candidate", "best match", "already active"
-    std::string stage;  // of a best match among several: what put it before the next; else empty
+    std::string how;    // in the plug-in's words, such as "only candidate"; empty if it said nothing
+    std::string stage;  // with several files: what put the chosen one before the next
+    std::string over;   // that next file
   };
-  // The last reason for this PostScript name since the last Mark; fontID 0 without one.
+  // The last reason for this PostScript name since the last Mark.
   Reason ReasonFor(const std::string& postScriptName) const;
   void Mark();
 
@@ -36,12 +36,16 @@ class TraceRecorder {
   std::vector<std::string> LastLines(size_t most) const;
 
  private:
+  struct Line {
+    std::string text;
+    size_t times = 1;  // that it came one after the other
+  };
   static void Take(void* context, int indentChange, std::string_view line);
   void Store(int indentChange, std::string_view line);
 
   mutable std::mutex mutex_;
   std::function<void(int64_t)> batchObserver_;
-  std::deque<std::string> lines_;
+  std::deque<Line> lines_;
   size_t dropped_ = 0;  // lines that were forgotten
   size_t mark_ = 0;     // number of the first line since the last Mark
   int indent_ = 0;
