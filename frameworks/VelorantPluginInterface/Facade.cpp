@@ -113,12 +113,9 @@ void Facade::Disconnect(bool keepFonts) {
     connection = std::move(connection_);
     connection_ = nullptr;
   }
-  if (!connection) return;
-  if (keepFonts) {
-    connection->Call("KeepActivations", Json::object());
-    held_.Clear();
-  }
-  connection->Close();
+  if (connection && keepFonts) connection->Call("KeepActivations", Json::object());
+  if (keepFonts) held_.Clear();
+  if (connection) connection->Close();
 }
 
 void Facade::Retire() {

@@ -26,8 +26,8 @@ class Facade {
   CallResult Call(const char* name, Json arguments);
   bool IsConnected() const;
   bool IsLost() const;
-  // Ends the connection; the next call makes a new one. What is held stays active for good if keepFonts is true, and is
-  // given back by the agent otherwise.
+  // Ends the connection; the next call makes a new one. With keepFonts what the process holds stays active for good and
+  // is no longer its own; otherwise the agent gives it back, and a new connection asks for it again.
   void Disconnect(bool keepFonts);
   // Ends the connection; every later call gets an agent-gone code.
   void Retire();

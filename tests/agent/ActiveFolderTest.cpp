@@ -1,0 +1,156 @@
+// The folder of links: where a link stands, what fontconfig can see of it at which moment, and what is left alone.
+#include "agent/ActiveFolder.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/Clock.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using agent::ActiveFolder;
+using agent::LinkKind;
+
+class ActiveFolderTest : public testing::Test {
+ protected:
+  ActiveFolderTest() { platform::Clock::SetDriven(1000); }
+  ~ActiveFolderTest() override { platform::Clock::UseSystemTime(); }
+
+  std::string Root() const { return folder_ / "active"; }
+  static int64_t TimeOf(const std::string& path) {
+    struct stat info;
+    EXPECT_EQ(stat(path.c_str(), &info), 0) << path;
+    return int64_t{info.st_mtim.tv_sec} * 1000000000 + info.st_mtim.tv_nsec;
+  }
+  static void SetTimeOf(const std::string& path, int64_t seconds) {
+    const timespec times[2] = {{0, UTIME_OMIT}, {static_cast<time_t>(seconds), 0}};
+    EXPECT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+  }
+
+  test_support::TempFolder folder_;
+  platform::RunLoop loop_;
+};
+
+struct NameRow {
+  uint32_t id;
+  const char* file;
+  const char* link;  // below the root
+};
+
+TEST_F(ActiveFolderTest, LinksAreSpreadByTheLastDigitAndNamedByTheID) {
+  const NameRow rows[] = {
+      {1, "A.ttf", "1/1.ttf"},
+      {16, "B.otf", "0/16.otf"},
+      {31, "C.t1", "f/31.t1"},
+      {10, "Let's Eat", "a/10"},
+      {12, "A & B.pfb", "c/12.pfb"},
+      {13, "dots.in.name.TTC", "d/13.TTC"},
+      {14, ".hidden", "e/14"},
+      {15, "ends with.", "f/15"},
+      {17, "odd.ex-t", "1/17"},
+      {18, "long.extension", "2/18"},
+      {2147483647, "M.ttf", "f/2147483647.ttf"},
+  };
+  ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
+  ASSERT_FALSE(active.Prepare());
+  for (const NameRow& row : rows) {
+    const std::string file = folder_.Write(row.file, "font");
+    const ActiveFolder::LinkResult result = active.Link(row.id, file);
+    EXPECT_FALSE(result.error);
+    const fs::path link = fs::path(Root()) / row.link;
+    ASSERT_TRUE(fs::is_symlink(link)) << link;
+    EXPECT_EQ(fs::read_symlink(link), file);
+    EXPECT_TRUE(active.Holds(link));
+  }
+  EXPECT_FALSE(active.Holds(folder_ / "A.ttf"));
+  EXPECT_EQ(active.LinkedIDs().size(), std::size(rows));
+}
+
+TEST_F(ActiveFolderTest, TakesStockOfItsOwnLinksAndClearsHalfMadeOnes) {
+  for (const char* name : {"1/1.ttf", "1/.17.ttf", "1/33", "2/1.ttf", "1/notes.txt", "1/.fonts.conf", "1/0.ttf"}) {
+    folder_.Write(std::string("active/") + name, "font");
+  }
+  ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
+  ASSERT_FALSE(active.Prepare());
+  EXPECT_THAT(active.LinkedIDs(), testing::ElementsAre(1, 33));
+  EXPECT_FALSE(fs::exists(Root() + "/1/.17.ttf"));
+  for (const char* kept : {"/1/notes.txt", "/1/.fonts.conf", "/2/1.ttf"})
+    EXPECT_TRUE(fs::exists(Root() + kept)) << kept;
+  EXPECT_FALSE(active.Unlink(33));
+  EXPECT_FALSE(active.Unlink(33));  // no link is no error
+  EXPECT_THAT(active.LinkedIDs(), testing::ElementsAre(1));
+  EXPECT_FALSE(fs::exists(Root() + "/1/33"));
+}
+
+TEST_F(ActiveFolderTest, ReplacingALinkLeavesOneWithTheNewName) {
+  ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
+  ASSERT_FALSE(active.Prepare());
+  ASSERT_FALSE(active.Link(5, folder_.Write("old.ttf", "a")).error);
+  ASSERT_FALSE(active.Link(5, folder_.Write("new.otf", "b")).error);
+  EXPECT_FALSE(fs::exists(fs::symlink_status(Root() + "/5/5.ttf")));
+  EXPECT_EQ(fs::read_symlink(Root() + "/5/5.otf"), folder_ / "new.otf");
+}
+
+// fontconfig compares whole seconds, so the folder that changed must show a later one than that of the change.
+TEST_F(ActiveFolderTest, OnlyTheChangedFolderIsTouchedAgainAndOnlyOnce) {
+  ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
+  ASSERT_FALSE(active.Prepare());
+  const std::string file = folder_.Write("A.ttf", "font");
+  for (const char* name : {"/1", "/2"}) SetTimeOf(Root() + name, 100);
+  ASSERT_FALSE(active.Link(1, file).error);
+  ASSERT_FALSE(active.Link(17, file).error);
+  EXPECT_GT(TimeOf(Root() + "/1"), 100 * int64_t{1000000000});
+  EXPECT_EQ(TimeOf(Root() + "/2"), 100 * int64_t{1000000000});
+
+  SetTimeOf(Root() + "/1", 200);
+  loop_.RunFor(ActiveFolder::kSecondTouchDelay - 0.1);
+  EXPECT_EQ(TimeOf(Root() + "/1"), 200 * int64_t{1000000000});
+  loop_.RunFor(0.2);
+  EXPECT_GT(TimeOf(Root() + "/1"), 200 * int64_t{1000000000});
+  SetTimeOf(Root() + "/1", 300);
+  loop_.RunFor(10);
+  EXPECT_EQ(TimeOf(Root() + "/1"), 300 * int64_t{1000000000});
+}
+
+TEST_F(ActiveFolderTest, APendingTouchIsDatedAheadAtTheEnd) {
+  ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
+  ASSERT_FALSE(active.Prepare());
+  ASSERT_FALSE(active.Link(1, folder_.Write("A.ttf", "font")).error);
+  const int64_t first = TimeOf(Root() + "/1");
+  SetTimeOf(Root() + "/2", 100);
+  active.FinishTouches();
+  EXPECT_GE(TimeOf(Root() + "/1") / 1000000000, first / 1000000000 + 1);
+  EXPECT_EQ(TimeOf(Root() + "/2"), 100 * int64_t{1000000000});
+}
+
+TEST_F(ActiveFolderTest, AHardLinkIsOfTheFontsOwnFile) {
+  ActiveFolder active(Root(), LinkKind::kHardPreferred, loop_);
+  ASSERT_FALSE(active.Prepare());
+  const std::string file = folder_.Write("library/A.ttf", "font");
+  fs::create_symlink("A.ttf", folder_ / "library/alias.ttf");
+  const ActiveFolder::LinkResult result = active.Link(7, folder_ / "library/alias.ttf");
+  EXPECT_FALSE(result.error);
+  EXPECT_FALSE(result.symbolic);
+  EXPECT_FALSE(fs::is_symlink(Root() + "/7/7.ttf"));
+  EXPECT_TRUE(fs::equivalent(Root() + "/7/7.ttf", file));
+  // Where none can be made, a symbolic link stands in and the caller is told.
+  EXPECT_TRUE(active.Link(8, folder_ / "gone.ttf").symbolic);
+}
+
+TEST_F(ActiveFolderTest, AFailureLeavesNothingHalfMade) {
+  ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
+  ASSERT_FALSE(active.Prepare());
+  fs::create_directories(Root() + "/1/1.ttf/in the way");
+  EXPECT_TRUE(active.Link(1, folder_.Write("A.ttf", "font")).error);
+  EXPECT_FALSE(active.IsLinked(1));
+  EXPECT_FALSE(fs::exists(fs::symlink_status(Root() + "/1/.1.ttf")));
+}
+
+}  // namespace

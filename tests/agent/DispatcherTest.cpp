@@ -1,0 +1,116 @@
+// Requests as they come from the wire, sound and unsound, and what is answered.
+#include "agent/Dispatcher.h"
+
+#include <gmock/gmock.h>
+
+#include "agent/Database.h"
+
+namespace {
+
+using namespace agent;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DispatcherTest : public testing::Test {
+ protected:
+  DispatcherTest() {
+    dispatcher_.Add("Sum", Needs::kNothing, [](ClientID, const Arguments& arguments) {
+      uint32_t sum = 0;
+      for (const uint32_t number : arguments.Numbers("list")) sum += number;
+      return Reply{kSuccess, {{"sum", sum}, {"one", arguments.Has("one") ? arguments.Number("one") : 0}}};
+    });
+    dispatcher_.Add("Text", Needs::kNothing, [](ClientID, const Arguments& arguments) {
+      return Reply{kSuccess, {{"text", arguments.Flag("wanted") ? arguments.Text("text") : ""}}};
+    });
+    dispatcher_.Add("Full", Needs::kNothing,
+                    [](ClientID, const Arguments&) -> Reply { throw StoreError("the disk is full", 13); });
+    dispatcher_.Add("Fonts", Needs::kFonts, [](ClientID client, const Arguments&) {
+      return Reply{kSuccess, {{"client", client}}};
+    });
+  }
+
+  std::vector<std::string> sent_;
+  std::vector<ClientID> breaches_;
+  std::vector<std::string> reports_;
+  Dispatcher dispatcher_{{[this](ClientID, const std::string& message) { sent_.push_back(message); },
+                          [this](ClientID client) { breaches_.push_back(client); },
+                          [this](const std::string& line) { reports_.push_back(line); }}};
+};
+
+struct RequestRow {
+  const char* request;
+  const char* reply;  // null where the client is to be dropped
+};
+
+constexpr const char* kBadArgument = R"({"code":67108864,"id":1,"result":{}})";
+
+const RequestRow kRequests[] = {
+    {R"({"id":1,"call":"Sum","arguments":{"list":[1,2,3]}})", R"({"code":0,"id":1,"result":{"one":0,"sum":6}})"},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[]}})", R"({"code":0,"id":1,"result":{"one":0,"sum":0}})"},
+    // A pseudo number crosses as its 32 bits, from either sign.
+    {R"({"id":1,"call":"Sum","arguments":{"list":[],"one":-2}})",
+     R"({"code":0,"id":1,"result":{"one":4294967294,"sum":0}})"},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[4294967295]}})",
+     R"({"code":0,"id":1,"result":{"one":0,"sum":4294967295}})"},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"text":"\u00e4"}})",
+     "{\"code\":0,\"id\":1,\"result\":{\"text\":\"\xC3\xA4\"}}"},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[4294967296]}})", kBadArgument},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[-2147483649]}})", kBadArgument},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[1.5]}})", kBadArgument},
+    {R"({"id":1,"call":"Sum","arguments":{"list":["1"]}})", kBadArgument},
+    {R"({"id":1,"call":"Sum","arguments":{"list":{"0":1}}})", kBadArgument},
+    {R"({"id":1,"call":"Sum","arguments":{}})", kBadArgument},
+    {R"({"id":1,"call":"Sum"})", kBadArgument},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":1,"text":""}})", kBadArgument},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"text":null}})", kBadArgument},
+    {R"({"id":1,"call":"Full"})", R"({"code":218103808,"id":1,"result":{}})"},
+    {R"({"id":1,"call":"Nobody"})", R"({"code":134217728,"id":1,"result":{}})"},
+    {R"({"id":-1,"call":"Sum"})", nullptr},
+    {R"({"id":"1","call":"Sum"})", nullptr},
+    {R"({"call":"Sum"})", nullptr},
+    {R"({"id":1})", nullptr},
+    {R"({"id":1,"call":7})", nullptr},
+    {R"({"id":1,"call":"Sum","arguments":[]})", nullptr},
+    {R"([{"id":1,"call":"Sum"}])", nullptr},
+    {R"({"id":1,"call":"Sum")", nullptr},
+    {"", nullptr},
+    {"\xFF\xFE", nullptr},
+};
+
+TEST_F(DispatcherTest, AnswersRequestsAndRefusesWhatIsNone) {
+  for (const RequestRow& row : kRequests) {
+    SCOPED_TRACE(row.request);
+    sent_.clear();
+    breaches_.clear();
+    dispatcher_.OnMessage(5, row.request);
+    if (row.reply) {
+      EXPECT_THAT(sent_, ElementsAre(row.reply));
+      EXPECT_THAT(breaches_, IsEmpty());
+    } else {
+      EXPECT_THAT(sent_, IsEmpty());
+      EXPECT_THAT(breaches_, ElementsAre(5));
+    }
+  }
+}
+
+TEST_F(DispatcherTest, SurvivesAMessageOfNothingButBrackets) {
+  dispatcher_.OnMessage(5, std::string(1 << 20, '['));
+  EXPECT_THAT(breaches_, ElementsAre(5));
+}
+
+// "Not found" must not mean "not yet".
+TEST_F(DispatcherTest, CallsThatNeedFontsWaitForTheFirstScan) {
+  dispatcher_.OnMessage(1, R"({"id":1,"call":"Fonts"})");
+  dispatcher_.OnMessage(2, R"({"id":2,"call":"Fonts"})");
+  dispatcher_.OnMessage(3, R"({"id":3,"call":"Fonts"})");
+  dispatcher_.OnMessage(1, R"({"id":4,"call":"Sum","arguments":{"list":[]}})");
+  EXPECT_THAT(sent_, ElementsAre(testing::HasSubstr("\"id\":4")));
+  dispatcher_.OnGone(2);
+  dispatcher_.Release();
+  EXPECT_THAT(sent_, ElementsAre(testing::HasSubstr("\"id\":4"), testing::HasSubstr("\"id\":1"),
+                                 testing::HasSubstr("\"id\":3")));
+  dispatcher_.OnMessage(1, R"({"id":5,"call":"Fonts"})");
+  EXPECT_EQ(sent_.size(), 4u);
+}
+
+}  // namespace

@@ -1,0 +1,185 @@
+// What is read from font files: those of Debian, collections made of them, and damaged ones.
+#include "agent/FontFile.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <set>
+
+#include "support/DebianFonts.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using namespace debian_fonts;
+using agent::FontFace;
+using agent::FontFileContent;
+using agent::FontFileReader;
+using agent::FontVerdict;
+
+struct FontRow {
+  std::string path;
+  const char* postScriptName;
+  const char* family;
+  const char* style;
+  const char* kind;
+  const char* foundry;
+  const char* version;
+  bool hasKerning;
+};
+
+// One face in the three files that fonts-urw-base35 has of it, then other kinds and makers.
+const FontRow kFonts[] = {
+    {kOpenType + "NimbusSans-Bold.otf", "NimbusSans-Bold", "Nimbus Sans", "Bold", "OpenType - PS", "URW", "1.00", true},
+    {kType1 + "NimbusSans-Bold.t1", "NimbusSans-Bold", "Nimbus Sans", "Bold", "Postscript", "URW", "1.00", false},
+    {kBinaryType1 + "NimbusSans-Bold.pfb", "NimbusSans-Bold", "Nimbus Sans", "Bold", "Postscript", "URW", "1.00",
+     false},
+    {kOpenType + "Z003-MediumItalic.otf", "Z003-MediumItalic", "Z003", "Medium Italic", "OpenType - PS", "URW", "1.00",
+     true},
+    {kLiberation + "LiberationSerif-Bold.ttf", "LiberationSerif-Bold", "Liberation Serif", "Bold", "OpenType - TT",
+     "Ascender Corporation", "2.1.5", true},
+    {kDejaVu + "DejaVuSans.ttf", "DejaVuSans", "DejaVu Sans", "Book", "OpenType - TT", "DejaVu fonts team", "2.37",
+     true},
+};
+
+TEST(FontFile, ReadsWhatIdentifiesAFace) {
+  const FontFileReader reader;
+  for (const FontRow& row : kFonts) {
+    SCOPED_TRACE(row.path);
+    const FontFileContent content = reader.Read(row.path);
+    EXPECT_EQ(content.verdict, FontVerdict::kFont);
+    EXPECT_EQ(content.problem, "");
+    ASSERT_EQ(content.faces.size(), 1u);
+    const FontFace& face = content.faces.front();
+    EXPECT_EQ(face.postScriptName, row.postScriptName);
+    EXPECT_EQ(face.family, row.family);
+    EXPECT_EQ(face.style, row.style);
+    EXPECT_EQ(face.kind, row.kind);
+    EXPECT_EQ(face.foundry, row.foundry);
+    EXPECT_EQ(face.version, row.version);
+    EXPECT_EQ(face.kerningChecksum != 0, row.hasKerning);
+    EXPECT_LT(face.kerningChecksum, 1u << 20);
+    const bool isType1 = std::string(row.kind) == "Postscript";
+    EXPECT_EQ(face.printerFont, isType1 ? row.path.substr(row.path.rfind('/') + 1) : "");
+  }
+}
+
+TEST(FontFile, ChecksumsTellEveryDebianFontFromTheOthers) {
+  const FontFileReader reader;
+  std::set<uint32_t> checksums, glyphsures;
+  size_t count = 0;
+  for (const std::string& folder : {kOpenType, kType1, kBinaryType1, kLiberation, kDejaVu}) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      const FontFileContent content = reader.Read(entry.path());
+      for (const FontFace& face : content.faces) {
+        checksums.insert(face.checksum);
+        glyphsures.insert(face.glyphsureChecksum);
+        ++count;
+      }
+      EXPECT_NE(content.verdict, FontVerdict::kBroken) << entry.path();
+    }
+  }
+  EXPECT_GT(count, 100u);
+  EXPECT_EQ(checksums.size(), count);
+  EXPECT_EQ(glyphsures.size(), count);
+  EXPECT_FALSE(checksums.contains(0) || glyphsures.contains(0));
+}
+
+TEST(FontFile, ReadsTheFacesOfACollectionApart) {
+  const std::string sans = Bytes(kDejaVu + "DejaVuSans.ttf");
+  const std::string otf = Bytes(kOpenType + "NimbusSans-Bold.otf");
+  const FontFileReader reader;
+  // The third face shares nothing but its bytes with the first: equal outlines at another place are another face.
+  const FontFileContent content = reader.Parse(MakeCollection({sans, otf, sans}), "odd name");
+  EXPECT_EQ(content.verdict, FontVerdict::kFont);
+  EXPECT_EQ(content.problem, "");
+  ASSERT_EQ(content.faces.size(), 3u);
+  EXPECT_EQ(content.faces[0].postScriptName, "DejaVuSans");
+  EXPECT_EQ(content.faces[0].kind, "OpenType - TT");
+  EXPECT_EQ(content.faces[1].postScriptName, "NimbusSans-Bold");
+  EXPECT_EQ(content.faces[1].kind, "OpenType - PS");
+  EXPECT_EQ(content.faces[2].faceIndex, 2);
+  EXPECT_NE(content.faces[0].checksum, content.faces[2].checksum);
+}
+
+TEST(FontFile, KeepsTheSoundFacesOfADamagedCollection) {
+  std::string collection = MakeCollection({Bytes(kDejaVu + "DejaVuSans.ttf"), Bytes(kDejaVu + "DejaVuSans-Bold.ttf")});
+  PutLong(collection, DirectoryOfFace(collection, 0) + 12 + 8, 0x7FFFFFFF);
+  const FontFileContent content = FontFileReader().Parse(collection, "pair.ttc");
+  EXPECT_EQ(content.verdict, FontVerdict::kFont);
+  ASSERT_EQ(content.faces.size(), 1u);
+  EXPECT_EQ(content.faces[0].postScriptName, "DejaVuSans-Bold");
+  EXPECT_THAT(content.problem, testing::StartsWith("face 0: table '"));
+}
+
+struct DamageRow {
+  const char* name;
+  std::string bytes;
+  FontVerdict verdict;
+  const char* problem;  // part of it
+};
+
+std::string Cut(const std::string& bytes, size_t length) { return bytes.substr(0, length); }
+
+std::string WithLong(std::string bytes, size_t at, uint32_t value) {
+  PutLong(bytes, at, value);
+  return bytes;
+}
+
+TEST(FontFile, SaysWhatIsWrongWithADamagedFile) {
+  const std::string otf = Bytes(kOpenType + "NimbusSans-Bold.otf");
+  const std::string pfb = Bytes(kBinaryType1 + "NimbusSans-Bold.pfb");
+  const std::string t1 = Bytes(kType1 + "NimbusSans-Bold.t1");
+  const std::string pair = MakeCollection({otf, otf});
+  const DamageRow rows[] = {
+      {"whole.otf", otf, FontVerdict::kFont, ""},
+      {"empty.otf", "", FontVerdict::kBroken, "is empty"},
+      {"text.TTF", "Dear Sir or Madam", FontVerdict::kBroken, "is not a font file"},
+      {"text.txt", "Dear Sir or Madam", FontVerdict::kNotAFont, ""},
+      {"no extension", "Dear Sir or Madam", FontVerdict::kNotAFont, ""},
+      {"only-four.otf", "OTTO", FontVerdict::kBroken, "the table directory is cut short"},
+      {"half-directory.otf", Cut(otf, 60), FontVerdict::kBroken, "the table directory is cut short"},
+      {"half.otf", Cut(otf, otf.size() / 2), FontVerdict::kBroken, "reaches beyond the end of the file"},
+      {"last-byte.pfb", Cut(pfb, pfb.size() - 600), FontVerdict::kBroken, "a segment reaches beyond"},
+      {"head-only.t1", Cut(t1, 200), FontVerdict::kBroken, ""},
+      {"offset.otf", WithLong(otf, 12 + 8, 0xFFFFFFFF), FontVerdict::kBroken, "reaches beyond the end of the file"},
+      {"length.otf", WithLong(otf, 12 + 12, 0xFFFFFFFF), FontVerdict::kBroken, "reaches beyond the end of the file"},
+      {"header.ttc", Cut(pair, 11), FontVerdict::kBroken, "the collection's header is cut short"},
+      {"faces.ttc", WithLong(pair, 8, 0xFFFFFFFF), FontVerdict::kBroken, "faces does not fit the file"},
+      {"none.ttc", WithLong(pair, 8, 0), FontVerdict::kBroken, "list of 0 faces"},
+      {"away.ttc", WithLong(WithLong(pair, 12, 0xFFFFFFF0), 16, 0xFFFFFFF0), FontVerdict::kBroken, "cut short"},
+  };
+  const test_support::TempFolder folder;
+  const FontFileReader reader;
+  for (const DamageRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    const FontFileContent content = reader.Read(folder.Write(row.name, row.bytes));
+    EXPECT_EQ(content.verdict, row.verdict);
+    EXPECT_THAT(content.problem, testing::HasSubstr(row.problem));
+    EXPECT_EQ(content.problem.empty(), row.verdict != FontVerdict::kBroken);
+    EXPECT_EQ(content.faces.empty(), row.verdict != FontVerdict::kFont);
+  }
+}
+
+// Every beginning of a font is either a font or broken, and none of them upsets the reader.
+TEST(FontFile, SurvivesEveryKindOfTruncation) {
+  const FontFileReader reader;
+  for (const std::string& path : {kOpenType + "D050000L.otf", kType1 + "D050000L.t1", kBinaryType1 + "D050000L.pfb"}) {
+    const std::string whole = Bytes(path);
+    const std::string name = path.substr(path.rfind('/') + 1);
+    for (size_t length = 0; length < whole.size(); length += 1 + length / 8) {
+      const FontFileContent content = reader.Parse(std::string_view(whole).substr(0, length), name);
+      EXPECT_EQ(content.faces.empty(), content.verdict == FontVerdict::kBroken) << name << " cut to " << length;
+    }
+  }
+}
+
+TEST(FontFile, FoldersAndMissingFilesAreToldApart) {
+  const test_support::TempFolder folder;
+  EXPECT_EQ(FontFileReader().Read(folder.Path()).verdict, FontVerdict::kNotAFont);
+  const FontFileContent missing = FontFileReader().Read(folder / "gone.otf");
+  EXPECT_EQ(missing.verdict, FontVerdict::kBroken);
+  EXPECT_THAT(missing.problem, testing::HasSubstr("No such file"));
+}
+
+}  // namespace

@@ -1,0 +1,273 @@
+// The library against real folders: what a scan finds, what a change does, and what a second start remembers.
+#include "agent/FontLibrary.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+#include "platform/Clock.h"
+#include "platform/Folders.h"
+#include "platform/Fonts.h"
+#include "support/DebianFonts.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace agent;
+using agent_protocol::kAutoActivated;
+using namespace debian_fonts;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr double kMostSeconds = 60;
+constexpr ClientID kClient = 1;
+
+class FontLibraryTest : public testing::Test {
+ protected:
+  FontLibraryTest() {
+    platform::Clock::SetDriven(1000);
+    configuration_.stateFolder = state_.Path();
+    configuration_.library = {fonts_.Path()};
+    fs::create_directories(configuration_.DataFolder());
+    UseFontConfig(configuration_.ActiveFolderPath());
+  }
+  ~FontLibraryTest() override {
+    library_.reset();
+    platform::SetPlaces({});
+    platform::Clock::UseSystemTime();
+  }
+
+  void UseFontConfig(const std::string& folder) {
+    state_.Write("fonts.conf",
+                 "<fontconfig><dir>" + folder + "</dir><cachedir>" + state_ / "cache" + "</cachedir></fontconfig>");
+    platform::Places places;
+    places.runtime = state_ / "run";
+    places.fontConfigFile = state_ / "fonts.conf";
+    platform::SetPlaces(places);
+  }
+
+  // Starts the library anew, as a second start of the agent does, and waits for its first scan.
+  void Start() {
+    library_.reset();
+    LibraryEvents events;
+    events.activated = [this](uint32_t id) { active_.insert(id); };
+    events.deactivated = [this](uint32_t id) { active_.erase(id); };
+    events.missing = [this](uint32_t id) { missing_.push_back(id); };
+    events.scanProgress = [](const ScanProgress&) {};
+    events.scanFinished = [this](bool) { ++scans_; };
+    events.report = [this](const std::string& line) { reports_.push_back(line); };
+    active_.clear();
+    library_ = std::make_unique<FontLibrary>(configuration_, loop_, events);
+    library_->Start();
+    AwaitScan();
+  }
+  void Rescan() {
+    library_->Rescan();
+    AwaitScan();
+  }
+  void AwaitScan() {
+    const int before = scans_;
+    ASSERT_TRUE(loop_.RunUntil([&] { return scans_ > before; }, kMostSeconds));
+  }
+
+  uint32_t IDOf(const std::string& name) const {
+    const auto fonts = library_->Table().WithPostScriptName(name);
+    return fonts.empty() ? 0 : fonts.front()->id;
+  }
+  // "path below the library: message" of each problem, in the order of paths.
+  std::vector<std::string> Problems() const {
+    std::vector<std::string> lines;
+    for (const ScanProblem& problem : library_->Scans().Report().problems) {
+      const bool isBelow = problem.path.starts_with(fonts_.Path() + "/");
+      lines.push_back((isBelow ? problem.path.substr(fonts_.Path().size() + 1) : problem.path) + ": " +
+                      problem.message);
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+  static bool IsListed(const std::string& name) { return platform::IsPostScriptNameActive(name); }
+
+  test_support::TempFolder state_;
+  test_support::TempFolder fonts_;
+  platform::RunLoop loop_;
+  Configuration configuration_;
+  std::unique_ptr<FontLibrary> library_;
+  std::set<uint32_t> active_;
+  std::vector<uint32_t> missing_;
+  std::vector<std::string> reports_;
+  int scans_ = 0;
+};
+
+const std::string kBold = kLiberation + "LiberationSerif-Bold.ttf";
+
+TEST_F(FontLibraryTest, ScansWhatIsAFontAndListsWhatIsWrong) {
+  fonts_.Write("a/LiberationSerif-Bold.ttf", Bytes(kBold));
+  fonts_.Write("Let's Eat", Bytes(kOpenType + "NimbusSans-Bold.otf"));
+  fonts_.Write("A & B/deep/er/pair.ttc",
+               MakeCollection({Bytes(kOpenType + "D050000L.otf"), Bytes(kDejaVu + "DejaVuSans.ttf")}));
+  fonts_.Write("type1/NimbusSans-Bold.t1", Bytes(kType1 + "NimbusSans-Bold.t1"));
+  fonts_.Write("type1/NimbusSans-Bold.afm", "StartFontMetrics 2.0");
+  fonts_.Write("broken.otf", Bytes(kOpenType + "Z003-MediumItalic.otf").substr(0, 5000));
+  fonts_.Write("empty.ttf", "");
+  fonts_.Write(".hidden/LiberationMono-Bold.ttf", Bytes(kLiberation + "LiberationMono-Bold.ttf"));
+  fs::create_symlink("nowhere.ttf", fonts_ / "dangling.ttf");
+  fs::create_symlink("..", fonts_ / "a/loop");
+  fs::create_symlink("a/LiberationSerif-Bold.ttf", fonts_ / "z-alias.ttf");
+  configuration_.library = {fonts_.Path(), fonts_ / "a", fonts_ / "gone", fonts_ / "empty.ttf"};
+  Start();
+  EXPECT_THAT(Problems(),
+              ElementsAre(HasSubstr("broken.otf: table '"), HasSubstr("dangling.ttf: the link leads nowhere"),
+                          "empty.ttf: is empty", "empty.ttf: is not a folder", HasSubstr("gone: No such file")));
+  EXPECT_EQ(library_->Scans().Report().files, 4u);
+  EXPECT_EQ(library_->Scans().Report().faces, 5u);
+  EXPECT_EQ(library_->Table().Count(), 5u);
+  EXPECT_EQ(library_->Table().WithPostScriptName("NimbusSans-Bold").size(), 2u);
+  // The same lines stand in a file, for whoever has no connection.
+  EXPECT_THAT(Bytes(state_ / "agent/scan.log"), HasSubstr("dangling.ttf: the link leads nowhere"));
+}
+
+TEST_F(FontLibraryTest, AChangeIsFoundByItselfAndAVanishedFolderCostsNothingElse) {
+  fonts_.Write("LiberationSerif-Bold.ttf", Bytes(kBold));
+  fonts_.Write("other/NimbusSans-Bold.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
+  Start();
+  const uint32_t bold = IDOf("LiberationSerif-Bold"), nimbus = IDOf("NimbusSans-Bold");
+  library_->Active().Activate(kClient, {bold, nimbus}, kAutoActivated);
+  ASSERT_THAT(active_, testing::SizeIs(2));
+
+  fs::remove_all(fonts_ / "other");
+  fonts_.Write("new/DejaVuSans.ttf", Bytes(kDejaVu + "DejaVuSans.ttf"));
+  const int before = scans_;
+  loop_.RunFor(3 * LibraryWatch::kQuietTime);
+  ASSERT_TRUE(loop_.RunUntil([&] { return scans_ > before; }, kMostSeconds));
+  EXPECT_NE(IDOf("DejaVuSans"), 0u);
+  EXPECT_THAT(missing_, ElementsAre(nimbus));
+  EXPECT_THAT(active_, ElementsAre(bold));
+  EXPECT_FALSE(IsListed("NimbusSans-Bold"));
+  EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+
+  fs::remove_all(fonts_.Path());
+  Rescan();
+  EXPECT_EQ(library_->Table().Count(), 0u);
+  EXPECT_THAT(Problems(), ElementsAre(HasSubstr("No such file")));
+}
+
+TEST_F(FontLibraryTest, AnUnchangedFileIsNotReadAgainAndAChangedOneIs) {
+  const std::string path = fonts_.Write("font.ttf", Bytes(kBold));
+  Start();
+  const uint32_t id = IDOf("LiberationSerif-Bold");
+  // Other bytes under the same inode, size and time: only who trusts the index still sees the old name.
+  struct stat info;
+  ASSERT_EQ(stat(path.c_str(), &info), 0);
+  std::string other = Bytes(kLiberation + "LiberationMono-Bold.ttf");
+  other.resize(static_cast<size_t>(info.st_size), '\0');
+  fonts_.Write("font.ttf", other);
+  const timespec times[2] = {info.st_atim, info.st_mtim};
+  ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+  Start();
+  EXPECT_EQ(IDOf("LiberationSerif-Bold"), id);
+
+  const timespec later[2] = {info.st_atim, {info.st_mtim.tv_sec + 1, 0}};
+  ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), later, 0), 0);
+  Start();
+  EXPECT_EQ(IDOf("LiberationSerif-Bold"), 0u);
+  EXPECT_EQ(IDOf("LiberationMono-Bold"), id);  // the same place keeps its number
+}
+
+TEST_F(FontLibraryTest, ADroppedIndexLosesNothingOfTheUsers) {
+  fonts_.Write("a.ttf", Bytes(kBold));
+  fonts_.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
+  Start();
+  const uint32_t bold = IDOf("LiberationSerif-Bold"), nimbus = IDOf("NimbusSans-Bold");
+  library_->User().CreateSet("Mine", kFontLibrary.id, {nimbus, bold});
+  library_->Active().Activate(kClient, {bold}, agent_protocol::kActivated);
+  library_->Finish();
+  library_.reset();
+  fs::remove(state_ / "agent/index.db");
+  Start();
+  EXPECT_EQ(IDOf("LiberationSerif-Bold"), bold);
+  EXPECT_EQ(IDOf("NimbusSans-Bold"), nimbus);
+  EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+  ASSERT_EQ(library_->User().Sets().size(), 1u);
+  EXPECT_THAT(library_->User().Sets()[0].fontIDs, ElementsAre(nimbus, bold));
+}
+
+TEST_F(FontLibraryTest, AStoredActivationWaitsForItsFile) {
+  const std::string path = fonts_.Write("a.ttf", Bytes(kBold));
+  Start();
+  library_->Active().Activate(kClient, {IDOf("LiberationSerif-Bold")}, agent_protocol::kActivated);
+  fs::rename(path, fonts_ / ".aside");
+  Start();
+  EXPECT_FALSE(IsListed("LiberationSerif-Bold"));
+  fs::rename(fonts_ / ".aside", fonts_ / "moved.ttf");
+  Rescan();
+  EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+}
+
+TEST_F(FontLibraryTest, AReplacedFileIsLinkedAnewAndABrokenOneLetGo) {
+  configuration_.desktop = true;
+  const test_support::TempFolder home;
+  setenv("XDG_DATA_HOME", home.Path().c_str(), 1);
+  UseFontConfig(configuration_.ActiveFolderPath());
+  const std::string path = fonts_.Write("a.ttf", Bytes(kBold));
+  Start();
+  const uint32_t bold = IDOf("LiberationSerif-Bold");
+  library_->Active().Activate(kClient, {bold}, kAutoActivated);
+  const std::string link =
+      home / "fonts/nexcore/" + std::string(1, "0123456789abcdef"[bold % 16]) + "/" + std::to_string(bold) + ".ttf";
+  EXPECT_FALSE(fs::is_symlink(link));
+  EXPECT_TRUE(fs::equivalent(link, path));
+
+  // By renaming, as a package manager does: the hard link still holds the old file.
+  fs::rename(fonts_.Write("new", Bytes(kLiberation + "LiberationSerif-Bold.ttf") + "tail"), path);
+  Rescan();
+  EXPECT_TRUE(fs::equivalent(link, path));
+  EXPECT_THAT(active_, ElementsAre(bold));
+  fs::rename(fonts_.Write("new", "no font any more"), path);
+  Rescan();
+  EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
+  EXPECT_THAT(active_, IsEmpty());
+  unsetenv("XDG_DATA_HOME");
+}
+
+// A library that holds the folder of links, as a home folder may, has no more in it for what is active.
+TEST_F(FontLibraryTest, LinksAreNeverPartOfTheLibrary) {
+  const test_support::TempFolder elsewhere;
+  elsewhere.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
+  configuration_.library = {state_.Path(), elsewhere.Path()};
+  Start();
+  const uint32_t id = IDOf("NimbusSans-Bold");
+  library_->Active().Activate(kClient, {id}, kAutoActivated);
+  Rescan();
+  ASSERT_NE(library_->Table().Find(id), nullptr);
+  EXPECT_EQ(library_->Table().Find(id)->path, elsewhere / "b.otf");
+  EXPECT_EQ(library_->Table().Count(), 1u);
+}
+
+// What the operating system has active by itself is the system's workgroup, but for files of the library.
+TEST_F(FontLibraryTest, KnowsTheSystemsFontsFromItsOwn) {
+  const test_support::TempFolder system;
+  const std::string shared = fonts_.Write("shared.ttf", Bytes(kBold));
+  fs::create_hard_link(shared, system / "same file.ttf");
+  system.Write("DejaVuSans.ttf", Bytes(kDejaVu + "DejaVuSans.ttf"));
+  UseFontConfig(system.Path());
+  Start();
+  const Font& bold = *library_->Table().Find(IDOf("LiberationSerif-Bold"));
+  EXPECT_EQ(bold.workgroupID, kFontLibrary.id);
+  EXPECT_EQ(library_->Active().StateOf(bold), agent_protocol::kSystemActive);
+  const Font& dejavu = *library_->Table().Find(IDOf("DejaVuSans"));
+  EXPECT_EQ(dejavu.workgroupID, kSystemFonts.id);
+  EXPECT_EQ(library_->Scans().Report().faces, 1u);
+
+  fs::remove(system / "DejaVuSans.ttf");
+  library_->FreshenSystemFonts(true);
+  EXPECT_EQ(IDOf("DejaVuSans"), 0u);
+  EXPECT_NE(IDOf("LiberationSerif-Bold"), 0u);
+}
+
+}  // namespace

@@ -1,0 +1,195 @@
+// The two databases: what may be lost and what may not.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "agent/IndexStore.h"
+#include "agent/UserStore.h"
+#include "support/DebianFonts.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace agent;
+using test_support::TempFolder;
+using testing::ElementsAre;
+
+const char* const kOddNames[] = {"Let's Eat", "A & B", "semi;colon--", "100%", "name\"quoted\"", "\xC3\x84hnlich"};
+
+IndexedFile MakeFile(const std::string& path, uint64_t inode, const std::string& name) {
+  IndexedFile file;
+  file.path = path;
+  file.identity = {0xFFFFFFFFFFFFFFF0u, inode, 5000000000u, 1700000000123456789};
+  file.content.verdict = FontVerdict::kFont;
+  FontFace face;
+  face.postScriptName = name;
+  face.family = "Family of " + name;
+  face.kind = "OpenType - PS";
+  face.checksum = 0xFFFFFFFF;
+  face.glyphsureChecksum = 0x80000001;
+  file.content.faces = {face, face};
+  file.content.faces[1].faceIndex = 1;
+  return file;
+}
+
+void ExpectNoReport(const std::string& line) { ADD_FAILURE() << line; }
+
+TEST(IndexStore, GivesBackWhatWasPut) {
+  const TempFolder folder;
+  std::vector<IndexedFile> files;
+  uint64_t inode = 0xFFFFFFFFFFFFFF00u;
+  for (const char* name : kOddNames) files.push_back(MakeFile(std::string("/fonts/") + name, inode++, name));
+  files[1].content = {FontVerdict::kBroken, {}, "is empty"};
+  {
+    IndexStore store(folder / "index.db", ExpectNoReport);
+    for (const IndexedFile& file : files) store.Put(file);
+    store.Put(MakeFile("/fonts/removed", 3, "Removed"));
+    store.Remove("/fonts/removed");
+    store.Put(files[0]);  // in place of itself
+  }
+  IndexStore store(folder / "index.db", ExpectNoReport);
+  const std::vector<IndexedFile> loaded = store.Load();
+  ASSERT_EQ(loaded.size(), files.size());
+  for (const IndexedFile& file : files) {
+    const auto found = std::find_if(loaded.begin(), loaded.end(), [&](const auto& it) { return it.path == file.path; });
+    ASSERT_NE(found, loaded.end()) << file.path;
+    EXPECT_EQ(found->identity, file.identity);
+    EXPECT_EQ(found->content.verdict, file.content.verdict);
+    EXPECT_EQ(found->content.problem, file.content.problem);
+    EXPECT_EQ(found->content.faces, file.content.faces);
+  }
+}
+
+TEST(IndexStore, AnotherVersionIsDroppedAndADamagedFileMovedAside) {
+  const TempFolder folder;
+  const std::string path = folder / "index.db";
+  IndexStore(path, ExpectNoReport).Put(MakeFile("/fonts/a", 1, "A"));
+  Database(path).SetVersion(99);
+  EXPECT_TRUE(IndexStore(path, ExpectNoReport).Load().empty());
+
+  const std::string garbage = "this was a database once, " + std::string(5000, '?');
+  fs::remove(path);
+  folder.Write("index.db", garbage);
+  std::string report;
+  IndexStore(path, [&](const std::string& line) { report = line; }).Put(MakeFile("/fonts/b", 2, "B"));
+  EXPECT_THAT(report, testing::HasSubstr("moved aside"));
+  EXPECT_EQ(debian_fonts::Bytes(path + ".damaged"), garbage);
+  EXPECT_EQ(IndexStore(path, ExpectNoReport).Load().size(), 1u);
+}
+
+FontFace FaceNamed(const std::string& name, int32_t index = 0) {
+  FontFace face;
+  face.postScriptName = name;
+  face.faceIndex = index;
+  return face;
+}
+
+FileIdentity IdentityOf(const std::string& path) {
+  FileIdentity identity;
+  std::string problem;
+  EXPECT_TRUE(FileIdentity::Of(path, identity, problem)) << problem;
+  return identity;
+}
+
+TEST(UserStore, FontsKeepTheirNumbers) {
+  const TempFolder folder;
+  const std::string first = folder.Write("first.ttf", "1");
+  const std::string second = folder.Write("second.ttf", "2");
+  uint32_t id = 0, faceID = 0, otherID = 0;
+  {
+    UserStore store(folder / "user.db");
+    id = store.FontID(first, FaceNamed("A"), IdentityOf(first));
+    faceID = store.FontID(first, FaceNamed("B", 1), IdentityOf(first));
+    otherID = store.FontID(second, FaceNamed("A"), IdentityOf(second));
+  }
+  EXPECT_NE(id, 0u);
+  EXPECT_EQ((std::set{id, faceID, otherID}.size()), 3u);
+  UserStore store(folder / "user.db");
+  EXPECT_EQ(store.FontID(first, FaceNamed("A"), IdentityOf(first)), id);
+
+  fs::rename(first, folder / "moved.ttf");
+  EXPECT_EQ(store.FontID(folder / "moved.ttf", FaceNamed("A"), IdentityOf(folder / "moved.ttf")), id);
+  // A second name of a file that is still there is a second font, and so is another name under a used inode.
+  fs::create_hard_link(second, folder / "second name.ttf");
+  EXPECT_NE(store.FontID(folder / "second name.ttf", FaceNamed("A"), IdentityOf(second)), otherID);
+  EXPECT_NE(store.FontID(folder / "reused.ttf", FaceNamed("C"), IdentityOf(folder / "moved.ttf")), id);
+}
+
+TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
+  const TempFolder folder;
+  std::vector<uint32_t> fonts;
+  {
+    UserStore store(folder / "user.db");
+    for (const char* name : {"A", "B", "C"}) fonts.push_back(store.FontID(name, FaceNamed(name), {}));
+    for (const char* name : kOddNames) store.CreateSet(name, 1, {fonts[2], fonts[0], fonts[2]});
+    EXPECT_TRUE(store.AddToSets({1, 2}, {fonts[1], fonts[0]}));
+    EXPECT_FALSE(store.AddToSets({3, 4711}, {fonts[1]}));  // and nothing was added to 3
+    for (const uint32_t id : fonts) store.SetActivation(id, 4);
+    store.SetActivation(fonts[0], 1);
+    store.RemoveActivation(fonts[1]);
+  }
+  UserStore store(folder / "user.db");
+  const std::vector<FontSet> sets = store.Sets();
+  ASSERT_EQ(sets.size(), std::size(kOddNames));
+  for (size_t i = 0; i < sets.size(); ++i) EXPECT_EQ(sets[i].name, kOddNames[i]);
+  EXPECT_THAT(sets[0].fontIDs, ElementsAre(fonts[2], fonts[0], fonts[1]));
+  EXPECT_THAT(sets[2].fontIDs, ElementsAre(fonts[2], fonts[0]));
+  EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{fonts[0], 1}, {fonts[2], 4}}));
+}
+
+// What a program of the first version wrote; every later version has to bring it forward with all that is in it.
+constexpr const char* kFirstVersion = R"(
+CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
+                   face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
+CREATE INDEX fonts_by_file ON fonts(device, inode, face);
+CREATE TABLE families(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), name TEXT NOT NULL UNIQUE);
+CREATE TABLE activations(font INTEGER PRIMARY KEY REFERENCES fonts(id), state INTEGER NOT NULL);
+CREATE TABLE sets(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), workgroup INTEGER NOT NULL,
+                  name TEXT NOT NULL);
+CREATE TABLE set_fonts(set_id INTEGER NOT NULL REFERENCES sets(id), font INTEGER NOT NULL REFERENCES fonts(id),
+                       place INTEGER NOT NULL, PRIMARY KEY(set_id, font)) WITHOUT ROWID;
+INSERT INTO fonts VALUES(7, '/fonts/a.otf', 0, 1, 2, 'A');
+INSERT INTO families VALUES(3, 'Family');
+INSERT INTO activations VALUES(7, 4);
+INSERT INTO sets VALUES(5, 1, 'Mine');
+INSERT INTO set_fonts VALUES(5, 7, 1);
+PRAGMA user_version=1;)";
+
+TEST(UserStore, AnOlderFileIsBroughtForward) {
+  const TempFolder folder;
+  Database(folder / "user.db").Execute(kFirstVersion);
+  UserStore store(folder / "user.db");
+  EXPECT_EQ(store.FontID("/fonts/a.otf", FaceNamed("A"), {}), 7u);
+  EXPECT_EQ(store.FamilyID("Family"), 3u);
+  EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{7, 4}}));
+  ASSERT_EQ(store.Sets().size(), 1u);
+  EXPECT_THAT(store.Sets()[0].fontIDs, ElementsAre(7));
+}
+
+TEST(UserStore, WhatItCanNotReadItDoesNotTouch) {
+  const TempFolder folder;
+  const std::string damaged = folder.Write("damaged.db", std::string(3000, '?'));
+  EXPECT_THROW(UserStore store(damaged), StoreError);
+  EXPECT_EQ(debian_fonts::Bytes(damaged), std::string(3000, '?'));
+
+  {
+    UserStore store(folder / "later.db");
+    store.CreateSet("Mine", 1, {});
+  }
+  Database(folder / "later.db").SetVersion(1000);
+  try {
+    UserStore store(folder / "later.db");
+    ADD_FAILURE() << "a later version was taken";
+  } catch (const StoreError& error) {
+    EXPECT_THAT(error.what(), testing::HasSubstr("later version"));
+    EXPECT_FALSE(error.IsDamage());
+  }
+  Database later(folder / "later.db");
+  EXPECT_EQ(later.Version(), 1000);
+  Statement sets(later, "SELECT COUNT(*) FROM sets");
+  ASSERT_TRUE(sets.Step());
+  EXPECT_EQ(sets.Integer(0), 1);
+}
+
+}  // namespace
