@@ -14,9 +14,16 @@ using namespace host_sdk;
 int gOpenDocumentCallCounter = 0;
 
 namespace {
-
 // Raised once for every notification: it tells pre-save and post-save notifications apart.
 unsigned sNumberOfSaveEventsHandled = 0;
+}  // namespace
+
+void ResetDocumentEventsForTesting() {
+  gOpenDocumentCallCounter = 0;
+  sNumberOfSaveEventsHandled = 0;
+}
+
+namespace {
 
 std::string PathOfDescriptor(PIActionDescriptor descriptor) {
   ScopedHandle alias;

@@ -37,3 +37,6 @@ int CreateGlyphsureDataForDocument(const std::string& path, platform::Array& out
                                    bool& allFontsFound);
 void UpdateGlyphsureSlugsForDocument(const std::string& path);
 void RemoveAllGlyphsureSlugsForDocument(const std::string& path);
+
+// The counters back to their first state.
+void ResetDocumentEventsForTesting();

@@ -123,6 +123,13 @@ void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documen
 
 void SwizzleNSWindowOrderOverride() { platform::ExchangeOrderWindowMethod(sOtherMethod); }
 
+void ResetMissingFontsWindowForTesting() {
+  if (sOtherMethod != &orderOverrideWindow) platform::ExchangeOrderWindowMethod(sOtherMethod);
+  for (const auto& timer : sTimers) timer->Invalidate();
+  sTimers.clear();
+  gShowingAlertCallCounter = 0;
+}
+
 const std::vector<std::string>& suppressibleTitles() {
   static const std::vector<std::string> sTitles = {
       "Missing Fonts",          "Missing fonts",           "Fehlende Schriften", "Fehlende schriften",

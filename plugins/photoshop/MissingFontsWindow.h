@@ -31,3 +31,6 @@ void DelayReplaceMissingFontsTimers();
 // Whether an alert of this text is answered without being shown: the result is then 1000. Otherwise it is shown, with
 // `runModal`, and its result given back.
 int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText));
+
+// The platform's method back in place, no timers, the counter at 0.
+void ResetMissingFontsWindowForTesting();

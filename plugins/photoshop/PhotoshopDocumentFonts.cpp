@@ -11,8 +11,6 @@ namespace {
 constexpr std::string_view kNameBegin = "/Name (";
 constexpr size_t kByteOrderMarkSize = 2;
 
-int replaceSubstitutes = 0;
-
 // Takes an escaping backslash away in either place of a pair. A backslash in the second place shifts the pairs by one byte
 // for the rest of the name; names of old documents were read so, and it is no general unescape.
 std::string Unescape(std::string_view text) {

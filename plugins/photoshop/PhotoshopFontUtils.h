@@ -2,12 +2,14 @@
 // written on success only. Main thread only.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "photoshop/HostObjects.h"
 #include "platform/Value.h"
 
+class FontProgressProperties;
 class OneTrackedDocument;
 
 class PhotoshopFontUtils {
@@ -49,7 +51,14 @@ class PhotoshopFontUtils {
   static SPErr AliasToFullPath(host_sdk::Handle alias, char* destination, size_t maximum);
   static SPErr FullPathToAlias(const std::string& path, host_sdk::Handle* alias);
 
+  static void ResetForTesting();
+
  private:
+  // Set by the first open and never cleared.
+  inline static int replaceSubstitutes = 0;
+  // The one indeterminate progress box from a close to the reopen; null while it does not show.
+  static std::unique_ptr<FontProgressProperties> pProgressProperties;
+
   static int IndexOfDocumentWithPath(const std::string& path);
   static bool IsTrackedDocumentBeingOpened(OneTrackedDocument& document);
 };

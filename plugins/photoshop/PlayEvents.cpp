@@ -8,11 +8,16 @@
 
 using namespace host_sdk;
 
+std::unique_ptr<FontProgressProperties> PhotoshopFontUtils::pProgressProperties;
+
 namespace {
-// The one indeterminate progress box from the close to the reopen; null while it does not show.
-std::unique_ptr<FontProgressProperties> pProgressProperties;
 constexpr int kProgressMax = 100;
-}  // namespace
+}
+
+void PhotoshopFontUtils::ResetForTesting() {
+  pProgressProperties.reset();
+  replaceSubstitutes = 0;
+}
 
 SPErr PhotoshopFontUtils::PlayeventClose() {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
