@@ -59,8 +59,11 @@ class FontLibraryTest : public testing::Test {
     events.activated = [this](uint32_t id) { active_.insert(id); };
     events.deactivated = [this](uint32_t id) { active_.erase(id); };
     events.missing = [this](uint32_t id) { missing_.push_back(id); };
-    events.scanProgress = [](const ScanProgress&) {};
-    events.scanFinished = [this](bool) { ++scans_; };
+    events.scanProgress = [this](const ScanProgress& progress) { progress_.push_back(progress); };
+    events.scanFinished = [this](bool hadProgress) {
+      hadProgress_ = hadProgress;
+      ++scans_;
+    };
     events.report = [this](const std::string& line) { reports_.push_back(line); };
     active_.clear();
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, events);
@@ -101,6 +104,8 @@ class FontLibraryTest : public testing::Test {
   std::set<uint32_t> active_;
   std::vector<uint32_t> missing_;
   std::vector<std::string> reports_;
+  std::vector<ScanProgress> progress_;
+  bool hadProgress_ = false;
   int scans_ = 0;
 };
 
@@ -247,6 +252,28 @@ TEST_F(FontLibraryTest, LinksAreNeverPartOfTheLibrary) {
   ASSERT_NE(library_->Table().Find(id), nullptr);
   EXPECT_EQ(library_->Table().Find(id)->path, elsewhere / "b.otf");
   EXPECT_EQ(library_->Table().Count(), 1u);
+}
+
+TEST_F(FontLibraryTest, AScanThatTakesItsTimeSaysHowFarItIs) {
+  Start();
+  EXPECT_THAT(progress_, IsEmpty());  // no time passed
+  EXPECT_FALSE(hadProgress_);
+  for (const auto& entry : fs::directory_iterator(kDejaVu)) fs::copy(entry, fonts_.Path());
+  library_->Rescan();
+  std::function<void()> tick = [&] {
+    platform::Clock::SetDriven(platform::Clock::Now() + 0.06);
+    if (library_->Scans().IsRunning()) loop_.Post(tick);
+  };
+  loop_.Post(tick);
+  AwaitScan();
+  EXPECT_TRUE(hadProgress_);
+  ASSERT_GT(progress_.size(), 3u);
+  for (size_t i = 0; i < progress_.size(); ++i) {
+    EXPECT_LE(progress_[i].step, progress_[i].steps);
+    EXPECT_GE(progress_[i].step, progress_[i > 0 ? i - 1 : 0].step);
+  }
+  EXPECT_EQ(progress_.back().steps, library_->Scans().Report().files);
+  EXPECT_THAT(progress_.back().text, testing::StartsWith(fonts_.Path()));
 }
 
 // What the operating system has active by itself is the system's workgroup, but for files of the library.

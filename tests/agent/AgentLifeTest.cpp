@@ -1,0 +1,237 @@
+// Starts, ends and kills of the real agent, and what each leaves behind for the fonts and for the clients.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include "agent/AgentRing.h"
+#include "platform/Fonts.h"
+#include "support/DebianFonts.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace agent_ring;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class AgentLife : public AgentRing {
+ protected:
+  AgentLife() {
+    FillLibrary();
+    Launch();
+  }
+  // As the plug-in does when a command found the agent gone.
+  void Relaunch() const {
+    Launch();
+    vpi_.ResetPluginFacadeInstance();
+  }
+};
+
+TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
+  vpi_.RegisterForNotifications(Handle(), &Recorder::Callback);
+  const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
+  const uint32_t regular = FontNamed("NimbusSans-Regular");
+  ASSERT_EQ(Activate({serif, regular}), 2u);
+  ASSERT_EQ(vpi_.PreviewActivateFonts(Handle(), 1, &mono, 0), 0u);
+  ASSERT_EQ(vpi_.DeactivateFonts(Handle(), 1, &regular, 0), 0u);
+  const FacadeHandle before = Handle();
+  End(SIGKILL);
+  EXPECT_THAT(Links(), SizeIs(2));
+
+  uint32_t failed = 0, failedCount = 0, refusedCount = 0, refused = 0;
+  EXPECT_EQ(vpi_.ActivateFonts(Handle(), 1, &regular, 0, 1, 1, 1, 1, 1, &failed, &refused, &failedCount, &refusedCount),
+            PluginInterface::kAgentShutdownCode);
+  int32_t running = 99;
+  EXPECT_EQ(vpi_.GetIsCoreAgentProcessRunning(Handle(), &running), 0u);
+  EXPECT_EQ(running, 0);
+
+  Relaunch();
+  EXPECT_NE(Handle(), before);
+  EXPECT_TRUE(IsActive(serif));
+  EXPECT_EQ(StateOf(serif), "2");
+  EXPECT_EQ(StateOf(mono), "3");
+  EXPECT_FALSE(IsActive(regular));
+  EXPECT_EQ(vpi_.GetIsCoreAgentProcessRunning(Handle(), &running), 0u);
+  EXPECT_EQ(running, 1);
+  int32_t online = 99;
+  EXPECT_EQ(vpi_.GetIsOnline(before, &online), PluginInterface::kAgentShutdownCode);
+  // Nobody registers again; the new agent's notifications come all the same.
+  ASSERT_EQ(Activate({regular}), 1u);
+  EXPECT_TRUE(recorder_.Await(PluginInterface::kFontActivated, regular));
+  EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
+  EXPECT_FALSE(platform::IsPostScriptNameActive("LiberationSerif-Bold"));
+}
+
+TEST_F(AgentLife, AKilledAgentsLinksGoAtTheNextStartIfNobodyAsks) {
+  ASSERT_EQ(Activate({FontNamed("LiberationSerif-Bold"), FontNamed("NimbusSans-Regular")}), 2u);
+  End(SIGKILL);
+  vpi_.CleanUpOnShutdown(Handle());
+  EXPECT_THAT(Links(), SizeIs(2));
+  Launch();
+  EXPECT_FALSE(IsActive(FontNamed("LiberationSerif-Bold")));
+  EXPECT_THAT(Links(), IsEmpty());
+}
+
+// Another program may have started it again: the handle that is fetched for each call finds the way.
+TEST_F(AgentLife, AnAgentThatCameBackByItselfIsFound) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  ASSERT_EQ(Activate({serif}), 1u);
+  End(SIGKILL);
+  int32_t online = 99;
+  EXPECT_NE(vpi_.GetIsOnline(Handle(), &online), 0u);
+  LaunchAndAwait();
+  EXPECT_EQ(vpi_.GetIsOnline(Handle(), &online), 0u);
+  EXPECT_TRUE(IsActive(serif));
+}
+
+TEST_F(AgentLife, AnOrderlyEndIsToldAndTakesBackWhatClientsAskedFor) {
+  vpi_.RegisterForNotifications(Handle(), &Recorder::Callback);
+  ASSERT_EQ(Activate({FontNamed("LiberationSerif-Bold")}), 1u);
+  End(SIGTERM);
+  EXPECT_TRUE(recorder_.Await(PluginInterface::kAgentShutdown));
+  EXPECT_THAT(Links(), IsEmpty());
+  EXPECT_FALSE(fs::exists(state_ / "run/nexcore.sock"));
+}
+
+TEST_F(AgentLife, AClientThatDiesGivesItsFontsBackAndNoOthers) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
+  vpi_.RegisterForNotifications(Handle(), &Recorder::Callback);
+  ASSERT_EQ(Activate({serif}), 1u);
+  {
+    RawClient other(state_ / "run");
+    other.Ask("Hello", {{"notifications", false}});
+    const Json reply = other.Ask("ActivateFonts", {{"fontIDs", {serif, mono}}, {"kind", 1}});
+    EXPECT_EQ(reply["result"]["activated"], (Json{serif, mono}));
+  }
+  EXPECT_TRUE(recorder_.Await(PluginInterface::kFontDeactivated, mono));
+  EXPECT_TRUE(IsActive(serif));
+  EXPECT_FALSE(IsActive(mono));
+}
+
+TEST_F(AgentLife, WhatAnOrderlyGoodbyeLeavesActiveOutlivesTheAgent) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
+  ASSERT_EQ(Activate({serif}), 1u);
+  ASSERT_EQ(vpi_.PreviewActivateFonts(Handle(), 1, &mono, 0), 0u);
+  EXPECT_EQ(vpi_.DestroyThreadInstance(Handle()), 0u);
+  EXPECT_TRUE(IsActive(serif));
+  EXPECT_FALSE(IsActive(mono));
+  End(SIGKILL);
+  Relaunch();
+  EXPECT_TRUE(IsActive(serif));
+  uint32_t held = 99;
+  EXPECT_EQ(vpi_.GetClientFontActivationStates(1, &serif, &held), 0u);
+  EXPECT_EQ(held, 0u);
+  EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
+  EXPECT_THAT(Links(), IsEmpty());
+}
+
+TEST_F(AgentLife, ASecondStartGoesOnWithWhatWasStored) {
+  const std::vector<uint32_t> before = FontsNamed("NimbusSans-Bold");
+  uint32_t set = 0;
+  ASSERT_EQ(vpi_.CreateTopLevelSet(Handle(), &set, 1, "Mine", 0, 0, 2, before.data()), 0u);
+  const Json sets = RawClient(state_ / "run").Ask("GetSets")["result"];
+  const Json report = RawClient(state_ / "run").Ask("GetScanReport")["result"];
+  EXPECT_EQ(report["faces"], 5);
+  EXPECT_THAT(report["problems"].dump(), HasSubstr("broken.otf"));
+  End(SIGKILL);
+  fs::remove(state_ / "agent/index.db");
+  Relaunch();
+  EXPECT_EQ(FontsNamed("NimbusSans-Bold"), before);
+  EXPECT_EQ(RawClient(state_ / "run").Ask("GetSets")["result"], sets);
+  EXPECT_EQ(RawClient(state_ / "run").Ask("GetScanReport")["result"], report);
+}
+
+TEST_F(AgentLife, NonsenseOnTheWireEndsOnlyWhoSentIt) {
+  const std::string nonsense[] = {"GET / HTTP/1.1\r\n\r\n", std::string("\0\0\0\2{}", 6), std::string("\0\0\0\1[", 5),
+                                  std::string("\0\0\0\4\xFF\xFF\xFF\xFF", 8)};
+  FontNamed("LiberationSerif-Bold");
+  for (const std::string& bytes : nonsense) {
+    const RawClient client(state_ / "run");
+    client.SendBytes(bytes);
+    EXPECT_TRUE(client.IsEnded());
+  }
+  EXPECT_NE(FontNamed("LiberationSerif-Bold"), 0u);
+}
+
+int StatusOf(const std::string& command) { return WEXITSTATUS(std::system((command + " 2>/dev/null").c_str())); }
+
+TEST_F(AgentLife, OneAgentServesAStateFolder) {
+  FontNamed("LiberationSerif-Bold");
+  const int process = RawClient(state_ / "run").AgentProcess();
+  EXPECT_EQ(StatusOf(APP_DIR "/agent/Nexcore " + state_.Path()), 0);
+  EXPECT_EQ(RawClient(state_ / "run").AgentProcess(), process);
+}
+
+TEST_F(AgentRing, AStartThatCanNotBeSaysWhyAndFails) {
+  const std::string nexcore = APP_DIR "/agent/Nexcore ";
+  EXPECT_EQ(StatusOf(nexcore), 2);
+  EXPECT_EQ(StatusOf(nexcore + state_ / "nowhere"), 2);
+  for (const char* text : {"", "[]", "{\"library\":[1]}", "{\"desktop\":\"yes\"}", "{\"library\":"}) {
+    state_.Write("nexcore.json", text);
+    EXPECT_EQ(StatusOf(nexcore + state_.Path()), 2) << text;
+  }
+  EXPECT_FALSE(fs::exists(state_ / "agent"));
+}
+
+TEST_F(AgentRing, ADamagedUserDatabaseIsReportedAndLeftAlone) {
+  FillLibrary();
+  state_.Write("agent/user.db", std::string(3000, '?'));
+  Launch();
+  EXPECT_EQ(vpi_.InitThreadInstance(Handle()), 0x01002008u);
+  char path[1024] = {};
+  EXPECT_EQ(vpi_.GetFontVaultPath(Handle(), sizeof path, path), 0u);
+  EXPECT_EQ(path, state_ / "agent");
+  uint32_t id = 0, count = 0;
+  EXPECT_EQ(vpi_.GetFontsByPostscriptName(Handle(), "X", nullptr, 0, &id, 1, &count), 0x01002008u);
+  EXPECT_EQ(debian_fonts::Bytes(state_ / "agent/user.db"), std::string(3000, '?'));
+  EXPECT_THAT(debian_fonts::Bytes(state_ / "agent/agent.log"), HasSubstr("user.db"));
+}
+
+// The agent of a command that brought it along ends with the last client, and so quietly that nothing stays.
+TEST_F(AgentRing, EndsWithItsLastClientWhereItIsToldTo) {
+  FillLibrary();
+  WriteConfiguration({{"exitWithLastClient", true}});
+  Launch();
+  ASSERT_EQ(Activate({FontNamed("LiberationSerif-Bold")}), 1u);
+  RawClient watcher(state_ / "run");  // says no hello, and so is no client
+  vpi_.ResetPluginFacadeInstance();
+  EXPECT_TRUE(watcher.IsEnded());
+  EXPECT_THAT(Links(), IsEmpty());
+}
+
+// The environment of a desktop session; its end restores that of the test.
+class Session {
+ public:
+  Session(const std::string& data, const std::string& fontConfigFile) {
+    setenv("XDG_DATA_HOME", data.c_str(), 1);
+    setenv("XDG_DATA_DIRS", data.c_str(), 1);
+    setenv("FONTCONFIG_FILE", fontConfigFile.c_str(), 1);
+  }
+  ~Session() {
+    for (const char* name : {"XDG_DATA_HOME", "XDG_DATA_DIRS", "FONTCONFIG_FILE"}) unsetenv(name);
+  }
+};
+
+TEST_F(AgentRing, OnTheDesktopFontsAreLinkedIntoTheUsersOwnFolder) {
+  FillLibrary();
+  const test_support::TempFolder data;
+  const Session session(data.Path(),
+                        state_.Write("desktop.conf", "<fontconfig><dir prefix=\"xdg\">fonts</dir><cachedir>" +
+                                                         state_ / "cache" + "</cachedir></fontconfig>"));
+  WriteConfiguration({{"desktop", true}});
+  Launch();
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  EXPECT_EQ(Activate({serif}), 1u);
+  const std::string link =
+      data / "fonts/nexcore/" + std::string(1, "0123456789abcdef"[serif % 16]) + "/" + std::to_string(serif) + ".ttf";
+  EXPECT_FALSE(fs::is_symlink(link));
+  EXPECT_TRUE(fs::equivalent(link, fonts_ / "LiberationSerif-Bold.ttf"));
+  EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
+  EXPECT_FALSE(fs::exists(link));
+}
+
+}  // namespace

@@ -1,0 +1,229 @@
+#include "agent/AgentRing.h"
+
+#include <poll.h>
+#include <sys/inotify.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+
+#include "agent/include/AgentProtocol.h"
+#include "platform/Bundle.h"
+#include "platform/Folders.h"
+#include "platform/Process.h"
+#include "support/DebianFonts.h"
+
+namespace agent_ring {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Recorder* registered = nullptr;
+
+// Waits for the end of a process that is no child.
+bool AwaitEnd(int process, int signal) {
+  const platform::Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+  if (!handle || kill(process, signal) != 0) return false;
+  pollfd polled{handle.Get(), POLLIN, 0};
+  return poll(&polled, 1, kMostMilliseconds) == 1;
+}
+
+}  // namespace
+
+const Library& Library::Get() {
+  static platform::BundleRef bundle;
+  static const Library library = [] {
+    Library resolved;
+    std::string error;
+    bundle = platform::Bundle::Create(APP_DIR "/agent/VelorantPluginInterface.framework", &error);
+    EXPECT_TRUE(bundle && bundle->Load(&error)) << error;
+    if (!bundle) return resolved;
+#define RESOLVE(name, result, parameters)                                                 \
+  resolved.name = reinterpret_cast<result(*) parameters>(bundle->FunctionForName(#name)); \
+  EXPECT_NE(resolved.name, nullptr) << #name;
+    PLUGIN_INTERFACE_FUNCTIONS(RESOLVE)
+#undef RESOLVE
+    return resolved;
+  }();
+  return library;
+}
+
+PluginInterface::TModuleErrorCode Recorder::Callback(PluginInterface::ECallbackKind kind, void* data) {
+  const bool isOfFont = kind == PluginInterface::kFontActivated || kind == PluginInterface::kFontDeactivated ||
+                        kind == PluginInterface::kFontMissing;
+  const uint32_t fontID = isOfFont ? *static_cast<uint32_t*>(data) : 0;
+  // A receiver may ask the library, on the library's own thread.
+  const uint32_t count = isOfFont ? 1 : 0;
+  uint32_t flag = 0;
+  const Library& vpi = Library::Get();
+  vpi.GetFontIsActivated(vpi.GetPluginFacadeInstance(), count, &fontID, &flag);
+  const std::lock_guard lock(registered->mutex_);
+  registered->events_.push_back({kind, fontID});
+  registered->came_.notify_all();
+  return 0x15000000;
+}
+
+bool Recorder::Await(uint32_t kind, uint32_t fontID) {
+  std::unique_lock lock(mutex_);
+  return came_.wait_for(lock, std::chrono::milliseconds(kMostMilliseconds), [&] {
+    for (const Event& event : events_) {
+      if (event.kind == kind && event.fontID == fontID) return true;
+    }
+    return false;
+  });
+}
+
+size_t Recorder::Count() const {
+  const std::lock_guard lock(mutex_);
+  return events_.size();
+}
+
+RawClient::RawClient(const std::string& runtimeFolder) {
+  std::error_code error;
+  socket_ = platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
+  EXPECT_FALSE(error) << error.message();
+}
+
+Json RawClient::Ask(const std::string& call, const Json& arguments) {
+  const Json request = {{"id", ++lastID_}, {"call", call}, {"arguments", arguments}};
+  EXPECT_FALSE(platform::SendMessage(socket_.Get(), request.dump()));
+  std::string text;
+  while (!platform::ReceiveMessage(socket_.Get(), text)) {
+    Json message = Json::parse(text);
+    if (message.contains("id") && message["id"] == lastID_) return message;
+    notifications.push_back(std::move(message));
+  }
+  ADD_FAILURE() << "no reply to " << call;
+  return Json::object();
+}
+
+void RawClient::SendBytes(const std::string& bytes) const {
+  EXPECT_EQ(send(socket_.Get(), bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
+}
+
+bool RawClient::IsEnded() const {
+  std::string text;
+  while (!platform::ReceiveMessage(socket_.Get(), text)) {
+  }
+  return true;
+}
+
+int RawClient::AgentProcess() const {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  EXPECT_EQ(getsockopt(socket_.Get(), SOL_SOCKET, SO_PEERCRED, &peer, &size), 0);
+  return peer.pid;
+}
+
+AgentRing::AgentRing() {
+  state_.Write("fonts.conf", "<fontconfig><dir>" + state_ / "active" + "</dir><cachedir>" + state_ / "cache" +
+                                 "</cachedir></fontconfig>");
+  platform::Places places;
+  places.runtime = state_ / "run";
+  places.fontConfigFile = state_ / "fonts.conf";
+  places.logs = state_ / "logs";
+  platform::SetPlaces(places);
+  registered = &recorder_;
+  WriteConfiguration();
+}
+
+AgentRing::~AgentRing() {
+  vpi_.UnregisterForNotifications(0, &Recorder::Callback);
+  vpi_.CleanUpOnShutdown(Handle());
+  std::error_code none;
+  if (platform::ConnectLocal(state_ / "run", agent_protocol::kAgentSocketName, none)) End(SIGTERM);
+  platform::SetPlaces({});
+}
+
+void AgentRing::FillLibrary() {
+  using namespace debian_fonts;
+  fonts_.Write("LiberationSerif-Bold.ttf", Bytes(kLiberation + "LiberationSerif-Bold.ttf"));
+  fonts_.Write("LiberationMono-Bold.ttf", Bytes(kLiberation + "LiberationMono-Bold.ttf"));
+  for (const char* file : {"NimbusSans-Regular.otf", "NimbusSans-Bold.otf"}) {
+    fonts_.Write(file, Bytes(kOpenType + file));
+  }
+  fonts_.Write("NimbusSans-Bold.t1", Bytes(kType1 + "NimbusSans-Bold.t1"));
+  fonts_.Write("broken.otf", "no font");
+}
+
+void AgentRing::WriteConfiguration(const Json& more) {
+  Json configuration = {{"library", {fonts_.Path()}}};
+  configuration.update(more);
+  state_.Write(agent_protocol::kConfigurationName, configuration.dump());
+}
+
+void AgentRing::Launch() const {
+  std::string error;
+  ASSERT_TRUE(platform::LaunchDetached(APP_DIR "/agent/Nexcore", state_.Path(), state_ / "output.txt", &error))
+      << error;
+}
+
+void AgentRing::LaunchAndAwait() const {
+  // An agent announces itself when it has begun to listen.
+  const std::string folder = state_ / "run/applications";
+  fs::create_directories(folder);
+  const platform::Descriptor watch(inotify_init1(IN_CLOEXEC));
+  ASSERT_GE(inotify_add_watch(watch.Get(), folder.c_str(), IN_MOVED_TO), 0);
+  Launch();
+  pollfd polled{watch.Get(), POLLIN, 0};
+  ASSERT_EQ(poll(&polled, 1, kMostMilliseconds), 1);
+}
+
+void AgentRing::End(int signal) const {
+  const int process = RawClient(state_ / "run").AgentProcess();
+  ASSERT_TRUE(AwaitEnd(process, signal)) << process;
+}
+
+std::vector<uint32_t> AgentRing::FontsNamed(const char* name) const {
+  constexpr uint32_t kCapacity = 1024;
+  std::vector<uint32_t> ids(kCapacity);
+  uint32_t count = 0;
+  const uint32_t all = 0;
+  EXPECT_EQ(vpi_.GetFontsByPostscriptName(Handle(), name, &all, 1, ids.data(), kCapacity, &count), 0u) << name;
+  ids.resize(count);
+  return ids;
+}
+
+uint32_t AgentRing::FontNamed(const char* name) const {
+  const std::vector<uint32_t> ids = FontsNamed(name);
+  return ids.size() == 1 ? ids.front() : 0;
+}
+
+size_t AgentRing::Activate(const std::vector<uint32_t>& ids, uint32_t kind) const {
+  const auto count = static_cast<uint32_t>(ids.size());
+  std::vector<uint32_t> failed(count), refused(count);
+  uint32_t failedCount = 99, refusedCount = 99;
+  EXPECT_EQ(vpi_.ActivateFonts(Handle(), count, ids.data(), 0, kind, 1, 1, count, count, failed.data(), refused.data(),
+                               &failedCount, &refusedCount),
+            0u);
+  return count - failedCount - refusedCount;
+}
+
+bool AgentRing::IsActive(uint32_t id) const {
+  uint32_t flag = 99;
+  EXPECT_EQ(vpi_.GetFontIsActivated(Handle(), 1, &id, &flag), 0u);
+  return flag == 1;
+}
+
+std::string AgentRing::StateOf(uint32_t id) const {
+  platform::Dictionary request = platform::Dictionary::Create();
+  request.Set("DatabaseID", std::to_string(id));
+  PluginInterface::FontRecordFields fields;
+  platform::ValueRef record = nullptr;
+  EXPECT_EQ(vpi_.GetFontInfoByID(Handle(), nullptr, 0, request.Ref(), &fields, &record), 0u);
+  return platform::Dictionary(platform::Value::Adopt(record)).GetString("ActivationStatus").Text();
+}
+
+std::vector<std::string> AgentRing::Links() const {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::recursive_directory_iterator(state_ / "active")) {
+    if (!entry.is_directory()) names.push_back(entry.path().filename());
+  }
+  return names;
+}
+
+}  // namespace agent_ring
