@@ -133,6 +133,8 @@ AgentRing::AgentRing() {
 
 AgentRing::~AgentRing() {
   vpi_.UnregisterForNotifications(0, &Recorder::Callback);
+  int32_t ignored = 0;
+  vpi_.GetIsOnline(Handle(), &ignored);  // one that was launched and never asked is waited for, so that it can be ended
   vpi_.CleanUpOnShutdown(Handle());
   std::error_code none;
   if (platform::ConnectLocal(state_ / "run", agent_protocol::kAgentSocketName, none)) End(SIGTERM);
