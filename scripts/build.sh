@@ -10,7 +10,7 @@ shift
 build=${BUILD_DIR:-$top/build}
 jobs=${JOBS:-$(nproc)}
 # The same source in another checkout is the same object.
-export CCACHE_NOHASHDIR=1
+export CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$top
 
 fail() { echo "build: $*" >&2; exit 1; }
 
