@@ -11,6 +11,8 @@ namespace host {
 
 namespace {
 
+constexpr size_t kLargestBlock = INT32_MAX;
+
 struct Suite {
   const char* name;
   int32_t version;
@@ -61,6 +63,7 @@ int32_t IsEqual(const char* a, const char* b) { return a && b && std::strcmp(a, 
 
 SPErr AllocateBlock(size_t size, const char*, void** block) {
   if (!block) return kBadParameters;
+  if (size > kLargestBlock) return kOutOfMemory;
   std::unique_ptr<void, BlockFree> memory(std::malloc(size > 0 ? size : 1));
   if (!memory) return kOutOfMemory;
   *block = memory.get();

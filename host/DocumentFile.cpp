@@ -14,8 +14,8 @@ namespace host {
 
 namespace {
 
-constexpr size_t kFarthestHeader = 1024;    // where readers of PDF still look for its header
-constexpr size_t kFarthestEnd = 64 * 1024;  // from the end: other programs append their own data behind the trailer
+constexpr size_t kFarthestHeader = 1024;  // where readers of PDF still look for its header
+constexpr size_t kFarthestEnd = 65536;    // from the end: other programs append their own data behind the trailer
 
 std::string Line(const std::string& path, const std::string& problem) { return path + ": " + problem; }
 
@@ -80,6 +80,7 @@ void MakeContent(DocumentFormat format, DocumentContent& content) {
 std::string AddTexts(const std::string& path, const std::vector<std::string>& fontNames, DocumentContent& content) {
   if (fontNames.empty()) return "";
   std::vector<TextLayer> layers;
+  layers.reserve(fontNames.size());
   for (const std::string& name : fontNames) layers.push_back({"Text in " + name, name});
   std::string bytes;
   const std::string problem = AddTextLayers(content.bytes, layers, bytes);

@@ -109,12 +109,13 @@ std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
   return WriteTo(id, ResolvedPath(path), format);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): see the declaration
 std::string DocumentOperations::WriteTo(int32_t id, std::string path, DocumentFormat format) {
   documents_.BringToFront(id);
   Document* document = documents_.Find(id);
   if (document->isBeingSaved) return path + ": is being saved";
   DocumentContent content;
-  const std::string problem = NewContent(*document, format, content);
+  std::string problem = NewContent(*document, format, content);
   if (!problem.empty()) return problem;
   const auto written = static_cast<long>(document->addedFonts.size());
   platform::StagedFile file;

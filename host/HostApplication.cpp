@@ -75,7 +75,7 @@ std::string HostApplication::DoIt(int32_t operation, int32_t* port) {
   DescriptorData given;
   given.Put(kKeyOperation, operation);
   PIActionParameters parameters = {descriptors.Add(std::move(given))};
-  const std::string problem = state_->plugin.Send(kCallerHost, "Do It", &parameters);
+  std::string problem = state_->plugin.Send(kCallerHost, "Do It", &parameters);
   const DescriptorData* answer = descriptors.Find(parameters.descriptor);
   const int32_t* answered = answer ? answer->Get<int32_t>(kKeyServerPort) : nullptr;
   if (port && answered) *port = *answered;

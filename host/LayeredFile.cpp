@@ -80,7 +80,7 @@ std::string CheckImage(BigEndianReader reader, const LayeredFile& file) {
 
 // Passes one layer's record and adds up the length of its pixels.
 bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
-  reader.Skip(4 * 4);
+  reader.Skip(16);  // its rectangle
   const uint64_t channels = reader.Read(2);
   for (uint64_t i = 0; i < channels && reader.Ok(); ++i) {
     reader.Skip(2);
@@ -88,7 +88,7 @@ bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
     if (length > UINT64_MAX - pixels) return false;
     pixels += length;
   }
-  reader.Skip(4 + 4 + 4);
+  reader.Skip(12);  // how it is blended
   const uint64_t extra = reader.Read(4);
   reader.Skip(extra);
   return reader.Ok();

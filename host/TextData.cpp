@@ -174,7 +174,7 @@ std::string Fill(std::string_view form, const Replacement& replacement) {
 size_t UnitsOf(const std::string& text) { return platform::UTF8ToUTF16(text).value_or(std::u16string()).size(); }
 
 std::string EngineData(const std::string& text, const std::string& fontName) {
-  const std::string resources =
+  std::string resources =
       Fill(kResources, [&](char mark) { return TextDataString(mark == 'N' ? fontName : "Normal"); });
   return Fill(kEngineDict, [&](char mark) {
     if (mark == 'R') return resources;

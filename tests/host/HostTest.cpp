@@ -104,7 +104,7 @@ void HostTest::TearDown() {
 }
 
 std::string HostTest::Sample(const std::string& name, const std::string& as) const {
-  const std::string path = InFolder(as.empty() ? name : as);
+  std::string path = InFolder(as.empty() ? name : as);
   EXPECT_FALSE(platform::CopyFile(std::string(SOURCE_DIR) + "/samples/" + name, path));
   return path;
 }

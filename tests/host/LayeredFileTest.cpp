@@ -11,7 +11,6 @@
 #include "platform/XMP.h"
 
 using host::LayeredFile;
-using testing::ElementsAre;
 
 namespace {
 
