@@ -37,6 +37,8 @@ class Compiler:
                     folders[(word, words[at + 1])] = None
         self.command = [program, '-std=c++20', '-Wall', '-Wextra', '-Werror', '-Wno-unused-parameter']
         self.command += [word for folder in folders for word in folder]
+        # What the build tells its tests; headers of the tests may use it.
+        self.command += ['-DSOURCE_DIR=""', '-DAPP_DIR=""']
 
     def errors_of(self, header):
         """What the compiler says to a source that includes this header, twice, and nothing else."""
