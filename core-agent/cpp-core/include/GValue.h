@@ -169,8 +169,8 @@ void GValue::Assign(const std::vector<T>& values) {
   GValue one;
   one.Assign(T{});
   const EValueType type = one.m_eValueType;
-  for (const T value : values) {
-    one.Assign(value);
+  for (auto&& value : values) {  // bits of a vector of booleans too
+    one.Assign(static_cast<const T&>(value));
     elements.push_back(one.m_dataPtr->front());
   }
   Replace(type, true, std::move(elements));

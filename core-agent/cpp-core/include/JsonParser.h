@@ -22,7 +22,7 @@ class Parser {
   Parser& operator=(const Parser&) = delete;
 
   // Lets the old tree go, then parses. Throws std::runtime_error with "JSON parse error:\n" and the reason for malformed
-  // text, a NUL in it, and values nested deeper than kDeepest.
+  // JSON, malformed UTF-8, a NUL in the text, and values nested deeper than kDeepest.
   void load(const std::string& text);
   bool is_loaded() const { return root_ != nullptr; }
 

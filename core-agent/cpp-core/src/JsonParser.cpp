@@ -1,7 +1,8 @@
 #include "JsonParser.h"
 
-#include <algorithm>
 #include <stdexcept>
+
+#include "platform/TextEncoding.h"
 
 namespace restful_mapper::Json {
 
@@ -59,6 +60,8 @@ Parser::Parser(const std::string& text) { load(text); }
 void Parser::load(const std::string& text) {
   root_.reset();
   if (text.find('\0') != std::string::npos) ThrowParseError("a NUL stands in the text");
+  // The parser's own check lets surrogates through.
+  if (!platform::IsValidUTF8(text)) ThrowParseError("the text is not valid UTF-8");
   if (text.size() > kDeepest && IsDeeperThan(text, kDeepest)) ThrowParseError("values are nested too deep");
   char reason[1024] = "";
   root_.reset(yajl_tree_parse(text.c_str(), reason, sizeof reason));

@@ -1,0 +1,65 @@
+// Helpers of the core library's tests.
+#pragma once
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "GLogger.h"
+
+// Keeps what the shared logger writes while the object lives, without the time stamp.
+class LogRecorder {
+ public:
+  explicit LogRecorder(GLogger::LoggingLevel level = GLogger::kError) {
+    GLogger::GetSharedInstance()->SetDefaultLoggingLevel(level);
+    GLogger::GetSharedInstance()->SetAppender("recorder", new Appender(lines));
+  }
+  ~LogRecorder() {
+    GLogger::GetSharedInstance()->SetAppender("recorder", nullptr);
+    GLogger::GetSharedInstance()->ResetAllLoggingLevels();
+  }
+
+  std::vector<std::string> lines;
+
+ private:
+  class Appender : public GLogAppender {
+   public:
+    explicit Appender(std::vector<std::string>& lines) : mLines(lines) {}
+    void Log(const std::string& line) override {
+      const size_t start = line.find('\t') + 1;
+      mLines.push_back(line.substr(start, line.size() - start - 1));
+    }
+
+   private:
+    std::vector<std::string>& mLines;
+  };
+};
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string pattern = std::filesystem::temp_directory_path() / "core-XXXXXX";
+    mPath = mkdtemp(pattern.data());
+  }
+  ~TemporaryFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(mPath, error);
+  }
+
+  const std::string& Path() const { return mPath; }
+  std::string Write(const std::string& name, const std::string& bytes) const {
+    std::ofstream(mPath + "/" + name, std::ios::binary) << bytes;
+    return mPath + "/" + name;
+  }
+  static std::string Read(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+ private:
+  std::string mPath;
+};

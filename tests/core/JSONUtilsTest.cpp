@@ -1,0 +1,169 @@
+#include "GJSONUtils.h"
+
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "CoreFixtures.h"
+
+namespace {
+
+using namespace GJSONUtils;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+enum EColour : uint16_t { kRed = 3 };
+
+TEST(JSONUtils, BuildsAMessage) {
+  Parser parser;
+  const Node root = parser.root();
+  Node array, node;
+  const std::string text = "t";
+  EXPECT_EQ(SetValueForKey(kRed, "e", root, node), 0u);
+  EXPECT_EQ(SetValueForKey(text, "s", root, node), 0u);
+  EXPECT_EQ(SetValueForKey("c", "c", root, node), 0u);
+  EXPECT_EQ(SetValueForKey(1.5, "d", root, node), 0u);
+  EXPECT_EQ(SetValueForKey(true, "b", root, node), 0u);
+  EXPECT_EQ(SetValueForKey(UINT32_MAX, "u", root, node), 0u);
+  EXPECT_EQ(SetValueForKey(node, "n", root, node), 0u);  // reads the node, cut to 32 bits
+  EXPECT_EQ(AddArrayForKey("a", root, array), 0u);
+  EXPECT_EQ(AddValueToArray(text, array, node) | AddValueToArray("c", array, node) | AddValueToArray(0.5, array, node), 0u);
+  EXPECT_EQ(AddValueToArray(false, array, node) | AddValueToArray(int64_t{1} << 40, array, node), 0u);
+  EXPECT_EQ(AddArrayToArray(array, node) | AddMapToArray(array, node) | AddMapForKey("m", node, node), 0u);
+  EXPECT_EQ(root.dump(),
+            "{\"e\":3,\"s\":\"t\",\"c\":\"c\",\"d\":1.5,\"b\":true,\"u\":4294967295,\"n\":-1,"
+            "\"a\":[\"t\",\"c\",0.5,false,1099511627776,[],{\"m\":{}}]}");
+}
+
+TEST(JSONUtils, MisuseThrowsThrough) {
+  Parser parser;
+  const Node root = parser.root();
+  Node array, node;
+  ASSERT_EQ(AddArrayForKey("workgroupIDs", root, array), 0u);
+  try {
+    SetValueForKey(array, "workgroupIDs", root, node);
+    ADD_FAILURE() << "an array is no integer";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "Expected JSON node \"workgroupIDs\" to be INTEGER, found ARRAY");
+  }
+  EXPECT_THROW(AddValueToArray(1, root, node), std::runtime_error);
+  EXPECT_THROW(SetValueForKey(1, "k", array, node), std::runtime_error);
+  EXPECT_EQ(root.dump(), "{\"workgroupIDs\":[]}");
+}
+
+// Code of a read into a T, and whether the output was left alone.
+template <class T>
+TModuleErrorCode Read(const std::string& value, const T& expected) {
+  const Parser parser("{\"k\":" + value + "}");
+  T out{};
+  const TModuleErrorCode code = GetValueForKey(parser.root(), "k", out);
+  EXPECT_EQ(out, code == 0 ? expected : T{}) << value;
+  return code;
+}
+
+TEST(JSONUtils, TypedReads) {
+  constexpr TModuleErrorCode kWrong = CoreErrorCodes::kError;
+  EXPECT_EQ(Read<std::string>("\"x\"", "x"), 0u);
+  EXPECT_EQ(Read<std::string>("1", ""), kWrong);
+  EXPECT_EQ(Read<std::string>("null", ""), kWrong);
+  EXPECT_EQ(Read<double>("1.5", 1.5), 0u);
+  EXPECT_EQ(Read<double>("2", 2), 0u);
+  EXPECT_EQ(Read<double>("\"2\"", 0), kWrong);
+  EXPECT_EQ(Read<bool>("true", true), 0u);
+  EXPECT_EQ(Read<bool>("1", false), kWrong);
+  EXPECT_EQ(Read<int>("-5", -5), 0u);
+  EXPECT_EQ(Read<int>("1.5", 0), kWrong);
+  EXPECT_EQ(Read<int>("9223372036854775808", 0), kWrong);
+  EXPECT_EQ(Read<uint32_t>("4294967297", 1), 0u);  // cut without a report
+  EXPECT_EQ(Read<uint8_t>("-1", 255), 0u);
+  EXPECT_EQ(Read<int64_t>("9223372036854775807", INT64_MAX), 0u);
+  EXPECT_EQ(Read<EColour>("3", kRed), 0u);
+  using IDs = std::vector<unsigned>;
+  EXPECT_EQ(Read<IDs>("[]", IDs{}), 0u);
+  EXPECT_EQ(Read<IDs>("[3,1,3,4294967295]", (IDs{3, 1, 3, UINT32_MAX})), 0u);
+  EXPECT_EQ(Read<IDs>("{}", IDs{}), kWrong);
+  EXPECT_EQ(Read<std::set<unsigned>>("[3,1,3]", {1, 3}), 0u);
+  EXPECT_EQ(Read<std::set<unsigned>>("1", {}), kWrong);
+  IDs ids{9};
+  const Parser parser("{\"empty\":[],\"mixed\":[1,\"x\"]}");
+  EXPECT_THROW(GetValueForKey(parser.root(), "mixed", ids), std::runtime_error);
+  EXPECT_EQ(ids, IDs{9});
+  EXPECT_EQ(GetValueForKey(parser.root(), "missing", ids), CoreErrorCodes::kNotFound);
+  EXPECT_EQ(GetValueForKey(parser.root(), "empty", ids), 0u);
+  EXPECT_TRUE(ids.empty());
+  EXPECT_TRUE(HasValueForKey(parser.root(), "empty"));
+  EXPECT_FALSE(HasValueForKey(parser.root(), "missing"));
+}
+
+std::vector<std::string> Expressions(const LogRecorder& log) {
+  std::vector<std::string> expressions;
+  for (const std::string& line : log.lines) {
+    const size_t start = line.find("Expression='");
+    if (start == std::string::npos) continue;
+    EXPECT_THAT(line, HasSubstr("File='core-agent/cpp-core/"));
+    expressions.push_back(line.substr(1, 1) + line.substr(line.find("\t[") + 2, 1) + " " +
+                          line.substr(start + 12, line.find("'  Code") - start - 12));
+  }
+  return expressions;
+}
+
+TEST(JSONUtils, FailedReadsReportAtDebugLevel) {
+  const Parser parser("{\"n\":null}");
+  const Node root = parser.root();
+  std::string text;
+  double real = 0;
+  bool boolean = false;
+  int integer = 0;
+  std::set<unsigned> set;
+  std::vector<unsigned> vector;
+  {
+    const LogRecorder log(GLogger::kInfo);
+    GetValueForKey(root, "n", text);
+    EXPECT_TRUE(log.lines.empty());
+  }
+  const LogRecorder log(GLogger::kDebug);
+  GetValueForKey(root, "x", text);
+  GetValueForKey(root, "n", text);
+  GetValueForKey(root, "n", real);
+  GetValueForKey(root, "n", boolean);
+  GetValueForKey(root, "n", integer);
+  GetValueForKey(root, "n", set);
+  GetValueForKey(root, "n", vector);
+  EXPECT_THAT(Expressions(log),
+              ElementsAre("MD !jsonValue.find(key, value)", "MD GetValueForKey(jsonValue, key, valueObject)",
+                          "MD !valueObject.is_string()", "MD !valueObject.is_double()", "MD !valueObject.is_bool()",
+                          "MD !valueObject.is_int()", "MD !valueObject.is_array()", "MD !valueObject.is_array()"));
+}
+
+TEST(JSONUtils, AParseNeverThrows) {
+  const LogRecorder log(GLogger::kDebug);
+  Parser parser;
+  Node node;
+  EXPECT_EQ(Parse(parser, "{\"a\":1}", node), 0u);
+  EXPECT_TRUE(node.exists("a"));
+  EXPECT_THAT(log.lines, ElementsAre("[Miscellaneous]\t[Debug]\tAttempting to parse JSON: {\"a\":1}"));
+  EXPECT_EQ(Parse(parser, "{bad", node), CoreErrorCodes::kInvalidParam);
+  EXPECT_EQ(log.lines[2], "[Miscellaneous]\t[Debug]\tFailed to parse JSON: {bad");
+  EXPECT_THAT(Expressions(log), ElementsAre("ME err"));
+  EXPECT_FALSE(parser.is_loaded());
+}
+
+TEST(JSONUtils, TheOtherLibrarysParse) {
+  nlohmann::json json = "old";
+  for (const std::string& text : {std::string("{bad"), std::string(), std::string("\"\xFF\""), std::string("[1e999]"), std::string(1'000'000, '[')}) {
+    EXPECT_EQ(Parse(text, json), CoreErrorCodes::kInvalidParam);
+    EXPECT_EQ(json, "old");
+  }
+  EXPECT_EQ(Parse("{\"a\":[1,2.5,null]}", json), 0u);
+  EXPECT_EQ(json.dump(), "{\"a\":[1,2.5,null]}");
+}
+
+TEST(JSONUtils, PatchWords) {
+  const std::string words = GetJSONPatchOpKey() + GetJSONPatchPathDelimiter() + GetJSONPatchPathKey() + "/" +
+                            GetJSONPatchValueKey() + "/" + GetJSONPatchFromKey() + "/" + GetJSONPatchOpAdd() + "/" +
+                            GetJSONPatchOpRemove() + "/" + GetJSONPatchOpReplace() + "/" + GetJSONPatchOpCopy() + "/" +
+                            GetJSONPatchOpMove() + "/" + GetJSONPatchOpTest();
+  EXPECT_EQ(words, "op/path/value/from/add/remove/replace/copy/move/test");
+}
+
+}  // namespace
