@@ -14,8 +14,14 @@ namespace {
 
 // Two of these are tied in every stage.
 Dictionary Plain() {
-  return Record({{"PostScriptName", "Font"}, {"FontKind", "TrueType"}, {"Foundry", "Foundry"}, {"Version", "1.000"},
-                 {"IsActive", "0"}, {"IsSystem", "0"}, {"IsTemp", "0"}, {"IsVault", "0"}});
+  return Record({{"PostScriptName", "Font"},
+                 {"FontKind", "TrueType"},
+                 {"Foundry", "Foundry"},
+                 {"Version", "1.000"},
+                 {"IsActive", "0"},
+                 {"IsSystem", "0"},
+                 {"IsTemp", "0"},
+                 {"IsVault", "0"}});
 }
 
 class BestMatch : public PluginFixture {
@@ -47,17 +53,47 @@ TEST_F(BestMatch, EachStageDecidesWhatOnlyItCanTellApart) {
       {"tied", {}, {}, {}, kNone, 0, 0},
       {"active", {{"IsActive", "1"}}, {}, {}, kActive, -1, 1},
       {"flag missing is not active", {{"IsActive", "1"}}, {{"IsActive", ""}}, {}, kActive, -1, 1},
-      {"two active, neither of the system: the first asked about", {{"IsActive", "1"}}, {{"IsActive", "1"}}, {}, kNonSystem, -1, -1},
-      {"two active, one of the system", {{"IsActive", "1"}}, {{"IsActive", "1"}, {"IsSystem", "1"}}, {}, kNonSystem, -1, 1},
-      {"two active, both of the system", {{"IsActive", "1"}, {"IsSystem", "1"}}, {{"IsActive", "1"}, {"IsSystem", "1"}}, {}, kNone, 0, 0},
+      {"two active, neither of the system: the first asked about",
+       {{"IsActive", "1"}},
+       {{"IsActive", "1"}},
+       {},
+       kNonSystem,
+       -1,
+       -1},
+      {"two active, one of the system",
+       {{"IsActive", "1"}},
+       {{"IsActive", "1"}, {"IsSystem", "1"}},
+       {},
+       kNonSystem,
+       -1,
+       1},
+      {"two active, both of the system",
+       {{"IsActive", "1"}, {"IsSystem", "1"}},
+       {{"IsActive", "1"}, {"IsSystem", "1"}},
+       {},
+       kNone,
+       0,
+       0},
       {"system without activity", {{"IsSystem", "1"}}, {}, {}, kNone, 0, 0},
       {"agent's state", {{"DatabaseID", "1"}}, {{"DatabaseID", "2"}}, {}, kAgentState, -1, 1},
       {"agent's state alike", {{"DatabaseID", "2"}}, {{"DatabaseID", "3"}}, {}, kNone, 0, 0},
       {"agent's state both", {{"DatabaseID", "1"}}, {{"DatabaseID", "4"}}, {}, kNone, 0, 0},
       {"one without ID", {{"DatabaseID", "1"}}, {{"DatabaseID", "0"}}, {}, kNone, 0, 0},
-      {"kind of the document", {{"FontKind", "Type 9"}}, {{"FontKind", "Type 8"}}, {{"FontKind", "TYPE 9"}}, kKindOfDocument, -1, 1},
+      {"kind of the document",
+       {{"FontKind", "Type 9"}},
+       {{"FontKind", "Type 8"}},
+       {{"FontKind", "TYPE 9"}},
+       kKindOfDocument,
+       -1,
+       1},
       {"kind without a document", {{"FontKind", "Type 9"}}, {{"FontKind", "Type 8"}}, {}, kNone, 0, 0},
-      {"kind that neither has", {{"FontKind", "Type 9"}}, {{"FontKind", "Type 8"}}, {{"FontKind", "Type 7"}}, kNone, 0, 0},
+      {"kind that neither has",
+       {{"FontKind", "Type 9"}},
+       {{"FontKind", "Type 8"}},
+       {{"FontKind", "Type 7"}},
+       kNone,
+       0,
+       0},
       {"foundry of the document", {{"Foundry", "URW"}}, {}, {{"Foundry", "urw"}}, kFoundryOfDocument, -1, 1},
       {"OpenType before PostScript", {{"FontKind", "opentype - PS"}}, {{"FontKind", "PostScript"}}, {}, kFormat, -1, 1},
       {"OpenType before TrueType", {{"FontKind", "OpenType - TT"}}, {}, {}, kFormat, -1, 1},
@@ -71,7 +107,13 @@ TEST_F(BestMatch, EachStageDecidesWhatOnlyItCanTellApart) {
       {"higher number", {{"Version", "2.000"}}, {}, {}, kVersionNumber, -1, 1},
       {"number with a tail", {{"Version", "10.1;hotconv"}}, {{"Version", "9.9"}}, {}, kVersionNumber, -1, 1},
       {"equal numbers", {{"Version", "1.0"}}, {}, {}, kNone, 0, 0},
-      {"lower of two that begin with a word", {{"Version", "Version 1.2"}}, {{"Version", "Version 1.10"}}, {}, kVersionText, -1, 1},
+      {"lower of two that begin with a word",
+       {{"Version", "Version 1.2"}},
+       {{"Version", "Version 1.10"}},
+       {},
+       kVersionText,
+       -1,
+       1},
       {"lower where one is a word", {{"Version", "0.000"}}, {{"Version", "1.000"}}, {}, kVersionText, -1, 1},
       {"temporary", {{"IsTemp", "1"}}, {}, {}, kTemporary, -1, 1},
       {"temporary and unknown", {{"IsTemp", "1"}}, {{"IsTemp", ""}}, {}, kNone, 0, 0},
@@ -94,10 +136,34 @@ TEST_F(BestMatch, EarlierStageWinsOverTheNext) {
   using enum MatchStage;
   const StageRow rows[] = {
       {"active", {{"IsActive", "1"}, {"DatabaseID", "2"}}, {{"DatabaseID", "1"}}, {}, kActive, -1, 1},
-      {"non-system", {{"IsActive", "1"}, {"DatabaseID", "2"}}, {{"IsActive", "1"}, {"IsSystem", "1"}, {"DatabaseID", "1"}}, {}, kNonSystem, -1, 1},
-      {"agent", {{"DatabaseID", "1"}}, {{"DatabaseID", "2"}, {"FontKind", "K"}}, {{"FontKind", "K"}}, kAgentState, -1, 1},
-      {"kind of document", {{"FontKind", "K"}}, {{"Foundry", "F"}}, {{"FontKind", "K"}, {"Foundry", "F"}}, kKindOfDocument, -1, 1},
-      {"foundry of document", {{"Foundry", "F"}}, {{"FontKind", "OpenType"}}, {{"Foundry", "F"}}, kFoundryOfDocument, -1, 1},
+      {"non-system",
+       {{"IsActive", "1"}, {"DatabaseID", "2"}},
+       {{"IsActive", "1"}, {"IsSystem", "1"}, {"DatabaseID", "1"}},
+       {},
+       kNonSystem,
+       -1,
+       1},
+      {"agent",
+       {{"DatabaseID", "1"}},
+       {{"DatabaseID", "2"}, {"FontKind", "K"}},
+       {{"FontKind", "K"}},
+       kAgentState,
+       -1,
+       1},
+      {"kind of document",
+       {{"FontKind", "K"}},
+       {{"Foundry", "F"}},
+       {{"FontKind", "K"}, {"Foundry", "F"}},
+       kKindOfDocument,
+       -1,
+       1},
+      {"foundry of document",
+       {{"Foundry", "F"}},
+       {{"FontKind", "OpenType"}},
+       {{"Foundry", "F"}},
+       kFoundryOfDocument,
+       -1,
+       1},
       {"format", {{"FontKind", "OpenType"}}, {{"Foundry", "Adobe"}}, {}, kFormat, -1, 1},
       {"Adobe", {{"Foundry", "Adobe"}, {"Version", ""}}, {}, {}, kAdobe, -1, 1},
       {"has version", {{"Version", "x"}}, {{"Version", ""}, {"IsTemp", "1"}}, {}, kHasVersion, -1, 1},
@@ -126,8 +192,8 @@ TEST_F(BestMatch, AgentThatFailsDecidesNothing) {
 TEST_F(BestMatch, SortPutsTheBestFirstFromEveryOrder) {
   Array fonts = ArrayOf({With(Plain(), {{"Path", "/best"}, {"FontKind", "OpenType"}, {"Version", "2.0"}}),
                          With(Plain(), {{"Path", "/next"}, {"FontKind", "OpenType"}}),
-                         With(Plain(), {{"Path", "/third"}, {"FontKind", "Postscript"}}), With(Plain(), {{"Version", "9"}}),
-                         Plain()});
+                         With(Plain(), {{"Path", "/third"}, {"FontKind", "Postscript"}}),
+                         With(Plain(), {{"Version", "9"}}), Plain()});
   std::vector<size_t> order = {0, 1, 2, 3, 4};
   do {
     trace.clear();
@@ -135,7 +201,8 @@ TEST_F(BestMatch, SortPutsTheBestFirstFromEveryOrder) {
     for (const size_t i : order) shuffled.Append(fonts.At(i));
     SortByBestMatch(shuffled, Named("Asked"));
     for (size_t i = 0; i < fonts.Count(); ++i) ASSERT_TRUE(shuffled.At(i) == fonts.At(i));
-    EXPECT_EQ(TracedLines("Preferred "), std::vector<std::string>{"Preferred '/best' over '/next' for 'Asked': higher version"});
+    EXPECT_EQ(TracedLines("Preferred "),
+              std::vector<std::string>{"Preferred '/best' over '/next' for 'Asked': higher version"});
   } while (std::next_permutation(order.begin(), order.end()));
 }
 

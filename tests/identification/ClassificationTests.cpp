@@ -29,7 +29,8 @@ class Classification : public PluginFixture {
   int Classify(const Array& fonts, bool pickBestMatch) {
     matched = Array::Create();
     problems = Array::Create();
-    return ProcessDocumentFontsForAutoActivation(fonts, matched, problems, true, pickBestMatch, kAll, ui->interface.get());
+    return ProcessDocumentFontsForAutoActivation(fonts, matched, problems, true, pickBestMatch, kAll,
+                                                 ui->interface.get());
   }
 
   Array matched, problems;
@@ -49,7 +50,8 @@ TEST_F(Classification, OrderOfProof) {
   agent.Add({.id = 33, .postScriptName = "Exact", .foundry = "Other", .checksum = "77"});
   Connect();
   const Dictionary contradicting = Record({{"PostScriptName", "Lone"}, {"Version", "7"}, {"Family", "Family"}});
-  const Dictionary slug = Record({{"PostScriptName", "Exact"}, {"FontKind", "OpenType - PS"}, {"Glyphsure_1.2_Checksum", "77"}});
+  const Dictionary slug =
+      Record({{"PostScriptName", "Exact"}, {"FontKind", "OpenType - PS"}, {"Glyphsure_1.2_Checksum", "77"}});
   const struct {
     const char* why;
     Dictionary font;
@@ -77,8 +79,10 @@ TEST_F(Classification, OrderOfProof) {
   }
   EXPECT_TRUE(Traced("Matched 'Lone' with '/fonts/1/Lone.otf': only candidate"));
   EXPECT_TRUE(Traced("Matched 'Two' with '/fonts/12/Two.otf': best match"));
-  EXPECT_TRUE(Traced("Preferred '/fonts/12/Two.otf' over '/fonts/11/Two.otf' for 'Two': OpenType before PostScript before TrueType"));
-  EXPECT_TRUE(Traced("Preferred '/fonts/32/Exact.otf' over '/fonts/31/Exact.otf' for 'Exact': perfect match with the document's data"));
+  EXPECT_TRUE(Traced(
+      "Preferred '/fonts/12/Two.otf' over '/fonts/11/Two.otf' for 'Two': OpenType before PostScript before TrueType"));
+  EXPECT_TRUE(Traced(
+      "Preferred '/fonts/32/Exact.otf' over '/fonts/31/Exact.otf' for 'Exact': perfect match with the document's data"));
 }
 
 TEST_F(Classification, FontThatTheSystemHasIsNoProblem) {
@@ -129,12 +133,12 @@ TEST_F(Classification, EndsWhereItIsTold) {
   EXPECT_EQ(Classify(ArrayOf({platform::Value(), Record({{"Family", "F"}}), Named("A"), Named("A")}), true), 0);
   EXPECT_EQ(MatchesOf(matched), "1");
   EXPECT_EQ(problems.Count(), 0u);
-  EXPECT_EQ(ui->progress, (std::vector<std::string>{"hide", "hide"}));
+  EXPECT_EQ(ui->TakeShown(), (std::vector<std::string>{"hide", "hide"}));
   agent.onCall = [](AgentFunction function) {
     if (function == AgentFunction::GetFontInfoByID) throw std::runtime_error("the agent's library");
   };
   EXPECT_THROW(Classify(ArrayOf({Named("A")}), true), std::runtime_error);
-  EXPECT_EQ(ui->progress.size(), 3u) << "hidden also when an exception passes";
+  EXPECT_EQ(ui->TakeShown(), std::vector<std::string>{"hide"}) << "also when an exception passes";
   EXPECT_TRUE(Traced("Exiting ProcessDocumentFontsForAutoActivation via throw."));
 }
 

@@ -12,9 +12,16 @@ using platform::Dictionary;
 namespace {
 
 Dictionary Candidate() {
-  return Record({{"FontKind", "TrueType"}, {"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Foundry", "URW"},
-                 {"Version", "1.05"}, {"Glyphsure_1.2_Checksum", "77"}, {"Checksum", "55"}, {"KerningChecksum", "33"},
-                 {"OutlineFileSize", "9000"}, {"PrinterFont", "SansBold"}});
+  return Record({{"FontKind", "TrueType"},
+                 {"Family", "Sans"},
+                 {"PostScriptName", "Sans-Bold"},
+                 {"Foundry", "URW"},
+                 {"Version", "1.05"},
+                 {"Glyphsure_1.2_Checksum", "77"},
+                 {"Checksum", "55"},
+                 {"KerningChecksum", "33"},
+                 {"OutlineFileSize", "9000"},
+                 {"PrinterFont", "SansBold"}});
 }
 
 struct IdentityRow {
@@ -33,7 +40,10 @@ TEST(PerfectMatch, DecidesKeyByKey) {
       {"three keys", {{"PostScriptName", "sans-bold"}, {"Family", " SANS "}}, {}, true},
       {"keys without a say do not count", {{"Path", "/a"}, {"Keywords", "k"}, {"OutlineFileName", "x"}}, {}, false},
       {"an empty one counts and breaks nothing", {{"PostScriptName", "Sans-Bold"}, {"Foundry", "  "}}, {}, true},
-      {"an empty one of the candidate too", {{"PostScriptName", "Sans-Bold"}, {"Foundry", "X"}}, {{"Foundry", " "}}, true},
+      {"an empty one of the candidate too",
+       {{"PostScriptName", "Sans-Bold"}, {"Foundry", "X"}},
+       {{"Foundry", " "}},
+       true},
       {"the candidate lacks the key", {{"PostScriptName", "Sans-Bold"}, {"Foundry", "URW"}}, {{"Foundry", ""}}, false},
       {"kind", {{"PostScriptName", "Sans-Bold"}, {"Family", "Sans"}}, {{"FontKind", "Postscript"}}, false},
       {"family", {{"PostScriptName", "Sans-Bold"}, {"Family", "Sans2"}}, {}, false},
@@ -45,17 +55,31 @@ TEST(PerfectMatch, DecidesKeyByKey) {
       {"kerning", {{"PostScriptName", "Sans-Bold"}, {"KerningChecksum", "34"}}, {}, false},
       {"kerning of 0 says nothing", {{"PostScriptName", "Sans-Bold"}, {"KerningChecksum", "0"}}, {}, true},
       {"a checksum proves, what follows is not looked at",
-       {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "77"}, {"Checksum", "1"},
-        {"KerningChecksum", "2"}, {"OutlineFileSize", "3"}}, {}, true},
+       {{"Family", "Sans"},
+        {"PostScriptName", "Sans-Bold"},
+        {"Glyphsure_1.2_Checksum", "77"},
+        {"Checksum", "1"},
+        {"KerningChecksum", "2"},
+        {"OutlineFileSize", "3"}},
+       {},
+       true},
       {"the older checksum proves too",
-       {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Checksum", "55"}, {"KerningChecksum", "2"}}, {}, true},
+       {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Checksum", "55"}, {"KerningChecksum", "2"}},
+       {},
+       true},
       {"a proof does not spare what stands before it",
-       {{"Family", "Other"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "77"}}, {}, false},
+       {{"Family", "Other"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "77"}},
+       {},
+       false},
       {"a proof does not make three keys of two", {{"Glyphsure_1.2_Checksum", "77"}}, {}, false},
       {"a newer checksum of 0 leaves it to the older",
-       {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "0"}, {"Checksum", "56"}}, {}, false},
+       {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "0"}, {"Checksum", "56"}},
+       {},
+       false},
       {"the candidate's newer checksum is 0",
-       {{"Family", "Sans"}, {"Glyphsure_1.2_Checksum", "1"}, {"Checksum", "55"}}, {{"Glyphsure_1.2_Checksum", "0"}}, true},
+       {{"Family", "Sans"}, {"Glyphsure_1.2_Checksum", "1"}, {"Checksum", "55"}},
+       {{"Glyphsure_1.2_Checksum", "0"}},
+       true},
       {"the candidate lacks the checksum", {{"Family", "Sans"}, {"Checksum", "55"}}, {{"Checksum", ""}}, false},
       {"checksums are numbers of 32 bits", {{"Family", "Sans"}, {"Glyphsure_1.2_Checksum", " 4294967373"}}, {}, true},
       {"negative as well", {{"Family", "Sans"}, {"Checksum", "-1"}}, {{"Checksum", "4294967295"}}, true},
@@ -72,7 +96,9 @@ TEST(PerfectMatch, DecidesKeyByKey) {
 namespace {
 
 Dictionary FromAdobe() {
-  return Record({{"PostScriptName", "SANS-bold"}, {"AdobeXMPFontData_Family", "sans"}, {"AdobeXMPFontData_Type", "TrueType"},
+  return Record({{"PostScriptName", "SANS-bold"},
+                 {"AdobeXMPFontData_Family", "sans"},
+                 {"AdobeXMPFontData_Type", "TrueType"},
                  {"AdobeXMPFontData_VersionString", "Version 1.05;PS 1;hotconv 1.06"}});
 }
 
@@ -105,13 +131,15 @@ TEST(XMPMatch, TypesAcceptTheKindsOfTheTable) {
   const char* kinds[] = {"OpenType - PS", "OpenType - TT", "TrueType", "Postscript", "PostScript - MM"};
   // For each type, which of the kinds it accepts.
   const std::pair<const char*, const char*> rows[] = {
-      {"Open Type", "++---"}, {"truetype", "-++--"}, {"Type 1", "---+-"},    {"TYPE 2", "---+-"},
+      {"Open Type", "++---"}, {"truetype", "-++--"},   {"Type 1", "---+-"},   {"TYPE 2", "---+-"},
       {"Type 3", "---+-"},    {"PostScript", "---+-"}, {"OpenType", "-----"}, {"Type 4", "-----"},
   };
   for (const auto& [type, accepted] : rows) {
     for (size_t i = 0; i < std::size(kinds); ++i) {
-      EXPECT_EQ(IsXMPMatch(With(FromAdobe(), {{"AdobeXMPFontData_Type", type}}), With(Candidate(), {{"FontKind", kinds[i]}})),
-                accepted[i] == '+') << type << " and " << kinds[i];
+      EXPECT_EQ(
+          IsXMPMatch(With(FromAdobe(), {{"AdobeXMPFontData_Type", type}}), With(Candidate(), {{"FontKind", kinds[i]}})),
+          accepted[i] == '+')
+          << type << " and " << kinds[i];
     }
   }
 }

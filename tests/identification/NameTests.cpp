@@ -40,7 +40,8 @@ TEST(FontNames, IllegalCharactersAreStrippedOnEntry) {
 }
 
 TEST(FontNames, StricterPassWinsOverAnEarlierEntry) {
-  const Array fonts = ArrayOf({platform::Value(), Named("Ab-Cd-Ef"), Named("Ab Cd"), Named("Ab-Cd"), Record({{"Family", "x"}})});
+  const Array fonts =
+      ArrayOf({platform::Value(), Named("Ab-Cd-Ef"), Named("Ab Cd"), Named("Ab-Cd"), Record({{"Family", "x"}})});
   const struct {
     const char* name;
     int expected;
@@ -56,9 +57,10 @@ TEST(FontNames, StricterPassWinsOverAnEarlierEntry) {
 }
 
 TEST(FontNames, MultipleMasterAnswersForItsInstances) {
-  const Array fonts = ArrayOf({Record({{"PostScriptName", "Myr"}, {"FontKind", "TrueType"}}),
-                               Record({{"PostScriptName", "MyrMM"}, {"FontKind", "postscript - mm"}}),
-                               Record({{"PostScriptName", "MyrMM_400"}, {"FontKind", "PostScript - Multiple Master"}})});
+  const Array fonts =
+      ArrayOf({Record({{"PostScriptName", "Myr"}, {"FontKind", "TrueType"}}),
+               Record({{"PostScriptName", "MyrMM"}, {"FontKind", "postscript - mm"}}),
+               Record({{"PostScriptName", "MyrMM_400"}, {"FontKind", "PostScript - Multiple Master"}})});
   const struct {
     const char* name;
     int expected;
@@ -73,9 +75,15 @@ TEST(FontNames, MultipleMasterAnswersForItsInstances) {
 
 TEST(FontNames, InstanceNamesResolveToTheirBase) {
   const std::pair<const char*, const char*> rows[] = {
-      {"MyriadMM_400_600_", "MyriadMM"}, {"MyriadMM-It_400_600_", "MyriadMM-It"}, {"My_riadMM_4_", "My_riadMM"},
-      {"MyriadMM-It", ""},               {"Myriad_400_600", ""},                  {"FooMM-a_", ""},
-      {"FooMM-_b", ""},                  {"FooMM-_bc", "FooMM-"},                 {"MM", ""},
+      {"MyriadMM_400_600_", "MyriadMM"},
+      {"MyriadMM-It_400_600_", "MyriadMM-It"},
+      {"My_riadMM_4_", "My_riadMM"},
+      {"MyriadMM-It", ""},
+      {"Myriad_400_600", ""},
+      {"FooMM-a_", ""},
+      {"FooMM-_b", ""},
+      {"FooMM-_bc", "FooMM-"},
+      {"MM", ""},
   };
   for (const auto& [name, base] : rows) {
     EXPECT_EQ(CreateResolvedMMFontName(String::FromUTF8(name)).View(), base) << name;
@@ -91,16 +99,24 @@ TEST(FontNames, InstanceNamesResolveToTheirBase) {
 // Every name shortens step by step to nothing more; the steps are divided by "|".
 TEST(FontNames, AdditionsComeOffStepByStep) {
   const std::pair<const char*, const char*> rows[] = {
-      {"ABCDEF+Times", "Times"},  {"Times-Bold-Italic", "Times-Bold|Times"}, {"+ Times", " Times|Times"},
-      {"Times Bold+x", "Times"},  {"Times(Bold)", "Times(Bold|Times"},       {"-Times", ""},
-      {"Times", ""},              {"", ""},                                 {"A_B+C", "A"},
-      {"A+B+C", "B+C|C"},         {"Times-", "Times"},
+      {"ABCDEF+Times", "Times"},
+      {"Times-Bold-Italic", "Times-Bold|Times"},
+      {"+ Times", " Times|Times"},
+      {"Times Bold+x", "Times"},
+      {"Times(Bold)", "Times(Bold|Times"},
+      {"-Times", ""},
+      {"Times", ""},
+      {"", ""},
+      {"A_B+C", "A"},
+      {"A+B+C", "B+C|C"},
+      {"Times-", "Times"},
   };
   for (const auto& [name, steps] : rows) {
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, "%s", name);
     std::string seen;
-    while (PSNameMightHaveCruftAppended(buffer, sizeof buffer, buffer)) seen += (seen.empty() ? "" : "|") + std::string(buffer);
+    while (PSNameMightHaveCruftAppended(buffer, sizeof buffer, buffer))
+      seen += (seen.empty() ? "" : "|") + std::string(buffer);
     EXPECT_EQ(seen, steps) << name;
   }
   char small[4] = "?";

@@ -16,7 +16,8 @@ TEST(FontRecords, NullNameMakesAnEmptyRecordThatCanBeUsed) {
   EXPECT_EQ(record.Count(), 0u);
   record.Set(kGS_KindKey, "TrueType");
   EXPECT_EQ(record.GetString(kGS_KindKey).View(), "TrueType");
-  EXPECT_TRUE(CreateGlyphsureDictionaryWithFamilyName(String::FromUTF8("Nimbus")).Equals(Record({{"Family", "Nimbus"}})));
+  EXPECT_TRUE(
+      CreateGlyphsureDictionaryWithFamilyName(String::FromUTF8("Nimbus")).Equals(Record({{"Family", "Nimbus"}})));
 }
 
 TEST(FontRecords, KeyTableKeepsTheKindsAtItsEnd) {
@@ -27,7 +28,8 @@ TEST(FontRecords, KeyTableKeepsTheKindsAtItsEnd) {
 }
 
 TEST(FontRecords, OnlyWhatDescribesTheFontIsSluggable) {
-  Dictionary record = Record({{"Family", "F"}, {"Path", "/f"}, {"DatabaseID", "7"}, {"Odd", "x"}, {"OutlineFileSize", "9"}});
+  Dictionary record =
+      Record({{"Family", "F"}, {"Path", "/f"}, {"DatabaseID", "7"}, {"Odd", "x"}, {"OutlineFileSize", "9"}});
   record.Set(kGS_MatchedFontKey, Named("F"));
   const Array fonts = ArrayOf({record, platform::Value(), Named("G")});
   EXPECT_TRUE(RemoveUnsluggableGlyphsureKeys(fonts));
@@ -98,8 +100,8 @@ TEST(FontRecords, KindsAreMappedBothWays) {
 }
 
 TEST(FontRecords, FoundriesAreRenamedOnlyWhenWrittenInLowerCase) {
-  const std::pair<const char*, const char*> rows[] = {{"urw++ studio", "Urw++ Studio"}, {"URW", "URW"}, {"Unknown", "--"},
-                                                      {"uNKNOWN", "--"},                {"Émile", "Émile"}};
+  const std::pair<const char*, const char*> rows[] = {
+      {"urw++ studio", "Urw++ Studio"}, {"URW", "URW"}, {"Unknown", "--"}, {"uNKNOWN", "--"}, {"Émile", "Émile"}};
   for (const auto& [before, after] : rows) {
     const Dictionary record = Record({{"Foundry", before}, {"FontKind", "DFont"}});
     MapTypecellarNamesToMarquineNames(ArrayOf({record}), kPairMappingOnly);
@@ -118,7 +120,7 @@ TEST_F(SlugPostProcessing, NeedsAFontManager) {
   EXPECT_EQ(record.GetString("FontKind").View(), "PS Pair");
   Connect();
   PostProcessGlyphsureSlug(ArrayOf({platform::Value(), record, Named("Bare")}));
-  EXPECT_TRUE(record.Equals(Record(
-      {{"FontKind", "Postscript"}, {"Foundry", "--"}, {"Glyphsure_1.2_Checksum", "8"}, {"Checksum", "8"}})));
+  EXPECT_TRUE(record.Equals(
+      Record({{"FontKind", "Postscript"}, {"Foundry", "--"}, {"Glyphsure_1.2_Checksum", "8"}, {"Checksum", "8"}})));
   EXPECT_EQ(TracedLines("Entry "), std::vector<std::string>{"Entry 1 modified by PostProcessSingleFontForSlug()"});
 }

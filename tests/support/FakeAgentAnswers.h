@@ -20,9 +20,10 @@ class AgentAnswers {
     };
     return kNames[static_cast<size_t>(function)];
   }
-  // The facade, the names of rights, and the file calls are the library's own.
+  // The facade and the names of rights are the library's own, and what it holds for the client it knows itself.
   static constexpr bool NeedsAgent(AgentFunction function) {
-    return function != AgentFunction::GetPluginFacadeInstance && function != AgentFunction::ResetPluginFacadeInstance &&
+    return function != AgentFunction::GetClientFontActivationStates &&
+           function != AgentFunction::GetPluginFacadeInstance && function != AgentFunction::ResetPluginFacadeInstance &&
            function != AgentFunction::GetCanActivateAcrossWorkgroupsColumnID &&
            function != AgentFunction::GetExportFontsColumnID;
   }
@@ -45,7 +46,9 @@ class AgentAnswers {
         {"AssignedFamilyName", font.family},
         {"Path", "/fonts/" + std::to_string(font.id) + "/" + font.postScriptName + ".otf"},
         {"DatabaseID", std::to_string(font.id)},
-        {"ActivationStatus", std::to_string(font.ownState != 0 ? font.ownState : font.isHeld ? 1 : 0)},
+        {"ActivationStatus", std::to_string(font.ownState != 0 ? font.ownState
+                                            : font.isHeld      ? 1
+                                                               : 0)},
         {"IsVault", "0"},
         {"IsSystem", font.IsSystem() ? "1" : "0"},
         {"IsLocal", font.isLocal ? "1" : "0"},
@@ -120,7 +123,8 @@ class AgentAnswers {
     const platform::Dictionary font(platform::Value::Retain(record));
     platform::Array members(platform::Value::Retain(out));
     for (const auto& [id, other] : Agent().fonts) {
-      if (std::to_string(other.familyID) == font.GetString("AssignedFamilyID").View()) members.Append(MakeRecord(other));
+      if (std::to_string(other.familyID) == font.GetString("AssignedFamilyID").View())
+        members.Append(MakeRecord(other));
     }
     return 0;
   }
@@ -184,8 +188,8 @@ class AgentAnswers {
     Agent().exported.assign(ids, ids + count);
     return 0;
   }
-  static Code ANSWER(CreateTopLevelSet, Facade, uint32_t* setID, uint32_t, const char* name, uint32_t, uint32_t, uint32_t,
-                     const uint32_t*) {
+  static Code ANSWER(CreateTopLevelSet, Facade, uint32_t* setID, uint32_t, const char* name, uint32_t, uint32_t,
+                     uint32_t, const uint32_t*) {
     Agent().sets.emplace_back(name);
     *setID = static_cast<uint32_t>(Agent().sets.size());
     return 0;

@@ -28,15 +28,15 @@ struct FakeFont {
   std::string kind = "OpenType - PS";
   std::string foundry = "Foundry";
   std::string version = "1.000";
-  std::string checksum = "0";        // of version 1.2
+  std::string checksum = "0";  // of version 1.2
   uint32_t familyID = 1;
   uint32_t workgroupID = 5;
   std::string workgroupType = "3";
-  int ownState = 0;                  // the agent's state for it without this client: 0 inactive, 4 by the user, 5 system
+  int ownState = 0;  // the agent's state for it without this client: 0 inactive, 4 by the user, 5 system
   bool isLocal = true;
-  bool fails = false;                // its activation fails
-  bool isRefused = false;            // its activation is reported as not compliant, and not made
-  bool isHeld = false;               // activated for this client and not given back
+  bool fails = false;      // its activation fails
+  bool isRefused = false;  // its activation is reported as not compliant, and not made
+  bool isHeld = false;     // activated for this client and not given back
 
   bool IsActive() const { return isHeld || ownState != 0; }
   bool IsSystem() const { return ownState == 5; }

@@ -37,10 +37,11 @@ class FakeUIFramework {
 
   // Booleans as 0 and 1 beside the numbers.
   std::map<std::string, int> preferences{{"EnablePlugin", 1}, {"EnableGlyphsure", 1}};
-  // "box MESSAGE", "resolve NAMES", "restricted NAMES", "command", "about", "preferences", "show", "update" and "hide" of the
-  // progress window, "online 1".
+  // "box MESSAGE", "ask", "resolve NAMES", "restricted NAMES", "command", "about", "preferences", "show", "update" and
+  // "hide" of the progress window, "online 1".
   std::vector<std::string> shown;
   int button = 1;
+  std::string typed;  // what is entered where a text is asked for
   // What the command box answers in turn, code and workgroup; then it is cancelled.
   std::deque<std::pair<int, int>> commands;
   platform::Dictionary commandBox;  // the last one
@@ -65,6 +66,11 @@ class FakeUIFramework {
     table->pfVPFShowMessageBox = [](const char*, const char* message, int32_t) {
       Note(std::string("box ") + message);
       return int32_t{sCurrent->button};
+    };
+    table->pfVPFAskForOneString = [](const char*, const char*, const char*, platform::ValueRef* out) {
+      Note("ask");
+      *out = platform::String::FromUTF8(sCurrent->typed).Release();
+      return int32_t{1};
     };
     table->pfVPFShowResolveFonts = [](platform::ValueRef fonts) {
       Note("resolve " + NamesOf(ArrayFrom(fonts)));

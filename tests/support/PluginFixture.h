@@ -1,16 +1,11 @@
-// The plug-in's inside with a fake agent, a user interface of preferences and counted boxes, and no host: everything that
-// is kept in statics is at its first state before and after each test. The operating system has no font active until
-// UseSystemFonts names a folder.
+// The plug-in's inside with a fake agent, a fake user interface and hardly a host: everything that is kept in statics is at
+// its first state before and after each test. The operating system has no font active until UseSystemFonts names a folder.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <map>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +17,8 @@
 #include "platform/Folders.h"
 #include "platform/Trace.h"
 #include "support/FakeAgent.h"
+#include "support/FakeUIFramework.h"
+#include "support/TempFolder.h"
 
 namespace fakes {
 
@@ -32,53 +29,12 @@ class CountingHost : public HostAppInterface {
   int missingFontsDialogs = 0;
 };
 
-// Preferences in memory; boxes are counted by their message key and answered with the button.
-class CountingUI {
- public:
-  CountingUI() {
-    sCurrent = this;
-    auto table = std::make_unique<VPFFunctionTable>();
-    table->bundle = platform::Bundle::Main();
-    table->pfVPFGetPreferenceForKey = [](const char* key) { return static_cast<int8_t>(sCurrent->preferences[key]); };
-    table->pfVPFSetPreferenceForKey = [](const char* key, int8_t value) { sCurrent->preferences[key] = value; };
-    table->pfVPFGetLongPreferenceForKey = [](const char* key) { return static_cast<int32_t>(sCurrent->preferences[key]); };
-    table->pfVPFSetLongPreferenceForKey = [](const char* key, int32_t value) { sCurrent->preferences[key] = value; };
-    table->pfVPFShowMessageBox = [](const char*, const char* message, int32_t) {
-      sCurrent->boxes.emplace_back(message);
-      return static_cast<int32_t>(sCurrent->button);
-    };
-    table->pfVPFAskForOneString = [](const char*, const char*, const char*, platform::ValueRef* out) {
-      *out = platform::String::FromUTF8(sCurrent->typed).Release();
-      return int32_t{1};
-    };
-    table->pfVPFShowProgress = [](platform::ValueRef) { sCurrent->progress.emplace_back("show"); };
-    table->pfVPFUpdateProgress = [](platform::ValueRef) { sCurrent->progress.emplace_back("update"); };
-    table->pfVPFHideProgress = [] { sCurrent->progress.emplace_back("hide"); };
-    interface = std::make_unique<VPFInterface>(std::move(table));
-    MarquineGlobals::SetSharedVPFInterfaceForTesting(interface.get());
-  }
-  ~CountingUI() { sCurrent = nullptr; }
-  CountingUI(const CountingUI&) = delete;
-  CountingUI& operator=(const CountingUI&) = delete;
-
-  std::map<std::string, int> preferences{{"EnablePlugin", 1}, {"CloseFontsOnHostAppQuit", 1}};
-  std::vector<std::string> boxes;
-  std::vector<std::string> progress;
-  std::string typed;
-  int button = 1;
-  std::unique_ptr<VPFInterface> interface;
-
- private:
-  inline static CountingUI* sCurrent = nullptr;
-};
-
 class PluginFixture : public ::testing::Test {
  protected:
-  PluginFixture() : folder(std::filesystem::path(::testing::TempDir()) / ("plugin-" + std::to_string(getpid()))) {
-    std::filesystem::create_directories(folder);
+  PluginFixture() {
     Reset();
     UseSystemFonts("");
-    ui = std::make_unique<CountingUI>();
+    ui = std::make_unique<FakeUIFramework>();
     HostAppInterface::SetForTesting(&host);
     platform::SetTraceSink(
         [](void* lines, int, std::string_view line) {
@@ -90,7 +46,6 @@ class PluginFixture : public ::testing::Test {
     platform::SetTraceSink(nullptr, nullptr);
     Reset();
     HostAppInterface::SetForTesting(nullptr);
-    std::filesystem::remove_all(folder);
   }
 
   // Makes the manager, which connects to the fake agent.
@@ -102,13 +57,11 @@ class PluginFixture : public ::testing::Test {
 
   // The folder of fonts that the operating system has active; empty for none.
   void UseSystemFonts(const std::string& fontFolder) {
-    const std::string file = (folder / "fonts.conf").string();
-    std::ofstream(file) << "<fontconfig>"
-                        << (fontFolder.empty() ? "" : "<dir>" + fontFolder + "</dir>") << "<cachedir>"
-                        << (folder / "cache").string() << "</cachedir></fontconfig>";
+    const std::string fonts = fontFolder.empty() ? "" : "<dir>" + fontFolder + "</dir>";
     platform::Places places;
-    places.fileSystemRoot = places.home = places.runtime = folder.string();
-    places.fontConfigFile = file;
+    places.fileSystemRoot = places.home = places.runtime = folder.Path();
+    places.fontConfigFile = folder.Write(
+        "fonts.conf", "<fontconfig>" + fonts + "<cachedir>" + folder / "cache" + "</cachedir></fontconfig>");
     platform::SetPlaces(places);
   }
 
@@ -121,11 +74,11 @@ class PluginFixture : public ::testing::Test {
     return lines;
   }
 
-  std::filesystem::path folder;
+  const test_support::TempFolder folder;
   std::vector<std::string> trace;
   FakeAgent agent;
   CountingHost host;
-  std::unique_ptr<CountingUI> ui;
+  std::unique_ptr<FakeUIFramework> ui;
 
  private:
   static void Reset() {

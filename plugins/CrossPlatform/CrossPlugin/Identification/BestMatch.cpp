@@ -56,7 +56,8 @@ int CompareNonSystem(const Pair& pair) {
 
 // The flags in a record can be older than the agent's state.
 int CompareAgentState(const Pair& pair) {
-  if (!KeyHasNonZeroValue(pair.first, kGS_DatabaseIDKey) || !KeyHasNonZeroValue(pair.second, kGS_DatabaseIDKey)) return 0;
+  if (!KeyHasNonZeroValue(pair.first, kGS_DatabaseIDKey) || !KeyHasNonZeroValue(pair.second, kGS_DatabaseIDKey))
+    return 0;
   const VPILoader* table = VPILoader::GetSharedInstance();
   if (!table->pfGetFontIsActivated || !table->pfGetPluginFacadeInstance) return 0;
   const uint32_t ids[2] = {
@@ -102,9 +103,7 @@ int CompareHasVersion(const Pair& pair) {
                       static_cast<bool>(pair.second.GetString(kGS_VersionKey)));
 }
 
-double VersionNumber(const Dictionary& record) {
-  return platform::RealOfText(record.GetString(kGS_VersionKey).View());
-}
+double VersionNumber(const Dictionary& record) { return platform::RealOfText(record.GetString(kGS_VersionKey).View()); }
 
 bool HaveVersionNumbers(const Pair& pair) {
   return VersionNumber(pair.first) != 0.0 && VersionNumber(pair.second) != 0.0;
@@ -157,7 +156,8 @@ constexpr Stage kStages[] = {
      "activated in place of the system's"},
     {MatchStage::kAgentState, CompareAgentState, nullptr, nullptr, "active according to the agent"},
     {MatchStage::kKindOfDocument, CompareKindWithDocument, kBySameType, kBySameType, "same kind as in the document"},
-    {MatchStage::kFoundryOfDocument, CompareFoundryWithDocument, kByFoundry, kByFoundry, "same foundry as in the document"},
+    {MatchStage::kFoundryOfDocument, CompareFoundryWithDocument, kByFoundry, kByFoundry,
+     "same foundry as in the document"},
     {MatchStage::kFormat, CompareFormat, kByKind, kByKind, "OpenType before PostScript before TrueType"},
     {MatchStage::kAdobe, CompareAdobe, kByFoundry, kByFoundry, "from Adobe"},
     {MatchStage::kHasVersion, CompareHasVersion, kByVersion, kByVersion, "states a version"},

@@ -168,9 +168,9 @@ bool HasAny(const Dictionary& record, const std::string_view (&keys)[N]) {
 }  // namespace
 
 bool FontRefContainsGlyphsureData(const Dictionary& record) {
-  constexpr std::string_view kKeys[] = {kGS_KindKey,        kGS_FamilyKey,         kGS_FoundryKey,
-                                        kGS_VersionKey,     kGS_PrinterFontKey,    kGS_Glyphsure_1_2_Key,
-                                        kGS_ChecksumKey,    kGS_KerningChecksumKey, kGS_OutlineFileSizeKey};
+  constexpr std::string_view kKeys[] = {kGS_KindKey,     kGS_FamilyKey,          kGS_FoundryKey,
+                                        kGS_VersionKey,  kGS_PrinterFontKey,     kGS_Glyphsure_1_2_Key,
+                                        kGS_ChecksumKey, kGS_KerningChecksumKey, kGS_OutlineFileSizeKey};
   return HasAny(record, kKeys);
 }
 
@@ -219,9 +219,9 @@ bool AllFontsResolved(const Array& problemFonts, Array matchedFonts) {
       matchedFonts.Append(font);
       continue;
     }
-    OutputIndentedAndFormattedString(
-        0, "This font was skipped:  '%s' -- host app's Find Fonts dialog will be displayed",
-        font.GetString(kGS_PostScriptNameKey).CString());
+    OutputIndentedAndFormattedString(0,
+                                     "This font was skipped:  '%s' -- host app's Find Fonts dialog will be displayed",
+                                     font.GetString(kGS_PostScriptNameKey).CString());
     allResolved = false;
   }
   return allResolved;
@@ -231,7 +231,8 @@ bool DoesArrayContainFontWithDatabaseID(const Array& fontArray, uint32_t databas
   if (!fontArray || databaseID == 0) return false;
   for (size_t i = 0; i < fontArray.Count(); ++i) {
     const Dictionary record(fontArray.At(i));
-    if (!record || static_cast<uint32_t>(XCFUtils::GetLongFromDictString(record, kGS_DatabaseIDKey)) != databaseID) continue;
+    if (!record || static_cast<uint32_t>(XCFUtils::GetLongFromDictString(record, kGS_DatabaseIDKey)) != databaseID)
+      continue;
     if (outIndex) *outIndex = i;
     return true;
   }

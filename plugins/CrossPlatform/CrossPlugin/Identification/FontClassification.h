@@ -33,7 +33,8 @@ int CountFontsWithGlyphsureData(const platform::Array& fonts);
 // Moves what the user resolved to the matched fonts; false if a font is left.
 bool AllFontsResolved(const platform::Array& problemFonts, platform::Array matchedFonts);
 // outIndex may be null.
-bool DoesArrayContainFontWithDatabaseID(const platform::Array& fontArray, uint32_t databaseID, size_t* outIndex = nullptr);
+bool DoesArrayContainFontWithDatabaseID(const platform::Array& fontArray, uint32_t databaseID,
+                                        size_t* outIndex = nullptr);
 bool IsPostScriptNameOnly(const platform::Dictionary& record);
 bool FontRefContainsGlyphsureData(const platform::Dictionary& record);
 bool FontRefContainsXMPData(const platform::Dictionary& record);

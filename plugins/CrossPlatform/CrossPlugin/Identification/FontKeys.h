@@ -10,10 +10,10 @@ inline constexpr std::string_view kGS_PostScriptNameKey = "PostScriptName";  // 
 inline constexpr std::string_view kGS_KindKey = "FontKind";
 inline constexpr std::string_view kGS_FoundryKey = "Foundry";
 inline constexpr std::string_view kGS_VersionKey = "Version";
-inline constexpr std::string_view kGS_KerningChecksumKey = "KerningChecksum";          // at most 20 bits
-inline constexpr std::string_view kGS_ChecksumKey = "Checksum";                        // the older, version 1.1
-inline constexpr std::string_view kGS_Glyphsure_1_2_Key = "Glyphsure_1.2_Checksum";    // the newer, version 1.2
-inline constexpr std::string_view kGS_OutlineFileSizeKey = "OutlineFileSize";          // compared as text
+inline constexpr std::string_view kGS_KerningChecksumKey = "KerningChecksum";        // at most 20 bits
+inline constexpr std::string_view kGS_ChecksumKey = "Checksum";                      // the older, version 1.1
+inline constexpr std::string_view kGS_Glyphsure_1_2_Key = "Glyphsure_1.2_Checksum";  // the newer, version 1.2
+inline constexpr std::string_view kGS_OutlineFileSizeKey = "OutlineFileSize";        // compared as text
 inline constexpr std::string_view kGS_OutlineFileNameKey = "OutlineFileName";
 inline constexpr std::string_view kGS_FamilyKey = "Family";
 inline constexpr std::string_view kGS_AssignedFamilyGroupIDKey = "AssignedFamilyID";
@@ -100,5 +100,5 @@ inline constexpr int kErrorMarquineNotRunning = 1000;
 
 }  // namespace GlyphsureSupport
 
-using GlyphsureSupport::TypeOfFontName;
 using GlyphsureSupport::kErrorMarquineNotRunning;
+using GlyphsureSupport::TypeOfFontName;

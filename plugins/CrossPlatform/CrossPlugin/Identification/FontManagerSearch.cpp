@@ -31,8 +31,9 @@ Array ParseInfo(const char* xml) {
   const platform::PropertyListResult parsed = platform::ParseXMLPropertyList(xml);
   const Array list(parsed.value);
   if (!list || list.Count() == 0) {
-    OutputIndentedAndFormattedString(
-        0, "...CFPropertyListCreateFromXMLData failed on \"%s\".  OS message is:\n   \"%s\"", xml, parsed.error.c_str());
+    OutputIndentedAndFormattedString(0,
+                                     "...CFPropertyListCreateFromXMLData failed on \"%s\".  OS message is:\n   \"%s\"",
+                                     xml, parsed.error.c_str());
     return Array();
   }
   return list;
@@ -58,7 +59,8 @@ int16_t FontManagerInterface::GetGlyphsureData(const Dictionary& record, TypeOfF
       const String bare = StripIllegalPostScriptCharacters(name);
       status = GetGlyphsureDataForFontName(bare.CString(), kind, excludedRemote, workgroupID, inOut);
     }
-    if (status == 0 && inOut->Count() == 0) status = SearchWithoutAdditions(name.Text(), excludedRemote, workgroupID, inOut);
+    if (status == 0 && inOut->Count() == 0)
+      status = SearchWithoutAdditions(name.Text(), excludedRemote, workgroupID, inOut);
   }
   if (inOut->Count() >= 2) {
     OutputIndentedAndFormattedString(0, "...Sorting a %d-element array of Glyphsure data for '%s'.",
@@ -94,7 +96,8 @@ int FontManagerInterface::AppendRecordOf(const FontOrSetInfoRec& found, const ch
   const uint32_t fontID = found.fields.nDatabaseID;
   const int status = GetGlyphsureInfo(fontID, found.fontInfo, buffer.data(), &size);
   if (status != 0) {
-    OutputIndentedAndFormattedString(0, "...GetGlyphsureInfo returned %d for %s (databaseID %d).", status, name, fontID);
+    OutputIndentedAndFormattedString(0, "...GetGlyphsureInfo returned %d for %s (databaseID %d).", status, name,
+                                     fontID);
     return status;
   }
   if (size == 0 || buffer[0] == '\0') {

@@ -99,7 +99,8 @@ void MergeOne(int i, const Dictionary& source, Array& destinationArray, FontName
   } else {
     // This wording stands for records of one size also when their values differ.
     OutputIndentedAndFormattedString(
-        0, "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already has identical info for that font.",
+        0,
+        "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already has identical info for that font.",
         i, name);
   }
 }

@@ -159,8 +159,8 @@ String CreateResolvedMMFontName(const String& name) {
     if (text[i] == 'M' && text[i + 1] == 'M' && (text[i + 2] == '-' || text[i + 2] == '_')) isMarked = true;
     if (text[i] != '_' || !isMarked) continue;
     const String base = String::FromUTF8(text.substr(0, i));
-    OutputIndentedAndFormattedString(0, "GlyphsureSupport::CreateResolvedMMFontName changing '%s' to '%s'", name.CString(),
-                                     base.CString());
+    OutputIndentedAndFormattedString(0, "GlyphsureSupport::CreateResolvedMMFontName changing '%s' to '%s'",
+                                     name.CString(), base.CString());
     return base;
   }
   OutputIndentedAndFormattedString(0, "GlyphsureSupport::CreateResolvedMMFontName.  Not a Multiple Master font name.");

@@ -17,8 +17,9 @@ using platform::String;
 namespace {
 
 constexpr std::string_view kSluggableKeys[] = {
-    kGS_PostScriptNameKey, kGS_KindKey,           kGS_FoundryKey,         kGS_VersionKey,          kGS_KerningChecksumKey,
-    kGS_ChecksumKey,       kGS_Glyphsure_1_2_Key, kGS_OutlineFileSizeKey, kGS_OutlineFileNameKey, kGS_FamilyKey,
+    kGS_PostScriptNameKey,  kGS_KindKey,     kGS_FoundryKey,        kGS_VersionKey,
+    kGS_KerningChecksumKey, kGS_ChecksumKey, kGS_Glyphsure_1_2_Key, kGS_OutlineFileSizeKey,
+    kGS_OutlineFileNameKey, kGS_FamilyKey,
 };
 
 // One more than the largest kerning checksum.
@@ -31,8 +32,10 @@ struct KindPair {
 };
 
 constexpr KindPair kFromTypecellar[] = {
-    {"PS Pair", "Postscript", false},          {"PS MM", "PostScript - MM", true},
-    {"OpenType (TT)", "OpenType - TT", true},  {"OpenType (PS)", "OpenType - PS", true},
+    {"PS Pair", "Postscript", false},
+    {"PS MM", "PostScript - MM", true},
+    {"OpenType (TT)", "OpenType - TT", true},
+    {"OpenType (PS)", "OpenType - PS", true},
     {"DFont", "TrueType", true},
 };
 

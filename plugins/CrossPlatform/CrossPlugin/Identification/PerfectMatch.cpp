@@ -60,8 +60,8 @@ bool KeysHaveSameValueIfDefined(const Dictionary& source, const Dictionary& cand
   const bool isSame =
       row.comparison == Comparison::kChecksum ? AreSameChecksums(wanted, held) : AreEqualTexts(wanted, held);
   if (!isSame) {
-    OutputIndentedAndFormattedString(0, "KeysHaveSameValueIfDefined found mismatch between '%s' and '%s'", wanted.c_str(),
-                                     held.c_str());
+    OutputIndentedAndFormattedString(0, "KeysHaveSameValueIfDefined found mismatch between '%s' and '%s'",
+                                     wanted.c_str(), held.c_str());
   }
   return isSame;
 }
@@ -69,8 +69,7 @@ bool KeysHaveSameValueIfDefined(const Dictionary& source, const Dictionary& cand
 bool HasEnoughToCompare(const Dictionary& source, const Dictionary& candidate) {
   if (source && candidate && source.Count() >= 2) return true;
   OutputIndentedAndFormattedString(
-      0,
-      "Source font (CFDictionaryRef 0x%08x) has %d element(s), so it must not have any Glyphsure data.",
+      0, "Source font (CFDictionaryRef 0x%08x) has %d element(s), so it must not have any Glyphsure data.",
       LowBits(source.Ref()), static_cast<int>(source.Count()));
   return false;
 }

@@ -114,7 +114,8 @@ int FontActivationTracker::OpenFontsForIdentifier(const Array& fonts, const std:
 
 void FontActivationTracker::PrepareFonts(OpenRun& run) {
   run.wantsFamilies = mVPFInterface && mVPFInterface->GetActivateEntireFamily();
-  OutputIndentedAndFormattedString(0, "Preparing %d fonts for batch-activation...", static_cast<int>(run.fonts.Count()));
+  OutputIndentedAndFormattedString(0, "Preparing %d fonts for batch-activation...",
+                                   static_cast<int>(run.fonts.Count()));
   for (size_t i = 0; i < run.fonts.Count(); ++i) {
     const platform::Value entry = run.fonts.At(i);
     const Dictionary element(entry);
@@ -168,7 +169,8 @@ bool HasFontWithName(const Array& fonts) {
 Array FontActivationTracker::CollectFamily(OpenRun& run, const Dictionary& matched) {
   Array familyFonts = Array::Create();
   if (run.wantsFamilies) {
-    run.manager.FindFontsInSameFamilyForActivation(matched, run.fonts, run.manager.GetCurrentWorkgroupID(), &familyFonts);
+    run.manager.FindFontsInSameFamilyForActivation(matched, run.fonts, run.manager.GetCurrentWorkgroupID(),
+                                                   &familyFonts);
     RemoveActivatedFonts(familyFonts, 0, false);
     // The matched font's name is compared with itself, so one named family font left means that the family list speaks
     // for it: the query returns the matched font too, and one dropped as active must not return.
@@ -196,7 +198,8 @@ void FontActivationTracker::PrepareFamilyFont(OpenRun& run, const Dictionary& el
   }
   OutputIndentedAndFormattedString(0, "'%s' (%d): state %s, active %s, system %s", name.CString(), fontID,
                                    font.GetString(kGS_ActivationStateKey).CString(),
-                                   font.GetString(kGS_IsActiveKey).CString(), font.GetString(kGS_IsSystemKey).CString());
+                                   font.GetString(kGS_IsActiveKey).CString(),
+                                   font.GetString(kGS_IsSystemKey).CString());
   const bool wasActive = !QueueForActivation(run, font, name, fontID, familyName);
   RegisterUnderIdentifiers(run, element, font, name, fontID, wasActive, index);
 }
@@ -208,8 +211,8 @@ bool FontActivationTracker::IsFamilyActive(OpenRun& run, const std::string& fami
 }
 
 // False if the font is active already; true whether or not it joins the batch.
-bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& font, const String& name, uint32_t fontID,
-                                               const std::string& familyName) {
+bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& font, const String& name,
+                                               uint32_t fontID, const std::string& familyName) {
   if (KeyValueIs(font, kGS_IsActiveKey, "1")) {
     OutputIndentedAndFormattedString(0, "Skipping '%s' because it is already active.", name.CString());
     run.activeNames.insert(name.Text());
@@ -227,8 +230,8 @@ bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& f
         name.CString(), fontID);
   } else if (run.activeNames.count(name.Text()) > 0) {
     OutputIndentedAndFormattedString(
-        0, "Skipping '%s' (%d) because a different font with the same postscript name is already active.", name.CString(),
-        fontID);
+        0, "Skipping '%s' (%d) because a different font with the same postscript name is already active.",
+        name.CString(), fontID);
   } else {
     OutputIndentedAndFormattedString(0, "Adding '%s' (%d) because it is not active.", name.CString(), fontID);
     run.fontsToActivate.Append(font);
@@ -237,7 +240,8 @@ bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& f
 }
 
 void FontActivationTracker::RegisterUnderIdentifiers(OpenRun& run, const Dictionary& element, const Dictionary& font,
-                                                     const String& name, uint32_t fontID, bool wasActive, size_t index) {
+                                                     const String& name, uint32_t fontID, bool wasActive,
+                                                     size_t index) {
   if (!run.identifier.empty()) {
     RegisterFontWithDocument(font, name, fontID, wasActive, run.identifier, run.handle);
     return;
@@ -274,9 +278,8 @@ int FontActivationTracker::RunBatch(OpenRun& run, Array activated, Array refused
   }
   const size_t count = counted.Count() - before;
   if (count < run.fontsToActivate.Count()) {
-    OutputIndentedAndFormattedString(
-        0, "Calling SetMissingFontsDialogNeeded() because %d of %d fonts were activated.", static_cast<int>(count),
-        static_cast<int>(run.fontsToActivate.Count()));
+    OutputIndentedAndFormattedString(0, "Calling SetMissingFontsDialogNeeded() because %d of %d fonts were activated.",
+                                     static_cast<int>(count), static_cast<int>(run.fontsToActivate.Count()));
     HostAppInterface::GetHostAppInterface()->SetMissingFontsDialogNeeded();
   }
   return result;
@@ -330,8 +333,8 @@ size_t FontActivationTracker::CountFontsOpenedForIdentifier(const std::string& i
                                        info.postScriptName.CString(), fontID);
       ++alreadyActive;
     } else {
-      OutputIndentedAndFormattedString(0, "Font '%s' (#%d) has been referenced %d times.", info.postScriptName.CString(),
-                                       fontID, info.nRefCount);
+      OutputIndentedAndFormattedString(0, "Font '%s' (#%d) has been referenced %d times.",
+                                       info.postScriptName.CString(), fontID, info.nRefCount);
       ++count;
     }
   }

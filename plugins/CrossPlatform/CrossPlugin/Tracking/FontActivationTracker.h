@@ -65,7 +65,7 @@ class FontActivationTracker {
   static void RemoveActivatedFonts(platform::Array fontArray, int workgroupID, bool removeOnlyManuallyActivated);
   void EndFontChangeSession(bool bShowProgress);
   void AddUnresolvedFont(const std::string& identifier, const std::string& fontName);  // not locked
-  std::vector<std::string>& GetUnresolvedFonts(const std::string& identifier);          // not locked
+  std::vector<std::string>& GetUnresolvedFonts(const std::string& identifier);         // not locked
 
   // For tests that hold the counts against the vectors.
   const std::map<uint32_t, FontInfo>& GetFontsForTesting() const { return m_mFonts; }

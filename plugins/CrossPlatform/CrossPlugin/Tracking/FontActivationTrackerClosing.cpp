@@ -80,7 +80,8 @@ int FontActivationTracker::CloseRegisteredFonts(CloseRun& run, Array fontsDeacti
   run.progress = StartProgress(run.bShowProgress, run.fontIDs.size(), "FontDeactivationWindowTitle",
                                "FontDeactivationHeaderForDoc");
   run.states = run.manager.GetClientFontActivationStates(run.fontIDs);
-  return run.manager.ConnectedToCoreAgent() ? CloseInBatch(run, fontsDeactivated) : CloseOneByOne(run, fontsDeactivated);
+  return run.manager.ConnectedToCoreAgent() ? CloseInBatch(run, fontsDeactivated)
+                                            : CloseOneByOne(run, fontsDeactivated);
 }
 
 int FontActivationTracker::CloseInBatch(CloseRun& run, Array fontsDeactivated) {
@@ -88,7 +89,8 @@ int FontActivationTracker::CloseInBatch(CloseRun& run, Array fontsDeactivated) {
   for (const uint32_t fontID : run.fontIDs) {
     const auto found = m_mFonts.find(fontID);
     if (found == m_mFonts.end()) {
-      OutputIndentedAndFormattedString(0, "No entry found for nDatabaseID(%d) in FontManagerInterface::m_mFonts", fontID);
+      OutputIndentedAndFormattedString(0, "No entry found for nDatabaseID(%d) in FontManagerInterface::m_mFonts",
+                                       fontID);
       continue;
     }
     FontInfo& info = found->second;

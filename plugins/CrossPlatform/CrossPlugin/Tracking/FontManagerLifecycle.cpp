@@ -52,8 +52,8 @@ void FontManagerInterface::OnHostAppShuttingDown(bool showProgress) {
     tracker->CloseAllFonts(deactivate, showProgress);
   }
   if (!sm_pFontManager) {
-    OutputIndentedAndFormattedString(0,
-                                     "*** UH-OH, sm_pFontManager is NULL in FontManagerInterface::OnHostAppShuttingDown");
+    OutputIndentedAndFormattedString(
+        0, "*** UH-OH, sm_pFontManager is NULL in FontManagerInterface::OnHostAppShuttingDown");
     return;
   }
   sm_pFontManager->DisconnectFromFontManager();

@@ -100,8 +100,8 @@ TModuleErrorCode GetConfiguredPath(const std::string& folder, const std::string&
 
 bool ReadFieldFromVersionResource(const char* path, const char* key, unsigned long size, char* out) {
   const platform::BundleRef bundle = platform::Bundle::Create(path);
-  OutputIndentedAndFormattedString(
-      0, "CFBundleCreate() returned 0x%08x on attempt to load plug-in interface from '%s'", LowBits(bundle.get()), path);
+  OutputIndentedAndFormattedString(0, "CFBundleCreate() returned 0x%08x on attempt to load plug-in interface from '%s'",
+                                   LowBits(bundle.get()), path);
   if (!bundle || !out || size == 0) return false;
   const platform::String value = bundle->Info().GetString(key);
   if (!value || value.View().size() >= size) return false;

@@ -35,8 +35,8 @@ uint32_t FontIDOf(const Dictionary& record) {
 // Compares the agent's answer with what the cache says; the agent's answer stands.
 void LogActivation(const std::string& name, uint32_t fontID, bool isActive) {
   OutputIndentedAndFormattedString(
-      0, isActive ? "VPI says that %s (fontID %d) is active" : "VPI says that %s (fontID %d) is NOT active", name.c_str(),
-      fontID);
+      0, isActive ? "VPI says that %s (fontID %d) is active" : "VPI says that %s (fontID %d) is NOT active",
+      name.c_str(), fontID);
   Dictionary cached;
   uint32_t cachedID = 0;
   const bool cachedActive =
@@ -128,8 +128,8 @@ int CoreAgentInterface::ActivateFontByID(const Dictionary& font, const std::stri
   return ActivateByPreference({FontIDOf(font)}, failed, refused, failedCount, refusedCount) == 0 ? 0 : -1;
 }
 
-int CoreAgentInterface::ActivateFontsByID(const Array& fonts, const std::string&, void**, Array activated, Array refused,
-                                          ProgressFunction, void*) {
+int CoreAgentInterface::ActivateFontsByID(const Array& fonts, const std::string&, void**, Array activated,
+                                          Array refused, ProgressFunction, void*) {
   if (fonts.Count() == 0) {
     OutputIndentedAndFormattedString(0, "CoreAgentInterface::ActivateFontsByID -- empty fonts vector, doing nothing.");
     return 0;
@@ -173,9 +173,8 @@ int CoreAgentInterface::DeactivateFont(const Dictionary& font, void*) {
 int CoreAgentInterface::DeactivateFonts(const Array& fonts, void*, Array deactivated, ProgressFunction, void*) {
   if (fonts.Count() == 0) return 0;
   const FontIDs ids = GetFontIDsFromFontInfoArray(fonts, false);
-  const TModuleErrorCode code = CallWithRelaunch([&] {
-    return AgentTable().pfDeactivateFonts(GetFacade(), static_cast<uint32_t>(ids.size()), ids.data(), 0);
-  });
+  const TModuleErrorCode code = CallWithRelaunch(
+      [&] { return AgentTable().pfDeactivateFonts(GetFacade(), static_cast<uint32_t>(ids.size()), ids.data(), 0); });
   if (code == 0) CreateFontArrayWithErrorsRemoved(fonts, deactivated, {});
   return code == 0 ? 0 : -1;
 }
@@ -187,8 +186,7 @@ int CoreAgentInterface::CollectFontsUsedByCurrentDocument(const std::string& doc
   try {
     std::string folder;
     const std::string title = ui->LocalizedString("[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]");
-    const std::string message =
-        ui->LocalizedString("Enter name of new folder.  Collected fonts will be placed here.");
+    const std::string message = ui->LocalizedString("Enter name of new folder.  Collected fonts will be placed here.");
     if (ShowSaveFolderDialog(documentName, folder, title, message, ui->LocalizedString("%@'s fonts")) != 0) return 0;
     const FontIDs ids = GetFontIDsFromFontInfoArray(fonts, false);
     if (ids.empty()) {
@@ -198,7 +196,8 @@ int CoreAgentInterface::CollectFontsUsedByCurrentDocument(const std::string& doc
       return 0;
     }
     const TModuleErrorCode code = CallWithRelaunch([&] {
-      return AgentTable().pfExportFonts(GetFacade(), static_cast<uint32_t>(ids.size()), ids.data(), folder.c_str(), 0, 0);
+      return AgentTable().pfExportFonts(GetFacade(), static_cast<uint32_t>(ids.size()), ids.data(), folder.c_str(), 0,
+                                        0);
     });
     return code == 0 ? 0 : -1;
   } catch (...) {

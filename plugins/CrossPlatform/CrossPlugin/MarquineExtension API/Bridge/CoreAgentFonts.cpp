@@ -60,7 +60,8 @@ int CoreAgentInterface::LookUp(const std::string& name, TypeOfFontName kind, lon
   return code == 0 ? 0 : -1;
 }
 
-int CoreAgentInterface::FontIDsForPostScriptName(const std::string& name, long workgroupID, std::vector<uint64_t>& out) {
+int CoreAgentInterface::FontIDsForPostScriptName(const std::string& name, long workgroupID,
+                                                 std::vector<uint64_t>& out) {
   return LookUp(name, kPostScriptName, workgroupID, out);
 }
 
@@ -119,8 +120,7 @@ int CoreAgentInterface::ConvertActivationStateValues(Dictionary record) {
   const int state = ComputePluginActivationState(agentState);
   XCFUtils::PutLongIntoDictAsString(record, kGS_ActivationStateKey, state);
   XCFUtils::PutLongIntoDictAsString(record, kGS_IsTempKey, state == kStateTemporarilyActive);
-  XCFUtils::PutLongIntoDictAsString(record, kGS_IsActiveKey,
-                                    state == kStateActive || state == kStateTemporarilyActive);
+  XCFUtils::PutLongIntoDictAsString(record, kGS_IsActiveKey, state == kStateActive || state == kStateTemporarilyActive);
   XCFUtils::PutLongIntoDictAsString(record, kGS_IsAutoActivatedKey, agentState == 1 || agentState == 2);
   return 0;
 }
@@ -180,10 +180,11 @@ int CoreAgentInterface::FindFontsInSameFamilyForActivation(const Dictionary& fon
     const String name = member.GetString(kGS_PostScriptNameKey);
     const bool isTheFont = id && id.View() == ownID.View();
     if (!isTheFont && DoesArrayContainFontWithPostScriptName(documentFonts, name)) {
-      OutputIndentedAndFormattedString(0,
-                                       ">>> Skipping family font \"%s\" (fontID %d), because it's a duplicate of one of "
-                                       "the original doc font matches.",
-                                       name.CString(), static_cast<int>(XCFUtils::GetLongFromDictString(member, kGS_DatabaseIDKey)));
+      OutputIndentedAndFormattedString(
+          0,
+          ">>> Skipping family font \"%s\" (fontID %d), because it's a duplicate of one of "
+          "the original doc font matches.",
+          name.CString(), static_cast<int>(XCFUtils::GetLongFromDictString(member, kGS_DatabaseIDKey)));
       outFonts->RemoveAt(i);
       continue;
     }

@@ -107,13 +107,11 @@ void CoreAgentInterface::ReportInitialization(TModuleErrorCode code) {
       ui->ShowFontManagerNotFoundMessageBox();
       return;
     case kWrongMode:
-    case kWrongModeOld:
-      OutputIndentedAndFormattedString(0, "Core Agent process running in wrong mode");
-      return;
+    case kWrongModeOld: OutputIndentedAndFormattedString(0, "Core Agent process running in wrong mode"); return;
     case kVaultInUse:
     case kVaultInUseOld:
-      OutputIndentedAndFormattedString(
-          0, "GZephyneSdk::Initialize FAILED, error code = %d (GZephyneSdk::kVaultInUse).", shown);
+      OutputIndentedAndFormattedString(0, "GZephyneSdk::Initialize FAILED, error code = %d (GZephyneSdk::kVaultInUse).",
+                                       shown);
       ui->ShowVaultInUseMessage(VaultPath());
       break;
     default:
@@ -139,8 +137,8 @@ TModuleErrorCode CoreAgentInterface::CallWithRelaunch(const Command& command) {
       OutputIndentedAndFormattedString(0, "Agent not running, automatically relaunching agent and retrying command");
     }
     if (AttemptRelaunchTryAgain()) continue;
-    OutputIndentedAndFormattedString(
-        0, "Agent not running, done attempting to relaunch.  Disabling plugin functionality");
+    OutputIndentedAndFormattedString(0,
+                                     "Agent not running, done attempting to relaunch.  Disabling plugin functionality");
     MarquineGlobals::SetPluginServicesEnabled(false);
     MarquineGlobals::SetConnectedToCore(false);
     return code;

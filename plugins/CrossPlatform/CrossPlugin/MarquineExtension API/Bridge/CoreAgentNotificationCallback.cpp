@@ -37,9 +37,11 @@ constexpr Kind kKinds[] = {
     {PluginInterface::kBulkReplicationStopped, kPluginNotification_BulkReplicationStopped, Payload::kNone},
     {PluginInterface::kIncrementalReplicationProgress, kPluginNotification_IncrementalReplicationProgress,
      Payload::kDictionary},
-    {PluginInterface::kIncrementalReplicationStopped, kPluginNotification_IncrementalReplicationStopped, Payload::kNone},
+    {PluginInterface::kIncrementalReplicationStopped, kPluginNotification_IncrementalReplicationStopped,
+     Payload::kNone},
     {PluginInterface::kPanelDataChanged, kPluginNotification_PanelDataChanged, Payload::kNone},
-    {PluginInterface::kDesignActivationNonCompliant, kPluginNotification_DesignActivationNonCompliant, Payload::kFontID},
+    {PluginInterface::kDesignActivationNonCompliant, kPluginNotification_DesignActivationNonCompliant,
+     Payload::kFontID},
     {PluginInterface::kOfflineDownloadFinished, kPluginNotification_OfflineDownloadFinished, Payload::kNone},
     {PluginInterface::kFontServerReplicationProgress, kPluginNotification_FontServerReplicationProgress,
      Payload::kDictionary},
@@ -62,8 +64,7 @@ void Pack(const Kind& kind, void* data, Dictionary& out) {
       break;
     case Payload::kDictionary: CopyAllPairs(static_cast<platform::ValueRef>(data), out); break;
     case Payload::kFontID:
-      out.Set(kPluginNotification_FontActivation_Font_ID,
-              Number::FromInteger(*static_cast<int32_t*>(data)));
+      out.Set(kPluginNotification_FontActivation_Font_ID, Number::FromInteger(*static_cast<int32_t*>(data)));
       break;
     case Payload::kFontPNGs:
       out.Set(kPluginNotification_FontPNGs, Value::Retain(static_cast<platform::ValueRef>(data)));

@@ -23,7 +23,9 @@ Cache& GetCache() {
   return sCache;
 }
 
-const char* Text(const FontOrSetInfoRec& record, std::string_view key) { return record.fontInfo.GetString(key).CString(); }
+const char* Text(const FontOrSetInfoRec& record, std::string_view key) {
+  return record.fontInfo.GetString(key).CString();
+}
 
 }  // namespace
 

@@ -59,7 +59,8 @@ bool FontManagerInterface::IsFontActive(const std::string& name) {
   if (CopyUTF8CStringToMacRomanPascalString(pascalName, sizeof pascalName, name.c_str())) {
     isActive = IsFontActive(pascalName);
   }
-  OutputIndentedAndFormattedString(0, isActive ? "Found active match for %s." : "No active match for %s.", name.c_str());
+  OutputIndentedAndFormattedString(0, isActive ? "Found active match for %s." : "No active match for %s.",
+                                   name.c_str());
   return isActive;
 }
 
@@ -147,8 +148,7 @@ int FontManagerInterface::AddWorkgroupNamesToFonts(const Array& fonts) {
   for (size_t i = 0; i < fonts.Count(); ++i) {
     Dictionary record(fonts.At(i));
     if (!record) continue;
-    const String name =
-        FindWorkgroupIDGetName(XCFUtils::GetLongFromDictString(record, kGS_WorkgroupIDKey), workgroups);
+    const String name = FindWorkgroupIDGetName(XCFUtils::GetLongFromDictString(record, kGS_WorkgroupIDKey), workgroups);
     if (!name) continue;
     record.Set(kGS_WorkgroupNameKey, name);
     status = 0;

@@ -64,8 +64,7 @@ bool VPFInterface::StartFramework() {
     return false;
   }
   mHostDetails.SetStringForKey("FrameworkURL", "file://" + mTable->bundle->Folder());
-  if (!mTable->pfVPFInitializeFramework ||
-      mTable->pfVPFInitializeFramework(mHostDetails.GetDictionary().Ref()) != 0) {
+  if (!mTable->pfVPFInitializeFramework || mTable->pfVPFInitializeFramework(mHostDetails.GetDictionary().Ref()) != 0) {
     mStatus = kInitializationFailed;
     return false;
   }

@@ -66,8 +66,8 @@ constexpr std::string_view kPlaceOfEarlyLookup = "DeleteSmartList";
 
 void* LookUp(platform::Bundle& bundle, const char* name) {
   void* const function = bundle.FunctionForName(name);
-  OutputIndentedAndFormattedString(0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x", LowBits(&bundle),
-                                   name, LowBits(function));
+  OutputIndentedAndFormattedString(0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x",
+                                   LowBits(&bundle), name, LowBits(function));
   return function;
 }
 
@@ -83,10 +83,10 @@ void VPILoader::ResetFunctionPointers(VPILoader* self, platform::Bundle* bundle)
     member = reinterpret_cast<std::remove_reference_t<decltype(member)>>(LookUp(*bundle, name));
     if (!member) ++self->nMissingFunctions;
   };
-#define RESOLVE(name, result, parameters)                                                                \
-  if (std::string_view(#name) != kLookedUpEarly) resolve(self->pf##name, #name);                         \
-  if (std::string_view(#name) == kPlaceOfEarlyLookup) {                                                  \
-    resolve(self->pfQueryForSmartListFonts, "QueryForSmartListFonts");                                   \
+#define RESOLVE(name, result, parameters)                                        \
+  if (std::string_view(#name) != kLookedUpEarly) resolve(self->pf##name, #name); \
+  if (std::string_view(#name) == kPlaceOfEarlyLookup) {                          \
+    resolve(self->pfQueryForSmartListFonts, "QueryForSmartListFonts");           \
   }
   PLUGIN_INTERFACE_FUNCTIONS(RESOLVE)
 #undef RESOLVE
@@ -119,7 +119,8 @@ bool VPILoader::VerifyThatAllMembersAre(bool nonNull) const {
   const auto check = [&](const char* member, bool isSet) {
     // The last member of the table was never checked, and logs are compared with those of old.
     if (isSet == nonNull || std::string_view(member) == "pfCanAccessGoogleFonts") return;
-    OutputIndentedAndFormattedString(0, nonNull ? "ERROR:  this->%s is NULL." : "ERROR:  this->%s is not NULL.", member);
+    OutputIndentedAndFormattedString(0, nonNull ? "ERROR:  this->%s is NULL." : "ERROR:  this->%s is not NULL.",
+                                     member);
     isAsExpected = false;
   };
 #define CHECK_MEMBER(name, result, parameters) check("pf" #name, pf##name != nullptr);
