@@ -2,6 +2,12 @@
 
 #include <sys/socket.h>
 
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 
 namespace plugin_interface {
@@ -19,6 +25,8 @@ struct AgentConnection::State {
   uint64_t lastID = 0;
   bool isLost = false;
   std::thread::id reader;
+  bool readerHasEnded = false;
+  std::condition_variable readerEnded;
 
   std::deque<Json> notifications;  // read and not yet delivered; the reader thread's alone
 
@@ -61,16 +69,15 @@ AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandle
     : state_(std::make_shared<State>()) {
   state_->socket = std::move(socket);
   state_->onNotification = std::move(onNotification);
-  reader_ = std::thread([state = state_] { ReadUntilLost(state); });
+  // On its own from the start: a lost connection may lie about for long before somebody takes it down.
+  std::thread([state = state_] { ReadUntilLost(state); }).detach();
 }
 
 AgentConnection::~AgentConnection() {
   state_->Lose();
-  if (reader_.get_id() == std::this_thread::get_id()) {
-    reader_.detach();
-  } else {
-    reader_.join();
-  }
+  std::unique_lock lock(state_->mutex);
+  if (state_->reader == std::this_thread::get_id()) return;
+  state_->readerEnded.wait(lock, [this] { return state_->readerHasEnded; });
 }
 
 void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
@@ -86,6 +93,9 @@ void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
     }
   }
   state->Lose();
+  const std::lock_guard lock(state->mutex);
+  state->readerHasEnded = true;
+  state->readerEnded.notify_all();
 }
 
 CallResult AgentConnection::Call(const char* name, Json arguments) {

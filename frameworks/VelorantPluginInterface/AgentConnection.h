@@ -4,16 +4,11 @@
 // every later call gets the agent-gone code at once; a new connection is a new object.
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 
 #include "platform/LocalSocket.h"
 
@@ -46,7 +41,6 @@ class AgentConnection {
   struct State;
   static void ReadUntilLost(const std::shared_ptr<State>& state);
   std::shared_ptr<State> state_;
-  std::thread reader_;
 };
 
 }  // namespace plugin_interface
