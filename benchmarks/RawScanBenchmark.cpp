@@ -141,7 +141,11 @@ int main() {
     const Document document(kLarge, FillWithNoise, {FontSetOf("First"), FontSetOf("Second"), FontSetOf("Last")});
     CompareBoth("512 MiB, 3 names", document, 3, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
     const double most = static_cast<double>(kLarge / kMiB + 64);
-    benchmark::Report("peak memory, 512 MiB", PeakOf([&] { Scan(document, 3); ReadFonts(document, 3); }), most, 1, "MiB");
+    benchmark::Report("peak memory, 512 MiB", PeakOf([&] {
+                        Scan(document, 3);
+                        ReadFonts(document, 3);
+                      }),
+                      most, 1, "MiB");
   }
   {
     const Document document(kLarge, FillWithNoise, {});

@@ -67,7 +67,8 @@ void OpenFonts(Activation& run) {
   if (!tracker) return;
   const Array activated = Array::Create(), refused = Array::Create();
   const int alreadyActive = CountActiveFonts(run.fontsToOpen);
-  run.openResult = tracker->OpenFontsForIdentifier(run.fontsToOpen, run.document->GetIdentifier(), false, activated, refused);
+  run.openResult =
+      tracker->OpenFontsForIdentifier(run.fontsToOpen, run.document->GetIdentifier(), false, activated, refused);
   run.wasRefused = refused.Count() > 0;
   if (run.wasRefused) {
     run.ui->ShowRestrictedFonts(refused);

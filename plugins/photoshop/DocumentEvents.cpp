@@ -6,12 +6,9 @@
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
 #include "Tracking/FontActivationTracker.h"
-#include "photoshop/MissingFontsWindow.h"
 #include "photoshop/PhotoshopFontUtils.h"
 
 using namespace host_sdk;
-
-int gOpenDocumentCallCounter = 0;
 
 namespace {
 // Raised once for every notification: it tells pre-save and post-save notifications apart.
@@ -90,8 +87,8 @@ void HandleOpenedDocument(const std::string& path, bool silently) {
   AllTrackedDocuments::AddDocument(document, path);
   int numActivated = 0;
   if (silently) {
-    CommonFunctionality::ActivateFontsForDocumentSilently(ui->GetEnabledGlyphsure(), ui->GetPickBestMatch(), numActivated,
-                                                          path, platform::Array(), document.get());
+    CommonFunctionality::ActivateFontsForDocumentSilently(ui->GetEnabledGlyphsure(), ui->GetPickBestMatch(),
+                                                          numActivated, path, platform::Array(), document.get());
   } else {
     ActivateFontsForDocument(true, numActivated, path, document.get());
   }
@@ -188,9 +185,8 @@ SPErr SaveEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
   OneTrackedDocument* document = FindSavedDocument(path, id);
   if (!document) return kNoErr;
   if (document->GetDocumentHandle() != id) {
-    OutputIndentedAndFormattedString(
-        0, "WARNING: currentDocumentID is 0x%08x but document being saved has ID 0x%08x", static_cast<unsigned>(id),
-        static_cast<unsigned>(document->GetDocumentHandle()));
+    OutputIndentedAndFormattedString(0, "WARNING: currentDocumentID is 0x%08x but document being saved has ID 0x%08x",
+                                     static_cast<unsigned>(id), static_cast<unsigned>(document->GetDocumentHandle()));
   }
   if (document->GetTimeOpenEventWasHandled() == 0) document->SetTimeOpenEventWasHandled();
   document->SetTimeSaveEventWasHandled();
@@ -215,7 +211,8 @@ bool HasBeenClosed(const OneTrackedDocument& document) {
   bool exists = false;
   const SPErr error = PhotoshopFontUtils::DocumentExists(static_cast<int>(document.GetDocumentHandle()), &exists);
   if (error == kNoErr && !exists) return true;
-  OutputIndentedAndFormattedString(0, "Host app still has a valid handle for '%s' so it must still be open.", path.c_str());
+  OutputIndentedAndFormattedString(0, "Host app still has a valid handle for '%s' so it must still be open.",
+                                   path.c_str());
   return false;
 }
 

@@ -5,13 +5,10 @@
 #include <string>
 
 #include "host/include/HostSuites.h"
+#include "photoshop/ReplaceMissingFonts.h"
 #include "platform/Value.h"
 
 class OneTrackedDocument;
-
-// 0 when no open handling is in progress. Activating fonts can run the host's event loop, so that a second open or the
-// window hook arrives in the middle; the guard is against that, not against threads.
-extern int gOpenDocumentCallCounter;
 
 host_sdk::SPErr OpenEvent(host_sdk::FourCharCode event, host_sdk::PIActionDescriptor descriptor, int32_t options,
                           void* userData);

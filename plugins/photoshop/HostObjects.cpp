@@ -32,7 +32,8 @@ SPErr GetByType(PIActionDescriptor descriptor, FourCharCode key, FourCharCode ty
     case kTypeFloat: return out.real ? sPSActionDescriptor->GetFloat(descriptor, key, out.real) : kBadParameters;
     case kTypeText: return out.text ? GetText(descriptor, key, *out.text) : kBadParameters;
     case kTypeAlias:
-    case kTypePath: return out.alias ? sPSActionDescriptor->GetAlias(descriptor, key, out.alias->Out()) : kBadParameters;
+    case kTypePath:
+      return out.alias ? sPSActionDescriptor->GetAlias(descriptor, key, out.alias->Out()) : kBadParameters;
     case kTypeList: return out.list ? sPSActionDescriptor->GetList(descriptor, key, out.list->Out()) : kBadParameters;
     case kTypeEnumerated: {
       FourCharCode enumType = 0, value = 0;

@@ -42,7 +42,7 @@ using ScopedZString = HostObject<host_sdk::ASZString, FreeZString>;
 
 // Where a value goes; the member that the value's type needs must be set.
 struct HostValue {
-  int32_t* integer = nullptr;   // integer, boolean, enumerated
+  int32_t* integer = nullptr;  // integer, boolean, enumerated
   double* real = nullptr;
   std::string* text = nullptr;
   ScopedHandle* alias = nullptr;

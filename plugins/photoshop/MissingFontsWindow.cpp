@@ -8,25 +8,20 @@
 #include "Services/MarquineGlobals.h"
 #include "photoshop/DocumentEvents.h"
 #include "photoshop/PhotoshopFontUtils.h"
-#include "platform/Clock.h"
-#include "platform/TextEncoding.h"
+#include "photoshop/ReplaceMissingFonts.h"
 
 using platform::Window;
 using platform::WindowOrdering;
-
-int gShowingAlertCallCounter = 0;
 
 namespace {
 
 constexpr size_t kFewestSubviews = 4;
 constexpr size_t kCancelButtonIndex = 2;
 constexpr int kEscapeKeyCode = 53;
-constexpr double kRetrySeconds = 1.0;
 constexpr int kAlertAnswered = 1000;
 
 // Our override until the exchange, the platform's own method after it.
 platform::OrderWindowMethod sOtherMethod = &orderOverrideWindow;
-std::vector<platform::RunLoopTimerRef> sTimers;
 
 FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
 
@@ -34,8 +29,8 @@ FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.g
 bool ShouldDismiss(const std::string& title, OneTrackedDocument* document) {
   if (!PhotoshopFontUtils::isCurrentDocumentBeingOpened(document)) {
     OutputIndentedAndFormattedString(
-        0, "Ignoring window '%s' because '%s' is not an existing document in the process of being opened.", title.c_str(),
-        document->GetDocumentFilePath().c_str());
+        0, "Ignoring window '%s' because '%s' is not an existing document in the process of being opened.",
+        title.c_str(), document->GetDocumentFilePath().c_str());
     return false;
   }
   if (document->GetHasMissingFonts()) {
@@ -60,8 +55,7 @@ OneTrackedDocument* FindCurrentDocument(const std::string& title) {
       id != 0 ? AllTrackedDocuments::FindTrackedDocumentByHandle(id) : AllTrackedDocuments::GetCurrentDocument();
   if (document) return document;
   if (id != 0) {
-    OutputIndentedAndFormattedString(0,
-                                     "Ignoring window '%s' because document ID 0x%08x is not yet being tracked.",
+    OutputIndentedAndFormattedString(0, "Ignoring window '%s' because document ID 0x%08x is not yet being tracked.",
                                      title.c_str(), static_cast<unsigned>(id));
   }
   OutputIndentedAndFormattedString(0, "Ignoring window '%s' because no document appears to have been opened.",
@@ -77,46 +71,9 @@ void SuppressIfSolved(Window& window) {
   if (!document || !ShouldDismiss(title, document)) return;
   OutputIndentedAndFormattedString(0, "Attempting to suppress '%s'", title.c_str());
   const bool dismissed = clickPSMissingFontsWindowCancelButton(window);
-  OutputIndentedAndFormattedString(0,
-                                   dismissed ? "Dismissed '%s' by clicking Cancel button."
-                                             : "Tried but failed to click Cancel button in '%s'",
-                                   title.c_str());
-}
-
-void CloseAndReopen(int documentID) {
-  PhotoshopFontUtils::BringDocumentToFront(documentID);
-  std::string path;
-  PhotoshopFontUtils::GetCurrentDocumentPathUnstableInCS6(&path);
-  int currentID = 0;
-  bool isDirty = false;
-  PhotoshopFontUtils::GetCurrentDocumentID(&currentID);
-  PhotoshopFontUtils::GetDocumentDirtyFlag(&currentID, &isDirty);
-  if (isDirty) {
-    OutputIndentedAndFormattedString(0, "Skipping close/reopen because document %d is dirty.", documentID);
-  } else if (Window::Modal()) {
-    OutputIndentedAndFormattedString(0, "Skipping close/reopen because a modal window is displayed.");
-  } else if (platform::EncodeText(path, platform::TextEncoding::kMacRoman)) {
-    // A path that the host's file system strings cannot carry is left alone.
-    PhotoshopFontUtils::PlayeventClose();
-    PhotoshopFontUtils::PlayeventOpen(path);
-  }
-  if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) {
-    int reopenedID = static_cast<int>(document->GetDocumentHandle());
-    PhotoshopFontUtils::GetCurrentDocumentID(&reopenedID);
-    document->SetDocumentHandle(reopenedID);
-  }
-}
-
-void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documentID) {
   OutputIndentedAndFormattedString(
-      1, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)", __func__,
-      gOpenDocumentCallCounter, gShowingAlertCallCounter);
-  // Armed still, it fires again in a second.
-  if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
-  std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });
-  timer.Invalidate();
-  const SuitesForOneCall suites;
-  CloseAndReopen(documentID);
+      0, dismissed ? "Dismissed '%s' by clicking Cancel button." : "Tried but failed to click Cancel button in '%s'",
+      title.c_str());
 }
 
 }  // namespace
@@ -125,16 +82,14 @@ void SwizzleNSWindowOrderOverride() { platform::ExchangeOrderWindowMethod(sOther
 
 void ResetMissingFontsWindowForTesting() {
   if (sOtherMethod != &orderOverrideWindow) platform::ExchangeOrderWindowMethod(sOtherMethod);
-  for (const auto& timer : sTimers) timer->Invalidate();
-  sTimers.clear();
-  gShowingAlertCallCounter = 0;
+  ResetReplaceMissingFontsForTesting();
 }
 
 const std::vector<std::string>& suppressibleTitles() {
   static const std::vector<std::string> sTitles = {
-      "Missing Fonts",          "Missing fonts",           "Fehlende Schriften", "Fehlende schriften",
-      "Polices manquantes",     "Polices Manquantes",      "Fuentes no disponibles", "Fuentes no Disponibles",
-      "Fontes Ausentes",        "Fontes ausentes",         "Font Mancanti",      "Font mancanti",
+      "Missing Fonts",      "Missing fonts",      "Fehlende Schriften",     "Fehlende schriften",
+      "Polices manquantes", "Polices Manquantes", "Fuentes no disponibles", "Fuentes no Disponibles",
+      "Fontes Ausentes",    "Fontes ausentes",    "Font Mancanti",          "Font mancanti",
       "フォント",
   };
   return sTitles;
@@ -142,9 +97,8 @@ const std::vector<std::string>& suppressibleTitles() {
 
 bool hasSuppressibleTitle(const Window& window) {
   const auto& titles = suppressibleTitles();
-  return std::any_of(titles.begin(), titles.end(), [&](const std::string& title) {
-    return window.Title().find(title) != std::string::npos;
-  });
+  return std::any_of(titles.begin(), titles.end(),
+                     [&](const std::string& title) { return window.Title().find(title) != std::string::npos; });
 }
 
 bool isSuppressibleWindow(const Window& window) {
@@ -180,27 +134,6 @@ void orderOverrideWindow(Window& window, WindowOrdering place, int relativeTo) {
     }
   }
   sOtherMethod(window, place, relativeTo);
-}
-
-void DeferredReplaceMissingFonts(int documentID) {
-  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
-  if (!ui) return;
-  int delay = ui->GetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds);
-  if (delay == 0) {
-    delay = kPhotoshopDefaultRMFDelayMilliseconds;
-    ui->SetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds, delay);
-  }
-  if (delay < 0) return;  // switched off
-  auto timer = std::make_shared<platform::RunLoopTimer>(
-      platform::Clock::Now() + delay / 1000.0, kRetrySeconds,
-      [documentID](platform::RunLoopTimer& fired) { replaceMissingFontsTimerCallback(fired, documentID); });
-  // The default mode holds it back while the host is in a modal loop.
-  platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
-  sTimers.push_back(timer);
-}
-
-void DelayReplaceMissingFontsTimers() {
-  for (const auto& timer : sTimers) timer->SetNextFireDate(platform::Clock::Now() + kRetrySeconds);
 }
 
 int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText)) {

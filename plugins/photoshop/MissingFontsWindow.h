@@ -1,15 +1,11 @@
-// The host's "Missing Fonts" window: seen at the moment it would appear, dismissed where the fonts are now there, and the
-// document closed and opened again a little later, so that the host draws it with the real fonts. Main thread only.
+// The host's "Missing Fonts" window: seen at the moment it would appear, and dismissed where the fonts are now there. Main
+// thread only.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "platform/RunLoop.h"
 #include "platform/Window.h"
-
-// Above 0 while the alert override runs.
-extern int gShowingAlertCallCounter;
 
 // Puts the override in place of the platform's order-window method; called once, never undone.
 void SwizzleNSWindowOrderOverride();
@@ -23,14 +19,9 @@ bool clickPSMissingFontsWindowCancelButton(platform::Window& window);
 // Runs for every window that the host orders, and always orders it as asked.
 void orderOverrideWindow(platform::Window& window, platform::WindowOrdering place, int relativeTo);
 
-// Arms the timer that closes the document and opens it again.
-void DeferredReplaceMissingFonts(int documentID);
-// Sets the fire date of every pending timer to 1 second from now.
-void DelayReplaceMissingFontsTimers();
-
 // Whether an alert of this text is answered without being shown: the result is then 1000. Otherwise it is shown, with
 // `runModal`, and its result given back.
 int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText));
 
-// The platform's method back in place, no timers, the counter at 0.
+// The platform's method back in place; with what is pending of ReplaceMissingFonts.h.
 void ResetMissingFontsWindowForTesting();

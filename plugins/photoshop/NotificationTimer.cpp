@@ -26,9 +26,9 @@ void NotificationTimer::initWithCallback(Callback function) {
 
 void NotificationTimer::installTimer() {
   if (timerRef) return;
-  timerRef = std::make_shared<platform::RunLoopTimer>(
-      platform::Clock::Now() + kInterval, kInterval,
-      [this](platform::RunLoopTimer& timer) { callback(timer, nullptr); });
+  timerRef =
+      std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + kInterval, kInterval,
+                                               [this](platform::RunLoopTimer& timer) { callback(timer, nullptr); });
   platform::RunLoop::Main().AddTimer(timerRef, platform::RunLoopMode::kCommon);
 }
 

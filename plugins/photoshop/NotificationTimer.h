@@ -14,7 +14,7 @@ class NotificationTimer {
   NotificationTimer& operator=(const NotificationTimer&) = delete;
 
   void initWithCallback(Callback callback);
-  void installTimer();    // nothing if it is installed
+  void installTimer();  // nothing if it is installed
   void uninstallTimer();
 
  private:

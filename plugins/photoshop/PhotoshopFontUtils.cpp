@@ -189,10 +189,11 @@ bool PhotoshopFontUtils::IsTrackedDocumentBeingOpened(OneTrackedDocument& docume
   if (path.empty()) return false;
   const auto handle = static_cast<unsigned>(document.GetDocumentHandle());
   if (handle == 0) {
-    OutputIndentedAndFormattedString(0,
-                                     "WARNING: tracked document 0x%08x (%s) does not have an ID. Not safe to infer that "
-                                     "it is being opened from disk.",
-                                     handle, path.c_str());
+    OutputIndentedAndFormattedString(
+        0,
+        "WARNING: tracked document 0x%08x (%s) does not have an ID. Not safe to infer that "
+        "it is being opened from disk.",
+        handle, path.c_str());
     return false;
   }
   if (document.GetTimeOpenEventWasHandled() != 0) {
@@ -207,8 +208,8 @@ bool PhotoshopFontUtils::IsTrackedDocumentBeingOpened(OneTrackedDocument& docume
                                      path.c_str());
     return false;
   }
-  OutputIndentedAndFormattedString(0, "Document 0x%08x (%s) is being opened, but we haven't yet gotten an openEvent for it.",
-                                   handle, path.c_str());
+  OutputIndentedAndFormattedString(
+      0, "Document 0x%08x (%s) is being opened, but we haven't yet gotten an openEvent for it.", handle, path.c_str());
   document.SetTimeOpenEventWasHandled();
   return true;
 }

@@ -60,6 +60,8 @@ void PhotoshopInterface::FontServerReplicationProgress(const platform::Dictionar
   Panels().PushFontServerReplicationProgressNotification(details);
 }
 void PhotoshopInterface::FontServerReplicationStopped() { Panels().PushFontServerReplicationStoppedNotification(); }
-void PhotoshopInterface::PreviewPNGsRendered(const platform::Dictionary& fontPNGs) { Panels().SendFontImages(fontPNGs); }
+void PhotoshopInterface::PreviewPNGsRendered(const platform::Dictionary& fontPNGs) {
+  Panels().SendFontImages(fontPNGs);
+}
 void PhotoshopInterface::SmartListsChanged() { Panels().PushSmartListsChangedNotification(); }
 void PhotoshopInterface::OfflineDownloadFinished() { Panels().PushOfflineDownloadFinishedNotification(); }

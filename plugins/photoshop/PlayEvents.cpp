@@ -22,8 +22,9 @@ void PhotoshopFontUtils::ResetForTesting() {
 SPErr PhotoshopFontUtils::PlayeventClose() {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (ui && !pProgressProperties) {
-    pProgressProperties = std::make_unique<FontProgressProperties>(
-        kProgressMax, ui->LocalizedString("FontActivationWindowTitle"), ui->LocalizedString("FontActivationHeaderFormat"));
+    pProgressProperties =
+        std::make_unique<FontProgressProperties>(kProgressMax, ui->LocalizedString("FontActivationWindowTitle"),
+                                                 ui->LocalizedString("FontActivationHeaderFormat"));
     pProgressProperties->GetProperties().SetBoolForKey("IsIndeterminate", true);
     ui->ShowProgress(*pProgressProperties);
     ui->UpdateProgress(*pProgressProperties);

@@ -7,8 +7,8 @@
 #include "Services/MarquineGlobals.h"
 #include "XCore/ECFExtensions/TextConversion.h"
 #include "photoshop/DocumentEvents.h"
-#include "photoshop/MissingFontsWindow.h"
 #include "photoshop/PhotoshopFontUtils.h"
+#include "photoshop/ReplaceMissingFonts.h"
 
 using namespace host_sdk;
 using platform::Array;

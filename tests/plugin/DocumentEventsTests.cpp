@@ -16,7 +16,7 @@ class DocumentEventsFixture : public HostFixture {
   DocumentEventsFixture() {
     agent.Add({.id = 1, .postScriptName = "Alpha"});
     agent.Add({.id = 2, .postScriptName = "Beta"});
-    framework->preferences["CloseFontsOnDocClose"] = framework->preferences["CloseFontsOnHostAppQuit"] = 1;
+    ui->preferences["CloseFontsOnDocClose"] = ui->preferences["CloseFontsOnHostAppQuit"] = 1;
   }
   ~DocumentEventsFixture() override { ResetMissingFontsWindowForTesting(); }
 
@@ -37,7 +37,7 @@ TEST_F(DocumentEvents, AnOpenEventTracksTheDocumentAndActivatesItsFonts) {
   EXPECT_EQ(Tracked(), Lines{"a.psd " + std::to_string(id)});
   EXPECT_EQ(AllTrackedDocuments::GetDocumentList()[0]->GetTimeOpenEventWasHandled(), static_cast<long>(kNow));
   EXPECT_EQ(gOpenDocumentCallCounter, 0);
-  EXPECT_TRUE(framework->TakeShown().empty());
+  EXPECT_TRUE(ui->TakeShown().empty());
 }
 
 TEST_F(DocumentEvents, NothingHappensUnlessReady) {
@@ -47,8 +47,8 @@ TEST_F(DocumentEvents, NothingHappensUnlessReady) {
   sendAll();
   MakeReady();
   for (const auto& takeBack : std::vector<std::function<void()>>{
-           [&] { framework->preferences["EnablePlugin"] = 0; },
-           [&] { framework->preferences["EnablePlugin"] = 1, MarquineGlobals::SetLoggedIn(false); },
+           [&] { ui->preferences["EnablePlugin"] = 0; },
+           [&] { ui->preferences["EnablePlugin"] = 1, MarquineGlobals::SetLoggedIn(false); },
            [&] { MarquineGlobals::SetLoggedIn(true), MarquineGlobals::SetPluginServicesEnabled(false); }}) {
     takeBack();
     sendAll();
@@ -77,13 +77,13 @@ TEST_F(DocumentEvents, ADocumentIsTakenWhereTheHostIsInTheMiddleOfAnotherOpen) {
 }
 
 TEST_F(DocumentEvents, UnresolvedFontsAreTriedAgainByTheOpenEventUnderAnIdentifierOfItsOwn) {
-  framework->preferences["PickBestMatch"] = 1;
+  ui->preferences["PickBestMatch"] = 1;
   MakeReady();
   const std::string path = WriteDocument("a.psd", {"Alpha", "Absent"});
   const int id = app.Add(path);
   DetectAndHandleNewlyOpenedDocuments(false);
   SendOpen(path);
-  EXPECT_EQ(framework->TakeShown(), (Lines{"box SomeLayersMissingFontsMessage", "box SomeLayersMissingFontsMessage"}));
+  EXPECT_EQ(ui->TakeShown(), (Lines{"box SomeLayersMissingFontsMessage", "box SomeLayersMissingFontsMessage"}));
   EXPECT_EQ(Tracked(), Lines{"a.psd " + std::to_string(id)});
   // The second run's count is given back at the quit only.
   app.Remove(id);
@@ -152,7 +152,7 @@ TEST_F(DocumentEvents, ASaveWithoutIdentificationLeavesTheSlugAsItIs) {
   app.Add(path);
   SendOpen(path);
   SendSave(false);
-  framework->preferences["EnableGlyphsure"] = 0;
+  ui->preferences["EnableGlyphsure"] = 0;
   SendSave(false);
   EXPECT_EQ(SlugOf(path), "NimbusSans-Regular");
 }

@@ -1,6 +1,7 @@
 // The plug-in's inside between a fake host, a fake agent and a fake user interface, at a time that stands still.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,7 +12,6 @@
 #include "photoshop/DocumentEvents.h"
 #include "platform/Clock.h"
 #include "support/FakeHostSuites.h"
-#include "support/FakeUIFramework.h"
 #include "support/PluginFixture.h"
 
 class HostFixture : public fakes::PluginFixture {
@@ -19,8 +19,6 @@ class HostFixture : public fakes::PluginFixture {
   static constexpr double kNow = 1'700'000'000;
 
   HostFixture() {
-    ui.reset();
-    framework = std::make_unique<fakes::FakeUIFramework>();
     AllTrackedDocuments::ResetForTesting();
     ResetDocumentEventsForTesting();
     sSPBasic = &fakes::FakeHost::Basic();
@@ -40,7 +38,7 @@ class HostFixture : public fakes::PluginFixture {
   // Connected and ready for work.
   void MakeReady() {
     Connect();
-    framework->TakeShown();
+    ui->TakeShown();
     trace.clear();
   }
 
@@ -52,13 +50,11 @@ class HostFixture : public fakes::PluginFixture {
       for (const char c : font) bytes += std::string(1, '\0') + c;
       bytes += ") >> ]";
     }
-    const std::string path = (folder / name).string();
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
+    return folder.Write(name, bytes);
   }
 
   std::string Sample(const std::string& name) const {
-    const std::string path = (folder / name).string();
+    const std::string path = folder / name;
     std::filesystem::copy_file(SOURCE_DIR "/samples/" + name, path, std::filesystem::copy_options::overwrite_existing);
     return path;
   }
@@ -69,8 +65,12 @@ class HostFixture : public fakes::PluginFixture {
   }
   static void SendMake(host_sdk::FourCharCode objectClass = host_sdk::Code("Dcmn")) {
     host_sdk::ActionDescriptor descriptor;
-    descriptor.Put(host_sdk::Code("Nw  "), {host_sdk::kTypeObject, static_cast<int32_t>(objectClass), {}, {},
-                                            std::make_shared<host_sdk::ActionDescriptor>(), {}});
+    descriptor.Put(host_sdk::Code("Nw  "), {host_sdk::kTypeObject,
+                                            static_cast<int32_t>(objectClass),
+                                            {},
+                                            {},
+                                            std::make_shared<host_sdk::ActionDescriptor>(),
+                                            {}});
     MakeEvent(0, &descriptor, 0, nullptr);
   }
   // As the host tells of a save: with the document's ID, or without.
@@ -100,5 +100,4 @@ class HostFixture : public fakes::PluginFixture {
   }
 
   fakes::FakeHost app;
-  std::unique_ptr<fakes::FakeUIFramework> framework;
 };

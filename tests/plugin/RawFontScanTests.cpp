@@ -31,43 +31,54 @@ struct ScanCase {
 };
 
 const ScanCase kScanCases[] = {
-    {"several names in several sets, with repeats", "a.psd",
+    {"several names in several sets, with repeats",
+     "a.psd",
      FontSet(Name(Wide("Alpha")) + Name(Wide("Beta-Bold"))) + "..." + FontSet(Name(Wide("Alpha"))),
      {"Alpha", "Beta-Bold", "Alpha"}},
     {"a name outside a font set is none", "a.psd", Name(Wide("Alpha")), {}},
     {"a font set without a name is none", "a.psd", FontSet("<< >>") + Name(Wide("Alpha")), {}},
     {"a name without a mark counts from its beginning", "a.psb", FontSet(Name("Plain")), {"Plain"}},
-    {"a name that is not ASCII gives an empty entry", "a.psd",
-     FontSet(Name("\xFE\xFF\0X\0\xE9\0Y"s) + Name(Wide("Beta"))), {"", "Beta"}},
-    {"what stands behind the last letter or digit is cut off", "a.psd", FontSet(Name(Wide("Alpha-1") + "\0.\0 "s)),
+    {"a name that is not ASCII gives an empty entry",
+     "a.psd",
+     FontSet(Name("\xFE\xFF\0X\0\xE9\0Y"s) + Name(Wide("Beta"))),
+     {"", "Beta"}},
+    {"what stands behind the last letter or digit is cut off",
+     "a.psd",
+     FontSet(Name(Wide("Alpha-1") + "\0.\0 "s)),
      {"Alpha-1"}},
     {"without any letter or digit nothing is cut off", "a.psd", FontSet(Name("-. ")), {"-. "}},
-    {"a name may end behind its set", "a.psd", "/FontSet [ << /Name (" + Wide("Alpha") + " ] >> /x)", {"Alpha ] >> /x"}},
+    {"a name may end behind its set",
+     "a.psd",
+     "/FontSet [ << /Name (" + Wide("Alpha") + " ] >> /x)",
+     {"Alpha ] >> /x"}},
     {"an escaped end is part of the name", "a.psd", FontSet(Name("A\\)B")), {"A\\)B"}},
     {"an escaped set is none", "a.psd", "xx\\" + FontSet(Name(Wide("Alpha"))), {}},
     {"at the second byte a match counts unseen", "a.psd", "\\" + FontSet(Name(Wide("Alpha"))), {"Alpha"}},
     {"a set that does not end is none", "a.psd", "/FontSet [ /Name (" + Wide("Alpha") + ")", {}},
-    {"both spellings of the key, the first first", "a.ai",
-     "<< /FontName /Beta/x >> << /FontName/ABCDEF+Alpha-Bold/y >>", {"Alpha-Bold", "Beta"}},
+    {"both spellings of the key, the first first",
+     "a.ai",
+     "<< /FontName /Beta/x >> << /FontName/ABCDEF+Alpha-Bold/y >>",
+     {"Alpha-Bold", "Beta"}},
     {"of a subset only what stands behind its tag", "a.AIT", "<< /FontName/ABCDEF+Alpha+X/Type >>", {"Alpha+X"}},
     {"a tag in the last place is none", "a.ai", "<< /FontName/Alpha+/y >>", {"Alpha"}},
     {"a font of a composition", "a.aep", "<< /99 /CoolTypeFont /0 << /0 (" + Wide("Alpha") + ") /2 1 >> >>", {"Alpha"}},
-    {"a misnamed document is scanned in every way", "a.psd",
-     "<< /99 /CoolTypeFont /0 << /0 (" + Wide("Alpha") + ") /2 >>", {"Alpha"}},
-    {"of its own format only, if that gives names", "a.psd",
-     FontSet(Name(Wide("Alpha"))) + "<< /FontName/Beta/x >>", {"Alpha"}},
-    {"any other extension is scanned in every way", "a.indd",
-     FontSet(Name(Wide("Alpha"))) + "<< /FontName/Beta/x >>", {"Beta", "Alpha"}},
+    {"a misnamed document is scanned in every way",
+     "a.psd",
+     "<< /99 /CoolTypeFont /0 << /0 (" + Wide("Alpha") + ") /2 >>",
+     {"Alpha"}},
+    {"of its own format only, if that gives names",
+     "a.psd",
+     FontSet(Name(Wide("Alpha"))) + "<< /FontName/Beta/x >>",
+     {"Alpha"}},
+    {"any other extension is scanned in every way",
+     "a.indd",
+     FontSet(Name(Wide("Alpha"))) + "<< /FontName/Beta/x >>",
+     {"Beta", "Alpha"}},
     {"an empty document holds none", "a.psd", "", {}},
 };
 
 class RawFontScanFixture : public HostFixture {
  protected:
-  std::string Write(const std::string& name, const std::string& bytes) {
-    const std::string path = (folder / name).string();
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
-  }
   static Names Scan(const std::string& path) {
     Names names;
     CommonFunctionality::GetFontNamesFromNonXMPSectionOfAdobeDocument(path.c_str(), names);
@@ -82,7 +93,7 @@ class RawFontScanFixture : public HostFixture {
 using RawFontScan = RawFontScanFixture;
 
 TEST_F(RawFontScan, FindsTheNamesOfEachFormat) {
-  for (const ScanCase& row : kScanCases) EXPECT_EQ(Scan(Write(row.file, row.bytes)), row.names) << row.rule;
+  for (const ScanCase& row : kScanCases) EXPECT_EQ(Scan(folder.Write(row.file, row.bytes)), row.names) << row.rule;
 }
 
 TEST_F(RawFontScan, GivesNothingForWhatCannotBeRead) {
@@ -108,8 +119,8 @@ TEST_F(RawFontScan, ReadsNamesOfADocumentInPairsOfBytes) {
       {"a mark alone, and not even that", Name("\xFE\xFF"s) + Name(""), {"", ""}},
       {"a lone surrogate gives an empty name", Name("\xFE\xFF\xD8\0\0A"s), {""}},
   };
-  for (const auto& row : kRows) EXPECT_EQ(ReadFonts(Write("a.psd", FontSet(row.bytes))), row.names) << row.rule;
-  EXPECT_EQ(ReadFonts(Write("a.psd", "/FontSet [ ]" + Name(Wide("Alpha")))), Names{});
+  for (const auto& row : kRows) EXPECT_EQ(ReadFonts(folder.Write("a.psd", FontSet(row.bytes))), row.names) << row.rule;
+  EXPECT_EQ(ReadFonts(folder.Write("a.psd", "/FontSet [ ]" + Name(Wide("Alpha")))), Names{});
   platform::Array fonts;
   PSGetDocumentFonts(fonts, Sample("poster.psd"), true);
   EXPECT_EQ(fakes::NamesOf(fonts), "AdobeInvisFont LiberationSerif-Bold NimbusSans-Regular NimbusSans-Bold DejaVuSans");
@@ -145,7 +156,8 @@ class PlainScan {
 };
 
 TEST_F(RawFontScan, AgreesWithAPlainSearchOnRandomDocuments) {
-  const std::string kPieces[] = {"/FontSet [", "/Name (", ")", "]", "\\", "x", "/", "/FontSet", "/Name", "\xFE\xFF", "\0"s};
+  const std::string kPieces[] = {"/FontSet [", "/Name (",  ")",     "]",        "\\", "x",
+                                 "/",          "/FontSet", "/Name", "\xFE\xFF", "\0"s};
   constexpr unsigned kSeed = 4711;
   std::mt19937 random(kSeed);
   for (int document = 0; document < 300; ++document) {
@@ -159,10 +171,11 @@ TEST_F(RawFontScan, AgreesWithAPlainSearchOnRandomDocuments) {
     const PlainScan plain(bytes);
     OffsetRanges expected;
     for (const auto& [from, to] : plain.Ranges(0, bytes.size(), "/FontSet [", "]")) {
-      for (const auto& [first, last] : plain.Ranges(from, to, "/Name (", ")")) expected.insert(expected.end(), {first, last});
+      for (const auto& [first, last] : plain.Ranges(from, to, "/Name (", ")"))
+        expected.insert(expected.end(), {first, last});
     }
     DocumentBytes read;
-    ASSERT_TRUE(read.Open(Write("random.psd", bytes)));
+    ASSERT_TRUE(read.Open(folder.Write("random.psd", bytes)));
     OffsetRanges sets, names;
     EndFinder setEnd(read, "]"), nameEnd(read, ")");
     CommonFunctionality::FindPatternsBetweenOffsets(read, 0, read.Size(), "/FontSet [", setEnd, sets);
@@ -177,7 +190,7 @@ TEST_F(RawFontScan, ManyRegionsThatDoNotEndCostOneWalk) {
   const auto secondsOf = [&](size_t size) {
     std::string bytes;
     while (bytes.size() < size) bytes += "/FontSet [/Name (A]";
-    const std::string path = Write("a.psd", bytes);
+    const std::string path = folder.Write("a.psd", bytes);
     const std::clock_t start = std::clock();  // of the processor: a busy machine does not count
     EXPECT_EQ(Scan(path), Names{});
     EXPECT_EQ(ReadFonts(path), Names{});
@@ -190,7 +203,7 @@ TEST_F(RawFontScan, ManyRegionsThatDoNotEndCostOneWalk) {
 TEST_F(RawFontScan, NamesThatAllReachTheSameFarEndAreTakenUpToALimit) {
   std::string bytes;
   for (int i = 0; i < 1000; ++i) bytes += "/FontSet [/Name (A]";
-  const std::string path = Write("a.psd", bytes + ")");
+  const std::string path = folder.Write("a.psd", bytes + ")");
   const Names names = Scan(path);
   ASSERT_EQ(names.size(), 4u);
   EXPECT_EQ(names[1], bytes.substr(bytes.find("A]", 20), bytes.size() - bytes.find("A]", 20) - 1));
@@ -204,13 +217,23 @@ TEST_F(RawFontScan, SearchesWithAnExcludedPredecessor) {
     char forbidden;
     int at;  // -1: none
   } kRows[] = {
-      {"abcabc", "abc", 'c', 0}, {"xabc", "abc", 'x', 1},   {"xxabc", "abc", 'x', -1},    {"xxabc", "abc", 0, 2},
-      {"xxabcabc", "abc", 'x', 5}, {"xxaaa", "aa", 'x', 3}, {"ab", "abc", 0, -1},         {"", "a", 0, -1},
-      {"abc", "", 0, -1},        {"....a", "a", '.', -1},   {std::string(200, '<'), "<<x", 0, -1},
-      {std::string(200, '/') + "/F", "/F", 0, 200},         {std::string(63, '.') + "ab", "ab", 0, 63},
+      {"abcabc", "abc", 'c', 0},
+      {"xabc", "abc", 'x', 1},
+      {"xxabc", "abc", 'x', -1},
+      {"xxabc", "abc", 0, 2},
+      {"xxabcabc", "abc", 'x', 5},
+      {"xxaaa", "aa", 'x', 3},
+      {"ab", "abc", 0, -1},
+      {"", "a", 0, -1},
+      {"abc", "", 0, -1},
+      {"....a", "a", '.', -1},
+      {std::string(200, '<'), "<<x", 0, -1},
+      {std::string(200, '/') + "/F", "/F", 0, 200},
+      {std::string(63, '.') + "ab", "ab", 0, 63},
   };
   for (const auto& row : kRows) {
-    const void* found = memmem(row.haystack.data(), row.haystack.size(), row.needle.data(), row.needle.size(), row.forbidden);
+    const void* found =
+        memmem(row.haystack.data(), row.haystack.size(), row.needle.data(), row.needle.size(), row.forbidden);
     const long at = found ? static_cast<const char*>(found) - row.haystack.data() : -1;
     EXPECT_EQ(at, row.at) << row.needle << " in " << row.haystack;
   }
@@ -219,7 +242,8 @@ TEST_F(RawFontScan, SearchesWithAnExcludedPredecessor) {
 }
 
 TEST_F(RawFontScan, ComparesWholeExtensionsInWhateverCase) {
-  for (const char* extension : {"pdf", ".PDF", "Pdf"}) EXPECT_TRUE(CommonFunctionality::FileExtensionIs("/a.b/c.pdf", extension));
+  for (const char* extension : {"pdf", ".PDF", "Pdf"})
+    EXPECT_TRUE(CommonFunctionality::FileExtensionIs("/a.b/c.pdf", extension));
   for (const char* path : {"/a/pdf", "/a/b.pdfx", "/a/b.pd", "", "/a.pdf/b"}) {
     EXPECT_FALSE(CommonFunctionality::FileExtensionIs(path, "pdf")) << path;
   }
@@ -229,8 +253,8 @@ TEST_F(RawFontScan, FiltersWhatCanBeFoundNowhere) {
   platform::Dictionary replaced = fakes::Named("AdobeInvisFont");
   replaced.Set("PossibleReplacements", fakes::ArrayOf({fakes::Named("Other")}));
   const platform::Array fonts = fakes::ArrayOf(
-      {fakes::Named("AdobeInvisFont"), fakes::Named("PhotoshopKinsokuHard"), fakes::Named("PhotoshopKinsokuSoft"), replaced,
-       fakes::Named("MyriadPro-Regular"), fakes::Named("myriadpro"), platform::Dictionary::Create()});
+      {fakes::Named("AdobeInvisFont"), fakes::Named("PhotoshopKinsokuHard"), fakes::Named("PhotoshopKinsokuSoft"),
+       replaced, fakes::Named("MyriadPro-Regular"), fakes::Named("myriadpro"), platform::Dictionary::Create()});
   CommonFunctionality::RemoveFontsThatHaveNoPossibleReplacement(fonts);
   EXPECT_EQ(fakes::NamesOf(fonts), "PhotoshopKinsokuSoft AdobeInvisFont MyriadPro-Regular myriadpro -");
   CommonFunctionality::RemoveMatchingFonts(fonts, "MyriadPro");

@@ -87,7 +87,7 @@ TEST_F(TrackedDocuments, UnresolvedFontsAreMissingOnlyWithoutReplacements) {
 TEST_F(TrackedDocuments, RemovingClosesTheFontsOfThatDocumentAlone) {
   agent.Add({.id = 1, .postScriptName = "One"});
   MakeReady();
-  framework->preferences["CloseFontsOnDocClose"] = 1;
+  ui->preferences["CloseFontsOnDocClose"] = 1;
   OneTrackedDocument* first = Add("id-1", "/1.psd", 1);
   OneTrackedDocument* second = Add("id-2", "/2.psd", 2);
   FontActivationTracker* tracker = MarquineGlobals::GetSharedFontActivationTracker();
@@ -109,7 +109,7 @@ TEST_F(TrackedDocuments, RemovingClosesTheFontsOfThatDocumentAlone) {
 TEST_F(TrackedDocuments, AnExceptionLeavesTheRecordForALaterClose) {
   agent.Add({.id = 1, .postScriptName = "One"});
   MakeReady();
-  framework->preferences["CloseFontsOnDocClose"] = 1;
+  ui->preferences["CloseFontsOnDocClose"] = 1;
   OneTrackedDocument* document = Add("id-1", "/1.psd", 1);
   platform::Dictionary font = Named("One");
   font.Set("MatchedFont", fakes::AgentAnswers::MakeRecord(agent.Font(1)));

@@ -79,7 +79,8 @@ class FakeHost {
     front = documents.empty() ? 0 : documents.back().id;
   }
   FakeHostDocument* Find(int32_t id) {
-    const auto found = std::find_if(documents.begin(), documents.end(), [&](const auto& each) { return each.id == id; });
+    const auto found =
+        std::find_if(documents.begin(), documents.end(), [&](const auto& each) { return each.id == id; });
     return found == documents.end() ? nullptr : &*found;
   }
   // What an open event brings along.
@@ -93,7 +94,7 @@ class FakeHost {
   int32_t front = 0;  // 0: none
   int32_t lastID = 100;
   int32_t aliasKind = host_sdk::kAliasKindUnicode;
-  std::vector<std::string> fontNames;              // of the application
+  std::vector<std::string> fontNames;  // of the application
   std::set<host_sdk::FourCharCode> failingProperties;
   std::set<std::string> missingSuites;
   std::set<host_sdk::FourCharCode> failingNotifiers;
@@ -103,7 +104,7 @@ class FakeHost {
   // What happened.
   std::vector<std::string> played;
   std::vector<std::pair<host_sdk::FourCharCode, host_sdk::NotifierCallback>> notifiers;
-  int objects = 0;         // made and not yet freed
+  int objects = 0;  // made and not yet freed
   int blocks = 0;
   std::map<std::string, int> suites;  // acquired and not yet released
 
@@ -154,6 +155,45 @@ inline SPErr PutItem(PIActionDescriptor descriptor, FourCharCode key, Item item)
   return kNoErr;
 }
 
+inline void AddWriters(PSActionDescriptorSuite& suite) {
+  suite.PutInteger = [](PIActionDescriptor descriptor, FourCharCode key, int32_t value) {
+    return PutItem(descriptor, key, {kTypeInteger, value, {}, {}, nullptr, {}});
+  };
+  suite.PutEnumerated = [](PIActionDescriptor descriptor, FourCharCode key, FourCharCode, FourCharCode value) {
+    return PutItem(descriptor, key, {kTypeEnumerated, static_cast<int32_t>(value), {}, {}, nullptr, {}});
+  };
+  suite.PutAlias = [](PIActionDescriptor descriptor, FourCharCode key, Handle alias) {
+    return PutItem(descriptor, key, {kTypeAlias, 0, alias->path, {}, nullptr, {}});
+  };
+  suite.PutReference = [](PIActionDescriptor descriptor, FourCharCode key, PIActionReference value) {
+    return PutItem(descriptor, key, {kTypeReference, 0, {}, {}, nullptr, *value});
+  };
+}
+
+inline void AddReaders(PSActionDescriptorSuite& suite) {
+  suite.GetInteger = [](PIActionDescriptor descriptor, FourCharCode key, int32_t* value) {
+    return ReadItem(descriptor, key, kTypeInteger, [&](const Item& item) { *value = item.number; });
+  };
+  suite.GetBoolean = [](PIActionDescriptor descriptor, FourCharCode key, int32_t* value) {
+    return ReadItem(descriptor, key, kTypeBoolean, [&](const Item& item) { *value = item.number; });
+  };
+  suite.GetObject = [](PIActionDescriptor descriptor, FourCharCode key, FourCharCode* objectClass,
+                       PIActionDescriptor* value) {
+    return ReadItem(descriptor, key, kTypeObject, [&](const Item& item) {
+      *objectClass = static_cast<FourCharCode>(item.number);
+      Give(value, *item.object);
+    });
+  };
+  suite.GetAlias = [](PIActionDescriptor descriptor, FourCharCode key, Handle* alias) {
+    return ReadItem(descriptor, key, kTypeAlias, [&](const Item& item) {
+      Give(alias, HandleBlock{FakeHost::Current().aliasKind, item.text});
+    });
+  };
+  suite.GetList = [](PIActionDescriptor descriptor, FourCharCode key, PIActionList* value) {
+    return ReadItem(descriptor, key, kTypeList, [&](const Item& item) { Give(value, ActionList{item.texts}); });
+  };
+}
+
 inline const PSActionDescriptorSuite& Descriptors() {
   static const PSActionDescriptorSuite sSuite = [] {
     PSActionDescriptorSuite suite{};
@@ -175,39 +215,8 @@ inline const PSActionDescriptorSuite& Descriptors() {
       *type = descriptor->items[key].type;
       return kNoErr;
     };
-    suite.PutInteger = [](PIActionDescriptor descriptor, FourCharCode key, int32_t value) {
-      return PutItem(descriptor, key, {kTypeInteger, value, {}, {}, nullptr, {}});
-    };
-    suite.PutEnumerated = [](PIActionDescriptor descriptor, FourCharCode key, FourCharCode, FourCharCode value) {
-      return PutItem(descriptor, key, {kTypeEnumerated, static_cast<int32_t>(value), {}, {}, nullptr, {}});
-    };
-    suite.PutAlias = [](PIActionDescriptor descriptor, FourCharCode key, Handle alias) {
-      return PutItem(descriptor, key, {kTypeAlias, 0, alias->path, {}, nullptr, {}});
-    };
-    suite.PutReference = [](PIActionDescriptor descriptor, FourCharCode key, PIActionReference value) {
-      return PutItem(descriptor, key, {kTypeReference, 0, {}, {}, nullptr, *value});
-    };
-    suite.GetInteger = [](PIActionDescriptor descriptor, FourCharCode key, int32_t* value) {
-      return ReadItem(descriptor, key, kTypeInteger, [&](const Item& item) { *value = item.number; });
-    };
-    suite.GetBoolean = [](PIActionDescriptor descriptor, FourCharCode key, int32_t* value) {
-      return ReadItem(descriptor, key, kTypeBoolean, [&](const Item& item) { *value = item.number; });
-    };
-    suite.GetObject = [](PIActionDescriptor descriptor, FourCharCode key, FourCharCode* objectClass,
-                         PIActionDescriptor* value) {
-      return ReadItem(descriptor, key, kTypeObject, [&](const Item& item) {
-        *objectClass = static_cast<FourCharCode>(item.number);
-        Give(value, *item.object);
-      });
-    };
-    suite.GetAlias = [](PIActionDescriptor descriptor, FourCharCode key, Handle* alias) {
-      return ReadItem(descriptor, key, kTypeAlias, [&](const Item& item) {
-        Give(alias, HandleBlock{FakeHost::Current().aliasKind, item.text});
-      });
-    };
-    suite.GetList = [](PIActionDescriptor descriptor, FourCharCode key, PIActionList* value) {
-      return ReadItem(descriptor, key, kTypeList, [&](const Item& item) { Give(value, ActionList{item.texts}); });
-    };
+    AddWriters(suite);
+    AddReaders(suite);
     return suite;
   }();
   return sSuite;
@@ -264,7 +273,9 @@ inline const PSAliasSuite& Aliases() {
         std::copy_n(text.begin(), std::min<size_t>(size, text.size()), buffer);
         return kNoErr;
       },
-      [](const char* path, Handle* alias) { return Give(alias, HandleBlock{kAliasKindDirect, path}); },
+      [](const char* path, Handle* alias) {
+        return Give(alias, HandleBlock{kAliasKindDirect, path});
+      },
       [](const uint16_t* text, uint32_t length, Handle* alias) {
         const std::u16string units(text, text + length);
         return Give(alias, HandleBlock{kAliasKindUnicode, platform::UTF16ToUTF8(units).value_or("")});
@@ -294,9 +305,7 @@ inline const ASZStringSuite& Strings() {
         std::copy_n(string->text.begin(), std::min<size_t>(size, string->text.size()), buffer);
         return kNoErr;
       },
-      [](ASZString string) {
-        return static_cast<uint32_t>(platform::UTF16ToUTF8(string->text).value_or("").size());
-      },
+      [](ASZString string) { return static_cast<uint32_t>(platform::UTF16ToUTF8(string->text).value_or("").size()); },
       [](ASZString string, char* buffer, uint32_t size) {
         return CopyText(platform::UTF16ToUTF8(string->text).value_or(""), buffer, size);
       },
@@ -318,7 +327,8 @@ inline bool PutProperty(const ActionReference& reference, ActionDescriptor& out)
   if (reference.objectClass == Code("capp")) {
     const auto fonts = std::make_shared<ActionDescriptor>();
     fonts->Put(Code("psnm"), {kTypeList, 0, {}, host.fontNames, nullptr, {}});
-    if (key == Code("NmbD")) out.Put(key, {kTypeInteger, static_cast<int32_t>(host.documents.size()), {}, {}, nullptr, {}});
+    if (key == Code("NmbD"))
+      out.Put(key, {kTypeInteger, static_cast<int32_t>(host.documents.size()), {}, {}, nullptr, {}});
     if (key == Code("fnts")) out.Put(key, {kTypeObject, 0, {}, {}, fonts, {}});
     return true;
   }
@@ -403,10 +413,14 @@ inline const SPBlocksSuite& Blocks() {
 
 inline const void* SuiteNamed(const std::string& name) {
   const std::map<std::string, const void*> suites = {
-      {kSPBlocksSuite, &Blocks()},           {kPSActionControlSuite, &Control()},
-      {kPSActionDescriptorSuite, &Descriptors()}, {kPSActionReferenceSuite, &References()},
-      {kPSActionListSuite, &Lists()},        {kPSAliasSuite, &Aliases()},
-      {kPSHandleSuite, &Handles()},          {kASZStringSuite, &Strings()},
+      {kSPBlocksSuite, &Blocks()},
+      {kPSActionControlSuite, &Control()},
+      {kPSActionDescriptorSuite, &Descriptors()},
+      {kPSActionReferenceSuite, &References()},
+      {kPSActionListSuite, &Lists()},
+      {kPSAliasSuite, &Aliases()},
+      {kPSHandleSuite, &Handles()},
+      {kASZStringSuite, &Strings()},
   };
   const auto found = suites.find(name);
   return found == suites.end() ? nullptr : found->second;

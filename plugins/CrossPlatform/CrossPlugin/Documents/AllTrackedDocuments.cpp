@@ -32,8 +32,8 @@ OneTrackedDocument* FindFirst(const Test& test) {
 }  // namespace
 
 void AllTrackedDocuments::AddDocument(std::shared_ptr<OneTrackedDocument> record, const std::string& path) {
-  OutputIndentedAndFormattedString(0, "AllTrackedDocuments::AddDocument(pInfo=0x%08x, path='%s')", LowBits(record.get()),
-                                   path.c_str());
+  OutputIndentedAndFormattedString(0, "AllTrackedDocuments::AddDocument(pInfo=0x%08x, path='%s')",
+                                   LowBits(record.get()), path.c_str());
   if (FindTrackedDocumentByPath(path)) return;
   if (!record) record = std::make_shared<OneTrackedDocument>();
   record->SetDocumentFilePath(path);
@@ -83,7 +83,9 @@ OneTrackedDocument* AllTrackedDocuments::GetCurrentDocument() {
   return FindTrackedDocumentByIdentifier(s_currentDocumentIdentifier);
 }
 
-void AllTrackedDocuments::SetCurrentDocument(const std::string& identifier) { s_currentDocumentIdentifier = identifier; }
+void AllTrackedDocuments::SetCurrentDocument(const std::string& identifier) {
+  s_currentDocumentIdentifier = identifier;
+}
 
 OneTrackedDocument* AllTrackedDocuments::GetMostRecentlyOpenedDocument() {
   OneTrackedDocument* latest = nullptr;

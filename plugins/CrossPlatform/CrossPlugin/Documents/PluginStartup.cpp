@@ -84,7 +84,8 @@ TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
     return CoreErrorCodes::kUnknownError;
   }
   if (const int xmp = InitializeGlyphsureXMP()) {
-    OutputIndentedAndFormattedString(-1, "Bailing out of %s because InitializeGlyphsureXMP() returned %d", __func__, xmp);
+    OutputIndentedAndFormattedString(-1, "Bailing out of %s because InitializeGlyphsureXMP() returned %d", __func__,
+                                     xmp);
     return static_cast<TModuleErrorCode>(xmp);
   }
   // Optimistic: the steps from here on only ever take these back.
@@ -132,9 +133,15 @@ void CommonFunctionality::InitializeCommonPreferences() {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (!ui || ui->DoPreferencesExist()) return;
   constexpr std::pair<const char*, bool> kDefaults[] = {
-      {"EnablePlugin", true},           {"EnableGlyphsure", true},         {"SuppressHostAppDialogs", true},
-      {"SuppressPluginCoreDialogs", false}, {"PickBestMatch", true},       {"SupportEmbeddedObjects", true},
-      {"CloseFontsOnHostAppQuit", true}, {"CloseFontsOnDocClose", false}, {"ActivateEntireFamilies", false},
+      {"EnablePlugin", true},
+      {"EnableGlyphsure", true},
+      {"SuppressHostAppDialogs", true},
+      {"SuppressPluginCoreDialogs", false},
+      {"PickBestMatch", true},
+      {"SupportEmbeddedObjects", true},
+      {"CloseFontsOnHostAppQuit", true},
+      {"CloseFontsOnDocClose", false},
+      {"ActivateEntireFamilies", false},
   };
   for (const auto& [key, value] : kDefaults) ui->SetPreferenceForKey(key, value);
   ui->SetLongPreferenceForKey("CS5PanelWidth", 260);

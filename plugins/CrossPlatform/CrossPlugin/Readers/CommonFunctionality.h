@@ -29,8 +29,8 @@ class CommonFunctionality {
   static void InitializeCommonPreferences();
 
   // Activates what the file alone says, with no dialog. extraFonts may be null. 0 or an error.
-  static TModuleErrorCode ActivateFontsForDocumentSilently(bool useGlyphsure, bool pickBestMatch, int& numFontsActivated,
-                                                           const std::string& filePath,
+  static TModuleErrorCode ActivateFontsForDocumentSilently(bool useGlyphsure, bool pickBestMatch,
+                                                           int& numFontsActivated, const std::string& filePath,
                                                            const platform::Array& extraFonts,
                                                            OneTrackedDocument* document);
   static TModuleErrorCode CreateGlyphsureDataForClosedDocument(const std::string& path, platform::Array fonts,
@@ -44,8 +44,8 @@ class CommonFunctionality {
                                          std::string_view middlePattern, EndFinder& endPattern,
                                          OffsetRanges& outRanges);
   // Appends the names found, duplicates too. Always 0.
-  static int GetFontNamesFromByteVector(DocumentBytes& bytes, std::string_view outerBegin,
-                                        std::string_view middle, std::string_view skipBytes, std::string_view innerEnd,
+  static int GetFontNamesFromByteVector(DocumentBytes& bytes, std::string_view outerBegin, std::string_view middle,
+                                        std::string_view skipBytes, std::string_view innerEnd,
                                         std::string_view outerEnd, std::vector<std::string>& outNames);
   // The extension with or without its dot, in whatever case.
   static bool FileExtensionIs(const std::string& path, const std::string& extension);
@@ -58,7 +58,8 @@ class CommonFunctionality {
   static void RemoveMatchingFonts(platform::Array fontArray, const std::string& prefix);
 
   // The slug alone; XMP data and, if asked, the raw scan.
-  static TModuleErrorCode GetAllGlyphsureDataFromDocument(const std::string& filePath, const platform::Array& slugArray);
+  static TModuleErrorCode GetAllGlyphsureDataFromDocument(const std::string& filePath,
+                                                          const platform::Array& slugArray);
   static TModuleErrorCode GetAllFontDataFromDocFile(const std::string& filePath, const platform::Array& fontArray,
                                                     bool scanRawBytes);
 

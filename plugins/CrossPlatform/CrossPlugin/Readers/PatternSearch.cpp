@@ -62,7 +62,8 @@ const char* FindPair(const char* from, const char* end, char first, char second,
 const char* FindBytes(const char* from, const char* end, std::string_view pattern) {
   if (pattern.empty()) return nullptr;
   if (pattern.size() == 1) {
-    return from < end ? static_cast<const char*>(std::memchr(from, pattern[0], static_cast<size_t>(end - from))) : nullptr;
+    return from < end ? static_cast<const char*>(std::memchr(from, pattern[0], static_cast<size_t>(end - from)))
+                      : nullptr;
   }
   for (; static_cast<size_t>(end - from) >= pattern.size(); ++from) {
     from = FindPair(from, end - (pattern.size() - 2), pattern[0], pattern[1], pattern[1]);

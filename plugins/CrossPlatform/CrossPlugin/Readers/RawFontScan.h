@@ -38,8 +38,9 @@ class EndFinder {
 };
 
 // A begin pattern in [start, startLimit) and the first end pattern behind it.
-bool FindBeginningAndEndingPatterns(DocumentBytes& bytes, size_t start, size_t startLimit, std::string_view beginPattern,
-                                    EndFinder& endPattern, size_t& outBegin, size_t& outEnd);
+bool FindBeginningAndEndingPatterns(DocumentBytes& bytes, size_t start, size_t startLimit,
+                                    std::string_view beginPattern, EndFinder& endPattern, size_t& outBegin,
+                                    size_t& outEnd);
 
 // How many bytes the names of a document may have together.
 class NameBudget {

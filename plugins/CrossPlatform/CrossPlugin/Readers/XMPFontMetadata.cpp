@@ -199,7 +199,8 @@ int GetAdobeXMPFontData(const SXMPMeta& xmpMeta, Array fontArray) {
 namespace {
 
 void AppendSlugRecord(SXMPMeta& xmpMeta, const Dictionary& record) {
-  xmpMeta.AppendArrayItem(kXMP_VELORANT_GLYPHSURE, kSlugProperty, kXMP_PropValueIsArray, nullptr, kXMP_PropValueIsStruct);
+  xmpMeta.AppendArrayItem(kXMP_VELORANT_GLYPHSURE, kSlugProperty, kXMP_PropValueIsArray, nullptr,
+                          kXMP_PropValueIsStruct);
   std::string path;
   SXMPUtils::ComposeArrayItemPath(kXMP_VELORANT_GLYPHSURE, kSlugProperty, kXMP_ArrayLastItem, &path);
   for (size_t i = 0; i < record.Count(); ++i) {

@@ -35,7 +35,8 @@ TModuleErrorCode ReadAllXMPFontDataFromFile(const std::string& fullPath, const p
 TModuleErrorCode ReadXMPGlyphsureSlugFromFile(const std::string& fullPath, const platform::Array& slugArray);
 TModuleErrorCode ReadAdobeXMPFontDataFromFile(const std::string& fullPath, const platform::Array& adobeArray);
 // Both, merged into one array: Adobe's first, then the slug's.
-TModuleErrorCode ReadAllXMPFontDataFromFile(const std::string& fullPath, const platform::Array& fontArray, bool& hasSlug);
+TModuleErrorCode ReadAllXMPFontDataFromFile(const std::string& fullPath, const platform::Array& fontArray,
+                                            bool& hasSlug);
 
 // From and into a toolkit object. 0 or -1.
 int GetXMPProperties(const SXMPMeta& xmpMeta, platform::Array fontArray);

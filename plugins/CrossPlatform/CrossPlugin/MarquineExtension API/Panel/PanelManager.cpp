@@ -33,10 +33,10 @@ void PanelManager::CheckForTypekit() {
 }
 
 // Repeats a call on every panel; the first code other than 0 is reported and returned.
-#define FAN_OUT(call)                                                                    \
-  for (auto it = mPanels.begin(); it != mPanels.end(); ++it) {                           \
-    RETURN_IF_ERROR("Miscellaneous", (*it)->call);                                       \
-  }                                                                                      \
+#define FAN_OUT(call)                                          \
+  for (auto it = mPanels.begin(); it != mPanels.end(); ++it) { \
+    RETURN_IF_ERROR("Miscellaneous", (*it)->call);             \
+  }                                                            \
   return CoreErrorCodes::kSuccess
 
 TModuleErrorCode PanelManager::SetEnabled(bool enabled) {
@@ -45,7 +45,9 @@ TModuleErrorCode PanelManager::SetEnabled(bool enabled) {
 }
 TModuleErrorCode PanelManager::SelectSocket(bool closeListeningSocket) { FAN_OUT(SelectSocket(closeListeningSocket)); }
 TModuleErrorCode PanelManager::PopNotifications() { FAN_OUT(PopNotifications()); }
-TModuleErrorCode PanelManager::SendFontImages(const platform::Dictionary& fontPNGs) { FAN_OUT(SendFontImages(fontPNGs)); }
+TModuleErrorCode PanelManager::SendFontImages(const platform::Dictionary& fontPNGs) {
+  FAN_OUT(SendFontImages(fontPNGs));
+}
 TModuleErrorCode PanelManager::PushLoggedInStateChangedNotification(EServerType serverType) {
   FAN_OUT(PushLoggedInStateChangedNotification(serverType));
 }

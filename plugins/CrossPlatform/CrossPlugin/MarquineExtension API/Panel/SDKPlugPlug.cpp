@@ -7,8 +7,8 @@ int SDKPlugPlug::Load() {
   const std::string owl = folder + "/PlugPlugOwl.framework";
   mBundle = platform::Bundle::Create(platform::FolderExists(owl) ? owl : folder + "/PlugPlug.framework");
   if (!mBundle) return kLoadFailure;
-#define RESOLVE(name, result, parameters)                                                   \
-  pf##name = reinterpret_cast<result(*) parameters>(mBundle->FunctionForName(#name));       \
+#define RESOLVE(name, result, parameters)                                             \
+  pf##name = reinterpret_cast<result(*) parameters>(mBundle->FunctionForName(#name)); \
   if (!pf##name) return kLoadFailure;
   PLUG_PLUG_FUNCTIONS(RESOLVE)
 #undef RESOLVE

@@ -4,7 +4,8 @@
 
 #include "platform/Value.h"
 
-inline constexpr const char* kPluginLogFilename = "VelorantFontManagementPlugins.log";  // not used: the host names the log
+inline constexpr const char* kPluginLogFilename =
+    "VelorantFontManagementPlugins.log";  // not used: the host names the log
 
 // Opens the agent-side log file and writes its header, whether or not logging is on.
 void InitLogging(const char* logName);

@@ -18,7 +18,7 @@ struct State {
   platform::String sHostAppVersionPrefix;
   platform::String sHostAppMinimumVersion;
   std::string pPluginBinaryPath;
-  VPFInterface* sVPFInterface = nullptr;                   // never deleted
+  VPFInterface* sVPFInterface = nullptr;                    // never deleted
   FontActivationTracker* sFontActivationTracker = nullptr;  // owned; made and destroyed on the tracker's floor
   bool noInterfaceForTesting = false;
 };

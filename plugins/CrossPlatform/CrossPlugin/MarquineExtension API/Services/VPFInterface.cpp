@@ -10,8 +10,8 @@ constexpr int kOneButton = 0;
 constexpr int kTwoButtons = 2;
 }  // namespace
 
-VPFInterface::VPFInterface(const String& hostApp, const String& pluginVersion, const std::string& pluginBundleIdentifier,
-                           const String& pluginInterfaceVersion) {
+VPFInterface::VPFInterface(const String& hostApp, const String& pluginVersion,
+                           const std::string& pluginBundleIdentifier, const String& pluginInterfaceVersion) {
   if (hostApp) mHostDetails.SetStringForKey("HostApp", hostApp.View());
   if (pluginVersion) mHostDetails.SetStringForKey("PluginVersion", pluginVersion.View());
   if (pluginInterfaceVersion) {
@@ -44,8 +44,8 @@ bool VPFInterface::isHostAppUsingNextGenPlugin() {
 
 // Calls the table's entry if there is one, and gives the default otherwise.
 #define CALL_OR(name, otherwise, ...) ((mTable && mTable->pf##name) ? mTable->pf##name(__VA_ARGS__) : (otherwise))
-#define CALL(name, ...)                                         \
-  do {                                                          \
+#define CALL(name, ...)                                            \
+  do {                                                             \
     if (mTable && mTable->pf##name) mTable->pf##name(__VA_ARGS__); \
   } while (false)
 
@@ -92,7 +92,9 @@ int VPFInterface::AskForOneString(const std::string& prompt, const std::string& 
   return answer;
 }
 
-void VPFInterface::ShowResolveFonts(const platform::Array& problemFonts) { CALL(VPFShowResolveFonts, problemFonts.Ref()); }
+void VPFInterface::ShowResolveFonts(const platform::Array& problemFonts) {
+  CALL(VPFShowResolveFonts, problemFonts.Ref());
+}
 void VPFInterface::ShowRestrictedFonts(const platform::Array& fonts) { CALL(VPFShowRestrictedFonts, fonts.Ref()); }
 int VPFInterface::ShowSelectWorkgroup(const platform::Array& workgroups) {
   return CALL_OR(VPFShowSelectWorkgroup, 0, workgroups.Ref());
@@ -105,7 +107,9 @@ int VPFInterface::ShowCommandBox(const platform::Dictionary& box, int& workgroup
 }
 void VPFInterface::ShowMissingFonts(const platform::Dictionary& box) { CALL(VPFShowMissingFonts, box.Ref()); }
 void VPFInterface::ForceSelectWorkgroupWindowToFront() { CALL(VPFForceSelectWorkgroupWindowToFront); }
-void VPFInterface::ShowProgress(const ProgressProperties& progress) { CALL(VPFShowProgress, progress.GetDictionary().Ref()); }
+void VPFInterface::ShowProgress(const ProgressProperties& progress) {
+  CALL(VPFShowProgress, progress.GetDictionary().Ref());
+}
 void VPFInterface::UpdateProgress(const ProgressProperties& progress) {
   CALL(VPFUpdateProgress, progress.GetDictionary().Ref());
 }

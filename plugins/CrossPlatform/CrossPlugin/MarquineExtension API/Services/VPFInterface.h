@@ -84,7 +84,8 @@ class VPFInterface {
   // The button, from 1; 1 without a framework. A null key is an absent text.
   int ShowMessageBox(const char* headerKey, const char* messageKey, int buttonSet) const;
   // Nonzero if confirmed; -1 without a framework.
-  int AskForOneString(const std::string& prompt, const std::string& label, const std::string& initial, std::string& out);
+  int AskForOneString(const std::string& prompt, const std::string& label, const std::string& initial,
+                      std::string& out);
   void ShowResolveFonts(const platform::Array& problemFonts);
   void ShowRestrictedFonts(const platform::Array& fonts);
   int ShowSelectWorkgroup(const platform::Array& workgroups);

@@ -1,0 +1,86 @@
+#include "photoshop/ReplaceMissingFonts.h"
+
+#include <vector>
+
+#include "Documents/AllTrackedDocuments.h"
+#include "Services/DiagnosticLog.h"
+#include "Services/MarquineGlobals.h"
+#include "photoshop/PhotoshopFontUtils.h"
+#include "platform/Clock.h"
+#include "platform/RunLoop.h"
+#include "platform/TextEncoding.h"
+#include "platform/Window.h"
+
+int gOpenDocumentCallCounter = 0;
+int gShowingAlertCallCounter = 0;
+
+namespace {
+
+constexpr double kRetrySeconds = 1.0;
+
+std::vector<platform::RunLoopTimerRef> sTimers;
+
+void CloseAndReopen(int documentID) {
+  PhotoshopFontUtils::BringDocumentToFront(documentID);
+  std::string path;
+  PhotoshopFontUtils::GetCurrentDocumentPathUnstableInCS6(&path);
+  int currentID = 0;
+  bool isDirty = false;
+  PhotoshopFontUtils::GetCurrentDocumentID(&currentID);
+  PhotoshopFontUtils::GetDocumentDirtyFlag(&currentID, &isDirty);
+  if (isDirty) {
+    OutputIndentedAndFormattedString(0, "Skipping close/reopen because document %d is dirty.", documentID);
+  } else if (platform::Window::Modal()) {
+    OutputIndentedAndFormattedString(0, "Skipping close/reopen because a modal window is displayed.");
+  } else if (platform::EncodeText(path, platform::TextEncoding::kMacRoman)) {
+    // A path that the host's file system strings cannot carry is left alone.
+    PhotoshopFontUtils::PlayeventClose();
+    PhotoshopFontUtils::PlayeventOpen(path);
+  }
+  if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) {
+    int reopenedID = static_cast<int>(document->GetDocumentHandle());
+    PhotoshopFontUtils::GetCurrentDocumentID(&reopenedID);
+    document->SetDocumentHandle(reopenedID);
+  }
+}
+
+void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documentID) {
+  OutputIndentedAndFormattedString(1, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)",
+                                   __func__, gOpenDocumentCallCounter, gShowingAlertCallCounter);
+  // Armed still, it fires again in a second.
+  if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
+  std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });
+  timer.Invalidate();
+  const SuitesForOneCall suites;
+  CloseAndReopen(documentID);
+}
+
+}  // namespace
+
+void DeferredReplaceMissingFonts(int documentID) {
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!ui) return;
+  int delay = ui->GetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds);
+  if (delay == 0) {
+    delay = kPhotoshopDefaultRMFDelayMilliseconds;
+    ui->SetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds, delay);
+  }
+  if (delay < 0) return;  // switched off
+  auto timer = std::make_shared<platform::RunLoopTimer>(
+      platform::Clock::Now() + delay / 1000.0, kRetrySeconds,
+      [documentID](platform::RunLoopTimer& fired) { replaceMissingFontsTimerCallback(fired, documentID); });
+  // The default mode holds it back while the host is in a modal loop.
+  platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
+  sTimers.push_back(timer);
+}
+
+void DelayReplaceMissingFontsTimers() {
+  for (const auto& timer : sTimers) timer->SetNextFireDate(platform::Clock::Now() + kRetrySeconds);
+}
+
+void ResetReplaceMissingFontsForTesting() {
+  for (const auto& timer : sTimers) timer->Invalidate();
+  sTimers.clear();
+  gOpenDocumentCallCounter = 0;
+  gShowingAlertCallCounter = 0;
+}
