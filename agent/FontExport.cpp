@@ -1,9 +1,12 @@
 #include "agent/FontExport.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 
 #include "platform/Descriptor.h"
 #include "platform/Files.h"
@@ -13,6 +16,8 @@ namespace agent {
 namespace {
 
 constexpr int kMostNames = 1000;
+
+std::error_code LastError() { return {errno, std::generic_category()}; }
 
 std::string NumberedName(const std::string& name, int number) {
   if (number == 1) return name;
@@ -26,32 +31,55 @@ bool HoldsSameBytes(const std::string& path, const std::string& bytes) {
   return !platform::ReadFile(path, other) && other == bytes;
 }
 
-std::error_code WriteNew(const std::string& path, const std::string& bytes) {
-  const platform::Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
-  if (!file) return {errno, std::generic_category()};
-  size_t written = 0;
-  while (written < bytes.size()) {
-    const ssize_t count = write(file.Get(), bytes.data() + written, bytes.size() - written);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) {
-      const std::error_code error(errno, std::generic_category());
-      unlink(path.c_str());
-      return error;
-    }
-    written += static_cast<size_t>(count);
+// A file of its own in the folder, which goes with this object unless it has been given its name.
+class PartFile {
+ public:
+  PartFile(const std::string& folder, std::error_code& error) : path_(folder + "/.copy-XXXXXX") {
+    file_ = platform::Descriptor(mkostemp(path_.data(), O_CLOEXEC));
+    if (!file_) error = LastError();
   }
-  return {};
-}
+  ~PartFile() {
+    if (file_) unlink(path_.c_str());
+  }
+  PartFile(const PartFile&) = delete;
+  PartFile& operator=(const PartFile&) = delete;
+
+  std::error_code Write(const std::string& bytes) {
+    for (size_t written = 0; written < bytes.size();) {
+      const ssize_t count = write(file_.Get(), bytes.data() + written, bytes.size() - written);
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) return LastError();
+      written += static_cast<size_t>(count);
+    }
+    return fchmod(file_.Get(), 0644) != 0 || fsync(file_.Get()) != 0 ? LastError() : std::error_code();
+  }
+
+  // std::errc::file_exists if the name is taken.
+  std::error_code Name(const std::string& path) const {
+    if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) return {};
+    // Network file systems can't rename so, but make a second name.
+    if (errno == EINVAL && link(path_.c_str(), path.c_str()) == 0) return {};
+    return LastError();
+  }
+
+ private:
+  std::string path_;
+  platform::Descriptor file_;
+};
 
 }  // namespace
 
 std::error_code ExportFile(const std::string& file, const std::string& folder, std::string* copy) {
   std::string bytes;
   if (const std::error_code error = platform::ReadFile(file, bytes)) return error;
+  std::error_code error;
+  PartFile part(folder, error);
+  if (!error) error = part.Write(bytes);
+  if (error) return error;
   const std::string name = file.substr(file.rfind('/') + 1);
   for (int number = 1; number <= kMostNames; ++number) {
     *copy = folder + "/" + NumberedName(name, number);
-    const std::error_code error = WriteNew(*copy, bytes);
+    error = part.Name(*copy);
     if (error != std::errc::file_exists) return error;
     if (HoldsSameBytes(*copy, bytes)) return {};
   }

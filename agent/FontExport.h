@@ -7,7 +7,8 @@
 namespace agent {
 
 // Copies the file into the folder, under its own name or, if another file has that, "name 2.otf" and so on; no file is
-// ever written over. A file that already holds the same bytes counts as the copy. The copy's path in *copy.
+// ever written over, and none is there in part. A file that already holds the same bytes counts as the copy. The copy's
+// path in *copy.
 std::error_code ExportFile(const std::string& file, const std::string& folder, std::string* copy);
 
 }  // namespace agent

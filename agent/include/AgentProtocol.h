@@ -19,14 +19,17 @@ inline constexpr const char* kAgentIdentifier = "com.velorant.Nexcore";
 inline constexpr const char* kAgentSocketName = "nexcore.sock";
 inline constexpr int32_t kProtocolVersion = 1;
 
-// The agent's one argument is its state folder. It reads STATE/nexcore.json there:
-//   {"library": ["/folder", ...],      folders to scan, with those below them
+// The agent's one argument is its state folder. It reads STATE/nexcore.json there, every key of which may be left out:
+//   {"library": ["/folder", ...],      folders to scan, with those below them; relative ones are meant from STATE
 //    "desktop": false,                 true: activate in the user's own font folder
-//    "exitWithLastClient": true}       end when the last client has gone
+//    "exitWithLastClient": false,      true: end when the last client has gone
+//    "refused": ["PostScriptName"]}    fonts that may not be activated
 // and keeps:
 //   STATE/run/             the socket and the list of running applications, mode 0700
 //   STATE/agent/index.db   what a scan found; may be deleted at any time
-//   STATE/agent/user.db    sets, smart lists, activations; migrated, never deleted
+//   STATE/agent/user.db    sets and activations that outlive clients; migrated, never deleted
+//   STATE/agent/agent.log  what a person should know
+//   STATE/agent/scan.log   what was wrong with files and folders in the last scan, one a line
 //   STATE/active/0 .. f    the links that make fonts active, spread by the last hexadecimal digit of the font ID
 //   STATE/fonts.conf       the fontconfig file, made by whoever set up the state folder
 inline constexpr const char* kConfigurationName = "nexcore.json";
@@ -35,11 +38,11 @@ inline constexpr const char* kActiveFolderName = "active";
 // Activation states of a font as the agent reports them ("ActivationStatus").
 enum AgentActivationState : int32_t {
   kInactive = 0,
-  kAutoActivated = 1,      // for a document, by a plug-in
-  kAutoActivatedAgain = 2, // restored for a client after a restart of the agent
-  kPreviewActivated = 3,   // for a look, until the agent ends
-  kActivated = 4,          // by the user, until the user says otherwise
-  kSystemActive = 5,       // by the operating system; not the agent's to change
+  kAutoActivated = 1,       // for a document, by a plug-in
+  kAutoActivatedAgain = 2,  // restored for a client after a restart of the agent
+  kPreviewActivated = 3,    // for a look, until its client ends
+  kActivated = 4,           // by the user, until the user says otherwise
+  kSystemActive = 5,        // by the operating system; not the agent's to change
 };
 
 }  // namespace agent_protocol
