@@ -1,0 +1,18 @@
+// Any bytes as a configuration: always a map, whose entries survive being written and read.
+#include "Check.h"
+#include "GConfigurationFile.h"
+#include "GStringUtils.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  GConfigurationFile::Values values, again;
+  CHECK(GConfigurationFile::ParseString(std::string(reinterpret_cast<const char*>(data), size), values) == 0);
+  std::string text;
+  for (const auto& [key, value] : values) {
+    CHECK(!key.empty() && key == GStringUtils::OSToLowerCase(key) && key == GStringUtils::StripWhitespace(key));
+    CHECK(value == GStringUtils::StripWhitespace(value));
+    text += key + "=" + value + "\r\n";
+  }
+  CHECK(GConfigurationFile::ParseString(text, again) == 0);
+  CHECK(again == values);
+  return 0;
+}
