@@ -180,8 +180,14 @@ std::error_code StagedFile::StageCopy(const std::string& path, const std::string
 
 std::error_code StagedFile::Commit() {
   const Descriptor fd(open(temporary_.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!fd) return LastError();
+  // Whoever changed the staged file may have put a new one in its place, with a mode of its own.
+  struct stat info;
+  if (stat(path_.c_str(), &info) == 0) {
+    if (const std::error_code error = TakeAfter(fd.Get(), info)) return error;
+  }
   // Costs nothing unless the staged file was changed.
-  if (fd && fsync(fd.Get()) != 0) return LastError();
+  if (fsync(fd.Get()) != 0) return LastError();
   if (rename(temporary_.c_str(), path_.c_str()) != 0) return LastError();
   temporary_.clear();
   SyncFolder(FolderOf(path_));

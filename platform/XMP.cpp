@@ -6,6 +6,7 @@
 
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include "platform/Files.h"
 
@@ -206,7 +207,32 @@ std::string ReadBack(const std::string& path, XMP_OptionBits options) {
   return text;
 }
 
-// The library renews these when it writes, so they are left out of the comparison.
+// Paths of what holds nothing: empty texts, arrays and structures.
+std::vector<std::pair<std::string, std::string>> EmptyLeaves(XmpPtr meta) {
+  std::vector<std::pair<std::string, std::string>> leaves;
+  const XmpIteratorPtr iterator = xmp_iterator_new(meta, nullptr, nullptr, XMP_ITER_JUSTLEAFNODES);
+  if (!iterator) return leaves;
+  StringBuffer schema, path, value;
+  while (xmp_iterator_next(iterator, schema.Get(), path.Get(), value.Get(), nullptr)) {
+    if (value.Text().empty() && !path.Text().empty()) leaves.emplace_back(schema.Text(), path.Text());
+  }
+  xmp_iterator_free(iterator);
+  return leaves;
+}
+
+// The library gives no empty properties back from some kinds of files. What held only such is empty then as well.
+void DropEmptyProperties(XmpPtr meta) {
+  for (auto leaves = EmptyLeaves(meta); !leaves.empty(); leaves = EmptyLeaves(meta)) {
+    // From the last on, since an item that goes renumbers those behind it.
+    bool isDropped = false;
+    for (auto leaf = leaves.rbegin(); leaf != leaves.rend(); ++leaf) {
+      isDropped |= xmp_delete_property(meta, leaf->first.c_str(), leaf->second.c_str());
+    }
+    if (!isDropped) return;
+  }
+}
+
+// The library renews some properties when it writes and drops others, so they are left out of the comparison.
 std::string WithoutVolatile(const std::string& serialized) {
   const XmpPtr meta = xmp_new(serialized.data(), serialized.size());
   if (!meta) return serialized;
@@ -214,6 +240,7 @@ std::string WithoutVolatile(const std::string& serialized) {
     xmp_delete_property(meta, NS_XAP, name);
   }
   xmp_delete_property(meta, NS_PHOTOSHOP, "LegacyIPTCDigest");
+  DropEmptyProperties(meta);
   std::string text = SerializeMeta(meta);
   xmp_free(meta);
   const size_t toolkit = text.find("x:xmptk=");  // names the writer's version

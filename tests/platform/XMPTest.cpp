@@ -1,0 +1,233 @@
+// Metadata written into real documents and read again, and documents that stay as they were when it cannot be.
+#include "platform/XMP.h"
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+#include <vector>
+
+#include "platform/Files.h"
+#include "support/TempFolder.h"
+
+namespace platform {
+namespace {
+
+using test_support::TempFolder;
+
+constexpr const char* kNamespace = "http://ns.example.com/test/1.0/";
+
+std::string Content(const std::string& path) {
+  std::string content;
+  EXPECT_EQ(ReadFile(path, content), std::error_code()) << path;
+  return content;
+}
+
+class XMPTest : public testing::Test {
+ protected:
+  XMPTest() {
+    EXPECT_TRUE(TXMPMeta::Initialize());
+    EXPECT_TRUE(TXMPFiles::Initialize());
+    std::string prefix;
+    EXPECT_TRUE(TXMPMeta::RegisterNamespace(kNamespace, "tst", &prefix));
+  }
+  ~XMPTest() override {
+    TXMPFiles::Terminate();
+    TXMPMeta::Terminate();
+  }
+
+  std::string CopyOf(const std::string& sample) {
+    const std::string path = folder_ / sample;
+    EXPECT_FALSE(CopyFile(std::string(SOURCE_DIR "/samples/") + sample, path));
+    return path;
+  }
+  static bool Open(TXMPFiles& files, const std::string& path, XMP_OptionBits how) {
+    return files.OpenFile(path.c_str(), kXMP_UnknownFile, how | kXMPFiles_OpenUseSmartHandler) ||
+           files.OpenFile(path.c_str(), kXMP_UnknownFile, how | kXMPFiles_OpenUsePacketScanning);
+  }
+  // Replaces the array "list" by structures that hold these names.
+  static void Put(TXMPMeta& meta, const std::vector<std::string>& names) {
+    meta.DeleteProperty(kNamespace, "list");
+    for (const std::string& name : names) {
+      meta.AppendArrayItem(kNamespace, "list", kXMP_PropValueIsArray, nullptr, kXMP_PropValueIsStruct);
+      std::string path;
+      TXMPUtils::ComposeArrayItemPath(kNamespace, "list", kXMP_ArrayLastItem, &path);
+      meta.SetStructField(kNamespace, path.c_str(), kNamespace, "name", name.c_str());
+      meta.SetStructField(kNamespace, path.c_str(), kNamespace, "empty", "");  // which some files do not keep
+    }
+  }
+  // False if the file cannot be opened or has no room; failures of the write are thrown.
+  static bool Write(const std::string& path, const std::vector<std::string>& names) {
+    TXMPFiles files;
+    if (!Open(files, path, kXMPFiles_OpenForUpdate)) return false;
+    TXMPMeta meta;
+    files.GetXMP(&meta);
+    Put(meta, names);
+    if (!files.CanPutXMP(meta)) return false;
+    files.PutXMP(meta);
+    files.CloseFile();
+    return true;
+  }
+  static std::vector<std::string> Read(const std::string& path) {
+    TXMPFiles files;
+    TXMPMeta meta;
+    std::vector<std::string> names;
+    if (!Open(files, path, kXMPFiles_OpenForRead) || !files.GetXMP(&meta)) return names;
+    for (XMP_Index i = 1; i <= meta.CountArrayItems(kNamespace, "list"); ++i) {
+      std::string item, name;
+      TXMPUtils::ComposeArrayItemPath(kNamespace, "list", i, &item);
+      meta.GetStructField(kNamespace, item.c_str(), kNamespace, "name", &name, nullptr);
+      names.push_back(name);
+    }
+    return names;
+  }
+  size_t FilesInFolder() const {
+    const auto listing = std::filesystem::directory_iterator(folder_.Path());
+    return static_cast<size_t>(std::distance(begin(listing), end(listing)));
+  }
+
+  TempFolder folder_;
+};
+
+TEST_F(XMPTest, WhatIsWrittenIsReadAgain) {
+  const std::vector<std::string> names = {"DejaVuSans", "Ünïcødé <&> \"日本\""};
+  for (const char* sample : {"poster.psd", "brochure.psd", "no-text.psd", "leaflet.pdf"}) {
+    const std::string path = CopyOf(sample);
+    const auto mode = std::filesystem::perms(0640);
+    std::filesystem::permissions(path, mode);
+    ASSERT_TRUE(Write(path, names)) << sample;
+    EXPECT_EQ(Read(path), names) << sample;
+    ASSERT_TRUE(Write(path, {"only"})) << sample;
+    EXPECT_EQ(Read(path), std::vector<std::string>{"only"}) << sample;
+    EXPECT_EQ(std::filesystem::status(path).permissions(), mode) << sample;
+  }
+  EXPECT_EQ(FilesInFolder(), 4u) << "nothing is left beside the documents";
+}
+
+TEST_F(XMPTest, WhatOthersWroteStays) {
+  const std::string path = CopyOf("brochure.psd");
+  const auto fonts = [&] {
+    TXMPFiles files;
+    TXMPMeta meta;
+    EXPECT_TRUE(Open(files, path, kXMPFiles_OpenForRead) && files.GetXMP(&meta));
+    std::vector<std::string> names;
+    for (XMP_Index i = 1; i <= meta.CountArrayItems(kXMP_NS_PagedText, "Fonts"); ++i) {
+      std::string item, name;
+      TXMPUtils::ComposeArrayItemPath(kXMP_NS_PagedText, "Fonts", i, &item);
+      meta.GetStructField(kXMP_NS_PagedText, item.c_str(), kXMP_NS_FontType, "fontName", &name, nullptr);
+      names.push_back(name);
+    }
+    return names;
+  };
+  const std::vector<std::string> before = fonts();
+  EXPECT_THAT(before, testing::UnorderedElementsAre("C059-Bold", "C059-Roman"));
+  ASSERT_TRUE(Write(path, {"name"}));
+  EXPECT_EQ(fonts(), before);
+}
+
+TEST_F(XMPTest, NothingPutLeavesTheFileAlone) {
+  const std::string path = CopyOf("poster.psd");
+  const std::string before = Content(path);
+  TXMPFiles files;
+  TXMPMeta meta;
+  ASSERT_TRUE(Open(files, path, kXMPFiles_OpenForUpdate));
+  files.GetXMP(&meta);
+  files.CloseFile();
+  {
+    TXMPFiles dropped;
+    ASSERT_TRUE(Open(dropped, path, kXMPFiles_OpenForUpdate));
+    Put(meta, {"name"});
+    dropped.PutXMP(meta);  // and never closed
+  }
+  EXPECT_EQ(Content(path), before);
+  EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+// The library takes this comment at its word, writes nothing, and says that it did.
+TEST_F(XMPTest, ASuccessThatIsLostIsAnErrorAndTheOldFileStays) {
+  const std::string path = folder_.Write("lost.eps",
+                                         "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n%ADO_ContainsXMP: NoMain\n"
+                                         "%%EndComments\nshowpage\n%%EOF\n");
+  const std::string before = Content(path);
+  try {
+    Write(path, {"name"});
+    FAIL() << "no error";
+  } catch (const XMP_Error& error) {
+    EXPECT_STREQ(error.what(), (path + ": the metadata that was written cannot be read back").c_str());
+  }
+  EXPECT_EQ(Content(path), before);
+  EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(XMPTest, AFullDiskLeavesTheOldFile) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  for (const char* sample : {"no-text.psd", "leaflet.pdf"}) {
+    const std::string path = CopyOf(sample);
+    const std::string before = Content(path);
+    rlimit former;
+    getrlimit(RLIMIT_FSIZE, &former);
+    int failures = 0;
+    for (rlim_t size = 0; size < before.size() + 4096; size += 1024) {
+      const rlimit limit{size, former.rlim_max};
+      setrlimit(RLIMIT_FSIZE, &limit);
+      bool isWritten = false;
+      try {
+        isWritten = Write(path, {"name"});
+      } catch (const XMP_Error&) {
+      }
+      setrlimit(RLIMIT_FSIZE, &former);
+      if (isWritten) {
+        EXPECT_EQ(Read(path), std::vector<std::string>{"name"}) << sample << " at " << size;
+        break;
+      }
+      ++failures;
+      EXPECT_EQ(Content(path), before) << sample << " at " << size;
+    }
+    EXPECT_GE(failures, 2) << sample;
+  }
+  std::signal(SIGXFSZ, SIG_DFL);
+  EXPECT_EQ(FilesInFolder(), 2u);
+}
+
+TEST_F(XMPTest, WhatIsNoDocumentIsNotOpened) {
+  folder_.Write("folder/file", "");
+  const std::string paths[] = {folder_ / "missing.psd", folder_ / "folder", "", "/dev/null"};
+  for (const std::string& path : paths) {
+    for (const XMP_OptionBits how : {kXMPFiles_OpenForRead, kXMPFiles_OpenForUpdate}) {
+      TXMPFiles files;
+      EXPECT_FALSE(Open(files, path, how)) << path;
+      TXMPMeta meta;
+      EXPECT_THROW(files.GetXMP(&meta), XMP_Error);
+      EXPECT_THROW(files.PutXMP(meta), XMP_Error);
+      EXPECT_NO_THROW(files.CloseFile());
+    }
+  }
+  const std::string text = folder_.Write("plain.txt", "no metadata and no room for any");
+  EXPECT_FALSE(Write(text, {"name"}));
+  EXPECT_EQ(Content(text), "no metadata and no room for any");
+}
+
+TEST_F(XMPTest, DamagedDocumentsAreReadOrRefusedButNeverHarmed) {
+  for (const char* sample : {"poster.psd", "leaflet.pdf"}) {
+    const std::string whole = Content(std::string(SOURCE_DIR "/samples/") + sample);
+    for (const size_t percent : {0u, 1u, 10u, 50u, 90u, 99u}) {
+      const std::string cut = whole.substr(0, whole.size() * percent / 100);
+      const std::string path = folder_.Write(sample, cut);
+      Read(path);
+      bool isWritten = false;
+      try {
+        isWritten = Write(path, {"name"});
+      } catch (const XMP_Error&) {
+      }
+      if (isWritten) {
+        EXPECT_EQ(Read(path), std::vector<std::string>{"name"}) << sample << " " << percent;
+      } else {
+        EXPECT_EQ(Content(path), cut) << sample << " " << percent;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace platform
