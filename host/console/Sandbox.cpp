@@ -28,6 +28,8 @@ const std::vector<std::string>& DefaultLibrary() {
       "/usr/share/fonts/truetype/liberation2",
       "/usr/share/fonts/opentype/urw-base35",
       "/usr/share/fonts/type1/urw-base35",
+      "/usr/share/fonts/X11/Type1",
+      "/usr/share/fonts/X11/Type1",
   };
   return sFolders;
 }
