@@ -152,7 +152,10 @@ class AgentAnswers {
   static Code ANSWER(DeactivateFonts, Facade, uint32_t count, const uint32_t* ids, uint32_t) {
     for (const uint32_t* id = ids; id != ids + count; ++id) {
       FakeFont& font = Agent().Font(*id);
-      if (!font.isHeld) Agent().wronglyDeactivated.push_back(*id);
+      if (!font.isHeld) {
+        Agent().wronglyDeactivated.push_back(*id);
+        font.ownState = 0;
+      }
       font.isHeld = false;
     }
     return 0;

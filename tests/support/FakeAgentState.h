@@ -90,7 +90,7 @@ class FakeAgent {
   // Called by each function of the table before it does anything; the code is what it is to give instead.
   uint32_t Enter(AgentFunction function, const char* name, bool needsAgent) {
     calls.emplace_back(name);
-    if (onCall) onCall(function);
+    if (const auto hook = onCall) hook(function);  // a copy, which may take itself away
     if (isGone && needsAgent) return kGone;
     std::deque<uint32_t>& queue = failures_[function];
     if (queue.empty()) return 0;

@@ -1,0 +1,281 @@
+// The tracker over an agent that throws, is killed, and calls back into it; and a long random walk.
+#include <cstdlib>
+#include <iostream>
+#include <random>
+
+#include "Identification/FontClassification.h"
+#include "Tracking/FontActivationTracker.h"
+#include "support/PluginFixture.h"
+#include "tracking/Books.h"
+
+using namespace fakes;
+using platform::Array;
+using platform::Dictionary;
+using IDs = std::vector<uint32_t>;
+
+namespace {
+
+class Faults : public PluginFixture {
+ protected:
+  Faults() {
+    for (uint32_t id = 1; id <= 4; ++id) agent.Add({.id = id, .postScriptName = "Font" + std::to_string(id)});
+    agent.Font(4).ownState = 4;
+    Connect();
+    platform::SetTraceSink(nullptr, nullptr);
+  }
+};
+
+// One life of a tracker in which the agent throws in the n-th call.
+class LifeWithAFault {
+ public:
+  LifeWithAFault(FakeAgent& agent, VPFInterface* ui, int callThatThrows) : agent_(agent), tracker_(ui) {
+    for (auto& [id, font] : agent.fonts) font.isHeld = false;
+    agent.onCall = [this, callThatThrows](AgentFunction function) {
+      if (calls_++ != callThatThrows) return;
+      thrower_ = function;
+      hasThrown_ = true;
+      throw std::runtime_error("agent");
+    };
+  }
+
+  bool Run() {
+    Open("a", {1, 2, 4});
+    Open("b", {2, 3});
+    Close("a");
+    Open("c", {1, 4});
+    Close("b");
+    Close("c");
+    const bool before = hasThrown_;
+    Try([&] { tracker_.CloseAllFonts(true, false); });
+    EXPECT_TRUE(tracker_.GetFontsForTesting().empty());
+    // A font whose giving back was cut short can stay with the agent, and no other.
+    if (before && !isCloseCutShort_) {
+      EXPECT_EQ(HeldFonts(agent_), IDs{}) << AgentAnswers::NameOf(thrower_);
+    }
+    EXPECT_TRUE(agent_.wronglyDeactivated.empty());
+    EXPECT_TRUE(agent_.Font(4).IsActive());
+    agent_.onCall = nullptr;
+    return hasThrown_;
+  }
+
+ private:
+  bool Try(const std::function<void()>& step) {
+    try {
+      step();
+      return true;
+    } catch (const std::runtime_error&) {
+      return false;
+    }
+  }
+  void Open(const std::string& identifier, const IDs& ids) {
+    Try([&] {
+      tracker_.OpenFontsForIdentifier(MatchedFonts(agent_, ids), identifier, false, Array(), Array::Create());
+    });
+    ExpectBooksRight(tracker_, leftBehind_);
+  }
+  void Close(const std::string& identifier) {
+    const IDs ids = tracker_.GetDocumentsForTesting().at(identifier).fontIDs;
+    if (!Try([&] { tracker_.CloseAllFontsForIdentifier(identifier, true, false, Array()); })) {
+      isCloseCutShort_ = thrower_ != AgentFunction::GetClientFontActivationStates;
+      // Nothing had been lowered when the states were asked for; after that everything had.
+      if (!isCloseCutShort_) {
+        for (const uint32_t id : ids) ++leftBehind_[id];
+      }
+    }
+    ExpectBooksRight(tracker_, leftBehind_);
+  }
+
+  FakeAgent& agent_;
+  FontActivationTracker tracker_;
+  int calls_ = 0;
+  bool hasThrown_ = false, isCloseCutShort_ = false;
+  AgentFunction thrower_{};
+  std::map<uint32_t, uint32_t> leftBehind_;
+};
+
+}  // namespace
+
+TEST_F(Faults, ExceptionInEveryAgentCallInTurn) {
+  int call = 0;
+  while (LifeWithAFault(agent, ui->interface.get(), call).Run()) ++call;
+  EXPECT_GE(call, 12) << "opens, closes and the quit call the agent at least so often";
+}
+
+TEST_F(Faults, CloseWhileAnOpenIsInProgress) {
+  for (const char* closed : {"before", "opening"}) {
+    SCOPED_TRACE(closed);
+    FontActivationTracker tracker(ui->interface.get());
+    tracker.OpenFontsForIdentifier(MatchedFonts(agent, {1, 2}), "before", false, Array(), Array());
+    agent.onCall = [&](AgentFunction function) {
+      if (function != AgentFunction::ActivateFonts) return;
+      agent.onCall = nullptr;
+      tracker.CloseAllFontsForIdentifier(closed, true, false, Array());
+      ExpectBooksRight(tracker);
+    };
+    tracker.OpenFontsForIdentifier(MatchedFonts(agent, {2, 3}), "opening", false, Array(), Array());
+    ExpectBooksRight(tracker);
+    tracker.CloseAllFonts(true, false);
+    EXPECT_TRUE(agent.wronglyDeactivated.empty());
+    for (auto& [id, font] : agent.fonts) font.isHeld = false;
+  }
+}
+
+TEST_F(Faults, OpenAndCloseWhileACloseIsInProgress) {
+  FontActivationTracker tracker(ui->interface.get());
+  tracker.OpenFontsForIdentifier(MatchedFonts(agent, {1, 2}), "a", false, Array(), Array());
+  tracker.OpenFontsForIdentifier(MatchedFonts(agent, {2, 3}), "b", false, Array(), Array());
+  agent.onCall = [&](AgentFunction function) {
+    if (function != AgentFunction::DeactivateFonts) return;
+    agent.onCall = nullptr;
+    tracker.CloseAllFontsForIdentifier("a", true, false, Array());
+    tracker.CloseAllFontsForIdentifier("b", true, false, Array());
+    tracker.OpenFontsForIdentifier(MatchedFonts(agent, {2}), "a", false, Array(), Array());
+    ExpectBooksRight(tracker);
+  };
+  tracker.CloseAllFontsForIdentifier("a", true, false, Array());
+  ExpectBooksRight(tracker);
+  EXPECT_EQ(tracker.CountFontsRegisteredForIdentifier("a"), 1u) << "what was opened meanwhile stays";
+  EXPECT_TRUE(agent.Font(2).isHeld);
+  EXPECT_EQ(tracker.CloseAllFontsForIdentifier("a", true, false, Array()), 0);
+  EXPECT_EQ(HeldFonts(agent), IDs{});
+}
+
+namespace {
+
+// What a user does with documents for a long time, in an order that a number decides.
+class RandomWalk {
+ public:
+  RandomWalk(FakeAgent& agent, FakeUIFramework& ui, unsigned seed)
+      : agent_(agent), ui_(ui), tracker_(*MarquineGlobals::GetSharedFontActivationTracker()), random_(seed) {
+    agent_.fonts.clear();
+    for (uint32_t id = 1; id <= 24; ++id) {
+      agent_.Add({.id = id,
+                  .postScriptName = "Font" + std::to_string((id + 1) / 2),
+                  .version = std::to_string(id % 3 + 1) + ".0",
+                  .familyID = id / 8 + 1,
+                  .ownState = id % 7 == 0    ? 4
+                              : id % 11 == 0 ? 5
+                                             : 0});
+    }
+    ui_.preferences["CloseFontsOnHostAppQuit"] = 1;
+  }
+
+  void Step() {
+    if (agent_.isGone && Chance(3)) agent_.isGone = false;
+    const size_t kind = Below(10);
+    if (kind < 4) {
+      Open();
+    } else if (kind < 6) {
+      Save();
+    } else if (kind < 9) {
+      Close();
+    } else if (Chance(2)) {
+      agent_.Kill(Chance(2));
+    } else {
+      UserActivates();
+    }
+    ExpectBooksRight(tracker_);
+    for (const uint32_t id : OursActive()) {
+      const auto found = tracker_.GetFontsForTesting().find(id);
+      const bool willBeGivenBack = found != tracker_.GetFontsForTesting().end() && !found->second.bWasAlreadyActive;
+      EXPECT_TRUE(willBeGivenBack) << "font " << id << " after a step of kind " << kind;
+    }
+  }
+
+  // Active for us and for nobody else. A font that is the user's own may be activated once more with its family, as the
+  // record of the family's first font does not say that it is active.
+  IDs OursActive() const {
+    IDs ours;
+    for (const uint32_t id : HeldFonts(agent_)) {
+      if (agent_.Font(id).ownState == 0) ours.push_back(id);
+    }
+    return ours;
+  }
+
+  void Quit() {
+    agent_.isGone = false;
+    FontManagerInterface::OnHostAppShuttingDown(false);
+  }
+
+ private:
+  size_t Below(size_t limit) { return random_() % limit; }
+  bool Chance(size_t oneIn) { return Below(oneIn) == 0; }
+  FakeFont& AnyFont() { return agent_.Font(static_cast<uint32_t>(1 + Below(24))); }
+
+  Array AnyNames() {
+    Array names = Array::Create();
+    for (size_t count = Below(6); count > 0; --count) names.Append(Named("Font" + std::to_string(1 + Below(13))));
+    return names;
+  }
+  // An open document or a new one; empty now and then, for a document that only holds others.
+  std::string AnyDocument() {
+    if (!documents_.empty() && Chance(8)) return "";
+    if (documents_.size() >= 6 || (!documents_.empty() && Chance(3))) return documents_[Below(documents_.size())];
+    documents_.push_back(FontActivationTracker::GenerateUniqueIdentifier());
+    return documents_.back();
+  }
+
+  void Open() {
+    const Array matched = Array::Create(), problems = Array::Create();
+    GlyphsureSupport::ProcessDocumentFontsForAutoActivation(AnyNames(), matched, problems, true, Chance(2), -2,
+                                                            nullptr);
+    const std::string identifier = AnyDocument();
+    if (identifier.empty()) AddSubDocuments(matched);
+    ui_.preferences["ActivateEntireFamilies"] = Chance(5);
+    FakeFont &failing = AnyFont(), &refusing = AnyFont();
+    failing.fails = Chance(4);
+    refusing.isRefused = Chance(4);
+    tracker_.OpenFontsForIdentifier(matched, identifier, Chance(2), Array(), Chance(2) ? Array::Create() : Array());
+    failing.fails = refusing.isRefused = false;
+  }
+  void AddSubDocuments(const Array& fonts) {
+    for (size_t i = 0; i < fonts.Count(); ++i) {
+      const std::string inside = documents_[Below(documents_.size())];
+      Dictionary(fonts.At(i)).Set("SubDocumentsWithFont", ArrayOf({platform::String::FromUTF8(inside)}));
+    }
+  }
+  void Save() { GlyphsureSupport::AppendGlyphsureDataToFonts(AnyNames(), -2, true, false, Chance(2)); }
+  void Close() {
+    if (documents_.empty()) return;
+    const size_t at = Below(documents_.size());
+    tracker_.CloseAllFontsForIdentifier(documents_[at], Chance(2), false, Array());
+    documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(at));
+  }
+  void UserActivates() {
+    FakeFont& font = AnyFont();
+    if (!font.isHeld) font.ownState = std::max(font.ownState, 4);
+  }
+
+  FakeAgent& agent_;
+  FakeUIFramework& ui_;
+  FontActivationTracker& tracker_;
+  std::mt19937 random_;
+  std::vector<std::string> documents_;
+};
+
+// WALK_SEED=4711 repeats a walk.
+unsigned WalkSeed() {
+  const char* given = std::getenv("WALK_SEED");
+  return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+}
+
+}  // namespace
+
+TEST_F(Faults, RandomWalkGivesBackItsOwnAndNothingElse) {
+  constexpr int kSteps = 10000;
+  const unsigned seed = WalkSeed();
+  std::cout << "WALK_SEED=" << seed << std::endl;
+  SCOPED_TRACE("WALK_SEED=" + std::to_string(seed));
+  RandomWalk walk(agent, *ui, seed);
+  for (int i = 0; i < kSteps && !HasFailure(); ++i) {
+    agent.calls.clear();
+    ui->shown.clear();
+    walk.Step();
+  }
+  std::map<uint32_t, int> own;
+  for (const auto& [id, font] : agent.fonts) own[id] = font.ownState;
+  walk.Quit();
+  EXPECT_EQ(walk.OursActive(), IDs{});
+  EXPECT_TRUE(agent.wronglyDeactivated.empty());
+  for (const auto& [id, font] : agent.fonts) EXPECT_EQ(font.ownState, own[id]) << "font " << id;
+}
