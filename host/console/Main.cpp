@@ -55,7 +55,11 @@ void RunScript(const std::vector<ScriptLine>& script, CommandContext& context) {
   }
 }
 
-void RunConsole(CommandContext& context, Terminal& terminal) {
+void RunConsole(CommandContext& context, Boxes& boxes) {
+  Terminal terminal([&context] { return context.session.DocumentNames(); });
+  if (terminal.HasUser()) {
+    boxes.SetTerminal([&](const std::string& prompt, std::string& answer) { return terminal.Ask(prompt, answer); });
+  }
   std::string line;
   while (!context.quits && terminal.ReadCommand(line)) {
     Words words;
@@ -67,6 +71,7 @@ void RunConsole(CommandContext& context, Terminal& terminal) {
       std::fprintf(stderr, "%s\n", problem.c_str());
     }
   }
+  boxes.SetTerminal(nullptr);
 }
 
 // What a user sees without asking for anything: each document through its whole life, and a copy of it saved, so that the
@@ -96,7 +101,8 @@ std::vector<std::string> DocumentsIn(const std::string& folder) {
 }
 
 void DescribeLibrary(const Sandbox& sandbox, const LibrarySummary& library) {
-  std::fprintf(stderr, "library: %zu fonts in %zu files of\n", library.faces, library.files);
+  std::fprintf(stderr, "library: %zu %s in %zu %s of\n", library.faces, library.faces == 1 ? "font" : "fonts",
+               library.files, library.files == 1 ? "file" : "files");
   for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", folder.c_str());
 }
 
@@ -125,11 +131,8 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
     if (!options.script.empty()) {
       RunScript(script, context);
     } else if (options.interactive) {
-      Terminal terminal([&session] { return session.DocumentNames(); });
-      boxes.SetTerminal([&](const std::string& prompt, std::string& line) { return terminal.Ask(prompt, line); });
       for (const std::string& file : options.files) session.Open(file);
-      RunConsole(context, terminal);
-      boxes.SetTerminal(nullptr);
+      RunConsole(context, boxes);
     } else {
       Demonstrate(options.files, session);
     }

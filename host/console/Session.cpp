@@ -121,6 +121,7 @@ host::DocumentInfo Session::InfoOf(int32_t id) const {
 }
 
 bool Session::Open(const std::string& file) {
+  CheckAgent();
   const ActiveFiles before = fonts_.Look();
   trace_.Mark();
   int32_t id = 0;
@@ -129,7 +130,6 @@ bool Session::Open(const std::string& file) {
     const BatchProgress progress(agent_, trace_);
     problem = host_->Open(file, &id);
   }
-  CheckAgent();
   if (!problem.empty()) {
     report_.Error(file, WithoutFile(problem, file));
     return false;
@@ -180,9 +180,9 @@ std::string Session::WhyActivated(const std::string& name, const std::vector<std
 }
 
 void Session::Make() {
+  CheckAgent();
   int32_t id = 0;
   const std::string problem = host_->Make(&id);
-  CheckAgent();
   const std::string name = "Untitled-" + std::to_string(++untitled_);
   if (!problem.empty()) {
     report_.Error(name, problem);
@@ -204,8 +204,8 @@ void Session::Edit(const std::string& font) {
 }
 
 bool Session::SaveTo(KnownDocument& document, const std::string& file) {
-  const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
   CheckAgent();
+  const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
   if (!problem.empty()) {
     report_.Error(document.name, WithoutFile(problem, document.name));
     return false;
@@ -251,9 +251,9 @@ void Session::Close(const std::string& document) {
   const KnownDocument* chosen = Choose(document, "close");
   if (!chosen) return;
   const KnownDocument closed = *chosen;
+  CheckAgent();
   const ActiveFiles before = fonts_.Look();
   const std::string problem = host_->Close(closed.id);
-  CheckAgent();
   if (!problem.empty()) {
     report_.Error(closed.name, WithoutFile(problem, closed.name));
     return;
@@ -271,9 +271,9 @@ void Session::CloseAll() {
 }
 
 void Session::DoIt(int32_t operation) {
+  CheckAgent();
   int32_t port = -1;
   const std::string problem = host_->DoIt(operation, &port);
-  CheckAgent();
   if (!problem.empty()) {
     report_.Error("do-it", problem);
   } else if (port >= 0) {
@@ -308,9 +308,13 @@ void Session::Follow() {
   }
 }
 
+// A new agent takes away the links that nobody asks for any more, and the plug-in finds it at its next question.
 void Session::CheckAgent() {
   if (!agent_.HasJustGone()) return;
-  report_.Error(sandbox_.AgentExecutable(), "the agent has ended; what it had activated stays until it is started again");
+  LibrarySummary library;
+  const std::string problem = agent_.Start(&library);
+  const std::string outcome = problem.empty() ? "was started again" : "could not be started again: " + problem;
+  report_.Error(sandbox_.AgentExecutable(), "the agent ended by itself and " + outcome);
 }
 
 void Session::SetPreference(const std::string& key, const std::string& value) {
@@ -320,9 +324,9 @@ void Session::SetPreference(const std::string& key, const std::string& value) {
 
 void Session::Quit() {
   if (!host_) return;
-  ActiveFiles before = fonts_.Look();
-  const std::vector<KnownDocument> open = documents_;
   CheckAgent();
+  const ActiveFiles before = fonts_.Look();
+  const std::vector<KnownDocument> open = documents_;
   host_->Quit();
   documents_.clear();
   host_.reset();

@@ -122,6 +122,8 @@ Terminal::~Terminal() {
   if (state_->history) history_end(state_->history);
 }
 
+bool Terminal::HasUser() const { return state_->editor != nullptr; }
+
 bool Terminal::ReadCommand(std::string& line) {
   if (!state_->editor) return ReadPlainLine(line);
   int length = 0;

@@ -17,6 +17,8 @@ class Terminal {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
+  // Whether somebody sits there who can be asked.
+  bool HasUser() const;
   // A command line; false at the end of the input.
   bool ReadCommand(std::string& line);
   // The answer to a question of a box, also in the middle of ReadCommand; false at the end of the input.
