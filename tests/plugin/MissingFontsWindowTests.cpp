@@ -1,0 +1,255 @@
+// Which windows are dismissed, and when a document is closed and opened again.
+#include "photoshop/MissingFontsWindow.h"
+
+#include "Readers/CommonFunctionality.h"
+#include "platform/RunLoop.h"
+#include "plugin/HostFixture.h"
+
+using fakes::ArrayOf;
+using fakes::Named;
+using platform::View;
+using platform::Window;
+using platform::WindowOrdering;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::vector<View> kHostLayout = {{"NSTextField", ""}, {"NSTextField", ""}, {"NSButton", ""}, {"NSButton", ""}};
+
+class MissingFontsFixture : public HostFixture {
+ protected:
+  MissingFontsFixture() {
+    agent.Add({.id = 1, .postScriptName = "Alpha"});
+    agent.Add({.id = 2, .postScriptName = "Alpha-Double"});
+    agent.Add({.id = 3, .postScriptName = "Alpha-Double", .foundry = "Other"});
+    SwizzleNSWindowOrderOverride();
+    MarquineGlobals::SetSuppressingHostAppDialogs(true);
+  }
+  ~MissingFontsFixture() override { ResetMissingFontsWindowForTesting(); }
+
+  // The keys that a window got when it was ordered in; it shows in any case.
+  int KeysOf(const std::string& title, const std::vector<View>& views) {
+    int keys = 0;
+    Window window(title, views, [&](Window& self, const platform::KeyEvent& event) {
+      EXPECT_EQ(event.keyCode, 53);
+      EXPECT_EQ(event.type, 10);
+      EXPECT_EQ(event.characters, "\x1B");
+      EXPECT_EQ(event.windowNumber, self.Number());
+      ++keys;
+    });
+    window.OrderWindow(WindowOrdering::kAbove, 0);
+    EXPECT_TRUE(window.IsVisible()) << title;
+    return keys;
+  }
+  void Wait(double seconds) { platform::RunLoop::Main().RunFor(seconds); }
+};
+using MissingFontsWindow = MissingFontsFixture;
+using ReplaceMissingFonts = MissingFontsFixture;
+
+TEST_F(MissingFontsWindow, IsKnownByItsTitleAndLayout) {
+  ui->preferences["PickBestMatch"] = 1;
+  const std::vector<View> kThree(kHostLayout.begin(), kHostLayout.end() - 1);
+  const std::vector<View> kNoButton = {{"NSTextField", ""}, {"NSButton", ""}, {"NSTextField", ""}, {"NSButton", ""}};
+  const struct {
+    std::string title;
+    const std::vector<View>& views;
+    int keys;
+  } kRows[] = {
+      {"Missing Fonts", kHostLayout, 1},          {"Missing fonts", kHostLayout, 1},
+      {"Fehlende Schriften", kHostLayout, 1},     {"Polices manquantes", kHostLayout, 1},
+      {"Fuentes no disponibles", kHostLayout, 1}, {"Fontes Ausentes", kHostLayout, 1},
+      {"Font mancanti", kHostLayout, 1},          {"見つからないフォント", kHostLayout, 1},
+      {"3 Missing Fonts in a.psd", kHostLayout, 1}, {"MISSING FONTS", kHostLayout, 0},
+      {"Missing Profile", kHostLayout, 0},        {"", kHostLayout, 0},
+      {"Missing Fonts", kThree, 0},               {"Missing Fonts", kNoButton, 0},
+  };
+  MakeReady();
+  const std::string path = WriteDocument("a.psd", {"Alpha"});
+  app.Add(path);
+  for (const auto& row : kRows) EXPECT_EQ(KeysOf(row.title, row.views), row.keys) << row.title;
+}
+
+TEST_F(MissingFontsWindow, StaysUnlessTheDocumentIsBeingOpenedAndSolved) {
+  MakeReady();
+  struct Case {
+    const char* rule;
+    Lines fonts;
+    std::function<void()> change;
+    int keys;
+  };
+  // Each row on a document of its own, seen first by the window.
+  const std::vector<Case> kCases = {
+      {"solved", {"Alpha"}, [] {}, 1},
+      {"nothing was needed", {}, [] {}, 1},
+      {"a font is missing", {"Alpha", "Absent"}, [] {}, 0},
+      {"the user has yet to choose", {"Alpha-Double"}, [] {}, 0},
+      {"preference off", {"Alpha"}, [&] { ui->preferences["EnablePlugin"] = 0; }, 0},
+      {"services off", {"Alpha"}, [] { MarquineGlobals::SetPluginServicesEnabled(false); }, 0},
+      {"no workgroups", {"Alpha"}, [] { MarquineGlobals::SetUserHasWorkgroups(false); }, 0},
+      {"the plug-in has shut down", {"Alpha"}, [] { MarquineGlobals::SetSuppressingHostAppDialogs(false); }, 0},
+      {"a suite is missing", {"Alpha"}, [&] { app.missingSuites = {host_sdk::kPSActionReferenceSuite}; }, 0},
+      {"no document at all", {"Alpha"}, [&] { app.Remove(app.front); }, 0},
+  };
+  for (const Case& row : kCases) {
+    AllTrackedDocuments::ResetForTesting();
+    ui->preferences["EnablePlugin"] = 1;
+    MarquineGlobals::SetPluginServicesEnabled(true);
+    MarquineGlobals::SetUserHasWorkgroups(true);
+    MarquineGlobals::SetSuppressingHostAppDialogs(true);
+    app.missingSuites.clear();
+    app.Add(WriteDocument("a.psd", row.fonts));
+    row.change();
+    EXPECT_EQ(KeysOf("Missing Fonts", kHostLayout), row.keys) << row.rule;
+    app.documents.clear();
+  }
+}
+
+TEST_F(MissingFontsWindow, OfADocumentOpenedLongAgoStays) {
+  MakeReady();
+  app.Add(WriteDocument("a.psd", {"Alpha"}));
+  const struct {
+    double seconds;
+    int keys;
+  } kRows[] = {{0, 1}, {4.9, 1}, {5, 0}};
+  for (const auto& row : kRows) {
+    platform::Clock::SetDriven(kNow + row.seconds);
+    EXPECT_EQ(KeysOf("Missing Fonts", kHostLayout), row.keys) << row.seconds;
+  }
+  EXPECT_EQ(TracedLines("Ignoring window 'Missing Fonts' because").size(), 1u);
+}
+
+TEST_F(MissingFontsWindow, OfAnUntrackedDocumentStays) {
+  MakeReady();
+  app.Add("");
+  EXPECT_EQ(KeysOf("Missing Fonts", kHostLayout), 0);
+  EXPECT_TRUE(Traced("Ignoring window 'Missing Fonts' because document ID 0x00000065 is not yet being tracked."));
+  EXPECT_TRUE(Traced("Ignoring window 'Missing Fonts' because no document appears to have been opened."));
+}
+
+TEST_F(MissingFontsWindow, AnAlertIsAnsweredByItsText) {
+  static int sShown;
+  sShown = 0;
+  const auto show = [](const std::string&) { return ++sShown, 7; };
+  EXPECT_EQ(runModalOverride("PhotoshopMissingFonts", show), 7) << "not ready";
+  MakeReady();
+  EXPECT_EQ(runModalOverride("... PhotoshopMissingFonts ...", show), 1000);
+  EXPECT_EQ(runModalOverride("Something else", show), 7);
+  EXPECT_EQ(sShown, 2);
+  // An alert within an alert is not shown.
+  const auto nested = [](const std::string& text) { return runModalOverride(text, [](const std::string&) { return 9; }); };
+  EXPECT_EQ(runModalOverride("Something else", nested), 0);
+  EXPECT_EQ(gShowingAlertCallCounter, 0);
+}
+
+TEST_F(ReplaceMissingFonts, ClosesAndOpensTheDocumentAfterItsDelay) {
+  MakeReady();
+  const std::string path = WriteDocument("a.psd", {"Alpha"});
+  app.Add(path);
+  SendOpen(path);
+  const int other = app.Add(WriteDocument("b.psd", {}));
+  Wait(3.9);
+  EXPECT_TRUE(app.played.empty());
+  ui->TakeShown();
+  Wait(0.2);
+  EXPECT_EQ(app.played, (Lines{"select 101", "close 101", "open " + path}));
+  EXPECT_EQ(ui->TakeShown(), (Lines{"show", "update", "hide"}));
+  EXPECT_EQ(Tracked(), Lines{"a.psd 103"});
+  EXPECT_NE(app.Find(other), nullptr);
+  Wait(10);
+  EXPECT_EQ(app.played.size(), 3u);
+}
+
+TEST_F(ReplaceMissingFonts, IsArmedOnlyIfAFontWasActivatedAndNoneIsMissing) {
+  ui->preferences["PickBestMatch"] = 1;
+  agent.Add({.id = 4, .postScriptName = "Active", .ownState = 4});
+  MakeReady();
+  for (const Lines& fonts : {Lines{"Active"}, Lines{"Alpha", "Absent"}, Lines{}}) {
+    const std::string path = WriteDocument(std::to_string(app.lastID) + ".psd", fonts);
+    app.Add(path);
+    SendOpen(path);
+  }
+  Wait(10);
+  EXPECT_TRUE(app.played.empty());
+}
+
+TEST_F(ReplaceMissingFonts, TakesItsDelayFromThePreference) {
+  MakeReady();
+  const struct {
+    int milliseconds, stored;
+    double fires;  // seconds; below 0: never
+  } kRows[] = {{0, 4000, 4}, {-1, -1, -1}, {6000, 6000, 6}, {1, 1, 0.001}};
+  for (const auto& row : kRows) {
+    app.documents.clear();
+    app.played.clear();
+    platform::Clock::SetDriven(kNow);
+    ui->preferences["RMF5"] = row.milliseconds;
+    DeferredReplaceMissingFonts(app.Add(WriteDocument("a.psd", {})));
+    EXPECT_EQ(ui->preferences["RMF5"], row.stored);
+    Wait(row.fires < 0 ? 20 : row.fires - 0.0005);
+    EXPECT_TRUE(app.played.empty()) << row.milliseconds;
+    Wait(0.002);
+    EXPECT_EQ(app.played.empty(), row.fires < 0) << row.milliseconds;
+  }
+  MarquineGlobals::SetNoVPFInterfaceForTesting();
+  app.played.clear();
+  DeferredReplaceMissingFonts(1);
+  Wait(20);
+  EXPECT_TRUE(app.played.empty());
+}
+
+TEST_F(ReplaceMissingFonts, WaitsUntilTheWayIsClear) {
+  MakeReady();
+  const std::string path = WriteDocument("a.psd", {});
+  DeferredReplaceMissingFonts(app.Add(path));
+  for (int* counter : {&gOpenDocumentCallCounter, &gShowingAlertCallCounter}) {
+    ++*counter;
+    Wait(5);
+    EXPECT_TRUE(app.played.empty());
+    --*counter;
+  }
+  // Not in a modal loop either.
+  platform::RunLoop::Main().RunFor(5, platform::RunLoopMode::kModal);
+  EXPECT_TRUE(app.played.empty());
+  Wait(1);
+  EXPECT_EQ(app.played.size(), 3u);
+}
+
+TEST_F(ReplaceMissingFonts, IsGivenUpForADirtyDocumentAModalWindowOrAPathThatCannotBeEncoded) {
+  MakeReady();
+  Window modal("Save?", {}, nullptr);
+  struct Case {
+    const char *rule, *file;
+    std::function<void(fakes::FakeHostDocument&)> change;
+  };
+  const std::vector<Case> kCases = {
+      {"dirty", "a.psd", [](fakes::FakeHostDocument& document) { document.isDirty = true; }},
+      {"modal", "b.psd", [&](fakes::FakeHostDocument&) { Window::SetModal(&modal); }},
+      {"not to be encoded", "日本.psd", [](fakes::FakeHostDocument&) {}},
+  };
+  for (const Case& row : kCases) {
+    app.played.clear();
+    const std::string path = WriteDocument(row.file, {});
+    const int id = app.Add(path);
+    AllTrackedDocuments::AddDocument(nullptr, path);
+    row.change(*app.Find(id));
+    DeferredReplaceMissingFonts(id);
+    Wait(10);
+    EXPECT_EQ(app.played, Lines{"select " + std::to_string(id)}) << row.rule;
+    EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByPath(path)->GetDocumentHandle(), id) << row.rule;
+    Window::SetModal(nullptr);
+  }
+}
+
+TEST_F(ReplaceMissingFonts, PendingOnesCanBeDelayed) {
+  MakeReady();
+  ui->preferences["RMF5"] = 10'000;
+  DeferredReplaceMissingFonts(app.Add(WriteDocument("a.psd", {})));
+  DelayReplaceMissingFontsTimers();
+  Wait(0.9);
+  EXPECT_TRUE(app.played.empty());
+  Wait(0.2);
+  EXPECT_EQ(app.played.size(), 3u);
+}
+
+}  // namespace
