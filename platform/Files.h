@@ -11,7 +11,7 @@
 
 namespace platform {
 
-PLATFORM_API bool FileExists(const std::string& path);    // anything at all stands there
+PLATFORM_API bool FileExists(const std::string& path);  // anything at all stands there
 PLATFORM_API bool FolderExists(const std::string& path);
 
 // Reads a regular file; on failure the content is untouched. A folder gives std::errc::is_a_directory, anything else that

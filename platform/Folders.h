@@ -28,8 +28,8 @@ PLATFORM_API void SetPlaces(const Places& places);
 PLATFORM_API const Places& GetPlaces();
 
 // Absolute paths without a trailing separator.
-PLATFORM_API std::string LocalLibraryFolder();    // root + "/Library"
-PLATFORM_API std::string UserLibraryFolder();     // home + "/Library"
-PLATFORM_API std::string LocalFrameworksFolder(); // root + "/Library/Frameworks"
+PLATFORM_API std::string LocalLibraryFolder();     // root + "/Library"
+PLATFORM_API std::string UserLibraryFolder();      // home + "/Library"
+PLATFORM_API std::string LocalFrameworksFolder();  // root + "/Library/Frameworks"
 
 }  // namespace platform

@@ -57,7 +57,8 @@ bool IsPostScriptNameActive(const std::string& postScriptName) {
 
 bool IsFontNameActive(const std::string& name) {
   if (name.empty()) return false;
-  return FindFont([&](const FcPattern* font) { return Text(font, FC_POSTSCRIPT_NAME) == name || HasFamily(font, name); });
+  return FindFont(
+      [&](const FcPattern* font) { return Text(font, FC_POSTSCRIPT_NAME) == name || HasFamily(font, name); });
 }
 
 std::vector<ActiveFont> ActiveFonts() {

@@ -23,7 +23,8 @@ std::error_code LastError() { return {errno, std::generic_category()}; }
 bool MakeAddress(int folder, const std::string& name, sockaddr_un& address) {
   address = {};
   address.sun_family = AF_UNIX;
-  const int length = std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, name.c_str());
+  const int length =
+      std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, name.c_str());
   return length > 0 && static_cast<size_t>(length) < sizeof address.sun_path;
 }
 

@@ -15,9 +15,9 @@
 #include <map>
 #include <mutex>
 
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
-#include "platform/Descriptor.h"
 #include "platform/PropertyList.h"
 
 extern char** environ;

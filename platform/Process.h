@@ -36,8 +36,8 @@ PLATFORM_API std::shared_ptr<Announcement> AnnounceApplication(const std::string
 
 // Starts a program with exactly one argument, detached: its own session, standard input from /dev/null, standard output
 // and error to the given file or, if that is empty, to /dev/null. It is reaped by itself. False with a line in *error.
-PLATFORM_API bool LaunchDetached(const std::string& executable, const std::string& argument, const std::string& outputFile,
-                                 std::string* error);
+PLATFORM_API bool LaunchDetached(const std::string& executable, const std::string& argument,
+                                 const std::string& outputFile, std::string* error);
 PLATFORM_API bool IsExecutableFile(const std::string& path);
 
 // Sleep and wake of the machine. Observers are called on the caller's thread of PostPowerEvent, in order of adding.

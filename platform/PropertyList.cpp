@@ -56,7 +56,8 @@ plist_t MakeDictionary(const Dictionary& dictionary, int depth) {
 plist_t MakeNode(const Value& value, int depth) {
   if (depth > kDeepestPropertyList) return nullptr;
   switch (value.Type()) {
-    case ValueType::kString: return IsForXML(String(value).View()) ? plist_new_string(String(value).CString()) : nullptr;
+    case ValueType::kString:
+      return IsForXML(String(value).View()) ? plist_new_string(String(value).CString()) : nullptr;
     case ValueType::kInteger: {
       const int64_t integer = Number(value).Integer();
       return plist_new_uint(static_cast<uint64_t>(integer));

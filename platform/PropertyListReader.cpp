@@ -135,7 +135,8 @@ class Reader {
     std::optional<std::string> key;
     for (const xmlNode* child = node->children; child && fault_.empty(); child = child->next) {
       if (!IsElement(child)) continue;
-      if ((NameOf(child) == "key") == key.has_value()) return Fail(child, key ? "a key without a value" : "a value without a key");
+      if ((NameOf(child) == "key") == key.has_value())
+        return Fail(child, key ? "a key without a value" : "a value without a key");
       if (key) {
         dictionary.Set(*key, ReadValue(child, depth + 1));
         key.reset();
@@ -169,7 +170,8 @@ class Reader {
   }
 
   Value Fail(const xmlNode* node, const std::string& what) {
-    if (fault_.empty()) fault_ = "the property list holds " + what + " (line " + std::to_string(xmlGetLineNo(node)) + ")";
+    if (fault_.empty())
+      fault_ = "the property list holds " + what + " (line " + std::to_string(xmlGetLineNo(node)) + ")";
     return Value();
   }
 

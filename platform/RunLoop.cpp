@@ -102,7 +102,8 @@ struct RunLoop::State {
     std::vector<RunLoopTimerRef> due;
     for (const Entry& entry : timers) {
       const RunLoopTimer& timer = *entry.timer;
-      if (timer.valid_ && !timer.firing_ && RunsIn(entry, mode) && timer.nextFireDate_ <= now) due.push_back(entry.timer);
+      if (timer.valid_ && !timer.firing_ && RunsIn(entry, mode) && timer.nextFireDate_ <= now)
+        due.push_back(entry.timer);
     }
     std::stable_sort(due.begin(), due.end(),
                      [](const auto& a, const auto& b) { return a->nextFireDate_ < b->nextFireDate_; });
@@ -168,7 +169,8 @@ struct RunLoop::State {
       const auto callback = found->second;
       if (polled[i].revents & POLLNVAL) {
         // Closed by its owner but still watched; it would be ready for ever.
-        ReportProblem("The watched descriptor " + std::to_string(polled[i].fd) + " is closed; it is not watched any more");
+        ReportProblem("The watched descriptor " + std::to_string(polled[i].fd) +
+                      " is closed; it is not watched any more");
         descriptors.erase(found);
         continue;
       }

@@ -2,9 +2,9 @@
 
 #include <iconv.h>
 #include <unicode/coll.h>
+#include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 #include <unicode/unistr.h>
-#include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
@@ -186,7 +186,8 @@ bool AreForICU(std::string_view a, std::string_view b) {
 std::optional<std::string> DecodeText(std::string_view bytes, TextEncoding encoding) {
   if (encoding == TextEncoding::kUTF8) return IsValidUTF8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
   if (encoding == TextEncoding::kNonLossyASCII) return DecodeNonLossyASCII(bytes);
-  if (encoding == TextEncoding::kMacRoman) return bytes.size() < kLongestForICU ? MacRoman().Decode(bytes) : std::nullopt;
+  if (encoding == TextEncoding::kMacRoman)
+    return bytes.size() < kLongestForICU ? MacRoman().Decode(bytes) : std::nullopt;
   Converter converter("UTF-8", NameOf(encoding));
   return converter.Convert(bytes);
 }

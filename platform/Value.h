@@ -116,7 +116,7 @@ class PLATFORM_API Array : public Value {
   size_t Count() const noexcept;
   Value At(size_t index) const noexcept;  // null beyond the end; an entry may itself be null
   void Append(const Value& entry);
-  void Set(size_t index, const Value& entry);  // beyond the end: nothing
+  void Set(size_t index, const Value& entry);     // beyond the end: nothing
   void Insert(size_t index, const Value& entry);  // index up to Count()
   void RemoveAt(size_t index);
   void Clear();

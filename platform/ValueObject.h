@@ -42,7 +42,8 @@ class DictionaryContents {
 
 class ValueObject {
  public:
-  using Contents = std::variant<std::string, int64_t, double, bool, std::vector<std::byte>, ArrayContents, DictionaryContents>;
+  using Contents =
+      std::variant<std::string, int64_t, double, bool, std::vector<std::byte>, ArrayContents, DictionaryContents>;
 
   explicit ValueObject(Contents contents) : contents(std::move(contents)) {}
 

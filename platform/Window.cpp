@@ -11,7 +11,10 @@ OrderWindowMethod sOrderWindow = &Window::PlatformOrderWindow;
 }  // namespace
 
 Window::Window(std::string title, std::vector<View> contentSubviews, KeyHandler onKey)
-    : title_(std::move(title)), subviews_(std::move(contentSubviews)), onKey_(std::move(onKey)), number_(++sLastNumber) {}
+    : title_(std::move(title)),
+      subviews_(std::move(contentSubviews)),
+      onKey_(std::move(onKey)),
+      number_(++sLastNumber) {}
 
 Window::~Window() {
   if (sModal == this) sModal = nullptr;

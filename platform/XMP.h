@@ -57,8 +57,8 @@ class PLATFORM_API TXMPMeta {
 
   XMP_Index CountArrayItems(const char* ns, const char* array) const;
   bool GetProperty(const char* ns, const char* path, std::string* value, XMP_OptionBits* options) const;
-  bool GetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field, std::string* value,
-                      XMP_OptionBits* options) const;
+  bool GetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
+                      std::string* value, XMP_OptionBits* options) const;
   bool GetArrayItem(const char* ns, const char* array, XMP_Index index, std::string* value,
                     XMP_OptionBits* options) const;
   void DeleteProperty(const char* ns, const char* path);

@@ -51,8 +51,9 @@ void ShowFonts(const char* kind, const char* headerKey, const char* messageKey, 
 
 int32_t VPFShowMessageBox(const char* header, const char* message, int32_t buttonSet) {
   const ButtonPair buttons = ButtonsOf(message ? message : "");
-  Dictionary box = buttonSet == kTwoButtons ? boxes::MakeBox("message", header, message, {buttons.first, buttons.second})
-                                            : boxes::MakeBox("message", header, message, {"OK"});
+  Dictionary box = buttonSet == kTwoButtons
+                       ? boxes::MakeBox("message", header, message, {buttons.first, buttons.second})
+                       : boxes::MakeBox("message", header, message, {"OK"});
   if (message) box.Set("Key", message);
   const int32_t button = boxes::ButtonOf(box, platform::RunBox(box));
   // Closing a box is its last button.
@@ -82,7 +83,8 @@ void VPFShowAboutBox() {
     if (!message.empty()) message += "\n";
     message += texts::Formatted("AboutInterfaceVersion", details.interfaceVersion);
   }
-  Dictionary box = boxes::MakeBox("about", "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]", nullptr, {"OK"});
+  Dictionary box =
+      boxes::MakeBox("about", "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]", nullptr, {"OK"});
   box.Set("Message", message);
   platform::RunBox(box);
 }

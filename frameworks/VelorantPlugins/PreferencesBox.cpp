@@ -49,7 +49,8 @@ Array Entries() {
     Dictionary entry = Dictionary::Create();
     entry.Set("Key", shown.key);
     entry.Set("Label", texts::Localized(std::string(shown.key) + "Label"));
-    entry.Set("Value", shown.kind == Kind::kSwitch ? Value(Boolean::From(held != 0)) : Value(Number::FromInteger(held)));
+    entry.Set("Value",
+              shown.kind == Kind::kSwitch ? Value(Boolean::From(held != 0)) : Value(Number::FromInteger(held)));
     entries.Append(entry);
   }
   return entries;
@@ -65,7 +66,8 @@ const Shown* Find(std::string_view key) {
 // The value as it is stored; null if it is not of the preference's kind.
 Value Accepted(const Shown& shown, const Value& value) {
   const Number number(value);
-  const bool fits = value.Is(platform::ValueType::kInteger) && number.Integer() >= INT32_MIN && number.Integer() <= INT32_MAX;
+  const bool fits =
+      value.Is(platform::ValueType::kInteger) && number.Integer() >= INT32_MIN && number.Integer() <= INT32_MAX;
   if (shown.kind == Kind::kNumber) return fits ? value : Value();
   if (value.Is(platform::ValueType::kBoolean)) return value;
   return fits ? Value(Boolean::From(number.Integer() != 0)) : Value();

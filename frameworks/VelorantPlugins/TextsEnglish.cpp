@@ -71,7 +71,8 @@ constexpr Text kTexts[] = {
      "The font vault “%@” could not be opened. Choose another vault in [FONT_MANAGER_MODIFIER]."},
     {"SomeLayersMissingFontsMessage", "Some layers of this document use fonts that were not found."},
     {"CommandNotAvailableHeader", "This command is not available"},
-    {"CreateDocSetNotAvailableMessage", "A set belongs to one workgroup or library. Choose a single one and try again."},
+    {"CreateDocSetNotAvailableMessage",
+     "A set belongs to one workgroup or library. Choose a single one and try again."},
 
     // Progress.
     {"FontActivationWindowTitle", "Activating Fonts"},

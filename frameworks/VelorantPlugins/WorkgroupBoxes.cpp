@@ -77,7 +77,8 @@ int32_t ChosenWorkgroup(const Dictionary& box, const Dictionary& answer, int32_t
 }
 
 Dictionary MakeCommandBox(const Dictionary& given) {
-  Dictionary box = boxes::MakeBox("command", "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]", nullptr, {});
+  Dictionary box =
+      boxes::MakeBox("command", "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]", nullptr, {});
   const bool isOnline = given.GetBoolean("IsOnline", HostDetails::Shared().isOnline);
   box.Set("Message", texts::Localized(isOnline ? "WorkingOnline" : "WorkingOffline"));
   Array buttons = Array::Create(), enabled = Array::Create();

@@ -14,14 +14,15 @@
 namespace platform {
 namespace {
 
-using testing::ElementsAre;
 using test_support::TempFolder;
+using testing::ElementsAre;
 
 // Sets variables of the environment and puts the former ones back.
 class Environment {
  public:
   ~Environment() {
-    for (const auto& [name, value] : former_) value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
+    for (const auto& [name, value] : former_)
+      value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
   }
   void Set(const char* name, const char* value) {
     const char* former = getenv(name);
@@ -103,7 +104,7 @@ TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
   const struct {
     const char* name;
     bool isPostScriptName, isName;
-  } rows[] = {{"DejaVuSans", true, true},      {"DejaVu Sans", false, true}, {"dejavusans", false, false},
+  } rows[] = {{"DejaVuSans", true, true},        {"DejaVu Sans", false, true}, {"dejavusans", false, false},
               {"DejaVuSans-Bold", false, false}, {"", false, false},           {"DejaVu", false, false}};
   for (const auto& row : rows) {
     EXPECT_EQ(IsPostScriptNameActive(row.name), row.isPostScriptName) << row.name;

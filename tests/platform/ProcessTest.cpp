@@ -65,13 +65,14 @@ TEST_F(ProcessTest, EntriesThatNoLivingProgramMadeAreRemoved) {
     return at == std::string::npos ? changed : changed.replace(at, from.size(), to);
   };
   const std::string pid = ">" + std::to_string(getpid()) + "<";
-  const std::string stale[] = {"",
-                               "no property list",
-                               "<plist><dict/></plist>",
-                               with(pid, ">2147483647<"),                                    // no such process
-                               with("<key>StartTime</key>\n\t<string>", "<key>StartTime</key>\n\t<string>9"),  // an earlier one
-                               with("platform_tests", "another_program"),
-                               with(pid, ">-1<")};
+  const std::string stale[] = {
+      "",
+      "no property list",
+      "<plist><dict/></plist>",
+      with(pid, ">2147483647<"),                                                      // no such process
+      with("<key>StartTime</key>\n\t<string>", "<key>StartTime</key>\n\t<string>9"),  // an earlier one
+      with("platform_tests", "another_program"),
+      with(pid, ">-1<")};
   for (const std::string& text : stale) {
     folder_.Write("runtime/applications/77", text);
     EXPECT_EQ(RunningApplications().size(), 1u) << text;

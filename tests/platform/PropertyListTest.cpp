@@ -19,9 +19,7 @@ Value Nested(int depth) {
   return value;
 }
 
-Data Bytes(std::string_view text) {
-  return Data::From({reinterpret_cast<const std::byte*>(text.data()), text.size()});
-}
+Data Bytes(std::string_view text) { return Data::From({reinterpret_cast<const std::byte*>(text.data()), text.size()}); }
 
 TEST(PropertyList, WhatIsWrittenComesBack) {
   std::vector<Value> values = {Boolean::From(true), Boolean::From(false), Array::Create(), Dictionary::Create()};
@@ -41,7 +39,8 @@ TEST(PropertyList, WhatIsWrittenComesBack) {
   values.push_back(Bytes(std::string(1000, '\xFF') + std::string(3, '\0')));
   // Side by side, empty ones are not nesting.
   Array many = Array::Create();
-  for (int i = 0; i < 2 * kDeepestPropertyList; ++i) many.Append(i % 2 ? Value(Array::Create()) : Value(Dictionary::Create()));
+  for (int i = 0; i < 2 * kDeepestPropertyList; ++i)
+    many.Append(i % 2 ? Value(Array::Create()) : Value(Dictionary::Create()));
   values.push_back(many);
   values.push_back(Nested(kDeepestPropertyList));
   for (const Value& value : values) {

@@ -81,10 +81,9 @@ TEST_F(RunLoopTest, ModesHoldBackOrLetThrough) {
 }
 
 TEST_F(RunLoopTest, ATimerEndsItself) {
-  const RunLoopTimerRef timer =
-      Add("thrice", 1, 1, RunLoopMode::kCommon, [count = 0](RunLoopTimer& self) mutable {
-        if (++count == 3) self.Invalidate();
-      });
+  const RunLoopTimerRef timer = Add("thrice", 1, 1, RunLoopMode::kCommon, [count = 0](RunLoopTimer& self) mutable {
+    if (++count == 3) self.Invalidate();
+  });
   loop_.RunFor(10);
   EXPECT_THAT(noted_, ElementsAre("thrice@1.0", "thrice@2.0", "thrice@3.0"));
   EXPECT_FALSE(timer->IsValid());
@@ -115,9 +114,9 @@ TEST_F(RunLoopTest, ACallbackThatRunsTheLoopIsNotEnteredAgain) {
 
 TEST_F(RunLoopTest, ExceptionsAreReportedAndSurvived) {
   std::vector<std::string> traced;
-  SetTraceSink([](void* context, int, std::string_view line) {
-    static_cast<std::vector<std::string>*>(context)->emplace_back(line);
-  }, &traced);
+  SetTraceSink([](void* context, int,
+                  std::string_view line) { static_cast<std::vector<std::string>*>(context)->emplace_back(line); },
+               &traced);
   Add("bad", 1, 1, RunLoopMode::kCommon, [](RunLoopTimer&) { throw std::runtime_error("a fault"); });
   Add("good", 1.5, 0);
   loop_.Post([] { throw 42; });

@@ -6,10 +6,9 @@
 namespace platform {
 namespace {
 
-constexpr TextEncoding kEveryEncoding[] = {TextEncoding::kMacRoman,      TextEncoding::kISOLatin1,
-                                           TextEncoding::kWindowsLatin1, TextEncoding::kASCII,
-                                           TextEncoding::kNonLossyASCII, TextEncoding::kUTF8,
-                                           TextEncoding::kUTF16BE};
+constexpr TextEncoding kEveryEncoding[] = {
+    TextEncoding::kMacRoman,      TextEncoding::kISOLatin1, TextEncoding::kWindowsLatin1, TextEncoding::kASCII,
+    TextEncoding::kNonLossyASCII, TextEncoding::kUTF8,      TextEncoding::kUTF16BE};
 
 TEST(TextEncoding, BytesAndTextGoBothWays) {
   using std::string_literals::operator""s;
@@ -58,26 +57,20 @@ TEST(TextEncoding, MalformedBytesAreNothing) {
       {TextEncoding::kUTF8, "\xED\xA0\x80"},      // a surrogate
       {TextEncoding::kUTF8, "\xF4\x90\x80\x80"},  // beyond the last code point
       {TextEncoding::kUTF8, "a\xE2\x88"},         // cut off
-      {TextEncoding::kUTF16BE, "\0A\0"s},
-      {TextEncoding::kUTF16BE, "\xD8\x34\0A"s},
-      {TextEncoding::kUTF16BE, "\xDD\x1E"},
-      {TextEncoding::kASCII, "\x80"},
-      {TextEncoding::kWindowsLatin1, "\x81"},
-      {TextEncoding::kNonLossyASCII, "\x80"},
-      {TextEncoding::kNonLossyASCII, R"(\u12)"},
-      {TextEncoding::kNonLossyASCII, R"(\u+123)"},
-      {TextEncoding::kNonLossyASCII, R"(\400)"},
-      {TextEncoding::kNonLossyASCII, R"(\389)"},
-      {TextEncoding::kNonLossyASCII, R"(end\)"},
-      {TextEncoding::kNonLossyASCII, R"(\ud834 alone)"},
+      {TextEncoding::kUTF16BE, "\0A\0"s},        {TextEncoding::kUTF16BE, "\xD8\x34\0A"s},
+      {TextEncoding::kUTF16BE, "\xDD\x1E"},      {TextEncoding::kASCII, "\x80"},
+      {TextEncoding::kWindowsLatin1, "\x81"},    {TextEncoding::kNonLossyASCII, "\x80"},
+      {TextEncoding::kNonLossyASCII, R"(\u12)"}, {TextEncoding::kNonLossyASCII, R"(\u+123)"},
+      {TextEncoding::kNonLossyASCII, R"(\400)"}, {TextEncoding::kNonLossyASCII, R"(\389)"},
+      {TextEncoding::kNonLossyASCII, R"(end\)"}, {TextEncoding::kNonLossyASCII, R"(\ud834 alone)"},
   };
   for (const auto& row : rows) EXPECT_FALSE(DecodeText(row.bytes, row.encoding)) << row.bytes;
 }
 
 TEST(TextEncoding, TextThatAnEncodingLacksIsNothing) {
   for (const TextEncoding encoding : kEveryEncoding) EXPECT_FALSE(EncodeText("a\xFF", encoding));
-  for (const TextEncoding encoding : {TextEncoding::kMacRoman, TextEncoding::kISOLatin1, TextEncoding::kWindowsLatin1,
-                                      TextEncoding::kASCII}) {
+  for (const TextEncoding encoding :
+       {TextEncoding::kMacRoman, TextEncoding::kISOLatin1, TextEncoding::kWindowsLatin1, TextEncoding::kASCII}) {
     EXPECT_FALSE(EncodeText("日本", encoding));
     EXPECT_FALSE(EncodeText("caf\u0065\u0301 𝄞", encoding)) << "no likeness in place of a character";
   }
@@ -97,8 +90,8 @@ TEST(TextEncoding, LongTextIsConvertedWhole) {
 TEST(TextEncoding, UTF16GoesBothWaysOrNotAtAll) {
   EXPECT_EQ(UTF16ToUTF8(u"a∆𝄞"), "a∆𝄞");
   EXPECT_EQ(UTF8ToUTF16("a∆𝄞"), u"a∆𝄞");
-  for (const std::u16string_view bad : {std::u16string_view(u"\xD834"), std::u16string_view(u"\xDD1E\xD834"),
-                                        std::u16string_view(u"\xD834x")}) {
+  for (const std::u16string_view bad :
+       {std::u16string_view(u"\xD834"), std::u16string_view(u"\xDD1E\xD834"), std::u16string_view(u"\xD834x")}) {
     EXPECT_FALSE(UTF16ToUTF8(bad));
   }
   EXPECT_FALSE(UTF8ToUTF16("a\xFF"));

@@ -80,7 +80,8 @@ TEST(Values, EqualityLooksAtTheContents) {
     array.Append(Value());
     array.Append(Number::FromInteger(number));
     const std::pair<const char*, Value> entries[] = {{"a", array}, {"b", String::FromUTF8("text")}};
-    for (int i = 0; i < 2; ++i) dictionary.Set(entries[reversed ? 1 - i : i].first, entries[reversed ? 1 - i : i].second);
+    for (int i = 0; i < 2; ++i)
+      dictionary.Set(entries[reversed ? 1 - i : i].first, entries[reversed ? 1 - i : i].second);
     return dictionary;
   };
   EXPECT_TRUE(make(false, 1).Equals(make(true, 1)));

@@ -27,11 +27,11 @@ using EventCallback = void (*)(const Event* event, void* context);
 
 }  // namespace csxs::event
 
-#define PLUG_PLUG_FUNCTIONS(X)                                                                                        \
-  X(PlugPlugLoadExtension, int32_t, (const char* extensionID))                                                        \
-  X(PlugPlugUnloadExtension, int32_t, (const char* extensionID))                                                      \
-  X(PlugPlugAddEventListener, csxs::event::EventErrorCode,                                                            \
-    (const char* type, csxs::event::EventCallback callback, void* context))                                           \
-  X(PlugPlugRemoveEventListener, csxs::event::EventErrorCode,                                                         \
-    (const char* type, csxs::event::EventCallback callback, void* context))                                           \
+#define PLUG_PLUG_FUNCTIONS(X)                                              \
+  X(PlugPlugLoadExtension, int32_t, (const char* extensionID))              \
+  X(PlugPlugUnloadExtension, int32_t, (const char* extensionID))            \
+  X(PlugPlugAddEventListener, csxs::event::EventErrorCode,                  \
+    (const char* type, csxs::event::EventCallback callback, void* context)) \
+  X(PlugPlugRemoveEventListener, csxs::event::EventErrorCode,               \
+    (const char* type, csxs::event::EventCallback callback, void* context)) \
   X(PlugPlugDispatchEvent, csxs::event::EventErrorCode, (const csxs::event::Event* event))

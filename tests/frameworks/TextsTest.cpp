@@ -1,0 +1,166 @@
+// Every key that the sources use has a text, in every language, that fits it.
+#include "frameworks/VelorantPlugins/Texts.h"
+
+#include <filesystem>
+#include <map>
+#include <regex>
+#include <set>
+
+#include "frameworks/UIFramework.h"
+#include "platform/Files.h"
+
+namespace framework_tests {
+namespace {
+
+using Texts = std::map<std::string, std::string>;
+
+Texts TextsOf(std::span<const texts::Text> table) {
+  Texts map;
+  for (const texts::Text& text : table) EXPECT_TRUE(map.emplace(text.key, text.text).second) << "twice: " << text.key;
+  return map;
+}
+
+// The string literals of a statement, neighbours joined as the compiler does.
+std::vector<std::string> LiteralsOf(const std::string& statement) {
+  static const std::regex kLiteral(R"re("((?:[^"\\]|\\.)*)")re");
+  std::vector<std::string> literals;
+  for (std::sregex_iterator at(statement.begin(), statement.end(), kLiteral), end; at != end; ++at) {
+    const std::string between = at->prefix();
+    const bool isNeighbour = !literals.empty() && between.find_first_not_of(" \n") == std::string::npos;
+    isNeighbour ? literals.back() += at->str(1) : literals.emplace_back(at->str(1));
+  }
+  std::erase(literals, "");
+  return literals;
+}
+
+// What looks like one of the framework's identifiers, wherever it stands: such a key may go through a variable first.
+bool IsIdentifier(const std::string& literal) {
+  static const std::regex kName(
+      "[A-Z]\\w*(Header|HeaderFormat|HeaderForDoc|HeaderForQuit|Message|Msg|Title|LaunchPrefs|Workgroup)");
+  static const std::set<std::string> kOthers = {"CurrentWorkgroup", "WindowTitle"};  // keys of dictionaries
+  return std::regex_match(literal, kName) && !kOthers.contains(literal);
+}
+
+// Keys in the sources of a folder: of the calls that take keys, and whatever looks like one.
+std::set<std::string> KeysUsedIn(const std::string& folder) {
+  static const std::regex kCall(
+      R"(\b(LocalizedString|localized|ShowMessageBox|ShowFormattedVaultMessage|Localized|Formatted|MakeBox|ShowFonts)\()");
+  std::set<std::string> keys;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() != ".cpp" || entry.path().filename().string().starts_with("Texts")) continue;
+    std::string source;
+    EXPECT_FALSE(platform::ReadFile(entry.path(), source));
+    for (size_t start = 0, end; start < source.size(); start = end + 1) {
+      end = std::min(source.find_first_of(";{}", start), source.size());
+      const std::string statement = source.substr(start, end - start);
+      const bool isCall = std::regex_search(statement, kCall);
+      for (const std::string& literal : LiteralsOf(statement)) {
+        if (isCall || IsIdentifier(literal)) keys.insert(literal);
+      }
+    }
+  }
+  return keys;
+}
+
+TEST(Texts, EveryKeyThatThePluginUsesHasOne) {
+  const Texts english = TextsOf(texts::kEnglish);
+  std::set<std::string> used = KeysUsedIn(SOURCE_DIR "/plugins");
+  for (const char* notAKey : {"%d", "%@", "Adding '%s' to user's workgroup list."}) used.erase(notAKey);
+  EXPECT_GE(used.size(), 55u) << "the sources are not read as they should be";
+  for (const std::string& key : used) EXPECT_TRUE(english.contains(key)) << key;
+}
+
+// Keys that no code of the plug-in uses yet, and the framework's own.
+TEST(Texts, EveryOtherKeyHasOneToo) {
+  const Texts english = TextsOf(texts::kEnglish);
+  for (const char* key : {"FontManagerNotFoundHeader", "MarquineOldVersionMessage", "ConnectionLostHeader",
+                          "GoOnlineErrorMessage", "MustBeOnlineMessage", "HBCoreAgentOutOfSyncMessage",
+                          "PhotoshopMissingFonts", "All Libraries", "MasterGoogleFontsLibrary", "Set Name:"}) {
+    EXPECT_TRUE(english.contains(key)) << key;
+  }
+  std::set<std::string> used = KeysUsedIn(SOURCE_DIR "/frameworks/VelorantPlugins");
+  // Keys of the dictionaries beside which they stand, and the part of which keys of labels are made.
+  for (const char* notAKey :
+       {"Fonts", "Description", "Message", "Header", "Key", "Label", "Foundry", "Version", "FontKind", "WorkgroupName",
+        "IsActive", "Workgroups", "Default", "PossibleReplacements"}) {
+    used.erase(notAKey);
+  }
+  // Kinds of boxes, and values.
+  std::erase_if(used, [](const std::string& key) { return key[0] != '[' && !(key[0] >= 'A' && key[0] <= 'Z'); });
+  EXPECT_GE(used.size(), 20u) << "the sources are not read as they should be";
+  for (const std::string& key : used) EXPECT_TRUE(english.contains(key)) << key;
+}
+
+// What a text takes from outside, in a form to compare.
+std::multiset<std::string> PlaceholdersOf(const std::string& text) {
+  static const std::regex kPlaceholder(R"(%.|\[[^\]]*\])");
+  std::multiset<std::string> found;
+  for (std::sregex_iterator at(text.begin(), text.end(), kPlaceholder), end; at != end; ++at) found.insert(at->str());
+  return found;
+}
+
+TEST(Texts, TheLanguagesHaveTheSameKeysAndPlaceholders) {
+  const Texts english = TextsOf(texts::kEnglish);
+  const std::pair<const char*, std::span<const texts::Text>> languages[] = {
+      {"German", texts::kGerman},         {"French", texts::kFrench},   {"Spanish", texts::kSpanish},
+      {"Portuguese", texts::kPortuguese}, {"Italian", texts::kItalian}, {"Japanese", texts::kJapanese}};
+  for (const auto& [name, table] : languages) {
+    const Texts translated = TextsOf(table);
+    EXPECT_EQ(translated.size(), english.size()) << name;
+    for (const auto& [key, text] : translated) {
+      ASSERT_TRUE(english.contains(key)) << name << ": " << key;
+      EXPECT_EQ(PlaceholdersOf(text), PlaceholdersOf(english.at(key))) << name << ": " << key;
+      EXPECT_FALSE(text.empty()) << name << ": " << key;
+      EXPECT_TRUE(platform::String::FromUTF8(text)) << name << ": " << key;
+    }
+  }
+  for (const auto& [key, text] : english) {
+    for (const std::string& placeholder : PlaceholdersOf(text)) {
+      EXPECT_THAT(placeholder, testing::AnyOf("%d", "%@", "[host app]", "[FONT_MANAGER_MODIFIER]")) << key;
+    }
+  }
+}
+
+TEST_F(UIFrameworkTest, TheTextIsInTheUsersLanguage) {
+  const struct {
+    const char *locale, *language, *title;
+  } rows[] = {{"C", "de", "Missing Fonts"},
+              {"de_DE.UTF-8", nullptr, "Fehlende Schriften"},
+              {"fr_FR", nullptr, "Polices manquantes"},
+              {"es", nullptr, "Fuentes no disponibles"},
+              {"pt_BR", nullptr, "Fontes ausentes"},
+              {"it_IT", nullptr, "Font mancanti"},
+              {"ja_JP", nullptr, "フォント"},
+              {"sv_SE", nullptr, "Missing Fonts"},
+              {"sv_SE", "nb:ja:de", "フォント"},
+              {"de_DE", "en:de", "Missing Fonts"}};
+  for (const auto& row : rows) {
+    setenv("LC_ALL", row.locale, 1);
+    row.language ? setenv("LANGUAGE", row.language, 1) : unsetenv("LANGUAGE");
+    Start();
+    EXPECT_EQ(Localized("PhotoshopMissingFonts"), row.title) << row.locale;
+    EXPECT_EQ(Localized("no such key [host app]"), "no such key [host app]");
+  }
+  unsetenv("LANGUAGE");
+  EXPECT_EQ(VPFLocalizedString(nullptr), nullptr);
+}
+
+TEST_F(UIFrameworkTest, PlaceholdersAreFilledInOnce) {
+  const char* kTitle = "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]";
+  EXPECT_EQ(Localized(kTitle), "Velorant Auto-Activation Plug-in for the host application");
+  platform::Dictionary details = platform::Dictionary::Create();
+  details.Set("HostApp", "[FONT_MANAGER_MODIFIER] [");
+  Start(details);
+  const struct {
+    const char *bundle, *name;
+  } rows[] = {{"MarquinePrimePlugin", "Marquine Prime"}, {"HarbinetPlugin", "Harbinet"}, {"Another", "Another"}};
+  for (const auto& row : rows) {
+    platform::Dictionary manager = platform::Dictionary::Create();
+    manager.Set("FontManager", row.bundle);
+    VPFSetHostDetails(manager.Ref());
+    EXPECT_EQ(Localized(kTitle), std::string(row.name) + " Auto-Activation Plug-in for [FONT_MANAGER_MODIFIER] [");
+  }
+}
+
+}  // namespace
+}  // namespace framework_tests
