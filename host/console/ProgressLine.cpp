@@ -10,6 +10,11 @@ namespace {
 
 constexpr int64_t kWorthQuarters = 100;  // below, a plain line at the start says enough
 
+// A property list may hold a truth as a number.
+bool IsIndeterminate(const platform::Dictionary& progress) {
+  return progress.GetBoolean("IsIndeterminate") || progress.GetInteger("IsIndeterminate") != 0;
+}
+
 std::string HeadOf(const platform::Dictionary& progress) {
   const std::string header = progress.GetString("Header").Text();
   return header.empty() ? progress.GetString("WindowTitle").Text() : header;
@@ -26,7 +31,7 @@ void ProgressLine::Show(const platform::Dictionary& progress) {
   lastQuarter_ = 0;
   if (isTerminal_) {
     Draw(progress);
-  } else if (!wasShown && !progress.GetBoolean("IsIndeterminate")) {
+  } else if (!wasShown && !IsIndeterminate(progress)) {
     std::fprintf(stderr, "%s\n", HeadOf(progress).c_str());
   }
 }
@@ -38,7 +43,7 @@ void ProgressLine::Update(const platform::Dictionary& progress) {
     return;
   }
   const int64_t most = progress.GetInteger("MaxProgress"), current = progress.GetInteger("CurrentProgress");
-  if (most < kWorthQuarters || progress.GetBoolean("IsIndeterminate")) return;
+  if (most < kWorthQuarters || IsIndeterminate(progress)) return;
   const int64_t quarter = current * 4 / most;
   if (quarter <= lastQuarter_) return;
   lastQuarter_ = quarter;
@@ -49,7 +54,7 @@ void ProgressLine::Update(const platform::Dictionary& progress) {
 void ProgressLine::Draw(const platform::Dictionary& progress) {
   std::string line = HeadOf(progress);
   const int64_t most = progress.GetInteger("MaxProgress");
-  if (most > 0 && !progress.GetBoolean("IsIndeterminate")) {
+  if (most > 0 && !IsIndeterminate(progress)) {
     line += "  " + std::to_string(progress.GetInteger("CurrentProgress")) + "/" + std::to_string(most);
   }
   const std::string status = progress.GetString("Status").Text();

@@ -1,0 +1,153 @@
+// What reaches the user: boxes, progress, and the reason for which a file was chosen.
+#include <gmock/gmock.h>
+
+#include "host/console/Boxes.h"
+#include "host/console/Report.h"
+#include "host/console/TraceRecorder.h"
+#include "platform/Presenter.h"
+#include "platform/Trace.h"
+
+using platform::Array;
+using platform::Dictionary;
+using platform::Number;
+using platform::String;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace console {
+
+namespace {
+
+Dictionary MakeBox(const char* kind, std::initializer_list<const char*> buttons) {
+  Dictionary box = Dictionary::Create();
+  box.Set("Kind", kind);
+  box.Set("Header", "Something");
+  Array list = Array::Create();
+  for (const char* button : buttons) list.Append(String::FromUTF8(button));
+  box.Set("Buttons", list);
+  return box;
+}
+
+Dictionary MakeProgress(int64_t current, int64_t most) {
+  Dictionary progress = Dictionary::Create();
+  progress.Set("Header", "Scanning");
+  progress.Set("CurrentProgress", Number::FromInteger(current));
+  progress.Set("MaxProgress", Number::FromInteger(most));
+  return progress;
+}
+
+}  // namespace
+
+TEST(Boxes, TakeTheNextAnswerAndElseTheirDefault) {
+  AnswerQueue answers;
+  Answer second;
+  second.button = 2;
+  answers.Add(second);
+  const Boxes boxes(answers);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(platform::RunBox(MakeBox("message", {"OK", "Cancel"})).GetInteger("Button"), 2);
+  // Nobody decides for the user; what only tells something is confirmed.
+  EXPECT_EQ(platform::RunBox(MakeBox("message", {"Try Again", "Cancel"})).GetInteger("Button"), 0);
+  EXPECT_EQ(platform::RunBox(MakeBox("message", {"OK"})).GetInteger("Button"), 1);
+  EXPECT_EQ(platform::RunBox(MakeBox("text", {"OK", "Cancel"})).GetInteger("Button"), 0);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 4);
+  EXPECT_THAT(told, HasSubstr("box: Something [answered: button 2]"));
+}
+
+TEST(Boxes, AskTheUserForEachChoice) {
+  AnswerQueue answers;
+  Boxes boxes(answers);
+  Dictionary candidate = Dictionary::Create(), font = Dictionary::Create(), lone = Dictionary::Create();
+  candidate.Set("Description", "URW, 1.00");
+  Array candidates = Array::Create(), fonts = Array::Create();
+  candidates.Append(candidate);
+  candidates.Append(candidate);
+  font.Set("PostScriptName", "A-Bold");
+  font.Set("PossibleReplacements", candidates);
+  lone.Set("PostScriptName", "B-Bold");
+  fonts.Append(font);
+  fonts.Append(lone);
+  Dictionary box = MakeBox("resolve", {"Use", "Cancel"});
+  box.Set("Fonts", fonts);
+
+  std::vector<std::string> lines = {"2", "1"};
+  size_t asked = 0;
+  boxes.SetTerminal([&](const std::string&, std::string& line) {
+    if (asked == lines.size()) return false;
+    line = lines[asked++];
+    return true;
+  });
+  testing::internal::CaptureStderr();
+  const Dictionary answer = platform::RunBox(box);
+  EXPECT_EQ(answer.GetDictionary("Choices").GetInteger("A-Bold", -1), 1);
+  EXPECT_EQ(answer.GetInteger("Button"), 1);
+  EXPECT_EQ(platform::RunBox(MakeBox("message", {"OK"})).GetInteger("Button"), 0);  // the input has ended
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("2  URW, 1.00"));
+}
+
+TEST(Progress, IsAFewPlainLinesWithoutATerminal) {
+  testing::internal::CaptureStderr();
+  {
+    ProgressLine line;
+    line.Show(MakeProgress(0, 400));
+    for (int64_t i = 0; i <= 400; ++i) line.Update(MakeProgress(i, 400));
+    line.Hide();
+    Dictionary endless = MakeProgress(0, 100);
+    endless.Set("IsIndeterminate", Number::FromInteger(1));
+    line.Show(endless);
+    line.Update(endless);
+    line.Hide();
+  }
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(told, "Scanning\nScanning: 100 of 400\nScanning: 200 of 400\nScanning: 300 of 400\nScanning: 400 of 400\n");
+}
+
+TEST(TraceRecorder, FindsTheLastReasonSinceTheMark) {
+  TraceRecorder recorder;
+  platform::TraceLine(0, "Matched 'A' with '/old.otf': only candidate");
+  recorder.Mark();
+  platform::TraceLine(0, "Preferred '/a's/A.otf' over '/b/A.t1' for 'A': OpenType first");
+  platform::TraceLine(0, "Matched 'A' with '/a's/A.otf': best match");
+  platform::TraceLine(0, "Preferred '/AB.otf' over '/AB.t1' for 'AB': version");
+  platform::TraceLine(0, "Matched 'B' with '/B.otf': only candidate");
+  const TraceRecorder::Reason a = recorder.ReasonFor("A"), b = recorder.ReasonFor("B");
+  EXPECT_EQ(a.how, "best match");
+  EXPECT_EQ(a.stage, "OpenType first");
+  EXPECT_EQ(a.over, "/b/A.t1");
+  EXPECT_EQ(b.how, "only candidate");
+  EXPECT_EQ(b.over, "");
+  recorder.Mark();
+  EXPECT_EQ(recorder.ReasonFor("A").how, "");
+}
+
+TEST(TraceRecorder, CountsRepeatedLinesAndIndents) {
+  TraceRecorder recorder;
+  platform::TraceLine(1, "in\n");
+  for (int i = 0; i < 3; ++i) platform::TraceLine(0, "tick");
+  platform::TraceLine(-1, "out");
+  EXPECT_THAT(recorder.LastLines(9), ElementsAre("in", "  tick  (3 times)", "out"));
+  EXPECT_THAT(recorder.LastLines(1), ElementsAre("out"));
+}
+
+TEST(Report, JsonLinesHaveTheirKeysInOrder) {
+  const auto report = MakeJsonReport();
+  testing::internal::CaptureStdout();
+  report->Opened({"a.psd", {"N", "M"}, {"N"}, {{"M", "/m.otf", "only candidate"}}, {}});
+  report->Saved("a.psd", {"N"});
+  report->Closed("a.psd", {"M"});
+  report->Error("b\xff.psd", "No such file");
+  report->Finish();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            R"({"event":"opened","file":"a.psd","named":["N","M"],"active":["N"],)"
+            R"("activated":[{"name":"M","file":"/m.otf","why":"only candidate"}],"missing":[]})"
+            "\n"
+            R"({"event":"saved","file":"a.psd","slug":["N"]})"
+            "\n"
+            R"({"event":"closed","file":"a.psd","deactivated":["M"]})"
+            "\n"
+            "{\"event\":\"error\",\"file\":\"b\xef\xbf\xbd.psd\",\"message\":\"No such file\"}\n");
+  EXPECT_EQ(report->Errors(), 1);
+}
+
+}  // namespace console
