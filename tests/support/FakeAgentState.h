@@ -102,7 +102,7 @@ class FakeAgent {
   std::map<uint32_t, FakeFont> fonts;
   std::vector<FakeWorkgroup> workgroups{{5, "Library", "1"}};
   bool isStandalone = true, isLoggedIn = true, isOnline = true, isGone = false, isWebFontsEnabled = false;
-  bool areSchemasInSync = true;
+  bool areSchemasInSync = true, isProcessRunning = true;
   bool mayUseAllWorkgroups = true, mayExport = true;
   uint32_t initAppResult = 0, initThreadResult = 0;
   // Runs before each call; what it throws leaves the call.

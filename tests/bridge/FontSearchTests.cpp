@@ -1,0 +1,189 @@
+// How the candidates of a document font are found, and which workgroup is searched.
+#include "support/PluginFixture.h"
+#include "support/Records.h"
+
+using namespace fakes;
+using platform::Array;
+using platform::Dictionary;
+
+namespace {
+
+class FontSearch : public PluginFixture {
+ protected:
+  // The IDs found, best first, and the status.
+  std::string Find(const Dictionary& font, TypeOfFontName kind = GlyphsureSupport::kPostScriptName) {
+    Array found = Array::Create();
+    isExcluded = false;
+    status = FontManagerInterface::sm_pFontManager->GetGlyphsureData(font, kind, isExcluded, -2, &found);
+    std::string ids;
+    for (size_t i = 0; i < found.Count(); ++i) {
+      ids += (i == 0 ? "" : " ") + Dictionary(found.At(i)).GetString("DatabaseID").Text();
+    }
+    return ids;
+  }
+
+  int status = 0;
+  bool isExcluded = false;
+};
+
+}  // namespace
+
+TEST_F(FontSearch, NamesAreRetriedWithLessAndLess) {
+  agent.Add({.id = 1, .postScriptName = "TimesNew", .family = "Times New"});
+  agent.Add({.id = 2, .postScriptName = "Sans-Bold", .family = "Sans Pro"});
+  agent.Add({.id = 3, .postScriptName = "Sans-Bold", .family = "Sans Pro", .version = "3.0"});
+  Connect();
+  const struct {
+    const char* why;
+    const char* name;
+    const char* expected;
+  } rows[] = {
+      {"as it is", "Sans-Bold", "3 2"},
+      {"without illegal characters", "Times New", "1"},
+      {"without a subset tag", "ABCDEF+Sans-Bold", "3 2"},
+      {"without a style", "Sans-Bold_Caps", "3 2"},
+      {"as a family, blanks for hyphens", "Sans-Pro-Heavy", "3 2"},
+      {"nowhere", "Nowhere-At-All", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Find(Named(row.name)), row.expected) << row.why;
+    EXPECT_EQ(status, 0) << row.why;
+  }
+  EXPECT_EQ(Find(Record({{"Family", "Sans Pro"}}), GlyphsureSupport::kFamilyName), "3 2");
+  EXPECT_EQ(Find(Record({{"Family", "Sans Pro"}})), "");
+  EXPECT_EQ(status, -1) << "no name of this kind";
+  EXPECT_EQ(Find(Named(std::string(128, 'x'))), "");
+  EXPECT_EQ(status, -1) << "too long to be looked up";
+}
+
+TEST_F(FontSearch, RecordsCarryTheStateOfTheirFont) {
+  agent.Add({.id = 1, .postScriptName = "A", .ownState = 1});
+  Connect();
+  Array found = Array::Create();
+  bool isAnyExcluded = false;
+  FontManagerInterface::sm_pFontManager->GetGlyphsureData(Named("A"), GlyphsureSupport::kPostScriptName, isAnyExcluded,
+                                                          -2, &found);
+  const Dictionary record(found.At(0));
+  for (const auto& [key, text] : {std::pair("DatabaseID", "1"),
+                                  {"IsTemp", "1"},
+                                  {"IsActive", "1"},
+                                  {"ActivationStatus", "3"},
+                                  {"IsAutoActivated", "1"}}) {
+    EXPECT_EQ(record.GetString(key).View(), text) << key;
+  }
+}
+
+TEST_F(FontSearch, WebFontsThatAreSwitchedOffAreExcluded) {
+  agent.Add({.id = 1, .postScriptName = "A", .workgroupType = "8"});
+  Connect();
+  EXPECT_EQ(Find(Named("A")), "");
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(isExcluded);
+  agent.isWebFontsEnabled = true;
+  EXPECT_EQ(Find(Named("A")), "1");
+  EXPECT_FALSE(isExcluded);
+}
+
+TEST_F(FontSearch, LostConnectionEndsTheSearchAndOtherFaultsDoNot) {
+  for (uint32_t id = 1; id <= 3; ++id) agent.Add({.id = id, .postScriptName = "A"});
+  Connect();
+  agent.FailNext(AgentFunction::GetFontInfoByID, 7);
+  EXPECT_EQ(Find(Named("A")), "2 3");
+  EXPECT_EQ(status, 0);
+  agent.FailNext(AgentFunction::GetFontInfoByID, 1000);
+  agent.calls.clear();
+  EXPECT_EQ(Find(Named("A")), "");
+  EXPECT_EQ(status, 1000);
+  EXPECT_EQ(agent.Count("GetFontInfoByID"), 1u);
+}
+
+TEST_F(FontSearch, WorkgroupIsChosenByWhatTheUserHas) {
+  const struct {
+    const char* why;
+    std::vector<FakeWorkgroup> workgroups;
+    bool mayUseAll;
+    int current;
+    int chosen;
+    bool isValid;
+  } rows[] = {
+      {"the current one stays", {{5, "A", "1"}, {6, "B", "1"}}, false, 6, 6, true},
+      {"all of them", {{5, "A", "1"}, {6, "B", "1"}}, true, 9, -2, true},
+      {"the only one", {{5, "A", "1"}}, false, 0, 5, true},
+      {"several and no right to all", {{5, "A", "1"}, {6, "B", "1"}}, false, 0, 0, false},
+      {"all without the right", {{5, "A", "1"}, {6, "B", "1"}}, false, -2, -2, false},
+      {"none", {}, false, 0, 0, false},
+  };
+  for (const auto& row : rows) {
+    FontManagerInterface::ResetForTesting();
+    MarquineGlobals::SetUserHasWorkgroups(true);
+    agent.workgroups = row.workgroups;
+    agent.mayUseAllWorkgroups = row.mayUseAll;
+    ui->preferences["CurrentWorkgroup"] = row.current;
+    Connect();
+    EXPECT_EQ(ui->preferences["CurrentWorkgroup"], row.chosen) << row.why;
+    EXPECT_EQ(FontManagerInterface::sValidWorkgroupSelected, row.isValid) << row.why;
+  }
+}
+
+TEST_F(FontSearch, SelectingAWorkgroupKeepsOrFallsBack) {
+  Connect();
+  const struct {
+    const char* why;
+    std::vector<FakeWorkgroup> workgroups;
+    bool mayUseAll, isStandalone;
+    int current, chosen;
+    bool hasWorkgroups;
+    std::vector<std::string> shown;
+  } rows[] = {
+      {"current in the list", {{5, "A", "1"}, {6, "B", "1"}}, true, true, 6, 6, true, {}},
+      {"all before the first", {{5, "A", "1"}, {6, "B", "1"}}, true, true, 9, -2, true, {}},
+      {"the first", {{5, "A", "1"}, {6, "B", "1"}}, false, true, 9, 5, true, {}},
+      {"none, standalone", {}, false, true, 5, 0, true, {}},
+      {"none on a server", {}, false, false, 5, 0, false, {"box NoWorkgroupsMessage"}},
+  };
+  for (const auto& row : rows) {
+    agent.workgroups = row.workgroups;
+    agent.mayUseAllWorkgroups = row.mayUseAll;
+    agent.isStandalone = row.isStandalone;
+    ui->preferences["CurrentWorkgroup"] = row.current;
+    MarquineGlobals::SetUserHasWorkgroups(true);
+    FontManagerInterface::sValidWorkgroupSelected = true;
+    FontManagerInterface::sm_pFontManager->HandleSelectWorkgroup();
+    EXPECT_EQ(ui->preferences["CurrentWorkgroup"], row.chosen) << row.why;
+    EXPECT_EQ(MarquineGlobals::sUserHasWorkgroups, row.hasWorkgroups) << row.why;
+    EXPECT_EQ(ui->TakeShown(), row.shown) << row.why;
+  }
+  MarquineGlobals::SetUserHasWorkgroups(false);
+  FontManagerInterface::sValidWorkgroupSelected = true;
+  EXPECT_TRUE(FontManagerInterface::CheckSelectWorkgroup());
+  EXPECT_TRUE(MarquineGlobals::sUserHasWorkgroups) << "the first thing it does";
+}
+
+TEST_F(FontSearch, ManagerIsMadeOnceAndTellsItsState) {
+  const std::string* bundleName = nullptr;
+  bool isRunning = false;
+  VPILoader::GetSharedInstance()->SetMissingFunctionsForTesting(1);
+  const auto online = VPILoader::GetSharedInstance()->pfGetIsOnline;
+  VPILoader::GetSharedInstance()->pfGetIsOnline = nullptr;
+  agent.isProcessRunning = false;
+  EXPECT_EQ(FontManagerInterface::CompatibleFontManagerIsRunning(&bundleName, isRunning),
+            CoreErrorCodes::kVersionMismatch);
+  EXPECT_FALSE(isRunning);
+  EXPECT_EQ(*bundleName, "MarquinePrimePlugin");
+  const FontManagerInterface* const manager = FontManagerInterface::sm_pFontManager.get();
+  ASSERT_NE(manager, nullptr);
+  EXPECT_EQ(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr, isRunning), CoreErrorCodes::kUnknownError);
+  agent.isProcessRunning = true;
+  EXPECT_EQ(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr, isRunning), CoreErrorCodes::kSuccess);
+  EXPECT_TRUE(isRunning);
+  EXPECT_EQ(FontManagerInterface::sm_pFontManager.get(), manager);
+  VPILoader::GetSharedInstance()->pfGetIsOnline = online;
+  VPILoader::GetSharedInstance()->SetMissingFunctionsForTesting(0);
+
+  FontManagerInterface::ResetForTesting();
+  agent.isStandalone = agent.isLoggedIn = false;
+  EXPECT_EQ(FontManagerInterface::CompatibleFontManagerIsRunning(&bundleName, isRunning), 3u) << "nobody is logged in";
+  EXPECT_TRUE(isRunning);
+  EXPECT_EQ(*bundleName, "HarbinetPlugin");
+  EXPECT_FALSE(FontManagerInterface::AutoActivationIsReady());
+}

@@ -1,0 +1,91 @@
+// The agent's notices: packed on any thread, worked through on one, in their order.
+#include <thread>
+
+#include "Bridge/NotificationKeys.h"
+#include "support/PluginFixture.h"
+#include "support/Records.h"
+
+using namespace fakes;
+using platform::Dictionary;
+
+namespace {
+
+// Records the fonts it is told of.
+class ListeningHost : public CountingHost {
+ public:
+  void FontActivated(unsigned id) override { heard.push_back("+" + std::to_string(id)); }
+  void FontDeactivated(unsigned id) override { heard.push_back("-" + std::to_string(id)); }
+  void FontMissing(unsigned id) override { heard.push_back("?" + std::to_string(id)); }
+  void DesignActivationFailedComplianceCheck(unsigned id) override { heard.push_back("!" + std::to_string(id)); }
+  void SetIsOnline(bool isOnline) override { heard.push_back(isOnline ? "online" : "offline"); }
+  void HandlePanelDataChanged() override { heard.emplace_back("data"); }
+  void GoogleWebFontsEnabled(bool isEnabled) override { heard.push_back(isEnabled ? "web" : "no web"); }
+  void BulkReplicationProgress(const Dictionary& progress) override {
+    heard.push_back("bulk " + progress.GetString("text").Text());
+  }
+  std::vector<std::string> heard;
+};
+
+class Notices : public PluginFixture {
+ protected:
+  Notices() { HostAppInterface::SetForTesting(&listener); }
+  ~Notices() override { HostAppInterface::SetForTesting(nullptr); }
+
+  template <class T>
+  static TModuleErrorCode Post(uint32_t kind, T value) {
+    return CoreAgentNotificationCallback(static_cast<PluginInterface::ECallbackKind>(kind), &value);
+  }
+  ListeningHost listener;
+};
+
+}  // namespace
+
+TEST_F(Notices, AreAnsweredInTheOrderOfTheirArrival) {
+  EXPECT_EQ(Post<uint32_t>(8, 1), CoreErrorCodes::kUnknownError) << "dropped: there is no manager";
+  CoreAgentInterface& manager = Connect();
+  const Dictionary progress = Record({{"text", "half"}});
+  EXPECT_EQ(Post<uint32_t>(8, 1), CoreErrorCodes::kUnknownError);
+  Post<int32_t>(1, 0);
+  Post<uint32_t>(9, 2);
+  Post<uint32_t>(10, 3);
+  Post<uint32_t>(24, 4);
+  Post<int32_t>(14, 1);
+  Post<int32_t>(8, -1);  // no font
+  CoreAgentNotificationCallback(PluginInterface::kPanelDataChanged, nullptr);
+  CoreAgentNotificationCallback(PluginInterface::kBulkReplicationProgress, progress.Ref());
+  for (const uint32_t ignored : {5u, 6u, 7u, 11u, 12u, 13u, 26u, 29u, 4711u}) {
+    EXPECT_EQ(Post<uint32_t>(ignored, 9), CoreErrorCodes::kUnknownError);
+  }
+  EXPECT_TRUE(listener.heard.empty()) << "nothing is done on the agent's thread";
+  EXPECT_EQ(manager.ProcessNotifications(), 9);
+  EXPECT_EQ(listener.heard, (std::vector<std::string>{"+1", "offline", "-2", "?3", "!4", "web", "data", "bulk half"}));
+  EXPECT_EQ(manager.ProcessNotifications(), 0);
+}
+
+TEST_F(Notices, ComeFromManyThreadsAndNoneIsLost) {
+  constexpr uint32_t kThreads = 4, kEach = 500;
+  CoreAgentInterface& manager = Connect();
+  std::vector<std::thread> threads;
+  for (uint32_t thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([thread] {
+      for (uint32_t i = 0; i < kEach; ++i) Post<uint32_t>(8, thread * kEach + i);
+    });
+  }
+  int handled = 0;
+  while (handled < static_cast<int>(kThreads * kEach)) handled += manager.ProcessNotifications();
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(manager.ProcessNotifications(), 0);
+  ASSERT_EQ(listener.heard.size(), kThreads * kEach);
+  uint32_t next[kThreads] = {};
+  for (const std::string& line : listener.heard) {
+    const uint32_t id = static_cast<uint32_t>(std::stoul(line.substr(1)));
+    EXPECT_EQ(id % kEach, next[id / kEach]++) << "each thread's own order";
+  }
+}
+
+TEST_F(Notices, OnesThatAreLeftGoWithTheManager) {
+  Connect();
+  Post<uint32_t>(8, 1);
+  FontManagerInterface::sm_pFontManager.reset();
+  EXPECT_TRUE(listener.heard.empty());
+}
