@@ -1,0 +1,237 @@
+// The entry as the host calls it, the timer between its calls, and the plug-in without an agent as the bundle that it is.
+#include "photoshop/PluginMain.h"
+
+#include <filesystem>
+
+#include "Panel/SDKPlugPlug.h"
+#include "Readers/CommonFunctionality.h"
+#include "photoshop/MissingFontsWindow.h"
+#include "photoshop/NotificationTimer.h"
+#include "platform/Bundle.h"
+#include "platform/Process.h"
+#include "platform/RunLoop.h"
+#include "plugin/HostFixture.h"
+
+using host_sdk::Code;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// The plug-in looks for an agent while it is loaded, which is before any test: it must not find the user's own.
+[[gnu::constructor(101)]] void StayOutOfTheHomeFolder() {
+  platform::Places places;
+  places.fileSystemRoot = places.home = places.runtime = "/nonexistent";
+  platform::SetPlaces(places);
+}
+
+class EntryFixture : public HostFixture {
+ protected:
+  EntryFixture() {
+    PluginMain::ResetForTesting();
+    CommonFunctionality::ResetForTesting();
+    agent.Add({.id = 1, .postScriptName = "Alpha"});
+    ui->preferences["SuppressPanelLaunch"] = 1;
+    MarquineGlobals::IdentifyPluginBundleID("com.velorant.AutoActivationPlugin.PS21");
+  }
+  ~EntryFixture() override {
+    PluginMain::ResetForTesting();
+    CommonFunctionality::ResetForTesting();
+    ResetMissingFontsWindowForTesting();
+    sSPBasic = &fakes::FakeHost::Basic();
+  }
+  int32_t Call(const char* caller, const char* selector) {
+    const int32_t error = AutoPluginMain(caller, selector, &message);
+    EXPECT_EQ(app.AcquiredSuites(), 0) << selector;
+    return error;
+  }
+  int32_t Start() { return Call("SP Interface", "Startup"); }
+  void Wait(double seconds) { platform::RunLoop::Main().RunFor(seconds); }
+  int32_t NotifyOpen(const std::string& path) {
+    host_sdk::ActionDescriptor descriptor = fakes::FakeHost::AliasOf(path);
+    return app.notifiers.at(0).second(Code("Opn "), &descriptor, 0, nullptr);
+  }
+
+  host_sdk::PluginObject* self = reinterpret_cast<host_sdk::PluginObject*>(0x1234);
+  host_sdk::SPMessageData message{self, nullptr, &fakes::FakeHost::Basic(), nullptr};
+};
+using Entry = EntryFixture;
+
+TEST_F(Entry, StartsOnceAndStopsWhatItStarted) {
+  EXPECT_EQ(Start(), 0);
+  ASSERT_EQ(app.notifiers.size(), 4u);
+  const host_sdk::FourCharCode events[] = {Code("Opn "), Code("Mk  "), Code("Cls "), Code("save")};
+  for (size_t i = 0; i < 4; ++i) EXPECT_EQ(app.notifiers[i].first, events[i]);
+  ASSERT_EQ(app.blocks, 1);
+  uint64_t words[2];
+  std::memcpy(words, message.globals, sizeof words);
+  EXPECT_EQ(words[0], 0u);
+  EXPECT_EQ(words[1], 0x1234u);
+  EXPECT_TRUE(MarquineGlobals::GetSuppressingHostAppDialogs());
+  EXPECT_EQ(Start(), 0);
+  EXPECT_EQ(app.notifiers.size(), 4u);
+
+  const std::string path = WriteDocument("a.psd", {"Alpha"});
+  app.Add(path);
+  EXPECT_EQ(NotifyOpen(path), 0);
+  EXPECT_EQ(app.AcquiredSuites(), 0);
+  EXPECT_EQ(Held(), std::vector<uint32_t>{1});
+  ui->preferences["CloseFontsOnHostAppQuit"] = 1;
+  EXPECT_EQ(Call("SP Interface", "Shutdown"), 0);
+  EXPECT_TRUE(Held().empty());
+  EXPECT_TRUE(app.notifiers.empty());
+  EXPECT_EQ(app.blocks, 0);
+  EXPECT_EQ(message.globals, nullptr);
+  EXPECT_FALSE(MarquineGlobals::GetSuppressingHostAppDialogs());
+}
+
+TEST_F(Entry, RaisesAShortDelayAndKeepsALongOne) {
+  ui->preferences["RMF5"] = 1000;
+  ui->preferences["RMF4"] = 6000;
+  Start();
+  EXPECT_EQ(ui->preferences["RMF5"], 4000);
+  EXPECT_EQ(ui->preferences["RMF4"], 6000);
+}
+
+TEST_F(Entry, AFailedStartLeavesThePluginInertWithItsNotifiers) {
+  VPILoader::UseEmptyTableForTesting();
+  ui->preferences["RMF5"] = 1000;
+  EXPECT_EQ(Start(), 0);
+  EXPECT_TRUE(Traced("StartupPlugin, after catching an error\n"));
+  EXPECT_EQ(app.notifiers.size(), 4u);
+  EXPECT_EQ(ui->preferences["RMF5"], 1000) << "the steps behind the failed one are left out";
+  const std::string path = WriteDocument("a.psd", {"Alpha"});
+  app.Add(path);
+  EXPECT_EQ(NotifyOpen(path), 0);
+  EXPECT_TRUE(Tracked().empty());
+}
+
+TEST_F(Entry, TellsTheHostOfWhatItLacks) {
+  app.blockError = -108;
+  EXPECT_THROW(Start(), long);
+  EXPECT_EQ(app.AcquiredSuites(), 1) << "what is thrown to the host keeps the suite";
+  app.suites.clear();
+  PluginMain::ResetForTesting();
+  app.blockError = 0;
+  app.failingNotifiers = {Code("Cls ")};
+  EXPECT_EQ(Start(), host_sdk::kBadParameters);
+  EXPECT_EQ(app.notifiers.size(), 2u);
+  // Without all its notifiers a shutdown leaves the two in place.
+  EXPECT_EQ(Call("SP Interface", "Shutdown"), 0);
+  EXPECT_EQ(app.notifiers.size(), 2u);
+}
+
+TEST_F(Entry, AMissingSuiteIsTheErrorOfTheCall) {
+  Start();
+  MakeReady();
+  app.missingSuites = {host_sdk::kPSActionReferenceSuite};
+  const std::string path = WriteDocument("a.psd", {"Alpha"});
+  app.Add(path);
+  EXPECT_EQ(NotifyOpen(path), host_sdk::kSuiteNotFound);
+  app.missingSuites = {host_sdk::kPSActionDescriptorSuite};
+  host_sdk::ActionDescriptor descriptor;
+  host_sdk::PIActionParameters parameters{&descriptor};
+  message.actionParameters = &parameters;
+  EXPECT_EQ(Call("PS Photoshop", "Do It"), host_sdk::kSuiteNotFound);
+}
+
+TEST_F(Entry, AnswersEachCallerAndSelector) {
+  Start();
+  MakeReady();
+  EXPECT_EQ(AutoPluginMain("SP Interface", "Startup", nullptr), 0);
+  const struct {
+    const char *caller, *selector;
+    int32_t operation;  // below 0: none
+    int32_t error;
+    Lines shown;
+  } kRows[] = {
+      {"SP Interface", "About", -1, 0, {"about"}},
+      {"SP Interface", "Do It", -1, 0, {}},
+      {"PS Photoshop", "About", -1, 0, {}},
+      {"PS Photoshop", "Do It", -1, 0, {"command"}},
+      {"PS Photoshop", "Do It", 3, 0, {"command"}},
+      {"PS Photoshop", "Do It", 4, 0, {}},
+  };
+  for (const auto& row : kRows) {
+    host_sdk::ActionDescriptor descriptor;
+    descriptor.Put(Code("else"), {host_sdk::kTypeInteger, 1, {}, {}, nullptr, {}});
+    if (row.operation >= 0) descriptor.Put(Code("Oper"), {host_sdk::kTypeInteger, row.operation, {}, {}, nullptr, {}});
+    host_sdk::PIActionParameters parameters{&descriptor};
+    message.actionParameters = &parameters;
+    EXPECT_EQ(Call(row.caller, row.selector), row.error) << row.selector;
+    EXPECT_EQ(ui->TakeShown(), row.shown) << row.caller << " " << row.selector;
+    const bool isDone = std::string(row.caller) == "PS Photoshop" && std::string(row.selector) == "Do It";
+    EXPECT_EQ(descriptor.items.count(Code("else")), isDone ? 0u : 1u) << "the host gets it back emptied";
+    EXPECT_EQ(descriptor.items.count(Code("SPor")), row.operation == 4 ? 1u : 0u);
+  }
+  message.actionParameters = nullptr;
+  EXPECT_EQ(Call("PS Photoshop", "Do It"), host_sdk::kBadParameters);
+}
+
+// The service of extension events lies in the host's own folder, which for a test is the folder of its program.
+TEST_F(Entry, AsksForThePanelUntilTheHostHasOpenedIt) {
+  const std::filesystem::path frameworks = platform::Bundle::Main()->PrivateFrameworksFolder();
+  std::filesystem::remove(frameworks);
+  ui->preferences["SuppressPanelLaunch"] = 0;
+  Start();
+  Wait(0.05);
+  EXPECT_EQ(ui->preferences["SuppressPanelLaunch"], 0);
+  std::filesystem::create_directory_symlink(APP_DIR "/host/Frameworks", frameworks);
+  SDKPlugPlug service;
+  ASSERT_EQ(service.Load(), 0);
+  Lines heard;
+  const auto listen = [](const csxs::event::Event* event, void* lines) {
+    static_cast<Lines*>(lines)->push_back(std::to_string(event->scope) + " " + event->appID + " '" + event->data + "'");
+  };
+  service.AddEventListener("com.velorant.startpanel", listen, &heard);
+  Wait(0.05);
+  EXPECT_EQ(heard, Lines{"1 test ''"});
+  EXPECT_EQ(ui->preferences["SuppressPanelLaunch"], 1);
+  // Once per user: another start sends nothing.
+  PluginMain::ResetForTesting();
+  CommonFunctionality::ResetForTesting();
+  Start();
+  Wait(0.05);
+  EXPECT_EQ(heard.size(), 1u);
+  service.RemoveEventListener("com.velorant.startpanel", listen, &heard);
+  std::filesystem::remove(frameworks);
+}
+
+TEST_F(Entry, TheTimerRestsWhileTheMachineSleeps) {
+  static int sTicks;
+  sTicks = 0;
+  NotificationTimer timer;
+  timer.initWithCallback([](platform::RunLoopTimer&, void*) { ++sTicks; });
+  const auto ticksIn = [&](double seconds, platform::RunLoopMode mode) {
+    const int before = sTicks;
+    platform::RunLoop::Main().RunFor(seconds, mode);
+    return sTicks - before;
+  };
+  EXPECT_NEAR(ticksIn(1.005, platform::RunLoopMode::kDefault), 100, 1);
+  EXPECT_NEAR(ticksIn(1, platform::RunLoopMode::kModal), 100, 1) << "also in modal loops";
+  platform::PostPowerEvent(platform::PowerEvent::kWillSleep);
+  EXPECT_EQ(ticksIn(1, platform::RunLoopMode::kDefault), 0);
+  platform::PostPowerEvent(platform::PowerEvent::kDidWake);
+  platform::PostPowerEvent(platform::PowerEvent::kDidWake);
+  EXPECT_NEAR(ticksIn(1, platform::RunLoopMode::kDefault), 100, 1) << "one timer, however often it wakes";
+}
+
+TEST_F(Entry, OfTheBundleWorksWithoutAnAgent) {
+  std::string error;
+  const platform::BundleRef bundle =
+      platform::Bundle::Create(APP_DIR "/host/Plug-ins/AutoActivation.plugin", &error);
+  ASSERT_TRUE(bundle && bundle->Load(&error)) << error;
+  const auto entry = reinterpret_cast<host_sdk::PluginMain>(bundle->FunctionForName("AutoPluginMain"));
+  ASSERT_NE(entry, nullptr);
+  EXPECT_EQ(entry("SP Interface", "Startup", &message), 0);
+  EXPECT_EQ(app.notifiers.size(), 4u);
+  const std::string path = Sample("poster.psd");
+  app.Add(path);
+  EXPECT_EQ(NotifyOpen(path), 0);
+  Wait(1);
+  EXPECT_EQ(entry("SP Interface", "Shutdown", &message), 0);
+  EXPECT_TRUE(app.notifiers.empty());
+  EXPECT_EQ(app.AcquiredSuites(), 0);
+}
+
+}  // namespace
