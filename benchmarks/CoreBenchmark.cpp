@@ -1,5 +1,5 @@
-// The core library's everyday costs: JSON against the bare JSON library, a name by its code against one look into a map, a
-// log line below its level against the look for the level, and an uncontended lock against the system library's.
+// The core library's everyday costs: JSON against the bare JSON library, a name by its code against one look into a
+// map, a log line below its level against the look for the level, and an uncontended lock against the system library's.
 #include <yajl/yajl_gen.h>
 #include <yajl/yajl_tree.h>
 
@@ -40,11 +40,16 @@ void Emit(yajl_gen generator, yajl_val value) {
   const auto text = [&](const char* bytes) {
     yajl_gen_string(generator, reinterpret_cast<const unsigned char*>(bytes), std::strlen(bytes));
   };
-  if (YAJL_IS_STRING(value)) text(value->u.string);
-  else if (YAJL_IS_INTEGER(value)) yajl_gen_integer(generator, YAJL_GET_INTEGER(value));
-  else if (YAJL_IS_DOUBLE(value)) yajl_gen_double(generator, YAJL_GET_DOUBLE(value));
-  else if (YAJL_IS_TRUE(value) || YAJL_IS_FALSE(value)) yajl_gen_bool(generator, YAJL_IS_TRUE(value));
-  else if (YAJL_IS_NULL(value)) yajl_gen_null(generator);
+  if (YAJL_IS_STRING(value))
+    text(value->u.string);
+  else if (YAJL_IS_INTEGER(value))
+    yajl_gen_integer(generator, YAJL_GET_INTEGER(value));
+  else if (YAJL_IS_DOUBLE(value))
+    yajl_gen_double(generator, YAJL_GET_DOUBLE(value));
+  else if (YAJL_IS_TRUE(value) || YAJL_IS_FALSE(value))
+    yajl_gen_bool(generator, YAJL_IS_TRUE(value));
+  else if (YAJL_IS_NULL(value))
+    yajl_gen_null(generator);
   else if (YAJL_IS_ARRAY(value)) {
     yajl_gen_array_open(generator);
     for (size_t i = 0; i < value->u.array.len; ++i) Emit(generator, value->u.array.values[i]);
@@ -91,7 +96,8 @@ void CompareCodeNames() {
     for (TModuleErrorCode low = 0x1004; low < 0x1011; ++low) names[number << 24 | low] = "GLibXMLSerializable::kX";
   }
   const TModuleErrorCode code = 0x08001008;
-  benchmark::Compare("name of a code / find in a map, copy", 2.0, kRuns, Repeat([&] { Use(GetNameForErrorCode(code)); }),
+  benchmark::Compare("name of a code / find in a map, copy", 2.0, kRuns,
+                     Repeat([&] { Use(GetNameForErrorCode(code)); }),
                      Repeat([&] { Use(std::string(names.find(code)->second)); }));
 }
 

@@ -37,11 +37,11 @@ TEST(Configuration, LogsWhatItReads) {
   const LogRecorder log(GLogger::kDebug);
   Values values;
   GConfigurationFile::ParseString(" = 1 # x\nKey = V", values);
-  EXPECT_THAT(log.lines, testing::ElementsAre(
-      "[Miscellaneous]\t[Debug]\tConfiguration line:\n = 1 # x",
-      "[Miscellaneous]\t[Error]\tIgnoring illegal line in configuration:\n = 1 # x",
-      "[Miscellaneous]\t[Debug]\tConfiguration line:\nKey = V",
-      "[Miscellaneous]\t[Info]\tConfiguration key = key, value = V"));
+  EXPECT_THAT(log.lines,
+              testing::ElementsAre("[Miscellaneous]\t[Debug]\tConfiguration line:\n = 1 # x",
+                                   "[Miscellaneous]\t[Error]\tIgnoring illegal line in configuration:\n = 1 # x",
+                                   "[Miscellaneous]\t[Debug]\tConfiguration line:\nKey = V",
+                                   "[Miscellaneous]\t[Info]\tConfiguration key = key, value = V"));
 }
 
 TEST(Configuration, WrittenValuesReadBackWithLoweredKeys) {

@@ -11,9 +11,9 @@ namespace {
 constexpr int kReadBinary = GFile::eRead | GFile::eBinary;
 
 TEST(FileModes, ModeBitsBecomeTheSystemsModes) {
-  const std::pair<int, const char*> cases[] = {{1, "rb"},  {33, "rb"}, {1 | 4 | 8, "rb"}, {2, "ab"},  {10, "wb"}, {6, "ab"},
-                                               {14, "wb"}, {3, "r+b"}, {7, "a+b"},        {11, "w+b"}, {15, "w+b"},
-                                               {35, "r+b"}, {0, "b"},  {12, "b"}};
+  const std::pair<int, const char*> cases[] = {{1, "rb"},   {33, "rb"},  {1 | 4 | 8, "rb"}, {2, "ab"},  {10, "wb"},
+                                               {6, "ab"},   {14, "wb"},  {3, "r+b"},        {7, "a+b"}, {11, "w+b"},
+                                               {15, "w+b"}, {35, "r+b"}, {0, "b"},          {12, "b"}};
   for (const auto& [mode, expected] : cases) EXPECT_EQ(GFile::OSGetModeString(mode), expected) << mode;
   EXPECT_EQ(GFile::GetModeString(0), "");
 }
@@ -54,10 +54,10 @@ TEST_F(FileTest, EveryOperationOnAClosedFileFailsOnceAndWritesNothingOut) {
   unsigned int number = 7;
   const LogRecorder log;
   const TModuleErrorCode codes[] = {
-      mFile.Close(),        mFile.GetFileSize(size), mFile.SetFileSize(1), mFile.SetFilePosition(GFile::eFromStart, 0),
-      mFile.Read(bytes),    mFile.Read(text),        mFile.Read(1, bytes), mFile.GetFilePosition(size),
-      mFile.Read(small),    mFile.Read(number),      mFile.Write("x"),     mFile.Write(small),
-      mFile.Write(number),  mFile.Write(bytes),      mFile.Flush(),        mFile.Read(unsignedBytes),
+      mFile.Close(),       mFile.GetFileSize(size), mFile.SetFileSize(1), mFile.SetFilePosition(GFile::eFromStart, 0),
+      mFile.Read(bytes),   mFile.Read(text),        mFile.Read(1, bytes), mFile.GetFilePosition(size),
+      mFile.Read(small),   mFile.Read(number),      mFile.Write("x"),     mFile.Write(small),
+      mFile.Write(number), mFile.Write(bytes),      mFile.Flush(),        mFile.Read(unsignedBytes),
   };
   EXPECT_THAT(codes, testing::Each(0x01001004u));
   EXPECT_EQ(log.lines.size(), std::size(codes));
@@ -148,9 +148,9 @@ TEST_F(FileTest, AFileThatShrinksOrVanishesGivesACode) {
 TEST(Paths, ASpecTakesWhatPeopleWrite) {
   const std::string home = platform::GetPlaces().home, here = GFileSystem::OSGetCWD();
   const std::pair<std::string, std::string> cases[] = {
-      {"", ""},          {"\"\"", ""},         {"/a/b", "/a/b"},     {"\"/a b/c\"", "/a b/c"}, {"\"/a", "/a"},
-      {"/a\"", "/a"},    {"~", home},          {"~/x", home + "/x"}, {"\"~/x\"", home + "/x"}, {"a/b/", here + "/a/b"},
-      {"/~/x", "/~/x"},  {"/\xFF", "/\xFF"},
+      {"", ""},         {"\"\"", ""},       {"/a/b", "/a/b"},     {"\"/a b/c\"", "/a b/c"}, {"\"/a", "/a"},
+      {"/a\"", "/a"},   {"~", home},        {"~/x", home + "/x"}, {"\"~/x\"", home + "/x"}, {"a/b/", here + "/a/b"},
+      {"/~/x", "/~/x"}, {"/\xFF", "/\xFF"},
   };
   for (const auto& [text, path] : cases) EXPECT_EQ(GFileSystemSpec(text).GetFullPath(), path) << text;
 }
@@ -167,7 +167,8 @@ TEST(Paths, SetFullPathChangesOnSuccessOnly) {
 
 TEST(Paths, ComponentsAndExtensions) {
   const std::tuple<const char*, const char*, const char*> appended[] = {
-      {"/a/", "/b/", "/a/b"}, {"/a", "b/c", "/a/b/c"}, {"/a//", "///", "/a//"}, {"/a", "", "/a"}, {"/", "b", "/b"}, {"", "b", "/b"}};
+      {"/a/", "/b/", "/a/b"}, {"/a", "b/c", "/a/b/c"}, {"/a//", "///", "/a//"},
+      {"/a", "", "/a"},       {"/", "b", "/b"},        {"", "b", "/b"}};
   for (const auto& [path, component, result] : appended) {
     GFileSystemSpec spec(path);
     EXPECT_EQ(spec.AppendPathComponent(component), 0u);
@@ -176,10 +177,14 @@ TEST(Paths, ComponentsAndExtensions) {
   struct {
     const char *path, *last, *above, *extension, *without;
   } const cases[] = {
-      {"/a/b.txt", "b.txt", "/a", "txt", "/a/b"},   {"/a.d/b", "b", "/a.d", "", "/a.d/b"},
-      {"/a/.b", ".b", "/a", "", "/a/.b"},           {"/a/b.tar.gz", "b.tar.gz", "/a", "gz", "/a/b.tar"},
-      {"/a/b/", "b", "/a", "", "/a/b/"},            {"/a", "a", "/", "", "/a"},
-      {"/", "", "/", "", "/"},                      {"", "", "", "", ""},
+      {"/a/b.txt", "b.txt", "/a", "txt", "/a/b"},
+      {"/a.d/b", "b", "/a.d", "", "/a.d/b"},
+      {"/a/.b", ".b", "/a", "", "/a/.b"},
+      {"/a/b.tar.gz", "b.tar.gz", "/a", "gz", "/a/b.tar"},
+      {"/a/b/", "b", "/a", "", "/a/b/"},
+      {"/a", "a", "/", "", "/a"},
+      {"/", "", "/", "", "/"},
+      {"", "", "", "", ""},
   };
   for (const auto& c : cases) {
     GFileSystemSpec spec(c.path), above(c.path);
@@ -197,8 +202,9 @@ TEST(Paths, ComponentsAndExtensions) {
 }
 
 TEST(Paths, Subpaths) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"/a/b/c", "/a", "b/c"}, {"/a/b", "/a/", "b"}, {"/ab", "/a", ""}, {"/a", "/a", ""}, {"/a", "/", "a"}, {"/a", "", ""}};
+  const std::tuple<const char*, const char*, const char*> cases[] = {{"/a/b/c", "/a", "b/c"}, {"/a/b", "/a/", "b"},
+                                                                     {"/ab", "/a", ""},       {"/a", "/a", ""},
+                                                                     {"/a", "/", "a"},        {"/a", "", ""}};
   for (const auto& [path, folder, below] : cases) {
     EXPECT_EQ(GFileSystemSpec(path).GetSubPathFromSpec(folder), below) << path << " " << folder;
     EXPECT_EQ(GFileSystemSpec(path).IsSubpath(folder), *below != '\0');

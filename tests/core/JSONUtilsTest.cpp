@@ -27,7 +27,8 @@ TEST(JSONUtils, BuildsAMessage) {
   EXPECT_EQ(SetValueForKey(UINT32_MAX, "u", root, node), 0u);
   EXPECT_EQ(SetValueForKey(node, "n", root, node), 0u);  // reads the node, cut to 32 bits
   EXPECT_EQ(AddArrayForKey("a", root, array), 0u);
-  EXPECT_EQ(AddValueToArray(text, array, node) | AddValueToArray("c", array, node) | AddValueToArray(0.5, array, node), 0u);
+  EXPECT_EQ(AddValueToArray(text, array, node) | AddValueToArray("c", array, node) | AddValueToArray(0.5, array, node),
+            0u);
   EXPECT_EQ(AddValueToArray(false, array, node) | AddValueToArray(int64_t{1} << 40, array, node), 0u);
   EXPECT_EQ(AddArrayToArray(array, node) | AddMapToArray(array, node) | AddMapForKey("m", node, node), 0u);
   EXPECT_EQ(root.dump(),
@@ -150,20 +151,13 @@ TEST(JSONUtils, AParseNeverThrows) {
 
 TEST(JSONUtils, TheOtherLibrarysParse) {
   nlohmann::json json = "old";
-  for (const std::string& text : {std::string("{bad"), std::string(), std::string("\"\xFF\""), std::string("[1e999]"), std::string(1'000'000, '[')}) {
+  for (const std::string& text : {std::string("{bad"), std::string(), std::string("\"\xFF\""), std::string("[1e999]"),
+                                  std::string(1'000'000, '[')}) {
     EXPECT_EQ(Parse(text, json), CoreErrorCodes::kInvalidParam);
     EXPECT_EQ(json, "old");
   }
   EXPECT_EQ(Parse("{\"a\":[1,2.5,null]}", json), 0u);
   EXPECT_EQ(json.dump(), "{\"a\":[1,2.5,null]}");
-}
-
-TEST(JSONUtils, PatchWords) {
-  const std::string words = GetJSONPatchOpKey() + GetJSONPatchPathDelimiter() + GetJSONPatchPathKey() + "/" +
-                            GetJSONPatchValueKey() + "/" + GetJSONPatchFromKey() + "/" + GetJSONPatchOpAdd() + "/" +
-                            GetJSONPatchOpRemove() + "/" + GetJSONPatchOpReplace() + "/" + GetJSONPatchOpCopy() + "/" +
-                            GetJSONPatchOpMove() + "/" + GetJSONPatchOpTest();
-  EXPECT_EQ(words, "op/path/value/from/add/remove/replace/copy/move/test");
 }
 
 }  // namespace

@@ -52,9 +52,10 @@ TEST(Json, TextsComeBackAsTheyWere) {
 }
 
 TEST(Json, MalformedTextThrows) {
-  for (const std::string& text : {std::string(), std::string("{"), std::string("{\"a\"}"), std::string("[1,]"), std::string("[1] [2]"),
-                                  std::string("\"\xFF\""), std::string("\"\xED\xA0\x80\""), std::string("\"\x01\""), std::string("[1]\0x", 5),
-                                  std::string("nul"), std::string("01"), std::string("\"\\x\"")}) {
+  for (const std::string& text :
+       {std::string(), std::string("{"), std::string("{\"a\"}"), std::string("[1,]"), std::string("[1] [2]"),
+        std::string("\"\xFF\""), std::string("\"\xED\xA0\x80\""), std::string("\"\x01\""), std::string("[1]\0x", 5),
+        std::string("nul"), std::string("01"), std::string("\"\\x\"")}) {
     Parser parser;
     EXPECT_THAT(MessageOf([&] { parser.load(text); }), StartsWith("JSON parse error:\n")) << text;
     EXPECT_FALSE(parser.is_loaded());
@@ -79,8 +80,8 @@ TEST(Json, DepthIsBounded) {
   EXPECT_NO_THROW(Parser(Nested(Parser::kDeepest, "[", "]")));
   EXPECT_NO_THROW(Parser("[\"" + std::string(5000, '[') + "\\\"" + std::string(5000, '{') + "\"]"));
   EXPECT_NO_THROW(Parser("[/*" + std::string(5000, '[') + "*/1//" + std::string(5000, '{') + "\n]"));
-  for (const std::string& text : {Nested(Parser::kDeepest + 1, "[", "]"), Nested(1'000'000, "{\"a\":", "}"), std::string(10'000'000, '['),
-                                  "/*\"*/" + Nested(1'000'000, "[", "]")}) {
+  for (const std::string& text : {Nested(Parser::kDeepest + 1, "[", "]"), Nested(1'000'000, "{\"a\":", "}"),
+                                  std::string(10'000'000, '['), "/*\"*/" + Nested(1'000'000, "[", "]")}) {
     EXPECT_EQ(MessageOf([&] { Parser{text}; }), "JSON parse error:\nvalues are nested too deep");
   }
   // What can be read need not fit into the generator.
@@ -100,10 +101,17 @@ struct Kinds {
 };
 
 constexpr Kinds kKinds[] = {
-    {"null", "n", ""},          {"\"x\"", "s", " STRING: x"}, {"-3", "id", " INTEGER: -3"}, {"1.5", "d", " DOUBLE: 1.5"},
-    {"1e3", "d", " DOUBLE: 1000"}, {"9223372036854775808", "d", " DOUBLE: 9.22337e+18"},
-    {"1e999", "", ""},          {"true", "b", " BOOLEAN: true"}, {"false", "b", " BOOLEAN: false"},
-    {"[]", "a", " ARRAY"},      {"{}", "m", " OBJECT"},
+    {"null", "n", ""},
+    {"\"x\"", "s", " STRING: x"},
+    {"-3", "id", " INTEGER: -3"},
+    {"1.5", "d", " DOUBLE: 1.5"},
+    {"1e3", "d", " DOUBLE: 1000"},
+    {"9223372036854775808", "d", " DOUBLE: 9.22337e+18"},
+    {"1e999", "", ""},
+    {"true", "b", " BOOLEAN: true"},
+    {"false", "b", " BOOLEAN: false"},
+    {"[]", "a", " ARRAY"},
+    {"{}", "m", " OBJECT"},
 };
 
 std::string KindsOf(const Node& node) {
@@ -139,8 +147,14 @@ TEST(Json, ReadsOfTheWrongKindThrow) {
     CheckRead(c, 'b', "BOOLEAN", [&] { node.to_bool(); });
     CheckRead(c, 'a', "ARRAY", [&] { node.to_array(); });
     CheckRead(c, 'm', "OBJECT", [&] { node.to_map(); });
-    CheckRead(c, 'a', "ARRAY", [&] { Node added; node.add_int(1, added); });
-    CheckRead(c, 'm', "OBJECT", [&] { Node added; node.add_map("x", added); });
+    CheckRead(c, 'a', "ARRAY", [&] {
+      Node added;
+      node.add_int(1, added);
+    });
+    CheckRead(c, 'm', "OBJECT", [&] {
+      Node added;
+      node.add_map("x", added);
+    });
   }
   const Node nothing;
   EXPECT_EQ(KindsOf(nothing), "");
@@ -153,14 +167,17 @@ TEST(Json, ReadsOfTheWrongKindThrow) {
 TEST(Json, ErrorsSpellThePath) {
   const Parser parser("{\"list\":[1,{\"a\":\"x\"}]}");
   const Node list = parser.find("list");
-  EXPECT_THAT(MessageOf([&] { list.to_int_array(); }), HasSubstr("Expected JSON node \"list[1]\" to be INTEGER, found OBJECT"));
-  EXPECT_THAT(MessageOf([&] { list.to_array()[1].to_int_map(); }), HasSubstr("\"list[1][\"a\"]\" to be INTEGER, found STRING: x"));
+  EXPECT_THAT(MessageOf([&] { list.to_int_array(); }),
+              HasSubstr("Expected JSON node \"list[1]\" to be INTEGER, found OBJECT"));
+  EXPECT_THAT(MessageOf([&] { list.to_array()[1].to_int_map(); }),
+              HasSubstr("\"list[1][\"a\"]\" to be INTEGER, found STRING: x"));
   EXPECT_EQ(MessageOf([&] { parser.find("missing"); }), "JSON node \"missing\" not found");
   EXPECT_EQ(MessageOf([&] { parser.find(Path{"list", "a"}); }), "JSON node \"list[\"a\"]\" not found");
 }
 
 TEST(Json, CollectionsOfOneKind) {
-  const Parser parser("{\"s\":[\"a\",\"b\"],\"i\":[1,4294967295],\"d\":[1,2.5],\"b\":[true,false],\"m\":{\"x\":1,\"y\":2,\"x\":3}}");
+  const Parser parser(
+      "{\"s\":[\"a\",\"b\"],\"i\":[1,4294967295],\"d\":[1,2.5],\"b\":[true,false],\"m\":{\"x\":1,\"y\":2,\"x\":3}}");
   EXPECT_THAT(parser.find("s").to_string_array(), ElementsAre("a", "b"));
   EXPECT_THAT(parser.find("i").to_int_array(), ElementsAre(1, -1));
   EXPECT_THAT(parser.find("d").to_double_array(), ElementsAre(1, 2.5));
@@ -196,7 +213,8 @@ TEST(Json, AddingIsSeenThroughEveryNode) {
   ASSERT_TRUE(n.add_int(1, inner));
   EXPECT_EQ(inner.name(), "");
   EXPECT_EQ(root.dump(), "{\"a\":[1]}");
-  ASSERT_TRUE(n.add_string("s", inner) && n.add_int64(INT64_MIN, inner) && n.add_double(5, inner) && n.add_bool(true, inner));
+  ASSERT_TRUE(n.add_string("s", inner) && n.add_int64(INT64_MIN, inner) && n.add_double(5, inner) &&
+              n.add_bool(true, inner));
   ASSERT_TRUE(n.add_array(inner) && n.add_map(inner));
   ASSERT_TRUE(inner.add_string("k", "\"\n", n) && inner.add_int("k", -1, n) && inner.add_int64("l", INT64_MAX, n));
   ASSERT_TRUE(inner.add_double("d", 0.1, n) && inner.add_bool("b", false, n) && inner.add_map("m", n));
@@ -232,7 +250,10 @@ TEST(Emitter, RefusesWhatIsNoDocument) {
        "An invalid floating point value was passed to the JSON generator (infinity or NaN)"},
       {[](Emitter& e) { e.emit(-std::numeric_limits<double>::infinity()); },
        "An invalid floating point value was passed to the JSON generator (infinity or NaN)"},
-      {[](Emitter& e) { for (;;) e.emit_array_open(); }, "YAJL's maximum generation depth was exceeded"},
+      {[](Emitter& e) {
+         for (;;) e.emit_array_open();
+       },
+       "YAJL's maximum generation depth was exceeded"},
       {[](Emitter& e) { e.emit_json("["); }, "JSON parse error:\n"},
   };
   for (const auto& [emit, message] : cases) {
@@ -242,8 +263,9 @@ TEST(Emitter, RefusesWhatIsNoDocument) {
     emitter.emit_null();
     EXPECT_EQ(emitter.dump(), "null");
   }
-  const char* words[] = {"nothing thrown", "A non-string", "YAJL's maximum", "A JSON generator function was called while in",
-                         "A complete", "An invalid floating", "A print callback", "An invalid UTF-8"};
+  const char* words[] = {
+      "nothing thrown", "A non-string",        "YAJL's maximum",   "A JSON generator function was called while in",
+      "A complete",     "An invalid floating", "A print callback", "An invalid UTF-8"};
   for (int status = 0; status < 8; ++status) {
     EXPECT_THAT(MessageOf([&] { yajl_gen_error(static_cast<yajl_gen_status>(status)); }), StartsWith(words[status]));
   }

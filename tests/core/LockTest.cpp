@@ -107,8 +107,11 @@ TEST(Lockable, TriesUntilTheTimeIsUsedUp) {
     unsigned int milliseconds;
     TModuleErrorCode then, code;
     int asked;
-  } const cases[] = {
-      {0, 0, 0, 0, 1}, {5, 0, 0, kBusy, 1}, {1, 1, 0, 0, 2}, {5, 1, 0, kBusy, 2}, {0, 60'000, kNotAvailable, kNotAvailable, 1}};
+  } const cases[] = {{0, 0, 0, 0, 1},
+                     {5, 0, 0, kBusy, 1},
+                     {1, 1, 0, 0, 2},
+                     {5, 1, 0, kBusy, 2},
+                     {0, 60'000, kNotAvailable, kNotAvailable, 1}};
   for (const auto& c : cases) {
     BusyLock lock(c.busyTries, c.then);
     EXPECT_EQ(lock.TryLockWithTimeout(c.milliseconds), c.code);
@@ -150,7 +153,8 @@ TEST(ScopedLock, LogsAFailureAndStaysAsItWas) {
   GScopedLock lock(refused);
   EXPECT_FALSE(lock.IsLocked());
   ASSERT_EQ(log.lines.size(), 1u);
-  EXPECT_THAT(log.lines[0], testing::StartsWith("[Lockable]\t[Debug]\tError='GMutex::kMutexDeadlockErr'  File='core-agent/"));
+  EXPECT_THAT(log.lines[0],
+              testing::StartsWith("[Lockable]\t[Debug]\tError='GMutex::kMutexDeadlockErr'  File='core-agent/"));
 
   BusyLock stuck(0);
   GScopedLock held(stuck);

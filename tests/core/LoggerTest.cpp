@@ -35,7 +35,7 @@ class LoggerTest : public testing::Test {
 };
 
 TEST_F(LoggerTest, LevelsOfWords) {
-  const std::pair<const char*, int> cases[] = {{"Error", 1}, {"WARN", 2},  {"warning", 2}, {"Info", 3}, {"dEbUg", 4},
+  const std::pair<const char*, int> cases[] = {{"Error", 1}, {"WARN", 2},   {"warning", 2}, {"Info", 3},  {"dEbUg", 4},
                                                {"none", 0},  {"Trace", -1}, {"", -1},       {" Info", -1}};
   for (const auto& [text, level] : cases) EXPECT_EQ(GLogger::StringToLevel(text), level) << text;
   const char* names[] = {"", "None", "Error", "Warning", "Info", "Debug", ""};
@@ -52,9 +52,9 @@ TEST_F(LoggerTest, WhoMayLogWhat) {
     int level;
     bool expected;
   } const cases[] = {
-      {"unset", 2, true},       {"unset", 3, false},      {"unset", 1, true},   {"unset", 0, false}, {"unset", -1, false},
-      {"FileSystem", 4, true},  {"filesystem", 4, true},  {"silent", 1, false}, {"Silent", 1, false},
-      {"default", 2, true},     {"Default", 3, false},
+      {"unset", 2, true},   {"unset", 3, false},     {"unset", 1, true},      {"unset", 0, false},
+      {"unset", -1, false}, {"FileSystem", 4, true}, {"filesystem", 4, true}, {"silent", 1, false},
+      {"Silent", 1, false}, {"default", 2, true},    {"Default", 3, false},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(mLogger.ShouldLog(c.identifier, static_cast<GLogger::LoggingLevel>(c.level)), c.expected)
@@ -82,7 +82,8 @@ TEST_F(LoggerTest, TheLineHasTimeIdentifierLevelAndText) {
 }
 
 TEST_F(LoggerTest, TheBufferGrowsInStepsAndStaysGrown) {
-  const std::pair<size_t, size_t> cases[] = {{10, 256}, {255, 256}, {256, 512}, {1000, 1024}, {5, 1024}, {100'000'000, 100'000'256}};
+  const std::pair<size_t, size_t> cases[] = {{10, 256},    {255, 256}, {256, 512},
+                                             {1000, 1024}, {5, 1024},  {100'000'000, 100'000'256}};
   for (const auto& [length, size] : cases) {
     mLines.clear();
     mLogger.LogString("%s", std::string(length, 'x').c_str());

@@ -21,11 +21,22 @@ TEST(Strings, CaselessComparison) {
     const char *a, *b;
     int expected;
   } const cases[] = {
-      {kUTF8, "abc", "ABC", 0},  {kUTF8, "abc", "ab", 1},     {kUTF8, nullptr, "", 0},   {kUTF8, nullptr, nullptr, 0},
-      {kUTF8, "", "a", -1},      {kUTF8, "a", nullptr, 1},    {kUTF8, "aB", "Ac", -1},   {kUTF8, "\xC3\x84", "\xC3\xA4", 0},
+      {kUTF8, "abc", "ABC", 0},
+      {kUTF8, "abc", "ab", 1},
+      {kUTF8, nullptr, "", 0},
+      {kUTF8, nullptr, nullptr, 0},
+      {kUTF8, "", "a", -1},
+      {kUTF8, "a", nullptr, 1},
+      {kUTF8, "aB", "Ac", -1},
+      {kUTF8, "\xC3\x84", "\xC3\xA4", 0},
       {kUTF8, "z", "\xC3\xA4", 1},  // the localized order puts the umlaut beside its letter
-      {kUTF8, "a1", "aB", -1},   {kUTF8, "\xFF", "\xFE", 1},  {kSingle, "abc", "ABC", 0}, {kSingle, "ABCD", "abc", 1},
-      {kSingle, "b", "A", 1},    {kSingle, nullptr, "x", -1}, {static_cast<Utils::EStringEncoding>(3), "a", "b", 0},
+      {kUTF8, "a1", "aB", -1},
+      {kUTF8, "\xFF", "\xFE", 1},
+      {kSingle, "abc", "ABC", 0},
+      {kSingle, "ABCD", "abc", 1},
+      {kSingle, "b", "A", 1},
+      {kSingle, nullptr, "x", -1},
+      {static_cast<Utils::EStringEncoding>(3), "a", "b", 0},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Sign(Utils::OSCompareStringsNoCase(c.encoding, c.a, c.b)), c.expected) << c.a << " " << c.b;
@@ -48,8 +59,13 @@ TEST(Strings, SearchesAreWhatTheySay) {
   EXPECT_TRUE(Utils::BeginsWith("abc", "ab") && Utils::EndsWith("abc", "bc") && Utils::Contains("abc", "b"));
   EXPECT_FALSE(Utils::BeginsWith("a", "ab") || Utils::EndsWith("a", "ba") || Utils::Contains("abc", "B"));
   const std::tuple<std::string, const char*, bool> expressions[] = {
-      {"abc", "a.c", true},        {"abcd", "a.c", false},  {"abc", "[", false}, {"", ".*", true},
-      {"\xC3\xA4", ".", true},     {"\xC3", ".", false},    {"a", "\xC3", false},
+      {"abc", "a.c", true},
+      {"abcd", "a.c", false},
+      {"abc", "[", false},
+      {"", ".*", true},
+      {"\xC3\xA4", ".", true},
+      {"\xC3", ".", false},
+      {"a", "\xC3", false},
       {std::string(20'000, 'a'), "(a|b)*", true},
       {std::string(40, 'a') + "b", "(a+)+c", false},  // would backtrack for years
   };
@@ -64,8 +80,10 @@ TEST(Strings, CaseAndSpace) {
   struct {
     const char *text, *both, *front, *back;
     size_t first;
-  } const cases[] = {
-      {" \t\n\v\f\ra b \r\n", "a b", "a b \r\n", " \t\n\v\f\ra b", 6}, {"", "", "", "", std::string::npos}, {" \n", "", "", "", std::string::npos}, {"a", "a", "a", "a", 0}};
+  } const cases[] = {{" \t\n\v\f\ra b \r\n", "a b", "a b \r\n", " \t\n\v\f\ra b", 6},
+                     {"", "", "", "", std::string::npos},
+                     {" \n", "", "", "", std::string::npos},
+                     {"a", "a", "a", "a", 0}};
   for (const auto& c : cases) {
     EXPECT_EQ(Utils::StripWhitespace(c.text), c.both);
     EXPECT_EQ(Utils::StripPrecedingWhitespace(c.text), c.front);
@@ -91,19 +109,20 @@ TEST(Strings, SplittingAndJoining) {
 }
 
 TEST(Strings, WhatCountsAsANumber) {
-  const std::pair<const char*, bool> cases[] = {{"7", true},   {"-0", true},  {"0", true},    {"", false},  {"a", false},
-                                                {"12a", false}, {"0x", true}, {"12", true},   {"-5", true}, {"-", false},
-                                                {"1a2", false}, {" 7", true}, {"0abc", true}, {"00", true}};
+  const std::pair<const char*, bool> cases[] = {
+      {"7", true},  {"-0", true}, {"0", true},  {"", false},    {"a", false}, {"12a", false}, {"0x", true},
+      {"12", true}, {"-5", true}, {"-", false}, {"1a2", false}, {" 7", true}, {"0abc", true}, {"00", true}};
   for (const auto& [text, expected] : cases) EXPECT_EQ(Utils::IsNumber(text), expected) << text;
 }
 
 TEST(Strings, NumbersByExtraction) {
-  const std::pair<const char*, bool> truths[] = {{" YES ", true}, {"True", true}, {"1", true}, {"0", false},
+  const std::pair<const char*, bool> truths[] = {{" YES ", true}, {"True", true}, {"1", true},   {"0", false},
                                                  {"2", false},    {"", false},    {"no", false}, {"false", false}};
   for (const auto& [text, expected] : truths) EXPECT_EQ(Utils::UTF8StringToBool(text), expected) << text;
 
-  const std::pair<const char*, int64_t> numbers[] = {{" 42 ", 42},  {"-7x", -7}, {"", 0}, {"x", 0}, {"9223372036854775807", INT64_MAX},
-                                                     {"9223372036854775808", 0}, {"+3", 3}, {"1e3", 1}};
+  const std::pair<const char*, int64_t> numbers[] = {
+      {" 42 ", 42}, {"-7x", -7}, {"", 0}, {"x", 0}, {"9223372036854775807", INT64_MAX}, {"9223372036854775808", 0},
+      {"+3", 3},    {"1e3", 1}};
   for (const auto& [text, expected] : numbers) {
     EXPECT_EQ(Utils::UTF8StringToSInt64(text), expected) << text;
     EXPECT_EQ(Utils::NumberFromString(text), expected) << text;
@@ -138,8 +157,12 @@ TEST(Strings, TruncationKeepsCharactersWhole) {
       {"abc", 3, "abc", 0},
       {"abc", 2, "ab", 0},
       {"a\xC3\xA4", 2, "a", 0},
-      {"\xF0\x9F\x98\x80" "b", 3, "", 0},
-      {"\xF0\x9F\x98\x80" "b", 4, "\xF0\x9F\x98\x80", 0},
+      {"\xF0\x9F\x98\x80"
+       "b",
+       3, "", 0},
+      {"\xF0\x9F\x98\x80"
+       "b",
+       4, "\xF0\x9F\x98\x80", 0},
       {"abc", 0, "", 0},
       {"a\xC3", 1, "a\xC3", 0x05000000},
       {"\xED\xA0\x80", 100, "\xED\xA0\x80", 0x05000000},
@@ -162,11 +185,27 @@ TEST(Strings, Escaping) {
 }
 
 TEST(Strings, TheQuickTestOfShape) {
-  const std::pair<std::string, bool> cases[] = {
-      {"", true},           {"abc", true},        {"\xC3\xA4", true},  {"\x80", false},       {"\xC0", false},
-      {"\xC1\x80", false},  {"\xF5\x80", false},  {"a\xC3", false},    {"\xC3" "a", false},   {"\xC3\xA4" "a", true},
-      {"\x80\x80", true},  // it does not look at what a lead byte announces
-      {"\xF0\x80" "a", true}, {std::string("\xC3\0", 2), true}, {std::string("\xC3\0a", 3), true}, {std::string("a\0\xC3", 3), false}};
+  const std::pair<std::string, bool> cases[] = {{"", true},
+                                                {"abc", true},
+                                                {"\xC3\xA4", true},
+                                                {"\x80", false},
+                                                {"\xC0", false},
+                                                {"\xC1\x80", false},
+                                                {"\xF5\x80", false},
+                                                {"a\xC3", false},
+                                                {"\xC3"
+                                                 "a",
+                                                 false},
+                                                {"\xC3\xA4"
+                                                 "a",
+                                                 true},
+                                                {"\x80\x80", true},  // it does not look at what a lead byte announces
+                                                {"\xF0\x80"
+                                                 "a",
+                                                 true},
+                                                {std::string("\xC3\0", 2), true},
+                                                {std::string("\xC3\0a", 3), true},
+                                                {std::string("a\0\xC3", 3), false}};
   for (const auto& [text, expected] : cases) EXPECT_EQ(GString::ValidateUTF8String(text), expected) << text;
 }
 
@@ -199,7 +238,8 @@ TEST(Strings, ConversionsBetweenEncodings) {
 }
 
 TEST(Strings, MalformedTextGivesNothing) {
-  for (const char* text : {"\x80", "\xC3", "\xC0\xAF", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80"}) {
+  for (const char* text :
+       {"\x80", "\xC3", "\xC0\xAF", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80"}) {
     const LogRecorder log;
     std::u32string points = U"old";
     GString::Convert(text, points);
@@ -209,7 +249,8 @@ TEST(Strings, MalformedTextGivesNothing) {
     ASSERT_EQ(log.lines.size(), 2u);
     EXPECT_THAT(log.lines[1], testing::HasSubstr("Expression='(osStr) == nullptr'  Code='83886080'"));
   }
-  for (const std::string& bytes : {std::string("a"), std::string("\xD8\0", 2), std::string("\xDC\0\0a", 4), std::string("\xD8\0\0a", 4)}) {
+  for (const std::string& bytes :
+       {std::string("a"), std::string("\xD8\0", 2), std::string("\xDC\0\0a", 4), std::string("\xD8\0\0a", 4)}) {
     EXPECT_EQ(GString::OSUtf16BigEndianToUtf8(bytes), "");
   }
   for (const wchar_t unit : {wchar_t{0xD800}, wchar_t{0xDFFF}, wchar_t{0x110000}, wchar_t(-1)}) {

@@ -21,7 +21,8 @@ TEST(TextConversion, Iconv) {
       {"", "nowhere", "nothing", ""},
       {"\xE4", "UTF-8", "ISO-8859-1", "\xC3\xA4"},
       {"\xC3\xA4", "ISO-8859-1", "UTF-8", "\xE4"},
-      {std::string(1000, '\xE4'), "UTF-32LE", "ISO-8859-1", [] {
+      {std::string(1000, '\xE4'), "UTF-32LE", "ISO-8859-1",
+       [] {
          std::string out;
          for (int i = 0; i < 1000; ++i) out += std::string("\xE4\0\0\0", 4);
          return out;
@@ -55,12 +56,18 @@ TEST(TextConversion, TheLocalCharacterSetIsUTF8) {
     EXPECT_EQ(local_to_utf8(text), text);
     EXPECT_EQ(utf8_to_local(text), text);
   }
-  EXPECT_EQ(local_to_utf8("a\xFF" "b\xFF"), "ab");  // what is malformed is left out on the way in
+  EXPECT_EQ(local_to_utf8("a\xFF"
+                          "b\xFF"),
+            "ab");  // what is malformed is left out on the way in
 }
 
 TEST(TextConversion, UncertainEncodings) {
   const std::pair<const char*, const char*> cases[] = {
-      {"", ""}, {"abc", "abc"}, {"\xC3\xA4", "\xC3\xA4"}, {"\xE4", "\xE2\x80\xB0"} /* MacRoman's per mille, not Latin 1's umlaut */, {"\x8A", "\xC3\xA4"}};
+      {"", ""},
+      {"abc", "abc"},
+      {"\xC3\xA4", "\xC3\xA4"},
+      {"\xE4", "\xE2\x80\xB0"} /* MacRoman's per mille, not Latin 1's umlaut */,
+      {"\x8A", "\xC3\xA4"}};
   for (const auto& [bytes, text] : cases) {
     EXPECT_EQ(CreateUTF8StringFromUncertainEncoding(bytes), text);
     EXPECT_TRUE(CFStringCreateWithUncertainEncoding(bytes));
@@ -98,9 +105,14 @@ TEST(PascalStrings, ABufferIsNeverOverrun) {
     std::string text;
     size_t size;
     bool succeeds;
-  } const cases[] = {{"abc", 256, true},  {"abc", 4, true},  {"abc", 3, false}, {"abc", 0, false},
-                     {std::string(255, 'x'), 256, true},     {std::string(256, 'x'), 290, false},
-                     {"\xC3\xA4", 2, true},                  {"\xE4\xB8\x80", 256, false}};
+  } const cases[] = {{"abc", 256, true},
+                     {"abc", 4, true},
+                     {"abc", 3, false},
+                     {"abc", 0, false},
+                     {std::string(255, 'x'), 256, true},
+                     {std::string(256, 'x'), 290, false},
+                     {"\xC3\xA4", 2, true},
+                     {"\xE4\xB8\x80", 256, false}};
   for (const auto& c : cases) {
     Pascal buffer(300, 0xEE);
     const auto string = platform::String::FromUTF8(c.text);
@@ -142,8 +154,11 @@ TEST(PascalStrings, CopyAndConcatenate) {
 }
 
 TEST(TextConversion, ReplacementsAreNotScannedAgain) {
-  const std::tuple<std::string, const char*, const char*, const char*> cases[] = {
-      {"aaa", "a", "aa", "aaaaaa"}, {"a-b-", "-", "", "ab"}, {"x", "", "y", "x"}, {"abab", "ab", "b", "bb"}, {"", "a", "b", ""}};
+  const std::tuple<std::string, const char*, const char*, const char*> cases[] = {{"aaa", "a", "aa", "aaaaaa"},
+                                                                                  {"a-b-", "-", "", "ab"},
+                                                                                  {"x", "", "y", "x"},
+                                                                                  {"abab", "ab", "b", "bb"},
+                                                                                  {"", "a", "b", ""}};
   for (auto [text, from, to, expected] : cases) {
     replaceAll(text, from, to);
     EXPECT_EQ(text, expected);

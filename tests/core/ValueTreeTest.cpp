@@ -96,13 +96,15 @@ TEST(Values, CopiesShareAndAssignReplaces) {
   a.Assign(5);
   EXPECT_EQ(Get<std::string>(b, "x"), 0u);
   EXPECT_TRUE(a == GValue(5) && a != b && GValue(5) != GValue(5u));
-  EXPECT_TRUE(GValue(std::vector<int>{5, 6}) != GValue(std::vector<int>{5, 7}) && GValue(Nested(1)) == GValue(Nested(1)));
+  EXPECT_TRUE(GValue(std::vector<int>{5, 6}) != GValue(std::vector<int>{5, 7}) &&
+              GValue(Nested(1)) == GValue(Nested(1)));
 }
 
 TEST(Values, AsText) {
   const GKVTree tree = EveryKind();
-  const std::pair<const char*, const char*> cases[] = {{"bool", "true"}, {"ulong", "4294967295"}, {"u64", "18446744073709551615"},
-                                                       {"double", "-2.5"}, {"short", "-32768"}, {"strings", "only"}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"bool", "true"},   {"ulong", "4294967295"}, {"u64", "18446744073709551615"},
+      {"double", "-2.5"}, {"short", "-32768"},     {"strings", "only"}};
   for (const auto& [key, text] : cases) {
     std::string out;
     EXPECT_EQ(tree.GetValuePtrForKey(key)->GetValueAsUTF8String(out), 0u);
@@ -125,7 +127,8 @@ TEST(Values, FailedReadsAreReported) {
 }
 
 TEST(Values, TypeNames) {
-  const char* names[] = {"bool", "TByte", "TUByte", "TSInt16", "TSInt32", "TUInt32", "double", "string", "kvtree", "TUInt64", "null"};
+  const char* names[] = {"bool",   "TByte",  "TUByte", "TSInt16", "TSInt32", "TUInt32",
+                         "double", "string", "kvtree", "TUInt64", "null"};
   for (int type = 0; type <= 10; ++type) {
     EXPECT_STREQ(GValue::GetStringFromType(static_cast<GValue::EValueType>(type)), names[type]);
     EXPECT_EQ(GValue::GetTypeFromString(names[type]), type);
@@ -158,10 +161,11 @@ TEST(TreeXML, HasOneForm) {
   inner.SetValueForKey(GValue(std::vector<std::string>{"a&b"}), "s");
   tree.SetValueForKey(GValue(-1), "n");
   tree.SetValueForKey(GValue(inner), "t");
-  EXPECT_EQ(XMLOf(tree),
-            "<kvtree><kv key=\"n\"><value type=\"TSInt32\" isArray=\"false\" size=\"1\"><integer>-1</integer></value></kv>"
-            "<kv key=\"t\"><value type=\"kvtree\" isArray=\"false\" size=\"1\"><kvtree><kv key=\"s\"><value type=\"string\" "
-            "isArray=\"true\" size=\"1\"><str>a&amp;b</str></value></kv></kvtree></value></kv></kvtree>");
+  EXPECT_EQ(
+      XMLOf(tree),
+      "<kvtree><kv key=\"n\"><value type=\"TSInt32\" isArray=\"false\" size=\"1\"><integer>-1</integer></value></kv>"
+      "<kv key=\"t\"><value type=\"kvtree\" isArray=\"false\" size=\"1\"><kvtree><kv key=\"s\"><value type=\"string\" "
+      "isArray=\"true\" size=\"1\"><str>a&amp;b</str></value></kv></kvtree></value></kv></kvtree>");
   EXPECT_EQ(XMLOf(inner, "p", true, 1),
             "\t<p:kvtree>\n\t\t<p:kv key=\"s\">\n\t\t\t<p:value type=\"string\" isArray=\"true\" size=\"1\">\n"
             "\t\t\t\t<p:str>a&amp;b</p:str>\n\t\t\t</p:value>\n\t\t</p:kv>\n\t</p:kvtree>\n");
@@ -204,7 +208,8 @@ TEST(TreeXML, RefusalsHaveCodes) {
       {"<kvtree><kv key=\"k\"> </kv></kvtree>", Codes::kMissingRequiredChildElement},
       {"<kvtree><kv key=\"k\">" + good + good + "</kv></kvtree>", Codes::kInvalidChildElement},
       {"<kvtree><kv key=\"k\"><str>x</str></kv></kvtree>", Codes::kWrongElementName},
-      {"<kvtree><kv key=\"k\">" + good + "</kv><kv key=\"k\">" + good + "</kv></kvtree>", CoreErrorCodes::kItemAlreadyExists},
+      {"<kvtree><kv key=\"k\">" + good + "</kv><kv key=\"k\">" + good + "</kv></kvtree>",
+       CoreErrorCodes::kItemAlreadyExists},
       {WithValue("isArray=\"false\"", ""), Codes::kMissingRequiredAttribute},
       {WithValue("type=\"\"", ""), Codes::kMissingRequiredAttribute},
       {WithValue("type=\"String\"", ""), Codes::kInvalidAttributeContent},
@@ -234,8 +239,11 @@ TEST(TreeXML, RefusalsHaveCodes) {
 
 TEST(TreeXML, ReadsWhatOthersWrite) {
   GKVTree tree;
-  EXPECT_EQ(Parse("<?xml version=\"1.0\"?><!-- by hand -->\n<a:kvtree xmlns:a=\"urn:x\">\n <a:kv key='k'><!-- c --><a:value "
-                  "type='string' isArray='yes'><a:str><![CDATA[<x>]]> &#x41;<!-- c --></a:str></a:value></a:kv></a:kvtree>", tree), 0u);
+  EXPECT_EQ(
+      Parse("<?xml version=\"1.0\"?><!-- by hand -->\n<a:kvtree xmlns:a=\"urn:x\">\n <a:kv key='k'><!-- c --><a:value "
+            "type='string' isArray='yes'><a:str><![CDATA[<x>]]> &#x41;<!-- c --></a:str></a:value></a:kv></a:kvtree>",
+            tree),
+      0u);
   EXPECT_EQ(*tree.GetValuePtrForKey("k"), GValue("<x> A"));
   EXPECT_TRUE(tree.GetValuePtrForKey("k")->IsArray());
   EXPECT_EQ(Parse(WithValue("type=\"TUInt64\"", "<integer>-1</integer>"), tree), 0u);
@@ -281,8 +289,10 @@ TEST(TreeXML, WhatAReaderWouldRefuseIsNotWritten) {
   text.SetValueForKey(GValue(std::vector<std::string>{"fine", "\x01"}), "k");
   key.SetValueForKey(GValue(1), "\xFF");
   empty.SetValueForKey(GValue(1), "");
-  const std::pair<GKVTree, TModuleErrorCode> cases[] = {{text, Codes::kInvalidTextContent}, {key, Codes::kInvalidAttributeContent},
-                                                        {empty, Codes::kMissingRequiredAttribute}, {Nested(81), CoreErrorCodes::kNotSupported}};
+  const std::pair<GKVTree, TModuleErrorCode> cases[] = {{text, Codes::kInvalidTextContent},
+                                                        {key, Codes::kInvalidAttributeContent},
+                                                        {empty, Codes::kMissingRequiredAttribute},
+                                                        {Nested(81), CoreErrorCodes::kNotSupported}};
   for (const auto& [tree, code] : cases) {
     std::ostringstream stream;
     EXPECT_EQ(tree.WriteToXMLStream(stream), code);
@@ -300,11 +310,12 @@ TEST(TreeJSON, EveryKindHasItsForm) {
   tree.SetValueForKey(GValue(), "null");
   nlohmann::json json;
   ASSERT_EQ(tree.ConvertToJSON(json), 0u);
-  EXPECT_EQ(json.dump(),
-            "{\"bool\":true,\"bools\":[true,false],\"byte\":-128,\"double\":-2.5,\"empty string\":\"\",\"empty tree\":{},"
-            "\"long\":-2147483648,\"none\":[],\"null\":null,\"set\":[1,3],\"short\":-32768,\"string\":\"<&>'\\\"\\r\\n\\t "
-            "\xC3\xA4\",\"strings\":[\"only\"],\"tree\":{\"t\":{\"t\":{\"leaf\":1}}},\"u64\":18446744073709551615,"
-            "\"ubyte\":255,\"ulong\":4294967295}");
+  EXPECT_EQ(
+      json.dump(),
+      "{\"bool\":true,\"bools\":[true,false],\"byte\":-128,\"double\":-2.5,\"empty string\":\"\",\"empty tree\":{},"
+      "\"long\":-2147483648,\"none\":[],\"null\":null,\"set\":[1,3],\"short\":-32768,\"string\":\"<&>'\\\"\\r\\n\\t "
+      "\xC3\xA4\",\"strings\":[\"only\"],\"tree\":{\"t\":{\"t\":{\"leaf\":1}}},\"u64\":18446744073709551615,"
+      "\"ubyte\":255,\"ulong\":4294967295}");
   tree.SetValueForKey(GValue("\xFF"), "bad");
   EXPECT_EQ(tree.ConvertToJSON(json), GValue::kValueConversionError);
   EXPECT_TRUE(json.contains("null"));  // as it was

@@ -44,7 +44,8 @@ TEST(XCFUtils, TypedReads) {
   EXPECT_EQ(Read(GetDoubleFromDict, "real"), "2.500000");
   for (const char* key : {"string", "array", "missing"}) {
     EXPECT_EQ(Read(GetCharFromDict, key) + Read(GetShortFromDict, key) + Read(GetLongFromDict, key), "---") << key;
-    EXPECT_EQ(Read(GetLongLongFromDict, key) + Read(GetFloatFromDict, key) + Read(GetDoubleFromDict, key), "---") << key;
+    EXPECT_EQ(Read(GetLongLongFromDict, key) + Read(GetFloatFromDict, key) + Read(GetDoubleFromDict, key), "---")
+        << key;
   }
   const Dictionary d = MakeDictionary();
   EXPECT_TRUE(GetCFStringFromDict(d, "string") && GetCFArrayFromDict(d, "array") && GetCFNumberFromDict(d, "real"));
@@ -58,7 +59,8 @@ TEST(XCFUtils, DecimalTexts) {
   d.Set("odd", " -12abc");
   d.Set("word", "abc");
   d.Set("huge", "99999999999999999999");
-  const std::pair<const char*, long> cases[] = {{"string", 42}, {"number", 0}, {"missing", 0}, {"odd", -12}, {"word", 0}, {"huge", LONG_MAX}};
+  const std::pair<const char*, long> cases[] = {{"string", 42}, {"number", 0}, {"missing", 0},
+                                                {"odd", -12},   {"word", 0},   {"huge", LONG_MAX}};
   for (const auto& [key, value] : cases) EXPECT_EQ(GetLongFromDictString(d, key), value) << key;
   PutLongIntoDictAsString(d, "n", LONG_MIN);
   PutULongIntoDictAsString(d, "u", ULONG_MAX);

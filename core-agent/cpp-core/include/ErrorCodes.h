@@ -1,7 +1,7 @@
 // The one number by which the core library and the agent interface report failure.
 //
-// Bits 31 to 24 hold the error's number within its class, 23 to 12 the package (0 general, 1 core library, 2 agent SDK and
-// data, 4 agent services, 7 other), 11 to 0 the class within the package. 0 is success.
+// Bits 31 to 24 hold the error's number within its class, 23 to 12 the package (0 general, 1 core library, 2 agent SDK
+// and data, 4 agent services, 7 other), 11 to 0 the class within the package. 0 is success.
 #pragma once
 
 #include <cstdint>

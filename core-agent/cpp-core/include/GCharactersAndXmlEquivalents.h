@@ -1,5 +1,5 @@
-// The characters that XML requires to be escaped, with their entities. The ampersand comes first, so that escaping does not
-// escape its own output.
+// The characters that XML requires to be escaped, with their entities. The ampersand comes first, so that escaping does
+// not escape its own output.
 #pragma once
 
 #include <string>

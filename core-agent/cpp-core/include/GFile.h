@@ -1,5 +1,5 @@
-// A buffered file of the system. Every operation returns a TModuleErrorCode, 0 for success; a failure is logged once under
-// "FileSystem", and what it would have given out stays untouched. One thread at a time. The destructor closes.
+// A buffered file of the system. Every operation returns a TModuleErrorCode, 0 for success; a failure is logged once
+// under "FileSystem", and what it would have given out stays untouched. One thread at a time. The destructor closes.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,8 @@ class GFile {
   GFile(const GFile&) = delete;
   GFile& operator=(const GFile&) = delete;
 
-  // Mode bits of EMode; without eRead and eWrite nothing can be opened, and eBinary changes nothing here. Closes an open
-  // file first. kFileNotFound for a file to be read that is not there, else kOpenFailed.
+  // Mode bits of EMode; without eRead and eWrite nothing can be opened, and eBinary changes nothing here. Closes an
+  // open file first. kFileNotFound for a file to be read that is not there, else kOpenFailed.
   virtual TModuleErrorCode Open(const GFileSystemSpec& spec, int mode);
   virtual TModuleErrorCode Close();
   virtual bool IsOpen() const { return mFile != nullptr; }

@@ -9,8 +9,8 @@
 class GFileSystemSpec {
  public:
   GFileSystemSpec() = default;
-  // Takes a double quotation mark off at either end, expands "~", and sets a partial path below the current folder. Empty
-  // if that folder or the home folder is not to be had.
+  // Takes a double quotation mark off at either end, expands "~", and sets a partial path below the current folder.
+  // Empty if that folder or the home folder is not to be had.
   GFileSystemSpec(const std::string& path);  // NOLINT: a path given as text is meant to serve
   GFileSystemSpec(const char* path) : GFileSystemSpec(std::string(path)) {}  // NOLINT
 

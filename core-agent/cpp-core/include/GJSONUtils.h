@@ -1,13 +1,14 @@
-// JSON for callers that work with codes: each step of building and reading a tree gives a TModuleErrorCode, and a failure
-// is reported under "Miscellaneous".
+// JSON for callers that work with codes: each step of building and reading a tree gives a TModuleErrorCode, and a
+// failure is reported under "Miscellaneous".
 //
 //   Parse              kInvalidParam for malformed text; nothing is thrown
 //   Set, Add           kOutOfMemory; newValue is the added node
 //   GetValueForKey     kNotFound without the key, kError for a value of another kind, reported at debug level only; the
 //                      output is written on success
 //
-// What a node throws passes through: an addition to a value of the wrong kind, an element that is no integer in the array
-// readers, malformed UTF-8 in a text. Integers go through 64 bits and are cut to the wanted type without a report.
+// What a node throws passes through: an addition to a value of the wrong kind, an element that is no integer in the
+// array readers, malformed UTF-8 in a text. Integers go through 64 bits and are cut to the wanted type without a
+// report.
 #pragma once
 
 #include <concepts>
@@ -37,7 +38,8 @@ TModuleErrorCode Parse(const std::string& text, nlohmann::json& value);
 
 bool HasValueForKey(const Node& jsonValue, const std::string& key);
 
-TModuleErrorCode SetValueForKey(const std::string& value, const std::string& key, const Node& jsonValue, Node& newValue);
+TModuleErrorCode SetValueForKey(const std::string& value, const std::string& key, const Node& jsonValue,
+                                Node& newValue);
 TModuleErrorCode SetValueForKey(const char* value, const std::string& key, const Node& jsonValue, Node& newValue);
 TModuleErrorCode SetValueForKey(double value, const std::string& key, const Node& jsonValue, Node& newValue);
 TModuleErrorCode SetValueForKey(bool value, const std::string& key, const Node& jsonValue, Node& newValue);

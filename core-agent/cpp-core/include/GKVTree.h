@@ -22,13 +22,13 @@ class GKVTree {
   // Null for a missing key.
   const GValue* GetValuePtrForKey(const std::string& key) const;
   GValue* GetWritableValuePtrForKey(const std::string& key);
-  void SetValueForKey(const GValue& value, const std::string& key);  // replaces or inserts
+  void SetValueForKey(const GValue& value, const std::string& key);     // replaces or inserts
   GValue::EValueType GetValueTypeForKey(const std::string& key) const;  // kValueType_NULL for a missing key
   void ClearValueForKey(const std::string& key) { mValues.erase(key); }
 
-  // The XML form: an element "kvtree" with a child "kv" for each entry, in order of key, that has the attribute "key" and
-  // one child "value". On failure, with a code of GLibXMLSerializable, GValue or GLibXML, or kItemAlreadyExists for a
-  // repeated key, the tree is unchanged.
+  // The XML form: an element "kvtree" with a child "kv" for each entry, in order of key, that has the attribute "key"
+  // and one child "value". On failure, with a code of GLibXMLSerializable, GValue or GLibXML, or kItemAlreadyExists for
+  // a repeated key, the tree is unchanged.
   TModuleErrorCode SetFromXMLNode(const GLibXMLNode& node);
   TModuleErrorCode SetFromXMLBuffer(const char* buffer, size_t length);
   // As GValue::WriteToXMLStream. A tree without entries writes nothing.

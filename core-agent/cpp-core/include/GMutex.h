@@ -1,7 +1,7 @@
 // Locks that know their owner and report instead of blocking for ever or throwing.
 //
-// Codes: 0 the lock is held; kNotAvailable this thread can't have it (a plain mutex locked again by its owner, an unlock by
-// a thread that does not own it); kBusy another thread has it and the time is used up.
+// Codes: 0 the lock is held; kNotAvailable this thread can't have it (a plain mutex locked again by its owner, an
+// unlock by a thread that does not own it); kBusy another thread has it and the time is used up.
 #pragma once
 
 #include <pthread.h>

@@ -1,4 +1,5 @@
-// Holds a lockable for a scope, by a strategy. It does not throw: whoever goes on without asking IsLocked may have no lock.
+// Holds a lockable for a scope, by a strategy. It does not throw: whoever goes on without asking IsLocked may have no
+// lock.
 #pragma once
 
 #include <memory>

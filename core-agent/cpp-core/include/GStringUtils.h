@@ -1,5 +1,5 @@
-// Operations on text, which is UTF-8 unless told otherwise. No operation throws; a failure gives an empty result, 0 or a
-// code. All are safe on any thread.
+// Operations on text, which is UTF-8 unless told otherwise. No operation throws; a failure gives an empty result, 0 or
+// a code. All are safe on any thread.
 #pragma once
 
 #include <cstdarg>
@@ -15,7 +15,8 @@ class GStringUtils {
 
   // Comparison. Below 0, 0 or above 0; a null pointer counts as the empty string; another encoding gives 0.
   static int OSCompareStringsNoCase(EStringEncoding encoding, const char* a, const char* b);
-  static int OSCompareStringsNoCase(EStringEncoding encoding, const char* a, size_t lengthA, const char* b, size_t lengthB);
+  static int OSCompareStringsNoCase(EStringEncoding encoding, const char* a, size_t lengthA, const char* b,
+                                    size_t lengthB);
   static int CompareStringsNoCase(EStringEncoding encoding, const std::string& a, const std::string& b);
   static int CompareStringsNoCase(EStringEncoding encoding, const std::string& a, const char* b);
   static int CompareStringsNoCase(EStringEncoding encoding, const char* a, const std::string& b);
@@ -26,8 +27,8 @@ class GStringUtils {
   static bool BeginsWith(const std::string& text, const std::string& part);
   static bool EndsWith(const std::string& text, const std::string& part);
   static bool Contains(const std::string& text, const std::string& part);
-  // Whether the whole text matches the expression, of the form that ICU takes. A malformed expression, malformed UTF-8 and
-  // an expression that would backtrack for seconds match nothing.
+  // Whether the whole text matches the expression, of the form that ICU takes. A malformed expression, malformed UTF-8
+  // and an expression that would backtrack for seconds match nothing.
   static bool IsRegExMatch(const std::string& text, const std::string& expression);
 
   // Case and space, byte by byte in the C locale.
@@ -36,7 +37,7 @@ class GStringUtils {
   static std::string StripWhitespace(const std::string& text);
   static std::string StripPrecedingWhitespace(const std::string& text);
   static std::string StripTrailingWhitespace(const std::string& text);
-  static size_t FirstNonWhiteSpaceCharacterLoc(const std::string& text);  // npos if there is none
+  static size_t FirstNonWhiteSpaceCharacterLoc(const std::string& text);                      // npos if there is none
   static std::string StripPrecedingString(const std::string& text, const std::string& part);  // once
   static std::string StripTrailingString(const std::string& text, const std::string& part);
   static std::string EnsureEndsWith(const std::string& text, const std::string& ending);
@@ -44,7 +45,8 @@ class GStringUtils {
   // Splitting and joining. Split keeps empty pieces; the tokenizers take any of the delimiter characters and drop them.
   static std::vector<std::string> Split(const std::string& text, const std::string& separator);
   static std::vector<std::string> TokenizeString(const std::string& text, const std::string& delimiters);
-  static void OSTokenizeString(const std::string& text, const std::string& delimiters, std::vector<std::string>& tokens);
+  static void OSTokenizeString(const std::string& text, const std::string& delimiters,
+                               std::vector<std::string>& tokens);
   static std::string Join(const std::vector<std::string>& pieces, const std::string& separator);
 
   // Numbers, each by stream extraction from the stripped text; 0 where nothing can be extracted.

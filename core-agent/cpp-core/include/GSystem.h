@@ -3,7 +3,8 @@
 
 class GSystem {
  public:
-  // Counted; the first call has SIGPIPE ignored, so that a send to a closed connection fails instead of ending the host.
+  // Counted; the first call has SIGPIPE ignored, so that a send to a closed connection fails instead of ending the
+  // host.
   static void InitializeSockets();
   static bool IsWindows() { return false; }
 };

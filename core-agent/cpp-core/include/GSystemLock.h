@@ -1,5 +1,6 @@
 // The system mutex and the system condition on which the library's locks, conditions and barriers are built.
-// Every operation gives the system's error number, 0 for success. A failure to make or to destroy them stops the process.
+// Every operation gives the system's error number, 0 for success. A failure to make or to destroy them stops the
+// process.
 #pragma once
 
 #include <pthread.h>
@@ -15,7 +16,9 @@ class GSystemLock {
   int Unlock() { return pthread_mutex_unlock(&mMutex); }
   // For whoever holds the mutex; they may come back without a signal.
   int Wait() { return pthread_cond_wait(&mCondition, &mMutex); }
-  int WaitUntil(const timespec& time) { return pthread_cond_timedwait(&mCondition, &mMutex, &time); }  // of GUtils' clock
+  int WaitUntil(const timespec& time) {
+    return pthread_cond_timedwait(&mCondition, &mMutex, &time);
+  }  // of GUtils' clock
   int Signal() { return pthread_cond_signal(&mCondition); }
   int Broadcast() { return pthread_cond_broadcast(&mCondition); }
 

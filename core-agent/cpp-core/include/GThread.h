@@ -1,7 +1,7 @@
 // A thread with a name, a state, a result, and a place in the registry of all threads.
 //
-// A thread may be started again once it has finished. Nothing forces an entry function to end: it reads GetThreadState and
-// leaves when it sees kStopRequested. A thread's own lock is never held while the registry's is asked for.
+// A thread may be started again once it has finished. Nothing forces an entry function to end: it reads GetThreadState
+// and leaves when it sees kStopRequested. A thread's own lock is never held while the registry's is asked for.
 #pragma once
 
 #include <pthread.h>

@@ -104,16 +104,17 @@ class GValue {
   template <class T>
   TModuleErrorCode GetValue(std::set<T>& out) const;
 
-  // The element as text: "true" or "false", decimal numbers, the string itself. kValueConversionError for a tree or null.
+  // The element as text: "true" or "false", decimal numbers, the string itself. kValueConversionError for a tree or
+  // null.
   TModuleErrorCode GetValueAsUTF8String(std::string& out, size_t index = 0) const;
 
-  // The XML form: an element "value" with the attributes type, isArray and size, and a child "str", "integer" or "kvtree"
-  // for each element. Other holders of a shared vector keep what they have.
-  // On failure, with a code of GLibXMLSerializable or kValueSizeMismatch, the value is unchanged. A null value is written
-  // and can't be read back: its type name is refused like an unknown one.
+  // The XML form: an element "value" with the attributes type, isArray and size, and a child "str", "integer" or
+  // "kvtree" for each element. Other holders of a shared vector keep what they have. On failure, with a code of
+  // GLibXMLSerializable or kValueSizeMismatch, the value is unchanged. A null value is written and can't be read back:
+  // its type name is refused like an unknown one.
   TModuleErrorCode SetFromXMLNode(const GLibXMLNode& node);
-  // Element names carry the prefix, if it is not empty, before a colon. Nothing is written on failure: kInvalidTextContent
-  // for a text that XML can't hold, kNotSupported for trees in trees beyond what a reader takes.
+  // Element names carry the prefix, if it is not empty, before a colon. Nothing is written on failure:
+  // kInvalidTextContent for a text that XML can't hold, kNotSupported for trees in trees beyond what a reader takes.
   TModuleErrorCode WriteToXMLStream(std::ostream& stream, const std::string& prefix = "", bool pretty = false,
                                     unsigned indent = 0) const;
   // A value of its own kind, or an array of such. kEmptyValueBytes for a single value without an element,

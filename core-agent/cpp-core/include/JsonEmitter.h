@@ -1,6 +1,6 @@
-// Writes compact JSON text, piece by piece or from a tree. Every operation throws std::runtime_error with yajl_gen_error's
-// words if the generator refuses: a key that is no text, more than a whole document, 128 levels, an infinity, malformed
-// UTF-8. One thread at a time.
+// Writes compact JSON text, piece by piece or from a tree. Every operation throws std::runtime_error with
+// yajl_gen_error's words if the generator refuses: a key that is no text, more than a whole document, 128 levels, an
+// infinity, malformed UTF-8. One thread at a time.
 #pragma once
 
 #include <yajl/yajl_gen.h>
@@ -31,8 +31,8 @@ class Emitter {
   void emit(bool value);
   void emit_null();
   void emit_json(const std::string& text);  // a value given as JSON text; throws what Parser::load throws
-  // The value with all below it; the bytes of texts as they are, unlike emit. Nothing for null, and nothing for a number
-  // that fits neither an integer nor a double.
+  // The value with all below it; the bytes of texts as they are, unlike emit. Nothing for null, and nothing for a
+  // number that fits neither an integer nor a double.
   void emit_tree(yajl_val value);
   void emit_array_open();
   void emit_array_close();

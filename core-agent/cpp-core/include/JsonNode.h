@@ -1,10 +1,10 @@
 // A named value of a JSON tree: typed reads that throw on misuse, search, and adding.
 //
-// A node is a live view: the value belongs to the tree of the Parser that made it, and whatever is added through one node
-// shows through all. A node must not outlive its Parser. Nodes of one tree are used by one thread at a time.
+// A node is a live view: the value belongs to the tree of the Parser that made it, and whatever is added through one
+// node shows through all. A node must not outlive its Parser. Nodes of one tree are used by one thread at a time.
 //
-// A node's name serves error messages: "root", the key, or a path such as name[3] or name["key"]. A read of the wrong kind
-// and an addition to a value of the wrong kind throw std::runtime_error with
+// A node's name serves error messages: "root", the key, or a path such as name[3] or name["key"]. A read of the wrong
+// kind and an addition to a value of the wrong kind throw std::runtime_error with
 //   Expected JSON node "NAME" to be KIND, found ACTUAL
 #pragma once
 
@@ -55,8 +55,8 @@ class Node {
   bool exists(const std::string& key) const;
   bool find(const std::string& key, Node& out) const;
 
-  // Add to the end of an object. The bytes of a text are taken as they are, without the conversion that to_string does. A
-  // key is not looked for, so a second add of one writes it twice. False, with nothing changed, if memory runs out.
+  // Add to the end of an object. The bytes of a text are taken as they are, without the conversion that to_string does.
+  // A key is not looked for, so a second add of one writes it twice. False, with nothing changed, if memory runs out.
   bool add_string(const std::string& key, const std::string& value, Node& out) const;
   bool add_int(const std::string& key, int value, Node& out) const;
   bool add_int64(const std::string& key, int64_t value, Node& out) const;

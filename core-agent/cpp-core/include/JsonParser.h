@@ -1,7 +1,7 @@
 // Owns one JSON tree, made from a text. A new Parser holds an empty object, which is how a message begins.
 //
-// root, exists, empty and find throw std::runtime_error with "No JSON loaded in parser" after a failed load. A path is one
-// key, or keys from the outermost on. The nodes given out must not outlive the Parser.
+// root, exists, empty and find throw std::runtime_error with "No JSON loaded in parser" after a failed load. A path is
+// one key, or keys from the outermost on. The nodes given out must not outlive the Parser.
 #pragma once
 
 #include <yajl/yajl_tree.h>
@@ -21,8 +21,8 @@ class Parser {
   Parser(const Parser&) = delete;
   Parser& operator=(const Parser&) = delete;
 
-  // Lets the old tree go, then parses. Throws std::runtime_error with "JSON parse error:\n" and the reason for malformed
-  // JSON, malformed UTF-8, a NUL in the text, and values nested deeper than kDeepest.
+  // Lets the old tree go, then parses. Throws std::runtime_error with "JSON parse error:\n" and the reason for
+  // malformed JSON, malformed UTF-8, a NUL in the text, and values nested deeper than kDeepest.
   void load(const std::string& text);
   bool is_loaded() const { return root_ != nullptr; }
 

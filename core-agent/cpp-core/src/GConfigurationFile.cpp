@@ -38,7 +38,10 @@ TModuleErrorCode GConfigurationFile::ParseString(const std::string& text, Values
 TModuleErrorCode GConfigurationFile::ParseFile(const GFileSystemSpec& confFileSpec, Values& out) {
   GFile confFile;
   std::string configString;
+  // The log shows an expression as it stands here, and people search logs for it.
+  // clang-format off
   RETURN_IF_ERROR(kLogIdentifier, confFile.Open(confFileSpec, GFile::eRead|GFile::eBinary));
+  // clang-format on
   RETURN_IF_ERROR(kLogIdentifier, confFile.Read(configString));
   RETURN_IF_ERROR(kLogIdentifier, confFile.Close());
   return ParseString(configString, out);
@@ -46,7 +49,9 @@ TModuleErrorCode GConfigurationFile::ParseFile(const GFileSystemSpec& confFileSp
 
 TModuleErrorCode GConfigurationFile::WriteFile(const GFileSystemSpec& confFileSpec, const Values& values) {
   GFile confFile;
+  // clang-format off
   RETURN_IF_ERROR(kLogIdentifier, confFile.Open(confFileSpec, GFile::eWrite|GFile::eBinary|GFile::eTruncate));
+  // clang-format on
   for (const auto& [key, value] : values) {
     std::ostringstream ss;
     ss << key << "=" << value << "\r\n";

@@ -103,7 +103,8 @@ TModuleErrorCode GFile::RemainingSize(unsigned long long& remaining) {
 // The C library wants a change of position between a write and a read.
 TModuleErrorCode GFile::TurnTo(EDirection direction) {
   RETURN_IF("FileSystem", mFile == nullptr, kFileNotOpen);
-  if (mDirection != direction) RETURN_IF("FileSystem", fseeko(mFile, 0, SEEK_CUR) != 0 && errno != ESPIPE, kSystemFailure);
+  if (mDirection != direction)
+    RETURN_IF("FileSystem", fseeko(mFile, 0, SEEK_CUR) != 0 && errno != ESPIPE, kSystemFailure);
   mDirection = direction;
   return CoreErrorCodes::kSuccess;
 }

@@ -30,7 +30,8 @@ TModuleErrorCode Parse(Parser& parser, const std::string& text, Node& node) {
 
 bool HasValueForKey(const Node& jsonValue, const std::string& key) { return jsonValue.exists(key); }
 
-TModuleErrorCode SetValueForKey(const std::string& value, const std::string& key, const Node& jsonValue, Node& newValue) {
+TModuleErrorCode SetValueForKey(const std::string& value, const std::string& key, const Node& jsonValue,
+                                Node& newValue) {
   RETURN_IF_NOT_ADDED(!jsonValue.add_string(key, value, newValue));
   return CoreErrorCodes::kSuccess;
 }

@@ -53,10 +53,10 @@ const std::string& GLogger::GetDefaultLoggingIdentifier() {
   return sIdentifier;
 }
 
-#define LOG_AT(level)                           \
-  va_list arguments;                            \
-  va_start(arguments, format);                  \
-  Logv(identifier, level, format, arguments);   \
+#define LOG_AT(level)                         \
+  va_list arguments;                          \
+  va_start(arguments, format);                \
+  Logv(identifier, level, format, arguments); \
   va_end(arguments)
 
 void GLogger::LogError(const std::string& identifier, std::string format, ...) { LOG_AT(kError); }
@@ -98,8 +98,7 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   const auto clear = [this](void*) { SetLoggingThread(std::thread::id()); };
   const std::unique_ptr<GLogger, decltype(clear)> clearAtEnd(this, clear);
   if (mAppenders.empty()) return;
-  const std::string line =
-      "[" + GDateTime::Now().ToISO8601(true) + "]\t" + FormatIntoBuffer(format, arguments) + "\n";
+  const std::string line = "[" + GDateTime::Now().ToISO8601(true) + "]\t" + FormatIntoBuffer(format, arguments) + "\n";
   for (const auto& [identifier, appender] : mAppenders) appender->Log(line);
 }
 

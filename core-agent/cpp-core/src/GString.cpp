@@ -57,8 +57,8 @@ void GString::SetOSString(const platform::String& object, bool) {
   mUTF8 = object.Text();
 }
 
-// Bytes with the high bit set are collected in runs. What a lead byte announces is not looked at, and a run before a NUL is
-// let go whatever its length.
+// Bytes with the high bit set are collected in runs. What a lead byte announces is not looked at, and a run before a
+// NUL is let go whatever its length.
 bool GString::ValidateUTF8String(const std::string& text) {
   size_t run = 0;
   for (const char c : text) {
@@ -110,9 +110,12 @@ std::string GString::OSUtf16BigEndianToUtf8(std::string_view bytes) {
   std::u16string units;
   units.reserve(bytes.size() / 2);
   for (size_t i = 0; i < bytes.size(); i += 2) {
-    units.push_back(static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) << 8 | static_cast<unsigned char>(bytes[i + 1])));
+    units.push_back(
+        static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) << 8 | static_cast<unsigned char>(bytes[i + 1])));
   }
   return platform::UTF16ToUTF8(units).value_or("");
 }
 
-std::string GString::OSUtf8ToUtf8(const std::string& bytes) { return platform::IsValidUTF8(bytes) ? bytes : std::string(); }
+std::string GString::OSUtf8ToUtf8(const std::string& bytes) {
+  return platform::IsValidUTF8(bytes) ? bytes : std::string();
+}

@@ -17,7 +17,8 @@ T Extract(const std::string& text) {
 
 }  // namespace
 
-// Asks whether the last character contributed a digit, so "12a" is no number and "0x" is one; callers have settled on it.
+// Asks whether the last character contributed a digit, so "12a" is no number and "0x" is one; callers have settled on
+// it.
 bool GStringUtils::IsNumber(const std::string& text) {
   if (text.empty()) return false;
   const int number = std::atoi(text.c_str());

@@ -1,4 +1,5 @@
-// Regular expressions of GStringUtils, through ICU: its matcher keeps its state off the stack and takes a limit of time.
+// Regular expressions of GStringUtils, through ICU: its matcher keeps its state off the stack and takes a limit of
+// time.
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 

@@ -97,7 +97,9 @@ std::string GStringUtils::OSToUpperCase(const std::string& text) {
   return out;
 }
 
-size_t GStringUtils::FirstNonWhiteSpaceCharacterLoc(const std::string& text) { return text.find_first_not_of(kWhitespace); }
+size_t GStringUtils::FirstNonWhiteSpaceCharacterLoc(const std::string& text) {
+  return text.find_first_not_of(kWhitespace);
+}
 
 std::string GStringUtils::StripPrecedingWhitespace(const std::string& text) {
   const size_t start = FirstNonWhiteSpaceCharacterLoc(text);

@@ -9,9 +9,10 @@
 namespace {
 
 constexpr const char* kTypeNames[] = {
-    GValue::kStrTypeName_bool,   GValue::kStrTypeName_byte,   GValue::kStrTypeName_ubyte,     GValue::kStrTypeName_short,
-    GValue::kStrTypeName_long,   GValue::kStrTypeName_ulong,  GValue::kStrTypeName_double,    GValue::kStrTypeName_string,
-    GValue::kStrTypeName_kvtree, GValue::kStrTypeName_uLongLong, GValue::kStrTypeName_NULL,
+    GValue::kStrTypeName_bool,      GValue::kStrTypeName_byte,   GValue::kStrTypeName_ubyte,
+    GValue::kStrTypeName_short,     GValue::kStrTypeName_long,   GValue::kStrTypeName_ulong,
+    GValue::kStrTypeName_double,    GValue::kStrTypeName_string, GValue::kStrTypeName_kvtree,
+    GValue::kStrTypeName_uLongLong, GValue::kStrTypeName_NULL,
 };
 
 GValue::GValueImpl Integral(int64_t value) {

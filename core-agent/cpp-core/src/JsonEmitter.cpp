@@ -18,12 +18,10 @@ void yajl_gen_error(yajl_gen_status status) {
       throw std::runtime_error("A JSON generator function was called while in an error state");
     case yajl_gen_generation_complete: throw std::runtime_error("A complete JSON document has been generated");
     case yajl_gen_invalid_number:
-      throw std::runtime_error(
-          "An invalid floating point value was passed to the JSON generator (infinity or NaN)");
+      throw std::runtime_error("An invalid floating point value was passed to the JSON generator (infinity or NaN)");
     case yajl_gen_no_buf:
       throw std::runtime_error("A print callback was passed in, so there is no internal buffer to get from");
-    case yajl_gen_invalid_string:
-      throw std::runtime_error("An invalid UTF-8 string was passed to the JSON generator");
+    case yajl_gen_invalid_string: throw std::runtime_error("An invalid UTF-8 string was passed to the JSON generator");
   }
 }
 
@@ -65,8 +63,10 @@ void Emitter::emit_tree(yajl_val value) {
   switch (value->type) {
     case yajl_t_string: EmitText(value->u.string, std::strlen(value->u.string)); break;
     case yajl_t_number:
-      if (YAJL_IS_INTEGER(value)) emit(static_cast<int64_t>(YAJL_GET_INTEGER(value)));
-      else if (YAJL_IS_DOUBLE(value)) emit(YAJL_GET_DOUBLE(value));
+      if (YAJL_IS_INTEGER(value))
+        emit(static_cast<int64_t>(YAJL_GET_INTEGER(value)));
+      else if (YAJL_IS_DOUBLE(value))
+        emit(YAJL_GET_DOUBLE(value));
       break;
     case yajl_t_object: EmitObject(value); break;
     case yajl_t_array: EmitArray(value); break;

@@ -12,13 +12,20 @@ namespace {
 // What stands behind ", found"; nothing for a null.
 std::string DescribeValue(yajl_val value) {
   std::ostringstream text;
-  if (YAJL_IS_STRING(value)) text << " STRING: " << YAJL_GET_STRING(value);
-  else if (YAJL_IS_INTEGER(value)) text << " INTEGER: " << YAJL_GET_INTEGER(value);
-  else if (YAJL_IS_DOUBLE(value)) text << " DOUBLE: " << YAJL_GET_DOUBLE(value);
-  else if (YAJL_IS_OBJECT(value)) text << " OBJECT";
-  else if (YAJL_IS_ARRAY(value)) text << " ARRAY";
-  else if (YAJL_IS_TRUE(value)) text << " BOOLEAN: true";
-  else if (YAJL_IS_FALSE(value)) text << " BOOLEAN: false";
+  if (YAJL_IS_STRING(value))
+    text << " STRING: " << YAJL_GET_STRING(value);
+  else if (YAJL_IS_INTEGER(value))
+    text << " INTEGER: " << YAJL_GET_INTEGER(value);
+  else if (YAJL_IS_DOUBLE(value))
+    text << " DOUBLE: " << YAJL_GET_DOUBLE(value);
+  else if (YAJL_IS_OBJECT(value))
+    text << " OBJECT";
+  else if (YAJL_IS_ARRAY(value))
+    text << " ARRAY";
+  else if (YAJL_IS_TRUE(value))
+    text << " BOOLEAN: true";
+  else if (YAJL_IS_FALSE(value))
+    text << " BOOLEAN: false";
   return text.str();
 }
 

@@ -81,14 +81,14 @@ bool AppendToArray(yajl_val owner, OwnedValue value, Node& out) {
 
 }  // namespace
 
-#define ADD_OPERATIONS(Operation, Parameter, argument, make)                                     \
-  bool Node::Operation(const std::string& key, Parameter argument, Node& out) const {            \
-    Require(is_map(), "OBJECT");                                                                 \
-    return AppendToObject(value_, key, make(argument), out);                                     \
-  }                                                                                              \
-  bool Node::Operation(Parameter argument, Node& out) const {                                    \
-    Require(is_array(), "ARRAY");                                                                \
-    return AppendToArray(value_, make(argument), out);                                           \
+#define ADD_OPERATIONS(Operation, Parameter, argument, make)                          \
+  bool Node::Operation(const std::string& key, Parameter argument, Node& out) const { \
+    Require(is_map(), "OBJECT");                                                      \
+    return AppendToObject(value_, key, make(argument), out);                          \
+  }                                                                                   \
+  bool Node::Operation(Parameter argument, Node& out) const {                         \
+    Require(is_array(), "ARRAY");                                                     \
+    return AppendToArray(value_, make(argument), out);                                \
   }
 ADD_OPERATIONS(add_string, const std::string&, value, NewString)
 ADD_OPERATIONS(add_int, int, value, NewInteger)
@@ -97,14 +97,14 @@ ADD_OPERATIONS(add_double, double, value, NewDouble)
 ADD_OPERATIONS(add_bool, bool, value, NewBool)
 #undef ADD_OPERATIONS
 
-#define ADD_OPERATIONS(Operation, type)                                                          \
-  bool Node::Operation(const std::string& key, Node& out) const {                                \
-    Require(is_map(), "OBJECT");                                                                 \
-    return AppendToObject(value_, key, NewValue(type), out);                                     \
-  }                                                                                              \
-  bool Node::Operation(Node& out) const {                                                        \
-    Require(is_array(), "ARRAY");                                                                \
-    return AppendToArray(value_, NewValue(type), out);                                           \
+#define ADD_OPERATIONS(Operation, type)                           \
+  bool Node::Operation(const std::string& key, Node& out) const { \
+    Require(is_map(), "OBJECT");                                  \
+    return AppendToObject(value_, key, NewValue(type), out);      \
+  }                                                               \
+  bool Node::Operation(Node& out) const {                         \
+    Require(is_array(), "ARRAY");                                 \
+    return AppendToArray(value_, NewValue(type), out);            \
   }
 ADD_OPERATIONS(add_array, yajl_t_array)
 ADD_OPERATIONS(add_map, yajl_t_object)

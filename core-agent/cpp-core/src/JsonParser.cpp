@@ -8,7 +8,9 @@ namespace restful_mapper::Json {
 
 namespace {
 
-[[noreturn]] void ThrowParseError(const std::string& reason) { throw std::runtime_error("JSON parse error:\n" + reason); }
+[[noreturn]] void ThrowParseError(const std::string& reason) {
+  throw std::runtime_error("JSON parse error:\n" + reason);
+}
 
 // Where a string or a comment that begins at i has ended; the parser takes both kinds of comment.
 size_t SkipString(const std::string& text, size_t i) {

@@ -77,7 +77,9 @@ std::string iconv_string(const std::string& in, const char* to, const char* from
 }
 
 // Well-formed text is its own conversion, and a converter costs more to open than most texts to convert.
-static bool IsItsOwnConversion(const std::string& text) { return local_charset == "UTF-8" && platform::IsValidUTF8(text); }
+static bool IsItsOwnConversion(const std::string& text) {
+  return local_charset == "UTF-8" && platform::IsValidUTF8(text);
+}
 
 std::string local_to_utf8(const std::string& text) {
   return IsItsOwnConversion(text) ? text : iconv_string(text, "UTF-8//IGNORE", local_charset.c_str());

@@ -13,8 +13,8 @@ using ConstPlatformString = const unsigned char*;
 // The local character set.
 extern const std::string local_charset;
 
-// Converts through iconv. Throws std::runtime_error if the conversion is unknown or the text can't be converted; an empty
-// text gives an empty result.
+// Converts through iconv. Throws std::runtime_error if the conversion is unknown or the text can't be converted; an
+// empty text gives an empty result.
 std::string iconv_string(const std::string& in, const char* to, const char* from);
 std::string local_to_utf8(const std::string& text);
 std::string utf8_to_local(const std::string& text);
@@ -29,8 +29,8 @@ void GetUTF8String(const platform::String& text, std::string& out);
 
 unsigned GetPlatformStringLength(ConstPlatformString text);  // 0 for null
 platform::String XCFStringCreateWithPlatformString(ConstPlatformString text);
-// In the system encoding or else in MacRoman, with a 0 behind the text; size is that of the whole buffer in bytes. False if
-// it does not fit or can't be encoded.
+// In the system encoding or else in MacRoman, with a 0 behind the text; size is that of the whole buffer in bytes.
+// False if it does not fit or can't be encoded.
 bool XCFStringGetPlatformString(const platform::String& text, PlatformString buffer, size_t size);
 std::string STLStringFromPlatformString(ConstPlatformString text);  // cut at the first NUL
 std::string STLStringFromPascalString(ConstPlatformString text);

@@ -40,7 +40,9 @@ void PutInteger(Dictionary& dictionary, std::string_view key, long value) {
 String GetCFStringFromDict(const Dictionary& dictionary, std::string_view key) { return dictionary.GetString(key); }
 Array GetCFArrayFromDict(const Dictionary& dictionary, std::string_view key) { return dictionary.GetArray(key); }
 Number GetCFNumberFromDict(const Dictionary& dictionary, std::string_view key) { return Number(dictionary.Get(key)); }
-Boolean GetCFBooleanFromDict(const Dictionary& dictionary, std::string_view key) { return Boolean(dictionary.Get(key)); }
+Boolean GetCFBooleanFromDict(const Dictionary& dictionary, std::string_view key) {
+  return Boolean(dictionary.Get(key));
+}
 
 bool GetBoolFromDict(const Dictionary& dictionary, std::string_view key, bool& out) {
   const Boolean boolean(dictionary.Get(key));
@@ -90,7 +92,8 @@ void PutUTF8NullTermCharPtrIntoDict(Dictionary d, std::string_view key, const ch
   d.Set(key, std::string_view(inValue));
 }
 
-void PutNullTermCharPtrIntoDict(Dictionary d, std::string_view key, const char* inValue, platform::TextEncoding encoding) {
+void PutNullTermCharPtrIntoDict(Dictionary d, std::string_view key, const char* inValue,
+                                platform::TextEncoding encoding) {
   assert(inValue != NULL);
   if (const auto text = platform::DecodeText(inValue, encoding)) d.Set(key, *text);
 }

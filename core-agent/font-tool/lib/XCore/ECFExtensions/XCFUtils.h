@@ -1,5 +1,6 @@
-// Typed access to dictionaries and arrays. A read of a missing key, or of a value of another type, gives the null object,
-// false with the output untouched, or 0. Writes replace what was there. Font records keep their numbers as decimal text.
+// Typed access to dictionaries and arrays. A read of a missing key, or of a value of another type, gives the null
+// object, false with the output untouched, or 0. Writes replace what was there. Font records keep their numbers as
+// decimal text.
 #pragma once
 
 #include <string>
