@@ -46,11 +46,28 @@ struct ActivationCase {
 const ActivationCase kActivationCases[] = {
     {"what is active already is no activation", {"Active", "Idle"}, true, 1, {}, "", true},
     {"a document that needs nothing keeps nothing", {}, true, 0, {}, nullptr, false},
-    {"what the database lacks is missing", {"Idle", "Absent"}, true, 1, {"box SomeLayersMissingFontsMessage"}, "Absent", true},
+    {"what the database lacks is missing",
+     {"Idle", "Absent"},
+     true,
+     1,
+     {"box SomeLayersMissingFontsMessage"},
+     "Absent",
+     true},
     {"nothing but missing fonts", {"Absent"}, true, 0, {}, "Absent", false},
-    {"a font that fails counts as missing", {"Active", "Idle", "Failing"}, true, 1, {"box SomeLayersMissingFontsMessage"},
-     "", true},
-    {"a refused font is shown, and nothing is kept", {"Idle", "Refused"}, true, 0, {"restricted Refused"}, nullptr, true},
+    {"a font that fails counts as missing",
+     {"Active", "Idle", "Failing"},
+     true,
+     1,
+     {"box SomeLayersMissingFontsMessage"},
+     "",
+     true},
+    {"a refused font is shown, and nothing is kept",
+     {"Idle", "Refused"},
+     true,
+     0,
+     {"restricted Refused"},
+     nullptr,
+     true},
     {"one of several is picked", {"Double"}, true, 1, {}, "", true},
     {"or the user is asked", {"Double"}, false, 0, {"resolve Double"}, "Double", false},
     {"and told of nothing else", {"Idle", "Absent"}, false, 1, {"resolve Absent"}, "Absent", true},
@@ -171,7 +188,8 @@ TEST_F(Activation, DataForASlugIsThatOfTheActiveFontsThatTheDatabaseKnows) {
     Lines fonts;
     const char* names;
     bool allFound;
-  } kRows[] = {{{"Active", "AdobeInvisFont"}, "Active", true}, {{"Active", "Idle", "Absent"}, "Active", false}, {{}, "", true}};
+  } kRows[] = {
+      {{"Active", "AdobeInvisFont"}, "Active", true}, {{"Active", "Idle", "Absent"}, "Active", false}, {{}, "", true}};
   for (const auto& row : kRows) {
     const std::string path = WriteDocument("a.psd", row.fonts);
     Array fonts;
@@ -180,7 +198,8 @@ TEST_F(Activation, DataForASlugIsThatOfTheActiveFontsThatTheDatabaseKnows) {
     EXPECT_EQ(NamesOf(fonts), row.names);
     EXPECT_EQ(allFound, row.allFound);
     const Array closed = Array::Create();
-    EXPECT_EQ(CommonFunctionality::CreateGlyphsureDataForClosedDocument(Sample("brochure.psd"), closed, -2, allFound), 0u);
+    EXPECT_EQ(CommonFunctionality::CreateGlyphsureDataForClosedDocument(Sample("brochure.psd"), closed, -2, allFound),
+              0u);
     EXPECT_FALSE(allFound);
   }
   bool allFound = false;

@@ -145,12 +145,9 @@ TEST_F(Entry, AnswersEachCallerAndSelector) {
     int32_t error;
     Lines shown;
   } kRows[] = {
-      {"SP Interface", "About", -1, 0, {"about"}},
-      {"SP Interface", "Do It", -1, 0, {}},
-      {"PS Photoshop", "About", -1, 0, {}},
-      {"PS Photoshop", "Do It", -1, 0, {"command"}},
-      {"PS Photoshop", "Do It", 3, 0, {"command"}},
-      {"PS Photoshop", "Do It", 4, 0, {}},
+      {"SP Interface", "About", -1, 0, {"about"}},  {"SP Interface", "Do It", -1, 0, {}},
+      {"PS Photoshop", "About", -1, 0, {}},         {"PS Photoshop", "Do It", -1, 0, {"command"}},
+      {"PS Photoshop", "Do It", 3, 0, {"command"}}, {"PS Photoshop", "Do It", 4, 0, {}},
   };
   for (const auto& row : kRows) {
     host_sdk::ActionDescriptor descriptor;
@@ -218,8 +215,7 @@ TEST_F(Entry, TheTimerRestsWhileTheMachineSleeps) {
 
 TEST_F(Entry, OfTheBundleWorksWithoutAnAgent) {
   std::string error;
-  const platform::BundleRef bundle =
-      platform::Bundle::Create(APP_DIR "/host/Plug-ins/AutoActivation.plugin", &error);
+  const platform::BundleRef bundle = platform::Bundle::Create(APP_DIR "/host/Plug-ins/AutoActivation.plugin", &error);
   ASSERT_TRUE(bundle && bundle->Load(&error)) << error;
   const auto entry = reinterpret_cast<host_sdk::PluginMain>(bundle->FunctionForName("AutoPluginMain"));
   ASSERT_NE(entry, nullptr);

@@ -51,7 +51,8 @@ TEST_F(HostQuery, ListsThePathsOfWhatIsOnDisk) {
   Lines paths;
   EXPECT_EQ(PhotoshopFontUtils::GetUTF8PathsForAllOpenDocuments(paths), kNoErr);
   EXPECT_EQ(paths, (Lines{path, "", ""}));
-  EXPECT_TRUE(Traced("AliasToFullPath() returned '" + folder / "deleted.psd" + "', which does not exist. Looking elsewhere."));
+  EXPECT_TRUE(
+      Traced("AliasToFullPath() returned '" + folder / "deleted.psd" + "', which does not exist. Looking elsewhere."));
   std::string unchanged = "unchanged";
   app.front = 0;
   EXPECT_EQ(PhotoshopFontUtils::GetCurrentDocumentPathTracked(&unchanged), kNoSuchObject);
@@ -133,7 +134,9 @@ TEST_F(HostQuery, ATrackedDocumentIsBeingOpenedForFiveSeconds) {
     platform::Clock::SetDriven(kNow + row.later);
     EXPECT_EQ(PhotoshopFontUtils::isCurrentDocumentBeingOpened(&document), row.isBeingOpened) << row.rule;
     const bool startsNow = !row.hasOpenTime && !row.hasSaveTime;
-    const long expected = startsNow ? static_cast<long>(kNow + row.later) : row.hasOpenTime ? static_cast<long>(kNow) : 0;
+    const long expected = startsNow         ? static_cast<long>(kNow + row.later)
+                          : row.hasOpenTime ? static_cast<long>(kNow)
+                                            : 0;
     EXPECT_EQ(document.GetTimeOpenEventWasHandled(), expected) << row.rule;
   }
 }
@@ -164,7 +167,8 @@ TEST_F(HostQuery, TheCurrentDocumentKeepsWhetherItMayBeExported) {
 TEST_F(HostQuery, FileNamesEndWhereAnySeparatorStands) {
   const struct {
     const char *path, *name;
-  } kRows[] = {{"/a/b.psd", "b.psd"}, {"C:\\a\\b.psd", "b.psd"}, {"disk:b.psd", "b.psd"}, {"b.psd", "b.psd"}, {"/a/", ""}};
+  } kRows[] = {
+      {"/a/b.psd", "b.psd"}, {"C:\\a\\b.psd", "b.psd"}, {"disk:b.psd", "b.psd"}, {"b.psd", "b.psd"}, {"/a/", ""}};
   for (const auto& row : kRows) EXPECT_EQ(PhotoshopFontUtils::FileNameOnly(row.path), row.name);
 }
 

@@ -56,13 +56,20 @@ TEST_F(MissingFontsWindow, IsKnownByItsTitleAndLayout) {
     const std::vector<View>& views;
     int keys;
   } kRows[] = {
-      {"Missing Fonts", kHostLayout, 1},          {"Missing fonts", kHostLayout, 1},
-      {"Fehlende Schriften", kHostLayout, 1},     {"Polices manquantes", kHostLayout, 1},
-      {"Fuentes no disponibles", kHostLayout, 1}, {"Fontes Ausentes", kHostLayout, 1},
-      {"Font mancanti", kHostLayout, 1},          {"見つからないフォント", kHostLayout, 1},
-      {"3 Missing Fonts in a.psd", kHostLayout, 1}, {"MISSING FONTS", kHostLayout, 0},
-      {"Missing Profile", kHostLayout, 0},        {"", kHostLayout, 0},
-      {"Missing Fonts", kThree, 0},               {"Missing Fonts", kNoButton, 0},
+      {"Missing Fonts", kHostLayout, 1},
+      {"Missing fonts", kHostLayout, 1},
+      {"Fehlende Schriften", kHostLayout, 1},
+      {"Polices manquantes", kHostLayout, 1},
+      {"Fuentes no disponibles", kHostLayout, 1},
+      {"Fontes Ausentes", kHostLayout, 1},
+      {"Font mancanti", kHostLayout, 1},
+      {"見つからないフォント", kHostLayout, 1},
+      {"3 Missing Fonts in a.psd", kHostLayout, 1},
+      {"MISSING FONTS", kHostLayout, 0},
+      {"Missing Profile", kHostLayout, 0},
+      {"", kHostLayout, 0},
+      {"Missing Fonts", kThree, 0},
+      {"Missing Fonts", kNoButton, 0},
   };
   MakeReady();
   const std::string path = WriteDocument("a.psd", {"Alpha"});
@@ -137,7 +144,9 @@ TEST_F(MissingFontsWindow, AnAlertIsAnsweredByItsText) {
   EXPECT_EQ(runModalOverride("Something else", show), 7);
   EXPECT_EQ(sShown, 2);
   // An alert within an alert is not shown.
-  const auto nested = [](const std::string& text) { return runModalOverride(text, [](const std::string&) { return 9; }); };
+  const auto nested = [](const std::string& text) {
+    return runModalOverride(text, [](const std::string&) { return 9; });
+  };
   EXPECT_EQ(runModalOverride("Something else", nested), 0);
   EXPECT_EQ(gShowingAlertCallCounter, 0);
 }

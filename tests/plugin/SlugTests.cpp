@@ -20,7 +20,8 @@ class SlugFixture : public HostFixture {
   }
   static Array Fonts(int count) {
     Array fonts = Array::Create();
-    for (int i = 1; i <= count; ++i) fonts.Append(Record({{"PostScriptName", "Font" + std::to_string(i)}, {"Version", "1"}}));
+    for (int i = 1; i <= count; ++i)
+      fonts.Append(Record({{"PostScriptName", "Font" + std::to_string(i)}, {"Version", "1"}}));
     return fonts;
   }
   static std::string ContentOf(const std::string& path) {
@@ -96,7 +97,8 @@ TEST_F(Slug, OfManyFontsIsCutShortWhereThereIsLittleRoom) {
     const std::string content = ContentOf(path);
     return content.find("</x:xmpmeta>") - content.find("<x:xmpmeta");
   };
-  const size_t empty = ContentOf(WritePacket("", 0)).find("</x:xmpmeta>") - ContentOf(WritePacket("", 0)).find("<x:xmpmeta");
+  const size_t empty =
+      ContentOf(WritePacket("", 0)).find("</x:xmpmeta>") - ContentOf(WritePacket("", 0)).find("<x:xmpmeta");
   const std::string path = WritePacket("", (sizeOf(12) + sizeOf(13)) / 2 - empty);
   EXPECT_EQ(WriteXMPGlyphsureSlugToFile(path, Fonts(20)), CoreErrorCodes::kFatalError);
   EXPECT_EQ(SlugOf(path), NamesOf(Fonts(12)));
@@ -106,9 +108,10 @@ TEST_F(Slug, OfManyFontsIsCutShortWhereThereIsLittleRoom) {
 
 TEST_F(Slug, IsReadFromStructuresByTheKeysThatItKnows) {
   const std::string path = WritePacket(
-      List("v:slug", {Struct("<v:PostScriptName>Alpha</v:PostScriptName><v:Unknown>x</v:Unknown><v:OpenType>y</v:OpenType>"),
-                      Struct("<v:PostScriptName>Beta</v:PostScriptName>"),
-                      Struct("<v:PostScriptName>Beta</v:PostScriptName><v:Version>2</v:Version>")}) +
+      List("v:slug",
+           {Struct("<v:PostScriptName>Alpha</v:PostScriptName><v:Unknown>x</v:Unknown><v:OpenType>y</v:OpenType>"),
+            Struct("<v:PostScriptName>Beta</v:PostScriptName>"),
+            Struct("<v:PostScriptName>Beta</v:PostScriptName><v:Version>2</v:Version>")}) +
           "<v:VelorantGlyphsureSlug>not read beside the array</v:VelorantGlyphsureSlug>",
       4000);
   const Array slug = Array::Create();
@@ -150,7 +153,8 @@ TEST_F(Slug, IsMergedWithTheListOfAdobeApplications) {
   const std::string fonts = List("t:Fonts", {Struct("<stFnt:fontName>Alpha</stFnt:fontName>"
                                                     "<stFnt:fontFamily>Al</stFnt:fontFamily>"),
                                              ">no structure", Struct("<stFnt:fontName>Beta</stFnt:fontName>")});
-  const std::string slug = List("v:slug", {Struct("<v:PostScriptName>Beta</v:PostScriptName><v:Version>2</v:Version>")});
+  const std::string slug =
+      List("v:slug", {Struct("<v:PostScriptName>Beta</v:PostScriptName><v:Version>2</v:Version>")});
   const struct {
     std::string properties, names;
     bool hasSlug;
@@ -177,9 +181,10 @@ TEST_F(Slug, IsAllowedByHostAndExtension) {
   const struct {
     const char *host, *path;
     bool isAllowed;
-  } kRows[] = {{"PhotoshopCC2020", "/a.PSD", true},   {"PhotoshopCC2020", "/a.psb", false}, {"PhotoshopCC2020", "/psd", false},
-               {"IllustratorCC2020", "/a.ai", true},  {"IllustratorCC2020", "/a.psd", false}, {"InCopyCC", "/a.icml", true},
-               {"InCopyCC", "/a.incx", true},         {"InDesignCC", "/a.psd", false},       {"", "/a.psd", false}};
+  } kRows[] = {
+      {"PhotoshopCC2020", "/a.PSD", true},  {"PhotoshopCC2020", "/a.psb", false},   {"PhotoshopCC2020", "/psd", false},
+      {"IllustratorCC2020", "/a.ai", true}, {"IllustratorCC2020", "/a.psd", false}, {"InCopyCC", "/a.icml", true},
+      {"InCopyCC", "/a.incx", true},        {"InDesignCC", "/a.psd", false},        {"", "/a.psd", false}};
   for (const auto& row : kRows) {
     MarquineGlobals::IdentifyPluginHostApp(platform::String::FromUTF8(row.host));
     EXPECT_EQ(IsXMPAllowedInThisFile(row.path, true), row.isAllowed) << row.host << " " << row.path;

@@ -52,30 +52,42 @@ struct StartupCase {
 
 const StartupCase kStartupCases[] = {
     {"all is there", [](auto&, auto&) {}, 0, "SCLW", {}, 0},
-    {"no agent library", [](auto&, auto&) { VPILoader::UseEmptyTableForTesting(); }, 0x15000000, "LW",
-     {"box MarquineOldVersionMessage"}, 0},
+    {"no agent library",
+     [](auto&, auto&) { VPILoader::UseEmptyTableForTesting(); },
+     0x15000000,
+     "LW",
+     {"box MarquineOldVersionMessage"},
+     0},
     {"nobody logged in",
      [](auto& agent, auto&) {
        agent.isStandalone = false;
        agent.isLoggedIn = false;
      },
-     3, "SCW", {"box NotLoggedInPluginDisabledMessage"}, 0},
+     3,
+     "SCW",
+     {"box NotLoggedInPluginDisabledMessage"},
+     0},
     {"no workgroups",
      [](auto& agent, auto&) {
        agent.isStandalone = agent.mayUseAllWorkgroups = false;
        agent.workgroups.clear();
      },
-     4, "SCL", {"box NoWorkgroupsMessage"}, 0},
+     4,
+     "SCL",
+     {"box NoWorkgroupsMessage"},
+     0},
     {"not asked for while the plug-in is off",
      [](auto& agent, auto& ui) {
        agent.isStandalone = false;
        agent.workgroups.clear();
        ui.preferences["EnablePlugin"] = 0;
      },
-     0, "SCLW", {}, 0},
+     0,
+     "SCLW",
+     {},
+     0},
     {"no interface at all", [](auto&, auto&) { MarquineGlobals::SetNoVPFInterfaceForTesting(); }, 2, "LW", {}, 0},
-    {"an interface without its framework",
-     [](auto&, auto& ui) { ui.interface->DestroyFramework(); }, 0, "LW", {}, 1},
+    {"an interface without its framework", [](auto&, auto& ui) { ui.interface->DestroyFramework(); }, 0, "LW", {}, 1},
 };
 
 TEST_F(Startup, FollowsTheTable) {
@@ -135,10 +147,10 @@ TEST_F(Startup, WritesDefaultsOnlyWhereNoPreferencesExist) {
   ui->preferences.clear();
   CommonFunctionality::InitializeCommonPreferences();
   const std::map<std::string, int> expected = {
-      {"EnablePlugin", 1},          {"EnableGlyphsure", 1},         {"SuppressHostAppDialogs", 1},
-      {"PickBestMatch", 1},         {"SupportEmbeddedObjects", 1},  {"SuppressPluginCoreDialogs", 0},
-      {"CloseFontsOnDocClose", 0},  {"CloseFontsOnHostAppQuit", 1}, {"ActivateEntireFamilies", 0},
-      {"CS5PanelWidth", 260},       {"CS5PanelHeight", 350},        {"DropDownSelection", 0}};
+      {"EnablePlugin", 1},         {"EnableGlyphsure", 1},         {"SuppressHostAppDialogs", 1},
+      {"PickBestMatch", 1},        {"SupportEmbeddedObjects", 1},  {"SuppressPluginCoreDialogs", 0},
+      {"CloseFontsOnDocClose", 0}, {"CloseFontsOnHostAppQuit", 1}, {"ActivateEntireFamilies", 0},
+      {"CS5PanelWidth", 260},      {"CS5PanelHeight", 350},        {"DropDownSelection", 0}};
   EXPECT_EQ(ui->preferences, expected);
 }
 

@@ -1,0 +1,265 @@
+// Message boxes, preferences and process-wide state.
+#include "Bridge/CoreAgentNotifications.h"
+#include "Services/ProgressProperties.h"
+#include "plugin/HostFixture.h"
+
+using platform::String;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using Services = HostFixture;
+
+TEST_F(Services, AnAbsentFrameworkAnswersEverythingHarmlessly) {
+  VPFInterface absent;
+  for (const VPFInterfaceRef& reference : {VPFInterfaceRef(), VPFInterfaceRef(&absent)}) {
+    EXPECT_FALSE(reference->IsValid());
+    EXPECT_EQ(reference->LocalizedString("any key"), "any key");
+    EXPECT_FALSE(reference->GetPreferenceForKey("EnablePlugin"));
+    EXPECT_EQ(reference->GetLongPreferenceForKey("RMF5"), 0);
+    EXPECT_FALSE(reference->GetStringPreferenceForKey("LastAddress"));
+    EXPECT_FALSE(reference->DoPreferencesExist());
+    EXPECT_EQ(reference->ShowMessageBox("h", "m", 2), 1) << "the first button";
+    EXPECT_TRUE(reference->ShowNotLoggedInMessageBox(true));
+    std::string text = "kept";
+    EXPECT_EQ(reference->AskForOneString("", "", "", text), -1);
+    EXPECT_EQ(text, "kept");
+    EXPECT_EQ(reference->ShowSelectWorkgroup(platform::Array()), 0);
+    int workgroup = 7;
+    EXPECT_EQ(reference->ShowCommandBox(platform::Dictionary(), workgroup), 0);
+    EXPECT_EQ(workgroup, 7);
+    reference->SetPreferenceForKey("EnablePlugin", true);
+    reference->ShowProgress(ProgressProperties(1));
+    reference->HideProgress();
+  }
+}
+
+TEST_F(Services, BoxesHaveTheirTextsAndTheEditionChoosesSome) {
+  VPFInterface& boxes = *ui->interface;
+  ui->button = 2;
+  EXPECT_FALSE(boxes.ShowNotLoggedInMessageBox(true));
+  EXPECT_FALSE(boxes.ShowLoggedOffMessageBox(true));
+  EXPECT_FALSE(boxes.ShowFontsMissingForExportMessageBox(true));
+  EXPECT_FALSE(boxes.ShowSomeFontsOfflineMessageBox());
+  EXPECT_EQ(ui->TakeShown(), (Lines{"box NotLoggedInOfferLoginMessage", "box LoggedOffOfferLoginMessage",
+                                    "box MissingFontsOfflineExportMessage", "box SomeFontsOfflineMessage"}));
+  boxes.ShowNoWorkgroupsMessageBox();
+  EXPECT_FALSE(boxes.ShowCoreAgentMissingMessageBox());
+  boxes.ShowCoreAgentOutOfSyncMessageBox();
+  EXPECT_TRUE(ui->TakeShown().empty()) << "without a manager the edition is not known";
+  for (const bool isStandalone : {true, false}) {
+    agent.isStandalone = isStandalone;
+    MakeReady();
+    boxes.ShowNoWorkgroupsMessageBox();
+    boxes.ShowCoreAgentMissingMessageBox();
+    boxes.ShowCoreAgentOutOfSyncMessageBox();
+    const std::string edition = isStandalone ? "box MP" : "box HB";
+    EXPECT_EQ(ui->TakeShown(), (Lines{isStandalone ? "box NoLibrariesMessage" : "box NoWorkgroupsMessage",
+                                      edition + "CoreAgentMissingMessage", edition + "CoreAgentOutOfSyncMessage"}));
+    FontManagerInterface::ResetForTesting();
+  }
+}
+
+TEST_F(Services, ProgressCountsDownInItsHeader) {
+  FontProgressProperties progress(5, "Title", "%d to go");
+  EXPECT_EQ(progress.GetProperties().GetStringForKey("Header").View(), "5 to go");
+  progress.SetCurrentProgress(2);
+  progress.SetCurrentPostscriptName("Alpha");
+  EXPECT_EQ(progress.GetProperties().GetStringForKey("Header").View(), "3 to go");
+  progress.SetCurrentProgress(5);
+  EXPECT_EQ(progress.GetProperties().GetStringForKey("Header").View(), "3 to go") << "at the end it stays as it was";
+  EXPECT_EQ(progress.GetProperties().GetIntForKey("CurrentProgress"), 5);
+  EXPECT_EQ(progress.GetProperties().GetIntForKey("MaxProgress"), 5);
+  EXPECT_EQ(progress.GetProperties().GetStringForKey("Status").View(), "Alpha");
+  EXPECT_FALSE(progress.GetProperties().GetBoolForKey("IsIndeterminate"));
+}
+
+TEST_F(Services, AHostIsKnownByTheBeginningOfItsName) {
+  using MarquineGlobals::HostType;
+  const struct {
+    const char* name;
+    HostType type;
+    const char* category;
+  } kRows[] = {{"PhotoshopCC2020", HostType::kPhotoshop, "ps"},
+               {"IllustratorCC2019", HostType::kIllustrator, "ai"},
+               {"InDesignCC", HostType::kInDesign, "id"},
+               {"InCopyCC", HostType::kInCopy, "id"},
+               {"AfterEffectsCC2019", HostType::kAfterEffects, "ae"},
+               {"AECC", HostType::kUnknown, "ae"}};
+  for (const auto& row : kRows) {
+    MarquineGlobals::IdentifyPluginHostApp(String::FromUTF8(row.name));
+    EXPECT_EQ(MarquineGlobals::GetHostTypeFromHostAppID(std::string("Photoshop")), row.type) << row.name;
+    EXPECT_EQ(MarquineGlobals::GetHostAppCategory(), row.category) << row.name;
+  }
+  EXPECT_EQ(MarquineGlobals::MapBundleIDtoHostApp("com.velorant.AutoActivationPlugin.AE160"), "AfterEffectsCC2019");
+  EXPECT_EQ(MarquineGlobals::MapBundleIDtoHostApp("com.velorant.AutoActivationPlugin.PS21"), "");
+  EXPECT_TRUE(Traced("Unknown bundleID in MapBundleIDtoHostApp(com.velorant.AutoActivationPlugin.PS21)"));
+}
+
+TEST_F(Services, TheFileNameOfThePluginIsCutOutOfItsPath) {
+  const struct {
+    const char *path, *name;
+  } kRows[] = {
+      {"/app/Auto.plugin/Auto", "Auto"}, {"/app/Auto.so", "Auto"}, {"C:\\app\\Auto.8li", "Auto"}, {"Auto", "Auto"}};
+  for (const auto& row : kRows) {
+    MarquineGlobals::IdentifyPluginBinaryPath(row.path);
+    EXPECT_EQ(MarquineGlobals::GetPluginFileName(), row.name);
+  }
+}
+
+// Services work only while nothing has ruled them out, somebody is logged in and has a workgroup.
+TEST_F(Services, AreOnWhileAllThreeFlagsAre) {
+  for (int flags = 0; flags < 8; ++flags) {
+    MarquineGlobals::SetPluginServicesEnabled(flags & 1);
+    MarquineGlobals::SetLoggedIn(flags & 2);
+    MarquineGlobals::SetUserHasWorkgroups(flags & 4);
+    MarquineGlobals::SetConnectedToCore(false);
+    EXPECT_EQ(MarquineGlobals::ArePluginServicesEnabled(), flags == 7) << flags;
+  }
+}
+
+class Listening : public HostAppInterface {
+ public:
+  void RebuildWorkgroupsMenu() override { Note("workgroups"); }
+  void HandlePanelDataChanged() override { Note("data"); }
+  void SetLoggedInState(bool loggedIn, EServerType type) override {
+    Note("login " + std::to_string(loggedIn) + " " + std::to_string(type));
+  }
+  void SetIsOnline(bool isOnline) override { Note("online " + std::to_string(isOnline)); }
+  void FontActivated(unsigned int id) override { Note("activated " + std::to_string(id)); }
+  void DesignActivationFailedComplianceCheck(unsigned int id) override { Note("non-compliant " + std::to_string(id)); }
+  void FontDeactivated(unsigned int id) override { Note("deactivated " + std::to_string(id)); }
+  void FontMissing(unsigned int id) override { Note("missing " + std::to_string(id)); }
+  void BulkReplicationProgress(const platform::Dictionary&) override { Note("bulk"); }
+  void BulkReplicationStopped() override { Note("bulk stopped"); }
+  void IncrementalReplicationProgress(const platform::Dictionary&) override { Note("incremental"); }
+  void IncrementalReplicationStopped() override { Note("incremental stopped"); }
+  void GoogleReplicationProgress(const platform::Dictionary&) override { Note("google"); }
+  void GoogleReplicationStopped() override { Note("google stopped"); }
+  void GoogleWebFontsEnabled(bool enabled) override { Note("web fonts " + std::to_string(enabled)); }
+  void FontServerReplicationProgress(const platform::Dictionary&) override { Note("server"); }
+  void FontServerReplicationStopped() override { Note("server stopped"); }
+  void PreviewPNGsRendered(const platform::Dictionary& pngs) override {
+    Note("previews " + std::to_string(pngs.Count()));
+  }
+  void SmartListsChanged() override { Note("smart lists"); }
+  void OfflineDownloadFinished() override { Note("downloaded"); }
+  Lines TakeHeard() { return std::exchange(heard, {}); }
+
+ private:
+  void Note(std::string line) { heard.push_back(std::move(line)); }
+  Lines heard;
+};
+
+class NotificationFixture : public HostFixture {
+ protected:
+  NotificationFixture() {
+    MakeReady();
+    HostAppInterface::SetForTesting(&listening);
+  }
+  // What the host hears of one event of the agent.
+  Lines Hear(int kind, void* data) {
+    EXPECT_EQ(CoreAgentNotificationCallback(static_cast<PluginInterface::ECallbackKind>(kind), data), 0x15000000u);
+    FontManagerInterface::sm_pFontManager->ProcessNotifications();
+    return listening.TakeHeard();
+  }
+  Lines HearLogin(bool isLoggedIn, int serverType) {
+    platform::Dictionary data = platform::Dictionary::Create();
+    data.Set("isLoggedIn", platform::Boolean::From(isLoggedIn));
+    data.Set("serverType", platform::Number::FromInteger(serverType));
+    return Hear(2, data.Ref());
+  }
+  Listening listening;
+};
+using Notification = NotificationFixture;
+
+TEST_F(Notification, OfEachKindReachesTheHost) {
+  int32_t on = 1, off = 0, font = 7, none = -1;
+  platform::Dictionary data = platform::Dictionary::Create();
+  data.Set("7", platform::Dictionary::Create());
+  const struct {
+    int kind;
+    void* data;
+    Lines heard;
+  } kRows[] = {
+      {1, &on, {"online 1"}},
+      {1, &off, {"online 0"}},
+      {3, nullptr, {"workgroups"}},
+      {4, nullptr, {"workgroups"}},
+      {8, &font, {"activated 7"}},
+      {8, &none, {}},
+      {9, &font, {"deactivated 7"}},
+      {10, &font, {"missing 7"}},
+      {14, &on, {"web fonts 1"}},
+      {14, &off, {"web fonts 0"}},
+      {15, data.Ref(), {"google"}},
+      {16, nullptr, {"google stopped"}},
+      {17, data.Ref(), {"previews 1"}},
+      {18, nullptr, {"smart lists"}},
+      {19, data.Ref(), {"bulk"}},
+      {20, nullptr, {"bulk stopped"}},
+      {21, data.Ref(), {"incremental"}},
+      {22, nullptr, {"incremental stopped"}},
+      {23, nullptr, {"data"}},
+      {24, &font, {"non-compliant 7"}},
+      {25, nullptr, {"downloaded"}},
+      {27, data.Ref(), {"server"}},
+      {28, nullptr, {"server stopped"}},
+      {5, nullptr, {}},
+      {13, nullptr, {}},
+      {26, nullptr, {}},
+      {29, nullptr, {}},
+  };
+  for (const auto& row : kRows) EXPECT_EQ(Hear(row.kind, row.data), row.heard) << row.kind;
+}
+
+TEST_F(Notification, AreHandledInOrderOfArrival) {
+  int32_t first = 1, second = 2;
+  for (int32_t* id : {&first, &second, &first}) {
+    CoreAgentNotificationCallback(PluginInterface::kFontActivated, id);
+  }
+  EXPECT_EQ(FontManagerInterface::sm_pFontManager->ProcessNotifications(), 3);
+  EXPECT_EQ(listening.TakeHeard(), (Lines{"activated 1", "activated 2", "activated 1"}));
+  CoreAgentPluginNotification orphan(nullptr);
+  FontManagerInterface::ResetForTesting();
+  EXPECT_EQ(orphan.Respond(), -1);
+  EXPECT_EQ(CoreAgentNotificationCallback(PluginInterface::kFontActivated, &first), 0x15000000u);
+}
+
+TEST_F(Notification, OfAShutdownSwitchesOffForGood) {
+  Hear(0, nullptr);
+  EXPECT_EQ(ui->TakeShown(), Lines{"box FontManagerNotFoundMessage"});
+  EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
+  EXPECT_FALSE(MarquineGlobals::sConnectedToCore);
+  HearLogin(true, 1);
+  EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
+  HearLogin(false, 1);
+  EXPECT_TRUE(ui->TakeShown().empty()) << "services that are off need no box";
+  EXPECT_FALSE(MarquineGlobals::sLoggedIn);
+}
+
+TEST_F(Notification, OfALoginTurnsServicesOffAndOnAgain) {
+  EXPECT_EQ(HearLogin(false, 3), Lines{"login 0 3"});
+  EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled()) << "a server that the plug-in has no dealings with";
+  EXPECT_EQ(HearLogin(false, 1), Lines{"login 0 1"});
+  EXPECT_EQ(ui->TakeShown(), Lines{"box NotLoggedInPluginDisabledMessage"});
+  EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
+  EXPECT_EQ(HearLogin(true, 1), (Lines{"login 1 1", "workgroups"}));
+  EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled());
+  EXPECT_TRUE(Traced("Re-enabling plugin functionality, now that the user has logged-in."));
+}
+
+TEST_F(Notification, OfWorkgroupsWaitsForAReplicationToStop) {
+  FontManagerInterface::sValidWorkgroupSelected = false;
+  ui->preferences["CurrentWorkgroup"] = 0;
+  for (const auto& [progress, stopped] : {std::pair(19, 20), std::pair(21, 22)}) {
+    FontManagerInterface::sValidWorkgroupSelected = false;
+    Hear(progress, platform::Dictionary::Create().Ref());
+    EXPECT_EQ(Hear(3, nullptr), Lines{"workgroups"});
+    EXPECT_FALSE(FontManagerInterface::sValidWorkgroupSelected);
+    Hear(stopped, nullptr);
+    EXPECT_TRUE(FontManagerInterface::sValidWorkgroupSelected);
+  }
+}
+
+}  // namespace
