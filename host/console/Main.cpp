@@ -78,14 +78,15 @@ void RunConsole(CommandContext& context, Boxes& boxes) {
 // document itself stays as it was. Fonts go back at the close; the preference is put back afterwards.
 void Demonstrate(const std::vector<std::string>& files, Session& session) {
   const std::string kept = session.Prefs().GetSwitch(kCloseGivesBack) ? "1" : "0";
-  session.SetPreference(kCloseGivesBack, "1");
+  const bool arePreferences = session.Prefs().AreThere();
+  if (arePreferences) session.SetPreference(kCloseGivesBack, "1");
   for (const std::string& file : files) {
     if (!session.Open(file)) continue;
     session.Wait(kUntilReopened);
     session.SaveCopyInSandbox();
     session.CloseAll();
   }
-  session.SetPreference(kCloseGivesBack, kept);
+  if (arePreferences) session.SetPreference(kCloseGivesBack, kept);
 }
 
 // The documents of a folder in the order of their names; what describes them is none.

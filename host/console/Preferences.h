@@ -24,6 +24,7 @@ class Preferences {
  public:
   explicit Preferences(const std::string& frameworkFolder);
 
+  bool AreThere() const { return bundle_ != nullptr; }  // false without a framework
   // Empty, or one line: an unknown key, a value of another kind, or no framework.
   std::string Set(const std::string& key, const std::string& value);
   bool GetSwitch(const std::string& key) const;  // false without a framework

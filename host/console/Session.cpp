@@ -25,7 +25,7 @@ std::string AbsolutePath(const std::string& path) {
 
 // Lines of the host name the file, which the report names anyway.
 std::string WithoutFile(const std::string& line, const std::string& file) {
-  for (const std::string& prefix : {file + ": ", AbsolutePath(file) + ": "}) {
+  for (const std::string& prefix : {file + ": ", AbsolutePath(file) + ": ", file + "/"}) {
     if (line.starts_with(prefix)) return line.substr(prefix.size());
   }
   return line;
@@ -51,7 +51,7 @@ void Session::CheckParts() {
   for (const std::string& framework : {sandbox_.InterfaceFramework(), sandbox_.UserInterfaceFramework()}) {
     std::string problem;
     if (!platform::Bundle::Create(framework, &problem)) {
-      report_.Error(framework, "is missing, so that no font will be activated: " + WithoutFile(problem, framework));
+      report_.Error(framework, "can't be loaded, so that no font will be activated: " + WithoutFile(problem, framework));
     }
   }
 }
@@ -158,8 +158,14 @@ void Session::ReportOpened(const KnownDocument& document, const ActiveFiles& bef
       opened.missing.push_back(name);
     }
   }
+  // Whole families, and other faces of a file. What other documents name came back after a restart of the agent.
+  const auto isOthers = [&](const std::string& name) {
+    return std::any_of(documents_.begin(), documents_.end(), [&](const KnownDocument& other) {
+      return other.id != document.id && Contains(other.fontNames, name);
+    });
+  };
   for (const std::string& name : NamesOnlyIn(after, before)) {
-    if (!Contains(activated, name)) activated.push_back(name);
+    if (!Contains(activated, name) && !isOthers(name)) activated.push_back(name);
   }
   for (const std::string& name : activated) {
     opened.activated.push_back({name, after.at(name), WhyActivated(name, opened.named)});

@@ -1,0 +1,161 @@
+// What is wrong is told in one line each, the rest goes on, and nothing that was stored is lost.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "platform/Files.h"
+#include "road/RoadFixture.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace road {
+
+namespace {
+
+std::string Bytes(const std::string& path) {
+  std::string bytes;
+  EXPECT_FALSE(platform::ReadFile(path, bytes)) << path;
+  return bytes;
+}
+
+class BadInput : public RoadTest {};
+
+}  // namespace
+
+TEST_F(BadInput, DocumentsAreToldAndTheOthersGoOn) {
+  const std::string poster = Bytes(kPoster);
+  struct Case {
+    std::string path;
+    const char* told;
+  };
+  const Case cases[] = {
+      {folder_ / "missing.psd", "No such file or directory"},
+      {folder_.Write("empty.psd", ""), "empty"},
+      {folder_.Write("header.psd", poster.substr(0, 20)), "truncated"},
+      {folder_.Write("cut.psd", poster.substr(0, poster.size() / 2)), "truncated"},
+      {folder_.Path(), "folder"},
+      {"/proc/self/mem", ""},  // stands there and can't be read, whoever asks
+      {"", "No such file"},
+  };
+  std::vector<std::string> files = {"--"};
+  for (const Case& each : cases) files.push_back(each.path);
+  files.push_back(kPoster);
+  const HostResult result = RunHost(Arguments(files));
+  EXPECT_EQ(result.status, 1);
+  const std::vector<std::string> errors = Errors(result);
+  ASSERT_THAT(errors, SizeIs(std::size(cases)));
+  for (size_t i = 0; i < std::size(cases); ++i) {
+    EXPECT_THAT(errors[i], testing::StartsWith(cases[i].path + ": "));
+    EXPECT_THAT(errors[i], HasSubstr(cases[i].told));
+    EXPECT_EQ(errors[i].find('\n'), std::string::npos);
+  }
+  EXPECT_THAT(Events(result, "opened"), SizeIs(1));
+  EXPECT_THAT(Events(result, "closed"), SizeIs(1));
+  EXPECT_EQ(Bytes(folder_ / "cut.psd"), poster.substr(0, poster.size() / 2));
+}
+
+TEST_F(BadInput, LibraryIsUsedAsFarAsItCanBeRead) {
+  const std::string font = Bytes("/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf");
+  folder_.Write("library/good.ttf", font);
+  folder_.Write("library/cut.ttf", font.substr(0, 2000));
+  std::filesystem::create_symlink("/nowhere/at/all", folder_ / "library/dangling.otf");
+  const HostResult result = RunHost({"--json", "--state", state_.Path(), "--library", folder_ / "library", "--library",
+                                     folder_ / "no such folder", kPoster});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(Errors(result), testing::UnorderedElementsAre(HasSubstr("library/cut.ttf: "),
+                                                            HasSubstr("library/dangling.otf: the link leads nowhere"),
+                                                            HasSubstr("no such folder: No such file")));
+  const std::vector<Json> opened = Events(result, "opened");
+  ASSERT_THAT(opened, SizeIs(1));
+  EXPECT_EQ(opened[0]["activated"][0]["file"], folder_ / "library/good.ttf");
+}
+
+TEST_F(BadInput, StateThatCannotBeUsedIsLeftAsItIs) {
+  const std::string file = folder_.Write("file", "mine");
+  folder_.Write("broken/nexcore.json", "{\"library\": [");
+  struct Case {
+    std::string state;
+    const char* told;
+  };
+  const Case cases[] = {
+      {file, "is not a folder"},
+      {file + "/below", "Not a directory"},
+      {folder_ / "broken", "nexcore.json: is not a JSON object"},
+      {folder_ / "a#b", "'#'"},
+  };
+  for (const Case& each : cases) {
+    const HostResult result = RunHost({"--json", "--state", each.state, kPoster});
+    EXPECT_EQ(result.status, 1) << each.state;
+    EXPECT_THAT(Errors(result), ElementsAre(HasSubstr(each.told)));
+    EXPECT_THAT(Events(result, "opened"), IsEmpty());
+  }
+  EXPECT_EQ(Bytes(file), "mine");
+  EXPECT_EQ(Bytes(folder_ / "broken/nexcore.json"), "{\"library\": [");
+}
+
+TEST_F(BadInput, StoreOfTheUserThatIsDamagedIsKeptAndNothingIsActivated) {
+  folder_.Write("state/agent/user.db", "this is no database, and it is the user's");
+  const HostResult result = RunHost(Arguments({kPoster}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(Errors(result), ElementsAre(HasSubstr("Nexcore: ")));
+  EXPECT_EQ(Bytes(folder_ / "state/agent/user.db"), "this is no database, and it is the user's");
+  ASSERT_THAT(Events(result, "opened"), SizeIs(1));
+  EXPECT_THAT(Events(result, "opened")[0]["activated"], IsEmpty());
+}
+
+TEST_F(BadInput, WithoutAgentOrFrameworksDocumentsOpenAllTheSame) {
+  struct Case {
+    std::vector<std::string> agentEntries;
+    std::vector<std::string> told;
+  };
+  const Case cases[] = {
+      {{}, {"VelorantPluginInterface.framework", "VelorantPlugins.framework", "agent/Nexcore: "}},
+      {{"Nexcore", "PluginFiles"}, {"VelorantPluginInterface.framework"}},
+      {{"Nexcore", "VelorantPluginInterface.framework"}, {"VelorantPlugins.framework"}},
+  };
+  for (const Case& each : cases) {
+    const HostResult result = RunHost(Arguments({kPoster, kNoText}), LayOut(each.agentEntries));
+    EXPECT_EQ(result.status, 1);
+    const std::vector<std::string> errors = Errors(result);
+    ASSERT_THAT(errors, SizeIs(each.told.size())) << testing::PrintToString(errors);
+    for (size_t i = 0; i < errors.size(); ++i) EXPECT_THAT(errors[i], HasSubstr(each.told[i]));
+    const std::vector<Json> opened = Events(result, "opened");
+    ASSERT_THAT(opened, SizeIs(2));
+    EXPECT_THAT(opened[0]["activated"], IsEmpty());
+    EXPECT_THAT(opened[0]["missing"], SizeIs(3));
+    EXPECT_THAT(Events(result, "saved"), SizeIs(2));
+    state_.EndAgent(SIGTERM);
+    std::filesystem::remove_all(folder_ / "app");
+  }
+}
+
+TEST_F(BadInput, CommandLinesAndScriptsThatAreNotUnderstoodDoNothing) {
+  const std::string script = folder_.Write("script", "make\n\nfrob 'x'\n");
+  struct Case {
+    std::vector<std::string> arguments;
+    int status;
+    std::string told;
+  };
+  const Case cases[] = {
+      {{"--frob"}, 2, "unknown option '--frob'"},
+      {{"--state"}, 2, "--state needs a FOLDER"},
+      {{}, 2, "no documents"},
+      {{"--script", script}, 2, script + ":3: unknown command 'frob'"},
+      {{"--script", folder_ / "none"}, 1, "No such file or directory"},
+  };
+  for (const Case& each : cases) {
+    std::vector<std::string> arguments = {"--state=" + state_.Path()};
+    arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
+    const HostResult result = RunHost(arguments);
+    EXPECT_EQ(result.status, each.status);
+    EXPECT_THAT(result.errors, HasSubstr(each.told));
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    EXPECT_EQ(result.output, "");
+    EXPECT_FALSE(std::filesystem::exists(state_.Path()));
+  }
+}
+
+}  // namespace road

@@ -1,0 +1,192 @@
+// Documents and programs over time: what is shared, what is stored, and what a killed program leaves behind.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "platform/Files.h"
+#include "road/RoadFixture.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
+using testing::SizeIs;
+
+namespace road {
+
+namespace {
+
+const std::vector<std::string> kPostersFonts = {"LiberationSerif-Bold", "NimbusSans-Bold", "NimbusSans-Regular"};
+
+class Life : public RoadTest {
+ protected:
+  std::string CopyOf(const std::string& document, const std::string& name) const {
+    std::filesystem::copy_file(document, folder_ / name);
+    return folder_ / name;
+  }
+};
+
+}  // namespace
+
+TEST_F(Life, OtherProgramsSeeTheFontsAsLongAsADocumentNeedsThem) {
+  const std::string second = CopyOf(kPoster, "second.psd");
+  HostProcess host(Arguments({"--interactive"}));
+  host.Send("set CloseFontsOnDocClose 1\nopen " + kPoster);
+  host.NextEvent("opened");
+  EXPECT_THAT(state_.NamesByFontList(), IsSupersetOf(kPostersFonts));
+  host.Send("open " + second);
+  EXPECT_THAT(host.NextEvent("opened")["active"], SizeIs(4));  // DejaVuSans and the three
+  host.Send("close " + kPoster);
+  EXPECT_THAT(host.NextEvent("closed")["deactivated"], IsEmpty());
+  EXPECT_THAT(state_.NamesByFontList(), IsSupersetOf(kPostersFonts));
+  host.Send("close");
+  EXPECT_EQ(host.NextEvent("closed")["deactivated"], Json(kPostersFonts));
+  EXPECT_THAT(state_.NamesByFontList(), Not(Contains("NimbusSans-Bold")));
+  EXPECT_EQ(host.Finish().status, 0);
+}
+
+TEST_F(Life, QuittingGivesBackWhatClosingKept) {
+  HostProcess host(Arguments({"--interactive"}));
+  host.Send("open " + kPoster + "\nclose");
+  EXPECT_THAT(host.NextEvent("closed")["deactivated"], IsEmpty());
+  EXPECT_THAT(state_.NamesByFontList(), Contains("NimbusSans-Bold"));
+  host.Send("open " + kBrochure + "\nquit");
+  const Json closed = host.NextEvent("closed");
+  EXPECT_EQ(closed["file"], kBrochure);
+  EXPECT_THAT(closed["deactivated"], SizeIs(3));
+  EXPECT_EQ(host.Finish().status, 0);
+  EXPECT_THAT(state_.NamesByFontList(), Not(Contains("NimbusSans-Bold")));
+  EXPECT_THAT(state_.Links(), IsEmpty());
+}
+
+TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
+  const std::string saved = folder_ / "saved.psd";
+  const HostResult first = RunScript("open " + kPoster + "\nsave-as " + saved + "\n", "liberation,t1");
+  EXPECT_EQ(Events(first, "saved").at(0)["file"], saved);
+
+  const std::string read = OutputOf("exiftool -a -G1 -XMP:all '" + saved + "'");
+  for (const char* text : {"NimbusSans-Bold", "LiberationSerif-Bold", "DejaVuSans"}) EXPECT_THAT(read, HasSubstr(text));
+
+  // All files are at hand now, and without the document's own data another kind would be taken.
+  const StateFolder fresh(folder_ / "fresh");
+  std::vector<std::string> arguments = {"--json", "--state", fresh.Path()};
+  for (const std::string& each : LibraryFolders("urw,liberation")) arguments.insert(arguments.end(), {"--library", each});
+  arguments.push_back(saved);
+  const HostResult second = RunHost(arguments);
+  EXPECT_EQ(second.status, 0);
+  const auto files = [](const HostResult& result) {
+    std::vector<std::string> names;
+    for (const Json& font : Events(result, "opened").at(0)["activated"]) names.push_back(font["file"]);
+    return names;
+  };
+  EXPECT_EQ(files(second), files(first));
+  EXPECT_THAT(Events(second, "opened")[0]["activated"][1]["why"], HasSubstr("perfect match"));
+}
+
+TEST_F(Life, DocumentsOfTheUserStayAsTheyAre) {
+  const std::string mine = CopyOf(kPoster, "mine.psd");
+  std::string before, after;
+  ASSERT_FALSE(platform::ReadFile(mine, before));
+  const HostResult result = RunHost(Arguments({mine}));
+  ASSERT_FALSE(platform::ReadFile(mine, after));
+  EXPECT_EQ(before, after);
+  EXPECT_EQ(Events(result, "saved").at(0)["file"], mine);
+  EXPECT_THAT(result.errors, HasSubstr("in the copy " + state_.Path() + "/copies/mine.psd"));
+}
+
+TEST_F(Life, SecondStartGoesOnWithWhatWasStored) {
+  EXPECT_EQ(RunScript("set EnableGlyphsure 0\n", "liberation,t1").status, 0);
+  const std::string script = folder_.Write("again", "open " + kPoster + "\nsave-as " + folder_ / "saved.psd\n");
+  const HostResult again = RunHost({"--json", "--state", state_.Path(), "--script", script});
+  EXPECT_EQ(Events(again, "opened").at(0)["activated"][1]["file"],
+            "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.t1");
+  EXPECT_THAT(Events(again, "saved").at(0)["slug"], IsEmpty());
+  // Another library is read at once, also by an agent that has not ended yet.
+  const HostResult other = RunScript("open " + kPoster + "\n", "otf");
+  EXPECT_THAT(Events(other, "opened").at(0)["missing"], ElementsAre("LiberationSerif-Bold"));
+}
+
+TEST_F(Life, StateFolderServesOneHost) {
+  HostProcess first(Arguments({"--interactive"}));
+  first.Send("open " + kPoster);
+  first.NextEvent("opened");
+  const HostResult second = RunHost(Arguments({kBrochure}, "t1"));
+  EXPECT_EQ(second.status, 1);
+  EXPECT_THAT(Errors(second), ElementsAre(HasSubstr("in use by another host")));
+  EXPECT_EQ(first.Finish().status, 0);
+}
+
+TEST_F(Life, UserChoosesAmongFilesInTheBox) {
+  const HostResult result = RunScript(
+      "set PickBestMatch 0\n"
+      "answer button 1 font NimbusSans-Bold 1 font NimbusSans-Regular 0\n"
+      "open " + kPoster + "\n");
+  const Json activated = Events(result, "opened").at(0)["activated"];
+  ASSERT_THAT(activated, SizeIs(3));
+  EXPECT_THAT(activated[1]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Regular.otf"));
+  EXPECT_THAT(activated[2]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Bold.t1"));
+}
+
+TEST_F(Life, NewDocumentIsEditedSavedAndFoundAgain) {
+  const std::string file = folder_ / "new.psd";
+  const HostResult result = RunScript("make\nedit C059-Bold\nsave-as " + file + "\nclose\nopen " + file + "\n");
+  EXPECT_EQ(result.status, 0) << result.output << result.errors;
+  const Json opened = Events(result, "opened").at(0);
+  EXPECT_THAT(opened["named"], ElementsAre("C059-Bold"));
+  EXPECT_THAT(opened["activated"], SizeIs(1));
+}
+
+TEST_F(Life, ShowsGoToStandardErrorBesideJson) {
+  const HostResult result = RunScript(
+      "open " + kPoster + "\nshow documents\nshow fonts\nshow windows\nshow trace 5\nshow preferences\ndo-it 4\n");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.Events(), SizeIs(2));
+  for (const char* shown : {"* " SOURCE_DIR "/samples/poster.psd", "3 of them by the agent", "no windows",
+                            "PickBestMatch = 1", "the font panel's port is "}) {
+    EXPECT_THAT(result.errors, HasSubstr(shown));
+  }
+}
+
+TEST_F(Life, KilledAgentIsStartedAgainAndServesTheSameHost) {
+  HostProcess host(Arguments({"--interactive"}));
+  // The plug-in looks every few seconds whether the agent runs; the first look is over after the wait.
+  host.Send("set CloseFontsOnDocClose 1\nopen " + kPoster + "\nwait 0.1\nopen " + kNoText);
+  host.NextEvent("opened");
+  host.NextEvent("opened");
+  ASSERT_TRUE(state_.EndAgent(SIGKILL));
+  host.Send("open " + kBrochure);
+  EXPECT_THAT(host.NextEvent("error")["message"], HasSubstr("started again"));
+  EXPECT_THAT(host.NextEvent("opened")["activated"], SizeIs(3));
+  host.Send("close " + kPoster);
+  EXPECT_EQ(host.NextEvent("closed")["deactivated"], Json(kPostersFonts));
+  host.Send("close");
+  EXPECT_THAT(host.NextEvent("closed")["deactivated"], SizeIs(3));
+  EXPECT_EQ(host.Finish().status, 1);
+  EXPECT_THAT(state_.Links(), IsEmpty());
+}
+
+TEST_F(Life, KilledHostAndAgentLeaveNothingAfterTheNextStart) {
+  HostProcess host(Arguments({"--interactive"}));
+  host.Send("open " + kPoster);
+  host.NextEvent("opened");
+  ASSERT_TRUE(state_.EndAgent(SIGKILL));
+  host.Kill();
+  EXPECT_THAT(state_.Links(), SizeIs(3));
+  const HostResult next = RunHost(Arguments({kNoText}));
+  EXPECT_EQ(next.status, 0);
+  EXPECT_THAT(next.errors, HasSubstr("ended without quitting"));
+  EXPECT_THAT(state_.Links(), IsEmpty());
+}
+
+TEST_F(Life, KilledHostsFontsAreGivenBackByTheAgent) {
+  HostProcess host(Arguments({"--interactive"}));
+  host.Send("open " + kPoster);
+  host.NextEvent("opened");
+  host.Kill();
+  state_.AwaitAgentsEnd();
+  EXPECT_THAT(state_.Links(), IsEmpty());
+}
+
+}  // namespace road

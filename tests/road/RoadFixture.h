@@ -1,0 +1,44 @@
+// What the tests of the road share: a temporary folder with a state folder in it, and a library.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "road/HostProcess.h"
+#include "road/Row.h"
+#include "support/TempFolder.h"
+
+namespace road {
+
+inline const std::string kPoster = SOURCE_DIR "/samples/poster.psd";
+inline const std::string kBrochure = SOURCE_DIR "/samples/brochure.psd";
+inline const std::string kNoText = SOURCE_DIR "/samples/no-text.psd";
+
+class RoadTest : public testing::Test {
+ protected:
+  // "--json --state STATE --library ..." and then these.
+  std::vector<std::string> Arguments(const std::vector<std::string>& more, const std::string& library = "liberation,urw") const {
+    std::vector<std::string> arguments = {"--json", "--state", state_.Path()};
+    for (const std::string& folder : LibraryFolders(library)) arguments.insert(arguments.end(), {"--library", folder});
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+  }
+  HostResult RunScript(const std::string& script, const std::string& library = "liberation,urw") const {
+    return RunHost(Arguments({"--script", folder_.Write("script", script)}, library));
+  }
+  // The program and what lies beside it, laid out in a folder of its own; the agent's folder is left out or made of links
+  // to these entries of the real one.
+  std::string LayOut(const std::vector<std::string>& agentEntries) const;
+
+  test_support::TempFolder folder_;
+  StateFolder state_{folder_ / "state"};
+};
+
+// The value of each event of this kind under the key, or of all kinds if none is given.
+std::vector<Json> Events(const HostResult& result, const std::string& kind);
+// "file: message" of each error.
+std::vector<std::string> Errors(const HostResult& result);
+
+}  // namespace road
