@@ -41,9 +41,9 @@ void ValueObject::Destroy(ValueObject* object) noexcept {
 }
 
 size_t DictionaryContents::Find(std::string_view key) const noexcept {
-  if (!index_.empty()) {
-    const auto found = index_.find(key);
-    return found == index_.end() ? kAbsent : found->second;
+  if (index_) {
+    const auto found = index_->find(key);
+    return found == index_->end() ? kAbsent : found->second;
   }
   for (size_t i = 0; i < entries_.size(); ++i) {
     if (entries_[i].first == key) return i;
@@ -58,9 +58,10 @@ void DictionaryContents::Set(std::string_view key, const Value& value) {
     const Value former = std::exchange(entries_[at].second, value);
     return;
   }
+  if (entries_.size() == 1) entries_.reserve(kUsualCount);
   entries_.emplace_back(std::string(key), value);
-  if (!index_.empty()) {
-    index_.emplace(entries_.back().first, entries_.size() - 1);
+  if (index_) {
+    index_->emplace(entries_.back().first, entries_.size() - 1);
   } else if (entries_.size() >= kIndexFrom) {
     Reindex();
   }
@@ -71,14 +72,15 @@ bool DictionaryContents::Remove(std::string_view key) {
   if (at == kAbsent) return false;
   const Entry former = std::move(entries_[at]);
   entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(at));
-  if (!index_.empty()) Reindex();
+  if (index_) Reindex();
   return true;
 }
 
 void DictionaryContents::Reindex() {
-  index_.clear();
+  index_ = nullptr;
   if (entries_.size() < kIndexFrom) return;
-  for (size_t i = 0; i < entries_.size(); ++i) index_.emplace(entries_[i].first, i);
+  index_ = std::make_unique<Index>();
+  for (size_t i = 0; i < entries_.size(); ++i) index_->emplace(entries_[i].first, i);
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -16,12 +17,21 @@ struct ArrayContents {
   std::vector<Value> entries;
 };
 
-// Few keys are searched one by one; from kIndexFrom on an index is kept beside the entries.
+// Few keys are searched one by one; from kIndexFrom on an index is kept beside the entries. A dictionary of one key holds
+// room for one, with the second it makes room for those of a record.
 class DictionaryContents {
  public:
-  static constexpr size_t kIndexFrom = 24;
+  static constexpr size_t kIndexFrom = 40;
+  static constexpr size_t kUsualCount = 12;
   static constexpr size_t kAbsent = static_cast<size_t>(-1);
   using Entry = std::pair<std::string, Value>;
+
+  DictionaryContents() = default;
+  DictionaryContents(const DictionaryContents& other) : entries_(other.entries_) { Reindex(); }
+  DictionaryContents(DictionaryContents&&) = default;
+  DictionaryContents& operator=(const DictionaryContents&) = delete;
+  DictionaryContents& operator=(DictionaryContents&&) = delete;
+  ~DictionaryContents() = default;
 
   size_t Find(std::string_view key) const noexcept;
   void Set(std::string_view key, const Value& value);
@@ -34,10 +44,11 @@ class DictionaryContents {
     using is_transparent = void;
     size_t operator()(std::string_view key) const noexcept { return std::hash<std::string_view>()(key); }
   };
+  using Index = std::unordered_map<std::string, size_t, Hash, std::equal_to<>>;
   void Reindex();
 
   std::vector<Entry> entries_;
-  std::unordered_map<std::string, size_t, Hash, std::equal_to<>> index_;
+  std::unique_ptr<Index> index_;  // null while there are few keys
 };
 
 class ValueObject {

@@ -1,5 +1,8 @@
 #include "Identification/FontNameIndex.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "Identification/FontKeys.h"
 #include "Identification/FontNames.h"
 
@@ -10,6 +13,8 @@ using platform::Dictionary;
 using platform::String;
 
 namespace {
+
+constexpr size_t kNowhere = std::numeric_limits<size_t>::max();
 
 std::string Loose(std::string_view name) { return GFontToolUtils_StripCharsAndNormalizeString(name, false); }
 std::string Strict(std::string_view name) { return GFontToolUtils_StripCharsAndNormalizeString(name, true); }
@@ -22,35 +27,67 @@ FontNameIndex::FontNameIndex(const Array& fontArray) {
   }
 }
 
-std::optional<size_t> FontNameIndex::First(const Entries& entries, std::string_view key) {
-  const auto found = entries.lower_bound(key);
-  if (found == entries.end() || found->first != key) return std::nullopt;
-  return found->second;
+size_t FontNameIndex::First(const Entries& entries, std::string_view key) {
+  const auto found = entries.find(key);
+  return found == entries.end() ? kNowhere : found->second.lowest;
 }
 
+void FontNameIndex::Insert(Entries& entries, const std::string& key, size_t index) {
+  const auto [entry, isNew] = entries.try_emplace(key, Positions{index, {}});
+  if (isNew) return;
+  Positions& positions = entry->second;
+  positions.others.insert(std::max(positions.lowest, index));
+  positions.lowest = std::min(positions.lowest, index);
+}
+
+void FontNameIndex::Erase(Entries& entries, const std::string& key, size_t index) {
+  const auto entry = entries.find(key);
+  if (entry == entries.end()) return;
+  Positions& positions = entry->second;
+  if (positions.lowest != index) {
+    positions.others.erase(index);
+  } else if (positions.others.empty()) {
+    entries.erase(entry);
+  } else {
+    positions.lowest = *positions.others.begin();
+    positions.others.erase(positions.others.begin());
+  }
+}
+
+// A form that the loose or the strict comparison gives is itself a name that both leave as it is, so an entry that stands
+// under it in exact_ answers to it too.
 std::optional<size_t> FontNameIndex::Find(std::string_view name) const {
-  if (const auto exact = First(exact_, name)) return exact;
-  if (const auto loose = First(loose_, Loose(name))) return loose;
-  return First(strict_, Strict(name));
+  size_t found = First(exact_, name);
+  if (found == kNowhere) {
+    const std::string key = Loose(name);
+    found = std::min({First(exact_, key), First(normal_, key), First(loose_, key)});
+  }
+  if (found == kNowhere) {
+    const std::string key = Strict(name);
+    found = std::min({First(exact_, key), First(normal_, key), First(strict_, key)});
+  }
+  return found == kNowhere ? std::nullopt : std::optional(found);
+}
+
+void FontNameIndex::ForEachKey(std::string_view name, size_t index,
+                               void (*step)(Entries&, const std::string& key, size_t index)) {
+  const std::string exact(name), loose = Loose(name), strict = Strict(name);
+  step(exact_, exact, index);
+  if (loose != strict) {
+    step(loose_, loose, index);
+    step(strict_, strict, index);
+  } else if (loose != exact) {
+    step(normal_, loose, index);
+  }
 }
 
 void FontNameIndex::Added(size_t index, const String& name) {
-  if (!name) return;
-  exact_.emplace(name.Text(), index);
-  loose_.emplace(Loose(name.View()), index);
-  strict_.emplace(Strict(name.View()), index);
-}
-
-void FontNameIndex::Removed(size_t index, const String& name) {
-  if (!name) return;
-  exact_.erase({name.Text(), index});
-  loose_.erase({Loose(name.View()), index});
-  strict_.erase({Strict(name.View()), index});
+  if (name) ForEachKey(name.View(), index, Insert);
 }
 
 void FontNameIndex::Replaced(size_t index, const String& former, const String& name) {
   if (former.View() == name.View() && static_cast<bool>(former) == static_cast<bool>(name)) return;
-  Removed(index, former);
+  if (former) ForEachKey(former.View(), index, Erase);
   Added(index, name);
 }
 

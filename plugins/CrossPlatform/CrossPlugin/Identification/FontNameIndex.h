@@ -1,8 +1,8 @@
 // An index of the PostScript names of a font array, for loops that look up many names in it. Gives exactly the answers of
-// DoesArrayContainFontWithPostScriptName, at a cost that grows with the logarithm of the number of distinct names.
+// DoesArrayContainFontWithPostScriptName, at a cost that does not grow with the number of names.
 //
-// Always true: it holds each named entry of the array under its name, its loose and its strict form. Whoever adds or
-// replaces entries of the array while the index lives tells it so. It does not hold the array.
+// Always true: each named entry of the array stands under its name, and under its loose and strict forms where these are
+// other texts. Whoever adds or replaces entries of the array while the index lives tells it so. It does not hold the array.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <unordered_map>
 
 #include "platform/Value.h"
 
@@ -27,20 +27,26 @@ class FontNameIndex {
   void Replaced(size_t index, const platform::String& former, const platform::String& name);
 
  private:
-  // Entries that share a key stand together, the lowest index first.
-  using Entry = std::pair<std::string, size_t>;
-  struct Less {
-    using is_transparent = void;
-    bool operator()(const Entry& a, const Entry& b) const { return a < b; }
-    bool operator()(const Entry& a, std::string_view key) const { return a.first < key; }
-    bool operator()(std::string_view key, const Entry& b) const { return key < b.first; }
+  // Where the entries of one key stand; nearly always there is one.
+  struct Positions {
+    size_t lowest;
+    std::set<size_t> others;
   };
-  using Entries = std::set<Entry, Less>;
+  struct Hash {
+    using is_transparent = void;
+    size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
+  };
+  using Entries = std::unordered_map<std::string, Positions, Hash, std::equal_to<>>;
 
-  static std::optional<size_t> First(const Entries& entries, std::string_view key);
-  void Removed(size_t index, const platform::String& name);
+  static size_t First(const Entries& entries, std::string_view key);
+  static void Insert(Entries& entries, const std::string& key, size_t index);
+  static void Erase(Entries& entries, const std::string& key, size_t index);
+  // Takes the step under each key of the name.
+  void ForEachKey(std::string_view name, size_t index, void (*step)(Entries&, const std::string& key, size_t index));
 
-  Entries exact_, loose_, strict_;
+  Entries exact_;
+  // By the form that a name has in both comparisons, or by each of two.
+  Entries normal_, loose_, strict_;
 };
 
 }  // namespace GlyphsureSupport
