@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const auto& [key, value] : values) {
     CHECK(!key.empty() && key == GStringUtils::OSToLowerCase(key) && key == GStringUtils::StripWhitespace(key));
     CHECK(value == GStringUtils::StripWhitespace(value));
-    text += key + "=" + value + "\r\n";
+    text.append(key).append("=").append(value).append("\r\n");
   }
   CHECK(GConfigurationFile::ParseString(text, again) == 0);
   CHECK(again == values);

@@ -76,7 +76,7 @@ TEST(Configuration, FailuresGiveTheFilesCodeAndLeaveTheMap) {
 }
 
 TEST(Configuration, ALineOfHundredMegabytesIsALine) {
-  const std::string value(100'000'000, 'v');
+  const std::string value = LongText();
   Values values;
   GConfigurationFile::ParseString("key = " + value + "\nnext = 1", values);
   EXPECT_TRUE(values["key"] == value);

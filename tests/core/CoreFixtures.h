@@ -11,6 +11,13 @@
 
 #include "GLogger.h"
 
+// A text of one letter, as long as the limits of a hundred megabytes ask for.
+inline std::string LongText(size_t length = 100'000'000, char letter = 'x') {
+  std::string text;
+  text.resize(length, letter);
+  return text;
+}
+
 // Keeps what the shared logger writes while the object lives, without the time stamp.
 class LogRecorder {
  public:

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "CoreFixtures.h"
 #include "JsonEmitter.h"
 #include "JsonParser.h"
 
@@ -81,7 +82,7 @@ TEST(Json, DepthIsBounded) {
   EXPECT_NO_THROW(Parser("[\"" + std::string(5000, '[') + "\\\"" + std::string(5000, '{') + "\"]"));
   EXPECT_NO_THROW(Parser("[/*" + std::string(5000, '[') + "*/1//" + std::string(5000, '{') + "\n]"));
   for (const std::string& text : {Nested(Parser::kDeepest + 1, "[", "]"), Nested(1'000'000, "{\"a\":", "}"),
-                                  std::string(10'000'000, '['), "/*\"*/" + Nested(1'000'000, "[", "]")}) {
+                                  LongText(10'000'000, '['), "/*\"*/" + Nested(1'000'000, "[", "]")}) {
     EXPECT_EQ(MessageOf([&] { Parser{text}; }), "JSON parse error:\nvalues are nested too deep");
   }
   // What can be read need not fit into the generator.
@@ -90,7 +91,7 @@ TEST(Json, DepthIsBounded) {
 }
 
 TEST(Json, HundredMegabytesOfTextAreAText) {
-  const std::string text = "\"" + std::string(100'000'000, 'x') + "\"";
+  const std::string text = "\"" + LongText() + "\"";
   EXPECT_TRUE(Dumped(text) == text);
 }
 
@@ -258,7 +259,7 @@ TEST(Emitter, RefusesWhatIsNoDocument) {
   };
   for (const auto& [emit, message] : cases) {
     Emitter emitter;
-    EXPECT_THAT(MessageOf([&] { emit(emitter); }), StartsWith(message));
+    EXPECT_THAT(MessageOf([&, &run = emit] { run(emitter); }), StartsWith(message));
     emitter.reset();
     emitter.emit_null();
     EXPECT_EQ(emitter.dump(), "null");

@@ -60,6 +60,7 @@ TEST(Mutex, ThreadsTakeTurns) {
   GMutex mutex;
   int counter = 0;  // guarded by the mutex; the thread sanitizer watches
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&, thread] {
       for (int i = 0; i < 2000; ++i) {
@@ -189,6 +190,7 @@ TEST(Condition, WakesWaitingThreads) {
     GCondition condition;
     std::atomic<int> through{0};
     std::vector<std::thread> threads;
+    threads.reserve(3);
     for (int i = 0; i < 3; ++i) {
       threads.emplace_back([&, i] {
         if ((i % 2 ? condition.Wait() : condition.TimedWait(60'000)) == 0) ++through;
@@ -206,6 +208,7 @@ TEST(Barrier, LetsGoOnceAllHaveCome) {
   GBarrier barrier(kThreads);
   std::atomic<int> come{0};
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i) {
     threads.emplace_back([&] {
       ++come;

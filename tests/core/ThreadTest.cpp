@@ -108,6 +108,7 @@ TEST(Thread, StartsAndStopsFromManySides) {
   {
     GThread thread(RunOnce, &work);
     std::vector<std::thread> others;
+    others.reserve(3);
     for (int i = 0; i < 3; ++i) {
       others.emplace_back([&, i] {
         for (int k = 0; k < 50; ++k) i == 0 ? thread.StopThread(k % 2 == 0) : thread.StartThread();

@@ -275,7 +275,7 @@ TEST(TreeXML, EntitiesAndDepthAndSizeAreBounded) {
 
 TEST(TreeXML, ALineOfHundredMegabytesComesBackOrIsRefused) {
   GKVTree large, read;
-  large.SetValueForKey(GValue(std::string(100'000'000, 'x')), "k");
+  large.SetValueForKey(GValue(LongText()), "k");
   if (const TModuleErrorCode code = Parse(XMLOf(large), read)) {  // a limit of the parser
     EXPECT_EQ(code, GLibXML::kParseFailed);
     EXPECT_TRUE(read.IsEmpty());

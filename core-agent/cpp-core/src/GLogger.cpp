@@ -53,6 +53,8 @@ const std::string& GLogger::GetDefaultLoggingIdentifier() {
   return sIdentifier;
 }
 
+// The formats come by value: va_start takes no reference.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 #define LOG_AT(level)                         \
   va_list arguments;                          \
   va_start(arguments, format);                \
@@ -73,6 +75,7 @@ void GLogger::LogString(std::string format, ...) {
   LogvString(format, arguments);
   va_end(arguments);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 void GLogger::Logv(const std::string& identifier, LoggingLevel level, const std::string& format, va_list arguments) {
   if (!ShouldLog(identifier, level)) return;

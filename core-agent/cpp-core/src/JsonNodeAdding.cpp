@@ -53,7 +53,7 @@ OwnedValue NewBool(bool value) { return NewValue(value ? yajl_t_true : yajl_t_fa
 
 template <class T>
 bool GrowByOne(T*& items, size_t count) {
-  void* grown = std::realloc(items, (count + 1) * sizeof(T));
+  void* grown = std::realloc(items, (count + 1) * sizeof(T));  // NOLINT(bugprone-sizeof-expression): pointers are meant
   if (grown) items = static_cast<T*>(grown);
   return grown != nullptr;
 }

@@ -77,6 +77,7 @@ void Parser::RequireTree() const {
 yajl_val Parser::Find(const std::vector<std::string>& path) const {
   RequireTree();
   std::vector<const char*> steps;
+  steps.reserve(path.size() + 1);
   for (const std::string& step : path) steps.push_back(step.c_str());
   steps.push_back(nullptr);
   return yajl_tree_get(root_.get(), steps.data(), yajl_t_any);
