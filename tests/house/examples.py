@@ -57,6 +57,11 @@ TREES = [
      {'agent/A.cpp': 'struct S {\n  S() : a{1} {}\n' + function_of(sizes.LONGEST_FUNCTION) + '};\n'}, None),
     (sizes.files_and_functions_stay_small,
      {'agent/A.cpp': 'const Row kRows[] = {\n' + '  {f(1)},\n' * sizes.LONGEST_FUNCTION + '};\n'}, None),
+    (sizes.files_and_functions_stay_small,
+     {'agent/A.cpp': 'void F() {\n  const Row kRows[] = {\n' + '    {1, {2}},\n' * sizes.LONGEST_FUNCTION + '  };\n}\n'}, None),
+    (sizes.files_and_functions_stay_small,
+     {'agent/A.cpp': 'void F() {\n  const auto f = [] {\n' + '    Step();\n' * sizes.LONGEST_FUNCTION + '  };\n}\n'},
+     'agent/A.cpp:1: a function of'),
 ]
 
 

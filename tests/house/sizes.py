@@ -5,7 +5,7 @@ from tree import without_comments_and_texts
 
 LONGEST_FILE = 500
 LONGEST_FUNCTION = 50
-# A long table is data: these files hold nothing else.
+# A long table is data: these files hold nothing else, and the lines of one in a function don't count.
 TABLES = ('.inc',)
 
 TYPE = re.compile(r'\b(class|struct|union|enum|namespace|extern)\b[^()]*$')
@@ -14,7 +14,7 @@ TYPE = re.compile(r'\b(class|struct|union|enum|namespace|extern)\b[^()]*$')
 def functions_of(text):
     """Yields (first line, number of lines, head) of each function body that stands in no other function."""
     plain = without_comments_and_texts(text)
-    stack, start, line = [], 0, 1
+    stack, start, line, tables = [], 0, 1, 0
     for at, char in enumerate(plain):
         if char == '\n':
             line += 1
@@ -22,14 +22,21 @@ def functions_of(text):
             stack.append(('initialiser', line, ''))
         elif char == '{':
             head = plain[start:at].strip()
-            inside = any(kind == 'function' for kind, _, _ in stack)
-            holds = not inside and '(' in head and not TYPE.search(head) and not head.endswith(('=', ',', '('))
-            stack.append(('function' if holds else 'scope', line, head))
+            inside = any(kind in ('function', 'table') for kind, _, _ in stack)
+            if inside:
+                kind = 'table' if head.endswith('=') else 'scope'
+            else:
+                holds = '(' in head and not TYPE.search(head) and not head.endswith(('=', ',', '('))
+                kind = 'function' if holds else 'scope'
+            stack.append((kind, line, head))
+            tables = 0 if kind == 'function' else tables
             start = at + 1
         elif char == '}':
             kind, first, head = stack.pop() if stack else ('scope', line, '')
+            if kind == 'table' and not any(outer == 'table' for outer, _, _ in stack):
+                tables += line - first
             if kind == 'function':
-                yield first, line - first + 1, ' '.join(head.split())
+                yield first, line - first + 1 - tables, ' '.join(head.split())
             if kind != 'initialiser':
                 start = at + 1
         elif char == ';':
