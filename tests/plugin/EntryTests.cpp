@@ -62,7 +62,7 @@ TEST_F(Entry, StartsOnceAndStopsWhatItStarted) {
   ASSERT_EQ(app.notifiers.size(), 4u);
   const host_sdk::FourCharCode events[] = {Code("Opn "), Code("Mk  "), Code("Cls "), Code("save")};
   for (size_t i = 0; i < 4; ++i) EXPECT_EQ(app.notifiers[i].first, events[i]);
-  ASSERT_EQ(app.blocks, 1);
+  ASSERT_EQ(app.blocks.size(), 1u);
   uint64_t words[2];
   std::memcpy(words, message.globals, sizeof words);
   EXPECT_EQ(words[0], 0u);
@@ -80,7 +80,7 @@ TEST_F(Entry, StartsOnceAndStopsWhatItStarted) {
   EXPECT_EQ(Call("SP Interface", "Shutdown"), 0);
   EXPECT_TRUE(Held().empty());
   EXPECT_TRUE(app.notifiers.empty());
-  EXPECT_EQ(app.blocks, 0);
+  EXPECT_TRUE(app.blocks.empty());
   EXPECT_EQ(message.globals, nullptr);
   EXPECT_FALSE(MarquineGlobals::GetSuppressingHostAppDialogs());
 }

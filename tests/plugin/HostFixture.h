@@ -10,6 +10,7 @@
 #include "Readers/XMPFontMetadata.h"
 #include "photoshop/AutoSuite.h"
 #include "photoshop/DocumentEvents.h"
+#include "photoshop/PhotoshopFontUtils.h"
 #include "platform/Clock.h"
 #include "support/FakeHostSuites.h"
 #include "support/PluginFixture.h"
@@ -21,6 +22,7 @@ class HostFixture : public fakes::PluginFixture {
   HostFixture() {
     AllTrackedDocuments::ResetForTesting();
     ResetDocumentEventsForTesting();
+    PhotoshopFontUtils::ResetForTesting();
     sSPBasic = &fakes::FakeHost::Basic();
     platform::Clock::SetDriven(kNow);
     EXPECT_EQ(InitializeGlyphsureXMP(), 0);

@@ -104,7 +104,6 @@ TEST_F(HostQuery, ReadsTheFontsOfTheHostAndReplacesSubstitutesOnlyAfterAnOpen) {
   PhotoshopFontUtils::GetDocumentFonts("", names, true);
   PhotoshopFontUtils::PlayreplaceSubstitutes();
   EXPECT_EQ(app.played, (Lines{"updateLayouts", "replaceSubstitutes"}));
-  PhotoshopFontUtils::ResetForTesting();
 }
 
 TEST_F(HostQuery, ATrackedDocumentIsBeingOpenedForFiveSeconds) {

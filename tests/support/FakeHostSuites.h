@@ -105,7 +105,7 @@ class FakeHost {
   std::vector<std::string> played;
   std::vector<std::pair<host_sdk::FourCharCode, host_sdk::NotifierCallback>> notifiers;
   int objects = 0;  // made and not yet freed
-  int blocks = 0;
+  std::vector<std::unique_ptr<char[]>> blocks;
   std::map<std::string, int> suites;  // acquired and not yet released
 
   int AcquiredSuites() const {
@@ -398,13 +398,12 @@ inline const SPBlocksSuite& Blocks() {
       [](size_t size, const char*, void** block) {
         FakeHost& host = FakeHost::Current();
         if (host.blockError != kNoErr) return host.blockError;
-        ++host.blocks;
-        *block = std::memset(new char[size], 0xEE, size);
+        host.blocks.push_back(std::make_unique<char[]>(size));
+        *block = std::memset(host.blocks.back().get(), 0xEE, size);
         return kNoErr;
       },
       [](void* block) {
-        --FakeHost::Current().blocks;
-        delete[] static_cast<char*>(block);
+        std::erase_if(FakeHost::Current().blocks, [&](const auto& each) { return each.get() == block; });
         return kNoErr;
       },
   };

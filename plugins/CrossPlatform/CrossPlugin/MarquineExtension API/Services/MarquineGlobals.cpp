@@ -1,6 +1,7 @@
 #include "Services/MarquineGlobals.h"
 
 #include <cassert>
+#include <vector>
 
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobalsState.h"
@@ -144,9 +145,11 @@ VPFInterfaceRef GetSharedVPFInterface() {
   if (state.noInterfaceForTesting) return nullptr;
   if (!state.sVPFInterface) {
     if (!state.sHostApp) OutputIndentedAndFormattedString(0, "ERROR: sHostApp is NULL in %s()", __func__);
-    // Never deleted: windows of the framework may still be on the screen when the plug-in shuts down.
+    // Never deleted, also when a shutdown forgets it: windows of the framework may still be on the screen then.
+    static auto* const sKept = new std::vector<VPFInterface*>;
     state.sVPFInterface = new VPFInterface(state.sHostApp, state.sPluginVersion, state.sPluginBundleIdentifier.Text(),
                                            state.sVelorantPluginInterfaceVersion);
+    sKept->push_back(state.sVPFInterface);
   }
   return state.sVPFInterface;
 }
