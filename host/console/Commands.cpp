@@ -92,9 +92,7 @@ void Show(CommandContext& context, const Words& arguments) {
   if (arguments[0] == "trace") context.session.ShowTrace(lines);
   if (arguments[0] == "preferences") context.session.ShowPreferences();
 }
-void Set(CommandContext& context, const Words& arguments) {
-  context.session.SetPreference(arguments[0], arguments[1]);
-}
+void Set(CommandContext& context, const Words& arguments) { context.session.SetPreference(arguments[0], arguments[1]); }
 void Help(CommandContext&, const Words&) { std::fputs(CommandHelp().c_str(), stderr); }
 void Quit(CommandContext& context, const Words&) { context.quits = true; }
 
@@ -109,8 +107,8 @@ constexpr CommandEntry kCommands[] = {
      Completion::kDocument, nullptr, Close},
     {"do-it", "[NUMBER]", "call the plug-in's command; 4 asks for the font panel's port", 0, 1, Completion::kNothing,
      CheckDoIt, DoIt},
-    {"answer", "KEY VALUE ...", "answer the next box: button, choice or text VALUE, font NAME NUMBER, pref KEY VALUE", 1,
-     kAny, Completion::kNothing, CheckAnswer, GiveAnswer},
+    {"answer", "KEY VALUE ...", "answer the next box: button, choice or text VALUE, font NAME NUMBER, pref KEY VALUE",
+     1, kAny, Completion::kNothing, CheckAnswer, GiveAnswer},
     {"wait", "SECONDS", "let the run loop go on for so long", 1, 1, Completion::kNothing, CheckWait, Wait},
     {"show", "WHAT", "show documents, fonts, windows, trace [LINES] or preferences", 1, 2, Completion::kListing,
      CheckShow, Show},
@@ -120,7 +118,8 @@ constexpr CommandEntry kCommands[] = {
 };
 
 constexpr bool EveryCommandHasHelp() {
-  return std::all_of(std::begin(kCommands), std::end(kCommands), [](const CommandEntry& entry) { return entry.help[0]; });
+  return std::all_of(std::begin(kCommands), std::end(kCommands),
+                     [](const CommandEntry& entry) { return entry.help[0]; });
 }
 static_assert(EveryCommandHasHelp());
 

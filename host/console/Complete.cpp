@@ -52,7 +52,7 @@ Completion CompletionFor(const Words& words) {
   if (!entry) return Completion::kNothing;
   const bool isFirst = words.size() == 1;
   return isFirst || (entry->completion == Completion::kPath && entry->most > 1) ? entry->completion
-                                                                                 : Completion::kNothing;
+                                                                                : Completion::kNothing;
 }
 
 }  // namespace

@@ -116,9 +116,8 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
   Sandbox sandbox;
   const std::string problem = sandbox.Prepare({options.state, options.library, options.desktop});
   if (!problem.empty()) {
-    report->Error(sandbox.Folder(), problem.starts_with(sandbox.Folder() + ": ")
-                                        ? problem.substr(sandbox.Folder().size() + 2)
-                                        : problem);
+    report->Error(sandbox.Folder(),
+                  problem.starts_with(sandbox.Folder() + ": ") ? problem.substr(sandbox.Folder().size() + 2) : problem);
     return kStatusWrong;
   }
   if (!options.interactive) platform::Clock::SetDriven(platform::Clock::Now());

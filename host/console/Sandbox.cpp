@@ -29,7 +29,6 @@ const std::vector<std::string>& DefaultLibrary() {
       "/usr/share/fonts/opentype/urw-base35",
       "/usr/share/fonts/type1/urw-base35",
       "/usr/share/fonts/X11/Type1",
-      "/usr/share/fonts/X11/Type1",
   };
   return sFolders;
 }
@@ -91,9 +90,7 @@ Sandbox::~Sandbox() {
 
 std::string Sandbox::AgentExecutable() const { return app_ + "/agent/" + agent_protocol::kAgentName; }
 std::string Sandbox::InterfaceFramework() const { return app_ + "/agent/VelorantPluginInterface.framework"; }
-std::string Sandbox::UserInterfaceFramework() const {
-  return app_ + "/agent/PluginFiles/VelorantPlugins.framework";
-}
+std::string Sandbox::UserInterfaceFramework() const { return app_ + "/agent/PluginFiles/VelorantPlugins.framework"; }
 std::string Sandbox::PluginBundle() const { return app_ + "/host/Plug-ins/AutoActivation.plugin"; }
 
 std::string Sandbox::Prepare(const SandboxOptions& options) {

@@ -43,7 +43,9 @@ class Sandbox {
   std::string UserInterfaceFramework() const;  // boxes, texts, preferences
   std::string PluginBundle() const;
   std::string ActiveFolder() const { return activeFolder_; }
-  std::string AgentErrors() const { return folder_ + "/logs/agent.err"; }  // what the agent started last has complained of
+  std::string AgentErrors() const {
+    return folder_ + "/logs/agent.err";
+  }  // what the agent started last has complained of
   // Whether an agent that has started with this folder before reads another configuration now.
   bool HasNewAgentConfiguration() const { return newAgentConfiguration_; }
   // The process that used the folder before and ended without giving it free; 0 if none did.

@@ -51,7 +51,8 @@ void Session::CheckParts() {
   for (const std::string& framework : {sandbox_.InterfaceFramework(), sandbox_.UserInterfaceFramework()}) {
     std::string problem;
     if (!platform::Bundle::Create(framework, &problem)) {
-      report_.Error(framework, "can't be loaded, so that no font will be activated: " + WithoutFile(problem, framework));
+      report_.Error(framework,
+                    "can't be loaded, so that no font will be activated: " + WithoutFile(problem, framework));
     }
   }
 }
@@ -102,8 +103,8 @@ std::vector<std::string> Session::DocumentNames() const {
 
 Session::KnownDocument* Session::Front() {
   const int32_t id = host_->FrontDocument();
-  const auto found = std::find_if(documents_.begin(), documents_.end(),
-                                  [id](const KnownDocument& known) { return known.id == id; });
+  const auto found =
+      std::find_if(documents_.begin(), documents_.end(), [id](const KnownDocument& known) { return known.id == id; });
   return found == documents_.end() ? nullptr : &*found;
 }
 
@@ -177,10 +178,10 @@ std::string Session::WhyActivated(const std::string& name, const std::vector<std
   if (!Contains(named, name)) return "came with another face of its family or file";
   const TraceRecorder::Reason reason = trace_.ReasonFor(name);
   if (reason.how.empty()) return "activated by the agent";
-  if (reason.over.empty()) return reason.how;
   std::string why = reason.how;
   const size_t candidates = agent_.CountCandidates(name);
-  if (candidates > 0) why += " among " + std::to_string(candidates) + " files";
+  if (candidates > 1) why += " among " + std::to_string(candidates) + " files";
+  if (reason.over.empty()) return why;
   if (reason.stage != reason.how) why += ": " + reason.stage;
   return why + ", over " + reason.over;
 }
@@ -298,7 +299,9 @@ void Session::Follow() {
   std::vector<KnownDocument> gone;
   for (KnownDocument& known : documents_) {
     const auto sameNumber = [&](const host::DocumentInfo& info) { return info.id == known.id; };
-    const auto samePath = [&](const host::DocumentInfo& info) { return !known.path.empty() && info.path == known.path; };
+    const auto samePath = [&](const host::DocumentInfo& info) {
+      return !known.path.empty() && info.path == known.path;
+    };
     if (std::any_of(open.begin(), open.end(), sameNumber)) continue;
     const auto again = std::find_if(open.begin(), open.end(), samePath);
     if (again == open.end()) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <clocale>
 #include <cstdio>
 
 #include "host/console/Complete.h"
@@ -101,6 +102,7 @@ unsigned char Terminal::State::Complete(EditLine* editor, int) {
 Terminal::Terminal(std::function<std::vector<std::string>()> openDocuments) : state_(std::make_unique<State>()) {
   state_->openDocuments = std::move(openDocuments);
   if (!isatty(STDIN_FILENO)) return;
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // the editor counts characters; everything here is UTF-8
   state_->editor = el_init("host", stdin, stdout, stderr);
   state_->history = history_init();
   if (!state_->editor || !state_->history) return;

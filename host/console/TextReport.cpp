@@ -78,11 +78,11 @@ void TextReport::WriteOpened(const OpenedReport& opened) {
 
 void TextReport::Finish() {
   const Tally& tally = Counts();
-  const std::string problems = Errors() == 0 ? "no problems" : Counted(static_cast<size_t>(Errors()), "problem", "problems");
+  const std::string problems =
+      Errors() == 0 ? "no problems" : Counted(static_cast<size_t>(Errors()), "problem", "problems");
   std::printf("%s%s: %s named, %zu active already, %zu activated, %zu missing; %s\n", head_.empty() ? "" : "\n",
-              Counted(tally.documents, "document", "documents").c_str(),
-              Counted(tally.named, "font", "fonts").c_str(), tally.active, tally.activated, tally.missing,
-              problems.c_str());
+              Counted(tally.documents, "document", "documents").c_str(), Counted(tally.named, "font", "fonts").c_str(),
+              tally.active, tally.activated, tally.missing, problems.c_str());
   std::fflush(stdout);
 }
 

@@ -23,23 +23,31 @@ std::optional<std::string> Between(std::string_view line, std::string_view begin
   return std::string(line.substr(start, last - start));
 }
 
+struct Preference {
+  std::string file;
+  std::string over;
+  std::string stage;
+};
+
 // "Preferred 'FILE' over 'FILE' for 'NAME': STAGE"
-bool ReadPreferred(std::string_view line, const std::string& name, TraceRecorder::Reason& reason) {
+std::optional<Preference> ReadPreferred(std::string_view line, const std::string& name) {
   const std::string end = "' for '" + name + "': ";
-  if (line.find("Preferred '") == std::string_view::npos) return false;
+  const auto file = Between(line, "Preferred '", "' over '");
   const auto over = Between(line, "' over '", end);
-  if (!over) return false;
-  reason.over = *over;
-  reason.stage = line.substr(line.rfind(end) + end.size());
-  return true;
+  if (!file || !over) return std::nullopt;
+  return Preference{*file, *over, std::string(line.substr(line.rfind(end) + end.size()))};
 }
 
+struct Match {
+  std::string file;
+  std::string how;
+};
+
 // "Matched 'NAME' with 'FILE': HOW"
-bool ReadMatched(std::string_view line, const std::string& name, std::string& how) {
-  const std::string begin = "Matched '" + name + "' with '";
-  const auto file = Between(line, begin, "': ");
-  if (file) how = line.substr(line.rfind("': ") + 3);
-  return file.has_value();
+std::optional<Match> ReadMatched(std::string_view line, const std::string& name) {
+  const auto file = Between(line, "Matched '" + name + "' with '", "': ");
+  if (!file) return std::nullopt;
+  return Match{*file, std::string(line.substr(line.rfind("': ") + 3))};
 }
 
 bool ReadBatchSize(std::string_view line, int64_t& count) {
@@ -93,12 +101,17 @@ void TraceRecorder::Mark() {
 
 TraceRecorder::Reason TraceRecorder::ReasonFor(const std::string& postScriptName) const {
   const std::lock_guard lock(mutex_);
-  Reason reason, next;
+  Reason reason;
+  Preference preference;
   for (size_t i = mark_ > dropped_ ? mark_ - dropped_ : 0; i < lines_.size(); ++i) {
-    if (ReadPreferred(lines_[i].text, postScriptName, next)) continue;
-    if (!ReadMatched(lines_[i].text, postScriptName, next.how)) continue;
-    reason = next;
-    next = {};
+    if (auto preferred = ReadPreferred(lines_[i].text, postScriptName)) {
+      preference = std::move(*preferred);
+    } else if (const auto match = ReadMatched(lines_[i].text, postScriptName)) {
+      // Another file can be taken than the best, by identification data or by the user.
+      const bool isBest = preference.file == match->file;
+      reason = {match->how, isBest ? preference.stage : "", isBest ? preference.over : ""};
+      preference = {};
+    }
   }
   return reason;
 }

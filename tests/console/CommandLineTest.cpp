@@ -15,7 +15,8 @@ namespace console {
 
 TEST(Options, TakeTheirValuesInBothForms) {
   Options options;
-  EXPECT_EQ(ParseOptions({"a.psd", "--library", "x", "--json", "--library=y=z", "--state=s", "--", "--odd"}, options), "");
+  EXPECT_EQ(ParseOptions({"a.psd", "--library", "x", "--json", "--library=y=z", "--state=s", "--", "--odd"}, options),
+            "");
   EXPECT_THAT(options.files, ElementsAre("a.psd", "--odd"));
   EXPECT_THAT(options.library, ElementsAre("x", "y=z"));
   EXPECT_EQ(options.state, "s");
@@ -29,9 +30,12 @@ TEST(Options, WrongOnesAreToldInOneLine) {
     const char* told;
   };
   const Row rows[] = {
-      {{"--jsno"}, "unknown option '--jsno'"},   {{"-j"}, "unknown option '-j'"},
-      {{"--library"}, "--library needs a FOLDER"}, {{"--state="}, "--state needs a FOLDER"},
-      {{"--json=1"}, "--json takes no value"},     {{"--script", "s", "a.psd"}, "no documents beside it"},
+      {{"--jsno"}, "unknown option '--jsno'"},
+      {{"-j"}, "unknown option '-j'"},
+      {{"--library"}, "--library needs a FOLDER"},
+      {{"--state="}, "--state needs a FOLDER"},
+      {{"--json=1"}, "--json takes no value"},
+      {{"--script", "s", "a.psd"}, "no documents beside it"},
       {{"--script", "s", "--interactive"}, "can't be given together"},
   };
   for (const Row& row : rows) {
@@ -117,7 +121,9 @@ TEST(Commands, AreCheckedBeforeAnythingIsDone) {
 
 TEST(Answers, BecomeWhatABoxExpects) {
   Answer answer;
-  ASSERT_EQ(ReadAnswer({"button", "2", "text", "My set", "choice", "7", "font", "A-Bold", "1", "pref", "K", "0"}, answer), "");
+  ASSERT_EQ(
+      ReadAnswer({"button", "2", "text", "My set", "choice", "7", "font", "A-Bold", "1", "pref", "K", "0"}, answer),
+      "");
   const platform::Dictionary given = AnswerDictionary(answer);
   EXPECT_EQ(given.GetInteger("Button"), 2);
   EXPECT_EQ(given.GetString("Text").Text(), "My set");

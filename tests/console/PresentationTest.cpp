@@ -110,6 +110,8 @@ TEST(TraceRecorder, FindsTheLastReasonSinceTheMark) {
   platform::TraceLine(0, "Preferred '/a's/A.otf' over '/b/A.t1' for 'A': OpenType first");
   platform::TraceLine(0, "Matched 'A' with '/a's/A.otf': best match");
   platform::TraceLine(0, "Preferred '/AB.otf' over '/AB.t1' for 'AB': version");
+  platform::TraceLine(0, "Preferred '/C.otf' over '/C.t1' for 'C': OpenType first");
+  platform::TraceLine(0, "Matched 'C' with '/C.t1': chosen by the user");
   platform::TraceLine(0, "Matched 'B' with '/B.otf': only candidate");
   const TraceRecorder::Reason a = recorder.ReasonFor("A"), b = recorder.ReasonFor("B");
   EXPECT_EQ(a.how, "best match");
@@ -117,6 +119,7 @@ TEST(TraceRecorder, FindsTheLastReasonSinceTheMark) {
   EXPECT_EQ(a.over, "/b/A.t1");
   EXPECT_EQ(b.how, "only candidate");
   EXPECT_EQ(b.over, "");
+  EXPECT_EQ(recorder.ReasonFor("C").over, "");  // not the best, so that nothing put it before
   recorder.Mark();
   EXPECT_EQ(recorder.ReasonFor("A").how, "");
 }

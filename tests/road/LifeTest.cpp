@@ -72,7 +72,8 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   // All files are at hand now, and without the document's own data another kind would be taken.
   const StateFolder fresh(folder_ / "fresh");
   std::vector<std::string> arguments = {"--json", "--state", fresh.Path()};
-  for (const std::string& each : LibraryFolders("urw,liberation")) arguments.insert(arguments.end(), {"--library", each});
+  for (const std::string& each : LibraryFolders("urw,liberation"))
+    arguments.insert(arguments.end(), {"--library", each});
   arguments.push_back(saved);
   const HostResult second = RunHost(arguments);
   EXPECT_EQ(second.status, 0);
@@ -122,7 +123,8 @@ TEST_F(Life, UserChoosesAmongFilesInTheBox) {
   const HostResult result = RunScript(
       "set PickBestMatch 0\n"
       "answer button 1 font NimbusSans-Bold 1 font NimbusSans-Regular 0\n"
-      "open " + kPoster + "\n");
+      "open " +
+      kPoster + "\n");
   const Json activated = Events(result, "opened").at(0)["activated"];
   ASSERT_THAT(activated, SizeIs(3));
   EXPECT_THAT(activated[1]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Regular.otf"));

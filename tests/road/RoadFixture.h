@@ -19,7 +19,8 @@ inline const std::string kNoText = SOURCE_DIR "/samples/no-text.psd";
 class RoadTest : public testing::Test {
  protected:
   // "--json --state STATE --library ..." and then these.
-  std::vector<std::string> Arguments(const std::vector<std::string>& more, const std::string& library = "liberation,urw") const {
+  std::vector<std::string> Arguments(const std::vector<std::string>& more,
+                                     const std::string& library = "liberation,urw") const {
     std::vector<std::string> arguments = {"--json", "--state", state_.Path()};
     for (const std::string& folder : LibraryFolders(library)) arguments.insert(arguments.end(), {"--library", folder});
     arguments.insert(arguments.end(), more.begin(), more.end());

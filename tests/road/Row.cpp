@@ -107,7 +107,8 @@ std::string RunRow(const Row& row) {
   for (const std::string& each : library) arguments.insert(arguments.end(), {"--library", each});
 
   std::string script;
-  for (const std::string& preference : row.preferences == "-" ? std::vector<std::string>() : Split(row.preferences, " ")) {
+  for (const std::string& preference :
+       row.preferences == "-" ? std::vector<std::string>() : Split(row.preferences, " ")) {
     const size_t equals = preference.find('=');
     if (equals == std::string::npos) throw std::runtime_error("no preference: " + preference);
     script += "set " + preference.substr(0, equals) + " " + preference.substr(equals + 1) + "\n";
