@@ -1,0 +1,166 @@
+// A document of 200 fonts, each with five candidates in the agent's library, classified over the real agent: the time that
+// is spent in the plug-in against the time of the agent calls that it makes.
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Bridge/CoreAgentInterface.h"
+#include "Bridge/VPILoader.h"
+#include "Floor.h"
+#include "Identification/FontClassification.h"
+#include "Identification/FontMerging.h"
+#include "Services/MarquineGlobals.h"
+#include "agent/include/AgentProtocol.h"
+#include "platform/Folders.h"
+#include "platform/LocalSocket.h"
+#include "platform/Process.h"
+#include "tests/support/TempFolder.h"
+
+using namespace GlyphsureSupport;
+using platform::Array;
+using platform::Dictionary;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kRuns = 5;
+constexpr size_t kDocumentFonts = 200;
+constexpr size_t kCandidates = 5;
+constexpr const char* kFonts = "/usr/share/fonts/opentype/urw-base35";
+
+enum class Function {
+#define ENUMERATOR(name, result, parameters) name,
+  PLUGIN_INTERFACE_FUNCTIONS(ENUMERATOR)
+#undef ENUMERATOR
+};
+
+double agentSeconds = 0;
+size_t agentCalls = 0;
+
+// A function of the table, with the time that it takes added up.
+template <Function name, class Signature>
+struct Timed;
+
+template <Function name, class Result, class... Arguments>
+struct Timed<name, Result(Arguments...)> {
+  inline static Result (*function)(Arguments...) = nullptr;
+  static Result Call(Arguments... arguments) {
+    Result result{};
+    agentSeconds += benchmark::Measure([&] { result = function(arguments...); });
+    ++agentCalls;
+    return result;
+  }
+};
+
+void TimeTheTable() {
+  VPILoader* const table = VPILoader::GetSharedInstance();
+#define TIME(name, result, parameters)                                  \
+  Timed<Function::name, result parameters>::function = table->pf##name; \
+  table->pf##name = &Timed<Function::name, result parameters>::Call;
+  PLUGIN_INTERFACE_FUNCTIONS(TIME)
+#undef TIME
+}
+
+// The agent as the plug-in finds and starts it, with a state folder and a library of its own; ended with the object.
+class AgentForABenchmark {
+ public:
+  AgentForABenchmark() {
+    for (size_t copy = 0; copy < kCandidates; ++copy) {
+      const std::string folder = library_ / std::to_string(copy);
+      fs::create_directories(folder);
+      for (const fs::directory_entry& font : fs::directory_iterator(kFonts)) {
+        if (font.path().extension() != ".otf") continue;
+        fs::copy_file(font.path(), fs::path(folder) / font.path().filename());
+        // The files are named after their fonts.
+        if (copy == 0) names_.push_back(font.path().stem().string());
+      }
+    }
+    state_.Write(agent_protocol::kConfigurationName, "{\"library\": [\"" + library_.Path() + "\"]}");
+    const fs::path self = fs::read_symlink("/proc/self/exe");
+    const std::string agent = (self.parent_path().parent_path() / "app/agent/Nexcore").string();
+    state_.Write("Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf",
+                 "nexcore.path=" + agent + "\nnexcore.args=" + state_.Path() + "\n");
+    platform::Places places;
+    places.fileSystemRoot = places.home = state_.Path();
+    places.runtime = state_ / "run";
+    places.fontConfigFile = state_.Write("fonts.conf", "<fontconfig></fontconfig>");
+    platform::SetPlaces(places);
+  }
+  ~AgentForABenchmark() {
+    // The runtime folder is this benchmark's own, so what runs there is what was started here.
+    for (const platform::RunningApplication& application : platform::RunningApplications()) {
+      const platform::Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, application.processID, 0)));
+      if (!process || kill(application.processID, SIGTERM) != 0) continue;
+      pollfd ended{process.Get(), POLLIN, 0};
+      poll(&ended, 1, -1);
+    }
+  }
+  AgentForABenchmark(const AgentForABenchmark&) = delete;
+  AgentForABenchmark& operator=(const AgentForABenchmark&) = delete;
+
+  // The names of the library's fonts, again and again: the classification remembers nothing from one to the next.
+  Array DocumentFonts() const {
+    std::vector<std::string> names;
+    for (size_t i = 0; i < kDocumentFonts; ++i) names.push_back(names_[i % names_.size()]);
+    return CreateFontArrayFromVectorOfPostscriptNames(names);
+  }
+
+ private:
+  const test_support::TempFolder state_;
+  const test_support::TempFolder library_;
+  std::vector<std::string> names_;
+};
+
+// False with a line if the classification did not find what it is to find.
+bool Classify(const AgentForABenchmark& agent, double& seconds) {
+  const Array fonts = agent.DocumentFonts(), matched = Array::Create(), problems = Array::Create();
+  seconds = benchmark::Measure([&] {
+    ProcessDocumentFontsForAutoActivation(fonts, matched, problems, true, false, FontManagerInterface::kAllWorkgroupsID,
+                                          nullptr);
+  });
+  // Bare names with several candidates of which none is active are for the user to choose.
+  for (size_t i = 0; i < kDocumentFonts; ++i) {
+    const Dictionary problem(problems.At(i));
+    if (problem.GetArray(kGS_PossibleReplacementsKey).Count() == kCandidates) continue;
+    std::printf("font %zu of %zu has no %zu candidates\n", i, kDocumentFonts, kCandidates);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int main() {
+  benchmark::Begin();
+  const AgentForABenchmark agent;
+  static VPFInterface noInterface;
+  MarquineGlobals::SetSharedVPFInterfaceForTesting(&noInterface);
+  MarquineGlobals::IdentifyPluginBundleID("com.velorant.benchmark");
+  bool isRunning = false;
+  const TModuleErrorCode code = FontManagerInterface::CompatibleFontManagerIsRunning(nullptr, isRunning);
+  if (code != CoreErrorCodes::kSuccess || !isRunning) {
+    std::printf("there is no agent to measure with: 0x%08x\n", code);
+    return 1;
+  }
+  TimeTheTable();
+  double bestPlugin = std::numeric_limits<double>::infinity(), bestAgent = bestPlugin;
+  for (int i = 0; i < kRuns; ++i) {
+    agentSeconds = 0;
+    agentCalls = 0;
+    double seconds = 0;
+    if (!Classify(agent, seconds)) return 1;
+    bestPlugin = std::min(bestPlugin, seconds - agentSeconds);
+    bestAgent = std::min(bestAgent, agentSeconds);
+  }
+  std::printf("%zu agent calls for %zu fonts\n", agentCalls, kDocumentFonts);
+  benchmark::Report("classify 200 fonts, plug-in to agent calls", bestPlugin * 1000, bestAgent * 1000, 1, "ms");
+  FontManagerInterface::sm_pFontManager->DisconnectFromFontManager();
+  FontManagerInterface::ResetForTesting();
+  return benchmark::Finish();
+}
