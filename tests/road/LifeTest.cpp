@@ -1,7 +1,9 @@
 // Documents and programs over time: what is shared, what is stored, and what a killed program leaves behind.
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
 
 #include "platform/Files.h"
 #include "road/RoadFixture.h"
@@ -19,6 +21,21 @@ namespace road {
 namespace {
 
 const std::vector<std::string> kPostersFonts = {"LiberationSerif-Bold", "NimbusSans-Bold", "NimbusSans-Regular"};
+
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const std::string& value) : name_(name) {
+    if (const char* old = getenv(name)) old_ = old;
+    setenv(name, value.c_str(), 1);
+  }
+  ~ScopedVariable() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
 
 class Life : public RoadTest {
  protected:
@@ -149,6 +166,30 @@ TEST_F(Life, ShowsGoToStandardErrorBesideJson) {
                             "PickBestMatch = 1", "the font panel's port is "}) {
     EXPECT_THAT(result.errors, HasSubstr(shown));
   }
+}
+
+TEST_F(Life, DesktopMakesFontsActiveInTheUsersOwnFolder) {
+  const std::string data = folder_ / "data", fonts = data + "/fonts";
+  const ScopedVariable userData("XDG_DATA_HOME", data);
+  const ScopedVariable configuration(
+      "FONTCONFIG_FILE", folder_.Write("fonts.conf", "<fontconfig>\n<dir>" + fonts + "</dir>\n<cachedir>" +
+                                                         folder_.Path() + "/cache</cachedir>\n</fontconfig>\n"));
+  const auto countFiles = [&] {
+    size_t count = 0;
+    std::error_code none;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(fonts, none)) count += !entry.is_directory();
+    return count;
+  };
+  HostProcess host(Arguments({"--desktop", "--interactive"}));
+  host.Send("open " + kPoster);
+  const Json opened = host.NextEvent("opened");
+  ASSERT_THAT(opened["activated"], SizeIs(3));
+  // The font's own file is told, whichever kind of link was possible.
+  EXPECT_EQ(opened["activated"][0]["file"], "/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf");
+  EXPECT_EQ(countFiles(), 3u);
+  EXPECT_EQ(host.Finish().status, 0);
+  EXPECT_EQ(countFiles(), 0u);
+  EXPECT_THAT(state_.Links(), IsEmpty());
 }
 
 TEST_F(Life, KilledAgentIsStartedAgainAndServesTheSameHost) {
