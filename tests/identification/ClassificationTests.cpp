@@ -189,9 +189,18 @@ TEST_F(Enriching, AllInformationStaysWhereItIsAskedFor) {
 }
 
 TEST_F(Enriching, FamilySpeaksForANameThatIsNotKnown) {
-  const Array fonts = ArrayOf({Named("Nimbus-Black")});
-  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, true, true, true), 0);
-  EXPECT_EQ(NamesOf(fonts), "Nimbus-Regular");
+  const struct {
+    bool excludesInactive, triesFamilies;
+    const char* expected;
+  } rows[] = {{true, true, "Nimbus-Regular"}, {true, false, ""}, {false, true, "Unknown"}};
+  for (const auto& row : rows) {
+    const Array fonts = ArrayOf({Record({{"PostScriptName", "Unknown"}, {"Family", "Nimbus"}})});
+    EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, row.excludesInactive, true, row.triesFamilies), 0);
+    EXPECT_EQ(NamesOf(fonts), row.expected);
+  }
+  const Dictionary bare = Named("Unknown-Bold");
+  AppendGlyphsureDataToFonts(ArrayOf({bare}), kAll, true, true, true);
+  EXPECT_EQ(bare.GetString(kGS_FamilyKey).View(), "Unknown") << "the record itself gains the family";
 }
 
 TEST_F(Enriching, RecordFoundUnderAnotherNameTakesThePlace) {

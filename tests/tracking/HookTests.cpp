@@ -105,6 +105,22 @@ TEST_F(Hooks, AreCalledInTheGivenOrder) {
   EXPECT_EQ(Calls(), "count 1, states, deactivate F2, end");
 }
 
+TEST_F(Hooks, FontThatWasActiveBeforeIsKeptAlsoWhereTheAgentSaysItIsHeld) {
+  agent.Font(2).ownState = 4;
+  Open("a", {1, 2});
+  Open("b", {2, 3});
+  Calls();
+  Close("a", true);
+  Close("b", true);
+  EXPECT_EQ(
+      Calls(),
+      "count 2, states, deactivate F1, end, closed a, count 1, count 2, states, deactivate F3, end, closed b all, count 1");
+  Open("c", {2});
+  Calls();
+  tracker.CloseAllFonts(true, false);
+  EXPECT_EQ(Calls(), "count 1, states, deactivate , end");
+}
+
 TEST_F(Hooks, RefusalClosesInsideTheOpen) {
   Manager().refuses = true;
   EXPECT_EQ(Open("a", {1}), 0);
