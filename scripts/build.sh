@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # build.sh BUILD-TYPE [TARGET ...] - configures and builds these targets (default: all) in build/.
-# Environment: BUILD_DIR another folder, JOBS how many compilers run at a time, SANITIZE as the build's option.
+# Environment: BUILD_DIR another folder, JOBS how many compilers run at a time, SANITIZE as the build's option, TESTS=ON
+# with tests and benchmarks, whose libraries a machine that only runs the programs does not have.
 # Everything that is said goes to standard error; a failure shows the first errors and ends with one line and status 1.
 set -euo pipefail
 
@@ -24,10 +25,12 @@ log=$build/build.log
 explain() { grep -m3 -E 'error:|Error|FAILED' "$log" >&2 || tail -n5 "$log" >&2; }
 
 cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt" 2>/dev/null || true; }
+had_tests=$(cached TESTS)
+tests=${TESTS:-${had_tests:-OFF}}
 if [ ! -f "$build/build.ninja" ] || [ "$(cached CMAKE_BUILD_TYPE)" != "$type" ] ||
-  [ "$(cached SANITIZE)" != "${SANITIZE:-}" ]; then
+  [ "$(cached SANITIZE)" != "${SANITIZE:-}" ] || [ "$had_tests" != "$tests" ]; then
   echo "configuring ($type)" >&2
-  cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE="$type" -DSANITIZE="${SANITIZE:-}" >>"$log" 2>&1 || {
+  cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE="$type" -DSANITIZE="${SANITIZE:-}" -DTESTS="$tests" >>"$log" 2>&1 || {
     explain
     fail "the build could not be configured; see $log"
   }
