@@ -228,7 +228,9 @@ bool RunLoop::RunUntil(const std::function<bool()>& condition, double mostRealSe
   while (!condition()) {
     const double left = end - RealSeconds();
     if (left <= 0 || state_->stopped) return false;
-    const double next = Clock::IsDriven() ? left : std::min(left, state_->NextDate(mode) - Clock::Now());
+    const double due = state_->NextDate(mode) - Clock::Now();
+    // A driven clock stands while this waits: only a timer that is due already ends the wait.
+    const double next = Clock::IsDriven() && due > 0 ? left : std::min(left, due);
     state_->Poll(std::max(0.0, next));
     if (condition()) break;
     state_->FireDue(mode);
