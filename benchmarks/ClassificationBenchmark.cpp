@@ -58,11 +58,15 @@ struct Timed<name, Result(Arguments...)> {
   }
 };
 
+template <Function name, class Signature>
+void TimeMember(Signature*& member) {
+  Timed<name, Signature>::function = member;
+  member = &Timed<name, Signature>::Call;
+}
+
 void TimeTheTable() {
   VPILoader* const table = VPILoader::GetSharedInstance();
-#define TIME(name, result, parameters)                                  \
-  Timed<Function::name, result parameters>::function = table->pf##name; \
-  table->pf##name = &Timed<Function::name, result parameters>::Call;
+#define TIME(name, result, parameters) TimeMember<Function::name, result parameters>(table->pf##name);
   PLUGIN_INTERFACE_FUNCTIONS(TIME)
 #undef TIME
 }

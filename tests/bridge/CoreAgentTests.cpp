@@ -6,7 +6,6 @@
 using namespace fakes;
 using platform::Array;
 using platform::Dictionary;
-using platform::String;
 using Shown = std::vector<std::string>;
 
 namespace {

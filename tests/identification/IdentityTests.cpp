@@ -6,7 +6,6 @@
 
 using namespace GlyphsureSupport;
 using namespace fakes;
-using platform::Array;
 using platform::Dictionary;
 
 namespace {

@@ -34,7 +34,7 @@ int CountPerfectMatches(const Dictionary& font, const Array& candidates, Diction
 
 Dictionary FirstActive(const Array& candidates) {
   for (size_t i = 0; i < candidates.Count(); ++i) {
-    const Dictionary candidate(candidates.At(i));
+    Dictionary candidate(candidates.At(i));
     if (KeyValueContains(candidate, kGS_IsActiveKey, "1")) return candidate;
   }
   return Dictionary();

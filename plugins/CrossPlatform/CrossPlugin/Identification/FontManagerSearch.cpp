@@ -29,7 +29,7 @@ String NameOfKind(const Dictionary& record, TypeOfFontName kind) {
 // An array whose first element is the font's record; null with a trace line on failure.
 Array ParseInfo(const char* xml) {
   const platform::PropertyListResult parsed = platform::ParseXMLPropertyList(xml);
-  const Array list(parsed.value);
+  Array list(parsed.value);
   if (!list || list.Count() == 0) {
     OutputIndentedAndFormattedString(0,
                                      "...CFPropertyListCreateFromXMLData failed on \"%s\".  OS message is:\n   \"%s\"",
@@ -134,15 +134,12 @@ int16_t FontManagerInterface::GetGlyphsureDataForFontName(const char* name, Type
   long count = 0;
   Array result;
   int status = CountNamedFonts(name, kind, workgroupID, &count, scratch);
-  for (long index = 1; status == 0 && index <= count; ++index) {
+  if (status != 0) count = 0;
+  // The status of the last font is the one reported; a lost connection ends the loop, another failure only its font.
+  for (long index = 1; index <= count && status != kErrorMarquineNotRunning; ++index) {
     FontOrSetInfoRec found;
-    int each = GetNamedFontInfo(name, kind, workgroupID, index, scratch, &found);
-    if (each == 0) each = AppendRecordOf(found, name, excludedRemote, result);
-    if (each == kErrorMarquineNotRunning) {
-      status = each;
-    } else if (index == count) {
-      status = each;  // that of the last font is the one reported
-    }
+    status = GetNamedFontInfo(name, kind, workgroupID, index, scratch, &found);
+    if (status == 0) status = AppendRecordOf(found, name, excludedRemote, result);
   }
   if (result) *out = result;
   EndGetGlyphsureInfo(scratch);

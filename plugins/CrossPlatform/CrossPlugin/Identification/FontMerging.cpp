@@ -181,7 +181,7 @@ class SlugIndex {
     for (size_t at = name.find('_'); at <= longestMultipleMaster_ && at < name.size(); at = name.find('_', at + 1)) {
       best = std::min(best, IndexOf(multipleMasters_, name.substr(0, at)));
     }
-    const Dictionary found(slugArray_.At(best));
+    Dictionary found(slugArray_.At(best));
     if (found) TraceMultipleMaster(NameOf(found), name);
     return found;
   }

@@ -85,7 +85,7 @@ String CreateStringStrippingIllegalCharsInPostScriptName(const String& name) {
   std::string bare = name.Text();
   std::erase_if(bare, [](char c) { return std::strchr(" ()/[]{}", c) != nullptr && c != '\0'; });
   if (bare.empty()) return String();
-  const String result = String::FromUTF8(bare);
+  String result = String::FromUTF8(bare);
   if (!result) OutputIndentedAndFormattedString(0, "ERROR string coverted to emptyString %s", bare.c_str());
   return result;
 }
@@ -122,7 +122,7 @@ Dictionary GetGlyphsureDictionaryFromArrayWithPostscriptName(const Array& fontAr
                                                              size_t* outIndex) {
   if (!name) return Dictionary();
   for (size_t i = 0; i < fontArray.Count(); ++i) {
-    const Dictionary record(fontArray.At(i));
+    Dictionary record(fontArray.At(i));
     const String held = record.GetString(kGS_PostScriptNameKey);
     if (!held) continue;
     const bool isWanted =
@@ -158,7 +158,7 @@ String CreateResolvedMMFontName(const String& name) {
   for (size_t i = 0; i + 2 < text.size(); ++i) {
     if (text[i] == 'M' && text[i + 1] == 'M' && (text[i + 2] == '-' || text[i + 2] == '_')) isMarked = true;
     if (text[i] != '_' || !isMarked) continue;
-    const String base = String::FromUTF8(text.substr(0, i));
+    String base = String::FromUTF8(text.substr(0, i));
     OutputIndentedAndFormattedString(0, "GlyphsureSupport::CreateResolvedMMFontName changing '%s' to '%s'",
                                      name.CString(), base.CString());
     return base;

@@ -38,7 +38,7 @@ std::string LaunchConfigured(const std::string& configuration) {
   }
   GConfigurationFile::Values values;
   GConfigurationFile::ParseFile(configuration, values);
-  const std::string executable = values["nexcore.path"];
+  std::string executable = values["nexcore.path"];
   if (!platform::IsExecutableFile(executable)) return "";
   std::string error;
   // Exactly one argument, unsplit.

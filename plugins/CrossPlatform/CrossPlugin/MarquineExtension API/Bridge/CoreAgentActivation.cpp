@@ -11,7 +11,6 @@
 #include "platform/TextEncoding.h"
 
 using namespace GlyphsureSupport;
-using platform::Array;
 using platform::Dictionary;
 using platform::String;
 

@@ -11,7 +11,6 @@
 #include "XCore/ECFExtensions/XCFUtils.h"
 
 using namespace GlyphsureSupport;
-using platform::Array;
 using platform::Dictionary;
 using platform::String;
 using platform::Value;

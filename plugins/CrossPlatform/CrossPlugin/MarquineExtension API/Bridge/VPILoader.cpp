@@ -74,20 +74,17 @@ void* LookUp(platform::Bundle& bundle, const char* name) {
 }  // namespace
 
 void VPILoader::ResetFunctionPointers(VPILoader* self, platform::Bundle* bundle) {
-#define CLEAR(name, result, parameters) self->pf##name = nullptr;
-  PLUGIN_INTERFACE_FUNCTIONS(CLEAR)
-#undef CLEAR
-  if (!bundle) return;
-  self->nMissingFunctions = 0;
+  if (bundle) self->nMissingFunctions = 0;
   const auto resolve = [&](auto& member, const char* name) {
-    member = reinterpret_cast<std::remove_reference_t<decltype(member)>>(LookUp(*bundle, name));
-    if (!member) ++self->nMissingFunctions;
+    void* const function = bundle ? LookUp(*bundle, name) : nullptr;
+    member = reinterpret_cast<std::remove_reference_t<decltype(member)>>(function);
+    if (bundle && !function) ++self->nMissingFunctions;
   };
-#define RESOLVE(name, result, parameters)                                        \
-  if (std::string_view(#name) != kLookedUpEarly) resolve(self->pf##name, #name); \
-  if (std::string_view(#name) == kPlaceOfEarlyLookup) {                          \
-    resolve(self->pfQueryForSmartListFonts, "QueryForSmartListFonts");           \
-  }
+  const auto resolveInOrder = [&](auto& member, std::string_view name) {
+    if (name != kLookedUpEarly) resolve(member, name.data());
+    if (name == kPlaceOfEarlyLookup) resolve(self->pfQueryForSmartListFonts, kLookedUpEarly.data());
+  };
+#define RESOLVE(name, result, parameters) resolveInOrder(self->pf##name, #name);
   PLUGIN_INTERFACE_FUNCTIONS(RESOLVE)
 #undef RESOLVE
 }
