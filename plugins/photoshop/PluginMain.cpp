@@ -143,6 +143,7 @@ void AllocateGlobals(const SPBlocksSuite* blocks, SPMessageData* message) {
   const SPErr error = blocks ? blocks->AllocateBlock(sizeof(Globals), "globals", &block) : kSuiteNotFound;
   // A long, which leaves StartupPlugin for the host.
   PhotoshopFontUtils::ThrowSPErr(error);
+  if (!block) return PhotoshopFontUtils::ThrowSPErr(kBadParameters);
   std::memset(block, 0, sizeof(Globals));
   gGlobals = static_cast<Globals*>(block);
   message->globals = gGlobals;
@@ -235,7 +236,7 @@ SPErr Dispatch(const char* caller, const char* selector, SPMessageData* message)
 
 }  // namespace
 
-void PluginMain::ResetForTesting() {
+void ResetPluginMainForTesting() {
   delete notificationTimer;
   notificationTimer = nullptr;
   gGlobals = nullptr;

@@ -9,7 +9,5 @@
 extern "C" __attribute__((visibility("default"))) int32_t AutoPluginMain(const char* caller, const char* selector,
                                                                          void* message);
 
-namespace PluginMain {
 // Every static back to its first state; a timer that runs is ended.
-void ResetForTesting();
-}  // namespace PluginMain
+void ResetPluginMainForTesting();

@@ -28,14 +28,14 @@ using Lines = std::vector<std::string>;
 class EntryFixture : public HostFixture {
  protected:
   EntryFixture() {
-    PluginMain::ResetForTesting();
+    ResetPluginMainForTesting();
     CommonFunctionality::ResetForTesting();
     agent.Add({.id = 1, .postScriptName = "Alpha"});
     ui->preferences["SuppressPanelLaunch"] = 1;
     MarquineGlobals::IdentifyPluginBundleID("com.velorant.AutoActivationPlugin.PS21");
   }
   ~EntryFixture() override {
-    PluginMain::ResetForTesting();
+    ResetPluginMainForTesting();
     CommonFunctionality::ResetForTesting();
     ResetMissingFontsWindowForTesting();
     sSPBasic = &fakes::FakeHost::Basic();
@@ -111,7 +111,7 @@ TEST_F(Entry, TellsTheHostOfWhatItLacks) {
   EXPECT_THROW(Start(), long);
   EXPECT_EQ(app.AcquiredSuites(), 1) << "what is thrown to the host keeps the suite";
   app.suites.clear();
-  PluginMain::ResetForTesting();
+  ResetPluginMainForTesting();
   app.blockError = 0;
   app.failingNotifiers = {Code("Cls ")};
   EXPECT_EQ(Start(), host_sdk::kBadParameters);
@@ -185,7 +185,7 @@ TEST_F(Entry, AsksForThePanelUntilTheHostHasOpenedIt) {
   EXPECT_EQ(heard, Lines{"1 test ''"});
   EXPECT_EQ(ui->preferences["SuppressPanelLaunch"], 1);
   // Once per user: another start sends nothing.
-  PluginMain::ResetForTesting();
+  ResetPluginMainForTesting();
   CommonFunctionality::ResetForTesting();
   Start();
   Wait(0.05);

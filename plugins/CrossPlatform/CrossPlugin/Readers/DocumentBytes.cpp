@@ -6,7 +6,7 @@
 
 namespace {
 // Fits beside everything else into the cache of one processor.
-constexpr size_t kWindowSize = 128 * 1024;
+constexpr size_t kWindowSize = size_t{128} * 1024;
 }  // namespace
 
 bool DocumentBytes::Open(const std::string& path) {

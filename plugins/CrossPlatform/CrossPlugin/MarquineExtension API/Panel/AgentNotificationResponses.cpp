@@ -14,7 +14,6 @@
 
 using platform::Boolean;
 using platform::Dictionary;
-using platform::Number;
 
 namespace {
 
