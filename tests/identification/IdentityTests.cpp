@@ -30,16 +30,15 @@ struct IdentityRow {
   bool expected;
 };
 
+// clang-format off
 const IdentityRow kIdentityRows[] = {
     {"kind alone", {}, {}, false},
     {"two keys that agree", {{"PostScriptName", "Sans-Bold"}}, {}, false},
     {"three keys", {{"PostScriptName", "sans-bold"}, {"Family", " SANS "}}, {}, true},
     {"keys without a say do not count", {{"Path", "/a"}, {"Keywords", "k"}, {"OutlineFileName", "x"}}, {}, false},
-    {"an empty one counts and breaks nothing", {{"PostScriptName", "Sans-Bold"}, {"Foundry", "  "}}, {}, true},
-    {"an empty one of the candidate too",
-     {{"PostScriptName", "Sans-Bold"}, {"Foundry", "X"}},
-     {{"Foundry", " "}},
-     true},
+    {"an empty one counts and breaks nothing", {{"PostScriptName", "Sans-Bold"}, {"Foundry", " "}}, {}, true},
+    {"an empty one of the candidate too", {{"PostScriptName", "Sans-Bold"}, {"Foundry", "X"}},
+     {{"Foundry", " "}}, true},
     {"the candidate lacks the key", {{"PostScriptName", "Sans-Bold"}, {"Foundry", "URW"}}, {{"Foundry", ""}}, false},
     {"kind", {{"PostScriptName", "Sans-Bold"}, {"Family", "Sans"}}, {{"FontKind", "Postscript"}}, false},
     {"family", {{"PostScriptName", "Sans-Bold"}, {"Family", "Sans2"}}, {}, false},
@@ -51,35 +50,21 @@ const IdentityRow kIdentityRows[] = {
     {"kerning", {{"PostScriptName", "Sans-Bold"}, {"KerningChecksum", "34"}}, {}, false},
     {"kerning of 0 says nothing", {{"PostScriptName", "Sans-Bold"}, {"KerningChecksum", "0"}}, {}, true},
     {"a checksum proves, what follows is not looked at",
-     {{"Family", "Sans"},
-      {"PostScriptName", "Sans-Bold"},
-      {"Glyphsure_1.2_Checksum", "77"},
-      {"Checksum", "1"},
-      {"KerningChecksum", "2"},
-      {"OutlineFileSize", "3"}},
-     {},
-     true},
+     {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "77"}, {"Checksum", "1"}, {"KerningChecksum", "2"}, {"OutlineFileSize", "3"}}, {}, true},
     {"the older checksum proves too",
-     {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Checksum", "55"}, {"KerningChecksum", "2"}},
-     {},
-     true},
+     {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Checksum", "55"}, {"KerningChecksum", "2"}}, {}, true},
     {"a proof does not spare what stands before it",
-     {{"Family", "Other"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "77"}},
-     {},
-     false},
+     {{"Family", "Other"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "77"}}, {}, false},
     {"a proof does not make three keys of two", {{"Glyphsure_1.2_Checksum", "77"}}, {}, false},
     {"a newer checksum of 0 leaves it to the older",
-     {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "0"}, {"Checksum", "56"}},
-     {},
-     false},
+     {{"Family", "Sans"}, {"PostScriptName", "Sans-Bold"}, {"Glyphsure_1.2_Checksum", "0"}, {"Checksum", "56"}}, {}, false},
     {"the candidate's newer checksum is 0",
-     {{"Family", "Sans"}, {"Glyphsure_1.2_Checksum", "1"}, {"Checksum", "55"}},
-     {{"Glyphsure_1.2_Checksum", "0"}},
-     true},
+     {{"Family", "Sans"}, {"Glyphsure_1.2_Checksum", "1"}, {"Checksum", "55"}}, {{"Glyphsure_1.2_Checksum", "0"}}, true},
     {"the candidate lacks the checksum", {{"Family", "Sans"}, {"Checksum", "55"}}, {{"Checksum", ""}}, false},
     {"checksums are numbers of 32 bits", {{"Family", "Sans"}, {"Glyphsure_1.2_Checksum", " 4294967373"}}, {}, true},
     {"negative as well", {{"Family", "Sans"}, {"Checksum", "-1"}}, {{"Checksum", "4294967295"}}, true},
 };
+// clang-format on
 
 }  // namespace
 
