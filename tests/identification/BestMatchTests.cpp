@@ -109,8 +109,7 @@ TEST_F(BestMatch, EachStageDecidesWhatOnlyItCanTellApart) {
   }
 }
 
-// The first record wins the stage, the second one all that a later stage could say; between neighbours that is the order
-     // The first record wins the stage, the second one all that a later stage could say; between neighbours that is the order.
+// The first record wins the stage, the second one what the next could say: that is the order of the two.
 TEST_F(BestMatch, EarlierStageWinsOverTheNext) {
   // clang-format off
   const StageRow rows[] = {

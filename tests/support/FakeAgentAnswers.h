@@ -85,9 +85,7 @@ class AgentAnswers {
   static Code ANSWER(BeginLogging, Facade, const char* name) { return Write(std::string(name) + "\n"); }
   static Code ANSWER(Log, Facade, const char* text) { return Write(text); }
 
-  static Code ANSWER(GetIsCoreAgentProcessRunning, Facade, int32_t* out) {
-    return Put(out, Agent().isProcessRunning);
-  }
+  static Code ANSWER(GetIsCoreAgentProcessRunning, Facade, int32_t* out) { return Put(out, Agent().isProcessRunning); }
   static Code ANSWER(GetAreSchemaVersionsInSync, Facade, int32_t* out) { return Put(out, Agent().areSchemasInSync); }
   static Code ANSWER(GetIsLoggedIn, Facade, int32_t* out) { return Put(out, Agent().isLoggedIn); }
   static Code ANSWER(GetIsOnline, Facade, int32_t* out) { return Put(out, Agent().isOnline); }
