@@ -33,7 +33,7 @@ struct PluginObject;
 using PIActionDescriptor = ActionDescriptor*;
 using PIActionReference = ActionReference*;
 using PIActionList = ActionList*;
-using Handle = HandleBlock*;       // an alias to a file is a handle
+using Handle = HandleBlock*;  // an alias to a file is a handle
 using ASZString = ZStringObject*;
 using SPPluginRef = PluginObject*;
 
@@ -111,7 +111,8 @@ struct PSActionDescriptorSuite {
   SPErr (*PutString)(PIActionDescriptor descriptor, FourCharCode key, const char* utf8);
   SPErr (*PutEnumerated)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode type, FourCharCode value);
   SPErr (*PutAlias)(PIActionDescriptor descriptor, FourCharCode key, Handle alias);  // copies the alias
-  SPErr (*PutObject)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode objectClass, PIActionDescriptor value);
+  SPErr (*PutObject)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode objectClass,
+                     PIActionDescriptor value);
   SPErr (*PutList)(PIActionDescriptor descriptor, FourCharCode key, PIActionList value);
   SPErr (*PutReference)(PIActionDescriptor descriptor, FourCharCode key, PIActionReference value);
   SPErr (*GetInteger)(PIActionDescriptor descriptor, FourCharCode key, int32_t* value);
@@ -119,7 +120,8 @@ struct PSActionDescriptorSuite {
   SPErr (*GetBoolean)(PIActionDescriptor descriptor, FourCharCode key, int32_t* value);
   SPErr (*GetEnumerated)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode* type, FourCharCode* value);
   // Objects, lists and aliases come as new ones, owned by the caller.
-  SPErr (*GetObject)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode* objectClass, PIActionDescriptor* value);
+  SPErr (*GetObject)(PIActionDescriptor descriptor, FourCharCode key, FourCharCode* objectClass,
+                     PIActionDescriptor* value);
   SPErr (*GetAlias)(PIActionDescriptor descriptor, FourCharCode key, Handle* alias);
   SPErr (*GetList)(PIActionDescriptor descriptor, FourCharCode key, PIActionList* value);
   SPErr (*GetStringLength)(PIActionDescriptor descriptor, FourCharCode key, uint32_t* length);  // without the NUL

@@ -21,14 +21,14 @@ using ValueRef = platform::ValueRef;
 // borrowed for the length of the call.
 enum ECallbackKind : uint32_t {
   kAgentShutdown = 0,
-  kOnlineStateChanged = 1,      // const int32_t*, used as a boolean
-  kLoggedInStateChanged = 2,    // ValueRef of a dictionary: "isLoggedIn" boolean, "serverType" integer
+  kOnlineStateChanged = 1,    // const int32_t*, used as a boolean
+  kLoggedInStateChanged = 2,  // ValueRef of a dictionary: "isLoggedIn" boolean, "serverType" integer
   kWorkgroupsChanged = 3,
   kUserPermissionsChanged = 4,
-  kFontActivated = 8,           // const uint32_t*, the font ID
-  kFontDeactivated = 9,         // const uint32_t*
-  kFontMissing = 10,            // const uint32_t*
-  kGoogleWebFontsEnabled = 14,  // const int32_t*, used as a boolean
+  kFontActivated = 8,               // const uint32_t*, the font ID
+  kFontDeactivated = 9,             // const uint32_t*
+  kFontMissing = 10,                // const uint32_t*
+  kGoogleWebFontsEnabled = 14,      // const int32_t*, used as a boolean
   kGoogleReplicationProgress = 15,  // ValueRef of a dictionary, as the other progress kinds
   kGoogleReplicationStopped = 16,
   kPreviewPNGsRendered = 17,  // ValueRef of a dictionary: font ID as decimal text to a dictionary with "pngBytes" ...
