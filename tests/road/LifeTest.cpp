@@ -96,7 +96,8 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   EXPECT_EQ(second.status, 0);
   const auto files = [](const HostResult& result) {
     std::vector<std::string> names;
-    for (const Json& font : Events(result, "opened").at(0)["activated"]) names.push_back(font["file"]);
+    const Json opened = Events(result, "opened").at(0);
+    for (const Json& font : opened["activated"]) names.push_back(font["file"]);
     return names;
   };
   EXPECT_EQ(files(second), files(first));
