@@ -99,11 +99,11 @@ std::string AgentLink::Start(LibrarySummary* summary) {
   const std::string agent = sandbox_.AgentExecutable();
   if (!platform::IsExecutableFile(agent)) return agent + ": there is no agent to start; no font will be activated";
   if (sandbox_.HasNewAgentConfiguration()) {
-    const std::string problem = EndOldAgent();
+    std::string problem = EndOldAgent();
     if (!problem.empty()) return problem;
   }
   if (!Connect()) {
-    const std::string problem = Launch();
+    std::string problem = Launch();
     if (!problem.empty()) return problem;
   }
   return ReadReport(summary);

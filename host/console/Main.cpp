@@ -41,7 +41,7 @@ std::string ReadScript(const std::string& path, const std::string& text, std::ve
     ScriptLine line{{}, ++number};
     std::string problem = SplitWords(text.substr(start, end - start), line.words);
     if (problem.empty()) problem = CheckCommand(line.words);
-    if (!problem.empty()) return path + ":" + std::to_string(number) + ": " + problem;
+    if (!problem.empty()) return problem.insert(0, path + ":" + std::to_string(number) + ": ");
     if (!line.words.empty()) script.push_back(std::move(line));
     start = end + 1;
   }

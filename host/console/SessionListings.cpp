@@ -20,8 +20,9 @@ void Session::ShowFonts() {
   std::vector<std::string> lines;
   for (const auto& [name, file] : fonts_.LookAtAgents()) lines.push_back("  " + name + "  " + file);
   const size_t all = fonts_.Look().size();
-  lines.insert(lines.begin(), std::to_string(all) + " fonts active, " + std::to_string(lines.size()) +
-                                  " of them by the agent" + (lines.empty() ? "" : ":"));
+  std::string head = std::to_string(all) + " fonts active, ";
+  head += std::to_string(lines.size()) + " of them by the agent" + (lines.empty() ? "" : ":");
+  lines.insert(lines.begin(), head);
   report_.Listing(lines);
 }
 
