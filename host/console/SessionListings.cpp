@@ -18,7 +18,8 @@ void Session::ShowDocuments() {
 
 void Session::ShowFonts() {
   std::vector<std::string> lines;
-  for (const auto& [name, file] : fonts_.LookAtAgents()) lines.push_back("  " + name + "  " + file);
+  for (const auto& [name, file] : fonts_.LookAtAgents())
+    lines.push_back(std::string("  ").append(name).append("  ").append(file));
   const size_t all = fonts_.Look().size();
   std::string head = std::to_string(all) + " fonts active, ";
   head += std::to_string(lines.size()) + " of them by the agent" + (lines.empty() ? "" : ":");
