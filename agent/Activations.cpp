@@ -233,7 +233,7 @@ void Activations::ReleaseAllClients() {
 void Activations::KeepClient(ClientID client) {
   for (const uint32_t id : HeldBy(client)) {
     const Demand& demand = demands_[id];
-    if (demand.clients.at(client) != kPreviewActivated && demand.stored == kInactive) Store(id, kAutoActivated);
+    if (demand.clients.at(client) == kAutoActivated && demand.stored == kInactive) Store(id, kAutoActivated);
   }
   ReleaseClient(client);
 }

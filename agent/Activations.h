@@ -55,8 +55,9 @@ class Activations {
   // fonts that only the operating system could deactivate.
   std::vector<uint32_t> Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser);
   void ReleaseClient(ClientID client);
-  // What the client holds becomes stored and stays active when it goes, and after the agent's end; what it holds only
-  // for a preview is given back.
+  // What the client holds becomes stored and stays active when it goes, and after the agent's end. Given back is what it
+  // holds for a preview, and what it only asked for again after a restart: a client that saw the agent die may have
+  // stopped its font work, and then it chose nothing of this to stay.
   void KeepClient(ClientID client);
   void ReleaseAllClients();
 

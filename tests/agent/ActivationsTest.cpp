@@ -60,7 +60,7 @@ class Desk {
     activations_->Reconcile();
   }
 
-  // A step is a client's letter, what it does and a font: + asks for a document, ? for a preview, * by the user; - gives
+  // A step is a client's letter, what it does and a font: + asks for a document, & asks again after a restart, ? for a preview, * by the user; - gives
   // back, = gives back what the user asked for; ! the client goes, ~ it goes and keeps; # the agent is killed.
   void Take(const std::string& step) {
     if (step == "#") return KillAndStart();
@@ -68,6 +68,7 @@ class Desk {
     const std::vector<uint32_t> ids = {step.size() > 2 ? IDOf(step[2]) : 0};
     switch (step[1]) {
       case '+': return Note(activations_->Activate(client, ids, kAutoActivated));
+      case '&': return Note(activations_->Activate(client, ids, kAutoActivatedAgain));
       case '?': return Note(activations_->Activate(client, ids, kPreviewActivated));
       case '*': return Note(activations_->Activate(client, ids, kActivated));
       case '-':
@@ -211,6 +212,8 @@ const RuleRow kRules[] = {
     {"A+x A~ # B-x", "", "+x"},  // what a client left active anybody may end
     {"A+x A~ B+x B!", "x1", "+x"},
     {"A?x A+y A~", "y1", "+y"},  // a preview ends with its client, kept or not
+    {"A&x A+y A~", "y1", "+y"},  // what was only asked for again was not chosen to stay
+    {"A&x A+x A~ #", "x1", "+x"},
     {"A+d A~ #", "c1 d1", "+d"},
     {"A+x A! # A+x", "x1", "+x"},
 };

@@ -129,6 +129,19 @@ TEST_F(AgentLife, WhatAnOrderlyGoodbyeLeavesActiveOutlivesTheAgent) {
   EXPECT_THAT(Links(), IsEmpty());
 }
 
+// A plug-in that saw the agent die does no more font work and gives nothing back: its goodbye must not make that last.
+TEST_F(AgentLife, WhatWasOnlyAskedForAgainGoesWithAnOrderlyGoodbye) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold"), regular = FontNamed("NimbusSans-Regular");
+  ASSERT_EQ(Activate({serif}), 1u);
+  End(SIGKILL);
+  Relaunch();
+  EXPECT_TRUE(IsActive(serif));
+  ASSERT_EQ(Activate({regular}), 1u);
+  EXPECT_EQ(vpi_.DestroyThreadInstance(Handle()), 0u);
+  EXPECT_FALSE(IsActive(serif));
+  EXPECT_TRUE(IsActive(regular));
+}
+
 TEST_F(AgentLife, ASecondStartGoesOnWithWhatWasStored) {
   const std::vector<uint32_t> before = FontsNamed("NimbusSans-Bold");
   uint32_t set = 0;
