@@ -13,12 +13,21 @@ namespace {
 
 using lock_codes::kBusy;
 using lock_codes::kNotAvailable;
+using lock_codes::kWaitTimedOut;
 
-// Runs on a thread of its own and gives the result.
+// Runs the call on so many threads, each with its number, and waits for them.
 template <class F>
-auto Elsewhere(F call) {
-  decltype(call()) result{};
-  std::thread([&] { result = call(); }).join();
+void OnThreads(int count, F call) {
+  std::vector<std::thread> threads;
+  threads.reserve(static_cast<size_t>(count));
+  for (int i = 0; i < count; ++i) threads.emplace_back(call, i);
+  for (std::thread& thread : threads) thread.join();
+}
+
+template <class F>
+TModuleErrorCode Elsewhere(F call) {
+  TModuleErrorCode result = 0;
+  OnThreads(1, [&](int) { result = call(); });
   return result;
 }
 
@@ -26,24 +35,22 @@ TEST(Mutex, KnowsItsOwner) {
   GMutex mutex;
   EXPECT_EQ(mutex.Unlock(), kNotAvailable);
   EXPECT_EQ(mutex.Lock(), 0u);
-  EXPECT_EQ(mutex.Lock(), kNotAvailable);
-  EXPECT_EQ(mutex.TryLock(), kNotAvailable);
-  EXPECT_EQ(mutex.TryLockWithTimeout(1000), kNotAvailable);
+  for (const auto again : {mutex.Lock(), mutex.TryLock(), mutex.TryLockWithTimeout(1000)}) {
+    EXPECT_EQ(again, kNotAvailable);
+  }
   EXPECT_EQ(Elsewhere([&] { return mutex.Unlock(); }), kNotAvailable);
   EXPECT_EQ(Elsewhere([&] { return mutex.TryLock(); }), kBusy);
-  EXPECT_EQ(Elsewhere([&] { return mutex.TryLockWithTimeout(0); }), kBusy);
-  EXPECT_EQ(Elsewhere([&] { return mutex.TryLockWithTimeout(1); }), kBusy);
+  for (const unsigned time : {0u, 1u}) {
+    EXPECT_EQ(Elsewhere([&] { return mutex.TryLockWithTimeout(time); }), kBusy);
+  }
   EXPECT_EQ(mutex.Unlock(), 0u);
   EXPECT_EQ(mutex.Unlock(), kNotAvailable);
-  const auto lockAndUnlock = [&] { return mutex.TryLockWithTimeout(1000) | mutex.Unlock(); };
-  EXPECT_EQ(Elsewhere(lockAndUnlock), 0u);
+  EXPECT_EQ(Elsewhere([&] { return mutex.TryLockWithTimeout(1000) | mutex.Unlock(); }), 0u);
 }
 
 TEST(Mutex, TheRecursiveOneCounts) {
   GRecursiveMutex mutex;
-  EXPECT_EQ(mutex.Lock(), 0u);
-  EXPECT_EQ(mutex.TryLock(), 0u);
-  EXPECT_EQ(mutex.Unlock(), 0u);
+  EXPECT_EQ(mutex.Lock() | mutex.TryLock() | mutex.Unlock(), 0u);
   EXPECT_EQ(Elsewhere([&] { return mutex.TryLock(); }), kBusy);
   EXPECT_EQ(mutex.Unlock(), 0u);
   EXPECT_EQ(mutex.Unlock(), kNotAvailable);
@@ -59,28 +66,22 @@ TEST(Mutex, SystemErrorsHaveCodes) {
 TEST(Mutex, ThreadsTakeTurns) {
   GMutex mutex;
   int counter = 0;  // guarded by the mutex; the thread sanitizer watches
-  std::vector<std::thread> threads;
-  threads.reserve(4);
-  for (int thread = 0; thread < 4; ++thread) {
-    threads.emplace_back([&, thread] {
-      for (int i = 0; i < 2000; ++i) {
-        const auto code = thread % 2 ? mutex.Lock() : mutex.TryLockWithTimeout(60'000);
-        if (code == 0) ++counter;
-        mutex.Unlock();
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
+  OnThreads(4, [&](int thread) {
+    for (int i = 0; i < 2000; ++i) {
+      if ((thread % 2 ? mutex.Lock() : mutex.TryLockWithTimeout(60'000)) == 0) ++counter;
+      mutex.Unlock();
+    }
+  });
   EXPECT_EQ(counter, 8000);
 }
 
 TEST(Mutex, AbsoluteTimesLieAhead) {
+  const auto nanoseconds = [](const timespec& t) { return t.tv_sec * 1'000'000'000LL + t.tv_nsec; };
   for (const unsigned int milliseconds : {0u, 999u, 1000u, 0xFFFFFFFEu}) {
     timespec before{}, after{};
     clock_gettime(CLOCK_MONOTONIC, &before);
     const timespec time = GUtils::FutureMillisecondsToAbsTime(milliseconds);
     clock_gettime(CLOCK_MONOTONIC, &after);
-    const auto nanoseconds = [](const timespec& t) { return t.tv_sec * 1'000'000'000LL + t.tv_nsec; };
     EXPECT_GE(nanoseconds(time), nanoseconds(before) + milliseconds * 1'000'000LL);
     EXPECT_LE(nanoseconds(time), nanoseconds(after) + milliseconds * 1'000'000LL);
     EXPECT_LT(time.tv_nsec, 1'000'000'000);
@@ -137,68 +138,59 @@ TEST(ScopedLock, LocksByItsStrategyAndOwnsIt) {
   {
     GScopedLock lock(mutex, false, new CountingStrategy(calls));
     EXPECT_FALSE(lock.IsLocked());
-    EXPECT_TRUE(lock.Lock());
-    EXPECT_TRUE(lock.Lock());
+    EXPECT_TRUE(lock.Lock() && lock.Lock());
     EXPECT_EQ(calls, "L");
-    EXPECT_TRUE(lock.Unlock());
-    EXPECT_TRUE(lock.Lock());
+    EXPECT_TRUE(lock.Unlock() && lock.Lock());
   }
   EXPECT_EQ(calls, "LULUd");
-  EXPECT_EQ(mutex.TryLock(), 0u);
-  mutex.Unlock();
+  EXPECT_EQ(mutex.TryLock() | mutex.Unlock(), 0u);
 }
 
 TEST(ScopedLock, LogsAFailureAndStaysAsItWas) {
   const LogRecorder log(GLogger::kDebug);
-  BusyLock refused(0, kNotAvailable);
-  GScopedLock lock(refused);
+  BusyLock refused(0, kNotAvailable), stuck(0);
+  const GScopedLock lock(refused);
   EXPECT_FALSE(lock.IsLocked());
-  ASSERT_EQ(log.lines.size(), 1u);
-  EXPECT_THAT(log.lines[0],
-              testing::StartsWith("[Lockable]\t[Debug]\tError='GMutex::kMutexDeadlockErr'  File='core-agent/"));
-
-  BusyLock stuck(0);
   GScopedLock held(stuck);
   stuck.unlockCode = kNotAvailable;
   EXPECT_FALSE(held.Unlock());
   EXPECT_TRUE(held.IsLocked());
-  ASSERT_EQ(log.lines.size(), 2u);
-  EXPECT_THAT(log.lines[1], testing::StartsWith("[Lockable]\t[Error]\t"));
   stuck.unlockCode = 0;
+  constexpr const char* kWhat = "Error='GMutex::kMutexDeadlockErr'  File='core-agent/";
+  EXPECT_THAT(log.lines, testing::ElementsAre(testing::StartsWith(std::string("[Lockable]\t[Debug]\t") + kWhat),
+                                              testing::StartsWith(std::string("[Lockable]\t[Error]\t") + kWhat)));
 }
 
 TEST(Condition, ASignalIsTakenOnceABroadcastStays) {
   GCondition condition;
-  EXPECT_EQ(condition.TimedWait(0), lock_codes::kWaitTimedOut);
-  EXPECT_EQ(condition.Signal(), 0u);
-  EXPECT_EQ(condition.Wait(), 0u);
-  EXPECT_EQ(condition.TimedWait(1), lock_codes::kWaitTimedOut);
-  EXPECT_EQ(condition.Broadcast(), 0u);
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(condition.Wait(), 0u);
-  EXPECT_EQ(condition.Signal(), 0u);
-  EXPECT_EQ(condition.TimedWait(0), 0u);
-  EXPECT_EQ(condition.TimedWait(0), 0u);
+  const auto expect = [&](std::initializer_list<TModuleErrorCode> codes) {
+    for (const TModuleErrorCode code : codes) EXPECT_EQ(condition.TimedWait(0), code);
+  };
+  expect({kWaitTimedOut});
+  EXPECT_EQ(condition.Signal() | condition.Wait(), 0u);
+  EXPECT_EQ(condition.TimedWait(1), kWaitTimedOut);
+  EXPECT_EQ(condition.Broadcast() | condition.Wait(), 0u);
+  expect({0, 0});
+  EXPECT_EQ(condition.Signal(), 0u);  // after a broadcast it stays too
+  expect({0, 0});
   EXPECT_EQ(condition.Reset(), 0u);
-  EXPECT_EQ(condition.TimedWait(0), lock_codes::kWaitTimedOut);
+  expect({kWaitTimedOut});
   condition.Signal();
-  EXPECT_EQ(condition.TimedWait(0), 0u);
-  EXPECT_EQ(condition.TimedWait(0), lock_codes::kWaitTimedOut);
+  expect({0, kWaitTimedOut});
 }
 
 TEST(Condition, WakesWaitingThreads) {
   for (const bool isBroadcast : {false, true}) {
     GCondition condition;
     std::atomic<int> through{0};
-    std::vector<std::thread> threads;
-    threads.reserve(3);
-    for (int i = 0; i < 3; ++i) {
-      threads.emplace_back([&, i] {
-        if ((i % 2 ? condition.Wait() : condition.TimedWait(60'000)) == 0) ++through;
-        if (!isBroadcast) condition.Signal();  // hands it on
-      });
-    }
-    isBroadcast ? condition.Broadcast() : condition.Signal();
-    for (std::thread& thread : threads) thread.join();
+    OnThreads(4, [&](int i) {
+      if (i == 3) {
+        isBroadcast ? condition.Broadcast() : condition.Signal();
+        return;
+      }
+      if ((i % 2 ? condition.Wait() : condition.TimedWait(60'000)) == 0) ++through;
+      if (!isBroadcast) condition.Signal();  // hands it on
+    });
     EXPECT_EQ(through, 3);
   }
 }
@@ -207,16 +199,11 @@ TEST(Barrier, LetsGoOnceAllHaveCome) {
   constexpr int kThreads = 4;
   GBarrier barrier(kThreads);
   std::atomic<int> come{0};
-  std::vector<std::thread> threads;
-  threads.reserve(kThreads);
-  for (int i = 0; i < kThreads; ++i) {
-    threads.emplace_back([&] {
-      ++come;
-      barrier.Wait();
-      EXPECT_EQ(come, kThreads);
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
+  OnThreads(kThreads, [&](int) {
+    ++come;
+    barrier.Wait();
+    EXPECT_EQ(come, kThreads);
+  });
   GBarrier(1).Wait();
   EXPECT_DEATH(GBarrier(0), "threadCount != 0");
 }

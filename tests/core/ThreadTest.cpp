@@ -12,8 +12,8 @@ namespace {
 struct Work {
   GThread* thread = nullptr;
   GCondition started;
-  GCondition mayEnd;
   std::atomic<int> runs{0};
+  std::atomic<bool> isIgnoringStop{false};
   GThread* seen = nullptr;
 };
 
@@ -28,14 +28,9 @@ void* RunUntilStopped(void* argument) {
   auto* work = static_cast<Work*>(argument);
   ++work->runs;
   work->started.Signal();
-  while (work->thread->GetThreadState() != EThreadState::kStopRequested) std::this_thread::yield();
-  return nullptr;
-}
-
-void* RunUntilAllowed(void* argument) {
-  auto* work = static_cast<Work*>(argument);
-  work->started.Signal();
-  work->mayEnd.Wait();
+  while (work->isIgnoringStop || work->thread->GetThreadState() != EThreadState::kStopRequested) {
+    std::this_thread::yield();
+  }
   return nullptr;
 }
 
@@ -44,6 +39,9 @@ unsigned long NumberOf(const GThread& thread) { return std::stoul(thread.GetName
 TEST(Thread, RunsAgainAndAgain) {
   Work work;
   GThread thread(RunOnce, &work);
+  const GThread next(RunOnce, nullptr);
+  EXPECT_EQ(thread.GetName().rfind("Thread ", 0), 0u);
+  EXPECT_EQ(NumberOf(next), NumberOf(thread) + 1);
   EXPECT_EQ(thread.GetThreadState(), EThreadState::kNotStarted);
   EXPECT_EQ(thread.GetResult(), nullptr);
   for (int run = 1; run <= 50; ++run) {
@@ -53,12 +51,6 @@ TEST(Thread, RunsAgainAndAgain) {
     EXPECT_EQ(work.runs, run);
     EXPECT_EQ(work.seen, &thread);
   }
-}
-
-TEST(Thread, HasANameOfItsOwn) {
-  const GThread first(RunOnce, nullptr), second(RunOnce, nullptr);
-  EXPECT_EQ(first.GetName().rfind("Thread ", 0), 0u);
-  EXPECT_EQ(NumberOf(second), NumberOf(first) + 1);
 }
 
 TEST(Thread, TheThreadThatCameFirstIsTheMainOne) {
@@ -82,6 +74,10 @@ TEST(Thread, StopsWhenItSeesTheRequest) {
   work.started.Wait();
   EXPECT_EQ(thread.GetThreadState(), EThreadState::kRunning);
   thread.StartThread();  // nothing: it runs
+  work.isIgnoringStop = true;
+  thread.StopThread(false);
+  EXPECT_EQ(thread.GetThreadState(), EThreadState::kStopRequested);
+  work.isIgnoringStop = false;
   thread.StopThread(true);
   EXPECT_EQ(thread.GetThreadState(), EThreadState::kFinished);
   EXPECT_EQ(work.runs, 1);
@@ -91,33 +87,23 @@ TEST(Thread, StopsWhenItSeesTheRequest) {
   EXPECT_EQ(work.runs, 2);
 }  // the destructor stops it
 
-TEST(Thread, AStopWithoutWaitingReturnsAtOnce) {
-  Work work;
-  GThread thread(RunUntilAllowed, &work);
-  thread.StartThread();
-  work.started.Wait();
-  thread.StopThread(false);
-  EXPECT_EQ(thread.GetThreadState(), EThreadState::kStopRequested);
-  work.mayEnd.Signal();
-  thread.StopThread(true);
-  EXPECT_EQ(thread.GetThreadState(), EThreadState::kFinished);
-}
-
-TEST(Thread, StartsAndStopsFromManySides) {
-  Work work;
-  {
+// Whoever asks first wins: it ran and has finished, or it never runs. In neither case does anyone wait for ever.
+TEST(Thread, AStopBeforeTheEntryFunctionKeepsItFromRunning) {
+  for (int i = 0; i < 200; ++i) {
+    Work work;
     GThread thread(RunOnce, &work);
-    std::vector<std::thread> others;
-    others.reserve(3);
-    for (int i = 0; i < 3; ++i) {
-      others.emplace_back([&, i] {
-        for (int k = 0; k < 50; ++k) i == 0 ? thread.StopThread(k % 2 == 0) : thread.StartThread();
-      });
-    }
-    for (std::thread& other : others) other.join();
+    std::thread stopper([&] {
+      while (thread.GetThreadState() == EThreadState::kNotStarted) std::this_thread::yield();
+      thread.StopThread(true);
+    });
+    thread.StartThread();
     thread.StopThread(true);
+    stopper.join();
+    const bool hasRun = work.runs == 1;
+    EXPECT_EQ(thread.GetThreadState(), hasRun ? EThreadState::kFinished : EThreadState::kStopRequested);
+    EXPECT_EQ(thread.RunSynchronously(), hasRun ? &work : nullptr);
+    EXPECT_EQ(work.runs, hasRun ? 2 : 0);
   }
-  EXPECT_GT(work.runs, 0);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ class GBarrier {
   virtual ~GBarrier();
   GBarrier(const GBarrier&) = delete;
   GBarrier& operator=(const GBarrier&) = delete;
-  void Wait();
+  virtual void Wait();
 
  private:
   GSystemLock mSystem;

@@ -13,12 +13,12 @@ class GCondition {
   GCondition(const GCondition&) = delete;
   GCondition& operator=(const GCondition&) = delete;
 
-  TModuleErrorCode Wait();
+  virtual TModuleErrorCode Wait();
   // lock_codes::kWaitTimedOut when the time ran out, lock_codes::kSystemFailure on any other failure.
-  TModuleErrorCode TimedWait(unsigned int milliseconds);
-  TModuleErrorCode Signal();
-  TModuleErrorCode Broadcast();
-  TModuleErrorCode Reset();
+  virtual TModuleErrorCode TimedWait(unsigned int milliseconds);
+  virtual TModuleErrorCode Signal();
+  virtual TModuleErrorCode Broadcast();
+  virtual TModuleErrorCode Reset();
 
  private:
   int WaitForSignal(const timespec* end);

@@ -1,7 +1,8 @@
 // A thread with a name, a state, a result, and a place in the registry of all threads.
 //
-// A thread may be started again once it has finished. Nothing forces an entry function to end: it reads GetThreadState
-// and leaves when it sees kStopRequested. A thread's own lock is never held while the registry's is asked for.
+// A thread may be started again once it has finished. One that was asked to stop before its entry function began never
+// runs it and stays at kStopRequested, for good. Nothing forces an entry function to end: it reads GetThreadState and
+// leaves when it sees kStopRequested. A thread's own lock is never held while the registry's is asked for.
 #pragma once
 
 #include <pthread.h>
@@ -27,11 +28,11 @@ class GThread {
   GThread(const GThread&) = delete;
   GThread& operator=(const GThread&) = delete;
 
-  // Nothing if it runs already. The thread has its name and its OS data when this returns.
+  // Nothing unless it has not started yet or has finished. The thread has its name and its OS data when this returns.
   void StartThread();
   // With wait, returns once the thread has finished; not for the thread itself, which would wait for ever.
   void StopThread(bool wait);
-  // Starts, waits, and gives the entry function's result; null if the system has no thread to give.
+  // Starts, waits, and gives the entry function's result. Where it did not run: null, or what an earlier run gave.
   void* RunSynchronously();
 
   EThreadState GetThreadState() const;

@@ -99,7 +99,7 @@ void GThread::StartThread() {
   {
     const GScopedLock lock(mMutex);
     if (mState != EThreadState::kNotStarted && mState != EThreadState::kFinished) return;
-    if (mState == EThreadState::kFinished) mFinished->Wait();  // for the last thing that the earlier run does
+    if (mState == EThreadState::kFinished) mFinished->Wait();  // an earlier run's broadcast must not pass for ours
     mState = EThreadState::kStarting;
     mStartBarrier = barrier = std::make_shared<GBarrier>(2);
     mFinished->Reset();
@@ -139,9 +139,9 @@ void GThread::Run() {
   }
   OSThreadCleanup();
   SetOSData(std::nullopt);
-  // Also where it was not to run, so that it may be started again.
-  SetThreadState(EThreadState::kFinished);
-  // For all: the destructor waits too, after whoever waited first. The object may be gone after this.
+  // After the OS data: once the state says finished the object may be destroyed at any moment.
+  if (isToRun) SetThreadState(EThreadState::kFinished);
+  // Not a signal: whoever waits second, the destructor after StopThread(true), would then wait for ever.
   finished->Broadcast();
 }
 
@@ -149,14 +149,11 @@ void GThread::StopThread(bool wait) {
   std::shared_ptr<GCondition> finished;
   {
     const GScopedLock lock(mMutex);
-    if (mState == EThreadState::kNotStarted || mState == EThreadState::kFinished) {
-      finished = mState == EThreadState::kFinished ? mFinished : nullptr;
-    } else {
-      mState = EThreadState::kStopRequested;
-      finished = mFinished;
-    }
+    if (mState == EThreadState::kNotStarted || mState == EThreadState::kFinished) return;
+    mState = EThreadState::kStopRequested;
+    finished = mFinished;
   }
-  if (!wait || !finished) return;
+  if (!wait) return;
   const TModuleErrorCode code = finished->Wait();
   if (code != 0) ReportFailedCheck("Lockable", code, __FILE__, __LINE__, "finished->Wait()");
 }
