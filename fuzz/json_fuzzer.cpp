@@ -4,6 +4,7 @@
 
 #include "Check.h"
 #include "GJSONUtils.h"
+#include "platform/TextEncoding.h"
 
 namespace {
 
@@ -25,7 +26,11 @@ void ReadMembers(const Node& root) {
     double real = 0;
     uint32_t integer = 0;
     bool boolean = false;
-    CHECK((GetValueForKey(root, key, text) == 0) == member.is_string());
+    try {
+      CHECK((GetValueForKey(root, key, text) == 0) == member.is_string());
+    } catch (const std::runtime_error&) {  // a surrogate
+      CHECK(member.is_string() && !platform::IsValidUTF8(member.value()->u.string));
+    }
     CHECK((GetValueForKey(root, key, real) == 0) == member.is_double());
     CHECK((GetValueForKey(root, key, integer) == 0) == member.is_int());
     CHECK((GetValueForKey(root, key, boolean) == 0) == member.is_bool());

@@ -21,8 +21,9 @@ class Parser {
   Parser(const Parser&) = delete;
   Parser& operator=(const Parser&) = delete;
 
-  // Lets the old tree go, then parses. Throws std::runtime_error with "JSON parse error:\n" and the reason for
-  // malformed JSON, malformed UTF-8, a NUL in the text, and values nested deeper than kDeepest.
+  // Lets the old tree go, then parses the text as far as its first NUL. Throws std::runtime_error with
+  // "JSON parse error:\n" and the reason for malformed JSON, malformed UTF-8, and values nested deeper than kDeepest.
+  // The library's test of UTF-8 is of shape only: a text with a surrogate is taken, and throws when it is read.
   void load(const std::string& text);
   bool is_loaded() const { return root_ != nullptr; }
 
@@ -34,7 +35,6 @@ class Parser {
   Node find(const std::string& path) const;  // throws if there is none
   Node find(const std::vector<std::string>& path) const;
 
-  // Freeing a tree takes some of the stack for each level.
   static constexpr size_t kDeepest = 1024;
 
  private:

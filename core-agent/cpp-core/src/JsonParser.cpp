@@ -2,8 +2,6 @@
 
 #include <stdexcept>
 
-#include "platform/TextEncoding.h"
-
 namespace restful_mapper::Json {
 
 namespace {
@@ -13,21 +11,21 @@ namespace {
 }
 
 // Where a string or a comment that begins at i has ended; the parser takes both kinds of comment.
-size_t SkipString(const std::string& text, size_t i) {
+size_t SkipString(std::string_view text, size_t i) {
   for (++i; i < text.size() && text[i] != '"'; ++i) {
     if (text[i] == '\\') ++i;
   }
   return i;
 }
 
-size_t SkipComment(const std::string& text, size_t i) {
+size_t SkipComment(std::string_view text, size_t i) {
   const bool isLine = text.compare(i, 2, "//") == 0, isBlock = text.compare(i, 2, "/*") == 0;
   if (!isLine && !isBlock) return i;
   const size_t end = isLine ? text.find('\n', i) : text.find("*/", i + 2);
-  return end == std::string::npos ? text.size() : end;
+  return end == std::string_view::npos ? text.size() : end;
 }
 
-bool IsDeeperThan(const std::string& text, size_t limit) {
+bool IsDeeperThan(std::string_view text, size_t limit) {
   size_t depth = 0;
   for (size_t i = 0; i < text.size(); ++i) {
     switch (text[i]) {
@@ -61,10 +59,8 @@ Parser::Parser(const std::string& text) { load(text); }
 
 void Parser::load(const std::string& text) {
   root_.reset();
-  if (text.find('\0') != std::string::npos) ThrowParseError("a NUL stands in the text");
-  // The parser's own check lets surrogates through.
-  if (!platform::IsValidUTF8(text)) ThrowParseError("the text is not valid UTF-8");
-  if (text.size() > kDeepest && IsDeeperThan(text, kDeepest)) ThrowParseError("values are nested too deep");
+  // Freeing a tree takes some of the stack for each level, so one that is too deep must not be made.
+  if (text.size() > kDeepest && IsDeeperThan(text.c_str(), kDeepest)) ThrowParseError("values are nested too deep");
   char reason[1024] = "";
   root_.reset(yajl_tree_parse(text.c_str(), reason, sizeof reason));
   if (!root_) ThrowParseError(reason);
