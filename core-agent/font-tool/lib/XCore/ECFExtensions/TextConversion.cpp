@@ -9,8 +9,9 @@
 #include <stdexcept>
 #include <vector>
 
+#include "GLogger.h"
+#include "GStringUtils.h"
 #include "platform/TextEncoding.h"
-#include "platform/Trace.h"
 
 const std::string local_charset = "UTF-8";
 
@@ -48,6 +49,9 @@ void Store(PlatformString destination, std::string_view bytes) {
   std::memcpy(destination + 1, bytes.data(), bytes.size());
 }
 
+// Well-formed text is its own conversion, and a converter costs more to open than most texts to convert.
+bool IsItsOwnConversion(const std::string& text) { return local_charset == "UTF-8" && platform::IsValidUTF8(text); }
+
 }  // namespace
 
 std::string iconv_string(const std::string& in, const char* to, const char* from) {
@@ -76,11 +80,6 @@ std::string iconv_string(const std::string& in, const char* to, const char* from
   return out;
 }
 
-// Well-formed text is its own conversion, and a converter costs more to open than most texts to convert.
-static bool IsItsOwnConversion(const std::string& text) {
-  return local_charset == "UTF-8" && platform::IsValidUTF8(text);
-}
-
 std::string local_to_utf8(const std::string& text) {
   return IsItsOwnConversion(text) ? text : iconv_string(text, "UTF-8//IGNORE", local_charset.c_str());
 }
@@ -94,8 +93,9 @@ platform::String CFStringCreateWithUncertainEncoding(const char* text) {
   for (const platform::TextEncoding encoding : sEncodingsToTry) {
     if (const auto decoded = platform::DecodeText(text, encoding)) return platform::String::FromUTF8(*decoded);
   }
-  platform::TraceLine(0, std::string("CFStringCreateWithCString failed on '") + text + "' for all encoding types. " +
-                             __func__ + "() returning NULL.");
+  GLogger::GetSharedInstance()->LogError(
+      "Miscellaneous", "CFStringCreateWithCString failed on '%s' for all encoding types. %s() returning NULL.", text,
+      __func__);
   return platform::String();
 }
 
@@ -105,10 +105,7 @@ std::string CreateUTF8StringFromUncertainEncoding(const char* text) {
 
 std::string GetStdString(const platform::String& text) { return text.Text(); }
 
-void GetUTF8String(const platform::String& text, std::string& out) {
-  out.clear();
-  out = text.Text();
-}
+void GetUTF8String(const platform::String& text, std::string& out) { out = text.Text(); }
 
 unsigned GetPlatformStringLength(ConstPlatformString text) { return text ? text[0] : 0; }
 
@@ -175,8 +172,5 @@ bool CopyUTF8CStringToMacRomanPascalString(PlatformString destination, size_t si
 }
 
 void replaceAll(std::string& text, const std::string& from, const std::string& to) {
-  if (from.empty()) return;
-  for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
-    text.replace(at, from.size(), to);
-  }
+  text = GStringUtils::StringReplace(text, from, to);
 }

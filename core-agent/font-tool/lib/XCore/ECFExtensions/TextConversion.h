@@ -29,8 +29,8 @@ void GetUTF8String(const platform::String& text, std::string& out);
 
 unsigned GetPlatformStringLength(ConstPlatformString text);  // 0 for null
 platform::String XCFStringCreateWithPlatformString(ConstPlatformString text);
-// In the system encoding or else in MacRoman, with a 0 behind the text; size is that of the whole buffer in bytes.
-// False if it does not fit or can't be encoded.
+// In the system encoding or else in MacRoman, with a 0 behind the text unless it fills the buffer; size is that of the
+// whole buffer in bytes. False if it does not fit or can't be encoded.
 bool XCFStringGetPlatformString(const platform::String& text, PlatformString buffer, size_t size);
 std::string STLStringFromPlatformString(ConstPlatformString text);  // cut at the first NUL
 std::string STLStringFromPascalString(ConstPlatformString text);
