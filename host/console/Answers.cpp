@@ -32,7 +32,9 @@ std::string TakeKey(const Words& words, size_t& at, Answer& answer) {
     return "";
   }
   int32_t number = 0;
-  if (!ReadNumber(last, number)) return "answer " + key + " takes a number, not '" + last + "'";
+  if (!ReadNumber(last, number) || (key == "font" && number == 0)) {
+    return "answer " + key + " takes a number, not '" + last + "'";
+  }
   if (key == "button") answer.button = number;
   if (key == "choice") answer.choice = number;
   if (key == "font") answer.fonts[first] = number;
@@ -58,7 +60,7 @@ platform::Dictionary AnswerDictionary(const Answer& answer) {
   if (answer.choice) dictionary.Set("Choice", Number::FromInteger(*answer.choice));
   if (!answer.fonts.empty()) {
     Dictionary choices = Dictionary::Create();
-    for (const auto& [name, place] : answer.fonts) choices.Set(name, Number::FromInteger(place));
+    for (const auto& [name, number] : answer.fonts) choices.Set(name, Number::FromInteger(number - 1));
     dictionary.Set("Choices", choices);
   }
   if (!answer.preferences.empty()) {

@@ -16,11 +16,11 @@ struct Answer {
   int32_t button = 1;  // from 1; 0 closes the box
   std::optional<std::string> text;
   std::optional<int32_t> choice;         // a workgroup's ID
-  std::map<std::string, int32_t> fonts;  // PostScript name to the replacement's place, from 0
+  std::map<std::string, int32_t> fonts;  // PostScript name to the replacement's number in the box, from 1
   std::map<std::string, std::string> preferences;
 };
 
-// "button 2 text 'My set' choice 3 font NimbusSans-Bold 0 pref PickBestMatch 0", each as often as it makes sense. Empty,
+// "button 2 text 'My set' choice 3 font NimbusSans-Bold 1 pref PickBestMatch 0", each as often as it makes sense. Empty,
 // or one line that says what is wrong.
 std::string ReadAnswer(const Words& words, Answer& answer);
 

@@ -12,6 +12,7 @@ using platform::String;
 namespace {
 
 constexpr const char* kNameKey = "PostScriptName";
+constexpr const char* kReplacementsKey = "PossibleReplacements";
 
 bool HasText(const Dictionary& box) {
   const auto kind = box.GetString("Kind").View();
@@ -37,15 +38,27 @@ int32_t NumberOr(const std::string& text, int32_t otherwise) {
   return error == std::errc() && end == text.data() + text.size() ? number : otherwise;
 }
 
+void DrawFont(const Dictionary& font) {
+  const std::string description = font.GetString("Description").Text();
+  std::fprintf(stderr, "|   %s%s%s\n", font.GetString(kNameKey).CString(), description.empty() ? "" : ": ",
+               description.c_str());
+  const Array candidates = font.GetArray(kReplacementsKey);
+  for (size_t i = 0; i < candidates.Count(); ++i) {
+    std::fprintf(stderr, "|     %zu  %s\n", i + 1, Dictionary(candidates.At(i)).GetString("Description").CString());
+  }
+}
+
 void Draw(const Dictionary& box) {
   std::fprintf(stderr, "\n+-- %s\n", TitleOf(box).c_str());
   const Array fonts = box.GetArray("Fonts");
-  for (size_t i = 0; i < fonts.Count(); ++i) {
-    const Dictionary font(fonts.At(i));
-    const std::string description = font.GetString("Description").Text();
-    std::fprintf(stderr, "|   %s%s%s\n", font.GetString(kNameKey).CString(), description.empty() ? "" : ": ",
-                 description.c_str());
-  }
+  for (size_t i = 0; i < fonts.Count(); ++i) DrawFont(Dictionary(fonts.At(i)));
+}
+
+// A box that nobody is asked about: what it showed and what became of it.
+void Report(const Dictionary& box, const std::string& outcome) {
+  std::fprintf(stderr, "box: %s [%s]\n", TitleOf(box).c_str(), outcome.c_str());
+  const Array fonts = box.GetArray("Fonts");
+  for (size_t i = 0; i < fonts.Count(); ++i) DrawFont(Dictionary(fonts.At(i)));
 }
 
 // For each font with several files to choose from, one of them or none.
@@ -53,16 +66,13 @@ void AskForReplacements(const AskLine& ask, const Dictionary& box, Answer& answe
   const Array fonts = box.GetArray("Fonts");
   for (size_t i = 0; i < fonts.Count(); ++i) {
     const Dictionary font(fonts.At(i));
-    const Array candidates = font.GetArray("PossibleReplacements");
+    const Array candidates = font.GetArray(kReplacementsKey);
     if (candidates.Count() == 0) continue;
     const std::string name = font.GetString(kNameKey).Text();
-    for (size_t c = 0; c < candidates.Count(); ++c) {
-      std::fprintf(stderr, "|   %zu  %s\n", c + 1, Dictionary(candidates.At(c)).GetString("Description").CString());
-    }
     std::string line;
     if (!ask("| " + name + " (number, empty for none): ", line)) return;
     const int32_t place = NumberOr(line, 0);
-    if (place >= 1 && static_cast<size_t>(place) <= candidates.Count()) answer.fonts[name] = place - 1;
+    if (place >= 1 && static_cast<size_t>(place) <= candidates.Count()) answer.fonts[name] = place;
   }
 }
 
@@ -152,12 +162,12 @@ Boxes::~Boxes() { platform::SetPresenter(nullptr); }
 Dictionary Boxes::Run(const Dictionary& box) {
   progress_.Hide();
   if (const auto answer = answers_.Take()) {
-    std::fprintf(stderr, "box: %s [answered: button %d]\n", TitleOf(box).c_str(), answer->button);
+    Report(box, "answered: button " + std::to_string(answer->button));
     return AnswerDictionary(*answer);
   }
   if (ask_) return AnswerDictionary(AskUser(ask_, box));
   const Answer answer = DefaultAnswer(box);
-  std::fprintf(stderr, "box: %s [%s]\n", TitleOf(box).c_str(), answer.button == 0 ? "closed" : "confirmed");
+  Report(box, answer.button == 0 ? "closed" : "confirmed");
   return AnswerDictionary(answer);
 }
 

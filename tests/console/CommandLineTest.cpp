@@ -106,7 +106,7 @@ TEST(Commands, AreCheckedBeforeAnythingIsDone) {
       {{"set", "NoSuchKey", "1"}, "unknown preference 'NoSuchKey'"},
       {{"answer", "button", "2", "text", "My set"}, ""},
       {{"answer", "button"}, "answer button takes a value"},
-      {{"answer", "font", "X", "-1"}, "takes a number"},
+      {{"answer", "font", "X", "0"}, "takes a number"},
       {{"answer", "colour", "red"}, "not 'colour'"},
   };
   for (const Row& row : rows) {
@@ -122,7 +122,7 @@ TEST(Commands, AreCheckedBeforeAnythingIsDone) {
 TEST(Answers, BecomeWhatABoxExpects) {
   Answer answer;
   ASSERT_EQ(
-      ReadAnswer({"button", "2", "text", "My set", "choice", "7", "font", "A-Bold", "1", "pref", "K", "0"}, answer),
+      ReadAnswer({"button", "2", "text", "My set", "choice", "7", "font", "A-Bold", "2", "pref", "K", "0"}, answer),
       "");
   const platform::Dictionary given = AnswerDictionary(answer);
   EXPECT_EQ(given.GetInteger("Button"), 2);

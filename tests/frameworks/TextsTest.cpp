@@ -82,7 +82,7 @@ TEST(Texts, EveryOtherKeyHasOneToo) {
   // Keys of the dictionaries beside which they stand, and the part of which keys of labels are made.
   for (const char* notAKey :
        {"Fonts", "Description", "Message", "Header", "Key", "Label", "Foundry", "Version", "FontKind", "WorkgroupName",
-        "IsActive", "Workgroups", "Default", "PossibleReplacements"}) {
+        "OutlineFileName", "IsActive", "Workgroups", "Default", "PossibleReplacements"}) {
     used.erase(notAKey);
   }
   // Kinds of boxes, and values.

@@ -104,6 +104,26 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   EXPECT_THAT(Events(second, "opened")[0]["activated"][1]["why"], HasSubstr("perfect match"));
 }
 
+// The document was saved where the library had this very file, and nothing newer.
+TEST_F(Life, StoredChecksumGoesBeforeANewerFile) {
+  const std::string original = "/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf";
+  std::string font;
+  ASSERT_FALSE(platform::ReadFile(original, font));
+  const std::string version("\0002\0.\0001\0.\0005", 10);
+  const size_t at = font.find(version);
+  ASSERT_NE(at, std::string::npos);
+  font[at + 1] = '9';
+  const std::string newer = folder_.Write("newer.ttf", font);
+
+  const auto chosen = [&](const std::string& document) {
+    const HostResult result = RunHost(Arguments({"--library", folder_.Path(), document}, "liberation"));
+    const Json opened = Events(result, "opened").at(0);
+    return opened["activated"].at(0)["file"].get<std::string>();
+  };
+  EXPECT_EQ(chosen(kPoster), newer);
+  EXPECT_EQ(chosen(SOURCE_DIR "/samples/archive.psd"), original);
+}
+
 TEST_F(Life, DocumentsOfTheUserStayAsTheyAre) {
   const std::string mine = CopyOf(kPoster, "mine.psd");
   std::string before, after;
@@ -140,13 +160,14 @@ TEST_F(Life, StateFolderServesOneHost) {
 TEST_F(Life, UserChoosesAmongFilesInTheBox) {
   const HostResult result = RunScript(
       "set PickBestMatch 0\n"
-      "answer button 1 font NimbusSans-Bold 1 font NimbusSans-Regular 0\n"
+      "answer button 1 font NimbusSans-Bold 2 font NimbusSans-Regular 1\n"
       "open " +
       kPoster + "\n");
   const Json activated = Events(result, "opened").at(0)["activated"];
   ASSERT_THAT(activated, SizeIs(3));
   EXPECT_THAT(activated[1]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Regular.otf"));
   EXPECT_THAT(activated[2]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Bold.t1"));
+  EXPECT_THAT(result.errors, HasSubstr("2  URW, version 1.00, Postscript, Font Library, NimbusSans-Bold.t1"));
 }
 
 TEST_F(Life, NewDocumentIsEditedSavedAndFoundAgain) {

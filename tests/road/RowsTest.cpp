@@ -10,7 +10,7 @@ namespace road {
 namespace {
 
 constexpr const char* kRows = SOURCE_DIR "/tests/road/rows.txt";
-constexpr size_t kRowCount = 20;  // a table that lost its rows would hold
+constexpr size_t kRowCount = 24;  // a table that lost its rows would hold
 
 class Road : public testing::TestWithParam<Row> {};
 
