@@ -1,6 +1,7 @@
 // Making font records and font arrays for a test.
 #pragma once
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -27,6 +28,19 @@ inline platform::Dictionary With(const platform::Dictionary& record, Entries ent
     } else {
       changed.Set(key, value);
     }
+  }
+  return changed;
+}
+
+// The same with "key=value|key=value", as a row of a table tells it.
+inline platform::Dictionary Changed(const platform::Dictionary& record, std::string_view entries) {
+  platform::Dictionary changed = record.Copy();
+  while (!entries.empty()) {
+    const std::string_view entry = entries.substr(0, entries.find('|'));
+    const size_t sign = entry.find('=');
+    changed.Remove(entry.substr(0, sign));
+    if (sign + 1 < entry.size()) changed.Set(entry.substr(0, sign), entry.substr(sign + 1));
+    entries.remove_prefix(std::min(entry.size() + 1, entries.size()));
   }
   return changed;
 }

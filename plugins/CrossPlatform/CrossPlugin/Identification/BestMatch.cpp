@@ -182,7 +182,7 @@ int PickBestMatchCallBack(const Dictionary& first, const Dictionary& second, con
     break;
   }
   if (stage) *stage = decided;
-  OutputIndentedAndFormattedString(-1, "PickBestMatchCallBack returning %d.", order);
+  OutputIndentedAndFormattedString(0, "PickBestMatchCallBack returning %d.", order);
   return order;
 }
 

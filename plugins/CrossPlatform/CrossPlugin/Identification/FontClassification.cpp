@@ -124,11 +124,11 @@ class ProgressEnd {
 int ProcessDocumentFontsForAutoActivation(const Array& allDocumentFonts, Array matchedFonts, Array problemFonts,
                                           bool glyphsureEnabled, bool pickBestMatch, int workgroupID,
                                           VPFInterface* progress) {
+  if (!ConnectedManager()) return kErrorMarquineNotRunning;
+  if (!allDocumentFonts || !matchedFonts || !problemFonts) return kErrorBadArgument;
   OutputIndentedAndFormattedString(
       1, "Entering ProcessDocumentFontsForAutoActivation() with %d font(s), glyphsureEnabled=%d, pickBestMatch=%d",
       static_cast<int>(allDocumentFonts.Count()), glyphsureEnabled, pickBestMatch);
-  if (!ConnectedManager()) return kErrorMarquineNotRunning;
-  if (!allDocumentFonts || !matchedFonts || !problemFonts) return kErrorBadArgument;
   const ProgressEnd end(progress);
   int status = 0;
   for (size_t i = 0; i < allDocumentFonts.Count() && status != kErrorMarquineNotRunning; ++i) {

@@ -1,4 +1,6 @@
 // Finding the database record of each font in use, for a slug, and the look-up by ID.
+#include <vector>
+
 #include "Bridge/FontDataPreviouslyGottenFromDatabase.h"
 #include "Bridge/FontManagerInterface.h"
 #include "Identification/FontClassification.h"
@@ -30,42 +32,83 @@ int GetGlyphsureDataForBestMatch(FontManagerInterface& manager, const Dictionary
   return status;
 }
 
-// The family of a font that is not known by name joins the array whole.
-int AppendFamily(FontManagerInterface& manager, Dictionary record, int workgroupID, Array& fonts) {
-  if (!record.Contains(kGS_FamilyKey)) {
-    const std::string name = record.GetString(kGS_PostScriptNameKey).Text();
-    record.Set(kGS_FamilyKey, name.substr(0, name.find('-')));
+// One walk over the fonts that puts the database's records in their places. An entry whose record was found under another
+// name is emptied and leaves the array only at the end: the index of names knows the entries by their places.
+class Enrichment {
+ public:
+  Enrichment(FontManagerInterface& manager, Array& fonts, int workgroupID, bool excludeInactiveFonts,
+             bool tryFamilyNames)
+      : manager_(manager),
+        fonts_(fonts),
+        index_(fonts),
+        workgroupID_(workgroupID),
+        excludesInactive_(excludeInactiveFonts),
+        triesFamilies_(tryFamilyNames && excludeInactiveFonts) {}
+  ~Enrichment() {
+    for (const size_t at : emptied_) fonts_.RemoveAt(at);
   }
-  Array found = Array::Create();
-  bool excludedRemote = false;
-  const int status = manager.GetGlyphsureData(record, kFamilyName, excludedRemote, workgroupID, &found);
-  MergeFontsIntoFontsArray(found, fonts);
-  return status;
-}
+  Enrichment(const Enrichment&) = delete;
+  Enrichment& operator=(const Enrichment&) = delete;
 
-int EnrichOne(FontManagerInterface& manager, Array& fonts, size_t index, int workgroupID, bool excludeInactiveFonts,
-              bool tryFamilyNames) {
-  const Dictionary record(fonts.At(index));
-  const std::string name = record.GetString(kGS_PostScriptNameKey).Text();
-  if (excludeInactiveFonts) {
+  // The status of the last look-up; 1000 has ended the walk.
+  int Walk() {
+    // From the end, so that an index stays valid: what is replaced or added stands at it or above.
+    for (size_t i = fonts_.Count(); i-- > 0 && status_ != kErrorMarquineNotRunning;) {
+      if (fonts_.At(i)) EnrichOne(i);
+    }
+    return status_;
+  }
+
+ private:
+  void EnrichOne(size_t at) {
+    const Dictionary record(fonts_.At(at));
+    const String name = record.GetString(kGS_PostScriptNameKey);
+    if (excludesInactive_ && MergeCached(name)) return;
+    Dictionary best;
+    status_ = GetGlyphsureDataForBestMatch(manager_, record, workgroupID_, best);
+    if (!best) {
+      if (triesFamilies_) MergeFamily(record);
+      return;
+    }
+    if (best.GetString(kGS_PostScriptNameKey).View() != name.View()) {
+      fonts_.Set(at, platform::Value());
+      index_.Replaced(at, name, String());
+      emptied_.push_back(at);
+    }
+    MergeGlyphsureDictionaryIntoArray(fonts_, best, &index_);
+  }
+
+  // No look-up: the status stays.
+  bool MergeCached(const String& name) {
     Dictionary cached;
     uint32_t fontID = 0;
-    if (FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphsureDataForActiveFont(name, cached, fontID)) {
-      MergeGlyphsureDictionaryIntoArray(fonts, cached);
-      OutputIndentedAndFormattedString(0, "Using cached glyphsure data for the active version of %s", name.c_str());
-      return 0;
+    if (!FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphsureDataForActiveFont(name.Text(), cached, fontID))
+      return false;
+    MergeGlyphsureDictionaryIntoArray(fonts_, cached, &index_);
+    OutputIndentedAndFormattedString(0, "Using cached glyphsure data for the active version of %s", name.CString());
+    return true;
+  }
+
+  // The family of a font that is not known by name joins the array whole.
+  void MergeFamily(Dictionary record) {
+    if (!record.Contains(kGS_FamilyKey)) {
+      const std::string_view name = record.GetString(kGS_PostScriptNameKey).View();
+      record.Set(kGS_FamilyKey, name.substr(0, name.find('-')));
     }
+    Array found = Array::Create();
+    bool excludedRemote = false;
+    status_ = manager_.GetGlyphsureData(record, kFamilyName, excludedRemote, workgroupID_, &found);
+    MergeFontsIntoFontsArray(found, fonts_, &index_);
   }
-  Dictionary best;
-  const int status = GetGlyphsureDataForBestMatch(manager, record, workgroupID, best);
-  if (!best) {
-    if (tryFamilyNames && excludeInactiveFonts) return AppendFamily(manager, record, workgroupID, fonts);
-    return status;
-  }
-  if (best.GetString(kGS_PostScriptNameKey).View() != name) fonts.RemoveAt(index);
-  MergeGlyphsureDictionaryIntoArray(fonts, best);
-  return status;
-}
+
+  FontManagerInterface& manager_;
+  Array& fonts_;
+  FontNameIndex index_;
+  const int workgroupID_;
+  const bool excludesInactive_, triesFamilies_;
+  int status_ = 0;
+  std::vector<size_t> emptied_;  // falling
+};
 
 void RemoveInactive(FontManagerInterface& manager, Array& fonts) {
   const auto states = manager.GetFontIsActivated(fonts);
@@ -87,12 +130,7 @@ int AppendGlyphsureDataToFonts(Array fonts, int workgroupID, bool excludeInactiv
   FontManagerInterface* manager = ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   if (!fonts) return kErrorBadArgument;
-  int status = 0;
-  // From the end, so that an index stays valid: what is replaced or added stands at it or above.
-  for (size_t i = fonts.Count(); i-- > 0 && status != kErrorMarquineNotRunning;) {
-    if (!fonts.At(i)) continue;
-    status = EnrichOne(*manager, fonts, i, workgroupID, excludeInactiveFonts, tryFamilyNames);
-  }
+  const int status = Enrichment(*manager, fonts, workgroupID, excludeInactiveFonts, tryFamilyNames).Walk();
   if (excludeInactiveFonts) RemoveInactive(*manager, fonts);
   // True is the normal case, and the line is only a line.
   if (!bGetAllFontInfo && RemoveUnsluggableGlyphsureKeys(fonts)) {
@@ -115,8 +153,9 @@ Array CreateFontInfoArrayFromVectorOfIDs(FontManagerInterface& manager, const st
   Array fonts = Array::Create();
   for (const uint64_t id : ids) {
     String psName = name;
-    std::string found;
-    if (isFamilyName && manager.GetPostscriptNameByID(found, workgroupID, static_cast<unsigned>(id)) == 0) {
+    if (isFamilyName) {
+      std::string found;  // stays empty if the agent does not say
+      manager.GetPostscriptNameByID(found, workgroupID, static_cast<unsigned>(id));
       psName = String::FromUTF8(found);
     }
     Dictionary font = InfoOf(psName, id, workgroupID);

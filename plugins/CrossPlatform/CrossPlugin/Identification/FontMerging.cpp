@@ -136,9 +136,10 @@ int MergeGlyphsureDictionaryIntoArray(Array fontArray, const Dictionary& record,
   return static_cast<int>(*at);
 }
 
-void MergeFontsIntoFontsArray(const Array& srcFontArray, Array dstFontArray) {
+void MergeFontsIntoFontsArray(const Array& srcFontArray, Array dstFontArray, FontNameIndex* index) {
   if (!srcFontArray || !dstFontArray) return;
-  FontNameIndex index(dstFontArray);
+  std::optional<FontNameIndex> own;
+  if (!index) index = &own.emplace(dstFontArray);
   for (size_t i = 0; i < srcFontArray.Count(); ++i) {
     const Dictionary source(srcFontArray.At(i));
     if (!source) continue;
@@ -147,13 +148,13 @@ void MergeFontsIntoFontsArray(const Array& srcFontArray, Array dstFontArray) {
     if (!name) {
       OutputIndentedAndFormattedString(
           0, "WARNING: ignoring entry %d in srcFontArray because it does not contain a postscript name.", entry);
-    } else if (const auto at = index.Find(name.View())) {
-      MergeOne(entry, source, dstFontArray, index, *at);
+    } else if (const auto at = index->Find(name.View())) {
+      MergeOne(entry, source, dstFontArray, *index, *at);
     } else {
       OutputIndentedAndFormattedString(
           0, "Appending entry %d in srcFontArray (for '%s') because dstFontArray has no such postscript name.", entry,
           name.CString());
-      Append(dstFontArray, source, &index);
+      Append(dstFontArray, source, index);
     }
   }
 }

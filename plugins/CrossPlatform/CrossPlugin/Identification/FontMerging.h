@@ -3,8 +3,8 @@
 // completeness is its number of keys. Main thread only.
 //
 // Merging array into array, narrowing and trimming cost about as much as the names they are given, not their square. A loop
-// of one's own over many names gives MergeGlyphsureDictionaryIntoArray or AddFontToArray an index of the array, which they
-// keep in step; without one each call walks the array.
+// of one's own over many names gives the merges or AddFontToArray an index of the array, which they keep in step; without
+// one each call walks the array.
 #pragma once
 
 #include <string>
@@ -19,7 +19,8 @@ namespace GlyphsureSupport {
 // The index at which the font stands afterwards, or -50 if the entry found is null.
 int MergeGlyphsureDictionaryIntoArray(platform::Array fontArray, const platform::Dictionary& record,
                                       FontNameIndex* index = nullptr);
-void MergeFontsIntoFontsArray(const platform::Array& srcFontArray, platform::Array dstFontArray);
+void MergeFontsIntoFontsArray(const platform::Array& srcFontArray, platform::Array dstFontArray,
+                              FontNameIndex* index = nullptr);
 // For each named font of fontArray the slug's record, or else its own; null if either is null.
 platform::Array CreateGlyphsureSlugsWithGlyphsureFontsAndDocumentFonts(const platform::Array& slugArray,
                                                                        const platform::Array& fontArray);

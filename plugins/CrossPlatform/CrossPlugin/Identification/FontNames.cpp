@@ -5,6 +5,7 @@
 
 #include "Identification/FontRecords.h"
 #include "Services/DiagnosticLog.h"
+#include "platform/TextEncoding.h"
 
 namespace GlyphsureSupport {
 
@@ -153,12 +154,13 @@ bool PSNameMightHaveCruftAppended(const char* name, size_t bufferSize, char* out
 }
 
 String CreateResolvedMMFontName(const String& name) {
-  const std::string_view text = name.View();
+  // In characters, of which the last two are never looked at.
+  const std::u16string text = platform::UTF8ToUTF16(name.View()).value_or(std::u16string());
   bool isMarked = false;
   for (size_t i = 0; i + 2 < text.size(); ++i) {
     if (text[i] == 'M' && text[i + 1] == 'M' && (text[i + 2] == '-' || text[i + 2] == '_')) isMarked = true;
     if (text[i] != '_' || !isMarked) continue;
-    String base = String::FromUTF8(text.substr(0, i));
+    String base = String::FromUTF16(text.substr(0, i));
     OutputIndentedAndFormattedString(0, "GlyphsureSupport::CreateResolvedMMFontName changing '%s' to '%s'",
                                      name.CString(), base.CString());
     return base;

@@ -81,7 +81,7 @@ bool FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphsureDataForActiveFon
     // A font that was fetched inactive keeps its old status here; callers then ask the agent.
     const int state = platform::IntegerOfText(status.View());
     if (state != kStateTemporarilyActive && state != kStateActive) continue;
-    OutputIndentedAndFormattedString(-1,
+    OutputIndentedAndFormattedString(0,
                                      "Returning TRUE from FontDataPreviouslyGottenFromDatabase::%s('%s', ...) with "
                                      "version %s, Glyphsure_ActivationStatusKey=%s, Glyphsure_IsActiveKey=%s",
                                      __func__, postScriptName.c_str(), Text(record, kGS_VersionKey), status.CString(),
