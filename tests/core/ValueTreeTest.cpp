@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -25,24 +24,25 @@ GKVTree Nested(int depth) {
 }
 
 GKVTree EveryKind() {
+  const std::pair<const char*, GValue> entries[] = {{"bool", GValue(true)},
+                                                    {"byte", GValue('\x80')},
+                                                    {"ubyte", GValue(static_cast<unsigned char>(255))},
+                                                    {"short", GValue(static_cast<short>(-32768))},
+                                                    {"long", GValue(INT32_MIN)},
+                                                    {"ulong", GValue(UINT32_MAX)},
+                                                    {"u64", GValue(UINT64_MAX)},
+                                                    {"double", GValue(-2.5)},
+                                                    {"string", GValue("<&>'\"\r\n\t \xC3\xA4")},
+                                                    {"empty string", GValue("")},
+                                                    {"strings", GValue(std::vector<std::string>{"only"})},
+                                                    {"bools", GValue(std::vector<bool>{true, false})},
+                                                    {"set", GValue(std::set<unsigned>{3, 1})},
+                                                    {"none", GValue(std::set<std::string>())},
+                                                    {"tree", GValue(Nested(2))},
+                                                    {"empty tree", GValue(GKVTree())},
+                                                    {"key <\"'&>\r\n\t", GValue(5)}};
   GKVTree tree;
-  tree.SetValueForKey(GValue(true), "bool");
-  tree.SetValueForKey(GValue('\x80'), "byte");
-  tree.SetValueForKey(GValue(static_cast<unsigned char>(255)), "ubyte");
-  tree.SetValueForKey(GValue(static_cast<short>(-32768)), "short");
-  tree.SetValueForKey(GValue(std::numeric_limits<int>::min()), "long");
-  tree.SetValueForKey(GValue(std::numeric_limits<unsigned>::max()), "ulong");
-  tree.SetValueForKey(GValue(std::numeric_limits<uint64_t>::max()), "u64");
-  tree.SetValueForKey(GValue(-2.5), "double");
-  tree.SetValueForKey(GValue("<&>'\"\r\n\t \xC3\xA4"), "string");
-  tree.SetValueForKey(GValue(""), "empty string");
-  tree.SetValueForKey(GValue(std::vector<std::string>{"only"}), "strings");
-  tree.SetValueForKey(GValue(std::vector<bool>{true, false}), "bools");
-  tree.SetValueForKey(GValue(std::set<unsigned>{3, 1}), "set");
-  tree.SetValueForKey(GValue(std::set<std::string>()), "none");
-  tree.SetValueForKey(GValue(Nested(2)), "tree");
-  tree.SetValueForKey(GValue(GKVTree()), "empty tree");
-  tree.SetValueForKey(GValue(5), "key <\"'&>\r\n\t");
+  for (const auto& [key, value] : entries) tree.SetValueForKey(value, key);
   return tree;
 }
 
@@ -66,28 +66,33 @@ TEST(Values, GiveBackWhatTheyHold) {
   const GKVTree tree = EveryKind();
   const auto at = [&](const char* key) { return *tree.GetValuePtrForKey(key); };
   EXPECT_EQ(Get(at("bool"), true) | Get(at("byte"), '\x80') | Get<unsigned char>(at("ubyte"), 255), 0u);
-  EXPECT_EQ(Get<short>(at("short"), -32768) | Get(at("long"), std::numeric_limits<int>::min()), 0u);
+  EXPECT_EQ(Get<short>(at("short"), -32768) | Get(at("long"), INT32_MIN), 0u);
   EXPECT_EQ(Get(at("ulong"), UINT32_MAX) | Get(at("u64"), UINT64_MAX) | Get(at("double"), -2.5), 0u);
-  EXPECT_EQ(Get<std::string>(at("strings"), "only") | Get(at("bools"), false, 1), 0u);
+  EXPECT_EQ(Get<std::string>(at("strings"), "only") | Get(at("bools"), false, 1) | Get(at("tree"), Nested(2)), 0u);
+  std::set<unsigned> set{9};
+  EXPECT_EQ(at("set").GetValue(set), 0u);
+  EXPECT_EQ(set, (std::set<unsigned>{1, 3}));
+}
+
+TEST(Values, ReadsOfTheWrongTypeOrPastTheEndAreRefusedAndReported) {
+  const GKVTree tree = EveryKind();
+  const auto at = [&](const char* key) { return *tree.GetValuePtrForKey(key); };
+  const LogRecorder log;
   EXPECT_EQ(Get(at("bool"), 0), GValue::kValueTypeError);
   EXPECT_EQ(Get(at("bools"), false, 2), GValue::kArrayIndexError);
   EXPECT_EQ(Get(at("none"), std::string()), GValue::kArrayIndexError);
   EXPECT_EQ(Get(GValue::CreateNULLValue(), std::string()), GValue::kValueTypeError);
-  std::set<unsigned> set{9};
-  EXPECT_EQ(at("set").GetValue(set), 0u);
-  EXPECT_EQ(set, (std::set<unsigned>{1, 3}));
-  std::vector<std::string> texts{"old"};
-  EXPECT_EQ(at("bools").GetValue(texts), GValue::kValueTypeError);
-  EXPECT_EQ(texts.size(), 1u);
-  GKVTree inner;
-  EXPECT_EQ(at("tree").GetValue(inner), 0u);
-  EXPECT_EQ(inner, Nested(2));
-}
-
-TEST(Values, KnowWhetherTheyAreArrays) {
-  EXPECT_FALSE(GValue(1).IsArray() || GValue().IsArray());
-  EXPECT_TRUE(GValue(std::vector<int>{1}).IsArray() && GValue(std::vector<int>()).IsArray());
-  EXPECT_EQ(GValue(std::vector<int>()).GetValueType(), GValue::kValueType_long);
+  std::vector<unsigned> numbers{9};
+  std::set<std::string> texts;
+  EXPECT_EQ(at("bools").GetValue(numbers), GValue::kValueTypeError);
+  EXPECT_EQ(at("none").GetValue(numbers), GValue::kValueTypeError);  // an empty array has its type too
+  EXPECT_EQ(GValue().GetValue(texts), GValue::kValueTypeError);
+  EXPECT_EQ(numbers.size(), 1u);
+  EXPECT_EQ(at("none").GetValue(texts), 0u);
+  ASSERT_EQ(log.lines.size(), 7u);
+  EXPECT_THAT(log.lines[0], testing::HasSubstr("[Value]\t[Error]\tError='GValue::kValueTypeError'"));
+  EXPECT_THAT(log.lines[0], testing::HasSubstr("Expression='m_eValueType != type'"));
+  EXPECT_THAT(log.lines[1], testing::HasSubstr("Expression='index >= m_dataPtr->size()'"));
 }
 
 TEST(Values, CopiesShareAndAssignReplaces) {
@@ -98,6 +103,8 @@ TEST(Values, CopiesShareAndAssignReplaces) {
   EXPECT_TRUE(a == GValue(5) && a != b && GValue(5) != GValue(5u));
   EXPECT_TRUE(GValue(std::vector<int>{5, 6}) != GValue(std::vector<int>{5, 7}) &&
               GValue(Nested(1)) == GValue(Nested(1)));
+  EXPECT_FALSE(GValue(1).IsArray() || GValue().IsArray());
+  EXPECT_TRUE(GValue(std::vector<int>{1}).IsArray() && GValue(std::vector<int>()).IsArray());
 }
 
 TEST(Values, AsText) {
@@ -105,33 +112,22 @@ TEST(Values, AsText) {
   const std::pair<const char*, const char*> cases[] = {
       {"bool", "true"},   {"ulong", "4294967295"}, {"u64", "18446744073709551615"},
       {"double", "-2.5"}, {"short", "-32768"},     {"strings", "only"}};
+  std::string out;
   for (const auto& [key, text] : cases) {
-    std::string out;
     EXPECT_EQ(tree.GetValuePtrForKey(key)->GetValueAsUTF8String(out), 0u);
     EXPECT_EQ(out, text);
   }
-  std::string out;
   EXPECT_EQ(GValue(GKVTree()).GetValueAsUTF8String(out), GValue::kValueConversionError);
   EXPECT_EQ(GValue().GetValueAsUTF8String(out), GValue::kValueConversionError);
   EXPECT_EQ(GValue(1).GetValueAsUTF8String(out, 1), GValue::kArrayIndexError);
 }
 
-TEST(Values, FailedReadsAreReported) {
-  const LogRecorder log;
-  Get(GValue(1), true);
-  Get(GValue(1), 0, 1);
-  ASSERT_EQ(log.lines.size(), 2u);
-  EXPECT_THAT(log.lines[0], testing::HasSubstr("[Value]\t[Error]\tError='GValue::kValueTypeError'"));
-  EXPECT_THAT(log.lines[0], testing::HasSubstr("Expression='m_eValueType != type'"));
-  EXPECT_THAT(log.lines[1], testing::HasSubstr("Expression='index >= m_dataPtr->size()'"));
-}
-
 TEST(Values, TypeNames) {
-  const char* names[] = {"bool",   "TByte",  "TUByte", "TSInt16", "TSInt32", "TUInt32",
-                         "double", "string", "kvtree", "TUInt64", "null"};
-  for (int type = 0; type <= 10; ++type) {
-    EXPECT_STREQ(GValue::GetStringFromType(static_cast<GValue::EValueType>(type)), names[type]);
-    EXPECT_EQ(GValue::GetTypeFromString(names[type]), type);
+  int type = 0;
+  for (const char* name :
+       {"bool", "TByte", "TUByte", "TSInt16", "TSInt32", "TUInt32", "double", "string", "kvtree", "TUInt64", "null"}) {
+    EXPECT_STREQ(GValue::GetStringFromType(static_cast<GValue::EValueType>(type)), name);
+    EXPECT_EQ(GValue::GetTypeFromString(name), type++);
   }
   EXPECT_EQ(GValue::GetTypeFromString("Bool"), GValue::kValueType_NULL);
 }
@@ -144,14 +140,12 @@ TEST(Trees, KeepValuesByKey) {
   EXPECT_THAT(tree.GetKeys(), testing::ElementsAre("a", "b"));
   EXPECT_EQ(tree.GetValueTypeForKey("b"), GValue::kValueType_string);
   EXPECT_EQ(tree.GetValueTypeForKey("c"), GValue::kValueType_NULL);
-  EXPECT_EQ(tree.GetValuePtrForKey("c"), nullptr);
-  EXPECT_EQ(tree.GetWritableValuePtrForKey("c"), nullptr);
+  EXPECT_TRUE(!tree.GetValuePtrForKey("c") && !tree.GetWritableValuePtrForKey("c"));
   tree.GetWritableValuePtrForKey("a")->Assign(9);
-  EXPECT_EQ(Get(*tree.GetValuePtrForKey("a"), 9), 0u);
   GKVTree copy;
   copy.Assign(tree);
   tree.ClearValueForKey("a");
-  EXPECT_EQ(copy.GetKeys().size(), 2u);
+  EXPECT_EQ(Get(*copy.GetValuePtrForKey("a"), 9), 0u);
   tree.Clear();
   EXPECT_TRUE(tree.IsEmpty());
 }
@@ -173,14 +167,12 @@ TEST(TreeXML, HasOneForm) {
 }
 
 TEST(TreeXML, EveryKindComesBack) {
-  for (const char* prefix : {"", "x", "x:"}) {
-    for (const bool pretty : {false, true}) {
-      GKVTree read;
-      EXPECT_EQ(Parse(XMLOf(EveryKind(), prefix, pretty), read), 0u);
-      EXPECT_EQ(read, EveryKind());
-    }
-  }
   GKVTree read;
+  for (const auto& [prefix, pretty] : {std::pair{"", false}, {"x", true}, {"x:", false}}) {
+    read.Clear();
+    EXPECT_EQ(Parse(XMLOf(EveryKind(), prefix, pretty), read), 0u);
+    EXPECT_EQ(read, EveryKind());
+  }
   EXPECT_EQ(Parse(XMLOf(Nested(80)), read), 0u);
   EXPECT_EQ(read, Nested(80));
 }
@@ -195,7 +187,6 @@ TEST(TreeXML, RefusalsHaveCodes) {
   const std::tuple<std::string, TModuleErrorCode> cases[] = {
       {"", GLibXML::kParseFailed},
       {"<kvtree>", GLibXML::kParseFailed},
-      {"<kvtree>&undeclared;</kvtree>", GLibXML::kParseFailed},
       {"\xFF", GLibXML::kParseFailed},
       {std::string("<kvtree>\0</kvtree>", 18), GLibXML::kParseFailed},
       {"<other/>", Codes::kWrongElementName},
@@ -210,7 +201,6 @@ TEST(TreeXML, RefusalsHaveCodes) {
       {"<kvtree><kv key=\"k\"><str>x</str></kv></kvtree>", Codes::kWrongElementName},
       {"<kvtree><kv key=\"k\">" + good + "</kv><kv key=\"k\">" + good + "</kv></kvtree>",
        CoreErrorCodes::kItemAlreadyExists},
-      {WithValue("isArray=\"false\"", ""), Codes::kMissingRequiredAttribute},
       {WithValue("type=\"\"", ""), Codes::kMissingRequiredAttribute},
       {WithValue("type=\"String\"", ""), Codes::kInvalidAttributeContent},
       {WithValue("type=\"null\"", ""), Codes::kInvalidAttributeContent},
@@ -222,7 +212,6 @@ TEST(TreeXML, RefusalsHaveCodes) {
       {WithValue(ones, "<integer> </integer>"), Codes::kRequiredTextIsBlank},
       {WithValue(ones, "<integer>12a</integer>"), Codes::kInvalidTextContent},
       {WithValue(ones, "<integer>32768</integer>"), Codes::kInvalidTextContent},
-      {WithValue("type=\"bool\"", "<integer>2</integer>"), Codes::kInvalidTextContent},
       {WithValue("type=\"TUInt32\"", "<integer>-1</integer>"), Codes::kInvalidTextContent},
       {WithValue("type=\"TUInt64\"", "<integer>18446744073709551616</integer>"), Codes::kInvalidTextContent},
       {WithValue("type=\"TUInt32\" size=\"2\"", "<integer>1</integer>"), GValue::kValueSizeMismatch},
@@ -250,21 +239,13 @@ TEST(TreeXML, ReadsWhatOthersWrite) {
   EXPECT_EQ(*tree.GetValuePtrForKey("k"), GValue(UINT64_MAX));
 }
 
-TEST(TreeXML, EntitiesAndDepthAndSizeAreBounded) {
-  std::string bomb = "<!DOCTYPE kvtree [<!ENTITY a \"aaaaaaaaaa\">";
-  for (char c = 'b'; c < 'k'; ++c) {
-    bomb += std::string("<!ENTITY ") + c + " \"";
-    for (int i = 0; i < 10; ++i) bomb += std::string("&") + static_cast<char>(c - 1) + ";";
-    bomb += "\">";
-  }
-  const std::string outside = "<!DOCTYPE kvtree [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>";
+TEST(TreeXML, EntitiesAndDepthAreRefused) {
   std::string deep;
   for (int i = 0; i < 100'000; ++i) deep += "<kvtree>";
   GKVTree tree = Nested(0);
   for (const std::string& xml : {
-           bomb + "]>" + WithValue("type=\"string\"", "<str>&j;</str>"),
-           bomb + "]><kvtree><kv key=\"&j;\"></kv></kvtree>",
-           outside + WithValue("type=\"string\"", "<str>&x;</str>"),
+           "<!DOCTYPE kvtree [<!ENTITY x \"xx\">]>" + WithValue("type=\"string\"", "<str>&x;</str>"),
+           "<!DOCTYPE kvtree [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>" + WithValue("type=\"string\"", "<str/>"),
            std::string("<!DOCTYPE kvtree SYSTEM \"http://127.0.0.1/x.dtd\"><kvtree/>"),
            deep,
        }) {
@@ -276,31 +257,28 @@ TEST(TreeXML, EntitiesAndDepthAndSizeAreBounded) {
 TEST(TreeXML, ALineOfHundredMegabytesComesBackOrIsRefused) {
   GKVTree large, read;
   large.SetValueForKey(GValue(LongText()), "k");
-  if (const TModuleErrorCode code = Parse(XMLOf(large), read)) {  // a limit of the parser
-    EXPECT_EQ(code, GLibXML::kParseFailed);
-    EXPECT_TRUE(read.IsEmpty());
-  } else {
-    EXPECT_TRUE(read == large);
-  }
+  const TModuleErrorCode code = Parse(XMLOf(large), read);
+  EXPECT_TRUE(code == 0 ? read == large : code == GLibXML::kParseFailed && read.IsEmpty());  // a limit of the parser
 }
 
 TEST(TreeXML, WhatAReaderWouldRefuseIsNotWritten) {
-  GKVTree text, key, empty;
-  text.SetValueForKey(GValue(std::vector<std::string>{"fine", "\x01"}), "k");
-  key.SetValueForKey(GValue(1), "\xFF");
-  empty.SetValueForKey(GValue(1), "");
-  const std::pair<GKVTree, TModuleErrorCode> cases[] = {{text, Codes::kInvalidTextContent},
-                                                        {key, Codes::kInvalidAttributeContent},
-                                                        {empty, Codes::kMissingRequiredAttribute},
-                                                        {Nested(81), CoreErrorCodes::kNotSupported}};
+  const auto treeOf = [](const char* key, const GValue& value) {
+    GKVTree tree;
+    tree.SetValueForKey(value, key);
+    return tree;
+  };
+  const std::pair<GKVTree, TModuleErrorCode> cases[] = {
+      {treeOf("k", GValue(std::vector<std::string>{"fine", "\x01"})), Codes::kInvalidTextContent},
+      {treeOf("k", GValue("\xEF\xBF\xBF")), Codes::kInvalidTextContent},
+      {treeOf("k", GValue("\xEF\xBF\xBE")), Codes::kInvalidTextContent},
+      {treeOf("k", GValue("\xC3")), Codes::kInvalidTextContent},
+      {treeOf("\xFF", GValue(1)), Codes::kInvalidAttributeContent},
+      {treeOf("", GValue(1)), Codes::kMissingRequiredAttribute},
+      {Nested(81), CoreErrorCodes::kNotSupported}};
   for (const auto& [tree, code] : cases) {
     std::ostringstream stream;
     EXPECT_EQ(tree.WriteToXMLStream(stream), code);
     EXPECT_EQ(stream.str(), "");
-  }
-  for (const char* bad : {"\xEF\xBF\xBF", "\xEF\xBF\xBE", "\xC3"}) {
-    std::ostringstream stream;
-    EXPECT_EQ(GValue(bad).WriteToXMLStream(stream), Codes::kInvalidTextContent);
   }
 }
 

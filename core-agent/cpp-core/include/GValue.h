@@ -137,6 +137,7 @@ class GValue {
   void WriteXML(XMLElementWriter& writer, unsigned indent) const;
 
   void Replace(EValueType type, bool isArray, std::vector<GValueImpl> elements);
+  TModuleErrorCode CheckType(EValueType type) const;
   TModuleErrorCode Check(EValueType type, size_t index) const;
 
   EValueType m_eValueType = kValueType_NULL;
@@ -146,6 +147,8 @@ class GValue {
 
 template <class T>
 TModuleErrorCode GValue::GetValue(std::vector<T>& out) const {
+  // That of an array without elements too.
+  if (const TModuleErrorCode code = CheckType(GValue(T{}).m_eValueType)) return code;
   std::vector<T> values;
   for (size_t i = 0; i < m_dataPtr->size(); ++i) {
     T value{};

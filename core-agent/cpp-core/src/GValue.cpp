@@ -51,8 +51,13 @@ void GValue::Assign(const std::string& value) {
   Replace(kValueType_string, false, {element});
 }
 
-TModuleErrorCode GValue::Check(EValueType type, size_t index) const {
+TModuleErrorCode GValue::CheckType(EValueType type) const {
   RETURN_IF("Value", m_eValueType != type, kValueTypeError);
+  return CoreErrorCodes::kSuccess;
+}
+
+TModuleErrorCode GValue::Check(EValueType type, size_t index) const {
+  PASS_ON_ERROR(CheckType(type));
   RETURN_IF("Value", index >= m_dataPtr->size(), kArrayIndexError);
   return CoreErrorCodes::kSuccess;
 }
