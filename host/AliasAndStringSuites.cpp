@@ -116,8 +116,12 @@ const PSHandleSuite& HandleSuite() {
 }
 
 const ASZStringSuite& ZStringSuite() {
-  static constexpr ASZStringSuite sSuite = {MakeFromUnicode, MakeFromUTF8, LengthAsUnicode, AsUnicode,
-                                            LengthAsUTF8,    AsUTF8,       Release};
+  static constexpr ASZStringSuite sSuite = {MakeFromUnicode, LengthAsUnicode, AsUnicode, Release};
+  return sSuite;
+}
+
+const ASZStringSuite2& ZStringSuite2() {
+  static constexpr ASZStringSuite2 sSuite = {MakeFromUTF8, LengthAsUTF8, AsUTF8};
   return sSuite;
 }
 

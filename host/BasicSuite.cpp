@@ -30,6 +30,7 @@ std::vector<Suite>& Suites() {
       {kPSAliasSuite, kPSAliasSuiteVersion, &AliasSuite()},
       {kPSHandleSuite, kPSHandleSuiteVersion, &HandleSuite()},
       {kASZStringSuite, kASZStringSuiteVersion, &ZStringSuite()},
+      {kASZStringSuite, kASZStringSuite2Version, &ZStringSuite2()},
   };
   return sSuites;
 }

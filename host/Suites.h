@@ -17,6 +17,7 @@ const host_sdk::PSActionListSuite& ActionListSuite();
 const host_sdk::PSAliasSuite& AliasSuite();
 const host_sdk::PSHandleSuite& HandleSuite();
 const host_sdk::ASZStringSuite& ZStringSuite();
+const host_sdk::ASZStringSuite2& ZStringSuite2();
 
 size_t AcquiredSuites();  // acquisitions not yet released, over all suites
 void ForgetAcquisitions();

@@ -4,38 +4,38 @@
 #include <string>
 #include <string_view>
 
-#include "host/include/HostSuites.h"
+#include "host/include/HostTerminology.h"
 
 namespace host {
 
 using host_sdk::FourCharCode;
 
-inline constexpr FourCharCode kEventOpen = host_sdk::Code("Opn ");
-inline constexpr FourCharCode kEventMake = host_sdk::Code("Mk  ");
-inline constexpr FourCharCode kEventClose = host_sdk::Code("Cls ");
-inline constexpr FourCharCode kEventSave = host_sdk::Code("save");
-inline constexpr FourCharCode kEventSelect = host_sdk::Code("slct");
+inline constexpr FourCharCode kEventOpen = host_sdk::eventOpen;
+inline constexpr FourCharCode kEventMake = host_sdk::eventMake;
+inline constexpr FourCharCode kEventClose = host_sdk::eventClose;
+inline constexpr FourCharCode kEventSave = host_sdk::eventSave;
+inline constexpr FourCharCode kEventSelect = host_sdk::eventSelect;
 
-inline constexpr FourCharCode kClassApplication = host_sdk::Code("capp");
-inline constexpr FourCharCode kClassDocument = host_sdk::Code("Dcmn");
+inline constexpr FourCharCode kClassApplication = host_sdk::classApplication;
+inline constexpr FourCharCode kClassDocument = host_sdk::classDocument;
 
-inline constexpr FourCharCode kKeyTarget = host_sdk::Code("null");
-inline constexpr FourCharCode kKeyIn = host_sdk::Code("In  ");
-inline constexpr FourCharCode kKeyNew = host_sdk::Code("Nw  ");
-inline constexpr FourCharCode kKeySaving = host_sdk::Code("Svng");
-inline constexpr FourCharCode kKeyDocumentID = host_sdk::Code("DocI");
-inline constexpr FourCharCode kKeyFileReference = host_sdk::Code("FilR");
-inline constexpr FourCharCode kKeyIsDirty = host_sdk::Code("IsDr");
-inline constexpr FourCharCode kKeyTitle = host_sdk::Code("Ttl ");
-inline constexpr FourCharCode kKeyNumberOfDocuments = host_sdk::Code("NmbD");
-inline constexpr FourCharCode kKeyOperation = host_sdk::Code("Oper");
-inline constexpr FourCharCode kKeyServerPort = host_sdk::Code("SPor");
+inline constexpr FourCharCode kKeyTarget = host_sdk::keyTarget;
+inline constexpr FourCharCode kKeyIn = host_sdk::keyIn;
+inline constexpr FourCharCode kKeyNew = host_sdk::keyNew;
+inline constexpr FourCharCode kKeySaving = host_sdk::keySaving;
+inline constexpr FourCharCode kKeyDocumentID = host_sdk::keyDocumentID;
+inline constexpr FourCharCode kKeyFileReference = host_sdk::keyFileReference;
+inline constexpr FourCharCode kKeyIsDirty = host_sdk::keyIsDirty;
+inline constexpr FourCharCode kKeyTitle = host_sdk::keyTitle;
+inline constexpr FourCharCode kKeyNumberOfDocuments = host_sdk::keyNumberOfDocuments;
+inline constexpr FourCharCode kKeyOperation = host_sdk::keyOperation;
+inline constexpr FourCharCode kKeyServerPort = host_sdk::keyServerPort;
 
-inline constexpr FourCharCode kTypeOrdinal = host_sdk::Code("Ordn");
-inline constexpr FourCharCode kEnumTarget = host_sdk::Code("Trgt");
-inline constexpr FourCharCode kTypeYesNo = host_sdk::Code("YsN ");
-inline constexpr FourCharCode kEnumYes = host_sdk::Code("Ys  ");
-inline constexpr FourCharCode kEnumNo = host_sdk::Code("N   ");
+inline constexpr FourCharCode kTypeOrdinal = host_sdk::typeOrdinal;
+inline constexpr FourCharCode kEnumTarget = host_sdk::enumTarget;
+inline constexpr FourCharCode kTypeYesNo = host_sdk::typeYesNo;
+inline constexpr FourCharCode kEnumYes = host_sdk::enumYes;
+inline constexpr FourCharCode kEnumNo = host_sdk::enumNo;
 
 // The code of a name: the fixed one, or one made for the name at its first use, the same for the life of the process.
 FourCharCode TypeIDOfString(std::string_view name);

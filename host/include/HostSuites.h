@@ -173,16 +173,22 @@ struct PSHandleSuite {
   int32_t (*GetSize)(Handle handle);  // bytes
 };
 
+// Strings, made of UTF-16 and copied out as it.
 inline constexpr const char* kASZStringSuite = "AS ZString Suite";
 inline constexpr int32_t kASZStringSuiteVersion = 1;
 struct ASZStringSuite {
   SPErr (*MakeFromUnicode)(const uint16_t* text, uint32_t length, ASZString* string);
-  SPErr (*MakeFromUTF8)(const char* text, ASZString* string);
   uint32_t (*LengthAsUnicode)(ASZString string);
   SPErr (*AsUnicode)(ASZString string, uint16_t* buffer, uint32_t size);
+  SPErr (*Release)(ASZString string);
+};
+
+// The same strings in UTF-8; the other version releases them.
+inline constexpr int32_t kASZStringSuite2Version = 2;
+struct ASZStringSuite2 {
+  SPErr (*MakeFromUTF8)(const char* text, ASZString* string);
   uint32_t (*LengthAsUTF8)(ASZString string);  // without the NUL
   SPErr (*AsUTF8)(ASZString string, char* buffer, uint32_t size);
-  SPErr (*Release)(ASZString string);
 };
 
 }  // namespace host_sdk

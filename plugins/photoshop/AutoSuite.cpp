@@ -12,6 +12,7 @@ AutoSuite<PSActionListSuite> sPSActionList(kPSActionListSuite, kPSActionListSuit
 AutoSuite<PSAliasSuite> sPSAlias(kPSAliasSuite, kPSAliasSuiteVersion);
 AutoSuite<PSHandleSuite> sPSHandle(kPSHandleSuite, kPSHandleSuiteVersion);
 AutoSuite<ASZStringSuite> sASZString(kASZStringSuite, kASZStringSuiteVersion);
+AutoSuite<ASZStringSuite2> sASZString2(kASZStringSuite, kASZStringSuite2Version);
 
 AutoSuiteBase::AutoSuiteBase(const char* name, int32_t version) : mVersion(version), mName(name) {}
 
@@ -28,6 +29,6 @@ void AutoSuiteBase::ReleaseSuite() {
 
 void PIUSuitesRelease() {
   AutoSuiteBase* const suites[] = {&sPSActionControl, &sPSActionDescriptor, &sPSActionReference, &sPSActionList,
-                                   &sPSAlias,         &sPSHandle,           &sASZString};
+                                   &sPSAlias,         &sPSHandle,           &sASZString,         &sASZString2};
   for (AutoSuiteBase* suite : suites) suite->ReleaseSuite();
 }

@@ -46,6 +46,7 @@ extern AutoSuite<host_sdk::PSActionListSuite> sPSActionList;
 extern AutoSuite<host_sdk::PSAliasSuite> sPSAlias;
 extern AutoSuite<host_sdk::PSHandleSuite> sPSHandle;
 extern AutoSuite<host_sdk::ASZStringSuite> sASZString;
+extern AutoSuite<host_sdk::ASZStringSuite2> sASZString2;
 
 // Gives all of them back.
 void PIUSuitesRelease();

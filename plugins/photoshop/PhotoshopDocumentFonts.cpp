@@ -60,7 +60,8 @@ void PhotoshopFontUtils::GetDocumentFonts(const std::string& path, std::vector<s
   }
   if (!bytes.HasFailed()) return;
   fontNames.resize(before);
-  OutputIndentedAndFormattedString(0, "Unable to read %016zx bytes from '%s'", bytes.Size(), path.c_str());
+  OutputIndentedAndFormattedString(0, "Unable to read %016x bytes from '%s'", static_cast<unsigned>(bytes.Size()),
+                                   path.c_str());
 }
 
 SPErr PhotoshopFontUtils::PlayreplaceSubstitutes() {

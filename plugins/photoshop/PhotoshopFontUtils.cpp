@@ -1,9 +1,6 @@
 // The queries about documents.
 #include "photoshop/PhotoshopFontUtils.h"
 
-#include <algorithm>
-#include <cstring>
-
 #include "Documents/AllTrackedDocuments.h"
 #include "Identification/FontMerging.h"
 #include "Services/DiagnosticLog.h"
@@ -128,40 +125,6 @@ SPErr PhotoshopFontUtils::GetUTF8PathsForAllOpenDocuments(std::vector<std::strin
     if (error == kNoErr) paths.push_back(path);
   }
   return error;
-}
-
-SPErr PhotoshopFontUtils::AliasToFullPath(Handle alias, char* destination, size_t maximum) {
-  destination[0] = '\0';
-  int32_t kind = 0;
-  const SPErr error = sPSAlias->GetKind(alias, &kind);
-  if (error != kNoErr) return error;
-  if (kind == kAliasKindDirect) return sPSAlias->GetPath(alias, destination, static_cast<uint32_t>(maximum));
-  std::vector<uint16_t> text(static_cast<size_t>(sPSHandle->GetSize(alias)) * 2 + 1);
-  uint32_t length = 0;
-  const SPErr read = sPSAlias->GetUnicodePath(alias, text.data(), static_cast<uint32_t>(text.size()), &length);
-  if (read != kNoErr) return read;
-  ScopedZString string;
-  const SPErr made =
-      sASZString->MakeFromUnicode(text.data(), std::min(length, static_cast<uint32_t>(text.size())), string.Out());
-  if (made != kNoErr) return made;
-  std::vector<char> utf8(sASZString->LengthAsUTF8(string.Get()) + 1);
-  const SPErr copied = sASZString->AsUTF8(string.Get(), utf8.data(), static_cast<uint32_t>(utf8.size()));
-  if (copied == kNoErr) {
-    std::strncpy(destination, utf8.data(), maximum - 1);
-    destination[maximum - 1] = '\0';
-  }
-  return copied;
-}
-
-SPErr PhotoshopFontUtils::FullPathToAlias(const std::string& path, Handle* alias) {
-  if (path.starts_with("/cloud-content")) return sPSAlias->MakeFromPath(path.c_str(), alias);
-  ScopedZString string;
-  const SPErr made = sASZString->MakeFromUTF8(path.c_str(), string.Out());
-  if (made != kNoErr) return made;
-  std::vector<uint16_t> text(sASZString->LengthAsUnicode(string.Get()) + 1);
-  const SPErr copied = sASZString->AsUnicode(string.Get(), text.data(), static_cast<uint32_t>(text.size()));
-  if (copied != kNoErr) return copied;
-  return sPSAlias->MakeFromUnicodePath(text.data(), sASZString->LengthAsUnicode(string.Get()), alias);
 }
 
 std::string PhotoshopFontUtils::GetUTF8EncodedPathFromFileAlias(Handle alias) {

@@ -11,6 +11,14 @@
 
 class FontProgressProperties;
 class OneTrackedDocument;
+class PSFU_FreeZone;
+
+// What the walk of a descriptor collects.
+struct DescriptorTexts {
+  std::vector<std::string> fontNames;  // each once
+  int fontCount = 0;                   // how many of them the walk added
+  std::vector<std::string> fileReferences;
+};
 
 class PhotoshopFontUtils {
  public:
@@ -32,9 +40,14 @@ class PhotoshopFontUtils {
   // Close the current document without saving; open a path. Silently, with a progress box from the one to the other.
   static SPErr PlayeventClose();
   static SPErr PlayeventOpen(const std::string& path);
+  // These three answer what the host could do and has; the reopen of a document made them needless, and no flow calls them.
   static SPErr PlayreplaceSubstitutes();
   static bool CanReplaceSubstitutes() { return true; }
   static SPErr GetPhotoshopFonts(std::vector<std::string>& names);
+
+  // The recursive walk of a descriptor, which stays the caller's: every key goes to the trace, texts go to `found`. A host
+  // error ends it with what was found so far. For the day on which the host's events tell of fonts; no flow calls it.
+  static SPErr ProcessDescriptor(host_sdk::PIActionDescriptor descriptor, DescriptorTexts& found);
 
   // The names that the document's file holds, duplicates too; nothing if it can't be read.
   static void GetDocumentFonts(const std::string& path, std::vector<std::string>& fontNames, bool bOpeningNewDocument);
@@ -47,9 +60,12 @@ class PhotoshopFontUtils {
   static void AcquireSuite(const char* name, int32_t version, const void** suite);
   static void ReleaseSuite(const char* name, int32_t version, const void** suite);
 
-  // Host errors.
+  // The destination has `maximum` bytes and is empty after a failure; a longer path of an alias is cut.
   static SPErr AliasToFullPath(host_sdk::Handle alias, char* destination, size_t maximum);
   static SPErr FullPathToAlias(const std::string& path, host_sdk::Handle* alias);
+  // A file that is found again after a rename, by data that can be stored (platform/Bookmark.h).
+  static SPErr BookmarkToFullPath(const platform::Data& bookmark, char* destination, size_t maximum);
+  static SPErr FullPathToBookmark(const std::string& path, platform::Data* bookmark);
 
   static void ResetForTesting();
 
@@ -59,6 +75,11 @@ class PhotoshopFontUtils {
   // The one indeterminate progress box from a close to the reopen; null while it does not show.
   static std::unique_ptr<FontProgressProperties> pProgressProperties;
 
+  // While ProcessDescriptor runs: what its walk has met and not given back.
+  static PSFU_FreeZone* sFreeZone;
+
+  static SPErr ProcessInfoFromDescriptor(host_sdk::PIActionDescriptor descriptor, DescriptorTexts& found);
+  static SPErr ProcessInfoFromList(host_sdk::PIActionList list, host_sdk::FourCharCode key, DescriptorTexts& found);
   static int IndexOfDocumentWithPath(const std::string& path);
   static bool IsTrackedDocumentBeingOpened(OneTrackedDocument& document);
 };

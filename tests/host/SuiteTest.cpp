@@ -23,6 +23,7 @@ class SuiteTest : public HostTest {
   const PSAliasSuite& aliases = host::AliasSuite();
   const PSHandleSuite& handles = host::HandleSuite();
   const ASZStringSuite& strings = host::ZStringSuite();
+  const ASZStringSuite2& utf8 = host::ZStringSuite2();
 
   void SetUp() override {
     HostTest::SetUp();
@@ -33,7 +34,7 @@ class SuiteTest : public HostTest {
     references.Make(&reference);
     const uint16_t path[] = {'/', 0xE9};
     aliases.MakeFromUnicodePath(path, 2, &alias);
-    strings.MakeFromUTF8("text", &string);
+    utf8.MakeFromUTF8("text", &string);
   }
   void TearDown() override {
     EXPECT_EQ(host::LiveObjects().Total(), 4u) << "a refused call left an object";
@@ -137,7 +138,7 @@ TEST_F(SuiteTest, AliasesStringsBlocksAndSuitesRefuseWrongUse) {
       {"no path", aliases.MakeFromPath(nullptr, &alias), kBadParameters},
       {"no handle", handles.Dispose(nullptr), kBadParameters},
       {"a string of broken text", strings.MakeFromUnicode(loneSurrogate, 1, &string), kBadParameters},
-      {"a string of broken bytes", strings.MakeFromUTF8("\xC3", &string), kBadParameters},
+      {"a string of broken bytes", utf8.MakeFromUTF8("\xC3", &string), kBadParameters},
       {"no string", strings.Release(As<ASZString>(alias)), kBadParameters},
       {"a block that is none", blocks.FreeBlock(&onStack), kBadParameters},
       {"a block larger than memory", blocks.AllocateBlock(SIZE_MAX / 2, "large", &block), kOutOfMemory},
@@ -147,7 +148,7 @@ TEST_F(SuiteTest, AliasesStringsBlocksAndSuitesRefuseWrongUse) {
       {"a release without an acquisition", basic.ReleaseSuite(kSPBlocksSuite, 2), kBadParameters},
   });
   EXPECT_EQ(handles.GetSize(As<Handle>(string)), 0);
-  EXPECT_EQ(strings.LengthAsUTF8(As<ASZString>(alias)), 0u);
+  EXPECT_EQ(utf8.LengthAsUTF8(As<ASZString>(alias)), 0u);
   EXPECT_EQ(suite, nullptr);
   EXPECT_FALSE(basic.IsEqual(nullptr, nullptr));
 }

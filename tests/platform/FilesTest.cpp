@@ -12,6 +12,7 @@
 #include <csignal>
 #include <set>
 
+#include "platform/Bookmark.h"
 #include "platform/FileLock.h"
 #include "support/TempFolder.h"
 
@@ -199,6 +200,27 @@ TEST(Files, TheLockIsHeldAgainstOtherProcessesAndFreeAfterADeath) {
 
   const FileLock nowhere(folder / "missing/file", &error);
   EXPECT_EQ(error, std::errc::no_such_file_or_directory);
+}
+
+TEST(Bookmark, FindsAFileUnderItsPathOrItsNewName) {
+  const TempFolder folder;
+  const std::string path = folder.Write("\xE4.psd", "one"), renamed = folder / "b.psd", moved = folder / "elsewhere";
+  const Data bookmark = CreateBookmark(path);
+  EXPECT_EQ(ResolveBookmark(bookmark), path);
+  std::filesystem::rename(path, renamed);
+  EXPECT_EQ(ResolveBookmark(bookmark), renamed);
+  // What took the path is what a program saved there.
+  folder.Write("\xE4.psd", "two");
+  EXPECT_EQ(ResolveBookmark(bookmark), path);
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(moved);
+  std::filesystem::rename(renamed, moved + "/b.psd");
+  folder.Write("another.psd", "three");
+  EXPECT_EQ(ResolveBookmark(bookmark), "");
+  EXPECT_FALSE(CreateBookmark(folder / "absent"));
+  for (const std::string_view broken : {"", "no bookmark", "<dict><key>Path</key><data>Li4=</data></dict>"}) {
+    EXPECT_EQ(ResolveBookmark(Data::From(std::as_bytes(std::span(broken)))), "") << broken;
+  }
 }
 
 }  // namespace

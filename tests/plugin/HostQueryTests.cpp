@@ -59,6 +59,19 @@ TEST_F(HostQuery, ListsThePathsOfWhatIsOnDisk) {
   EXPECT_EQ(unchanged, "unchanged");
 }
 
+TEST_F(HostQuery, ABookmarkGivesItsPathWhereThereIsRoom) {
+  const std::string path = WriteDocument("a.psd", {});
+  platform::Data bookmark;
+  ASSERT_EQ(PhotoshopFontUtils::FullPathToBookmark(path, &bookmark), kNoErr);
+  char buffer[1024] = "kept";
+  EXPECT_EQ(PhotoshopFontUtils::BookmarkToFullPath(bookmark, buffer, path.size()), host_sdk::kBadParameters);
+  EXPECT_STREQ(buffer, "");
+  EXPECT_EQ(PhotoshopFontUtils::BookmarkToFullPath(bookmark, buffer, path.size() + 1), kNoErr);
+  EXPECT_EQ(buffer, path);
+  EXPECT_EQ(PhotoshopFontUtils::FullPathToBookmark(folder / "absent.psd", &bookmark), kNoSuchObject);
+  EXPECT_EQ(PhotoshopFontUtils::BookmarkToFullPath(platform::Data(), buffer, sizeof buffer), kNoSuchObject);
+}
+
 TEST_F(HostQuery, ASuiteThatTheHostLacksIsThrownAsItsError) {
   app.missingSuites = {host_sdk::kPSActionControlSuite};
   int id = 0;

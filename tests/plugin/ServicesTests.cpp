@@ -71,7 +71,7 @@ TEST_F(Services, ProgressCountsDownInItsHeader) {
   EXPECT_EQ(progress.GetProperties().GetIntForKey("CurrentProgress"), 5);
   EXPECT_EQ(progress.GetProperties().GetIntForKey("MaxProgress"), 5);
   EXPECT_EQ(progress.GetProperties().GetStringForKey("Status").View(), "Alpha");
-  EXPECT_FALSE(progress.GetProperties().GetBoolForKey("IsIndeterminate"));
+  EXPECT_EQ(progress.GetProperties().GetIntForKey("IsIndeterminate"), 0);
 }
 
 TEST_F(Services, AHostIsKnownByTheBeginningOfItsName) {

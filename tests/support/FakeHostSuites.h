@@ -297,19 +297,25 @@ inline const ASZStringSuite& Strings() {
       [](const uint16_t* text, uint32_t length, ASZString* out) {
         return Give(out, ZStringObject{std::u16string(text, text + length)});
       },
-      [](const char* text, ASZString* out) {
-        return Give(out, ZStringObject{platform::UTF8ToUTF16(text).value_or(u"")});
-      },
       [](ASZString string) { return static_cast<uint32_t>(string->text.size()); },
       [](ASZString string, uint16_t* buffer, uint32_t size) {
         std::copy_n(string->text.begin(), std::min<size_t>(size, string->text.size()), buffer);
         return kNoErr;
       },
+      [](ASZString string) { return TakeBack(string); },
+  };
+  return sSuite;
+}
+
+inline const ASZStringSuite2& StringsInUTF8() {
+  static const ASZStringSuite2 sSuite = {
+      [](const char* text, ASZString* out) {
+        return Give(out, ZStringObject{platform::UTF8ToUTF16(text).value_or(u"")});
+      },
       [](ASZString string) { return static_cast<uint32_t>(platform::UTF16ToUTF8(string->text).value_or("").size()); },
       [](ASZString string, char* buffer, uint32_t size) {
         return CopyText(platform::UTF16ToUTF8(string->text).value_or(""), buffer, size);
       },
-      [](ASZString string) { return TakeBack(string); },
   };
   return sSuite;
 }
@@ -410,7 +416,7 @@ inline const SPBlocksSuite& Blocks() {
   return sSuite;
 }
 
-inline const void* SuiteNamed(const std::string& name) {
+inline const void* SuiteNamed(const std::string& name, int32_t version) {
   const std::map<std::string, const void*> suites = {
       {kSPBlocksSuite, &Blocks()},
       {kPSActionControlSuite, &Control()},
@@ -419,7 +425,7 @@ inline const void* SuiteNamed(const std::string& name) {
       {kPSActionListSuite, &Lists()},
       {kPSAliasSuite, &Aliases()},
       {kPSHandleSuite, &Handles()},
-      {kASZStringSuite, &Strings()},
+      {kASZStringSuite, version == kASZStringSuite2Version ? static_cast<const void*>(&StringsInUTF8()) : &Strings()},
   };
   const auto found = suites.find(name);
   return found == suites.end() ? nullptr : found->second;
@@ -429,9 +435,9 @@ inline const void* SuiteNamed(const std::string& name) {
 
 inline const host_sdk::SPBasicSuite& FakeHost::Basic() {
   static const host_sdk::SPBasicSuite sSuite = {
-      [](const char* name, int32_t, const void** suite) {
+      [](const char* name, int32_t version, const void** suite) {
         FakeHost& host = Current();
-        *suite = host.missingSuites.count(name) > 0 ? nullptr : host_suites::SuiteNamed(name);
+        *suite = host.missingSuites.count(name) > 0 ? nullptr : host_suites::SuiteNamed(name, version);
         if (!*suite) return host_sdk::kSuiteNotFound;
         ++host.suites[name];
         return host_sdk::kNoErr;
