@@ -67,7 +67,7 @@ const StageRow kStageRows[] = {
     {"FontKind=OpenType - TT", "FontKind=OpenType - PS", "", kNone},
     {"FontKind=OpenType - TT", "FontKind=PostScript - MM", "", kNone},
     {"FontKind=OpenType", "Foundry=Adobe", "", kFormat},
-    {"Foundry=Adobe Systems", "", "", kAdobe},
+    {"Foundry=The Adobe", "", "", kAdobe},
     {"Foundry=ADOBE", "", "", kNone},
     {"Foundry=Adobe", "Foundry=", "", kAdobe},
     {"Foundry=Adobe|Version=", "", "", kAdobe},

@@ -128,7 +128,10 @@ TEST_F(Classification, EndsWhereItIsTold) {
   EXPECT_EQ(Classify(ArrayOf({platform::Value(), Record({{"Family", "F"}}), Named("A"), Named("A")}), true), 0);
   EXPECT_EQ(MatchesOf(matched), "1");
   EXPECT_EQ(problems.Count(), 0u);
-  EXPECT_EQ(ui->TakeShown(), (std::vector<std::string>{"hide", "hide"}));
+  agent.FailNext(AgentFunction::GetFontInfoByID, kErrorMarquineNotRunning);
+  EXPECT_EQ(Classify(ArrayOf({Named("A"), Named("A")}), true), kErrorMarquineNotRunning);
+  EXPECT_EQ(matched.Count() + problems.Count(), 0u) << "a lost connection ends the walk";
+  EXPECT_EQ(ui->TakeShown(), (std::vector<std::string>{"hide", "hide", "hide"}));
   agent.onCall = [](AgentFunction function) {
     if (function == AgentFunction::GetFontInfoByID) throw std::runtime_error("the agent's library");
   };
@@ -198,6 +201,7 @@ TEST_F(Enriching, RecordFoundUnderAnotherNameTakesThePlace) {
   } rows[] = {
       {{"Active-Bold", "ABCDEF+Idle"}, "Idle Active"},
       {{"Idle", "Active-Bold", "Nowhere", "Active-Light", "Idle-Bold"}, "Idle Nowhere Active"},
+      {{"Acti ve", "Idle"}, "Idle Active"},
   };
   for (const auto& row : rows) {
     Array fonts = Array::Create();
@@ -218,9 +222,18 @@ TEST_F(Enriching, CacheAnswersForActiveFontsWithoutTheAgent) {
   AppendGlyphsureDataToFonts(again, kAll, true, false, false);
   EXPECT_TRUE(again.Equals(first));
   EXPECT_EQ(agent.Count("GetFontsByPostscriptName"), 0u);
+  AppendGlyphsureDataToFonts(again, kAll, false, false, false);
+  EXPECT_GT(agent.Count("GetFontsByPostscriptName"), 0u) << "the cache knows only what is active";
   agent.FailNext(AgentFunction::GetFontsByPostscriptName, 0x01000001);
   EXPECT_NE(AppendGlyphsureDataToFonts(ArrayOf({Named("Active"), Named("Idle")}), kAll, true, false, false), 0)
       << "an answer from the cache is no look-up, so the status of the last one stands";
+}
+
+TEST_F(Enriching, LostConnectionEndsTheWalk) {
+  const Array fonts = ArrayOf({Named("Active"), Named("Idle")});
+  agent.FailNext(AgentFunction::GetFontInfoByID, kErrorMarquineNotRunning);
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, false, true, false), kErrorMarquineNotRunning);
+  EXPECT_EQ(Dictionary(fonts.At(0)).Count(), 1u);
 }
 
 TEST_F(Enriching, LastFontWithIDsWins) {

@@ -49,6 +49,8 @@ const IdentityRow kIdentityRows[] = {
     {"a proof does not make three keys of two", "Glyphsure_1.2_Checksum=77", "", false},
     {"a newer checksum of 0 leaves it to the older", "Family=Sans|Glyphsure_1.2_Checksum=0|Checksum=56", "", false},
     {"the candidate's is 0", "Family=Sans|Glyphsure_1.2_Checksum=1|Checksum=55", "Glyphsure_1.2_Checksum=0", true},
+    {"and leaves it to the older", "Family=Sans|Glyphsure_1.2_Checksum=1|Checksum=56", "Glyphsure_1.2_Checksum=0",
+     false},
     {"the candidate lacks the checksum", "Family=Sans|Checksum=55", "Checksum=", false},
     {"checksums are numbers of 32 bits", "Family=Sans|Glyphsure_1.2_Checksum= 4294967373", "", true},
     {"negative as well", "Family=Sans|Checksum=-1", "Checksum=4294967295", true},
