@@ -16,6 +16,7 @@ namespace plugin_interface {
 struct AgentConnection::State {
   platform::Descriptor socket;
   NotificationHandler onNotification;
+  void (*onLost)() = nullptr;
 
   std::mutex sending;  // one message at a time
 
@@ -24,6 +25,7 @@ struct AgentConnection::State {
   std::map<uint64_t, CallResult> replies;
   uint64_t lastID = 0;
   bool isLost = false;
+  bool isClosed = false;  // by this side
   std::thread::id reader;
   bool readerHasEnded = false;
   std::condition_variable readerEnded;
@@ -65,16 +67,17 @@ void AgentConnection::State::Lose() {
   shutdown(socket.Get(), SHUT_RDWR);
 }
 
-AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification)
+AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)())
     : state_(std::make_shared<State>()) {
   state_->socket = std::move(socket);
   state_->onNotification = std::move(onNotification);
+  state_->onLost = onLost;
   // On its own from the start: a lost connection may lie about for long before somebody takes it down.
   std::thread([state = state_] { ReadUntilLost(state); }).detach();
 }
 
 AgentConnection::~AgentConnection() {
-  state_->Lose();
+  Close();
   std::unique_lock lock(state_->mutex);
   if (state_->reader == std::this_thread::get_id()) return;
   state_->readerEnded.wait(lock, [this] { return state_->readerHasEnded; });
@@ -93,9 +96,14 @@ void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
     }
   }
   state->Lose();
-  const std::lock_guard lock(state->mutex);
-  state->readerHasEnded = true;
-  state->readerEnded.notify_all();
+  bool wasClosed = false;
+  {
+    const std::lock_guard lock(state->mutex);
+    wasClosed = state->isClosed;
+    state->readerHasEnded = true;
+    state->readerEnded.notify_all();
+  }
+  if (!wasClosed) state->onLost();
 }
 
 CallResult AgentConnection::Call(const char* name, Json arguments) {
@@ -128,7 +136,13 @@ CallResult AgentConnection::Call(const char* name, Json arguments) {
   return reply ? std::move(reply.mapped()) : gone;
 }
 
-void AgentConnection::Close() { state_->Lose(); }
+void AgentConnection::Close() {
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->isClosed = true;
+  }
+  state_->Lose();
+}
 
 bool AgentConnection::IsLost() const {
   const std::lock_guard lock(state_->mutex);

@@ -26,8 +26,9 @@ class AgentConnection {
   // Called on the reader thread, in the order in which the agent sent them.
   using NotificationHandler = std::function<void(const Json&)>;
 
-  // Throws std::system_error if no thread can be had.
-  AgentConnection(platform::Descriptor socket, NotificationHandler onNotification);
+  // onLost runs at the end of the reader thread, if it was not this side that ended the connection; it may take its time,
+  // and must not throw. Throws std::system_error if no thread can be had.
+  AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)());
   ~AgentConnection();  // closes; waits for the reader, unless called by it
   AgentConnection(const AgentConnection&) = delete;
   AgentConnection& operator=(const AgentConnection&) = delete;

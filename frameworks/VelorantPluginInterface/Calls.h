@@ -2,29 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <new>
 #include <nlohmann/json.hpp>
 #include <string_view>
-#include <system_error>
 
 #include "frameworks/VelorantPluginInterface/Facade.h"
+#include "frameworks/VelorantPluginInterface/Guarded.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
 
 namespace plugin_interface {
-
-// Runs the body of an exported function: nothing is thrown to the caller, who may be of another make.
-template <class Body>
-TModuleErrorCode Guarded(const Body& body) {
-  try {
-    return body();
-  } catch (const Json::exception&) {
-    return kInvalidMessage;
-  } catch (const std::bad_alloc&) {
-    return kOutOfMemory;
-  } catch (const std::system_error&) {
-    return kOutOfMemory;  // no further thread for the connection
-  }
-}
 
 CallResult CallAgent(PluginInterface::FacadeHandle handle, const char* name, Json arguments = Json::object());
 

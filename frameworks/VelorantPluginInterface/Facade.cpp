@@ -1,10 +1,12 @@
 #include "frameworks/VelorantPluginInterface/Facade.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <thread>
 
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/AgentProcess.h"
+#include "frameworks/VelorantPluginInterface/Guarded.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
 #include "platform/Folders.h"
@@ -15,36 +17,67 @@ namespace {
 
 constexpr auto kPatience = std::chrono::seconds(10);
 constexpr auto kPause = std::chrono::milliseconds(10);
+constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // for an agent that somebody else starts
 
-platform::Descriptor ReachAgent() {
+platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
   std::error_code error;
-  return platform::ConnectLocal(platform::GetPlaces().runtime, agent_protocol::kAgentSocketName, error);
+  return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
 }
 
 // An agent that was launched a moment ago does not listen yet. Its callers relaunch without a pause, so the waiting is
 // done here, as long as there is a process to wait for.
-platform::Descriptor AwaitAgent() {
+platform::Descriptor AwaitAgent(const std::string& runtimeFolder) {
   const auto end = std::chrono::steady_clock::now() + kPatience;
   for (;;) {
-    platform::Descriptor socket = ReachAgent();
+    platform::Descriptor socket = ReachAgent(runtimeFolder);
     if (socket || std::chrono::steady_clock::now() >= end) return socket;
     // Asked after the socket: an agent that began to listen in between is found by the next round.
-    if (!IsAgentProcessRunning(platform::GetPlaces().runtime)) return ReachAgent();
+    if (!IsAgentProcessRunning(runtimeFolder)) return ReachAgent(runtimeFolder);
     std::this_thread::sleep_for(kPause);
   }
 }
 
 struct Facades {
   std::mutex mutex;
+  std::condition_variable discarded;
   std::shared_ptr<Facade> current;
   PluginInterface::FacadeHandle lastHandle = 0;
   HeldFonts held;
+
+  // Takes away a facade whose agent is gone if another agent answers, and makes one if there is none. The mutex is held.
+  // What was taken away is to be retired without it: that waits for a reader, which may be in a callback that calls here.
+  std::shared_ptr<Facade> Renew(const std::string& runtimeFolder) {
+    std::shared_ptr<Facade> replaced;
+    if (current && current->IsLost() && ReachAgent(current->RuntimeFolder())) replaced = std::move(current);
+    if (!current) current = std::make_shared<Facade>(++lastHandle, held, runtimeFolder);
+    return replaced;
+  }
 };
 
 // Never destroyed: a reader thread may still run when the process ends.
 Facades& All() {
   static auto* facades = new Facades;
   return *facades;
+}
+
+// Waits on a reader's thread that has nothing more to read, until the lost facade is discarded or an agent answers.
+void ReturnToNextAgent() {
+  Facades& all = All();
+  std::shared_ptr<Facade> renewed;
+  std::shared_ptr<Facade> replaced;
+  {
+    std::unique_lock lock(all.mutex);
+    while (!replaced) {
+      if (!all.current || !all.current->IsLost()) return;
+      const std::string runtimeFolder = all.current->RuntimeFolder();
+      replaced = all.Renew(runtimeFolder);
+      if (!replaced) all.discarded.wait_for(lock, kBetweenLooks);
+    }
+    renewed = all.current;
+  }
+  replaced->Retire();
+  // If that fails, the next call tries again and has somebody to tell.
+  Guarded([&] { return renewed->Connect(); });
 }
 
 }  // namespace
@@ -71,9 +104,9 @@ uint32_t Facade::Connect() {
     if (isRetired_) return PluginInterface::kAgentShutdownCode;
     if (connection_) return connection_->IsLost() ? PluginInterface::kAgentShutdownCode : kSuccess;
   }
-  platform::Descriptor socket = AwaitAgent();
+  platform::Descriptor socket = AwaitAgent(runtimeFolder_);
   if (!socket) return PluginInterface::kServiceUnavailableCode;
-  const auto connection = std::make_shared<AgentConnection>(std::move(socket), Deliver);
+  const auto connection = std::make_shared<AgentConnection>(std::move(socket), Deliver, ReturnToNextAgent);
   if (const uint32_t code = Greet(*connection)) return code;
   {
     const std::lock_guard lock(mutex_);
@@ -132,11 +165,9 @@ std::shared_ptr<Facade> CurrentFacade() {
   std::shared_ptr<Facade> current;
   {
     const std::lock_guard lock(all.mutex);
-    if (all.current && all.current->IsLost() && ReachAgent()) replaced = std::move(all.current);
-    if (!all.current) all.current = std::make_shared<Facade>(++all.lastHandle, all.held);
+    replaced = all.Renew(platform::GetPlaces().runtime);
     current = all.current;
   }
-  // Outside the lock: ending a connection waits for its reader, which may be in a callback that calls the library.
   if (replaced) replaced->Retire();
   return current;
 }
@@ -157,6 +188,7 @@ void DiscardFacade(bool keepFonts) {
     const std::lock_guard lock(all.mutex);
     discarded = std::move(all.current);
     all.current = nullptr;
+    all.discarded.notify_all();
   }
   if (!discarded) return;
   if (keepFonts) discarded->Disconnect(true);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <string>
 
 #include "frameworks/VelorantPluginInterface/AgentConnection.h"
 #include "frameworks/VelorantPluginInterface/HeldFonts.h"
@@ -16,9 +17,12 @@ namespace plugin_interface {
 // Any thread may use any operation.
 class Facade {
  public:
-  Facade(PluginInterface::FacadeHandle handle, HeldFonts& held) : handle_(handle), held_(held) {}
+  // The agent's socket lies in the runtime folder.
+  Facade(PluginInterface::FacadeHandle handle, HeldFonts& held, std::string runtimeFolder)
+      : handle_(handle), held_(held), runtimeFolder_(std::move(runtimeFolder)) {}
 
   PluginInterface::FacadeHandle Handle() const { return handle_; }
+  const std::string& RuntimeFolder() const { return runtimeFolder_; }
   // Connects unless that is done: 0, an agent-gone code, or kVersionMismatch for an agent that speaks another protocol.
   // An agent that has just been started is waited for; without one the answer comes at once.
   uint32_t Connect();
@@ -39,13 +43,15 @@ class Facade {
 
   const PluginInterface::FacadeHandle handle_;
   HeldFonts& held_;
+  const std::string runtimeFolder_;
   std::mutex connecting_;     // one thread connects at a time
   mutable std::mutex mutex_;  // guards what follows
   ConnectionRef connection_;
   bool isRetired_ = false;
 };
 
-// The process's current facade, made if there is none. One whose agent is gone is replaced when an agent answers again.
+// The process's current facade, made if there is none. One whose agent is gone is replaced when an agent answers again,
+// here or by itself: a client may have open documents and yet ask nothing more, and their fonts shall not wait for it.
 std::shared_ptr<Facade> CurrentFacade();
 // The facade of a handle; null with a code for one that was replaced (agent gone) or never given (invalid parameter).
 std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t& code);

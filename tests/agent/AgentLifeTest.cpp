@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -76,16 +77,23 @@ TEST_F(AgentLife, AKilledAgentsLinksGoAtTheNextStartIfNobodyAsks) {
   EXPECT_THAT(Links(), IsEmpty());
 }
 
-// Another program may have started it again: the handle that is fetched for each call finds the way.
-TEST_F(AgentLife, AnAgentThatCameBackByItselfIsFound) {
-  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+// Another program may start it again, and a plug-in that saw it die asks nothing more: its documents are open all the same.
+TEST_F(AgentLife, AnAgentThatCameBackByItselfGetsTheFontsOfAClientThatIsSilent) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
+  vpi_.RegisterForNotifications(Handle(), &Recorder::Callback);
   ASSERT_EQ(Activate({serif}), 1u);
+  const FacadeHandle before = Handle();
   End(SIGKILL);
-  int32_t online = 99;
-  EXPECT_NE(vpi_.GetIsOnline(Handle(), &online), 0u);
   LaunchAndAwait();
-  EXPECT_EQ(vpi_.GetIsOnline(Handle(), &online), 0u);
-  EXPECT_TRUE(IsActive(serif));
+  RawClient other(state_ / "run");
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kMostMilliseconds);
+  while (other.Ask("GetFontIsActivated", {{"fontIDs", {serif}}})["result"]["flags"] != Json{1}) {
+    ASSERT_LT(std::chrono::steady_clock::now(), end);
+  }
+  EXPECT_NE(Handle(), before);
+  EXPECT_EQ(StateOf(serif), "2");
+  other.Ask("ActivateFonts", {{"fontIDs", {mono}}, {"kind", 1}});
+  EXPECT_TRUE(recorder_.Await(PluginInterface::kFontActivated, mono));
 }
 
 TEST_F(AgentLife, AnOrderlyEndIsToldAndTakesBackWhatClientsAskedFor) {
