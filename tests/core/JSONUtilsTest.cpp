@@ -95,7 +95,7 @@ std::vector<std::string> Expressions(const LogRecorder& log) {
   for (const std::string& line : log.lines) {
     const size_t start = line.find("Expression='");
     if (start == std::string::npos) continue;
-    EXPECT_THAT(line, HasSubstr("File='core-agent/cpp-core/"));
+    EXPECT_THAT(line, HasSubstr("/core-agent/cpp-core/src/GJSONUtils.cpp'  Line="));
     expressions.push_back(line.substr(1, 1) + line.substr(line.find("\t[") + 2, 1) + " " +
                           line.substr(start + 12, line.find("'  Code") - start - 12));
   }

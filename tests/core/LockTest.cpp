@@ -146,9 +146,12 @@ TEST(ScopedLock, LogsAFailureAndStaysAsItWas) {
   EXPECT_FALSE(held.Unlock());
   EXPECT_TRUE(held.IsLocked());
   stuck.unlockCode = 0;
-  constexpr const char* kWhat = "Error='GMutex::kMutexDeadlockErr'  File='core-agent/";
-  EXPECT_THAT(log.lines, testing::ElementsAre(testing::StartsWith(std::string("[Lockable]\t[Debug]\t") + kWhat),
-                                              testing::StartsWith(std::string("[Lockable]\t[Error]\t") + kWhat)));
+  const auto line = [](const std::string& level) {
+    return testing::MatchesRegex(
+        "\\[Lockable]\t\\[" + level +
+        "]\tError='GMutex::kMutexDeadlockErr'  File='.*core-agent/cpp-core/src/GScopedLock.cpp'.*");
+  };
+  EXPECT_THAT(log.lines, testing::ElementsAre(line("Debug"), line("Error")));
 }
 
 TEST(Condition, ASignalIsTakenOnceABroadcastStays) {
