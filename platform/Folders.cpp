@@ -31,7 +31,7 @@ std::string RuntimeFolder() {
 }
 
 Places WithDefaults(Places places) {
-  places.home = Either(places.home, Either(FolderOfEnvironment("HOME"), "/"));
+  places.home = Either(places.home, FolderOfEnvironment("HOME"));
   places.runtime = Either(places.runtime, RuntimeFolder());
   const std::string config = Either(FolderOfEnvironment("XDG_CONFIG_HOME"), places.home + "/.config");
   places.preferencesFile = Either(places.preferencesFile, config + "/velorant/preferences.plist");

@@ -10,7 +10,8 @@ namespace platform {
 struct Places {
   // Put before the absolute paths of the local domain: "/Library/Frameworks", "/Library".
   std::string fileSystemRoot;
-  // The user's home folder; "Library" below it is the user domain.
+  // The user's home folder; "Library" below it is the user domain. Empty if the environment names none: what belongs below
+  // it then goes below the root.
   std::string home;
   // A folder of mode 0700 for sockets and the list of running applications.
   std::string runtime;

@@ -1,15 +1,13 @@
 // Helpers of the core library's tests.
 #pragma once
 
-#include <stdlib.h>
-
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include "GLogger.h"
+#include "support/TempFolder.h"
 
 // A text of one letter, as long as the limits of a hundred megabytes ask for.
 inline std::string LongText(size_t length = 100'000'000, char letter = 'x') {
@@ -46,27 +44,9 @@ class LogRecorder {
   };
 };
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "core-XXXXXX";
-    mPath = mkdtemp(pattern.data());
-  }
-  ~TemporaryFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(mPath, error);
-  }
-
-  const std::string& Path() const { return mPath; }
-  std::string Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(mPath + "/" + name, std::ios::binary) << bytes;
-    return mPath + "/" + name;
-  }
+struct TemporaryFolder : test_support::TempFolder {
   static std::string Read(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
-
- private:
-  std::string mPath;
 };

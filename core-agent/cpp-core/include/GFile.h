@@ -15,7 +15,6 @@ class GFile {
   enum EPosition : int { eFromStart = SEEK_SET, eFromCurrent = SEEK_CUR, eFromEnd = SEEK_END };
 
   static constexpr TModuleErrorCode kFileNotOpen = 0x01001004;
-  static constexpr TModuleErrorCode kFileNotFound = 0x01001005;
   static constexpr TModuleErrorCode kOpenFailed = 0x02001004;
 
   GFile() = default;
@@ -24,7 +23,8 @@ class GFile {
   GFile& operator=(const GFile&) = delete;
 
   // Mode bits of EMode; without eRead and eWrite nothing can be opened, and eBinary changes nothing here. Closes an
-  // open file first. kFileNotFound for a file to be read that is not there, else kOpenFailed.
+  // open file first. GFileSystem::kFileNotFound for a file to be read that is not there, else kOpenFailed. A folder can be
+  // opened for reading, as the system has it; reading from it fails.
   virtual TModuleErrorCode Open(const GFileSystemSpec& spec, int mode);
   virtual TModuleErrorCode Close();
   virtual bool IsOpen() const { return mFile != nullptr; }
@@ -34,7 +34,7 @@ class GFile {
   // Offsets backwards are given as two's complement.
   virtual TModuleErrorCode SetFilePosition(EPosition from, unsigned long long offset);
   virtual TModuleErrorCode GetFilePosition(unsigned long long& position);
-  // From the present position to the end.
+  // From the present position to the end. CoreErrorCodes::kOutOfMemory if there is more than memory takes.
   virtual TModuleErrorCode Read(std::vector<char>& bytes);
   virtual TModuleErrorCode Read(std::vector<unsigned char>& bytes);
   virtual TModuleErrorCode Read(std::string& text);
@@ -63,6 +63,6 @@ class GFile {
   TModuleErrorCode ReadBytes(void* bytes, unsigned long long count);
 
   std::FILE* mFile = nullptr;
-  EDirection mDirection = EDirection::kNone;  // of the last transfer
   GFileSystemSpec mSpec;
+  EDirection mDirection = EDirection::kNone;  // of the last transfer
 };

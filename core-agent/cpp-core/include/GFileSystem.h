@@ -8,6 +8,8 @@
 
 class GFileSystem {
  public:
+  static constexpr TModuleErrorCode kFileNotFound = 0x01001005;
+
   static const std::string& OSGetPathSeparator();
   static bool OSDoesFileExist(const GFileSystemSpec& spec);
   // 0x5000000 if the home folder is unknown.

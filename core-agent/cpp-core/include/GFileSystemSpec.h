@@ -1,6 +1,7 @@
 // A path as a value: one full path in UTF-8; empty means no file.
 #pragma once
 
+#include <compare>
 #include <string>
 #include <vector>
 
@@ -24,14 +25,14 @@ class GFileSystemSpec {
   std::string GetLastPathComponent() const;
   std::string GetPathExtension() const;  // without the dot; empty if there is none
   void RemovePathExtension();
-  void AppendPathExtension(const std::string& extension);
+  TModuleErrorCode AppendPathExtension(const std::string& extension);  // 0x4000000 if there is no name to extend
   std::vector<std::string> GetPathComponents() const;
   // Whether this path lies below the other one.
   bool IsSubpath(const GFileSystemSpec& folder) const;
   // What stands behind the folder's path and a separator; empty if this is no subpath of it.
   std::string GetSubPathFromSpec(const GFileSystemSpec& folder) const;
 
-  friend bool operator==(const GFileSystemSpec&, const GFileSystemSpec&) = default;
+  friend auto operator<=>(const GFileSystemSpec&, const GFileSystemSpec&) = default;
 
  private:
   std::string mPath;

@@ -5,9 +5,7 @@
 #include <cstdarg>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "GMutex.h"
@@ -63,7 +61,7 @@ class GLogger {
   void RemoveAllAppenders();
   void OSRegisterDefaultAppender();
   static const std::string& GetDefaultAppenderIdentifier();
-  static const std::string& GetDefaultLoggingIdentifier();
+  const std::string& GetDefaultLoggingIdentifier() const { return mDefaultIdentifier; }
 
   static LoggingLevel StringToLevel(const std::string& text);
   static std::string LevelToString(LoggingLevel level);
@@ -75,14 +73,11 @@ class GLogger {
 
  private:
   const char* FormatIntoBuffer(const std::string& format, va_list arguments);
-  bool IsLoggingOnThisThread();
-  void SetLoggingThread(std::thread::id thread);
 
-  GMutex mAppenderMutex;  // guards mAppenders and mBuffer; taken before mThreadMutex
+  GMutex mAppenderMutex;  // guards mAppenders and mBuffer
   std::map<std::string, std::unique_ptr<GLogAppender>> mAppenders;
   GMutex mLevelMutex;
   std::map<std::string, LoggingLevel> mLevels;  // by lower-case identifier
-  std::vector<char> mBuffer;
-  std::mutex mThreadMutex;
-  std::thread::id mLoggingThread;  // guarded by mThreadMutex
+  const std::string mDefaultIdentifier = "default";
+  std::vector<char> mBuffer;  // the text of the last line; it grows and never shrinks
 };

@@ -15,30 +15,17 @@ constexpr Row kRows[] = {
 #include "ErrorCodeTable.inc"
 };
 
-using NamesByCode = std::map<TModuleErrorCode, std::string>;
-using CodesByName = std::map<std::string, TModuleErrorCode>;
-
-// Built on first use under a mutex of its own, tested before and after taking it, read without it and never freed.
-const NamesByCode& GetNamesByCode() {
+// The table in one direction: built on first use, under a mutex of its own around which the pointer is tested twice;
+// from then on read without a lock, and never freed.
+template <class Map, auto Key, auto Value>
+const Map& GetRowsAs() {
   static std::mutex sMutex;
-  static std::atomic<const NamesByCode*> sMap{nullptr};
-  if (const NamesByCode* map = sMap.load(std::memory_order_acquire)) return *map;
+  static std::atomic<const Map*> sMap{nullptr};
+  if (const Map* map = sMap.load(std::memory_order_acquire)) return *map;
   const std::lock_guard lock(sMutex);
-  if (const NamesByCode* map = sMap.load(std::memory_order_relaxed)) return *map;
-  auto* map = new NamesByCode;
-  for (const Row& row : kRows) map->emplace(row.code, row.name);
-  sMap.store(map, std::memory_order_release);
-  return *map;
-}
-
-const CodesByName& GetCodesByName() {
-  static std::mutex sMutex;
-  static std::atomic<const CodesByName*> sMap{nullptr};
-  if (const CodesByName* map = sMap.load(std::memory_order_acquire)) return *map;
-  const std::lock_guard lock(sMutex);
-  if (const CodesByName* map = sMap.load(std::memory_order_relaxed)) return *map;
-  auto* map = new CodesByName;
-  for (const Row& row : kRows) map->emplace(row.name, row.code);
+  if (const Map* map = sMap.load(std::memory_order_relaxed)) return *map;
+  auto* map = new Map;
+  for (const Row& row : kRows) map->emplace(row.*Key, row.*Value);
   sMap.store(map, std::memory_order_release);
   return *map;
 }
@@ -46,11 +33,13 @@ const CodesByName& GetCodesByName() {
 }  // namespace
 
 std::string GetNameForErrorCode(TModuleErrorCode code) {
-  const auto found = GetNamesByCode().find(code);
-  return found == GetNamesByCode().end() ? "Unknown error code" : found->second;
+  const auto& names = GetRowsAs<std::map<TModuleErrorCode, std::string>, &Row::code, &Row::name>();
+  const auto found = names.find(code);
+  return found == names.end() ? "Unknown error code" : found->second;
 }
 
 TModuleErrorCode GetErrorCodeForName(const std::string& name) {
-  const auto found = GetCodesByName().find(name);
-  return found == GetCodesByName().end() ? CoreErrorCodes::kUnknownError : found->second;
+  const auto& codes = GetRowsAs<std::map<std::string, TModuleErrorCode>, &Row::name, &Row::code>();
+  const auto found = codes.find(name);
+  return found == codes.end() ? CoreErrorCodes::kUnknownError : found->second;
 }

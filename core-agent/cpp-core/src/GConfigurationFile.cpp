@@ -57,6 +57,7 @@ TModuleErrorCode GConfigurationFile::WriteFile(const GFileSystemSpec& confFileSp
     ss << key << "=" << value << "\r\n";
     RETURN_IF_ERROR(kLogIdentifier, confFile.Write(ss.str()));
   }
+  // What is smaller than the buffer meets a full disk only here.
   RETURN_IF_ERROR(kLogIdentifier, confFile.Close());
   return CoreErrorCodes::kSuccess;
 }

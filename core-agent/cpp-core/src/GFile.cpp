@@ -1,20 +1,29 @@
 #include "GFile.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
+#include <stdexcept>
 
 #include "FailedCheck.h"
+#include "GFileSystem.h"
 
 namespace {
 constexpr TModuleErrorCode kSystemFailure = CoreErrorCodes::kError;
 
-// A folder can be opened for reading, but has no size and no bytes that could be read.
-bool IsFolder(std::FILE* file) {
-  struct stat info;
-  return fstat(fileno(file), &info) == 0 && S_ISDIR(info.st_mode);
+bool TakeMemory(std::vector<char>& bytes, unsigned long long count) {
+  try {
+    bytes.resize(count);
+    return true;
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {
+  }
+  return false;
 }
+
+// A folder has a size, often a huge one, and no byte.
+bool HasNoByte(std::FILE* file) { return std::ungetc(std::getc(file), file) == EOF; }
 
 }  // namespace
 
@@ -38,13 +47,8 @@ TModuleErrorCode GFile::Open(const GFileSystemSpec& spec, int mode) {
   RETURN_IF("FileSystem", spec.GetFullPath().find('\0') != std::string::npos, kOpenFailed);
   errno = 0;
   std::FILE* file = std::fopen(spec.GetFullPath().c_str(), OSGetModeString(mode).c_str());
-  RETURN_IF("FileSystem", file == nullptr && (mode & eRead) && errno == ENOENT, kFileNotFound);
+  RETURN_IF("FileSystem", file == nullptr && (mode & eRead) && errno == ENOENT, GFileSystem::kFileNotFound);
   RETURN_IF("FileSystem", file == nullptr, kOpenFailed);
-  if (IsFolder(file)) {
-    std::fclose(file);
-    ReportFailedCheck("FileSystem", kOpenFailed, __FILE__, __LINE__, "IsFolder(file)");
-    return kOpenFailed;
-  }
   mFile = file;
   mSpec = spec;
   mDirection = EDirection::kNone;
@@ -119,7 +123,8 @@ TModuleErrorCode GFile::Read(unsigned long long count, std::vector<char>& bytes)
   unsigned long long remaining = 0;
   PASS_ON_ERROR(RemainingSize(remaining));
   RETURN_IF("FileSystem", count > remaining, kSystemFailure);  // before memory is asked for
-  std::vector<char> read(count);
+  std::vector<char> read;
+  RETURN_IF("FileSystem", !TakeMemory(read, count), CoreErrorCodes::kOutOfMemory);
   PASS_ON_ERROR(ReadBytes(read.data(), count));
   bytes.swap(read);
   return CoreErrorCodes::kSuccess;
@@ -128,9 +133,13 @@ TModuleErrorCode GFile::Read(unsigned long long count, std::vector<char>& bytes)
 TModuleErrorCode GFile::Read(std::vector<char>& bytes) {
   unsigned long long remaining = 0;
   PASS_ON_ERROR(RemainingSize(remaining));
-  if (remaining > 0) return Read(remaining, bytes);
-  bytes.clear();
-  return CoreErrorCodes::kSuccess;
+  if (remaining == 0) {
+    bytes.clear();
+    return CoreErrorCodes::kSuccess;
+  }
+  PASS_ON_ERROR(TurnTo(EDirection::kReading));
+  RETURN_IF("FileSystem", HasNoByte(mFile), kSystemFailure);
+  return Read(remaining, bytes);
 }
 
 TModuleErrorCode GFile::Read(std::vector<unsigned char>& bytes) {

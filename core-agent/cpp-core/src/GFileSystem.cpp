@@ -107,8 +107,8 @@ void GFileSystemSpec::RemovePathExtension() {
   if (dot != std::string::npos) mPath.erase(dot);
 }
 
-void GFileSystemSpec::AppendPathExtension(const std::string& extension) {
-  mPath = WithoutTrailingSeparators(mPath) + "." + GStringUtils::StripPrecedingString(extension, ".");
+TModuleErrorCode GFileSystemSpec::AppendPathExtension(const std::string& extension) {
+  return SetFullPath(WithoutTrailingSeparators(mPath) + "." + GStringUtils::StripPrecedingString(extension, "."));
 }
 
 std::vector<std::string> GFileSystemSpec::GetPathComponents() const {

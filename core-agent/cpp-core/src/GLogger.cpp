@@ -1,6 +1,8 @@
 #include "GLogger.h"
 
 #include <cstdio>
+#include <mutex>
+#include <thread>
 
 #include "GDateTime.h"
 #include "GSingleton.h"
@@ -24,7 +26,31 @@ class HeldMutex {
   bool mIsHeld;
 };
 
-// The identifier stands inside a format.
+// The thread whose appenders run now. All loggers share the record: of two that write at the same time the later one has
+// it, and a call from inside the other's appender ends at that logger's lock, which its owner can't take twice.
+struct LoggingThread {
+  std::mutex mutex;
+  std::thread::id thread;
+};
+
+LoggingThread& GetLoggingThread() {
+  static LoggingThread sRecord;
+  return sRecord;
+}
+
+bool IsLoggingOnThisThread() {
+  LoggingThread& record = GetLoggingThread();
+  const std::lock_guard lock(record.mutex);
+  return record.thread == std::this_thread::get_id();
+}
+
+void SetLoggingThread(std::thread::id thread) {
+  LoggingThread& record = GetLoggingThread();
+  const std::lock_guard lock(record.mutex);
+  record.thread = thread;
+}
+
+// The identifier becomes part of a format: a "%" in it would fetch arguments that nobody gave.
 std::string EscapedForFormat(const std::string& identifier) {
   return GStringUtils::StringReplace(identifier, "%", "%%");
 }
@@ -44,11 +70,6 @@ GLogger::~GLogger() = default;
 GLogger* GLogger::GetSharedInstance() { return GSingleton<GLogger>::GetSharedInstance(); }
 
 const std::string& GLogger::GetDefaultAppenderIdentifier() {
-  static const std::string sIdentifier = "default";
-  return sIdentifier;
-}
-
-const std::string& GLogger::GetDefaultLoggingIdentifier() {
   static const std::string sIdentifier = "default";
   return sIdentifier;
 }
@@ -82,23 +103,13 @@ void GLogger::Logv(const std::string& identifier, LoggingLevel level, const std:
   LogvString("[" + EscapedForFormat(identifier) + "]\t[" + LevelToString(level) + "]\t" + format, arguments);
 }
 
-bool GLogger::IsLoggingOnThisThread() {
-  const std::lock_guard lock(mThreadMutex);
-  return mLoggingThread == std::this_thread::get_id();
-}
-
-void GLogger::SetLoggingThread(std::thread::id thread) {
-  const std::lock_guard lock(mThreadMutex);
-  mLoggingThread = thread;
-}
-
 // A call made from inside an appender is dropped.
 void GLogger::LogvString(const std::string& format, va_list arguments) {
   if (IsLoggingOnThisThread()) return;
   const HeldMutex lock(mAppenderMutex);
   if (!lock) return;
   SetLoggingThread(std::this_thread::get_id());
-  const auto clear = [this](void*) { SetLoggingThread(std::thread::id()); };
+  const auto clear = [](void*) { SetLoggingThread(std::thread::id()); };
   const std::unique_ptr<GLogger, decltype(clear)> clearAtEnd(this, clear);
   if (mAppenders.empty()) return;
   const std::string line = "[" + GDateTime::Now().ToISO8601(true) + "]\t" + FormatIntoBuffer(format, arguments) + "\n";
@@ -166,7 +177,7 @@ void GLogger::SetAppender(const std::string& identifier, GLogAppender* appender)
   const HeldMutex lock(mAppenderMutex);
   if (!lock) return;
   std::unique_ptr<GLogAppender>& entry = mAppenders[identifier];
-  if (entry.get() != appender) entry.reset(appender);
+  if (entry.get() != appender) entry.reset(appender);  // one that is set again is not deleted
   if (!appender) mAppenders.erase(identifier);
 }
 
