@@ -128,7 +128,7 @@ void DoMakeDocumentSet() {
   bool allFound = false;
   CreateGlyphsureDataForDocument(path, fonts, workgroupID, true, allFound);
   const platform::String name = CFStringCreateWithUncertainEncoding(PhotoshopFontUtils::FileNameOnly(path).c_str());
-  if (name) Manager()->MakeSetForDocumentFonts(name.Text(), fonts);
+  if (name) Manager()->MakeSetForDocumentFonts(name, fonts);
 }
 
 void DoCollectForOutput() {

@@ -1,5 +1,6 @@
 // Connecting to the agent, relaunching it, and what is made of its answers.
 #include "platform/Clock.h"
+#include "platform/Presenter.h"
 #include "support/PluginFixture.h"
 #include "support/Records.h"
 
@@ -17,6 +18,7 @@ class CoreAgent : public PluginFixture {
   }
   ~CoreAgent() override { platform::Clock::UseSystemTime(); }
 
+  static platform::String Text(const char* text) { return platform::String::FromUTF8(text); }
   static Array Fonts(std::initializer_list<const char*> ids) {
     Array fonts = Array::Create();
     for (const char* id : ids) fonts.Append(Record({{"DatabaseID", id}}));
@@ -154,6 +156,11 @@ TEST_F(CoreAgent, NameOfSeveralFontsActivatesNothing) {
   EXPECT_EQ(manager.ActivateFontByName("Font2", -2, "", nullptr), -50);
   EXPECT_FALSE(agent.Font(1).isHeld);
   EXPECT_TRUE(agent.Font(2).isHeld);
+  std::string scratch;
+  FontOrSetInfoRec record;
+  constexpr auto kOtherKind = static_cast<GlyphsureSupport::TypeOfFontName>(2);
+  EXPECT_EQ(manager.GetNamedFontInfo("Font2", GlyphsureSupport::kPostScriptName, -2, 1, scratch, &record), 0);
+  EXPECT_EQ(manager.GetNamedFontInfo("Font2", kOtherKind, -2, 1, scratch, &record), -1);
 }
 
 TEST_F(CoreAgent, AgentStatesBecomeThePluginsStates) {
@@ -216,16 +223,51 @@ TEST_F(CoreAgent, SetNamesAreCutByCharactersBeforeTheSetIsMade) {
               {"Poster", "Poster", {"ask"}}};
   for (const auto& row : rows) {
     ui->typed = row.typed;
-    EXPECT_EQ(manager.MakeSetForDocumentFonts("Default", Fonts({"1"})), -1);
+    EXPECT_EQ(manager.MakeSetForDocumentFonts(Text("Default"), Fonts({"1"})), -1);
     ASSERT_FALSE(agent.sets.empty());
     EXPECT_EQ(agent.sets.back(), row.made);
     EXPECT_EQ(ui->TakeShown(), row.shown);
   }
+  manager.MakeSetForDocumentFonts(platform::String(), Fonts({"1"}));
   ui->typed = "";
-  manager.MakeSetForDocumentFonts("Default", Fonts({"1"}));
+  manager.MakeSetForDocumentFonts(Text("Default"), Fonts({"1"}));
   ui->preferences["CurrentWorkgroup"] = -2;
-  manager.MakeSetForDocumentFonts("Default", Fonts({"1"}));
+  manager.MakeSetForDocumentFonts(Text("Default"), Fonts({"1"}));
   EXPECT_EQ(agent.sets.size(), std::size(rows));
+}
+
+TEST_F(CoreAgent, CollectedFontsAndWhatFailsAreTold) {
+  const struct {
+    const char* folder;  // empty: cancelled
+    std::initializer_list<const char*> fonts;
+    AgentFunction called;
+    uint32_t code;
+    int status;
+  } rows[] = {{"", {"1"}, AgentFunction::ExportFonts, 0, 0},
+              {"/new", {"1", "2"}, AgentFunction::ExportFonts, 0, 0},
+              {"/new", {"1"}, AgentFunction::ExportFonts, 5, -1},
+              {"/new", {}, AgentFunction::OSCreateDirectory, 0, 0},
+              {"/new", {}, AgentFunction::OSCreateDirectory, 5, -1}};
+  CoreAgentInterface& manager = Connect();
+  platform::Presenter presenter;
+  const char* chosen = nullptr;
+  presenter.context = &chosen;
+  presenter.runBox = [](void* context, platform::ValueRef) {
+    const char* text = *static_cast<const char**>(context);
+    Dictionary answer = Record({{"Text", text}});
+    answer.Set("Button", platform::Number::FromInteger(*text ? 1 : 0));
+    return answer.Release();
+  };
+  platform::SetPresenter(&presenter);
+  for (const auto& row : rows) {
+    chosen = row.folder;
+    agent.calls.clear();
+    if (row.code != 0) agent.FailNext(row.called, row.code);
+    EXPECT_EQ(manager.CollectFontsUsedByCurrentDocument("Poster", "", Fonts(row.fonts)), row.status);
+    EXPECT_EQ(agent.Count(AgentAnswers::NameOf(row.called)), *row.folder ? 1u : 0u);
+  }
+  platform::SetPresenter(nullptr);
+  EXPECT_EQ(agent.exported, (std::vector<uint32_t>{1, 2}));
 }
 
 TEST_F(CoreAgent, AgentIsLookedForEverySixSeconds) {

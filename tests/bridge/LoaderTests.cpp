@@ -13,22 +13,18 @@ constexpr const char* kLibrary = APP_DIR "/agent/VelorantPluginInterface.framewo
 
 class Loader : public PluginFixture {
  protected:
-  // What IsLoaded says of a table with so many functions missing.
-  bool IsLoaded(int missing, bool hasOnlineState) {
-    VPILoader* const table = VPILoader::GetSharedInstance();
-    table->SetMissingFunctionsForTesting(missing);
-    const auto online = table->pfGetIsOnline;
-    if (!hasOnlineState) table->pfGetIsOnline = nullptr;
-    std::string path, version;
-    int told = 0;
-    const bool isLoaded = table->IsLoaded(&path, &version, &told);
-    EXPECT_EQ(told, missing);
-    table->pfGetIsOnline = online;
-    return isLoaded;
+  Loader() { MarquineGlobals::IdentifyPluginBundleID("com.velorant.test"); }
+
+  // A library of this version, with the real one's functions.
+  void PutLibrary(const std::string& where, const std::string& version) {
+    const std::string bundle = where + "/VelorantPluginInterface.framework";
+    WriteInfo(bundle, "CFBundleShortVersionString", version);
+    std::filesystem::create_symlink(std::string(kLibrary) + "/VelorantPluginInterface",
+                                    folder / bundle + "/VelorantPluginInterface");
   }
-  void PutLibrary(const std::string& where) {
-    std::filesystem::create_directories(std::filesystem::path(where).parent_path());
-    std::filesystem::create_directory_symlink(kLibrary, where);
+  void WriteInfo(const std::string& bundle, const std::string& key, const std::string& text) {
+    folder.Write(bundle + "/Info.plist",
+                 "<plist version=\"1.0\"><dict><key>" + key + "</key><string>" + text + "</string></dict></plist>");
   }
   std::string LaunchConfiguration(const std::string& text) {
     return folder.Write("Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf", text);
@@ -39,21 +35,34 @@ class Loader : public PluginFixture {
 
 TEST_F(Loader, ToleratesTheOneGap) {
   constexpr int kAll = VPILoader::kTableSize;
-  EXPECT_EQ(kAll, 80);
-  EXPECT_TRUE(IsLoaded(0, true));
-  EXPECT_TRUE(IsLoaded(1, false));
-  EXPECT_FALSE(IsLoaded(1, true));
-  EXPECT_TRUE(Traced("VPILoader::IsLoaded() returning false because of one or more null inputs."));
-  EXPECT_FALSE(IsLoaded(2, false));
-  EXPECT_FALSE(IsLoaded(kAll, false));
-  EXPECT_TRUE(Traced("VPILoader::IsLoaded() returning false because all 80 functions are missing."));
-  EXPECT_FALSE(VPILoader::GetSharedInstance()->IsLoaded(nullptr, nullptr, nullptr));
-  EXPECT_TRUE(Traced("VPILoader::IsLoaded() returning false because it was called incorrectly."));
+  const char* const kLine = "VPILoader::IsLoaded() returning false because ";
+  const struct {
+    int missing;
+    bool hasOnlineState;
+    const char* why;  // of a refusal
+  } rows[] = {{0, true, nullptr},
+              {1, false, nullptr},
+              {1, true, "of one or more null inputs."},
+              {2, false, "of one or more null inputs."},
+              {kAll, false, "all 80 functions are missing."}};
+  VPILoader* const table = VPILoader::GetSharedInstance();
+  const auto online = table->pfGetIsOnline;
+  for (const auto& row : rows) {
+    table->SetMissingFunctionsForTesting(row.missing);
+    table->pfGetIsOnline = row.hasOnlineState ? online : nullptr;
+    trace.clear();
+    std::string path, version;
+    int told = -1;
+    EXPECT_EQ(table->IsLoaded(&path, &version, &told), row.why == nullptr) << row.missing;
+    EXPECT_EQ(told, row.missing);
+    EXPECT_TRUE(!row.why || Traced(kLine + std::string(row.why))) << row.missing;
+  }
+  EXPECT_FALSE(table->IsLoaded(nullptr, nullptr, nullptr));
+  EXPECT_TRUE(Traced(std::string(kLine) + "it was called incorrectly."));
 }
 
 TEST_F(Loader, ChecksEveryMemberButTheLast) {
   VPILoader* const table = VPILoader::GetSharedInstance();
-  EXPECT_TRUE(table->VerifyThatAllMembersAre(true));
   EXPECT_FALSE(table->VerifyThatAllMembersAre(false));
   EXPECT_EQ(TracedLines("ERROR:  this->pf").size(), 79u);
   EXPECT_TRUE(Traced("ERROR:  this->pfActivateFonts is not NULL."));
@@ -65,18 +74,46 @@ TEST_F(Loader, ChecksEveryMemberButTheLast) {
   EXPECT_EQ(trace, std::vector<std::string>{"ERROR:  this->pfLog is NULL."});
 }
 
-TEST_F(Loader, FindsTheRealLibraryInTheFixedFolderAndLooksFunctionsUpInOrder) {
-  PutLibrary(folder / "Library/Frameworks/VelorantPluginInterface.framework");
-  MarquineGlobals::IdentifyPluginBundleID("com.velorant.test");
-  VPILoader::ResetForTesting();
-  std::string path, version;
-  int missing = -1;
-  EXPECT_TRUE(VPILoader::GetSharedInstance()->IsLoaded(&path, &version, &missing));
-  EXPECT_EQ(missing, 0);
-  EXPECT_EQ(path, "") << "no folder of an agent was known";
-  EXPECT_EQ(VPILoader::GetSharedInstance()->VersionStringRef().View(), version);
-  EXPECT_FALSE(version.empty());
+TEST_F(Loader, LooksInThePluginThenBesideTheAgentThenInTheFixedFolder) {
+  const std::string besideAgent = folder / "agent/VelorantPluginInterface.framework";
+  WriteInfo("Test.plugin", "CFBundleIdentifier", "com.velorant.test");
+  const struct {
+    const char* version;
+    std::function<void()> add;
+    std::string path;
+  } rows[] = {
+      {"", [] {}, ""},
+      {"1", [&] { PutLibrary("Library/Frameworks", "1"); }, ""},
+      // The path tells what was searched, also where nothing lay there.
+      {"1",
+       [&] {
+         std::filesystem::create_directories(folder / "agent");
+         std::filesystem::copy_file("/bin/true", folder / "agent/Nexcore");
+         LaunchConfiguration("Nexcore.Path = " + folder / "agent/Nexcore" + "  # the agent\nnexcore.args=a b\n");
+       },
+       besideAgent},
+      {"2", [&] { PutLibrary("agent", "2"); }, besideAgent},
+      {"3", [&] { PutLibrary("Test.plugin/Frameworks", "3"); }, ""},
+  };
+  platform::BundleRef plugin;
+  for (const auto& row : rows) {
+    row.add();
+    if (row.version == std::string("3")) plugin = platform::Bundle::Create(folder / "Test.plugin");
+    VPILoader::ResetForTesting();
+    std::string path, version;
+    int missing = -1;
+    EXPECT_EQ(VPILoader::GetSharedInstance()->IsLoaded(&path, &version, &missing), *row.version != '\0');
+    EXPECT_EQ(version, row.version);
+    EXPECT_EQ(VPILoader::GetSharedInstance()->VersionStringRef().View(), version);
+    EXPECT_EQ(missing, *row.version ? 0 : VPILoader::kTableSize) << row.version;
+    EXPECT_EQ(path, row.path) << row.version;
+  }
+}
 
+TEST_F(Loader, LooksFunctionsUpInOrder) {
+  PutLibrary("Library/Frameworks", "1");
+  VPILoader::ResetForTesting();
+  VPILoader::GetSharedInstance();
   std::vector<std::string> names;
   for (const std::string& line : TracedLines("CFBundleGetFunctionPointerForName(")) {
     const size_t start = line.find('\'') + 1;
@@ -90,72 +127,44 @@ TEST_F(Loader, FindsTheRealLibraryInTheFixedFolderAndLooksFunctionsUpInOrder) {
   EXPECT_EQ(*(early + 1), "GetSmartList");
 }
 
-TEST_F(Loader, ReportsWhatIsNowhere) {
-  MarquineGlobals::IdentifyPluginBundleID("com.velorant.test");
+TEST_F(Loader, ReportsWhatIsNowhereAndLooksOnce) {
   VPILoader::ResetForTesting();
   VPILoader* const table = VPILoader::GetSharedInstance();
   EXPECT_TRUE(Traced("ERROR:  cannot find VelorantPluginInterface.framework"));
-  std::string path, version;
-  int missing = 0;
-  EXPECT_FALSE(table->IsLoaded(&path, &version, &missing));
-  EXPECT_EQ(missing, VPILoader::kTableSize);
   EXPECT_EQ(GetFacade(), 0u);
   trace.clear();
   EXPECT_EQ(VPILoader::GetSharedInstance(), table);
-  EXPECT_TRUE(trace.empty()) << "a second call does no search";
+  EXPECT_TRUE(trace.empty());
   bool isRunning = true;
   EXPECT_EQ(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr, isRunning), CoreErrorCodes::kUnknownError);
   EXPECT_FALSE(isRunning);
   EXPECT_EQ(FontManagerInterface::sm_pFontManager, nullptr);
 }
 
-TEST_F(Loader, AgentsFolderIsTriedBeforeTheFixedOne) {
-  const std::string agentFolder = folder / "agent/";
-  std::filesystem::create_directories(agentFolder);
-  std::filesystem::copy_file("/bin/true", agentFolder + "Nexcore");
-  LaunchConfiguration("Nexcore.Path = " + agentFolder + "Nexcore  # the agent\nnexcore.args=a b\n");
-  MarquineGlobals::IdentifyPluginBundleID("com.velorant.test");
-  // No library lies there, so the fixed folder is tried all the same; the path tells what was searched.
-  PutLibrary(folder / "Library/Frameworks/VelorantPluginInterface.framework");
-  for (const bool liesBesideTheAgent : {false, true}) {
-    if (liesBesideTheAgent) PutLibrary(agentFolder + "VelorantPluginInterface.framework");
-    VPILoader::ResetForTesting();
-    std::string path, version;
-    int missing = 0;
-    EXPECT_TRUE(VPILoader::GetSharedInstance()->IsLoaded(&path, &version, &missing));
-    EXPECT_EQ(path, agentFolder + "VelorantPluginInterface.framework");
-  }
-}
-
 TEST_F(Loader, LaunchConfigurationDecides) {
+  platform::Places places = platform::GetPlaces();
+  places.fileSystemRoot = folder / "root";
+  platform::SetPlaces(places);
   const struct {
     const char* why;
     std::string text;
     int expected;
   } rows[] = {
-      {"a program", "nexcore.path=/bin/true\r\nnexcore.args=x\r\n", 0},
-      {"no program there", "nexcore.path=/bin/no-such-program\n", -1},
       {"no path", "nexcore.args=x\n", -1},
+      {"no program there", "nexcore.path=/bin/no-such-program\n", -1},
       {"a folder", "nexcore.path=/bin\n", -1},
       {"empty", "", -1},
+      {"a program", "nexcore.path=/bin/true\r\nnexcore.args=x\r\n", 0},
   };
+  std::string launched = "untouched";
   for (const auto& row : rows) {
     trace.clear();
     LaunchConfiguration(row.text);
-    std::string launched = "untouched";
     EXPECT_EQ(FindAndLaunchNexcore(&launched), row.expected) << row.why;
     EXPECT_EQ(launched, row.expected == 0 ? "/bin/" : "untouched") << row.why;
     EXPECT_EQ(Traced("Could not launch Nexcore"), row.expected != 0) << row.why;
-    EXPECT_EQ(FindAndLaunchNexcore(nullptr), row.expected) << row.why;
   }
-}
-
-TEST_F(Loader, LocalConfigurationWinsOverTheUsers) {
-  platform::Places places = platform::GetPlaces();
-  places.fileSystemRoot = folder / "root";
-  platform::SetPlaces(places);
-  LaunchConfiguration("nexcore.path=/bin/true");  // the user's
-  EXPECT_EQ(FindAndLaunchNexcore(nullptr), 0);
+  // The local one wins over the user's, who has a program.
   folder.Write("root/Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf", "nexcore.path=/bin/no-such-program");
   EXPECT_EQ(FindAndLaunchNexcore(nullptr), -1);
 }
@@ -191,6 +200,8 @@ TEST_F(Loader, VersionOfALibrary) {
   EXPECT_FALSE(ReadVersionResource(folder.Path().c_str(), sizeof version, version));
   EXPECT_FALSE(ReadVersionResource(kLibrary, 1, version)) << "no room";
   EXPECT_STREQ(version, "untouched");
-  EXPECT_TRUE(ReadVersionResource(kLibrary, sizeof version, version));
-  EXPECT_STRNE(version, "untouched");
+  PutLibrary("here", "7.1");
+  EXPECT_TRUE(
+      ReadVersionResource((folder / "here/VelorantPluginInterface.framework").c_str(), sizeof version, version));
+  EXPECT_STREQ(version, "7.1");
 }

@@ -82,10 +82,3 @@ TEST_F(Notices, ComeFromManyThreadsAndNoneIsLost) {
     EXPECT_EQ(id % kEach, next[id / kEach]++) << "each thread's own order";
   }
 }
-
-TEST_F(Notices, OnesThatAreLeftGoWithTheManager) {
-  Connect();
-  Post<uint32_t>(8, 1);
-  FontManagerInterface::sm_pFontManager.reset();
-  EXPECT_TRUE(listener.heard.empty());
-}

@@ -1,17 +1,17 @@
 // What the tests of the tracker share: its invariant, and documents whose fonts are matched already.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <map>
 #include <string>
 #include <vector>
 
 #include "Tracking/FontActivationTracker.h"
-#include "support/FakeAgent.h"
+#include "support/PluginFixture.h"
 #include "support/Records.h"
 
 namespace fakes {
+
+using IDs = std::vector<uint32_t>;
 
 // A font's count is the number of times its ID stands in the documents' vectors, beside those that a close which an
 // exception ended has left behind.
@@ -39,18 +39,53 @@ inline platform::Dictionary Matched(const FakeFont& font) {
   return element;
 }
 
-inline platform::Array MatchedFonts(const FakeAgent& agent, const std::vector<uint32_t>& ids) {
+inline platform::Array MatchedFonts(const FakeAgent& agent, const IDs& ids) {
   platform::Array fonts = platform::Array::Create();
   for (const uint32_t id : ids) fonts.Append(Matched(agent.fonts.at(id)));
   return fonts;
 }
 
-inline std::vector<uint32_t> HeldFonts(const FakeAgent& agent) {
-  std::vector<uint32_t> held;
+inline IDs HeldFonts(const FakeAgent& agent) {
+  IDs held;
   for (const auto& [id, font] : agent.fonts) {
     if (font.isHeld) held.push_back(id);
   }
   return held;
 }
+
+// A tracker over a library of F1 to F4, of which F4 is the user's own: it was active before.
+class TrackerFixture : public PluginFixture {
+ protected:
+  using Array = platform::Array;
+  using Dictionary = platform::Dictionary;
+
+  TrackerFixture() : tracker(ui->interface.get()) {
+    for (uint32_t id = 1; id <= 4; ++id) agent.Add({.id = id, .postScriptName = "F" + std::to_string(id)});
+    agent.Font(4).ownState = 4;
+  }
+  ~TrackerFixture() override { EXPECT_TRUE(agent.wronglyDeactivated.empty()); }
+
+  int Open(const std::string& identifier, const IDs& ids, Array activated = Array(), Array refused = Array()) {
+    const int result =
+        tracker.OpenFontsForIdentifier(MatchedFonts(agent, ids), identifier, showsProgress, activated, refused);
+    ExpectBooksRight(tracker);
+    return result;
+  }
+  int Close(const std::string& identifier, bool deactivates = true, Array givenBack = Array()) {
+    const int result = tracker.CloseAllFontsForIdentifier(identifier, deactivates, showsProgress, givenBack);
+    ExpectBooksRight(tracker);
+    return result;
+  }
+  int Quit() { return tracker.CloseAllFonts(true, showsProgress); }
+  IDs Registered(const std::string& identifier) const {
+    const auto found = tracker.GetDocumentsForTesting().find(identifier);
+    return found == tracker.GetDocumentsForTesting().end() ? IDs() : found->second.fontIDs;
+  }
+  const FontActivationTracker::FontInfo& Info(uint32_t id) const { return tracker.GetFontsForTesting().at(id); }
+  bool HasBooks() const { return !tracker.GetFontsForTesting().empty(); }
+
+  FontActivationTracker tracker;
+  bool showsProgress = false;
+};
 
 }  // namespace fakes

@@ -1,6 +1,4 @@
 // The order in which the tracker calls a font manager, with batch calls and without.
-#include "Tracking/FontActivationTracker.h"
-#include "support/PluginFixture.h"
 #include "tracking/Books.h"
 
 using namespace fakes;
@@ -9,7 +7,8 @@ using platform::Dictionary;
 
 namespace {
 
-// Records the calls in short words; can throw in one of them, refuse, or be a manager without batch calls.
+// Records the calls in short words; can throw in one of them, refuse, or be a manager without batch calls. To it every font
+// is still held.
 class RecordingManager : public FontManagerInterface {
  public:
   bool ConnectedToCoreAgent() override { return hasBatchCalls; }
@@ -35,10 +34,10 @@ class RecordingManager : public FontManagerInterface {
     return Note("deactivate " + NamesOf(fonts)), 0;
   }
   int DeactivateFont(const Dictionary& font, void* handle) override {
-    Note("give back " + font.GetString("PostScriptName").Text());
-    EXPECT_EQ(handle, &refuses);
-    return statuses.count(font.GetString("PostScriptName").Text()) ? statuses[font.GetString("PostScriptName").Text()]
-                                                                   : 0;
+    const std::string name = font.GetString("PostScriptName").Text();
+    Note("give back " + name);
+    EXPECT_EQ(handle, this);
+    return statuses[name];
   }
   int ActivateFontByID(const Dictionary&, const std::string&, void**) override { return -1; }
   ActivationStates GetFontIsActivated(const Array&) override { return {}; }
@@ -57,92 +56,83 @@ class RecordingManager : public FontManagerInterface {
   }
 };
 
-class Hooks : public PluginFixture {
+class Hooks : public TrackerFixture {
  protected:
-  Hooks() : tracker(ui->interface.get()) {
-    FontManagerInterface::sm_pFontManager = std::make_unique<RecordingManager>();
-    for (uint32_t id = 1; id <= 3; ++id) agent.Add({.id = id, .postScriptName = "F" + std::to_string(id)});
-  }
+  Hooks() { FontManagerInterface::sm_pFontManager = std::make_unique<RecordingManager>(); }
   RecordingManager& Manager() { return static_cast<RecordingManager&>(*FontManagerInterface::sm_pFontManager); }
   // The calls since the last question.
   std::string Calls() { return std::exchange(Manager().calls, ""); }
-  int Open(const std::string& identifier, const std::vector<uint32_t>& ids) {
-    return tracker.OpenFontsForIdentifier(MatchedFonts(agent, ids), identifier, false, Array(), Array::Create());
-  }
-  int Close(const std::string& identifier, bool deactivates) {
-    return tracker.CloseAllFontsForIdentifier(identifier, deactivates, false, Array());
-  }
   // Registers without opening, as a font manager without batch calls does it.
-  void Register(const std::string& identifier, uint32_t id, bool wasActive = false) {
-    const Dictionary match = Matched(agent.Font(id)).GetDictionary("MatchedFont");
-    tracker.RegisterFontWithDocument(match, match.GetString("PostScriptName"), id, wasActive, identifier,
-                                     &Manager().refuses);
+  void Register(const std::string& identifier, const IDs& ids) {
+    for (const uint32_t id : ids) {
+      const Dictionary match = Matched(agent.Font(id)).GetDictionary("MatchedFont");
+      tracker.RegisterFontWithDocument(match, match.GetString("PostScriptName"), id, agent.Font(id).IsActive(),
+                                       identifier, &Manager());
+    }
   }
-
-  FontActivationTracker tracker;
 };
 
 }  // namespace
 
 TEST_F(Hooks, AreCalledInTheGivenOrder) {
-  EXPECT_EQ(Open("a", {1, 2}), 0);
-  EXPECT_EQ(Calls(), "begin a, count 2, activate F1 F2, end, finish a, count 1");
-  EXPECT_EQ(tracker.OpenFontsForIdentifier(Array(), "a", false, Array(), Array()), 0);
-  EXPECT_EQ(Calls(), "begin a, finish a, count 1");
-  EXPECT_EQ(Open("b", {2}), 0);
-  Calls();
-  EXPECT_EQ(Close("a", true), 0);
-  EXPECT_EQ(Calls(), "count 2, states, deactivate F1, end, closed a, count 1");
-  EXPECT_EQ(Close("b", false), 0);
-  EXPECT_EQ(Calls(), "count 1, states, deactivate , end, closed b, count 1");
-  EXPECT_EQ(Close("nobody", true), 0);
-  EXPECT_EQ(Calls(), "closed nobody all, count 1");
-  Open("c", {3});
-  Calls();
-  EXPECT_EQ(Close("c", true), 0);
-  EXPECT_EQ(Calls(), "count 1, states, deactivate F3, end, closed c all, count 1");
-  EXPECT_EQ(tracker.CloseAllFonts(true, false), 0);
-  EXPECT_EQ(Calls(), "count 1, states, deactivate F2, end");
-}
-
-TEST_F(Hooks, FontThatWasActiveBeforeIsKeptAlsoWhereTheAgentSaysItIsHeld) {
-  agent.Font(2).ownState = 4;
-  Open("a", {1, 2});
-  Open("b", {2, 3});
-  Calls();
-  Close("a", true);
-  Close("b", true);
-  EXPECT_EQ(
-      Calls(),
-      "count 2, states, deactivate F1, end, closed a, count 1, count 2, states, deactivate F3, end, closed b all, count 1");
-  Open("c", {2});
-  Calls();
-  tracker.CloseAllFonts(true, false);
-  EXPECT_EQ(Calls(), "count 1, states, deactivate , end");
-}
-
-TEST_F(Hooks, RefusalClosesInsideTheOpen) {
-  Manager().refuses = true;
-  EXPECT_EQ(Open("a", {1}), 0);
-  EXPECT_EQ(
-      Calls(),
-      "begin a, count 1, activate F1, count 1, states, deactivate F1, end, closed a all, count 1, end, finish a, count 1");
+  const struct {
+    std::function<int()> step;
+    const char* calls;
+  } rows[] = {
+      {[&] {
+         return Open("a", {1, 2, 4});
+       },
+       "begin a, count 3, activate F1 F2, end, finish a, count 1"},
+      {[&] { return tracker.OpenFontsForIdentifier(Array(), "a", false, Array(), Array()); },
+       "begin a, finish a, count 1"},
+      {[&] {
+         return Open("b", {2, 4});
+       },
+       "begin b, count 2, activate F2, end, finish b, count 1"},
+      {[&] { return Close("a"); }, "count 3, states, deactivate F1, end, closed a, count 1"},
+      {[&] { return Close("b"); }, "count 2, states, deactivate F2, end, closed b all, count 1"},
+      {[&] { return Close("nobody"); }, "closed nobody all, count 1"},
+      {[&] {
+         return Open("c", {3, 4});
+       },
+       "begin c, count 2, activate F3, end, finish c, count 1"},
+      {[&] { return Close("c", false); }, "count 2, states, deactivate , end, closed c, count 1"},
+      {[&] { return Quit(); }, "count 2, states, deactivate F3, end"},
+      {[&] { return Manager().refuses = true, Open("d", {1}, Array(), Array::Create()); },
+       "begin d, count 1, activate F1, count 1, states, deactivate F1, end, closed d all, count 1, end, finish d, count 1"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.step(), 0) << row.calls;
+    EXPECT_EQ(Calls(), row.calls);
+  }
 }
 
 TEST_F(Hooks, ExceptionsEndTheChangeAndPassOn) {
+  showsProgress = true;
   Manager().throwsIn = "activate";
   EXPECT_THROW(Open("a", {1, 2}), std::runtime_error);
   EXPECT_EQ(Calls(), "begin a, count 2, activate F1 F2, end, count 1");
-  EXPECT_EQ(tracker.CountFontsRegisteredForIdentifier("a"), 2u);
+  EXPECT_EQ(Registered("a"), (IDs{1, 2}));
   ExpectBooksRight(tracker);
   Manager().throwsIn = "states";
-  EXPECT_THROW(Close("a", true), std::runtime_error);
+  EXPECT_THROW(Close("a"), std::runtime_error);
   EXPECT_EQ(Calls(), "count 2, states, end, count 1");
   ExpectBooksRight(tracker, {{1, 1}, {2, 1}});
   Manager().throwsIn = "deactivate";
-  EXPECT_THROW(tracker.CloseAllFonts(true, false), std::runtime_error);
+  EXPECT_THROW(Quit(), std::runtime_error);
   EXPECT_EQ(Calls(), "count 2, states, deactivate F1 F2, end");
-  EXPECT_TRUE(tracker.GetFontsForTesting().empty());
+  EXPECT_FALSE(HasBooks());
+  EXPECT_EQ(ui->TakeShown(), (std::vector<std::string>{"show", "hide", "show", "show"}));
+}
+
+TEST_F(Hooks, VectorThatOutlivedAQuitTakesNoFontAway) {
+  Open("a", {1});
+  Quit();
+  tracker.OpenFontsForIdentifier(MatchedFonts(agent, {1}), "b", false, Array(), Array());
+  tracker.CloseAllFontsForIdentifier("b", false, false, Array());
+  Calls();
+  tracker.CloseAllFontsForIdentifier("a", true, false, Array());
+  EXPECT_EQ(Calls(), "count 1, states, deactivate , end, closed a, count 1");
 }
 
 TEST_F(Hooks, NothingIsCalledWithoutAConnection) {
@@ -150,40 +140,38 @@ TEST_F(Hooks, NothingIsCalledWithoutAConnection) {
   Manager().isConnected = false;
   Calls();
   EXPECT_EQ(Open("a", {1}), kErrorMarquineNotRunning);
-  EXPECT_EQ(Close("a", true), kErrorMarquineNotRunning);
-  EXPECT_EQ(tracker.CloseAllFonts(true, false), kErrorMarquineNotRunning);
+  EXPECT_EQ(Close("a"), kErrorMarquineNotRunning);
+  EXPECT_EQ(Quit(), kErrorMarquineNotRunning);
   EXPECT_EQ(Calls(), "");
   FontManagerInterface::sm_pFontManager.reset();
   EXPECT_EQ(Open("a", {1}), kErrorMarquineNotRunning);
-  EXPECT_EQ(tracker.CountFontsRegisteredForIdentifier("a"), 1u);
+  EXPECT_EQ(Registered("a"), IDs{1});
 }
 
 TEST_F(Hooks, WithoutBatchCallsFontsAreGivenBackOneByOne) {
   Manager().hasBatchCalls = false;
   EXPECT_EQ(Open("a", {1}), 0);
   EXPECT_EQ(Calls(), "begin a, count 1, end, finish a, count 1");
-  EXPECT_TRUE(tracker.GetFontsForTesting().empty());
+  EXPECT_FALSE(HasBooks());
 
-  for (const uint32_t id : {1u, 2u, 3u}) Register("a", id, id == 2);
-  Register("b", 3);
+  Register("a", {1, 4, 3});
+  Register("b", {3});
   Manager().statuses["F1"] = -7;
   const Array givenBack = Array::Create();
-  EXPECT_EQ(tracker.CloseAllFontsForIdentifier("a", true, false, givenBack), -7);
+  EXPECT_EQ(Close("a", true, givenBack), -7);
   EXPECT_EQ(Calls(), "count 3, states, give back F1, end, closed a, count 1");
   EXPECT_EQ(NamesOf(givenBack), "");
-  ExpectBooksRight(tracker);
-  EXPECT_EQ(tracker.CloseAllFontsForIdentifier("b", true, false, givenBack), 0);
+  EXPECT_EQ(Close("b", true, givenBack), 0);
   EXPECT_EQ(NamesOf(givenBack), "F3");
 
   // An agent that is gone ends the loop; the others wait for the quit, where the last error is the one reported.
-  for (const uint32_t id : {1u, 2u, 3u}) Register("c", id);
+  Register("c", {1, 2, 3});
   Manager().statuses = {{"F1", kErrorMarquineNotRunning}, {"F2", -5}};
   Calls();
-  EXPECT_EQ(Close("c", true), kErrorMarquineNotRunning);
+  EXPECT_EQ(tracker.CloseAllFontsForIdentifier("c", true, false, Array()), kErrorMarquineNotRunning);
   EXPECT_EQ(Calls(), "count 3, states, give back F1, end, closed c all, count 1");
-  EXPECT_EQ(tracker.GetFontsForTesting().size(), 3u);
   Manager().statuses["F1"] = -3;
-  EXPECT_EQ(tracker.CloseAllFonts(true, false), -5);
+  EXPECT_EQ(Quit(), -5);
   EXPECT_EQ(Calls(), "count 3, states, give back F1, give back F2, give back F3, end");
-  EXPECT_TRUE(tracker.GetFontsForTesting().empty());
+  EXPECT_FALSE(HasBooks());
 }

@@ -20,13 +20,6 @@ using platform::Array;
 using platform::Dictionary;
 using platform::String;
 
-namespace {
-FontManagerInterface* ConnectedManager() {
-  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
-  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
-}
-}  // namespace
-
 // One run of OpenFontsForIdentifier.
 struct FontActivationTracker::OpenRun {
   FontManagerInterface& manager;
@@ -40,6 +33,11 @@ struct FontActivationTracker::OpenRun {
   void* handle = nullptr;
   ProgressRef progress = nullptr;
 };
+
+FontManagerInterface* FontActivationTracker::ConnectedManager() {
+  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
+  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
+}
 
 FontActivationTracker::FontActivationTracker(VPFInterface* ui) : mVPFInterface(ui) {}
 
@@ -369,7 +367,7 @@ void FontActivationTracker::RemoveActivatedFonts(Array fontArray, int workgroupI
       OutputIndentedAndFormattedString(0, "ERROR:  fontArray[%d] is NULL", static_cast<int>(i));
       continue;
     }
-    unsigned char pascalName[256];
+    unsigned char pascalName[255];
     const String name = font.GetString(kGS_PostScriptNameKey);
     if (!name || !CopyUTF8CStringToMacRomanPascalString(pascalName, sizeof pascalName, name.CString())) continue;
     if (!FontManagerInterface::IsFontActive(pascalName)) continue;

@@ -52,6 +52,7 @@ class FontActivationTracker {
                              platform::Array activated, platform::Array refused);
   void RegisterFontWithDocument(const platform::Dictionary& font, const platform::String& name, uint32_t fontID,
                                 bool bWasAlreadyActive, const std::string& identifier, void* handle);
+  // A progress box that a close shows stays when it has ended, for the caller to hide; only an open hides its own.
   int CloseAllFontsForIdentifier(const std::string& identifier, bool bDeactivateClosedFonts, bool bShowProgress,
                                  platform::Array fontsDeactivated);
   // For the quit: any font still on the books goes, whatever its count.
@@ -81,6 +82,7 @@ class FontActivationTracker {
   };
   using ProgressRef = std::unique_ptr<FontProgressProperties>;
 
+  static FontManagerInterface* ConnectedManager();  // null without one
   static void ProgressCallback(int current, int maximum, const std::string& text, void* context);
   ProgressRef StartProgress(bool bShow, size_t count, const char* titleKey, const char* headerKey);
 
@@ -101,7 +103,6 @@ class FontActivationTracker {
   int CloseInBatch(CloseRun& run, platform::Array fontsDeactivated);
   int CloseOneByOne(CloseRun& run, platform::Array fontsDeactivated);
   int DeactivateOne(CloseRun& run, const FontInfo& info);
-  void EndClose(CloseRun& run);
   int CloseBooks(CloseRun& run);
   int CloseBooksInBatch(CloseRun& run);
   int CloseBooksOneByOne(CloseRun& run);

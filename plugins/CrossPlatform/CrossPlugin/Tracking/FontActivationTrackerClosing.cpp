@@ -22,16 +22,9 @@ struct FontActivationTracker::CloseRun {
 
 namespace {
 
-FontManagerInterface* ConnectedManager() {
-  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
-  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
-}
-
-// True if this was the last registration. A vector that outlived a quit can name a font more often than it is counted.
-bool LowerCount(FontActivationTracker::FontInfo& info) {
-  if (info.nRefCount > 0) --info.nRefCount;
-  return info.nRefCount == 0;
-}
+// True if this was the last registration. A vector that outlived a quit can name a font more often than it is counted;
+// such a font stays open until the next quit.
+bool LowerCount(FontActivationTracker::FontInfo& info) { return info.nRefCount-- == 1; }
 
 }  // namespace
 
@@ -57,22 +50,17 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
       result = CloseRegisteredFonts(run, fontsDeactivated);
     } catch (...) {
       // Counts already lowered stay so; the IDs not yet reached wait for the quit.
-      EndClose(run);
+      manager->EndActivationChange();
       manager->SetCountForLongOperations(1);
       OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFontsForIdentifier() exiting abnormally");
       throw;
     }
-    EndClose(run);
+    manager->EndActivationChange();
   }
   manager->FinishClosingFontsForDocument(identifier, run.allClosed);
   manager->SetCountForLongOperations(1);
   OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFontsForIdentifier() returning %d", result);
   return result;
-}
-
-void FontActivationTracker::EndClose(CloseRun& run) {
-  if (run.progress) mVPFInterface->HideProgress();
-  run.manager.EndActivationChange();
 }
 
 int FontActivationTracker::CloseRegisteredFonts(CloseRun& run, Array fontsDeactivated) {
@@ -164,12 +152,12 @@ int FontActivationTracker::CloseAllFonts(bool bDeactivateClosedFonts, bool bShow
     result = CloseBooks(run);
   } catch (...) {
     // At quit, losing track is better than holding up the host.
-    EndClose(run);
+    manager->EndActivationChange();
     m_mFonts.clear();
     OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() exiting abnormally");
     throw;
   }
-  EndClose(run);
+  manager->EndActivationChange();
   m_mFonts.clear();
   OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() returning %d", result);
   return result;

@@ -157,12 +157,17 @@ platform::BundleRef GetBundleWithIdentifierReliably(const std::string& identifie
   return platform::Bundle::WithIdentifier(identifier);
 }
 
+namespace {
+std::string sPrivateFrameworksFolder;  // stays empty until the plug-in's bundle is found
+}
+
+void ForgetPrivateFrameworksFolderForTesting() { sPrivateFrameworksFolder.clear(); }
+
 platform::BundleRef LoadPrivateFramework(const std::string& pluginBundleIdentifier, const std::string& name) {
-  static std::string sFolder;  // stays empty until the plug-in's bundle is found
-  if (sFolder.empty()) {
+  if (sPrivateFrameworksFolder.empty()) {
     const platform::BundleRef plugin = GetBundleWithIdentifierReliably(pluginBundleIdentifier);
     if (!plugin) return nullptr;
-    sFolder = plugin->PrivateFrameworksFolder();
+    sPrivateFrameworksFolder = plugin->PrivateFrameworksFolder();
   }
-  return platform::Bundle::Create(sFolder + "/" + name);
+  return platform::Bundle::Create(sPrivateFrameworksFolder + "/" + name);
 }

@@ -23,7 +23,7 @@ bool ReadFieldFromVersionResource(const char* path, const char* key, unsigned lo
 bool ReadVersionResource(const char* path, unsigned long size, char* out);
 
 bool FileExistsAtPath(const char* path);
-// Only for a program that runs: 0, or CoreErrorCodes::kNotFound if there is none.
+// Only for a program that runs. Without one it gives CoreErrorCodes::kNotFound, as looking on would hang the host.
 TModuleErrorCode GetProcessID(const std::string& bundleID, int& outPID);
 // There is no front program among the programs of this desktop: CoreErrorCodes::kNotSupported.
 TModuleErrorCode SetFrontApplication(int pid);
@@ -37,3 +37,4 @@ void ShowMessage(const std::string& text);
 platform::BundleRef GetBundleWithIdentifierReliably(const std::string& identifier);
 // A bundle in the private frameworks folder of the plug-in's own bundle; null if it is not there.
 platform::BundleRef LoadPrivateFramework(const std::string& pluginBundleIdentifier, const std::string& name);
+void ForgetPrivateFrameworksFolderForTesting();

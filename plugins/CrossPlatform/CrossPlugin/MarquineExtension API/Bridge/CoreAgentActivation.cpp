@@ -153,6 +153,10 @@ int CoreAgentInterface::ActivateFontsByID(const Array& fonts, const std::string&
   return code == 0 ? 0 : -1;
 }
 
+void CoreAgentInterface::HandleProgress(ProgressFunction progress, void* context) {
+  for (;;) progress(0, 0, "", context);
+}
+
 void CoreAgentInterface::CreateFontArrayWithErrorsRemoved(const Array& in, Array out, const FontIDs& failedIDs) {
   if (!in || !out) return;
   for (size_t i = 0; i < in.Count(); ++i) {
@@ -188,16 +192,18 @@ int CoreAgentInterface::CollectFontsUsedByCurrentDocument(const std::string& doc
     const std::string message = ui->LocalizedString("Enter name of new folder.  Collected fonts will be placed here.");
     if (ShowSaveFolderDialog(documentName, folder, title, message, ui->LocalizedString("%@'s fonts")) != 0) return 0;
     const FontIDs ids = GetFontIDsFromFontInfoArray(fonts, false);
+    TModuleErrorCode code = CoreErrorCodes::kSuccess;
     if (ids.empty()) {
       OutputIndentedAndFormattedString(
           0, "No fonts to collect.  Creating empty destination folder, if it does not already exist.");
-      if (!AgentTable().pfOSDoesDirectoryExist(folder.c_str())) AgentTable().pfOSCreateDirectory(folder.c_str(), 1);
-      return 0;
+      if (!AgentTable().pfOSDoesDirectoryExist(folder.c_str())) {
+        code = AgentTable().pfOSCreateDirectory(folder.c_str(), 1);
+      }
+    } else {
+      const auto count = static_cast<uint32_t>(ids.size());
+      code = CallWithRelaunch(
+          [&] { return AgentTable().pfExportFonts(GetFacade(), count, ids.data(), folder.c_str(), 0, 0); });
     }
-    const TModuleErrorCode code = CallWithRelaunch([&] {
-      return AgentTable().pfExportFonts(GetFacade(), static_cast<uint32_t>(ids.size()), ids.data(), folder.c_str(), 0,
-                                        0);
-    });
     return code == 0 ? 0 : -1;
   } catch (...) {
     // The command must never end the host; what was thrown is traced.
@@ -207,13 +213,13 @@ int CoreAgentInterface::CollectFontsUsedByCurrentDocument(const std::string& doc
 }
 
 // -1 on every path, success included; callers do not read it.
-int CoreAgentInterface::MakeSetForDocumentFonts(const std::string& defaultName, const Array& fonts) {
-  if (IsAllWorkgroupsSelected()) return -1;
+int CoreAgentInterface::MakeSetForDocumentFonts(const String& defaultName, const Array& fonts) {
+  if (!defaultName || IsAllWorkgroupsSelected()) return -1;
   try {
     const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
     std::string name;
     const std::string prompt = ui->LocalizedString("Create a [FONT_MANAGER_MODIFIER] set for this document's fonts?");
-    ui->AskForOneString(prompt, ui->LocalizedString("Set Name:"), defaultName, name);
+    ui->AskForOneString(prompt, ui->LocalizedString("Set Name:"), defaultName.Text(), name);
     if (String::FromUTF8(name).Length() > kLongestSetName) {
       name = FirstCharacters(name, kLongestSetName);
       ui->ShowSetNameTooLongMessageBox();

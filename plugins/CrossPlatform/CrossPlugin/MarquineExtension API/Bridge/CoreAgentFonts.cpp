@@ -48,6 +48,7 @@ Dictionary RequestFor(uint64_t fontID, long workgroupID) {
 
 int CoreAgentInterface::LookUp(const std::string& name, TypeOfFontName kind, long workgroupID,
                                std::vector<uint64_t>& out) {
+  if (kind != kPostScriptName && kind != kFamilyName) return -1;
   FontIDs workgroups;
   PopulateWorkgroupArray(static_cast<int>(workgroupID), workgroups);
   std::vector<uint64_t> found;
@@ -70,8 +71,6 @@ int CoreAgentInterface::FontIDsForFamilyName(const std::string& name, long workg
 
 int CoreAgentInterface::CountNamedFonts(const std::string& name, TypeOfFontName kind, long workgroupID, long* outCount,
                                         std::string&) {
-  *outCount = 0;
-  if (kind != kPostScriptName && kind != kFamilyName) return -1;
   std::vector<uint64_t> ids;
   const int status = LookUp(name, kind, workgroupID, ids);
   *outCount = static_cast<long>(ids.size());

@@ -39,7 +39,7 @@ class CoreAgentInterface : public FontManagerInterface {
   int EndGetGlyphsureInfo(const std::string& scratch) override;
   int FindFontsInSameFamilyForActivation(const Dictionary& font, const Array& documentFonts, int workgroupID,
                                          Array* outFonts) override;
-  int MakeSetForDocumentFonts(const std::string& defaultName, const Array& fonts) override;
+  int MakeSetForDocumentFonts(const platform::String& defaultName, const Array& fonts) override;
   int CollectFontsUsedByCurrentDocument(const std::string& documentName, const std::string& path,
                                         const Array& fonts) override;
   int ProcessNotifications() override;
@@ -74,6 +74,8 @@ class CoreAgentInterface : public FontManagerInterface {
   bool AttemptRelaunchTryAgain();
   static int LaunchZephyneAgentIfNeeded();
   static int RelaunchZephyneAgent();
+  // Reports for ever and never returns: part of the class's form that nobody may call.
+  [[noreturn]] static void HandleProgress(ProgressFunction progress, void* context);
   // Appends each record with a nonzero ID that is not in the list.
   static void CreateFontArrayWithErrorsRemoved(const Array& in, Array out, const FontIDs& failedIDs);
 

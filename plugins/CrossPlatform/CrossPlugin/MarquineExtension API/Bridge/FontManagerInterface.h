@@ -4,11 +4,11 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "Bridge/FontOrSetInfoRec.h"
+#include "Bridge/OwnedPointer.h"
 #include "ErrorCodes.h"
 #include "GMutex.h"
 #include "Identification/FontKeys.h"
@@ -23,8 +23,8 @@ class FontManagerInterface {
   // Tells how far a batch is.
   using ProgressFunction = void (*)(int current, int maximum, const std::string& text, void* context);
 
-  // Null until the connection is made and after shutdown.
-  static std::unique_ptr<FontManagerInterface> sm_pFontManager;
+  // Null until the connection is made and after shutdown. The agent's callback reads it on its own thread.
+  static OwnedPointer<FontManagerInterface> sm_pFontManager;
   // Held through the whole of CompatibleFontManagerIsRunning and OnHostAppShuttingDown.
   static GMutex sm_Mutex;
   static bool sValidWorkgroupSelected;
@@ -85,14 +85,14 @@ class FontManagerInterface {
   virtual int GetGlyphsureInfo(unsigned, const Dictionary&, char*, unsigned long*) { return -1; }
   virtual int EndGetGlyphsureInfo(const std::string&) { return 0; }
   virtual int FindFontsInSameFamilyForActivation(const Dictionary&, const Array&, int, Array*) { return -1; }
-  virtual int MakeSetForDocumentFonts(const std::string&, const Array&) { return -1; }
+  virtual int MakeSetForDocumentFonts(const platform::String&, const Array&) { return -1; }
   virtual int CollectFontsUsedByCurrentDocument(const std::string&, const std::string&, const Array&) { return -1; }
   virtual int ProcessNotifications() { return 0; }
   virtual bool AreSchemaVersionsInSync() { return true; }
   virtual int GetAllWorkgroupsForUser(Array* out, bool addAllWorkgroups, bool includeSpecial, bool flag) = 0;
   virtual bool CheckForWorkgroups() { return true; }
   virtual int SetDefaultWorkgroupID(int id);
-  virtual int SetDefaultWorkgroupName(const std::string& name);
+  virtual int SetDefaultWorkgroupName(const platform::String& name);
   virtual platform::String GetDefaultWorkgroupName();
   virtual int GetWorkgroupID(const platform::String& name, int* outID);
   virtual platform::String GetWorkgroupNameFromID(long id);

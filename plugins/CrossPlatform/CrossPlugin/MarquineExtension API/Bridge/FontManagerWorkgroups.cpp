@@ -11,7 +11,7 @@ using platform::Array;
 using platform::Dictionary;
 using platform::String;
 
-std::unique_ptr<FontManagerInterface> FontManagerInterface::sm_pFontManager;
+OwnedPointer<FontManagerInterface> FontManagerInterface::sm_pFontManager;
 GMutex FontManagerInterface::sm_Mutex;
 bool FontManagerInterface::sValidWorkgroupSelected = false;
 bool FontManagerInterface::sSelectWorkgroupInProgress = false;
@@ -65,6 +65,7 @@ bool FontManagerInterface::IsFontActive(const std::string& name) {
 }
 
 bool FontManagerInterface::IsFontActive(const unsigned char* pascalName) {
+  // Read as UTF-8, though the text form writes MacRoman: a name beyond ASCII counts as inactive, and so is asked for.
   const String name = String::FromUTF8(STLStringFromPlatformString(pascalName));
   return name && platform::IsFontNameActive(name.Text());
 }
@@ -96,9 +97,9 @@ int FontManagerInterface::SetDefaultWorkgroupID(int id) {
   return 0;
 }
 
-int FontManagerInterface::SetDefaultWorkgroupName(const std::string& name) {
+int FontManagerInterface::SetDefaultWorkgroupName(const String& name) {
   int id = 0;
-  const int status = GetWorkgroupID(String::FromUTF8(name), &id);
+  const int status = GetWorkgroupID(name, &id);
   return status != 0 ? status : SetDefaultWorkgroupID(id);
 }
 

@@ -23,7 +23,10 @@ VPILoader* VPILoader::GetSharedInstance() {
   return sInstance.get();
 }
 
-void VPILoader::ResetForTesting() { sInstance.reset(); }
+void VPILoader::ResetForTesting() {
+  sInstance.reset();
+  ForgetPrivateFrameworksFolderForTesting();
+}
 
 VPILoader* VPILoader::UseEmptyTableForTesting() {
   sInstance.reset(new VPILoader);
