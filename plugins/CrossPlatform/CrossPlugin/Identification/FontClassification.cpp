@@ -18,11 +18,6 @@ using platform::String;
 
 namespace {
 
-FontManagerInterface* ConnectedManager() {
-  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
-  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
-}
-
 int CountPerfectMatches(const Dictionary& font, const Array& candidates, Dictionary& first) {
   int count = 0;
   for (size_t i = 0; i < candidates.Count(); ++i) {
@@ -71,7 +66,7 @@ void TraceChoice(const Choice& choice, const Array& candidates, const char* name
 }
 
 int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts, bool pickBestMatch, int workgroupID) {
-  FontManagerInterface* manager = ConnectedManager();
+  FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   const String name = font.GetString(kGS_PostScriptNameKey);
   Array candidates = Array::Create();
@@ -124,7 +119,7 @@ class ProgressEnd {
 int ProcessDocumentFontsForAutoActivation(const Array& allDocumentFonts, Array matchedFonts, Array problemFonts,
                                           bool glyphsureEnabled, bool pickBestMatch, int workgroupID,
                                           VPFInterface* progress) {
-  if (!ConnectedManager()) return kErrorMarquineNotRunning;
+  if (!FontManagerInterface::ConnectedManager()) return kErrorMarquineNotRunning;
   if (!allDocumentFonts || !matchedFonts || !problemFonts) return kErrorBadArgument;
   OutputIndentedAndFormattedString(
       1, "Entering ProcessDocumentFontsForAutoActivation() with %d font(s), glyphsureEnabled=%d, pickBestMatch=%d",

@@ -17,11 +17,6 @@ using platform::String;
 
 namespace {
 
-FontManagerInterface* ConnectedManager() {
-  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
-  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
-}
-
 // A copy of the first record that the database has for the font; null if it has none.
 int GetGlyphsureDataForBestMatch(FontManagerInterface& manager, const Dictionary& record, int workgroupID,
                                  Dictionary& best) {
@@ -127,7 +122,7 @@ void RemoveInactive(FontManagerInterface& manager, Array& fonts) {
 
 int AppendGlyphsureDataToFonts(Array fonts, int workgroupID, bool excludeInactiveFonts, bool bGetAllFontInfo,
                                bool tryFamilyNames) {
-  FontManagerInterface* manager = ConnectedManager();
+  FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   if (!fonts) return kErrorBadArgument;
   const int status = Enrichment(*manager, fonts, workgroupID, excludeInactiveFonts, tryFamilyNames).Walk();
@@ -185,7 +180,7 @@ Array FindIDsForOneFont(FontManagerInterface& manager, const Dictionary& font, i
 }  // namespace
 
 int FindIDsForBestMatches(const Array& documentFonts, Array* outMatchedFonts, int workgroupID) {
-  FontManagerInterface* manager = ConnectedManager();
+  FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   if (!documentFonts || !outMatchedFonts) return kErrorBadArgument;
   *outMatchedFonts = Array::Create();

@@ -34,11 +34,6 @@ struct FontActivationTracker::OpenRun {
   ProgressRef progress = nullptr;
 };
 
-FontManagerInterface* FontActivationTracker::ConnectedManager() {
-  FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
-  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
-}
-
 FontActivationTracker::FontActivationTracker(VPFInterface* ui) : mVPFInterface(ui) {}
 
 FontActivationTracker::~FontActivationTracker() {
@@ -77,7 +72,7 @@ int FontActivationTracker::OpenFontsForIdentifier(const Array& fonts, const std:
                                                   Array activated, Array refused) {
   OutputIndentedAndFormattedString(1, "Entering FontActivationTracker::OpenFontsForIdentifier(%d fonts, '%s')",
                                    static_cast<int>(fonts.Count()), identifier.c_str());
-  FontManagerInterface* manager = ConnectedManager();
+  FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) {
     OutputIndentedAndFormattedString(-1, "OpenFontsForIdentifier returning kErrorMarquineNotRunning (EARLY RETURN)");
     return kErrorMarquineNotRunning;

@@ -82,7 +82,6 @@ class FontActivationTracker {
   };
   using ProgressRef = std::unique_ptr<FontProgressProperties>;
 
-  static FontManagerInterface* ConnectedManager();  // null without one
   static void ProgressCallback(int current, int maximum, const std::string& text, void* context);
   ProgressRef StartProgress(bool bShow, size_t count, const char* titleKey, const char* headerKey);
 

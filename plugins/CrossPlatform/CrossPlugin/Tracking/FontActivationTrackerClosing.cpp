@@ -30,7 +30,7 @@ bool LowerCount(FontActivationTracker::FontInfo& info) { return info.nRefCount--
 
 int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identifier, bool bDeactivateClosedFonts,
                                                       bool bShowProgress, Array fontsDeactivated) {
-  FontManagerInterface* manager = ConnectedManager();
+  FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   const GScopedLock lock(mMutex);
   CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, bDeactivateClosedFonts};
@@ -142,7 +142,7 @@ int FontActivationTracker::CloseOneByOne(CloseRun& run, Array fontsDeactivated) 
 }
 
 int FontActivationTracker::CloseAllFonts(bool bDeactivateClosedFonts, bool bShowProgress) {
-  FontManagerInterface* manager = ConnectedManager();
+  FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   if (m_mFonts.empty()) return 0;
   const GScopedLock lock(mMutex);

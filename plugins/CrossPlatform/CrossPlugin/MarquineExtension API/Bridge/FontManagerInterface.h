@@ -34,6 +34,8 @@ class FontManagerInterface {
   // Is a font manager there, loaded, and of a usable interface? The first call that finds the library makes the manager.
   // outBundleName may be null.
   static TModuleErrorCode CompatibleFontManagerIsRunning(const std::string** outBundleName, bool& outRunning);
+  // The one manager, or null while there is none that is connected.
+  static FontManagerInterface* ConnectedManager();
   static bool AutoActivationIsReady();
   static void OnHostAppShuttingDown(bool showProgress);
   // Asks the operating system, not the agent, for a font of this PostScript or family name.

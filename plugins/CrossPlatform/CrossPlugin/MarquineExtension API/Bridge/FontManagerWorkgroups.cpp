@@ -46,6 +46,11 @@ std::string FontManagerInterface::GetStringFromDictionary(const Dictionary& dict
   return dictionary.GetString(key).Text();
 }
 
+FontManagerInterface* FontManagerInterface::ConnectedManager() {
+  FontManagerInterface* manager = sm_pFontManager.get();
+  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
+}
+
 bool FontManagerInterface::AutoActivationIsReady() {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (!ui || !ui->IsValid() || !ui->GetEnabledAutoActivationPref()) return false;
