@@ -77,6 +77,7 @@ TEST_F(FontDataCache, FollowsTheAgentsNotices) {
   Add(2, "A", 2, "2");
   Add(3, "B", 2, "2");
   Add(4, "A", 1, "2");
+  Add(5, "A", 2, "2");
   Cache::SetFontActivationState(2, true);
   EXPECT_EQ(Active("A"), 1u) << "an active one that is reported again touches no other";
   Cache::SetFontActivationState(4, true);
