@@ -31,6 +31,7 @@ const char* Text(const FontOrSetInfoRec& record, std::string_view key) {
 
 void FontDataPreviouslyGottenFromDatabase::Add(uint32_t fontID, const FontOrSetInfoRec& record) {
   Cache& cache = GetCache();
+  // The first record stays. A later one is let go: a reference kept for it could be reached by nobody.
   if (!cache.idToInfoRec.emplace(fontID, record).second) return;
   const platform::String name = record.fontInfo.GetString(kGS_PostScriptNameKey);
   if (name) cache.idsByName[name.Text()].insert(fontID);
