@@ -11,8 +11,6 @@ using platform::Dictionary;
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class CommandFixture : public HostFixture {
  protected:
   CommandFixture() {
@@ -29,12 +27,6 @@ class CommandFixture : public HostFixture {
     ui->commands = {{code, workgroup}};
     EXPECT_EQ(HandleCommandBoxAction(), 0);
   }
-  std::string Open(const Lines& fonts) {
-    const std::string path = WriteDocument("a.psd", fonts);
-    app.Add(path);
-    SendOpen(path);
-    return path;
-  }
 };
 using Command = CommandFixture;
 
@@ -43,15 +35,15 @@ TEST_F(Command, TellsWhatStandsInTheWay) {
   MakeReady();
   MarquineGlobals::SetPluginServicesEnabled(false);
   EXPECT_EQ(HandleCommandBoxAction(), 0);
-  EXPECT_EQ(ui->TakeShown(), Lines{"box FontManagerNotFoundMessage"});
+  EXPECT_EQ(Shown(), "box FontManagerNotFoundMessage");
   agent.isStandalone = false;
   MakeReady();
   agent.workgroups.clear();
   HandleCommandBoxAction();
-  EXPECT_EQ(ui->TakeShown(), Lines{"box NoWorkgroupsMessage"});
+  EXPECT_EQ(Shown(), "box NoWorkgroupsMessage");
   agent.isLoggedIn = false;
   HandleCommandBoxAction();
-  EXPECT_EQ(ui->TakeShown(), Lines{"box NotLoggedInPluginDisabledMessage"});
+  EXPECT_EQ(Shown(), "box NotLoggedInPluginDisabledMessage");
 }
 
 TEST_F(Command, BoxIsFilledFromTheManager) {
@@ -81,10 +73,10 @@ TEST_F(Command, BoxComesBackAfterAboutAndPreferences) {
   MakeReady();
   ui->commands = {{2, 5}, {3, 6}};
   HandleCommandBoxAction();
-  EXPECT_EQ(ui->TakeShown(), (Lines{"command", "about", "command", "preferences", "command"}));
+  EXPECT_EQ(Shown(), "command, about, command, preferences, command");
   EXPECT_EQ(ui->preferences["CurrentWorkgroup"], 6);
   Choose(99, 5);
-  EXPECT_EQ(ui->TakeShown(), Lines{"command"});
+  EXPECT_EQ(Shown(), "command");
   EXPECT_EQ(ui->preferences["CurrentWorkgroup"], 5);
 }
 
@@ -92,15 +84,15 @@ TEST_F(Command, ChecksTheFontsOfTheDocumentAgain) {
   ui->preferences["PickBestMatch"] = 1;
   agent.Font(2).workgroupID = 99;  // not yet in the library
   MakeReady();
-  const std::string path = Open({"Active"});
+  const std::string path = Open("a.psd", {"Active"});
   Choose(6, -2);
   platform::RunLoop::Main().RunFor(10);
   EXPECT_TRUE(app.played.empty()) << "nothing new was needed";
   WriteDocument("a.psd", {"Active", "Idle"});
   Choose(6, -2);
-  EXPECT_EQ(Held(), std::vector<uint32_t>{2});
+  EXPECT_EQ(Held(), "2");
   platform::RunLoop::Main().RunFor(10);
-  EXPECT_EQ(app.played, (Lines{"select 101", "close 101", "open " + path}));
+  EXPECT_EQ(Joined(app.played), "select 1, close 1, open " + path);
   // A document that is not tracked is left alone.
   app.Add(WriteDocument("b.psd", {"Idle"}));
   const size_t calls = agent.Count("ActivateFonts");
@@ -110,13 +102,13 @@ TEST_F(Command, ChecksTheFontsOfTheDocumentAgain) {
 
 TEST_F(Command, MakesASetInOneWorkgroupOnly) {
   MakeReady();
-  Open({"Active"});
+  Open("a.psd", {"Active"});
   ui->typed = "a.psd";
   Choose(5, -2);
-  EXPECT_EQ(ui->TakeShown(), (Lines{"command", "box CreateDocSetNotAvailableMessage"}));
+  EXPECT_EQ(Shown(), "command, box CreateDocSetNotAvailableMessage");
   EXPECT_TRUE(agent.sets.empty());
   Choose(5, 5);
-  EXPECT_EQ(ui->TakeShown(), (Lines{"command", "ask"}));
+  EXPECT_EQ(Shown(), "command, ask");
   EXPECT_EQ(agent.sets.size(), 1u);
 }
 
@@ -133,34 +125,28 @@ TEST_F(Command, CollectsWhatMayBeExported) {
   const struct {
     const char* rule;
     bool isStandalone, mayExport, isTracked;
-    Lines fonts, shown;
+    const char *fonts, *shown;
     std::vector<uint32_t> exported;
   } kRows[] = {
-      {"all is there", true, true, true, {"Active"}, {}, {1}},
-      {"alone the right does not count", true, false, true, {"Active"}, {}, {1}},
-      {"with a server it does", false, false, true, {"Active"}, {"box CannotExportMessage"}, {}},
-      {"what is missing is told, the rest collected",
-       true,
-       true,
-       true,
-       {"Active", "Absent"},
-       {"box MissingFontsExportMessage"},
-       {1}},
-      {"an untracked document", true, true, false, {"Active"}, {"box CannotExportMessage"}, {}},
+      {"all is there", true, true, true, "Active", "", {1}},
+      {"alone the right does not count", true, false, true, "Active", "", {1}},
+      {"with a server it does", false, false, true, "Active", "box CannotExportMessage", {}},
+      {"the rest is collected", true, true, true, "Active Absent", "box MissingFontsExportMessage", {1}},
+      {"an untracked document", true, true, false, "Active", "box CannotExportMessage", {}},
   };
   for (const auto& row : kRows) {
     AllTrackedDocuments::ResetForTesting();
-    app.documents.clear();
+    app.RemoveAll();
     agent.exported.clear();
     agent.isStandalone = row.isStandalone;
     agent.mayExport = row.mayExport;
     MakeReady();
     ui->preferences["PickBestMatch"] = 0;
-    const std::string path = WriteDocument("a.psd", row.fonts);
+    const std::string path = WriteDocument("a.psd", Words(row.fonts));
     app.Add(path);
     if (row.isTracked) AllTrackedDocuments::AddDocument(nullptr, path);
     DoCollectForOutput();
-    EXPECT_EQ(ui->TakeShown(), row.shown) << row.rule;
+    EXPECT_EQ(Shown(), row.shown) << row.rule;
     EXPECT_EQ(agent.exported, row.exported) << row.rule;
   }
 }

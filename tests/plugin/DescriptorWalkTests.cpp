@@ -1,11 +1,7 @@
 // The walk of descriptors that the real host made, and the names of keys in its log.
-#include "host/HostObjects.h"
-#include "host/Suites.h"
-#include "host/TypeIDs.h"
 #include "photoshop/PSConstA.h"
 #include "photoshop/PSFU_FreeZone.h"
-#include "photoshop/PhotoshopFontUtils.h"
-#include "support/PluginFixture.h"
+#include "plugin/HostFixture.h"
 
 using host::DescriptorData;
 using host::ListData;
@@ -14,25 +10,13 @@ using host_sdk::kNoErr;
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
-class DescriptorWalkFixture : public fakes::PluginFixture {
+class DescriptorWalkFixture : public HostFixture {
  protected:
-  DescriptorWalkFixture() { sSPBasic = &host::BasicSuite(); }
-  ~DescriptorWalkFixture() override {
-    PIUSuitesRelease();
-    EXPECT_EQ(host::LiveObjects().Total(), 0u) << "something of the host is left";
-    sSPBasic = nullptr;
-  }
   static host::ObjectValue Object(DescriptorData data) {
     return {Code("Lyr "), std::make_shared<const DescriptorData>(std::move(data))};
   }
   static std::shared_ptr<const ListData> List(std::vector<host::ActionValue> items) {
     return std::make_shared<const ListData>(ListData{std::move(items)});
-  }
-  static host_sdk::SPErr Walk(DescriptorData data, DescriptorTexts& found) {
-    const ScopedDescriptor descriptor(host::HostObjects::Shared().descriptors.Add(std::move(data)));
-    return PhotoshopFontUtils::ProcessDescriptor(descriptor.Get(), found);
   }
 };
 using DescriptorWalk = DescriptorWalkFixture;
@@ -50,7 +34,7 @@ TEST_F(DescriptorWalk, CollectsFontNamesOnceAndFileReferencesFromEveryDepth) {
   document.Put(Code("null"), host::AliasData::OfPath("/not/text.psd"));
   DescriptorTexts found;
   found.fontNames = {"Given"};
-  EXPECT_EQ(Walk(document, found), kNoErr);
+  EXPECT_EQ(PhotoshopFontUtils::ProcessDescriptor(fakes::GivenDescriptor(document).Get(), found), kNoErr);
   EXPECT_EQ(found.fontNames, (Lines{"Given", "Alpha", "Beta", "Größe"}));
   EXPECT_EQ(found.fontCount, 3);
   EXPECT_EQ(found.fileReferences, (Lines{"/a.psd", "/a.psd"}));
@@ -58,10 +42,6 @@ TEST_F(DescriptorWalk, CollectsFontNamesOnceAndFileReferencesFromEveryDepth) {
   EXPECT_TRUE(Traced("Added file reference '/a.psd'"));
   for (const char* line : {"fontPostScriptName: VlLs", "'Lyr ': VlLs", "keyFileReference: TEXT", "keyAntiAlias: enum"})
     EXPECT_TRUE(Traced(line)) << line;
-}
-
-TEST_F(DescriptorWalk, OfNoDescriptorIsTheHostsError) {
-  DescriptorTexts found;
   EXPECT_EQ(PhotoshopFontUtils::ProcessDescriptor(nullptr, found), host_sdk::kBadParameters);
 }
 
@@ -85,7 +65,7 @@ TEST_F(DescriptorWalk, AFreeZoneGivesBackEveryKind) {
   zone.Add(ScopedReference(objects.references.Add({})));
   const host_sdk::Handle alias = zone.Add(ScopedHandle(objects.handles.Add({})));
   EXPECT_EQ(sPSHandle->GetSize(alias), 0);
-  EXPECT_EQ(host::LiveObjects().Total() - host::LiveObjects().suites, 4u);
+  EXPECT_EQ(app.Objects(), 4u);
 }
 
 }  // namespace

@@ -1,49 +1,46 @@
 // What is done, in which order, when a document is opened, made, saved or closed.
 #include "Readers/XMPFontMetadata.h"
 #include "photoshop/MissingFontsWindow.h"
-#include "photoshop/PhotoshopFontUtils.h"
 #include "plugin/HostFixture.h"
 
-using fakes::NamesOf;
-using platform::Array;
-
 namespace {
-
-using Lines = std::vector<std::string>;
 
 class DocumentEventsFixture : public HostFixture {
  protected:
   DocumentEventsFixture() {
     agent.Add({.id = 1, .postScriptName = "Alpha"});
     agent.Add({.id = 2, .postScriptName = "Beta"});
+    agent.Add({.id = 3, .postScriptName = "NimbusSans-Regular"});
     ui->preferences["CloseFontsOnDocClose"] = ui->preferences["CloseFontsOnHostAppQuit"] = 1;
   }
   ~DocumentEventsFixture() override { ResetMissingFontsWindowForTesting(); }
 
-  std::string SlugOf(const std::string& path) {
-    const Array slug = Array::Create();
+  std::string OpenSample() {
+    const std::string path = Sample("poster.psd");
+    app.Add(path);
+    SendOpen(path);
+    return path;
+  }
+  static std::string SlugOf(const std::string& path) {
+    const platform::Array slug = platform::Array::Create();
     ReadXMPGlyphsureSlugFromFile(path, slug);
-    return NamesOf(slug);
+    return fakes::NamesOf(slug);
   }
 };
 using DocumentEvents = DocumentEventsFixture;
 
 TEST_F(DocumentEvents, AnOpenEventTracksTheDocumentAndActivatesItsFonts) {
   MakeReady();
-  const std::string path = WriteDocument("a.psd", {"Alpha", "Beta", "Alpha"});
-  const int id = app.Add(path);
-  SendOpen(path);
-  EXPECT_EQ(Held(), (std::vector<uint32_t>{1, 2}));
-  EXPECT_EQ(Tracked(), Lines{"a.psd " + std::to_string(id)});
-  EXPECT_EQ(AllTrackedDocuments::GetDocumentList()[0]->GetTimeOpenEventWasHandled(), static_cast<long>(kNow));
+  Open("a.psd", {"Alpha", "Beta", "Alpha"});
+  EXPECT_EQ(Held(), "1 2");
+  EXPECT_EQ(Tracked(), "a.psd 1");
+  EXPECT_EQ(FirstTracked().GetTimeOpenEventWasHandled(), static_cast<long>(kNow));
   EXPECT_EQ(gOpenDocumentCallCounter, 0);
-  EXPECT_TRUE(ui->TakeShown().empty());
+  EXPECT_EQ(Shown(), "");
 }
 
 TEST_F(DocumentEvents, NothingHappensUnlessReady) {
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  app.Add(path);
-  const auto sendAll = [&] { SendOpen(path), SendMake(), SendSave(), SendSave(), SendClose(); };
+  const auto sendAll = [&] { Open("a.psd", {"Alpha"}), SendMake(), SendSave(), SendSave(), SendClose(); };
   sendAll();
   MakeReady();
   for (const auto& takeBack : std::vector<std::function<void()>>{
@@ -53,27 +50,24 @@ TEST_F(DocumentEvents, NothingHappensUnlessReady) {
     takeBack();
     sendAll();
   }
-  EXPECT_TRUE(Tracked().empty());
-  EXPECT_TRUE(Held().empty());
+  EXPECT_EQ(Tracked() + Held(), "");
 }
 
 TEST_F(DocumentEvents, ADocumentIsTakenWhereTheHostIsInTheMiddleOfAnotherOpen) {
   MakeReady();
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  app.Add(path);
   gOpenDocumentCallCounter = 1;
-  SendOpen(path);
+  const std::string path = Open("a.psd", {"Alpha"});
   DetectAndHandleNewlyOpenedDocuments(false);
-  EXPECT_TRUE(Tracked().empty());
+  EXPECT_EQ(Tracked(), "");
   gOpenDocumentCallCounter = 0;
   DetectAndHandleNewlyOpenedDocuments(false);
   EXPECT_TRUE(Traced("Newly opened document detected: '" + path + "'"));
-  EXPECT_EQ(Held(), std::vector<uint32_t>{1});
-  EXPECT_EQ(AllTrackedDocuments::GetDocumentList()[0]->GetTimeOpenEventWasHandled(), 0);
+  EXPECT_EQ(Held(), "1");
+  EXPECT_EQ(FirstTracked().GetTimeOpenEventWasHandled(), 0);
   // The open event that follows has nothing left to do but to note its time.
   SendOpen(path);
   EXPECT_EQ(agent.Count("ActivateFonts"), 1u);
-  EXPECT_NE(AllTrackedDocuments::GetDocumentList()[0]->GetTimeOpenEventWasHandled(), 0);
+  EXPECT_NE(FirstTracked().GetTimeOpenEventWasHandled(), 0);
 }
 
 TEST_F(DocumentEvents, UnresolvedFontsAreTriedAgainByTheOpenEventUnderAnIdentifierOfItsOwn) {
@@ -83,23 +77,23 @@ TEST_F(DocumentEvents, UnresolvedFontsAreTriedAgainByTheOpenEventUnderAnIdentifi
   const int id = app.Add(path);
   DetectAndHandleNewlyOpenedDocuments(false);
   SendOpen(path);
-  EXPECT_EQ(ui->TakeShown(), (Lines{"box SomeLayersMissingFontsMessage", "box SomeLayersMissingFontsMessage"}));
-  EXPECT_EQ(Tracked(), Lines{"a.psd " + std::to_string(id)});
+  EXPECT_EQ(Shown(), "box SomeLayersMissingFontsMessage, box SomeLayersMissingFontsMessage");
+  EXPECT_EQ(Tracked(), "a.psd 1");
   // The second run's count is given back at the quit only.
-  app.Remove(id);
+  app.documents.Remove(id);
   SendClose();
-  EXPECT_TRUE(Tracked().empty());
-  EXPECT_EQ(Held(), std::vector<uint32_t>{1});
+  EXPECT_EQ(Tracked(), "");
+  EXPECT_EQ(Held(), "1");
   FontManagerInterface::OnHostAppShuttingDown(false);
-  EXPECT_TRUE(Held().empty());
+  EXPECT_EQ(Held(), "");
 }
 
-TEST_F(DocumentEvents, AFailedQueryLeavesThePathEmpty) {
+TEST_F(DocumentEvents, AnEventWithoutAPathMeansTheUntitledDocument) {
   MakeReady();
   app.Add("");
   SendMake();
   SendOpen("");
-  EXPECT_EQ(Tracked(), Lines{"- 101"});
+  EXPECT_EQ(Tracked(), "- 1");
   SendMake(host_sdk::Code("Lyr "));
   EXPECT_TRUE(Traced("MakeEvent received for DescriptorClassID  ryL"));
 }
@@ -110,126 +104,101 @@ TEST_F(DocumentEvents, ASecondUntitledDocumentIsTrackedFromItsSave) {
   SendMake();
   const int second = app.Add("");
   SendMake();
-  EXPECT_EQ(Tracked(), Lines{"- " + std::to_string(first)});
-  const std::time_t made = AllTrackedDocuments::GetDocumentList()[0]->GetTimeOpenEventWasHandled();
+  EXPECT_EQ(Tracked(), "- 1");
   // The first save of the first one brings its path; the second one stays untracked.
   platform::Clock::SetDriven(kNow + 60);
-  app.front = first;
-  app.Find(first)->path = WriteDocument("first.psd", {});
+  app.documents.BringToFront(first);
+  app.documents.Find(first)->path = WriteDocument("first.psd", {});
   SendSave();
   SendSave();
-  EXPECT_EQ(Tracked(), Lines{"first.psd " + std::to_string(first)});
-  EXPECT_EQ(AllTrackedDocuments::GetDocumentList()[0]->GetTimeOpenEventWasHandled(), made);
-  app.front = second;
-  app.Find(second)->path = WriteDocument("second.psd", {});
+  EXPECT_EQ(Tracked(), "first.psd 1");
+  EXPECT_EQ(FirstTracked().GetTimeOpenEventWasHandled(), static_cast<long>(kNow));
+  app.documents.BringToFront(second);
+  app.documents.Find(second)->path = WriteDocument("second.psd", {});
   SendSave();
-  EXPECT_TRUE(Traced("WARNING: no documentID 0x00000066 found in AllTrackedDocuments. '" + app.Find(second)->path +
-                     "' is untracked"));
+  EXPECT_TRUE(Traced("WARNING: no documentID 0x00000002 found in AllTrackedDocuments. '" +
+                     app.documents.Find(second)->path + "' is untracked"));
 }
 
 TEST_F(DocumentEvents, OnlyTheSecondSaveNotificationWritesTheSlug) {
   MakeReady();
-  agent.Add({.id = 3, .postScriptName = "NimbusSans-Regular"});
-  const std::string path = Sample("poster.psd");
-  app.Add(path);
-  SendOpen(path);
-  const Lines expected = {"", "NimbusSans-Regular"};
-  for (int i = 0; i < 2; ++i) {
-    SendSave();
-    EXPECT_EQ(SlugOf(path), expected[static_cast<size_t>(i)]);
-  }
+  const std::string path = OpenSample();
+  SendSave();
+  EXPECT_EQ(SlugOf(path), "");
   EXPECT_TRUE(Traced("Doing nothing because this is a pre-save event."));
+  SendSave();
+  EXPECT_EQ(SlugOf(path), "NimbusSans-Regular");
   // Without the document's ID a notification comes after the save, whatever its number.
   agent.Add({.id = 4, .postScriptName = "NimbusSans-Bold", .ownState = 4});
   SendSave(false);
   EXPECT_EQ(SlugOf(path), "NimbusSans-Regular NimbusSans-Bold");
-}
-
-TEST_F(DocumentEvents, ASaveWithoutIdentificationLeavesTheSlugAsItIs) {
-  MakeReady();
-  agent.Add({.id = 3, .postScriptName = "NimbusSans-Regular"});
-  const std::string path = Sample("poster.psd");
-  app.Add(path);
-  SendOpen(path);
-  SendSave(false);
+  // Without identification the slug stays as it is.
+  agent.Font(4).ownState = 1;
   ui->preferences["EnableGlyphsure"] = 0;
   SendSave(false);
-  EXPECT_EQ(SlugOf(path), "NimbusSans-Regular");
+  EXPECT_EQ(SlugOf(path), "NimbusSans-Regular NimbusSans-Bold");
 }
 
 TEST_F(DocumentEvents, ASaveUnderANewNameMovesTheRecordAndKeepsItsFonts) {
   MakeReady();
-  const std::string path = WriteDocument("old.psd", {"Alpha"});
-  const int id = app.Add(path);
-  SendOpen(path);
-  const std::string identifier = AllTrackedDocuments::GetDocumentList()[0]->GetIdentifier();
-  app.Find(id)->path = WriteDocument("new.psd", {"Alpha"});
+  Open("old.psd", {"Alpha"});
+  const std::string identifier = FirstTracked().GetIdentifier();
+  app.documents.Find(1)->path = WriteDocument("new.psd", {"Alpha"});
   SendSave();
-  EXPECT_EQ(Tracked(), Lines{"new.psd " + std::to_string(id)});
-  EXPECT_EQ(AllTrackedDocuments::GetDocumentList()[0]->GetIdentifier(), identifier);
-  EXPECT_EQ(AllTrackedDocuments::GetDocumentList()[0]->GetTimeSaveEventWasHandled(), static_cast<long>(kNow));
-  app.Remove(id);
+  EXPECT_EQ(Tracked(), "new.psd 1");
+  EXPECT_EQ(FirstTracked().GetIdentifier(), identifier);
+  EXPECT_EQ(FirstTracked().GetTimeSaveEventWasHandled(), static_cast<long>(kNow));
+  app.documents.Remove(1);
   SendClose();
-  EXPECT_TRUE(Held().empty());
+  EXPECT_EQ(Held(), "");
 }
 
 TEST_F(DocumentEvents, AllDocumentsThatHaveGoneAreClosedInOneEvent) {
   MakeReady();
-  const std::string paths[] = {WriteDocument("a.psd", {"Alpha"}), WriteDocument("b.psd", {"Alpha", "Beta"}),
-                               WriteDocument("c.psd", {"Beta"})};
-  for (const std::string& path : paths) {
-    app.Add(path);
-    SendOpen(path);
-  }
-  app.Remove(101);
-  app.Remove(103);
+  Open("a.psd", {"Alpha"}), Open("b.psd", {"Alpha", "Beta"}), Open("c.psd", {"Beta"});
+  app.documents.Remove(1);
+  app.documents.Remove(3);
   SendClose();
-  EXPECT_EQ(Tracked(), Lines{"b.psd 102"});
-  EXPECT_EQ(Held(), (std::vector<uint32_t>{1, 2}));
-  app.Remove(102);
+  EXPECT_EQ(Tracked(), "b.psd 2");
+  EXPECT_EQ(Held(), "1 2");
+  app.documents.Remove(2);
   SendClose();
-  EXPECT_TRUE(Held().empty());
+  EXPECT_EQ(Held(), "");
 }
 
 TEST_F(DocumentEvents, AFailedQueryProtectsADocumentAndAMissingHandleDoesNot) {
   MakeReady();
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  const int id = app.Add(path);
-  SendOpen(path);
-  app.Remove(id);
+  Open("a.psd", {"Alpha"});
+  app.documents.Remove(1);
   app.failingProperties = {host_sdk::Code("NmbD")};
   SendClose();
-  EXPECT_EQ(Tracked().size(), 1u);
-  AllTrackedDocuments::GetDocumentList()[0]->SetDocumentHandle(0);
+  EXPECT_EQ(Tracked(), "a.psd 1");
+  FirstTracked().SetDocumentHandle(0);
   SendClose();
-  EXPECT_TRUE(Tracked().empty());
+  EXPECT_EQ(Tracked(), "");
 }
 
 // The activation runs the event loop, and the host closes the very document in it.
 TEST_F(DocumentEvents, ADocumentClosedWhileItIsActivatedIsLetGoWhenTheWorkIsDone) {
   MakeReady();
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  const int id = app.Add(path);
   agent.onCall = [&](fakes::AgentFunction function) {
     if (function != fakes::AgentFunction::ActivateFonts) return;
     agent.onCall = nullptr;
-    app.Remove(id);
+    app.documents.Remove(1);
     SendClose();
   };
-  SendOpen(path);
-  EXPECT_TRUE(Tracked().empty());
+  const std::string path = Open("a.psd", {"Alpha"});
+  EXPECT_EQ(Tracked(), "");
   EXPECT_TRUE(Traced("WARNING: HandleOpenedDocument() failed to add '" + path + "' to AllTrackedDocuments."));
   EXPECT_EQ(gOpenDocumentCallCounter, 0);
 }
 
 TEST_F(DocumentEvents, AnExceptionLeavesTheCounterRaised) {
   MakeReady();
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  app.Add(path);
   agent.onCall = [](fakes::AgentFunction function) {
     if (function == fakes::AgentFunction::ActivateFonts) throw std::runtime_error("the agent's library failed");
   };
-  EXPECT_THROW(SendOpen(path), std::runtime_error);
+  EXPECT_THROW(Open("a.psd", {"Alpha"}), std::runtime_error);
   EXPECT_EQ(gOpenDocumentCallCounter, 1);
 }
 

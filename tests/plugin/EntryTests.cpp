@@ -1,4 +1,4 @@
-// The entry as the host calls it, the timer between its calls, and the plug-in without an agent as the bundle that it is.
+// The entry as the host calls it, and the timer between its calls.
 #include "photoshop/PluginMain.h"
 
 #include <filesystem>
@@ -15,8 +15,6 @@
 using host_sdk::Code;
 
 namespace {
-
-using Lines = std::vector<std::string>;
 
 // The plug-in looks for an agent while it is loaded, which is before any test: it must not find the user's own.
 [[gnu::constructor(101)]] void StayOutOfTheHomeFolder() {
@@ -38,31 +36,37 @@ class EntryFixture : public HostFixture {
     ResetPluginMainForTesting();
     CommonFunctionality::ResetForTesting();
     ResetMissingFontsWindowForTesting();
-    sSPBasic = &fakes::FakeHost::Basic();
+    sSPBasic = &fakes::TestHost::Basic();
   }
   int32_t Call(const char* caller, const char* selector) {
     const int32_t error = AutoPluginMain(caller, selector, &message);
-    EXPECT_EQ(app.AcquiredSuites(), 0) << selector;
+    EXPECT_EQ(host::AcquiredSuites(), 0u) << selector;
     return error;
   }
   int32_t Start() { return Call("SP Interface", "Startup"); }
   void Wait(double seconds) { platform::RunLoop::Main().RunFor(seconds); }
+  // A document in front, of which the host tells through the notifier.
   int32_t NotifyOpen(const std::string& path) {
-    host_sdk::ActionDescriptor descriptor = fakes::FakeHost::AliasOf(path);
-    return app.notifiers.at(0).second(Code("Opn "), &descriptor, 0, nullptr);
+    app.Add(path);
+    const fakes::GivenDescriptor descriptor(host::kKeyTarget, host::AliasData::OfPath(path));
+    return app.notifiers.at(0).second(Code("Opn "), descriptor.Get(), 0, nullptr);
   }
 
   host_sdk::PluginObject* self = reinterpret_cast<host_sdk::PluginObject*>(0x1234);
-  host_sdk::SPMessageData message{self, nullptr, &fakes::FakeHost::Basic(), nullptr};
+  host_sdk::SPMessageData message{self, nullptr, &fakes::TestHost::Basic(), nullptr};
 };
 using Entry = EntryFixture;
 
 TEST_F(Entry, StartsOnceAndStopsWhatItStarted) {
+  ui->preferences["RMF5"] = 1000;
+  ui->preferences["RMF4"] = 6000;
   EXPECT_EQ(Start(), 0);
-  ASSERT_EQ(app.notifiers.size(), 4u);
-  const host_sdk::FourCharCode events[] = {Code("Opn "), Code("Mk  "), Code("Cls "), Code("save")};
-  for (size_t i = 0; i < 4; ++i) EXPECT_EQ(app.notifiers[i].first, events[i]);
-  ASSERT_EQ(app.blocks.size(), 1u);
+  EXPECT_EQ(ui->preferences["RMF5"], 4000) << "a short delay is raised";
+  EXPECT_EQ(ui->preferences["RMF4"], 6000) << "a long one stays";
+  std::string events;
+  for (const auto& [event, callback] : app.notifiers) events += FourCharTypeToStdString(event);
+  EXPECT_EQ(events, "Opn Mk  Cls save");
+  EXPECT_EQ(host::LiveObjects().blocks, 1u);
   uint64_t words[2];
   std::memcpy(words, message.globals, sizeof words);
   EXPECT_EQ(words[0], 0u);
@@ -71,26 +75,16 @@ TEST_F(Entry, StartsOnceAndStopsWhatItStarted) {
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(app.notifiers.size(), 4u);
 
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  app.Add(path);
-  EXPECT_EQ(NotifyOpen(path), 0);
-  EXPECT_EQ(app.AcquiredSuites(), 0);
-  EXPECT_EQ(Held(), std::vector<uint32_t>{1});
+  EXPECT_EQ(NotifyOpen(WriteDocument("a.psd", {"Alpha"})), 0);
+  EXPECT_EQ(host::AcquiredSuites(), 0u);
+  EXPECT_EQ(Held(), "1");
   ui->preferences["CloseFontsOnHostAppQuit"] = 1;
   EXPECT_EQ(Call("SP Interface", "Shutdown"), 0);
-  EXPECT_TRUE(Held().empty());
+  EXPECT_EQ(Held(), "");
   EXPECT_TRUE(app.notifiers.empty());
-  EXPECT_TRUE(app.blocks.empty());
+  EXPECT_EQ(host::LiveObjects().blocks, 0u);
   EXPECT_EQ(message.globals, nullptr);
   EXPECT_FALSE(MarquineGlobals::GetSuppressingHostAppDialogs());
-}
-
-TEST_F(Entry, RaisesAShortDelayAndKeepsALongOne) {
-  ui->preferences["RMF5"] = 1000;
-  ui->preferences["RMF4"] = 6000;
-  Start();
-  EXPECT_EQ(ui->preferences["RMF5"], 4000);
-  EXPECT_EQ(ui->preferences["RMF4"], 6000);
 }
 
 TEST_F(Entry, AFailedStartLeavesThePluginInertWithItsNotifiers) {
@@ -100,19 +94,17 @@ TEST_F(Entry, AFailedStartLeavesThePluginInertWithItsNotifiers) {
   EXPECT_TRUE(Traced("StartupPlugin, after catching an error\n"));
   EXPECT_EQ(app.notifiers.size(), 4u);
   EXPECT_EQ(ui->preferences["RMF5"], 1000) << "the steps behind the failed one are left out";
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  app.Add(path);
-  EXPECT_EQ(NotifyOpen(path), 0);
-  EXPECT_TRUE(Tracked().empty());
+  EXPECT_EQ(NotifyOpen(WriteDocument("a.psd", {"Alpha"})), 0);
+  EXPECT_EQ(Tracked(), "");
 }
 
 TEST_F(Entry, TellsTheHostOfWhatItLacks) {
-  app.blockError = -108;
+  app.blockError = host_sdk::kOutOfMemory;
   EXPECT_THROW(Start(), long);
-  EXPECT_EQ(app.AcquiredSuites(), 1) << "what is thrown to the host keeps the suite";
-  app.suites.clear();
+  EXPECT_EQ(host::AcquiredSuites(), 1u) << "what is thrown to the host keeps the suite";
+  host::ForgetAcquisitions();
   ResetPluginMainForTesting();
-  app.blockError = 0;
+  app.blockError = host_sdk::kNoErr;
   app.failingNotifiers = {Code("Cls ")};
   EXPECT_EQ(Start(), host_sdk::kBadParameters);
   EXPECT_EQ(app.notifiers.size(), 2u);
@@ -125,12 +117,10 @@ TEST_F(Entry, AMissingSuiteIsTheErrorOfTheCall) {
   Start();
   MakeReady();
   app.missingSuites = {host_sdk::kPSActionReferenceSuite};
-  const std::string path = WriteDocument("a.psd", {"Alpha"});
-  app.Add(path);
-  EXPECT_EQ(NotifyOpen(path), host_sdk::kSuiteNotFound);
+  EXPECT_EQ(NotifyOpen(WriteDocument("a.psd", {"Alpha"})), host_sdk::kSuiteNotFound);
   app.missingSuites = {host_sdk::kPSActionDescriptorSuite};
-  host_sdk::ActionDescriptor descriptor;
-  host_sdk::PIActionParameters parameters{&descriptor};
+  const fakes::GivenDescriptor descriptor;
+  host_sdk::PIActionParameters parameters{descriptor.Get()};
   message.actionParameters = &parameters;
   EXPECT_EQ(Call("PS Photoshop", "Do It"), host_sdk::kSuiteNotFound);
 }
@@ -142,24 +132,23 @@ TEST_F(Entry, AnswersEachCallerAndSelector) {
   const struct {
     const char *caller, *selector;
     int32_t operation;  // below 0: none
-    int32_t error;
-    Lines shown;
+    const char* shown;
   } kRows[] = {
-      {"SP Interface", "About", -1, 0, {"about"}},  {"SP Interface", "Do It", -1, 0, {}},
-      {"PS Photoshop", "About", -1, 0, {}},         {"PS Photoshop", "Do It", -1, 0, {"command"}},
-      {"PS Photoshop", "Do It", 3, 0, {"command"}}, {"PS Photoshop", "Do It", 4, 0, {}},
+      {"SP Interface", "About", -1, "about"},  {"SP Interface", "Do It", -1, ""},
+      {"PS Photoshop", "About", -1, ""},       {"PS Photoshop", "Do It", -1, "command"},
+      {"PS Photoshop", "Do It", 3, "command"}, {"PS Photoshop", "Do It", 4, ""},
   };
   for (const auto& row : kRows) {
-    host_sdk::ActionDescriptor descriptor;
-    descriptor.Put(Code("else"), {host_sdk::kTypeInteger, 1, {}, {}, nullptr, {}});
-    if (row.operation >= 0) descriptor.Put(Code("Oper"), {host_sdk::kTypeInteger, row.operation, {}, {}, nullptr, {}});
-    host_sdk::PIActionParameters parameters{&descriptor};
+    SCOPED_TRACE(row.shown);
+    const fakes::GivenDescriptor descriptor(Code("else"), 1);
+    if (row.operation >= 0) descriptor.Put(Code("Oper"), row.operation);
+    host_sdk::PIActionParameters parameters{descriptor.Get()};
     message.actionParameters = &parameters;
-    EXPECT_EQ(Call(row.caller, row.selector), row.error) << row.selector;
-    EXPECT_EQ(ui->TakeShown(), row.shown) << row.caller << " " << row.selector;
+    EXPECT_EQ(Call(row.caller, row.selector), 0);
+    EXPECT_EQ(Shown(), row.shown);
     const bool isDone = std::string(row.caller) == "PS Photoshop" && std::string(row.selector) == "Do It";
-    EXPECT_EQ(descriptor.items.count(Code("else")), isDone ? 0u : 1u) << "the host gets it back emptied";
-    EXPECT_EQ(descriptor.items.count(Code("SPor")), row.operation == 4 ? 1u : 0u);
+    EXPECT_NE(descriptor.Has(Code("else")), isDone) << "the host gets it back emptied";
+    EXPECT_EQ(descriptor.Has(Code("SPor")), row.operation == 4);
   }
   message.actionParameters = nullptr;
   EXPECT_EQ(Call("PS Photoshop", "Do It"), host_sdk::kBadParameters);
@@ -211,23 +200,6 @@ TEST_F(Entry, TheTimerRestsWhileTheMachineSleeps) {
   platform::PostPowerEvent(platform::PowerEvent::kDidWake);
   platform::PostPowerEvent(platform::PowerEvent::kDidWake);
   EXPECT_NEAR(ticksIn(1, platform::RunLoopMode::kDefault), 100, 1) << "one timer, however often it wakes";
-}
-
-TEST_F(Entry, OfTheBundleWorksWithoutAnAgent) {
-  std::string error;
-  const platform::BundleRef bundle = platform::Bundle::Create(APP_DIR "/host/Plug-ins/AutoActivation.plugin", &error);
-  ASSERT_TRUE(bundle && bundle->Load(&error)) << error;
-  const auto entry = reinterpret_cast<host_sdk::PluginMain>(bundle->FunctionForName("AutoPluginMain"));
-  ASSERT_NE(entry, nullptr);
-  EXPECT_EQ(entry("SP Interface", "Startup", &message), 0);
-  EXPECT_EQ(app.notifiers.size(), 4u);
-  const std::string path = Sample("poster.psd");
-  app.Add(path);
-  EXPECT_EQ(NotifyOpen(path), 0);
-  Wait(1);
-  EXPECT_EQ(entry("SP Interface", "Shutdown", &message), 0);
-  EXPECT_TRUE(app.notifiers.empty());
-  EXPECT_EQ(app.AcquiredSuites(), 0);
 }
 
 }  // namespace

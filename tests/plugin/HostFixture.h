@@ -2,7 +2,9 @@
 #pragma once
 
 #include <filesystem>
+#include <iterator>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,8 +14,10 @@
 #include "photoshop/DocumentEvents.h"
 #include "photoshop/PhotoshopFontUtils.h"
 #include "platform/Clock.h"
-#include "support/FakeHostSuites.h"
 #include "support/PluginFixture.h"
+#include "support/TestHost.h"
+
+using Lines = std::vector<std::string>;
 
 class HostFixture : public fakes::PluginFixture {
  protected:
@@ -23,7 +27,7 @@ class HostFixture : public fakes::PluginFixture {
     AllTrackedDocuments::ResetForTesting();
     ResetDocumentEventsForTesting();
     PhotoshopFontUtils::ResetForTesting();
-    sSPBasic = &fakes::FakeHost::Basic();
+    sSPBasic = &fakes::TestHost::Basic();
     platform::Clock::SetDriven(kNow);
     EXPECT_EQ(InitializeGlyphsureXMP(), 0);
   }
@@ -31,8 +35,8 @@ class HostFixture : public fakes::PluginFixture {
     TerminateGlyphsureXMP();
     AllTrackedDocuments::ResetForTesting();
     PIUSuitesRelease();
-    EXPECT_EQ(app.objects, 0) << "objects of the host are left";
-    EXPECT_EQ(app.AcquiredSuites(), 0) << "suites of the host are left";
+    EXPECT_EQ(app.Objects(), 0u) << "objects of the host are left";
+    EXPECT_EQ(host::AcquiredSuites(), 0u) << "suites of the host are left";
     sSPBasic = nullptr;
     platform::Clock::UseSystemTime();
   }
@@ -45,7 +49,7 @@ class HostFixture : public fakes::PluginFixture {
   }
 
   // A document whose bytes name these fonts; its path.
-  std::string WriteDocument(const std::string& name, const std::vector<std::string>& fonts) {
+  std::string WriteDocument(const std::string& name, const Lines& fonts) {
     std::string bytes = "8BPS";
     for (const std::string& font : fonts) {
       bytes += "/FontSet [ << /Name (\xFE\xFF";
@@ -62,44 +66,58 @@ class HostFixture : public fakes::PluginFixture {
   }
 
   static void SendOpen(const std::string& path) {
-    host_sdk::ActionDescriptor descriptor = fakes::FakeHost::AliasOf(path);
-    OpenEvent(0, &descriptor, 0, nullptr);
+    const fakes::GivenDescriptor descriptor;
+    if (!path.empty()) descriptor.Put(host::kKeyTarget, host::AliasData::OfPath(path));
+    OpenEvent(0, descriptor.Get(), 0, nullptr);
   }
-  static void SendMake(host_sdk::FourCharCode objectClass = host_sdk::Code("Dcmn")) {
-    host_sdk::ActionDescriptor descriptor;
-    descriptor.Put(host_sdk::Code("Nw  "), {host_sdk::kTypeObject,
-                                            static_cast<int32_t>(objectClass),
-                                            {},
-                                            {},
-                                            std::make_shared<host_sdk::ActionDescriptor>(),
-                                            {}});
-    MakeEvent(0, &descriptor, 0, nullptr);
+  static void SendMake(host_sdk::FourCharCode objectClass = host::kClassDocument) {
+    const host::ObjectValue made{objectClass, std::make_shared<const host::DescriptorData>()};
+    MakeEvent(0, fakes::GivenDescriptor(host::kKeyNew, made).Get(), 0, nullptr);
   }
   // As the host tells of a save: with the document's ID, or without.
   static void SendSave(bool withID = true) {
-    host_sdk::ActionDescriptor descriptor;
-    if (withID) descriptor.Put(host_sdk::Code("DocI"), {host_sdk::kTypeInteger, 1, {}, {}, nullptr, {}});
-    SaveEvent(0, &descriptor, 0, nullptr);
+    const fakes::GivenDescriptor descriptor(withID ? host::kKeyDocumentID : host::kKeyTarget, 1);
+    SaveEvent(0, descriptor.Get(), 0, nullptr);
   }
   static void SendClose() { CloseEvent(0, nullptr, 0, nullptr); }
 
-  // The tracked documents as "PATH HANDLE" with the folder left out, in order.
-  std::vector<std::string> Tracked() const {
-    std::vector<std::string> lines;
+  // A document in front of the host that its open event tells of; its path.
+  std::string Open(const std::string& name, const Lines& fonts) {
+    const std::string path = WriteDocument(name, fonts);
+    app.Add(path);
+    SendOpen(path);
+    return path;
+  }
+  static OneTrackedDocument& FirstTracked() { return *AllTrackedDocuments::GetDocumentList().at(0); }
+
+  // The tracked documents as "NAME HANDLE", in order, an untitled one as "-"; divided by commas.
+  static std::string Tracked() {
+    Lines lines;
     for (const auto& document : AllTrackedDocuments::GetDocumentList()) {
       const std::string name = std::filesystem::path(document->GetDocumentFilePath()).filename().string();
       lines.push_back((name.empty() ? "-" : name) + " " + std::to_string(document->GetDocumentHandle()));
     }
-    return lines;
+    return Joined(lines);
   }
   // The IDs of the fonts that the agent holds for the plug-in.
-  std::vector<uint32_t> Held() const {
-    std::vector<uint32_t> ids;
+  std::string Held() const {
+    std::string ids;
     for (const auto& [id, font] : agent.fonts) {
-      if (font.isHeld) ids.push_back(id);
+      if (font.isHeld) ids += (ids.empty() ? "" : " ") + std::to_string(id);
     }
     return ids;
   }
+  // What the user was shown since the last time, divided by commas.
+  std::string Shown() { return Joined(ui->TakeShown()); }
+  static std::string Joined(const Lines& lines) {
+    std::string all;
+    for (const std::string& line : lines) all += (all.empty() ? "" : ", ") + line;
+    return all;
+  }
+  static Lines Words(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+  }
 
-  fakes::FakeHost app;
+  fakes::TestHost app;
 };

@@ -2,6 +2,7 @@
 #include "photoshop/PhotoshopFontUtils.h"
 #include "photoshop/PhotoshopInterface.h"
 #include "plugin/HostFixture.h"
+#include "support/DebianFonts.h"
 
 using host_sdk::Code;
 using host_sdk::kNoErr;
@@ -9,7 +10,6 @@ using host_sdk::kNoSuchObject;
 
 namespace {
 
-using Lines = std::vector<std::string>;
 using HostQuery = HostFixture;
 
 TEST_F(HostQuery, FindsDocumentsByPathTheLastOneFirst) {
@@ -19,42 +19,41 @@ TEST_F(HostQuery, FindsDocumentsByPathTheLastOneFirst) {
   const struct {
     std::string path;
     int front, error, id;
-  } kRows[] = {{a, 104, 0, 103}, {b, 104, 0, 102}, {"/no/such.psd", 104, -1, 0}, {"", 104, -1, 0}, {"", 102, 0, 102}};
-  for (int32_t kind : {host_sdk::kAliasKindUnicode, host_sdk::kAliasKindDirect}) {
-    app.aliasKind = kind;
-    for (const auto& row : kRows) {
-      int id = 0;
-      app.front = row.front;
-      EXPECT_EQ(PhotoshopFontUtils::GetDocumentID(&id, row.path), row.error) << row.path;
-      EXPECT_EQ(id, row.id) << row.path;
-    }
+  } kRows[] = {{a, 4, 0, 3}, {b, 4, 0, 2}, {"/no/such.psd", 4, -1, 0}, {"", 4, -1, 0}, {"", 2, 0, 2}};
+  for (const auto& row : kRows) {
+    int id = 0;
+    app.documents.BringToFront(row.front);
+    EXPECT_EQ(PhotoshopFontUtils::GetDocumentID(&id, row.path), row.error) << row.path;
+    EXPECT_EQ(id, row.id) << row.path;
   }
 }
 
 TEST_F(HostQuery, TellsWhichDocumentsExist) {
-  bool exists = true;
-  EXPECT_EQ(PhotoshopFontUtils::DocumentExists(101, &exists), kNoErr);
-  EXPECT_FALSE(exists);
+  const auto ask = [](int32_t expected) {
+    bool exists = true;
+    EXPECT_EQ(PhotoshopFontUtils::DocumentExists(1, &exists), expected);
+    return exists;
+  };
+  EXPECT_FALSE(ask(kNoErr));
   app.Add("");
   app.Add("");
-  EXPECT_EQ(PhotoshopFontUtils::DocumentExists(101, &exists), kNoErr);
-  EXPECT_TRUE(exists);
+  EXPECT_TRUE(ask(kNoErr));
   app.failingProperties = {Code("DocI")};
-  EXPECT_EQ(PhotoshopFontUtils::DocumentExists(101, &exists), kNoSuchObject);
+  ask(kNoSuchObject);
 }
 
 TEST_F(HostQuery, ListsThePathsOfWhatIsOnDisk) {
-  const std::string path = WriteDocument("a.psd", {});
-  app.Add(path);
-  app.Add("");
-  app.Add(folder / "deleted.psd");
+  const std::string path = WriteDocument("ä.psd", {});
+  for (const std::string& each : {path, std::string(), folder / "deleted.psd"}) app.Add(each);
+  // No UTF-8: the alias holds bytes, which are read in the encoding of old systems.
+  app.Add(WriteDocument("\xE4.psd", {}));
   Lines paths;
   EXPECT_EQ(PhotoshopFontUtils::GetUTF8PathsForAllOpenDocuments(paths), kNoErr);
-  EXPECT_EQ(paths, (Lines{path, "", ""}));
+  EXPECT_EQ(paths, (Lines{path, "", "", folder / "‰.psd"}));
   EXPECT_TRUE(
       Traced("AliasToFullPath() returned '" + folder / "deleted.psd" + "', which does not exist. Looking elsewhere."));
   std::string unchanged = "unchanged";
-  app.front = 0;
+  app.RemoveAll();
   EXPECT_EQ(PhotoshopFontUtils::GetCurrentDocumentPathTracked(&unchanged), kNoSuchObject);
   EXPECT_EQ(unchanged, "unchanged");
 }
@@ -91,32 +90,30 @@ TEST_F(HostQuery, ASuiteThatTheHostLacksIsThrownAsItsError) {
 }
 
 TEST_F(HostQuery, AValueNeedsItsPlaceAndAnAbsentOneNone) {
-  host_sdk::ActionDescriptor descriptor;
-  descriptor.Put(Code("numb"), {host_sdk::kTypeInteger, 7, {}, {}, nullptr, {}});
+  const fakes::GivenDescriptor descriptor(Code("numb"), 7);
   int32_t number = 1;
   HostValue value;
-  EXPECT_EQ(PIUGetSingleItemFromDescriptor(&descriptor, Code("numb"), value), host_sdk::kBadParameters);
+  EXPECT_EQ(PIUGetSingleItemFromDescriptor(descriptor.Get(), Code("numb"), value), host_sdk::kBadParameters);
   value.integer = &number;
-  EXPECT_EQ(PIUGetSingleItemFromDescriptor(&descriptor, Code("none"), value), kNoErr);
+  EXPECT_EQ(PIUGetSingleItemFromDescriptor(descriptor.Get(), Code("none"), value), kNoErr);
   EXPECT_EQ(number, 1);
-  EXPECT_EQ(PIUGetSingleItemFromDescriptor(&descriptor, Code("numb"), value), kNoErr);
+  EXPECT_EQ(PIUGetSingleItemFromDescriptor(descriptor.Get(), Code("numb"), value), kNoErr);
   EXPECT_EQ(number, 7);
-  EXPECT_TRUE(DescriptorHasKey(&descriptor, Code("numb")));
-  EXPECT_FALSE(DescriptorHasKey(&descriptor, Code("none")));
+  EXPECT_TRUE(DescriptorHasKey(descriptor.Get(), Code("numb")));
+  EXPECT_FALSE(DescriptorHasKey(descriptor.Get(), Code("none")));
   EXPECT_FALSE(DescriptorHasKey(nullptr, Code("numb")));
-  EXPECT_EQ(FourCharTypeToStdString(Code("Dcmn")), "Dcmn");
 }
 
 TEST_F(HostQuery, ReadsTheFontsOfTheHostAndReplacesSubstitutesOnlyAfterAnOpen) {
-  app.fontNames = {"Alpha", "Größe"};
+  UseSystemFonts(debian_fonts::kDejaVu);
   Lines names;
   EXPECT_EQ(PhotoshopFontUtils::GetPhotoshopFonts(names), kNoErr);
-  EXPECT_EQ(names, app.fontNames);
+  EXPECT_EQ(std::count(names.begin(), names.end(), "DejaVuSans-Bold"), 1);
   PhotoshopFontUtils::PlayreplaceSubstitutes();
   EXPECT_TRUE(app.played.empty());
   PhotoshopFontUtils::GetDocumentFonts("", names, true);
   PhotoshopFontUtils::PlayreplaceSubstitutes();
-  EXPECT_EQ(app.played, (Lines{"updateLayouts", "replaceSubstitutes"}));
+  EXPECT_EQ(Joined(app.played), "updateLayouts, replaceSubstitutes");
 }
 
 TEST_F(HostQuery, ATrackedDocumentIsBeingOpenedForFiveSeconds) {
@@ -125,18 +122,19 @@ TEST_F(HostQuery, ATrackedDocumentIsBeingOpenedForFiveSeconds) {
     long handle;
     bool hasOpenTime, hasSaveTime;
     double later;
-    bool isBeingOpened;
+    bool isBeingOpened, startsNow;
   } kRows[] = {
-      {"untitled", "", 5, true, false, 0, false},
-      {"just told of", "/a.psd", 5, true, false, 0, true},
-      {"four whole seconds ago", "/a.psd", 5, true, false, 4.9, true},
-      {"five seconds ago", "/a.psd", 5, true, false, 5, false},
-      {"saved later", "/a.psd", 5, true, true, 1, true},
-      {"a new document's first save", "/a.psd", 5, false, true, 0, false},
-      {"not yet told of", "/a.psd", 5, false, false, 100, true},
-      {"without an ID", "/a.psd", 0, true, false, 0, false},
+      {"untitled", "", 5, true, false, 0, false, false},
+      {"just told of", "/a.psd", 5, true, false, 0, true, false},
+      {"four whole seconds ago", "/a.psd", 5, true, false, 4.9, true, false},
+      {"five seconds ago", "/a.psd", 5, true, false, 5, false, false},
+      {"saved later", "/a.psd", 5, true, true, 1, true, false},
+      {"a new document's first save", "/a.psd", 5, false, true, 0, false, false},
+      {"not yet told of", "/a.psd", 5, false, false, 100, true, true},
+      {"without an ID", "/a.psd", 0, true, false, 0, false, false},
   };
   for (const auto& row : kRows) {
+    SCOPED_TRACE(row.rule);
     platform::Clock::SetDriven(kNow);
     OneTrackedDocument document;
     document.SetDocumentFilePath(row.path);
@@ -144,12 +142,8 @@ TEST_F(HostQuery, ATrackedDocumentIsBeingOpenedForFiveSeconds) {
     if (row.hasOpenTime) document.SetTimeOpenEventWasHandled();
     if (row.hasSaveTime) document.SetTimeSaveEventWasHandled();
     platform::Clock::SetDriven(kNow + row.later);
-    EXPECT_EQ(PhotoshopFontUtils::isCurrentDocumentBeingOpened(&document), row.isBeingOpened) << row.rule;
-    const bool startsNow = !row.hasOpenTime && !row.hasSaveTime;
-    const long expected = startsNow         ? static_cast<long>(kNow + row.later)
-                          : row.hasOpenTime ? static_cast<long>(kNow)
-                                            : 0;
-    EXPECT_EQ(document.GetTimeOpenEventWasHandled(), expected) << row.rule;
+    EXPECT_EQ(PhotoshopFontUtils::isCurrentDocumentBeingOpened(&document), row.isBeingOpened);
+    EXPECT_EQ(document.GetTimeOpenEventWasHandled() == static_cast<long>(kNow + 100), row.startsNow);
   }
 }
 

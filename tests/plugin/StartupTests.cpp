@@ -7,8 +7,6 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class StartupFixture : public HostFixture {
  protected:
   StartupFixture() {
@@ -45,54 +43,38 @@ struct StartupCase {
   const char* rule;
   void (*change)(fakes::FakeAgent& agent, fakes::FakeUIFramework& ui);
   TModuleErrorCode code;
-  const char* flags;  // services, core, logged in, workgroups
-  Lines boxes;
+  const char *flags, *boxes;  // services, core, logged in, workgroups
   int plainAlerts;
 };
 
+void NoChange(fakes::FakeAgent&, fakes::FakeUIFramework&) {}
+void NoAgentLibrary(fakes::FakeAgent&, fakes::FakeUIFramework&) { VPILoader::UseEmptyTableForTesting(); }
+void NoLogin(fakes::FakeAgent& agent, fakes::FakeUIFramework&) { agent.isStandalone = agent.isLoggedIn = false; }
+void NoWorkgroups(fakes::FakeAgent& agent, fakes::FakeUIFramework&) {
+  agent.isStandalone = agent.mayUseAllWorkgroups = false;
+  agent.workgroups.clear();
+}
+void SwitchedOff(fakes::FakeAgent& agent, fakes::FakeUIFramework& ui) {
+  NoWorkgroups(agent, ui);
+  ui.preferences["EnablePlugin"] = 0;
+}
+void NoInterface(fakes::FakeAgent&, fakes::FakeUIFramework&) { MarquineGlobals::SetNoVPFInterfaceForTesting(); }
+void NoFramework(fakes::FakeAgent&, fakes::FakeUIFramework& ui) { ui.interface->DestroyFramework(); }
+
 const StartupCase kStartupCases[] = {
-    {"all is there", [](auto&, auto&) {}, 0, "SCLW", {}, 0},
-    {"no agent library",
-     [](auto&, auto&) { VPILoader::UseEmptyTableForTesting(); },
-     0x15000000,
-     "LW",
-     {"box MarquineOldVersionMessage"},
-     0},
-    {"nobody logged in",
-     [](auto& agent, auto&) {
-       agent.isStandalone = false;
-       agent.isLoggedIn = false;
-     },
-     3,
-     "SCW",
-     {"box NotLoggedInPluginDisabledMessage"},
-     0},
-    {"no workgroups",
-     [](auto& agent, auto&) {
-       agent.isStandalone = agent.mayUseAllWorkgroups = false;
-       agent.workgroups.clear();
-     },
-     4,
-     "SCL",
-     {"box NoWorkgroupsMessage"},
-     0},
-    {"not asked for while the plug-in is off",
-     [](auto& agent, auto& ui) {
-       agent.isStandalone = false;
-       agent.workgroups.clear();
-       ui.preferences["EnablePlugin"] = 0;
-     },
-     0,
-     "SCLW",
-     {},
-     0},
-    {"no interface at all", [](auto&, auto&) { MarquineGlobals::SetNoVPFInterfaceForTesting(); }, 2, "LW", {}, 0},
-    {"an interface without its framework", [](auto&, auto& ui) { ui.interface->DestroyFramework(); }, 0, "LW", {}, 1},
+    {"all is there", NoChange, 0, "SCLW", "", 0},
+    {"no agent library", NoAgentLibrary, 0x15000000, "LW", "box MarquineOldVersionMessage", 0},
+    {"nobody logged in", NoLogin, 3, "SCW", "box NotLoggedInPluginDisabledMessage", 0},
+    {"no workgroups", NoWorkgroups, 4, "SCL", "box NoWorkgroupsMessage", 0},
+    {"nobody asks while the plug-in is off", SwitchedOff, 0, "SCLW", "", 0},
+    {"no interface at all", NoInterface, 2, "LW", "", 0},
+    {"an interface without its framework", NoFramework, 0, "LW", "", 1},
 };
 
 TEST_F(Startup, FollowsTheTable) {
   for (const bool allowsDialogs : {true, false}) {
     for (const StartupCase& row : kStartupCases) {
+      SCOPED_TRACE(row.rule);
       CommonFunctionality::ResetForTesting();
       FontManagerInterface::ResetForTesting();
       MarquineGlobals::ResetForTesting();
@@ -104,10 +86,10 @@ TEST_F(Startup, FollowsTheTable) {
       ui.reset();  // before the new one, which takes its place
       ui = std::make_unique<fakes::FakeUIFramework>();
       row.change(agent, *ui);
-      EXPECT_EQ(CommonFunctionality::Startup(allowsDialogs), row.code) << row.rule;
-      EXPECT_EQ(Flags(), row.flags) << row.rule;
-      EXPECT_EQ(ui->TakeShown(), allowsDialogs ? row.boxes : Lines{}) << row.rule;
-      EXPECT_EQ(sPlainAlerts, allowsDialogs ? row.plainAlerts : 0) << row.rule;
+      EXPECT_EQ(CommonFunctionality::Startup(allowsDialogs), row.code);
+      EXPECT_EQ(Flags(), row.flags);
+      EXPECT_EQ(Shown(), allowsDialogs ? row.boxes : "");
+      EXPECT_EQ(sPlainAlerts, allowsDialogs ? row.plainAlerts : 0);
     }
   }
 }

@@ -16,6 +16,18 @@ class TrackedDocuments : public HostFixture {
     AllTrackedDocuments::AddDocument(document, path);
     return document.get();
   }
+  // Has the one font of the agent opened for documents of these identifiers.
+  void OpenFor(const Lines& identifiers) {
+    agent.Add({.id = 1, .postScriptName = "One"});
+    MakeReady();
+    ui->preferences["CloseFontsOnDocClose"] = 1;
+    platform::Dictionary font = Named("One");
+    font.Set("MatchedFont", fakes::AgentAnswers::MakeRecord(agent.Font(1)));
+    FontActivationTracker& tracker = *MarquineGlobals::GetSharedFontActivationTracker();
+    for (const std::string& identifier : identifiers) {
+      tracker.OpenFontsForIdentifier(ArrayOf({font}), identifier, false, platform::Array(), platform::Array());
+    }
+  }
 };
 
 TEST_F(TrackedDocuments, AreFoundByPathHandleAndIdentifier) {
@@ -25,6 +37,9 @@ TEST_F(TrackedDocuments, AreFoundByPathHandleAndIdentifier) {
   EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByPath("/A.psd"), nullptr);
   EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByPath(""), untitled);
   EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByIdentifier("id-2"), untitled);
+  EXPECT_EQ(AllTrackedDocuments::GetCurrentDocument(), nullptr);
+  AllTrackedDocuments::SetCurrentDocument("id-1");
+  EXPECT_EQ(AllTrackedDocuments::GetCurrentDocument(), first);
   EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByHandle(7), first);
   EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByHandle(0), untitled);
   trace.clear();
@@ -40,18 +55,9 @@ TEST_F(TrackedDocuments, APathIsTrackedOnce) {
   const auto second = std::make_shared<OneTrackedDocument>();
   second->SetDocumentFilePath("/own.psd");
   AllTrackedDocuments::AddDocument(second, "");
-  EXPECT_EQ(Tracked(), std::vector<std::string>{"- 1"});
   EXPECT_EQ(second->GetDocumentFilePath(), "/own.psd");
   AllTrackedDocuments::AddDocument(nullptr, "/new.psd");
-  EXPECT_EQ(Tracked(), (std::vector<std::string>{"- 1", "new.psd 0"}));
-}
-
-TEST_F(TrackedDocuments, TheCurrentOneIsThatWithTheStoredIdentifier) {
-  EXPECT_EQ(AllTrackedDocuments::GetCurrentDocument(), nullptr);
-  OneTrackedDocument* document = Add("id-1", "/a.psd", 7);
-  EXPECT_EQ(AllTrackedDocuments::GetCurrentDocument(), nullptr);
-  AllTrackedDocuments::SetCurrentDocument("id-1");
-  EXPECT_EQ(AllTrackedDocuments::GetCurrentDocument(), document);
+  EXPECT_EQ(Tracked(), "- 1, new.psd 0");
 }
 
 TEST_F(TrackedDocuments, TheMostRecentIsTheFirstWithTheGreatestOpenTime) {
@@ -68,58 +74,42 @@ TEST_F(TrackedDocuments, TheMostRecentIsTheFirstWithTheGreatestOpenTime) {
 }
 
 TEST_F(TrackedDocuments, UnresolvedFontsAreMissingOnlyWithoutReplacements) {
-  OneTrackedDocument* document = Add("1", "/1.psd", 1);
-  EXPECT_FALSE(document->GetHasMissingFonts());
+  OneTrackedDocument document;
   platform::Dictionary replaceable = Named("Replaceable");
   replaceable.Set("PossibleReplacements", ArrayOf({Named("Other")}));
-  document->SetUnresolvedFonts(ArrayOf({replaceable}));
-  EXPECT_FALSE(document->GetHasMissingFonts());
-  EXPECT_TRUE(document->GetUnresolvedFonts());
-  document->SetUnresolvedFonts(ArrayOf({replaceable, Named("Missing")}));
-  EXPECT_TRUE(document->GetHasMissingFonts());
-  document->SetUnresolvedFonts(document->GetUnresolvedFonts());
-  EXPECT_EQ(document->GetUnresolvedFonts().Count(), 2u);
-  document->SetUnresolvedFonts(platform::Array());
-  EXPECT_FALSE(document->GetHasMissingFonts());
-  EXPECT_FALSE(document->GetUnresolvedFonts());
+  const struct {
+    platform::Array unresolved;
+    bool hasMissing;
+  } kRows[] = {{ArrayOf({replaceable}), false}, {ArrayOf({replaceable, Named("Missing")}), true}, {{}, false}};
+  for (const auto& row : kRows) {
+    document.SetUnresolvedFonts(row.unresolved);
+    document.SetUnresolvedFonts(document.GetUnresolvedFonts());
+    EXPECT_EQ(document.GetUnresolvedFonts(), row.unresolved);
+    EXPECT_EQ(document.GetHasMissingFonts(), row.hasMissing);
+  }
 }
 
 TEST_F(TrackedDocuments, RemovingClosesTheFontsOfThatDocumentAlone) {
-  agent.Add({.id = 1, .postScriptName = "One"});
-  MakeReady();
-  ui->preferences["CloseFontsOnDocClose"] = 1;
-  OneTrackedDocument* first = Add("id-1", "/1.psd", 1);
-  OneTrackedDocument* second = Add("id-2", "/2.psd", 2);
-  FontActivationTracker* tracker = MarquineGlobals::GetSharedFontActivationTracker();
-  platform::Dictionary font = Named("One");
-  font.Set("MatchedFont", fakes::AgentAnswers::MakeRecord(agent.Font(1)));
-  for (const char* identifier : {"id-1", "id-2"}) {
-    tracker->OpenFontsForIdentifier(ArrayOf({font}), identifier, false, platform::Array(), platform::Array());
-  }
+  OneTrackedDocument *first = Add("id-1", "/1.psd", 1), *second = Add("id-2", "/2.psd", 2);
+  OpenFor({"id-1", "id-2"});
   const auto* list = &AllTrackedDocuments::GetDocumentList();
   AllTrackedDocuments::RemoveClosedDocument(first);
-  EXPECT_EQ(Tracked(), std::vector<std::string>{"2.psd 2"});
-  EXPECT_EQ(Held(), std::vector<uint32_t>{1});
+  EXPECT_EQ(Tracked(), "2.psd 2");
+  EXPECT_EQ(Held(), "1");
   AllTrackedDocuments::RemoveClosedDocument(second);
-  EXPECT_TRUE(Held().empty());
+  EXPECT_EQ(Held(), "");
   EXPECT_EQ(&AllTrackedDocuments::GetDocumentList(), list);
   EXPECT_TRUE(list->empty());
 }
 
 TEST_F(TrackedDocuments, AnExceptionLeavesTheRecordForALaterClose) {
-  agent.Add({.id = 1, .postScriptName = "One"});
-  MakeReady();
-  ui->preferences["CloseFontsOnDocClose"] = 1;
   OneTrackedDocument* document = Add("id-1", "/1.psd", 1);
-  platform::Dictionary font = Named("One");
-  font.Set("MatchedFont", fakes::AgentAnswers::MakeRecord(agent.Font(1)));
-  MarquineGlobals::GetSharedFontActivationTracker()->OpenFontsForIdentifier(ArrayOf({font}), "id-1", false,
-                                                                            platform::Array(), platform::Array());
+  OpenFor({"id-1"});
   agent.onCall = [](fakes::AgentFunction) { throw std::runtime_error("the agent's library failed"); };
   AllTrackedDocuments::RemoveClosedDocument(document);
   agent.onCall = nullptr;
   EXPECT_TRUE(Traced("Exception thrown in RemoveClosedDocument()"));
-  EXPECT_EQ(Tracked(), std::vector<std::string>{"1.psd 1"});
+  EXPECT_EQ(Tracked(), "1.psd 1");
 }
 
 }  // namespace
