@@ -109,6 +109,7 @@ Session::KnownDocument* Session::Front() {
 }
 
 Session::KnownDocument* Session::Choose(const std::string& document, const char* operation) {
+  CatchUp();
   KnownDocument* const chosen = document.empty() ? Front() : Find(document);
   if (!chosen) report_.Error(document.empty() ? operation : document, "no such document is open");
   return chosen;
@@ -122,7 +123,7 @@ host::DocumentInfo Session::InfoOf(int32_t id) const {
 }
 
 bool Session::Open(const std::string& file) {
-  CheckAgent();
+  CatchUp();
   const ActiveFiles before = fonts_.Look();
   trace_.Mark();
   int32_t id = 0;
@@ -187,7 +188,7 @@ std::string Session::WhyActivated(const std::string& name, const std::vector<std
 }
 
 void Session::Make() {
-  CheckAgent();
+  CatchUp();
   int32_t id = 0;
   const std::string problem = host_->Make(&id);
   const std::string name = "Untitled-" + std::to_string(++untitled_);
@@ -211,7 +212,6 @@ void Session::Edit(const std::string& font) {
 }
 
 bool Session::SaveTo(KnownDocument& document, const std::string& file) {
-  CheckAgent();
   const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
   if (!problem.empty()) {
     report_.Error(document.name, WithoutFile(problem, document.name));
@@ -258,7 +258,6 @@ void Session::Close(const std::string& document) {
   const KnownDocument* chosen = Choose(document, "close");
   if (!chosen) return;
   const KnownDocument closed = *chosen;
-  CheckAgent();
   const ActiveFiles before = fonts_.Look();
   const std::string problem = host_->Close(closed.id);
   if (!problem.empty()) {
@@ -272,13 +271,14 @@ void Session::Close(const std::string& document) {
 void Session::CloseAll() {
   while (!documents_.empty()) {
     const size_t count = documents_.size();
-    Close(documents_.front().name);
+    const std::string name = documents_.front().name;
+    Close(name);
     if (documents_.size() == count) return;  // reported; the host keeps it
   }
 }
 
 void Session::DoIt(int32_t operation) {
-  CheckAgent();
+  CatchUp();
   int32_t port = -1;
   const std::string problem = host_->DoIt(operation, &port);
   if (!problem.empty()) {
@@ -290,8 +290,7 @@ void Session::DoIt(int32_t operation) {
 
 void Session::Wait(double seconds) {
   host_->Wait(seconds);
-  CheckAgent();
-  Follow();
+  CatchUp();
 }
 
 void Session::Follow() {
@@ -317,6 +316,11 @@ void Session::Follow() {
   }
 }
 
+void Session::CatchUp() {
+  CheckAgent();
+  Follow();
+}
+
 // A new agent takes away the links that nobody asks for any more, and the plug-in finds it at its next question.
 void Session::CheckAgent() {
   if (!agent_.HasJustGone()) return;
@@ -333,7 +337,7 @@ void Session::SetPreference(const std::string& key, const std::string& value) {
 
 void Session::Quit() {
   if (!host_) return;
-  CheckAgent();
+  CatchUp();
   const ActiveFiles before = fonts_.Look();
   const std::vector<KnownDocument> open = documents_;
   host_->Quit();

@@ -66,9 +66,11 @@ class Session {
   void TakeProblem(const std::string& line);
   KnownDocument* Find(const std::string& document);
   KnownDocument* Front();
-  // The one named, in front; reports if there is none.
+  // Catches up, then the one named, or in front; reports if there is none.
   KnownDocument* Choose(const std::string& document, const char* operation);
   host::DocumentInfo InfoOf(int32_t id) const;
+  // Before an operation: the loop runs while the console waits for a command, and in boxes and waits of others.
+  void CatchUp();
   // After the plug-in may have closed and reopened documents: their numbers have changed.
   void Follow();
   void CheckAgent();

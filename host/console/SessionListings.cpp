@@ -4,6 +4,7 @@
 namespace console {
 
 void Session::ShowDocuments() {
+  CatchUp();
   std::vector<std::string> lines;
   const int32_t front = host_->FrontDocument();
   for (const KnownDocument& known : documents_) {
