@@ -61,16 +61,13 @@ TEST_F(TrackedDocuments, APathIsTrackedOnce) {
 }
 
 TEST_F(TrackedDocuments, TheMostRecentIsTheFirstWithTheGreatestOpenTime) {
-  Add("never opened", "/0.psd", 1);
-  EXPECT_EQ(AllTrackedDocuments::GetMostRecentlyOpenedDocument(), nullptr);
-  OneTrackedDocument* first = Add("1", "/1.psd", 2);
-  first->SetTimeOpenEventWasHandled();
-  Add("2", "/2.psd", 3)->SetTimeOpenEventWasHandled();
-  EXPECT_EQ(AllTrackedDocuments::GetMostRecentlyOpenedDocument(), first);
-  platform::Clock::SetDriven(kNow + 1);
-  OneTrackedDocument* last = Add("3", "/3.psd", 4);
-  last->SetTimeOpenEventWasHandled();
-  EXPECT_EQ(AllTrackedDocuments::GetMostRecentlyOpenedDocument(), last);
+  for (const char* path : {"/0.psd", "/1.psd", "/2.psd", "/3.psd"}) {
+    platform::Clock::SetDriven(path[1] < '2' ? kNow : kNow + 1);
+    OneTrackedDocument* added = Add(path, path, 1);
+    if (path[1] > '0') added->SetTimeOpenEventWasHandled();
+    const OneTrackedDocument* latest = AllTrackedDocuments::GetMostRecentlyOpenedDocument();
+    EXPECT_EQ(latest ? latest->GetIdentifier() : "", path[1] == '0' ? "" : path[1] == '3' ? "/2.psd" : path);
+  }
 }
 
 TEST_F(TrackedDocuments, UnresolvedFontsAreMissingOnlyWithoutReplacements) {

@@ -15,21 +15,23 @@
 
 namespace fakes {
 
+using host_sdk::FourCharCode;
+using host_sdk::kNoErr;
+using host_sdk::SPErr;
+
 // A descriptor that the host gives to the plug-in for one call.
 class GivenDescriptor {
  public:
   explicit GivenDescriptor(host::DescriptorData data = {})
       : mDescriptor(host::HostObjects::Shared().descriptors.Add(std::move(data))) {}
-  GivenDescriptor(host_sdk::FourCharCode key, host::ActionValue value) : GivenDescriptor() {
-    Put(key, std::move(value));
-  }
+  GivenDescriptor(FourCharCode key, host::ActionValue value) : GivenDescriptor() { Put(key, std::move(value)); }
   ~GivenDescriptor() { host::HostObjects::Shared().descriptors.Remove(mDescriptor); }
   GivenDescriptor(const GivenDescriptor&) = delete;
   GivenDescriptor& operator=(const GivenDescriptor&) = delete;
 
   host_sdk::PIActionDescriptor Get() const { return mDescriptor; }
-  void Put(host_sdk::FourCharCode key, host::ActionValue value) const { Data().Put(key, std::move(value)); }
-  bool Has(host_sdk::FourCharCode key) const { return Data().Find(key) != nullptr; }
+  void Put(FourCharCode key, host::ActionValue value) const { Data().Put(key, std::move(value)); }
+  bool Has(FourCharCode key) const { return Data().Find(key) != nullptr; }
 
  private:
   host::DescriptorData& Data() const { return *host::HostObjects::Shared().descriptors.Find(mDescriptor); }
@@ -67,14 +69,14 @@ class TestHost : public host::ActionHost {
   }
 
   host::DocumentList documents;
-  std::set<host_sdk::FourCharCode> failingProperties;
-  std::set<host_sdk::FourCharCode> failingNotifiers;
+  std::set<FourCharCode> failingProperties;
+  std::set<FourCharCode> failingNotifiers;
   std::set<std::string> missingSuites;
-  host_sdk::SPErr blockError = host_sdk::kNoErr;
+  SPErr blockError = kNoErr;
 
   // What happened.
   std::vector<std::string> played;
-  std::vector<std::pair<host_sdk::FourCharCode, host_sdk::NotifierCallback>> notifiers;
+  std::vector<std::pair<FourCharCode, host_sdk::NotifierCallback>> notifiers;
 
  private:
   const host::DocumentList& OpenDocuments() const override { return documents; }
@@ -99,9 +101,9 @@ class TestHost : public host::ActionHost {
     return "";
   }
 
-  static host_sdk::SPErr Acquire(const char* name, int32_t version, const void** suite) {
+  static SPErr Acquire(const char* name, int32_t version, const void** suite) {
     if (sCurrent->missingSuites.count(name) > 0) return host_sdk::kSuiteNotFound;
-    const host_sdk::SPErr error = host::BasicSuite().AcquireSuite(name, version, suite);
+    const SPErr error = host::BasicSuite().AcquireSuite(name, version, suite);
     if (*suite == &host::ActionControlSuite()) *suite = &Control();
     if (*suite == &host::BlocksSuite()) *suite = &Blocks();
     return error;
@@ -116,43 +118,41 @@ class TestHost : public host::ActionHost {
                                                           RemoveNotifier};
     return sSuite;
   }
-  static host_sdk::SPErr Play(host_sdk::FourCharCode event, host_sdk::PIActionDescriptor descriptor, int32_t dialogMode,
-                              host_sdk::PIActionDescriptor* result) {
+  static SPErr Play(FourCharCode event, host_sdk::PIActionDescriptor descriptor, int32_t dialogMode,
+                    host_sdk::PIActionDescriptor* result) {
     if (dialogMode != host_sdk::kSilentDialogMode) sCurrent->played.push_back("with dialogs:");
     // Only a close that drops changes goes on without a word.
     if (event == host::kEventClose && sCurrent->documents.Front()) sCurrent->documents.Front()->isDirty = true;
     if (descriptor) return host::ActionControlSuite().Play(event, descriptor, dialogMode, result);
     sCurrent->played.push_back(host::StringOfTypeID(event));
-    return host_sdk::kNoErr;
+    return kNoErr;
   }
-  static host_sdk::SPErr Get(host_sdk::PIActionDescriptor* result, host_sdk::PIActionReference reference) {
+  static SPErr Get(host_sdk::PIActionDescriptor* result, host_sdk::PIActionReference reference) {
     for (const host::ReferenceForm& form : host::HostObjects::Shared().references.Find(reference)->forms) {
       const bool isProperty = form.kind == host::ReferenceForm::Kind::kProperty;
       if (isProperty && sCurrent->failingProperties.count(form.key) > 0) return host_sdk::kNoSuchObject;
     }
     return host::ActionControlSuite().Get(result, reference);
   }
-  static host_sdk::SPErr AddNotifier(host_sdk::SPPluginRef, host_sdk::FourCharCode event,
-                                     host_sdk::NotifierCallback callback, void*) {
+  static SPErr AddNotifier(host_sdk::SPPluginRef, FourCharCode event, host_sdk::NotifierCallback callback, void*) {
     if (sCurrent->failingNotifiers.count(event) > 0) return host_sdk::kBadParameters;
     sCurrent->notifiers.emplace_back(event, callback);
-    return host_sdk::kNoErr;
+    return kNoErr;
   }
-  static host_sdk::SPErr RemoveNotifier(host_sdk::SPPluginRef, host_sdk::FourCharCode event,
-                                        host_sdk::NotifierCallback callback) {
+  static SPErr RemoveNotifier(host_sdk::SPPluginRef, FourCharCode event, host_sdk::NotifierCallback callback) {
     if (sCurrent->failingNotifiers.count(event) > 0) return host_sdk::kBadParameters;
     std::erase(sCurrent->notifiers, std::pair(event, callback));
-    return host_sdk::kNoErr;
+    return kNoErr;
   }
 
   static const host_sdk::SPBlocksSuite& Blocks() {
     static const host_sdk::SPBlocksSuite sSuite = {Allocate, host::BlocksSuite().FreeBlock};
     return sSuite;
   }
-  static host_sdk::SPErr Allocate(size_t size, const char* name, void** block) {
-    if (sCurrent->blockError != host_sdk::kNoErr) return sCurrent->blockError;
-    const host_sdk::SPErr error = host::BlocksSuite().AllocateBlock(size, name, block);
-    if (error == host_sdk::kNoErr) std::memset(*block, 0xEE, size);
+  static SPErr Allocate(size_t size, const char* name, void** block) {
+    if (sCurrent->blockError != kNoErr) return sCurrent->blockError;
+    const SPErr error = host::BlocksSuite().AllocateBlock(size, name, block);
+    if (error == kNoErr) std::memset(*block, 0xEE, size);
     return error;
   }
 

@@ -22,6 +22,7 @@ class AllTrackedDocuments {
   static OneTrackedDocument* FindTrackedDocumentByPath(const std::string& path);
   static OneTrackedDocument* FindTrackedDocumentByHandle(long handle);
   static OneTrackedDocument* FindTrackedDocumentByIdentifier(const std::string& identifier);
+  // These three are for a host that tells which document is meant; this one does not, and no flow calls them.
   static OneTrackedDocument* GetCurrentDocument();
   static void SetCurrentDocument(const std::string& identifier);
   static OneTrackedDocument* GetMostRecentlyOpenedDocument();

@@ -76,6 +76,7 @@ void CommonFunctionality::ResetForTesting() {
 }
 
 TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
+  OutputIndentedAndFormattedString(1, "Entering CommonFunctionality::Startup(%d)", allowDialogs);
   const GScopedLock lock(sMutex, true, new GBlockingLockStrategy);
   const bool isFirstCall = numberOfTimesStartupMethodHasBeenCalled++ == 0;
   if (!isFirstCall) {
@@ -116,10 +117,12 @@ TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
   result = CheckLogin(ui, allowDialogs, result);
   result = CheckWorkgroups(ui, allowDialogs, result);
   FontManagerInterface::CheckSelectWorkgroup();
+  OutputIndentedAndFormattedString(-1, "%s() returning %d", __func__, static_cast<int>(result));
   return result;
 }
 
 TModuleErrorCode CommonFunctionality::Shutdown() {
+  const TracedCall traced("CommonFunctionality::Shutdown");
   const GScopedLock lock(sMutex, true, new GBlockingLockStrategy);
   if (numberOfTimesShutdownMethodHasBeenCalled++ > 0) return CoreErrorCodes::kUnknownError;
   FontManagerInterface::OnHostAppShuttingDown(false);

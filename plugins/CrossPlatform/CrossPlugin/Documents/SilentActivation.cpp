@@ -66,6 +66,7 @@ TModuleErrorCode CommonFunctionality::ActivateFontsForDocumentSilently(bool useG
     ProcessDocumentFontsForAutoActivation(allFonts, run.fontsToOpen, run.unresolved, useGlyphsure, pickBestMatch,
                                           manager->GetCurrentWorkgroupID(), nullptr);
     if (run.unresolved.Count() > 0) {
+      // From the list that nothing reads any more: what stays unresolved keeps the host's pseudo fonts.
       RemoveFontsThatHaveNoPossibleReplacement(allFonts);
       if (document) document->SetUnresolvedFonts(run.unresolved);
     }

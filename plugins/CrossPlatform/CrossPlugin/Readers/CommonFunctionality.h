@@ -33,6 +33,7 @@ class CommonFunctionality {
                                                            int& numFontsActivated, const std::string& filePath,
                                                            const platform::Array& extraFonts,
                                                            OneTrackedDocument* document);
+  // Adds the fonts of a document that is not open in the host, with their database records. No flow of this host needs it.
   static TModuleErrorCode CreateGlyphsureDataForClosedDocument(const std::string& path, platform::Array fonts,
                                                                long workgroupID, bool& allFontsFound);
 

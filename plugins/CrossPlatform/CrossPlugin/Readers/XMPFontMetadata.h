@@ -49,5 +49,5 @@ TModuleErrorCode SetXMPProperties(const platform::Array& fontArray, SXMPFiles& x
 // store. A null array puts nothing. kFatalError if the last font found no room: the file keeps what fitted.
 TModuleErrorCode WriteXMPGlyphsureSlugToFile(const std::string& fullPath, const platform::Array& fontArray);
 
-// Whether this host stores XMP in such a file. The flag has no effect.
+// Whether this host stores XMP in such a file. The flag has no effect. No flow asks: what the toolkit opens gets its slug.
 bool IsXMPAllowedInThisFile(const std::string& path, bool flag);
