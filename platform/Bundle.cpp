@@ -77,6 +77,29 @@ BundleRef Bundle::Main() {
   return sMain;
 }
 
+std::string Bundle::URL() const {
+  constexpr std::string_view kPlain =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/!$&'()*+,;=:@";  // of a path
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  std::string url = "file://";
+  for (const char c : folder_ + "/") {
+    if (kPlain.find(c) != std::string_view::npos) {
+      url += c;
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      url += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+  }
+  return url;
+}
+
+std::string Bundle::LocalizedString(const std::string& key, const std::string& table) const {
+  std::string xml;
+  if (ReadFile(folder_ + "/Resources/" + table + ".strings", xml)) return key;
+  const String text = Dictionary(ParseXMLPropertyList(xml).value).GetString(key);
+  return text ? text.Text() : key;
+}
+
 std::string Bundle::ExecutablePath() const {
   const size_t slash = folder_.rfind('/');
   std::string name = folder_.substr(slash == std::string::npos ? 0 : slash + 1);

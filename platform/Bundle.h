@@ -1,5 +1,5 @@
 // Loadable bundles: a folder Name.framework or Name.plugin that holds Info.plist (XML) and a shared object
-// named like the folder without its extension.
+// named like the folder without its extension. Creating and finding are for any thread, a bundle itself for one at a time.
 #pragma once
 
 #include <memory>
@@ -28,8 +28,14 @@ class PLATFORM_API Bundle {
   const std::string& Folder() const { return folder_; }
   const std::string& Identifier() const { return identifier_; }
   const Dictionary& Info() const { return info_; }
+  // The folder as a file URL: "file:///a%20b/Name.framework/", percent-encoded as RFC 3986 says, with a slash at the end.
+  std::string URL() const;
   std::string ExecutablePath() const;
   std::string PrivateFrameworksFolder() const;  // folder + "/Frameworks"
+
+  // The text of a key in the bundle's own strings table: the XML property list "Resources/TABLE.strings", a dictionary
+  // of strings. The key itself where table or key are missing. Read anew at each call.
+  std::string LocalizedString(const std::string& key, const std::string& table) const;
 
   // Loads the shared object with its static constructors; true if it is loaded. A failure says why in *error.
   bool Load(std::string* error = nullptr);

@@ -20,12 +20,15 @@ namespace {
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
 // The address of a socket reached through its folder's descriptor, so that the length of the path does not matter.
-bool MakeAddress(int folder, const std::string& name, sockaddr_un& address) {
-  address = {};
+sockaddr_un MakeAddress(int folder, const std::string& name, std::error_code& error) {
+  sockaddr_un address{};
   address.sun_family = AF_UNIX;
   const int length =
       std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, name.c_str());
-  return length > 0 && static_cast<size_t>(length) < sizeof address.sun_path;
+  if (length <= 0 || static_cast<size_t>(length) >= sizeof address.sun_path) {
+    error = std::make_error_code(std::errc::filename_too_long);
+  }
+  return address;
 }
 
 Descriptor OpenFolder(const std::string& folder, std::error_code& error) {
@@ -75,13 +78,10 @@ Descriptor ConnectLocal(const std::string& folder, const std::string& name, std:
   error.clear();
   const Descriptor at = OpenFolder(folder, error);
   if (error) return Descriptor();
-  Descriptor descriptor = NewSocket(error);
-  sockaddr_un address;
+  const sockaddr_un address = MakeAddress(at.Get(), name, error);
   if (error) return Descriptor();
-  if (!MakeAddress(at.Get(), name, address)) {
-    error = std::make_error_code(std::errc::filename_too_long);
-    return Descriptor();
-  }
+  Descriptor descriptor = NewSocket(error);
+  if (error) return Descriptor();
   if (connect(descriptor.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     error = LastError();
     return Descriptor();
@@ -103,13 +103,10 @@ Descriptor ListenLocal(const std::string& folder, const std::string& name, std::
     return Descriptor();
   }
   unlinkat(at.Get(), name.c_str(), 0);
-  Descriptor descriptor = NewSocket(error);
-  sockaddr_un address;
+  const sockaddr_un address = MakeAddress(at.Get(), name, error);
   if (error) return Descriptor();
-  if (!MakeAddress(at.Get(), name, address)) {
-    error = std::make_error_code(std::errc::filename_too_long);
-    return Descriptor();
-  }
+  Descriptor descriptor = NewSocket(error);
+  if (error) return Descriptor();
   if (bind(descriptor.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
       listen(descriptor.Get(), 16) != 0) {
     error = LastError();

@@ -33,7 +33,8 @@ struct Presenter {
   void* context = nullptr;
   // The result is owned by the caller; null counts as closed. Runs modally.
   ValueRef (*runBox)(void* context, ValueRef box) = nullptr;
-  // "WindowTitle", "Header", "Status" strings, "CurrentProgress", "MaxProgress" integers, "IsIndeterminate" boolean.
+  // "WindowTitle", "Header", "Status" strings, "CurrentProgress", "MaxProgress" integers, "IsIndeterminate" boolean or
+  // integer.
   void (*showProgress)(void* context, ValueRef progress) = nullptr;
   void (*updateProgress)(void* context, ValueRef progress) = nullptr;
   void (*hideProgress)(void* context) = nullptr;

@@ -12,6 +12,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <map>
 #include <mutex>
 
@@ -87,7 +88,9 @@ String UniqueString(std::string_view text) {
   static std::mutex sMutex;
   static std::map<std::string, String, std::less<>> sStrings;
   constexpr size_t kLongest = 64;
-  if (text.size() > kLongest) return String::FromUTF8(text);
+  const bool isASCII =
+      std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (text.size() > kLongest || !isASCII) return String::FromUTF8(text);
   const std::lock_guard lock(sMutex);
   auto found = sStrings.find(text);
   if (found == sStrings.end()) found = sStrings.emplace(std::string(text), String::FromUTF8(text)).first;
@@ -216,6 +219,25 @@ void PostPowerEvent(PowerEvent event) {
   for (const auto& [token, observer] : observers) {
     if (Observers().byToken.contains(token)) observer(event);  // unless one before it removed it
   }
+}
+
+void NoticeSleep(double secondsAsleep) {
+  constexpr double kShortest = 0.5;
+  static double sKnown = secondsAsleep;
+  const bool hasSlept = secondsAsleep - sKnown >= kShortest;
+  sKnown = secondsAsleep;
+  if (!hasSlept) return;
+  PostPowerEvent(PowerEvent::kWillSleep);
+  PostPowerEvent(PowerEvent::kDidWake);
+}
+
+double SecondsAsleep() {
+  const auto seconds = [](clockid_t clock) {
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+  };
+  return seconds(CLOCK_BOOTTIME) - seconds(CLOCK_MONOTONIC);
 }
 
 std::string CreateUUIDString() {

@@ -23,7 +23,8 @@ struct RunningApplication {
   uint64_t startTime = 0;  // in clock ticks since the machine started
 };
 
-// The one string object for a short ASCII text; the same handle for the same text, for the life of the process.
+// The one string object for an ASCII text of at most 64 bytes: the same handle for the same text, for the life of the
+// process. Any other text gives a new object; malformed UTF-8 a null handle. Any thread.
 PLATFORM_API String UniqueString(std::string_view text);
 
 // In the order of their start.
@@ -40,12 +41,18 @@ PLATFORM_API bool LaunchDetached(const std::string& executable, const std::strin
                                  const std::string& outputFile, std::string* error);
 PLATFORM_API bool IsExecutableFile(const std::string& path);
 
-// Sleep and wake of the machine. Observers are called on the caller's thread of PostPowerEvent, in order of adding.
+// Sleep and wake of the machine. Observers are called on the caller's thread of PostPowerEvent, in order of adding; main
+// thread only.
 enum class PowerEvent { kWillSleep, kDidWake };
 using PowerObserver = std::function<void(PowerEvent)>;
 PLATFORM_API int AddPowerObserver(PowerObserver observer);
 PLATFORM_API void RemovePowerObserver(int token);
 PLATFORM_API void PostPowerEvent(PowerEvent event);
+// Posts both events if the machine slept half a second or more since the last call; the main run loop calls it. A program
+// learns of a sleep only when the machine is awake again, so that the two come together then. The argument is the whole
+// time in seconds that the machine has slept since its start, which SecondsAsleep tells.
+PLATFORM_API void NoticeSleep(double secondsAsleep);
+PLATFORM_API double SecondsAsleep();
 
 // A new UUID in its 36-character upper-case form; empty if the system can't make one.
 PLATFORM_API std::string CreateUUIDString();

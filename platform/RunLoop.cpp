@@ -15,6 +15,7 @@
 
 #include "platform/Clock.h"
 #include "platform/Descriptor.h"
+#include "platform/Process.h"
 #include "platform/Trace.h"
 
 namespace platform {
@@ -38,6 +39,10 @@ void Guarded(const char* what, const Call& call) {
     problem = "an exception of an unknown type";
   }
   ReportProblem(std::string("Exception left a ") + what + ": " + problem);
+}
+
+void LookForSleep(const RunLoop& loop) {
+  if (&loop == &RunLoop::Main()) Guarded("power observer", [] { NoticeSleep(SecondsAsleep()); });
 }
 
 }  // namespace
@@ -216,6 +221,7 @@ void RunLoop::RunFor(double seconds, RunLoopMode mode) {
     const double now = Clock::Now();
     const double next = std::min(end, state_->NextDate(mode));
     state_->Poll(Clock::IsDriven() || state_->stopped || next <= now ? 0.0 : next - now);
+    LookForSleep(*this);
     if (state_->stopped || Clock::Now() >= end) break;
     if (Clock::IsDriven() && next > Clock::Now()) Clock::SetDriven(next);
   }
@@ -232,6 +238,7 @@ bool RunLoop::RunUntil(const std::function<bool()>& condition, double mostRealSe
     // A driven clock stands while this waits: only a timer that is due already ends the wait.
     const double next = Clock::IsDriven() && due > 0 ? left : std::min(left, due);
     state_->Poll(std::max(0.0, next));
+    LookForSleep(*this);
     if (condition()) break;
     state_->FireDue(mode);
   }

@@ -1,4 +1,5 @@
-// Windows of the host as a plug-in sees them: a title, a number, a content view with named subviews, key events.
+// Windows of the host as a plug-in sees them: a title, a number, a content view with named subviews, key events. The host
+// owns its windows; they are used on its main thread only.
 #pragma once
 
 #include <functional>
@@ -10,10 +11,10 @@
 namespace platform {
 
 struct KeyEvent {
-  int type = 10;  // 10 is key down
-  double x = 0, y = 0;
-  unsigned modifierFlags = 0;
-  double timestamp = 0.0;
+  int type = 10;               // 10 is key down
+  double x = 0, y = 0;         // in points, from the window's lower left corner
+  unsigned modifierFlags = 0;  // bits as the platform numbers them
+  double timestamp = 0.0;      // in seconds since the machine started
   int windowNumber = 0;
   std::string characters;
   std::string charactersIgnoringModifiers;
@@ -41,13 +42,14 @@ class PLATFORM_API Window {
   Window& operator=(const Window&) = delete;
 
   const std::string& Title() const { return title_; }
-  int Number() const { return number_; }
+  int Number() const { return number_; }  // from 1, never used again
   const std::vector<View>& ContentSubviews() const { return subviews_; }
   bool IsVisible() const { return visible_; }
 
-  // Shows or hides the window through the method in force (see ExchangeOrderWindowMethod).
+  // Shows or hides the window through the method in force (see ExchangeOrderWindowMethod). relativeTo is the number of
+  // another window, 0 for all; the order among windows is not kept.
   void OrderWindow(WindowOrdering place, int relativeTo);
-  void SendEvent(const KeyEvent& event);
+  void SendEvent(const KeyEvent& event);  // to the handler that the window was made with
 
   // The platform's own method, which shows or hides.
   static void PlatformOrderWindow(Window& window, WindowOrdering place, int relativeTo);

@@ -45,6 +45,7 @@ struct XMP_VersionInfo {
 class PLATFORM_API TXMPMeta {
  public:
   static void GetVersionInfo(XMP_VersionInfo* info);
+  // Counted together with those of TXMPFiles: the last Terminate ends the library. False if it cannot start.
   static bool Initialize();
   static void Terminate();
   // The prefix in use comes back; it may differ from the suggested one. False if the library refuses.
@@ -55,6 +56,7 @@ class PLATFORM_API TXMPMeta {
   TXMPMeta(TXMPMeta&&) noexcept;
   TXMPMeta& operator=(TXMPMeta&&) noexcept;
 
+  // Indexes count from 1. Out arguments may be null; on a false result they are untouched. Text is UTF-8.
   XMP_Index CountArrayItems(const char* ns, const char* array) const;
   bool GetProperty(const char* ns, const char* path, std::string* value, XMP_OptionBits* options) const;
   bool GetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
@@ -83,10 +85,13 @@ class PLATFORM_API TXMPFiles {
 
   TXMPFiles();
   ~TXMPFiles();  // closes an open file without writing
+  // False if there is no such file, it cannot be read (for an update: written), or the library finds no way into it with
+  // these options. The format is kXMP_UnknownFile. What was open before is closed without writing.
   bool OpenFile(const char* path, uint32_t format, XMP_OptionBits options);
+  // False, and *meta as it was, if the file holds no metadata. This and PutXMP throw XMP_Error if no file is open.
   bool GetXMP(TXMPMeta* meta);
-  bool CanPutXMP(const TXMPMeta& meta);
-  void PutXMP(const TXMPMeta& meta);
+  bool CanPutXMP(const TXMPMeta& meta);  // false also if no file is open
+  void PutXMP(const TXMPMeta& meta);     // nothing reaches the file before CloseFile
   // Writes what was put: into a copy beside the file, read back and compared with what was put, then renamed over the
   // file, so that a failed write leaves the old file. Throws XMP_Error if what was put cannot be read back.
   void CloseFile();

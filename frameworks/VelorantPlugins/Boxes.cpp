@@ -25,6 +25,8 @@ std::string DescriptionOf(const Dictionary& record) {
   if (!version.IsEmpty()) AppendPart(description, texts::Formatted("FontVersion", version.View()));
   AppendPart(description, record.GetString("FontKind").View());
   AppendPart(description, record.GetString("WorkgroupName").View());
+  // Two files can agree in all of that.
+  AppendPart(description, record.GetString("OutlineFileName").View());
   if (record.GetString("IsActive").View() == "1") AppendPart(description, texts::Localized("FontIsActive"));
   return description;
 }
@@ -52,6 +54,10 @@ int32_t ButtonOf(const Dictionary& box, const Dictionary& answer) {
 int64_t NumberOf(const Dictionary& record, std::string_view key, int64_t otherwise) {
   if (const String text = record.GetString(key); text) return platform::IntegerOfText(text.View());
   return record.GetInteger(key, otherwise);
+}
+
+bool FlagOf(const Dictionary& dictionary, std::string_view key, bool otherwise) {
+  return dictionary.GetBoolean(key, dictionary.GetInteger(key, otherwise) != 0);
 }
 
 Dictionary DescribeFont(const Dictionary& record) {

@@ -19,8 +19,10 @@ int32_t ButtonOf(const platform::Dictionary& box, const platform::Dictionary& an
 
 // A number that a record holds as decimal text or as an integer.
 int64_t NumberOf(const platform::Dictionary& record, std::string_view key, int64_t otherwise);
+// A flag that a dictionary holds as a boolean or, as the plug-in stores them, as a number.
+bool FlagOf(const platform::Dictionary& dictionary, std::string_view key, bool otherwise);
 
-// A copy of the font record with a "Description" for the reader: foundry, version, kind, workgroup, whether it is active.
+// A copy of the font record with a "Description" for the reader: foundry, version, kind, workgroup, file name, whether it is active.
 // In it the possible replacements are copies of the same kind.
 platform::Dictionary DescribeFont(const platform::Dictionary& record);
 // Each record of the array described; what is no dictionary is left out.

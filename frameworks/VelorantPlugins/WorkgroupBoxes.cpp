@@ -13,30 +13,20 @@ using platform::Value;
 
 namespace {
 
-// What the plug-in takes for the command of a button.
-enum Command : int32_t {
-  kCancelled = -1,
-  kAbout = 2,
-  kPreferences = 3,
-  kCollectForOutput = 4,
-  kMakeDocumentSet = 5,
-  kCheckDocumentFonts = 6,
-};
-
 struct CommandButton {
   const char* text;
-  Command command;
+  VPFCommand command;
   bool needsDocument;
 };
 
 // In the order of the box's buttons.
 constexpr CommandButton kCommandButtons[] = {
-    {"Check Document Fonts", kCheckDocumentFonts, true},
-    {"Make Document Set", kMakeDocumentSet, true},
-    {"Collect for Output", kCollectForOutput, true},
-    {"Preferences", kPreferences, false},
-    {"About", kAbout, false},
-    {"Cancel", kCancelled, false},
+    {"Check Document Fonts", kVPFCommandCheckDocumentFonts, true},
+    {"Make Document Set", kVPFCommandMakeDocumentSet, true},
+    {"Collect for Output", kVPFCommandCollectForOutput, true},
+    {"Preferences", kVPFCommandPreferences, false},
+    {"About", kVPFCommandAbout, false},
+    {"Cancel", kVPFCommandCancelled, false},
 };
 
 // The number of the boxes with a chooser of workgroups that are up now.
@@ -59,7 +49,7 @@ Array ChoicesOf(const Array& workgroups) {
     Dictionary choice = Dictionary::Create();
     choice.Set("Name", Value(workgroup.GetString("WorkgroupName")));
     choice.Set("ID", Number::FromInteger(boxes::NumberOf(workgroup, "WorkgroupID", 0)));
-    choice.Set("IsLocalPersonal", Boolean::From(workgroup.GetBoolean("IsLocalPersonal")));
+    choice.Set("IsLocalPersonal", Boolean::From(boxes::FlagOf(workgroup, "IsLocalPersonal", false)));
     choices.Append(choice);
   }
   return choices;
@@ -79,12 +69,13 @@ int32_t ChosenWorkgroup(const Dictionary& box, const Dictionary& answer, int32_t
 Dictionary MakeCommandBox(const Dictionary& given) {
   Dictionary box =
       boxes::MakeBox("command", "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]", nullptr, {});
-  const bool isOnline = given.GetBoolean("IsOnline", HostDetails::Shared().isOnline);
+  const bool isOnline = boxes::FlagOf(given, "IsOnline", HostDetails::Shared().isOnline);
+  const bool hasDocument = boxes::FlagOf(given, "ButtonsEnabled", false);
   box.Set("Message", texts::Localized(isOnline ? "WorkingOnline" : "WorkingOffline"));
   Array buttons = Array::Create(), enabled = Array::Create();
   for (const CommandButton& button : kCommandButtons) {
     buttons.Append(platform::String::FromUTF8(texts::Localized(button.text)));
-    enabled.Append(Boolean::From(!button.needsDocument || given.GetBoolean("ButtonsEnabled")));
+    enabled.Append(Boolean::From(!button.needsDocument || hasDocument));
   }
   box.Set("Buttons", buttons);
   box.Set("ButtonsEnabled", enabled);
@@ -110,11 +101,11 @@ int32_t VPFShowCommandBox(platform::ValueRef given, int32_t* workgroupID) {
   const Shown shown;
   const Dictionary answer = platform::RunBox(box);
   const int32_t button = boxes::ButtonOf(box, answer);
-  if (button == boxes::kClosed) return kCancelled;
+  if (button == boxes::kClosed) return kVPFCommandCancelled;
   const size_t index = static_cast<size_t>(button) - 1;
   const bool isEnabled = Boolean(box.GetArray("ButtonsEnabled").At(index)).IsTrue();
-  const Command command = isEnabled ? kCommandButtons[index].command : kCancelled;
-  if (command != kCancelled && workgroupID) *workgroupID = ChosenWorkgroup(box, answer, *workgroupID);
+  const VPFCommand command = isEnabled ? kCommandButtons[index].command : kVPFCommandCancelled;
+  if (command != kVPFCommandCancelled && workgroupID) *workgroupID = ChosenWorkgroup(box, answer, *workgroupID);
   return command;
 }
 

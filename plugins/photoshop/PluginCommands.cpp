@@ -19,15 +19,6 @@ namespace {
 constexpr SPErr kNothingToCommand = static_cast<SPErr>(Code("fbar"));
 constexpr long kLocalPersonalType = 3;
 
-enum CommandCode : int {
-  kCancelled = -1,
-  kAbout = 2,
-  kPreferences = 3,
-  kCollectForOutput = 4,
-  kMakeDocumentSet = 5,
-  kCheckDocumentFonts = 6,
-};
-
 FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
 
 VPFDictionary MakeBox(const VPFInterfaceRef& ui) {
@@ -50,11 +41,11 @@ VPFDictionary MakeBox(const VPFInterfaceRef& ui) {
 // True if the box is to be shown again.
 bool RunCommand(int code) {
   switch (code) {
-    case kAbout: ShowAbout(); return true;
-    case kPreferences: ShowPreferences(); return true;
-    case kCollectForOutput: DoCollectForOutput(); return false;
-    case kMakeDocumentSet: DoMakeDocumentSet(); return false;
-    case kCheckDocumentFonts: DoCheckDocFonts(); return false;
+    case kVPFCommandAbout: ShowAbout(); return true;
+    case kVPFCommandPreferences: ShowPreferences(); return true;
+    case kVPFCommandCollectForOutput: DoCollectForOutput(); return false;
+    case kVPFCommandMakeDocumentSet: DoMakeDocumentSet(); return false;
+    case kVPFCommandCheckDocumentFonts: DoCheckDocFonts(); return false;
     default: return false;
   }
 }
@@ -88,7 +79,7 @@ SPErr HandleCommandBoxAction() {
     int choice = Manager()->GetCurrentWorkgroupID();
     const int code = ui->ShowCommandBox(box.GetDictionary(), choice);
     // Stored before the command runs, so that the command works in the chosen workgroup.
-    if (code != kCancelled) Manager()->SetDefaultWorkgroupID(choice);
+    if (code != kVPFCommandCancelled) Manager()->SetDefaultWorkgroupID(choice);
     again = RunCommand(code);
   }
   return kNoErr;

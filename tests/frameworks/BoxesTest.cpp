@@ -184,7 +184,7 @@ class WorkgroupTest : public UIFrameworkTest {
  protected:
   WorkgroupTest() {
     Dictionary local = Record({{"WorkgroupName", "Mine"}, {"WorkgroupID", "3"}});
-    local.Set("IsLocalPersonal", Boolean::From(true));
+    local.Set("IsLocalPersonal", Number::FromInteger(1));
     Dictionary integer = Record({{"WorkgroupName", "Server"}});
     integer.Set("WorkgroupID", Number::FromInteger(7));
     for (const Dictionary& workgroup :
@@ -193,8 +193,6 @@ class WorkgroupTest : public UIFrameworkTest {
     }
     command_.Set("Workgroups", workgroups_);
     command_.Set("CurrentWorkgroupID", Number::FromInteger(3));
-    command_.Set("ButtonsEnabled", Boolean::From(true));
-    command_.Set("IsOnline", Boolean::From(true));
   }
   Array workgroups_ = Array::Create();
   Dictionary command_ = Dictionary::Create();
@@ -242,7 +240,8 @@ TEST_F(WorkgroupTest, EachButtonOfTheCommandBoxIsItsCode) {
   VPFShowCommandBox(command_.Ref(), &workgroup);
   const std::vector<std::string> buttons = Texts(boxes_[0].GetArray("Buttons"));
   for (const auto& row : rows) {
-    command_.Set("ButtonsEnabled", Boolean::From(row.isEnabled));
+    // The plug-in stores flags as numbers.
+    command_.Set("ButtonsEnabled", Number::FromInteger(row.isEnabled ? 1 : 0));
     const auto found = std::find(buttons.begin(), buttons.end(), row.button);
     Answer(found == buttons.end() ? 0 : found - buttons.begin() + 1, "Choice", Number::FromInteger(7));
     workgroup = 3;
@@ -266,12 +265,13 @@ TEST_F(WorkgroupTest, TheBoxTellsWhetherTheUserWorksOnline) {
     VPFShowCommandBox(command_.Ref(), &workgroup);
     return boxes_.back().GetString("Message").Text();
   };
-  EXPECT_EQ(message(), "You work online.");
-  command_.Set("IsOnline", Boolean::From(false));
-  EXPECT_EQ(message(), "You work offline.");
-  command_.Remove("IsOnline");
-  VPFSetIsOnline(1);
-  EXPECT_EQ(message(), "You work online.");
+  for (const bool isOnline : {true, false}) {
+    for (const Value& flag : {Value(Boolean::From(isOnline)), Value(Number::FromInteger(isOnline ? 1 : 0)), Value()}) {
+      VPFSetIsOnline(flag ? !isOnline : isOnline);  // counts only where the box's dictionary does not say
+      command_.Set("IsOnline", flag);
+      EXPECT_EQ(message(), isOnline ? "You work online." : "You work offline.");
+    }
+  }
   EXPECT_EQ(boxes_.back().GetInteger("CurrentWorkgroupID"), 3);
 }
 

@@ -82,19 +82,19 @@ TEST_F(EventsTest, ListenersHearTheirTypeInTheOrderOfAdding) {
 }
 
 TEST_F(EventsTest, NullAndUnknownInputHasItsCode) {
-  EXPECT_EQ(PlugPlugAddEventListener(nullptr, &Listener::Hear, &a_), kEventErrorCode_InvalidParam);
-  EXPECT_EQ(PlugPlugAddEventListener("", &Listener::Hear, &a_), kEventErrorCode_InvalidParam);
+  for (const char* nothing : {static_cast<const char*>(nullptr), ""}) {
+    EXPECT_EQ(Add(a_, nothing), kEventErrorCode_InvalidParam);
+    EXPECT_EQ(Remove(a_, nothing), kEventErrorCode_InvalidParam);
+    EXPECT_EQ(Send("1", nothing), kEventErrorCode_InvalidParam);
+    EXPECT_EQ(PlugPlugLoadExtension(nothing), kEventErrorCode_InvalidParam);
+    EXPECT_EQ(PlugPlugUnloadExtension(nothing), kEventErrorCode_InvalidParam);
+  }
   EXPECT_EQ(PlugPlugAddEventListener(kType, nullptr, &a_), kEventErrorCode_InvalidParam);
-  EXPECT_EQ(PlugPlugRemoveEventListener(nullptr, &Listener::Hear, &a_), kEventErrorCode_InvalidParam);
   EXPECT_EQ(PlugPlugRemoveEventListener(kType, nullptr, &a_), kEventErrorCode_InvalidParam);
+  EXPECT_EQ(PlugPlugDispatchEvent(nullptr), kEventErrorCode_InvalidParam);
   EXPECT_EQ(Remove(a_), kEventErrorCode_OperationFailed);
   EXPECT_EQ(Add(a_), kEventErrorCode_Success);
   EXPECT_EQ(Remove(a_, "com.example.Other"), kEventErrorCode_OperationFailed);
-  EXPECT_EQ(PlugPlugDispatchEvent(nullptr), kEventErrorCode_InvalidParam);
-  EXPECT_EQ(Send("1", nullptr), kEventErrorCode_InvalidParam);
-  EXPECT_EQ(Send("1", ""), kEventErrorCode_InvalidParam);
-  EXPECT_EQ(PlugPlugLoadExtension(nullptr), kEventErrorCode_InvalidParam);
-  EXPECT_EQ(PlugPlugUnloadExtension(""), kEventErrorCode_InvalidParam);
   EXPECT_EQ(PlugPlugUnloadExtension("com.example.unknown"), kEventErrorCode_OperationFailed);
   EXPECT_TRUE(heard_.empty());
 }

@@ -1,16 +1,14 @@
 // Preferences last, whatever happens to their file.
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <set>
 
 #include "frameworks/UIFramework.h"
 #include "platform/Files.h"
 #include "platform/PropertyList.h"
+#include "support/FullDisk.h"
 
 namespace framework_tests {
 namespace {
@@ -35,18 +33,14 @@ class PreferencesTest : public UIFrameworkTest {
   }
   std::string Text(const char* key) { return String(Value::Adopt(VPFGetStringPreferenceForKey(key))).Text(); }
   Dictionary Stored() const {
-    std::string xml;
-    platform::ReadFile(PreferencesFile(), xml);
-    return Dictionary(platform::ParseXMLPropertyList(xml).value);
+    return Dictionary(platform::ParseXMLPropertyList(test_support::TempFolder::Content(PreferencesFile())).value);
   }
   void Store(const Dictionary& values) const {
     folder_.Write("settings/preferences.plist", platform::CreateXMLPropertyList(values));
   }
   std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_ / "settings")) {
-      if (!entry.path().filename().string().ends_with(".lock")) names.insert(entry.path().filename());
-    }
+    std::set<std::string> names = folder_.Names("settings");
+    names.erase(".preferences.plist.lock");
     return names;
   }
 };
@@ -119,21 +113,36 @@ TEST_F(PreferencesTest, AChangeByAnotherProgramIsSeenAndKept) {
   VPFSetPreferenceForKey("EnablePlugin", 1);
   Dictionary others = Stored();
   others.Set("LastUsername", "somebody");
-  ASSERT_FALSE(platform::ReplaceFile(PreferencesFile(), platform::CreateXMLPropertyList(others)));
+  Store(others);
   VPFSetLongPreferenceForKey("RMF5", 5000);
   EXPECT_EQ(Stored().GetString("LastUsername").View(), "somebody");
   EXPECT_EQ(Stored().GetInteger("RMF5"), 5000);
   EXPECT_EQ(Text("LastUsername"), "somebody");
 }
 
+TEST_F(PreferencesTest, ProgramsThatChangeItAtOnceLoseNothing) {
+  constexpr int kPrograms = 3, kChanges = 20;
+  std::vector<pid_t> programs;
+  for (int program = 0; program < kPrograms; ++program) {
+    programs.push_back(fork());
+    if (programs.back() != 0) continue;
+    for (int i = 0; i < kChanges; ++i) {
+      VPFSetLongPreferenceForKey((std::to_string(program) + "/" + std::to_string(i)).c_str(), i + 1);
+    }
+    _exit(0);
+  }
+  for (const pid_t program : programs) waitpid(program, nullptr, 0);
+  EXPECT_EQ(Stored().Count(), static_cast<size_t>(kPrograms) * kChanges);
+  EXPECT_EQ(VPFGetLongPreferenceForKey("2/19"), 20);
+  EXPECT_EQ(Names(), std::set<std::string>{"preferences.plist"});
+}
+
 TEST_F(PreferencesTest, AnEqualValueIsNotWrittenAgain) {
   VPFSetLongPreferenceForKey("RMF5", 4000);
-  struct stat before, after;
-  ASSERT_EQ(stat(PreferencesFile().c_str(), &before), 0);
+  ASSERT_TRUE(platform::SetFileModificationDate(PreferencesFile(), 1));
   VPFSetLongPreferenceForKey("RMF5", 4000);
   VPFSetStringPreferenceForKey("LastAddress", nullptr);
-  ASSERT_EQ(stat(PreferencesFile().c_str(), &after), 0);
-  EXPECT_EQ(before.st_ino, after.st_ino);
+  EXPECT_EQ(platform::GetFileModificationDate(PreferencesFile()), 1u);
 }
 
 TEST_F(PreferencesTest, ADamagedFileIsKeptBeside) {
@@ -154,9 +163,7 @@ TEST_F(PreferencesTest, ADamagedFileIsKeptBeside) {
     EXPECT_THAT(reported, HasSubstr(reason));
     EXPECT_THAT(reported, HasSubstr(aside + ","));
     EXPECT_EQ(std::count(reported.begin(), reported.end(), '\n'), 1) << reported;
-    std::string content;
-    EXPECT_FALSE(platform::ReadFile(folder_ / ("settings/" + aside), content));
-    EXPECT_EQ(content, damaged);
+    EXPECT_EQ(test_support::TempFolder::Content(folder_ / ("settings/" + aside)), damaged);
     kept.insert(aside);
     EXPECT_EQ(Names(), kept);
     VPFSetPreferenceForKey("EnablePlugin", 1);
@@ -178,19 +185,13 @@ TEST_F(PreferencesTest, AFileThatCannotBeReadIsLeftAlone) {
 
 TEST_F(PreferencesTest, AFailedWriteKeepsTheOldFileAndTheChangeInMemory) {
   VPFSetPreferenceForKey("EnablePlugin", 1);
-  std::string before, after;
-  ASSERT_FALSE(platform::ReadFile(PreferencesFile(), before));
-  rlimit former;
-  getrlimit(RLIMIT_FSIZE, &former);
-  std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit full{64, former.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &full);
-  VPFSetLongPreferenceForKey("RMF5", 6000);
-  VPFSetLongPreferenceForKey("RMF4", 6000);
-  setrlimit(RLIMIT_FSIZE, &former);
-  std::signal(SIGXFSZ, SIG_DFL);
-  ASSERT_FALSE(platform::ReadFile(PreferencesFile(), after));
-  EXPECT_EQ(after, before);
+  const std::string before = test_support::TempFolder::Content(PreferencesFile());
+  {
+    const test_support::FullDisk full(64);
+    VPFSetLongPreferenceForKey("RMF5", 6000);
+    VPFSetLongPreferenceForKey("RMF4", 6000);
+  }
+  EXPECT_EQ(test_support::TempFolder::Content(PreferencesFile()), before);
   EXPECT_EQ(Names(), std::set<std::string>{"preferences.plist"});
   EXPECT_EQ(VPFGetLongPreferenceForKey("RMF5"), 6000);
   // The next change that can be written takes the earlier ones along.

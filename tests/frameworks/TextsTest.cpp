@@ -8,10 +8,12 @@
 
 #include "frameworks/UIFramework.h"
 #include "platform/Files.h"
+#include "support/ScopedVariable.h"
 
 namespace framework_tests {
 namespace {
 
+using test_support::ScopedVariable;
 using Texts = std::map<std::string, std::string>;
 
 Texts TextsOf(std::span<const texts::Text> table) {
@@ -62,32 +64,22 @@ std::set<std::string> KeysUsedIn(const std::string& folder) {
   return keys;
 }
 
-TEST(Texts, EveryKeyThatThePluginUsesHasOne) {
+TEST(Texts, EveryKeyThatIsUsedHasOne) {
   const Texts english = TextsOf(texts::kEnglish);
   std::set<std::string> used = KeysUsedIn(SOURCE_DIR "/plugins");
-  for (const char* notAKey : {"%d", "%@", "Adding '%s' to user's workgroup list."}) used.erase(notAKey);
   EXPECT_GE(used.size(), 55u) << "the sources are not read as they should be";
-  for (const std::string& key : used) EXPECT_TRUE(english.contains(key)) << key;
-}
-
-// Keys that no code of the plug-in uses yet, and the framework's own.
-TEST(Texts, EveryOtherKeyHasOneToo) {
-  const Texts english = TextsOf(texts::kEnglish);
-  for (const char* key : {"FontManagerNotFoundHeader", "MarquineOldVersionMessage", "ConnectionLostHeader",
-                          "GoOnlineErrorMessage", "MustBeOnlineMessage", "HBCoreAgentOutOfSyncMessage",
-                          "PhotoshopMissingFonts", "All Libraries", "MasterGoogleFontsLibrary", "Set Name:"}) {
-    EXPECT_TRUE(english.contains(key)) << key;
-  }
-  std::set<std::string> used = KeysUsedIn(SOURCE_DIR "/frameworks/VelorantPlugins");
-  // Keys of the dictionaries beside which they stand, and the part of which keys of labels are made.
-  for (const char* notAKey :
-       {"Fonts", "Description", "Message", "Header", "Key", "Label", "Foundry", "Version", "FontKind", "WorkgroupName",
-        "OutlineFileName", "IsActive", "Workgroups", "Default", "PossibleReplacements"}) {
+  used.merge(KeysUsedIn(SOURCE_DIR "/frameworks/VelorantPlugins"));
+  EXPECT_GE(used.size(), 75u) << "the sources are not read as they should be";
+  // Keys of dictionaries and tables that stand beside them, and the part of which keys of labels are made.
+  for (const char* notAKey : {"Fonts", "Description", "Message", "Header", "Key", "Label", "Foundry", "Version",
+                              "FontKind", "WorkgroupName", "IsActive", "Workgroups", "Default", "PossibleReplacements",
+                              "NonLocalized", "Adding '%s' to user's workgroup list."}) {
     used.erase(notAKey);
   }
-  // Kinds of boxes, and values.
+  // Kinds of boxes, values and formats.
   std::erase_if(used, [](const std::string& key) { return key[0] != '[' && !(key[0] >= 'A' && key[0] <= 'Z'); });
-  EXPECT_GE(used.size(), 20u) << "the sources are not read as they should be";
+  // No code uses these yet, or names them in a way that is not seen here.
+  used.insert({"PhotoshopMissingFonts", "All Libraries", "MasterGoogleFontsLibrary", "Set Name:", "%@'s fonts"});
   for (const std::string& key : used) EXPECT_TRUE(english.contains(key)) << key;
 }
 
@@ -123,25 +115,25 @@ TEST(Texts, TheLanguagesHaveTheSameKeysAndPlaceholders) {
 
 TEST_F(UIFrameworkTest, TheTextIsInTheUsersLanguage) {
   const struct {
-    const char *locale, *language, *title;
+    const char* locale;
+    std::optional<std::string> language;
+    const char* title;
   } rows[] = {{"C", "de", "Missing Fonts"},
-              {"de_DE.UTF-8", nullptr, "Fehlende Schriften"},
-              {"fr_FR", nullptr, "Polices manquantes"},
-              {"es", nullptr, "Fuentes no disponibles"},
-              {"pt_BR", nullptr, "Fontes ausentes"},
-              {"it_IT", nullptr, "Font mancanti"},
-              {"ja_JP", nullptr, "フォント"},
-              {"sv_SE", nullptr, "Missing Fonts"},
+              {"de_DE.UTF-8", std::nullopt, "Fehlende Schriften"},
+              {"fr_FR", std::nullopt, "Polices manquantes"},
+              {"es", std::nullopt, "Fuentes no disponibles"},
+              {"pt_BR", std::nullopt, "Fontes ausentes"},
+              {"it_IT", std::nullopt, "Font mancanti"},
+              {"ja_JP", std::nullopt, "フォント"},
+              {"sv_SE", std::nullopt, "Missing Fonts"},
               {"sv_SE", "nb:ja:de", "フォント"},
               {"de_DE", "en:de", "Missing Fonts"}};
   for (const auto& row : rows) {
-    setenv("LC_ALL", row.locale, 1);
-    row.language ? setenv("LANGUAGE", row.language, 1) : unsetenv("LANGUAGE");
+    const ScopedVariable locale("LC_ALL", row.locale), language("LANGUAGE", row.language);
     Start();
     EXPECT_EQ(Localized("PhotoshopMissingFonts"), row.title) << row.locale;
     EXPECT_EQ(Localized("no such key [host app]"), "no such key [host app]");
   }
-  unsetenv("LANGUAGE");
   EXPECT_EQ(VPFLocalizedString(nullptr), nullptr);
 }
 

@@ -1,94 +1,83 @@
 // The user's languages, the active fonts, and windows.
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
-#include <map>
+#include <optional>
 
 #include "platform/Folders.h"
 #include "platform/Fonts.h"
 #include "platform/Language.h"
 #include "platform/Presenter.h"
 #include "platform/Window.h"
+#include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 
 namespace platform {
 namespace {
 
+using test_support::ScopedVariable;
 using test_support::TempFolder;
 using testing::ElementsAre;
 
-// Sets variables of the environment and puts the former ones back.
-class Environment {
+// Sets the places for the life of a test.
+class ScopedPlaces {
  public:
-  ~Environment() {
-    for (const auto& [name, value] : former_)
-      value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
-  }
-  void Set(const char* name, const char* value) {
-    const char* former = getenv(name);
-    former_.emplace(name, former ? former : "");
-    value ? setenv(name, value, 1) : unsetenv(name);
-  }
+  explicit ScopedPlaces(const Places& places) : former_(GetPlaces()) { SetPlaces(places); }
+  ~ScopedPlaces() { SetPlaces(former_); }
+  ScopedPlaces(const ScopedPlaces&) = delete;
+  ScopedPlaces& operator=(const ScopedPlaces&) = delete;
 
  private:
-  std::map<std::string, std::string> former_;
+  const Places former_;
 };
 
 TEST(Language, TheFirstSettingThatCountsDecides) {
+  using Setting = std::optional<std::string>;
+  const Setting none;
   const struct {
-    const char *all, *messages, *lang, *list;
+    Setting all, messages, lang, list;
     std::vector<std::string> expected;
-  } rows[] = {
-      {nullptr, nullptr, nullptr, nullptr, {}},
-      {nullptr, nullptr, "de_AT.UTF-8@euro", nullptr, {"de"}},
-      {nullptr, "fr_CA", "de_DE", nullptr, {"fr"}},
-      {"pt_BR.UTF-8", "fr_CA", "de_DE", nullptr, {"pt"}},
-      {"", "", "it", nullptr, {"it"}},
-      {nullptr, nullptr, "en_US.UTF-8", "ja:de_DE:ja::xx-1", {"ja", "de", "xx", "en"}},
-      {"C", nullptr, "de_DE", "ja", {}},
-      {"C.UTF-8", nullptr, "de_DE", "ja", {}},
-      {"POSIX", nullptr, nullptr, "ja", {}},
-      {nullptr, nullptr, "../../etc/passwd", nullptr, {}},
-      {nullptr, nullptr, "d3_DE", "de", {}},
-  };
+  } rows[] = {{none, none, none, none, {}},
+              {none, none, "de_AT.UTF-8@euro", none, {"de"}},
+              {none, "fr_CA", "de_DE", none, {"fr"}},
+              {"pt_BR.UTF-8", "fr_CA", "de_DE", none, {"pt"}},
+              {"", "", "it", none, {"it"}},
+              {none, none, "en_US.UTF-8", "ja:de_DE:ja::xx-1", {"ja", "de", "xx", "en"}},
+              {"C.UTF-8", none, "de_DE", "ja", {}},
+              {"POSIX", none, none, "ja", {}},
+              {none, none, "../../etc/passwd", none, {}},
+              {none, none, "d3_DE", "de", {}}};
   for (const auto& row : rows) {
-    Environment environment;
-    environment.Set("LC_ALL", row.all);
-    environment.Set("LC_MESSAGES", row.messages);
-    environment.Set("LANG", row.lang);
-    environment.Set("LANGUAGE", row.list);
-    EXPECT_EQ(PreferredLanguages(), row.expected) << (row.lang ? row.lang : "none");
+    const ScopedVariable all("LC_ALL", row.all), messages("LC_MESSAGES", row.messages), lang("LANG", row.lang),
+        list("LANGUAGE", row.list);
+    EXPECT_EQ(PreferredLanguages(), row.expected) << row.lang.value_or("none");
   }
 }
 
 TEST(Places, UnsetOnesComeFromTheEnvironmentIfThatIsOurs) {
   const TempFolder folder;
-  const Places former = GetPlaces();
-  Environment environment;
-  environment.Set("HOME", "/home/somebody");
-  environment.Set("XDG_CONFIG_HOME", "relative/paths/count/as/unset");
-  environment.Set("XDG_STATE_HOME", "/state");
-  environment.Set("XDG_RUNTIME_DIR", folder.Path().c_str());
-  SetPlaces({});
-  EXPECT_EQ(GetPlaces().preferencesFile, "/home/somebody/.config/velorant/preferences.plist");
-  EXPECT_EQ(GetPlaces().logs, "/state/velorant/logs");
-  EXPECT_EQ(GetPlaces().runtime, folder / "velorant");
-  EXPECT_EQ(UserLibraryFolder(), "/home/somebody/Library");
-  environment.Set("XDG_RUNTIME_DIR", (folder / "missing").c_str());
-  Places places;
-  places.fileSystemRoot = "/sandbox";
-  SetPlaces(places);
+  const ScopedVariable home("HOME", "/home/somebody"), state("XDG_STATE_HOME", "/state"),
+      config("XDG_CONFIG_HOME", "relative/paths/count/as/unset");
+  {
+    const ScopedVariable runtime("XDG_RUNTIME_DIR", folder.Path());
+    const ScopedPlaces places({});
+    EXPECT_EQ(GetPlaces().preferencesFile, "/home/somebody/.config/velorant/preferences.plist");
+    EXPECT_EQ(GetPlaces().logs, "/state/velorant/logs");
+    EXPECT_EQ(GetPlaces().runtime, folder / "velorant");
+    EXPECT_EQ(UserLibraryFolder(), "/home/somebody/Library");
+  }
+  const ScopedVariable runtime("XDG_RUNTIME_DIR", folder / "missing");
+  Places sandbox;
+  sandbox.fileSystemRoot = "/sandbox";
+  const ScopedPlaces places(sandbox);
   EXPECT_THAT(GetPlaces().runtime, testing::StartsWith("/tmp/velorant-"));
   EXPECT_EQ(LocalFrameworksFolder(), "/sandbox/Library/Frameworks");
-  SetPlaces(former);
 }
 
 TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
   const TempFolder folder;
-  const Places former = GetPlaces();
-  Places places = former;
-  places.fontConfigFile = folder / "fonts.conf";
-  SetPlaces(places);
+  Places sandbox = GetPlaces();
+  sandbox.fontConfigFile = folder / "fonts.conf";
+  const ScopedPlaces places(sandbox);
   std::filesystem::create_directories(folder / "active");
   folder.Write("fonts.conf", "<fontconfig><dir>" + folder / "active" + "</dir><cachedir>" + folder / "cache" +
                                  "</cachedir></fontconfig>");
@@ -110,7 +99,6 @@ TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
     EXPECT_EQ(IsPostScriptNameActive(row.name), row.isPostScriptName) << row.name;
     EXPECT_EQ(IsFontNameActive(row.name), row.isName) << row.name;
   }
-  SetPlaces(former);
 }
 
 OrderWindowMethod sFormer = nullptr;
@@ -122,32 +110,21 @@ void NotingOrderWindow(Window& window, WindowOrdering place, int relativeTo) {
 }
 
 TEST(Window, TheExchangedMethodReachesTheFormerOne) {
-  std::vector<std::string> keys;
-  Window window("Missing Fonts", {{"NSTextField", ""}, {"NSButton", "Cancel"}},
-                [&](Window& self, const KeyEvent& event) { keys.push_back(self.Title() + event.characters); });
-  const Window other("Other", {}, nullptr);
-  EXPECT_NE(window.Number(), other.Number());
-  sFormer = &NotingOrderWindow;
-  ExchangeOrderWindowMethod(sFormer);
-  window.OrderWindow(WindowOrdering::kAbove, 0);
-  EXPECT_TRUE(window.IsVisible());
-  window.OrderWindow(WindowOrdering::kOut, 0);
-  ExchangeOrderWindowMethod(sFormer);
-  window.OrderWindow(WindowOrdering::kAbove, 0);
-  EXPECT_THAT(sOrdered, ElementsAre("Missing Fonts hidden", "Missing Fonts visible"));
-  KeyEvent escape;
-  escape.characters = "\x1B";
-  window.SendEvent(escape);
-  EXPECT_THAT(keys, ElementsAre("Missing Fonts\x1B"));
-}
-
-TEST(Window, AModalWindowThatGoesIsModalNoMore) {
   {
-    Window window("Modal", {}, nullptr);
+    Window window("Missing Fonts", {}, nullptr);
+    EXPECT_NE(window.Number(), Window("Other", {}, nullptr).Number());
+    sFormer = &NotingOrderWindow;
+    ExchangeOrderWindowMethod(sFormer);
+    window.OrderWindow(WindowOrdering::kAbove, 0);
+    EXPECT_TRUE(window.IsVisible());
+    window.OrderWindow(WindowOrdering::kOut, 0);
+    ExchangeOrderWindowMethod(sFormer);
+    window.OrderWindow(WindowOrdering::kAbove, 0);
+    EXPECT_THAT(sOrdered, ElementsAre("Missing Fonts hidden", "Missing Fonts visible"));
     Window::SetModal(&window);
     EXPECT_EQ(Window::Modal(), &window);
   }
-  EXPECT_EQ(Window::Modal(), nullptr);
+  EXPECT_EQ(Window::Modal(), nullptr) << "a modal window that goes is modal no more";
 }
 
 TEST(Presenter, WithoutOneABoxIsALineAndItsFirstButton) {

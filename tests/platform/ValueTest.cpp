@@ -27,29 +27,26 @@ TEST(Values, CopiesOfAHandleShareTheValue) {
 TEST(Values, AHandleOfAnotherTypeIsNull) {
   const Value values[] = {String::FromUTF8("1"), Number::FromInteger(1), Number::FromReal(1.5), Boolean::From(true),
                           Data::From({}),        Array::Create(),        Dictionary::Create(),  Value()};
-  int strings = 0, numbers = 0, booleans = 0, data = 0, arrays = 0, dictionaries = 0;
+  std::vector<int> counts(6);
   for (const Value& value : values) {
-    strings += String(value) ? 1 : 0;
-    numbers += Number(value) ? 1 : 0;
-    booleans += Boolean(value) ? 1 : 0;
-    data += Data(value) ? 1 : 0;
-    arrays += Array(value) ? 1 : 0;
-    dictionaries += Dictionary(value) ? 1 : 0;
+    const bool isOfType[] = {static_cast<bool>(String(value)),  static_cast<bool>(Number(value)),
+                             static_cast<bool>(Boolean(value)), static_cast<bool>(Data(value)),
+                             static_cast<bool>(Array(value)),   static_cast<bool>(Dictionary(value))};
+    for (size_t i = 0; i < counts.size(); ++i) counts[i] += isOfType[i];
   }
-  EXPECT_EQ(strings, 1);
-  EXPECT_EQ(numbers, 2);
-  EXPECT_EQ(booleans, 1);
-  EXPECT_EQ(data, 1);
-  EXPECT_EQ(arrays, 1);
-  EXPECT_EQ(dictionaries, 1);
+  EXPECT_EQ(counts, (std::vector<int>{1, 2, 1, 1, 1, 1}));
   EXPECT_FALSE(String::FromUTF8("a\xFF"));
   EXPECT_EQ(String().CString()[0], '\0');
   EXPECT_EQ(String::FromUTF8("a𝄞é").Length(), 4u);
+  for (const auto& [real, integer] : {std::pair(-1.9, INT64_C(-1)), std::pair(1e300, INT64_MAX),
+                                      std::pair(-1e300, INT64_MIN), std::pair(0.0 / 0.0, INT64_C(0))}) {
+    EXPECT_EQ(Number::FromReal(real).Integer(), integer) << real;
+  }
 }
 
 // The way of looking up changes at a number of keys; what can be seen of it must not.
 TEST(Values, DictionariesKeepTheirOrderAtEverySize) {
-  for (const int count : {3, 23, 24, 25, 200}) {
+  for (const int count : {3, 39, 40, 41, 200}) {
     Dictionary dictionary = Dictionary::Create();
     std::vector<std::string> expected;
     for (int i = 0; i < count; ++i) {
@@ -109,29 +106,16 @@ TEST(Values, ArraysTakeNullsAndIgnoreWhatIsBeyondTheEnd) {
   EXPECT_EQ(array.Count(), 0u);
 }
 
-TEST(Values, NumbersAreCutToTheirRange) {
-  EXPECT_EQ(Number::FromReal(-1.9).Integer(), -1);
-  EXPECT_EQ(Number::FromReal(1e300).Integer(), INT64_MAX);
-  EXPECT_EQ(Number::FromReal(-1e300).Integer(), INT64_MIN);
-  EXPECT_EQ(Number::FromReal(0.0 / 0.0).Integer(), 0);
-}
-
 TEST(Values, DeepOnesGoAwayWithoutRecursion) {
-  Value value = Array::Create();
-  for (int i = 0; i < 200000; ++i) {
-    Value around;
-    if (i % 2) {
-      Array array = Array::Create();
-      array.Append(value);
-      around = array;
-    } else {
-      Dictionary dictionary = Dictionary::Create();
-      dictionary.Set("inside", value);
-      around = dictionary;
-    }
+  Value value;
+  for (int i = 0; i < 100000; ++i) {
+    Array array = Array::Create();
+    array.Append(value);
+    Dictionary around = Dictionary::Create();
+    around.Set("inside", array);
     value = around;
   }
-  EXPECT_FALSE(value.Equals(Array::Create()));
+  EXPECT_FALSE(value.Equals(Value()));
   value = Value();
 }
 

@@ -7,20 +7,20 @@ using platform::String;
 
 namespace {
 
-using Lines = std::vector<std::string>;
 using Services = HostFixture;
 
 TEST_F(Services, AnAbsentFrameworkAnswersEverythingHarmlessly) {
-  VPFInterface absent;
-  for (const VPFInterfaceRef& reference : {VPFInterfaceRef(), VPFInterfaceRef(&absent)}) {
+  VPFInterface absent, withoutFunctions(std::make_unique<VPFFunctionTable>());
+  for (VPFInterface* interface : {static_cast<VPFInterface*>(nullptr), &absent, &withoutFunctions}) {
+    const VPFInterfaceRef reference(interface);
     EXPECT_FALSE(reference->IsValid());
+    EXPECT_FALSE(reference->IsShared());
     EXPECT_EQ(reference->LocalizedString("any key"), "any key");
     EXPECT_FALSE(reference->GetPreferenceForKey("EnablePlugin"));
     EXPECT_EQ(reference->GetLongPreferenceForKey("RMF5"), 0);
     EXPECT_FALSE(reference->GetStringPreferenceForKey("LastAddress"));
     EXPECT_FALSE(reference->DoPreferencesExist());
     EXPECT_EQ(reference->ShowMessageBox("h", "m", 2), 1) << "the first button";
-    EXPECT_TRUE(reference->ShowNotLoggedInMessageBox(true));
     std::string text = "kept";
     EXPECT_EQ(reference->AskForOneString("", "", "", text), -1);
     EXPECT_EQ(text, "kept");
@@ -31,31 +31,61 @@ TEST_F(Services, AnAbsentFrameworkAnswersEverythingHarmlessly) {
     reference->SetPreferenceForKey("EnablePlugin", true);
     reference->ShowProgress(ProgressProperties(1));
     reference->HideProgress();
+    reference->SetFontManagerBundleName("MarquinePrimePlugin");
   }
 }
 
-TEST_F(Services, BoxesHaveTheirTextsAndTheEditionChoosesSome) {
+TEST_F(Services, BoxesHaveTheirTextsAndButtons) {
+  using Show = bool (*)(VPFInterface&);
+  const struct {
+    Show show;
+    const char *header, *message;
+    int buttons;
+  } kRows[] = {
+      {[](VPFInterface& ui) { return ui.ShowNotLoggedInMessageBox(true); }, "NotLoggedInHeader",
+       "NotLoggedInOfferLoginMessage", 2},
+      {[](VPFInterface& ui) { return ui.ShowLoggedOffMessageBox(true); }, "LoggedOffHeader",
+       "LoggedOffOfferLoginMessage", 2},
+      {[](VPFInterface& ui) { return ui.ShowLoggedOffMessageBox(false), false; }, "LoggedOffHeader",
+       "LoggedOffPluginDisabledMessage", 0},
+      {[](VPFInterface& ui) { return ui.ShowSomeFontsOfflineMessageBox(); }, "SomeFontsOfflineHeader",
+       "SomeFontsOfflineMessage", 2},
+      {[](VPFInterface& ui) { return ui.ShowFontsMissingForExportMessageBox(false); }, "MissingFontsExportHeader",
+       "MissingFontsExportMessage", 2},
+      {[](VPFInterface& ui) { return ui.ShowFontsMissingForExportMessageBox(true); }, "MissingFontsExportHeader",
+       "MissingFontsOfflineExportMessage", 2},
+      {[](VPFInterface& ui) { return ui.ShowMustBeOnlineMessageBox(), false; }, "GoOnlineErrorHeader",
+       "MustBeOnlineMessage", 0},
+      {[](VPFInterface& ui) { return ui.ShowVaultClosedMessage(), false; }, "", "FontVaultClosedMsg", 0},
+      {[](VPFInterface& ui) { return ui.ShowVaultInUseMessage("/v"), false; }, "", "CouldNotOpenVaultInUseLaunchPrefs",
+       0},
+  };
+  for (const auto& row : kRows) {
+    for (const int button : {1, 2}) {
+      ui->button = button;
+      EXPECT_EQ(row.show(*ui->interface), row.buttons == 2 && button == 1) << row.message;
+      EXPECT_EQ(ui->TakeShown(), Lines{std::string("box ") + row.message});
+      EXPECT_EQ(ui->header, row.header) << row.message;
+      EXPECT_EQ(ui->buttonSet, row.buttons) << row.message;
+    }
+  }
+}
+
+TEST_F(Services, TheEditionChoosesTheWordsOfSomeBoxes) {
   VPFInterface& boxes = *ui->interface;
-  ui->button = 2;
-  EXPECT_FALSE(boxes.ShowNotLoggedInMessageBox(true));
-  EXPECT_FALSE(boxes.ShowLoggedOffMessageBox(true));
-  EXPECT_FALSE(boxes.ShowFontsMissingForExportMessageBox(true));
-  EXPECT_FALSE(boxes.ShowSomeFontsOfflineMessageBox());
-  EXPECT_EQ(ui->TakeShown(), (Lines{"box NotLoggedInOfferLoginMessage", "box LoggedOffOfferLoginMessage",
-                                    "box MissingFontsOfflineExportMessage", "box SomeFontsOfflineMessage"}));
-  boxes.ShowNoWorkgroupsMessageBox();
-  EXPECT_FALSE(boxes.ShowCoreAgentMissingMessageBox());
-  boxes.ShowCoreAgentOutOfSyncMessageBox();
-  EXPECT_TRUE(ui->TakeShown().empty()) << "without a manager the edition is not known";
-  for (const bool isStandalone : {true, false}) {
-    agent.isStandalone = isStandalone;
-    MakeReady();
+  const auto showAll = [&] {
     boxes.ShowNoWorkgroupsMessageBox();
     boxes.ShowCoreAgentMissingMessageBox();
     boxes.ShowCoreAgentOutOfSyncMessageBox();
+    return ui->TakeShown();
+  };
+  EXPECT_TRUE(showAll().empty()) << "without a manager the edition is not known";
+  for (const bool isStandalone : {true, false}) {
+    agent.isStandalone = isStandalone;
+    MakeReady();
     const std::string edition = isStandalone ? "box MP" : "box HB";
-    EXPECT_EQ(ui->TakeShown(), (Lines{isStandalone ? "box NoLibrariesMessage" : "box NoWorkgroupsMessage",
-                                      edition + "CoreAgentMissingMessage", edition + "CoreAgentOutOfSyncMessage"}));
+    EXPECT_EQ(showAll(), (Lines{isStandalone ? "box NoLibrariesMessage" : "box NoWorkgroupsMessage",
+                                edition + "CoreAgentMissingMessage", edition + "CoreAgentOutOfSyncMessage"}));
     FontManagerInterface::ResetForTesting();
   }
 }
@@ -99,8 +129,10 @@ TEST_F(Services, AHostIsKnownByTheBeginningOfItsName) {
 TEST_F(Services, TheFileNameOfThePluginIsCutOutOfItsPath) {
   const struct {
     const char *path, *name;
-  } kRows[] = {
-      {"/app/Auto.plugin/Auto", "Auto"}, {"/app/Auto.so", "Auto"}, {"C:\\app\\Auto.8li", "Auto"}, {"Auto", "Auto"}};
+  } kRows[] = {{"/app/Auto.so", "Auto"},       {"C:\\app\\Auto.8li", "Auto"},
+               {"HD:Auto.plugin", "Auto"},     {"/app.d/a.b.so", "a.b"},
+               {"/app.plugin/Auto", "app"},  // the last "." is the folder's
+               {"Auto.plugin", "Auto.plugin"}, {"Auto", "Auto"}};
   for (const auto& row : kRows) {
     MarquineGlobals::IdentifyPluginBinaryPath(row.path);
     EXPECT_EQ(MarquineGlobals::GetPluginFileName(), row.name);
@@ -181,68 +213,54 @@ TEST_F(Notification, OfEachKindReachesTheHost) {
     int kind;
     void* data;
     Lines heard;
-  } kRows[] = {
-      {1, &on, {"online 1"}},
-      {1, &off, {"online 0"}},
-      {3, nullptr, {"workgroups"}},
-      {4, nullptr, {"workgroups"}},
-      {8, &font, {"activated 7"}},
-      {8, &none, {}},
-      {9, &font, {"deactivated 7"}},
-      {10, &font, {"missing 7"}},
-      {14, &on, {"web fonts 1"}},
-      {14, &off, {"web fonts 0"}},
-      {15, data.Ref(), {"google"}},
-      {16, nullptr, {"google stopped"}},
-      {17, data.Ref(), {"previews 1"}},
-      {18, nullptr, {"smart lists"}},
-      {19, data.Ref(), {"bulk"}},
-      {20, nullptr, {"bulk stopped"}},
-      {21, data.Ref(), {"incremental"}},
-      {22, nullptr, {"incremental stopped"}},
-      {23, nullptr, {"data"}},
-      {24, &font, {"non-compliant 7"}},
-      {25, nullptr, {"downloaded"}},
-      {27, data.Ref(), {"server"}},
-      {28, nullptr, {"server stopped"}},
-      {5, nullptr, {}},
-      {13, nullptr, {}},
-      {26, nullptr, {}},
-      {29, nullptr, {}},
-  };
+  } kRows[] = {{1, &on, {"online 1"}},
+               {1, &off, {"online 0"}},
+               {3, nullptr, {"workgroups"}},
+               {4, nullptr, {"workgroups"}},
+               {8, &font, {"activated 7"}},
+               {8, &none, {}},
+               {9, &font, {"deactivated 7"}},
+               {10, &font, {"missing 7"}},
+               {14, &on, {"web fonts 1"}},
+               {14, &off, {"web fonts 0"}},
+               {15, data.Ref(), {"google"}},
+               {16, nullptr, {"google stopped"}},
+               {17, data.Ref(), {"previews 1"}},
+               {18, nullptr, {"smart lists"}},
+               {19, data.Ref(), {"bulk"}},
+               {20, nullptr, {"bulk stopped"}},
+               {21, data.Ref(), {"incremental"}},
+               {22, nullptr, {"incremental stopped"}},
+               {23, nullptr, {"data"}},
+               {24, &font, {"non-compliant 7"}},
+               {25, nullptr, {"downloaded"}},
+               {27, data.Ref(), {"server"}},
+               {28, nullptr, {"server stopped"}},
+               {5, nullptr, {}},
+               {29, nullptr, {}}};
   for (const auto& row : kRows) EXPECT_EQ(Hear(row.kind, row.data), row.heard) << row.kind;
-}
-
-TEST_F(Notification, AreHandledInOrderOfArrival) {
-  int32_t first = 1, second = 2;
-  for (int32_t* id : {&first, &second, &first}) {
-    CoreAgentNotificationCallback(PluginInterface::kFontActivated, id);
-  }
-  EXPECT_EQ(FontManagerInterface::sm_pFontManager->ProcessNotifications(), 3);
-  EXPECT_EQ(listening.TakeHeard(), (Lines{"activated 1", "activated 2", "activated 1"}));
-  CoreAgentPluginNotification orphan(nullptr);
-  FontManagerInterface::ResetForTesting();
-  EXPECT_EQ(orphan.Respond(), -1);
-  EXPECT_EQ(CoreAgentNotificationCallback(PluginInterface::kFontActivated, &first), 0x15000000u);
 }
 
 TEST_F(Notification, OfAShutdownSwitchesOffForGood) {
   Hear(0, nullptr);
-  EXPECT_EQ(ui->TakeShown(), Lines{"box FontManagerNotFoundMessage"});
+  EXPECT_EQ(Shown(), "box FontManagerNotFoundMessage");
   EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
   EXPECT_FALSE(MarquineGlobals::sConnectedToCore);
   HearLogin(true, 1);
   EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
   HearLogin(false, 1);
-  EXPECT_TRUE(ui->TakeShown().empty()) << "services that are off need no box";
+  EXPECT_EQ(Shown(), "") << "services that are off need no box";
   EXPECT_FALSE(MarquineGlobals::sLoggedIn);
+  CoreAgentPluginNotification orphan(nullptr);
+  FontManagerInterface::ResetForTesting();
+  EXPECT_EQ(orphan.Respond(), -1);
 }
 
 TEST_F(Notification, OfALoginTurnsServicesOffAndOnAgain) {
   EXPECT_EQ(HearLogin(false, 3), Lines{"login 0 3"});
   EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled()) << "a server that the plug-in has no dealings with";
   EXPECT_EQ(HearLogin(false, 1), Lines{"login 0 1"});
-  EXPECT_EQ(ui->TakeShown(), Lines{"box NotLoggedInPluginDisabledMessage"});
+  EXPECT_EQ(Shown(), "box NotLoggedInPluginDisabledMessage");
   EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
   EXPECT_EQ(HearLogin(true, 1), (Lines{"login 1 1", "workgroups"}));
   EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled());

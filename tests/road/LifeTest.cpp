@@ -1,12 +1,11 @@
 // Documents and programs over time: what is shared, what is stored, and what a killed program leaves behind.
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 #include "platform/Files.h"
 #include "road/RoadFixture.h"
+#include "support/ScopedVariable.h"
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -22,20 +21,7 @@ namespace {
 
 const std::vector<std::string> kPostersFonts = {"LiberationSerif-Bold", "NimbusSans-Bold", "NimbusSans-Regular"};
 
-class ScopedVariable {
- public:
-  ScopedVariable(const char* name, const std::string& value) : name_(name) {
-    if (const char* old = getenv(name)) old_ = old;
-    setenv(name, value.c_str(), 1);
-  }
-  ~ScopedVariable() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> old_;
-};
+using test_support::ScopedVariable;
 
 class Life : public RoadTest {
  protected:
@@ -168,6 +154,12 @@ TEST_F(Life, UserChoosesAmongFilesInTheBox) {
   EXPECT_THAT(activated[1]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Regular.otf"));
   EXPECT_THAT(activated[2]["file"].get<std::string>(), testing::EndsWith("NimbusSans-Bold.t1"));
   EXPECT_THAT(result.errors, HasSubstr("2  URW, version 1.00, Postscript, Font Library, NimbusSans-Bold.t1"));
+}
+
+TEST_F(Life, CommandBoxRunsTheChosenCommand) {
+  const HostResult result = RunScript("open " + kPoster + "\nanswer button 2\nanswer button 1\ndo-it\n");
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_THAT(result.errors, HasSubstr("A set belongs to one workgroup or library."));
 }
 
 TEST_F(Life, NewDocumentIsEditedSavedAndFoundAgain) {

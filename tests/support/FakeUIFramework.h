@@ -41,6 +41,8 @@ class FakeUIFramework {
   // "hide" of the progress window, "online 1".
   std::vector<std::string> shown;
   int button = 1;
+  std::string header;  // of the last message box, and its buttons
+  int buttonSet = -1;
   std::string typed;  // what is entered where a text is asked for
   // What the command box answers in turn, code and workgroup; then it is cancelled.
   std::deque<std::pair<int, int>> commands;
@@ -63,8 +65,10 @@ class FakeUIFramework {
     table->pfVPFDoPreferencesExist = [] { return static_cast<int32_t>(!sCurrent->preferences.empty()); };
     table->pfVPFShowAboutBox = [] { Note("about"); };
     table->pfVPFShowPreferences = [] { Note("preferences"); };
-    table->pfVPFShowMessageBox = [](const char*, const char* message, int32_t) {
+    table->pfVPFShowMessageBox = [](const char* header, const char* message, int32_t buttonSet) {
       Note(std::string("box ") + message);
+      sCurrent->header = header ? header : "";
+      sCurrent->buttonSet = buttonSet;
       return int32_t{sCurrent->button};
     };
     table->pfVPFAskForOneString = [](const char*, const char*, const char*, platform::ValueRef* out) {

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,6 +36,19 @@ class TempFolder {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << content;
     return path;
+  }
+  // What a file holds; empty for a missing one.
+  static std::string Content(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  // The names of all that stands in a folder below this one.
+  std::set<std::string> Names(std::string_view below = ".") const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(*this / below)) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
   }
 
  private:

@@ -8,6 +8,16 @@
 
 #include "platform/Value.h"
 
+// What the user chose in the command box.
+enum VPFCommand : int32_t {
+  kVPFCommandCancelled = -1,
+  kVPFCommandAbout = 2,
+  kVPFCommandPreferences = 3,
+  kVPFCommandCollectForOutput = 4,
+  kVPFCommandMakeDocumentSet = 5,
+  kVPFCommandCheckDocumentFonts = 6,
+};
+
 // X(name, result, (parameters)) in the order of the table.
 // clang-format off
 #define UI_FRAMEWORK_FUNCTIONS(X)                                                                                     \
@@ -29,7 +39,7 @@
   X(VPFShowResolveFonts, void, (platform::ValueRef problemFonts))                /* writes the user's choices in */   \
   X(VPFShowRestrictedFonts, void, (platform::ValueRef fonts))                                                         \
   X(VPFShowSelectWorkgroup, int32_t, (platform::ValueRef workgroups))                                                 \
-  X(VPFShowCommandBox, int32_t, (platform::ValueRef box, int32_t* workgroupID))  /* the command's code */             \
+  X(VPFShowCommandBox, int32_t, (platform::ValueRef box, int32_t* workgroupID))  /* a VPFCommand */                   \
   X(VPFShowMissingFonts, void, (platform::ValueRef box))                                                              \
   X(VPFForceSelectWorkgroupWindowToFront, void, ())                                                                   \
   X(VPFShowProgress, void, (platform::ValueRef progress))                                                             \

@@ -1,4 +1,6 @@
 // The operations of MarquineGlobals that reach the agent's table and the tracker.
+#include <unistd.h>
+
 #include "Bridge/AgentLaunch.h"
 #include "Bridge/VPILoader.h"
 #include "Services/MarquineGlobals.h"
@@ -18,7 +20,8 @@ FontActivationTracker* GetSharedFontActivationTracker() {
 // The programs of this desktop have no front process to change, so there is nothing to do for a host without one.
 void BackgroundForegroundApp() {
   int dock = 0;
-  if (GetProcessID("com.apple.dock", dock) == CoreErrorCodes::kSuccess && dock != 0) SetFrontApplication(dock);
+  if (GetProcessID("com.apple.dock", dock) != CoreErrorCodes::kSuccess || dock == 0) return;
+  if (SetFrontApplication(dock) == CoreErrorCodes::kSuccess) SetFrontApplication(getpid());
 }
 
 void CleanUpOnShutdown() {

@@ -39,6 +39,7 @@ platform::BundleRef VPFInterface::FindFramework(const std::string& pluginBundleI
 }
 
 void VPFInterface::InitializeFramework(const std::string& pluginBundleIdentifier) {
+  const TracedCall traced("VPFInterface::InitializeFramework");
   if (mInitialized) return;
   mStatus = kLoading;
   mTable = std::make_unique<VPFFunctionTable>();
@@ -63,7 +64,7 @@ bool VPFInterface::StartFramework() {
     mStatus = kVersionNotCompatible;
     return false;
   }
-  mHostDetails.SetStringForKey("FrameworkURL", "file://" + mTable->bundle->Folder());
+  mHostDetails.SetStringForKey("FrameworkURL", mTable->bundle->URL());
   if (!mTable->pfVPFInitializeFramework || mTable->pfVPFInitializeFramework(mHostDetails.GetDictionary().Ref()) != 0) {
     mStatus = kInitializationFailed;
     return false;
@@ -99,7 +100,5 @@ void VPFInterface::ShowVPFNotFoundMessageBox() {
       "The Velorant plug-in could not locate a running copy of the Nexcore application. "
       "Auto-activation plug-in functionality will be disabled.";
   const platform::BundleRef plugin = GetBundleWithIdentifierReliably(MarquineGlobals::GetPluginBundleIdentifier());
-  const platform::String text =
-      plugin ? plugin->Info().GetDictionary("NonLocalized").GetString(kKey) : platform::String();
-  ShowMessage(text ? text.Text() : kKey);
+  ShowMessage(plugin ? plugin->LocalizedString(kKey, "NonLocalized") : kKey);
 }

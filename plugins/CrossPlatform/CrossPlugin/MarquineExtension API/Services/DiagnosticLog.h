@@ -20,6 +20,18 @@ void OutputFormattedDebugString(const char* format, ...) __attribute__((format(p
 // A trace line: +1 at the start of a function, -1 at its exits, 0 for notes. Returns the length of the whole text.
 int OutputIndentedAndFormattedString(int indentChange, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
+// Traces that a function was entered and, however it is left, that it was. The name must outlive the object.
+class TracedCall {
+ public:
+  explicit TracedCall(const char* name) : mName(name) { OutputIndentedAndFormattedString(1, "Entering %s()", mName); }
+  ~TracedCall() { OutputIndentedAndFormattedString(-1, "Exiting %s", mName); }
+  TracedCall(const TracedCall&) = delete;
+  TracedCall& operator=(const TracedCall&) = delete;
+
+ private:
+  const char* mName;
+};
+
 void ReleaseModeHeapCheck(const char* where, int line);
 
 namespace FontDebugUtils {

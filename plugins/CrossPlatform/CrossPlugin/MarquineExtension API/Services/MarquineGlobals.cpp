@@ -1,5 +1,6 @@
 #include "Services/MarquineGlobals.h"
 
+#include <algorithm>
 #include <cassert>
 #include <vector>
 
@@ -94,11 +95,10 @@ std::string GetPluginBinaryPath() {
 }
 
 std::string GetPluginFileName() {
-  std::string path = GetPluginBinaryPath();
-  const size_t dot = path.rfind('.');
-  if (dot != std::string::npos) path.erase(dot);
-  const size_t separator = path.find_last_of(":\\/");
-  return separator == std::string::npos ? path : path.substr(separator + 1);
+  const std::string path = GetPluginBinaryPath();
+  const size_t end = std::min(path.rfind('.'), path.size());
+  const size_t separator = path.substr(0, end).find_last_of(":\\/");
+  return separator == std::string::npos ? path : path.substr(separator + 1, end - separator - 1);
 }
 
 bool HostAppIsInCopy() { return HostAppStartsWith("InCopy"); }

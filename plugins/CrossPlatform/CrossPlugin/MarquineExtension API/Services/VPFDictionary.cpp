@@ -2,7 +2,6 @@
 
 #include "XCore/ECFExtensions/XCFUtils.h"
 
-// The framework takes booleans as numbers of one byte.
 void VPFDictionary::SetBoolForKey(std::string_view key, bool value) {
   mDictionary.Set(key, platform::Number::FromInteger(value ? 1 : 0));
 }
@@ -17,10 +16,6 @@ void VPFDictionary::SetStringFromLongForKey(std::string_view key, long value) {
 
 void VPFDictionary::SetStringFromULongForKey(std::string_view key, unsigned long value) {
   XCFUtils::PutULongIntoDictAsString(mDictionary, key, value);
-}
-
-bool VPFDictionary::GetBoolForKey(std::string_view key) const {
-  return mDictionary.GetInteger(key) != 0 || mDictionary.GetBoolean(key);
 }
 
 long VPFDictionary::GetLongFromStringForKey(std::string_view key) const {
