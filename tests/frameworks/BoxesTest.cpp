@@ -278,19 +278,10 @@ TEST_F(WorkgroupTest, TheBoxTellsWhetherTheUserWorksOnline) {
 TEST_F(WorkgroupTest, OnlyABoxThatIsUpComesToTheFront) {
   VPFForceSelectWorkgroupWindowToFront();
   EXPECT_TRUE(progress_.empty());
-  platform::Presenter presenter;
-  presenter.context = &VPFForceSelectWorkgroupWindowToFront;
-  presenter.runBox = [](void* context, platform::ValueRef) -> platform::ValueRef {
-    (*static_cast<void (**)()>(context))();
-    return nullptr;
-  };
-  static int sBrought;
-  sBrought = 0;
-  presenter.bringBoxToFront = [](void*) { ++sBrought; };
-  platform::SetPresenter(&presenter);
+  whileShown_ = VPFForceSelectWorkgroupWindowToFront;
   EXPECT_EQ(VPFShowSelectWorkgroup(workgroups_.Ref()), 0);
   VPFForceSelectWorkgroupWindowToFront();
-  EXPECT_EQ(sBrought, 1);
+  EXPECT_THAT(progress_, ElementsAre("front"));
 }
 
 TEST_F(UIFrameworkTest, ThereIsOneProgressWindow) {

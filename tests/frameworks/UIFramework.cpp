@@ -35,6 +35,7 @@ UIFrameworkTest::UIFrameworkTest() : former_(platform::GetPlaces()) {
   presenter.runBox = [](void* context, platform::ValueRef box) {
     auto* self = static_cast<UIFrameworkTest*>(context);
     self->boxes_.emplace_back(Value::Retain(box));
+    if (self->whileShown_) self->whileShown_();
     return Value(self->answer_).Release();
   };
   presenter.showProgress = [](void* context, platform::ValueRef shown) { Note(context, Describe("show", shown)); };

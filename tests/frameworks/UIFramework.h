@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,7 @@ class UIFrameworkTest : public testing::Test {
 
   test_support::TempFolder folder_;
   std::vector<platform::Dictionary> boxes_;  // that were run
+  std::function<void()> whileShown_;         // what happens while a box is up
   std::vector<std::string> progress_;        // "show", "update", "hide" and "front", with the progress
 
  private:
