@@ -59,7 +59,7 @@ Data CreateBookmark(const std::string& path) {
 
 std::string ResolveBookmark(const Data& bookmark) {
   const Dictionary read(ParseXMLPropertyList(TextOf(bookmark)).value);
-  const std::string path(TextOf(Data(read.Get(kPathKey))));
+  std::string path(TextOf(Data(read.Get(kPathKey))));
   if (path.empty() || path.front() != '/') return "";
   // A program that saves a document often puts a new file in the old one's place, so the path comes first.
   if (IdentityOf(path)) return path;
