@@ -16,7 +16,6 @@ namespace {
 
 using test_support::ScopedVariable;
 using test_support::TempFolder;
-using testing::ElementsAre;
 
 // Sets the places for the life of a test.
 class ScopedPlaces {
@@ -101,30 +100,13 @@ TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
   }
 }
 
-OrderWindowMethod sFormer = nullptr;
-std::vector<std::string> sOrdered;
-
-void NotingOrderWindow(Window& window, WindowOrdering place, int relativeTo) {
-  sOrdered.push_back(window.Title() + (window.IsVisible() ? " visible" : " hidden"));
-  sFormer(window, place, relativeTo);
-}
-
-TEST(Window, TheExchangedMethodReachesTheFormerOne) {
+TEST(Window, AModalWindowThatGoesIsModalNoMore) {
   {
-    Window window("Missing Fonts", {}, nullptr);
-    EXPECT_NE(window.Number(), Window("Other", {}, nullptr).Number());
-    sFormer = &NotingOrderWindow;
-    ExchangeOrderWindowMethod(sFormer);
-    window.OrderWindow(WindowOrdering::kAbove, 0);
-    EXPECT_TRUE(window.IsVisible());
-    window.OrderWindow(WindowOrdering::kOut, 0);
-    ExchangeOrderWindowMethod(sFormer);
-    window.OrderWindow(WindowOrdering::kAbove, 0);
-    EXPECT_THAT(sOrdered, ElementsAre("Missing Fonts hidden", "Missing Fonts visible"));
+    Window window("Modal", {}, nullptr);
     Window::SetModal(&window);
     EXPECT_EQ(Window::Modal(), &window);
   }
-  EXPECT_EQ(Window::Modal(), nullptr) << "a modal window that goes is modal no more";
+  EXPECT_EQ(Window::Modal(), nullptr);
 }
 
 TEST(Presenter, WithoutOneABoxIsALineAndItsFirstButton) {
