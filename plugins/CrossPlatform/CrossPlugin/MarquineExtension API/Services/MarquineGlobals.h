@@ -58,7 +58,7 @@ std::string GetPluginHostAppMinimumVersion();  // empty if unset
 platform::String GetPluginVersion();
 platform::String GetPluginInterfaceVersion();
 std::string GetPluginBundleIdentifier();  // asserts that it was identified
-std::string GetPluginBinaryPath();  // that of the identified bundle if no path was identified
+std::string GetPluginBinaryPath();        // that of the identified bundle if no path was identified
 // The last part of that path without its extension; a path without a separator (':', '\\', '/') stands as it is.
 std::string GetPluginFileName();
 std::string GetHostAppCategory();  // two letters; asserts a known host
