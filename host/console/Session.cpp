@@ -176,9 +176,10 @@ void Session::ReportOpened(const KnownDocument& document, const ActiveFiles& bef
 }
 
 std::string Session::WhyActivated(const std::string& name, const std::vector<std::string>& named) {
-  if (!Contains(named, name)) return "came with another face of its family or file";
   const TraceRecorder::Reason reason = trace_.ReasonFor(name);
-  if (reason.how.empty()) return "activated by the agent";
+  if (reason.how.empty()) {
+    return Contains(named, name) ? "activated by the agent" : "came with another face of its family or file";
+  }
   std::string why = reason.how;
   const size_t candidates = agent_.CountCandidates(name);
   if (candidates > 1) why += " among " + std::to_string(candidates) + " files";

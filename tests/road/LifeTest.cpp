@@ -110,6 +110,15 @@ TEST_F(Life, StoredChecksumGoesBeforeANewerFile) {
   EXPECT_EQ(chosen(SOURCE_DIR "/samples/archive.psd"), original);
 }
 
+TEST_F(Life, FontsThatOnlyTheStoredDataNamesAreExplainedToo) {
+  const std::string file = CopyOf(kNoText, "stored.psd"), packet = folder_ / "packet.xmp";
+  OutputOf("exiftool -b -xmp '" SOURCE_DIR "/samples/archive.psd' > '" + packet + "'");
+  OutputOf("exiftool -q -overwrite_original '-xmp<=" + packet + "' '" + file + "'");
+  const Json activated = Events(RunHost(Arguments({file})), "opened").at(0)["activated"];
+  ASSERT_THAT(activated, SizeIs(3));
+  for (const Json& font : activated) EXPECT_THAT(font["why"].get<std::string>(), HasSubstr("perfect match"));
+}
+
 TEST_F(Life, DocumentsOfTheUserStayAsTheyAre) {
   const std::string mine = CopyOf(kPoster, "mine.psd");
   std::string before, after;
