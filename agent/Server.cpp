@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -19,6 +20,12 @@ constexpr size_t kMostUnsent = 64u << 20;
 constexpr uint64_t kListeningTag = 0;  // no client has this number
 
 void MakeNonBlocking(int fd) { fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK); }
+
+// 0 if nothing is there.
+ino_t InodeAt(const std::string& path) {
+  struct stat info;
+  return lstat(path.c_str(), &info) == 0 ? info.st_ino : 0;
+}
 
 }  // namespace
 
@@ -59,6 +66,7 @@ std::error_code Server::Listen(const std::string& folder, const std::string& nam
   listening_ = platform::ListenLocal(folder, name, error);
   if (error) return error;
   socketPath_ = folder + "/" + name;
+  socketInode_ = InodeAt(socketPath_);
   MakeNonBlocking(listening_.Get());
   epoll_event event{};
   event.events = EPOLLIN;
@@ -69,7 +77,7 @@ std::error_code Server::Listen(const std::string& folder, const std::string& nam
 
 void Server::StopListening() {
   if (!listening_) return;
-  unlink(socketPath_.c_str());
+  if (InodeAt(socketPath_) == socketInode_) unlink(socketPath_.c_str());
   listening_.Close();
 }
 

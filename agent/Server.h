@@ -40,7 +40,8 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   std::error_code Listen(const std::string& folder, const std::string& name);
-  // No new client gets through from here on.
+  // No new client gets through from here on. A socket that another server has put in place of ours stays: somebody may
+  // have deleted the folder and begun anew while we were still there.
   void StopListening();
   void Send(ClientID client, std::string_view message);
   // Takes effect when the loop comes round, so that a handler may drop the client that it serves.
@@ -69,6 +70,7 @@ class Server {
   platform::Descriptor epoll_;
   platform::Descriptor listening_;
   std::string socketPath_;
+  ino_t socketInode_ = 0;
   std::map<ClientID, Connection> connections_;
   ClientID lastClient_ = 0;
 };

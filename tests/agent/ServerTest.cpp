@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -160,6 +161,15 @@ TEST_F(ServerTest, ANewServerTakesTheSocketOfADeadOneButNotOfALivingOne) {
   server_.StopListening();
   folder_.Write("run/"s + kSocketName, "left behind");
   EXPECT_FALSE(other.Listen(folder_ / "run", kSocketName));
+  EXPECT_TRUE(Connect());
+}
+
+// A user deletes the state folder and starts again while the old agent is still about to end.
+TEST_F(ServerTest, AnOldServerLeavesTheSocketOfItsSuccessor) {
+  std::filesystem::remove_all(folder_ / "run");
+  Server successor(loop_, {[](ClientID, std::string_view) {}, [](ClientID) {}});
+  EXPECT_FALSE(successor.Listen(folder_ / "run", kSocketName));
+  server_.StopListening();
   EXPECT_TRUE(Connect());
 }
 
