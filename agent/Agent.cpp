@@ -32,8 +32,7 @@ std::error_code Agent::Start() {
   try {
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, MakeLibraryEvents());
   } catch (const StoreError& error) {
-    log_.Write(error.what());
-    log_.Write("no fonts are served until this file is mended or moved away");
+    log_.Write(std::string(error.what()) + "; no fonts are served until that is mended");
     dispatcher_.SetCodeForUnknownCalls(kInvalidVault);
   }
   AddCalls();

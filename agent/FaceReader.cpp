@@ -125,21 +125,39 @@ std::string SfntKind(const SfntTables& tables) {
   return "TrueType";
 }
 
-uint32_t KerningChecksum(const SfntTables& tables) {
+uint16_t Short(std::string_view bytes, size_t at) {
+  if (at + 2 > bytes.size()) return 0;
+  return static_cast<uint16_t>(static_cast<uint8_t>(bytes[at]) << 8 | static_cast<uint8_t>(bytes[at + 1]));
+}
+
+// What is walked for one face. Any number of names may share their bytes, and FreeType copies each;
+// any number of maps from characters may share theirs, and it checks each.
+uint64_t CostOf(const SfntTables& tables) {
+  constexpr size_t kHeaderSize = 6, kRecordSize = 12, kLengthInRecord = 8;
+  const std::string_view names = tables.Table("name"), maps = tables.Table("cmap");
+  uint64_t cost = tables.DirectorySize() + tables.Table("kern").size() + uint64_t{Short(maps, 2)} * maps.size();
+  const size_t count = Short(names, 2);
+  for (size_t i = 0; i < count; ++i) cost += Short(names, kHeaderSize + i * kRecordSize + kLengthInRecord);
+  return cost;
+}
+
+uint32_t KerningChecksum(const SfntTables& tables, FileReading& reading) {
   if (!tables.Has("kern") && !tables.Has("GPOS")) return 0;
-  const uint32_t whole = Crc32(tables.Table("GPOS"), Crc32(tables.Table("kern")));
+  const uint32_t whole = reading.Crc32(tables.Table("GPOS"), reading.Crc32(tables.Table("kern"), 0));
   return std::max(1u, (whole ^ whole >> 20) & 0xFFFFFu);
 }
 
-void SetOutlineChecksums(const std::vector<std::string_view>& outlines, FontFace& face) {
+// The place tells faces of a collection apart that share their outlines.
+void SetOutlineChecksums(const std::vector<std::string_view>& outlines, std::string_view place, FileReading& reading,
+                         FontFace& face) {
   uint32_t crc = 0;
   uint32_t fnv = kFnvStart;
   for (const std::string_view part : outlines) {
-    crc = Crc32(part, crc);
-    fnv = Fnv1a(part, fnv);
+    crc = reading.Crc32(part, crc);
+    fnv = reading.Fnv1a(part, fnv);
   }
-  face.glyphsureChecksum = std::max(1u, crc);
-  face.checksum = std::max(1u, fnv);
+  face.glyphsureChecksum = std::max(1u, Crc32(place, crc));
+  face.checksum = std::max(1u, Fnv1a(place, fnv));
 }
 
 // What both kinds of file have; false with a problem if the face has no use as a font.
@@ -168,21 +186,20 @@ FreeTypeLibrary::FreeTypeLibrary() {
 FreeTypeLibrary::~FreeTypeLibrary() { FT_Done_FreeType(library_); }
 
 bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const SfntTables& tables, int index,
-                  FontFace& out, std::string& problem) {
+                  FileReading& reading, FontFace& out, std::string& problem) {
+  problem = "its parts are shared too often to be read";
+  if (!reading.Pay(CostOf(tables))) return false;
   const Face face = OpenFace(library, bytes, index, problem);
   if (!face || !ReadCommon(face.get(), out, problem)) return false;
   out.faceIndex = index;
   out.kind = SfntKind(tables);
   out.foundry = FoundryOf(face.get(), SfntName(face.get(), TT_NAME_ID_MANUFACTURER));
   out.version = SfntVersion(face.get());
-  out.kerningChecksum = KerningChecksum(tables);
+  out.kerningChecksum = KerningChecksum(tables, reading);
   std::vector<std::string_view> outlines;
   for (const char* tag : {"CFF ", "CFF2", "glyf", "loca"}) outlines.push_back(tables.Table(tag));
-  // Faces of a collection may share their outlines.
-  const std::string place = std::to_string(index);
-  if (SfntTables::IsCollection(bytes)) outlines.push_back(place);
-  SetOutlineChecksums(outlines, out);
-  return true;
+  SetOutlineChecksums(outlines, SfntTables::IsCollection(bytes) ? std::to_string(index) : "", reading, out);
+  return !reading.IsSpent();
 }
 
 bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const std::string& fileName, FontFace& out,
@@ -194,7 +211,8 @@ bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const
   PS_FontInfoRec info{};
   if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version) out.version = WithoutVersionWord(info.version);
   out.printerFont = fileName;
-  SetOutlineChecksums({bytes}, out);
+  FileReading reading(bytes);
+  SetOutlineChecksums({bytes}, "", reading, out);
   return true;
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "agent/FileReading.h"
 #include "agent/FontFace.h"
 #include "agent/SfntTables.h"
 
@@ -24,9 +25,9 @@ class FreeTypeLibrary {
   FT_Library library_ = nullptr;
 };
 
-// False with a line in problem if the face can't be used.
+// False with a line in problem if the face can't be used. The faces of one file are read in one reading.
 bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const SfntTables& tables, int index,
-                  FontFace& face, std::string& problem);
+                  FileReading& reading, FontFace& face, std::string& problem);
 bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const std::string& fileName, FontFace& face,
                    std::string& problem);
 

@@ -104,10 +104,11 @@ FontFileContent FontFileReader::Parse(std::string_view bytes, const std::string&
   if (SfntTables::IsSfnt(bytes)) {
     const auto offsets = SfntTables::FaceOffsets(bytes, problem);
     if (!offsets) note(problem);
-    for (size_t i = 0; offsets && i < offsets->size(); ++i) {
+    FileReading reading(bytes);
+    for (size_t i = 0; offsets && i < offsets->size() && !reading.IsSpent(); ++i) {
       const auto tables = SfntTables::Parse(bytes, (*offsets)[i], problem);
       FontFace face;
-      if (tables && ReadSfntFace(library_->freeType, bytes, *tables, static_cast<int>(i), face, problem)) {
+      if (tables && ReadSfntFace(library_->freeType, bytes, *tables, static_cast<int>(i), reading, face, problem)) {
         content.faces.push_back(std::move(face));
       } else {
         note(offsets->size() > 1 ? "face " + std::to_string(i) + ": " + problem : problem);

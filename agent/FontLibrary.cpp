@@ -59,13 +59,7 @@ void FontLibrary::PostStep() {
 }
 
 void FontLibrary::Step() {
-  bool hasMore = true;
-  try {
-    hasMore = scanner_.Step();
-  } catch (const StoreError& error) {
-    events_.report(error.what());  // that file is left out; the next may fare better
-  }
-  if (!hasMore) {
+  if (!scanner_.Step()) {
     FinishScan();
     return;
   }

@@ -106,7 +106,7 @@ bool Scanner::TakeFile(const FoundFile& file, uint32_t workgroupID) {
   }
   IndexedFile fresh{file.path, file.identity, reader_.Read(file.path)};
   const bool isReplaced = known != known_.end() && !(known->second.identity == file.identity);
-  PutFonts(fresh, workgroupID);
+  if (!PutFonts(fresh, workgroupID)) return true;
   StoreInIndex(fresh);
   known_[file.path] = std::move(fresh);
   if (isReplaced && events_.fileReplaced) events_.fileReplaced(file.path);
@@ -118,16 +118,27 @@ void Scanner::StoreInIndex(const IndexedFile& file) {
   try {
     parts_.index.Put(file);
   } catch (const StoreError& error) {
-    if (storeProblems_.empty()) storeProblems_.push_back({file.path, error.what()});
+    NoteStoreProblem(file.path, error);
   }
 }
 
-void Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
+void Scanner::NoteStoreProblem(const std::string& path, const StoreError& error) {
+  const auto isSame = [&](const ScanProblem& problem) { return problem.message == error.what(); };
+  if (std::none_of(storeProblems_.begin(), storeProblems_.end(), isSame)) storeProblems_.push_back({path, error.what()});
+}
+
+// False if the fonts can't be given IDs that last.
+bool Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
   std::vector<Font> fonts;
   for (const FontFace& face : file.content.faces) {
     Font font;
-    font.id = parts_.user.FontID(file.path, face, file.identity);
-    font.familyID = parts_.user.FamilyID(face.family);
+    try {
+      font.id = parts_.user.FontID(file.path, face, file.identity);
+      font.familyID = parts_.user.FamilyID(face.family);
+    } catch (const StoreError& error) {
+      NoteStoreProblem(file.path, error);
+      return false;
+    }
     font.workgroupID = workgroupID;
     font.path = file.path;
     font.fileSize = file.identity.size;
@@ -136,6 +147,7 @@ void Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
   }
   const std::vector<Font> gone = parts_.table.ReplaceFile(file.path, fonts);
   if (!gone.empty() && events_.fontsGone) events_.fontsGone(file.path, gone);
+  return true;
 }
 
 void Scanner::Drop(const std::string& path) {
@@ -144,7 +156,7 @@ void Scanner::Drop(const std::string& path) {
   try {
     parts_.index.Remove(path);
   } catch (const StoreError& error) {
-    if (storeProblems_.empty()) storeProblems_.push_back({path, error.what()});
+    NoteStoreProblem(path, error);
   }
   if (!gone.empty() && events_.fontsGone) events_.fontsGone(path, gone);
 }

@@ -53,7 +53,8 @@ class Scanner {
   void Start();
   bool IsRunning() const { return running_; }
   bool HasFinishedOnce() const { return finishedOnce_; }
-  // Does a little; returns whether there is more to do. Throws StoreError if user.db can't be written.
+  // Does a little; returns whether there is more to do. A file whose fonts can't get their IDs, because user.db can't be
+  // written, is left out and told in the report.
   bool Step();
   ScanProgress Progress() const;
   const ScanReport& Report() const { return report_; }  // of the last finished scan
@@ -66,12 +67,13 @@ class Scanner {
   bool ReadNext();
   // True if the file had to be read.
   bool TakeFile(const FoundFile& file, uint32_t workgroupID);
-  void PutFonts(const IndexedFile& file, uint32_t workgroupID);
+  bool PutFonts(const IndexedFile& file, uint32_t workgroupID);
   void Drop(const std::string& path);
   void Finish();
   void TakeSystemFiles();
   bool IsLibraryFile(const FoundFile& file) const;
   void StoreInIndex(const IndexedFile& file);
+  void NoteStoreProblem(const std::string& path, const StoreError& error);
 
   Parts parts_;
   std::vector<std::string> folders_;
@@ -87,7 +89,7 @@ class Scanner {
   enum class Phase { kWalking, kReading } phase_ = Phase::kWalking;
   bool running_ = false;
   bool finishedOnce_ = false;
-  std::vector<ScanProblem> storeProblems_;
+  std::vector<ScanProblem> storeProblems_;  // the first of each kind
   ScanReport report_;
 };
 

@@ -55,6 +55,7 @@ std::optional<SfntTables> SfntTables::Parse(std::string_view bytes, uint32_t off
     return std::nullopt;
   }
   SfntTables tables;
+  tables.directorySize_ = kHeaderSize + count * kRecordSize;
   for (size_t i = 0; i < count; ++i) {
     const size_t record = offset + kHeaderSize + i * kRecordSize;
     const std::string tag(bytes.substr(record, 4));

@@ -21,11 +21,13 @@ class SfntTables {
   // The bytes must outlive the result.
   static std::optional<SfntTables> Parse(std::string_view bytes, uint32_t offset, std::string& problem);
 
+  size_t DirectorySize() const { return directorySize_; }  // in bytes
   bool Has(std::string_view tag) const { return tables_.contains(tag); }
   std::string_view Table(std::string_view tag) const;  // empty if absent
 
  private:
   std::map<std::string, std::string_view, std::less<>> tables_;
+  size_t directorySize_ = 0;
 };
 
 }  // namespace agent

@@ -14,11 +14,12 @@ std::vector<std::string> Document::FontNames() const {
 }
 
 std::string Document::Title() const {
-  return path.empty() ? "Untitled-" + std::to_string(id) : path.substr(path.rfind('/') + 1);
+  return path.empty() ? "Untitled-" + std::to_string(untitledNumber) : path.substr(path.rfind('/') + 1);
 }
 
 Document& DocumentList::Add(Document document) {
   document.id = ++lastID_;
+  if (document.path.empty()) document.untitledNumber = ++lastUntitled_;
   documents_.push_back(std::make_unique<Document>(std::move(document)));
   order_.push_back(lastID_);
   return *documents_.back();

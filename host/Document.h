@@ -19,6 +19,7 @@ namespace host {
 struct Document {
   int32_t id = 0;
   std::string path;           // absolute, without symbolic links; empty while untitled
+  int untitledNumber = 0;     // of a document that was made without a file
   platform::Descriptor file;  // on the file as it was read or written last, which it keeps should someone delete it
   DocumentFormat format = DocumentFormat::kNone;
   std::string textProblem;              // why no text can be added; empty if it can
@@ -29,7 +30,7 @@ struct Document {
   std::shared_ptr<platform::Window> missingFontsWindow;  // null unless it shows
 
   std::vector<std::string> FontNames() const;  // both, distinct
-  std::string Title() const;                   // the file's name, or "Untitled-" and the ID
+  std::string Title() const;                   // the file's name, or "Untitled-" and the number
 };
 
 // The open documents. IDs are never used again. Pointers are valid until the document is removed; code that calls into a
@@ -50,6 +51,7 @@ class DocumentList {
   std::vector<std::unique_ptr<Document>> documents_;
   std::vector<int32_t> order_;  // the front one is last
   int32_t lastID_ = 0;
+  int lastUntitled_ = 0;
 };
 
 }  // namespace host

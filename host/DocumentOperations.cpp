@@ -13,6 +13,11 @@ namespace {
 
 std::string NoSuchDocument(int32_t id) { return "Document " + std::to_string(id) + " is not open"; }
 
+// Aliases hold text, so that a plug-in would take such a document for one without a file.
+std::string CheckName(const std::string& path) {
+  return platform::IsValidUTF8(path) ? "" : path + ": the path is no UTF-8 text, and plug-ins know files by such only";
+}
+
 // What a document keeps of its file and its content.
 void TakeOver(const std::string& path, const DocumentContent& content, Document& document) {
   document.path = path;
@@ -44,11 +49,13 @@ std::string DocumentOperations::Open(const std::string& path, int32_t* id) {
     documents_.BringToFront(open->id);
     return "";
   }
+  const std::string resolved = ResolvedPath(path);
   DocumentContent content;
-  std::string problem = ReadDocument(path, content);
+  std::string problem = CheckName(resolved);
+  if (problem.empty()) problem = ReadDocument(path, content);
   if (!problem.empty()) return problem;
   Document read;
-  TakeOver(ResolvedPath(path), content, read);
+  TakeOver(resolved, content, read);
   content = {};  // a large file is not held while the plug-in reads it too
   const Document& document = documents_.Add(std::move(read));
   const int32_t added = document.id;
@@ -106,7 +113,9 @@ std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
   if (!document->path.empty() && format != document->format) {
     return path + ": " + document->Title() + " cannot be saved in another format";
   }
-  return WriteTo(id, ResolvedPath(path), format);
+  std::string resolved = ResolvedPath(path);
+  const std::string problem = CheckName(resolved);
+  return problem.empty() ? WriteTo(id, std::move(resolved), format) : problem;
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): see the declaration

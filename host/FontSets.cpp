@@ -1,7 +1,7 @@
 #include "host/FontSets.h"
 
-#include <algorithm>
 #include <cstring>
+#include <unordered_set>
 
 #include "platform/TextEncoding.h"
 
@@ -62,6 +62,7 @@ size_t FindSet(std::string_view bytes, size_t from) {
 
 std::vector<std::string> FontNamesInBytes(std::string_view bytes) {
   std::vector<std::string> names;
+  std::unordered_set<std::string> known;
   size_t at = FindSet(bytes, 0);
   while (at != std::string_view::npos) {
     const size_t begin = at + kSetBegin.size();
@@ -70,7 +71,7 @@ std::vector<std::string> FontNamesInBytes(std::string_view bytes) {
     std::vector<std::string> found;
     if (!ReadSet(bytes.substr(begin, at == std::string_view::npos ? at : at - begin), found)) continue;
     for (std::string& name : found) {
-      if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end()) names.push_back(std::move(name));
+      if (!name.empty() && known.insert(name).second) names.push_back(std::move(name));
     }
   }
   return names;

@@ -103,7 +103,7 @@ void HostApplication::Quit() {
 std::vector<DocumentInfo> HostApplication::Documents() const {
   std::vector<DocumentInfo> infos;
   for (const auto& document : state_->documents.OpenDocuments().All()) {
-    infos.push_back({document->id, document->path, document->isDirty, document->FontNames()});
+    infos.push_back({document->id, document->path, document->Title(), document->isDirty, document->FontNames()});
   }
   return infos;
 }

@@ -14,7 +14,8 @@ namespace host {
 
 struct DocumentInfo {
   int32_t id = 0;
-  std::string path;  // absolute; empty while untitled
+  std::string path;   // absolute; empty while untitled
+  std::string title;  // of its window: the file's name, or "Untitled-1" and so on
   bool isDirty = false;
   std::vector<std::string> fontNames;  // distinct PostScript names that the document names, in the order found
 };

@@ -5,6 +5,7 @@
 
 #include "host/console/Commands.h"
 #include "host/console/Preferences.h"
+#include "host/console/PlainText.h"
 #include "host/console/Words.h"
 
 namespace console {
@@ -77,6 +78,7 @@ std::string CommonStart(const std::vector<std::string>& words) {
   for (const std::string& word : words) {
     size_t same = 0;
     while (same < common.size() && same < word.size() && common[same] == word[same]) ++same;
+    while (same > 0 && same < common.size() && IsContinuation(common[same])) --same;
     common.resize(same);
   }
   return common;

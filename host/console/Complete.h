@@ -16,7 +16,7 @@ struct Candidates {
 // of preferences, names of listings.
 Candidates CompleteLine(std::string_view upToCursor, const std::vector<std::string>& openDocuments);
 
-// The longest text with which all candidates begin.
+// The longest text of whole UTF-8 characters with which all candidates begin.
 std::string CommonStart(const std::vector<std::string>& words);
 
 }  // namespace console

@@ -8,6 +8,7 @@
 #include "host/console/Boxes.h"
 #include "host/console/Commands.h"
 #include "host/console/Options.h"
+#include "host/console/PlainText.h"
 #include "host/console/Report.h"
 #include "host/console/Sandbox.h"
 #include "host/console/Session.h"
@@ -24,7 +25,7 @@ constexpr double kUntilReopened = 6;
 constexpr const char* kCloseGivesBack = "CloseFontsOnDocClose";
 
 int Refuse(const std::string& line) {
-  std::fprintf(stderr, "%s\n", line.c_str());
+  std::fprintf(stderr, "%s\n", OneLine(line).c_str());
   return kStatusUnknown;
 }
 
@@ -55,12 +56,14 @@ void RunScript(const std::vector<ScriptLine>& script, CommandContext& context) {
   }
 }
 
-void RunConsole(CommandContext& context, Boxes& boxes) {
+// False if a line was not understood and nobody was there to read so.
+bool RunConsole(CommandContext& context, Boxes& boxes) {
   Terminal terminal([&context] { return context.session.DocumentNames(); });
   if (terminal.HasUser()) {
     boxes.SetTerminal([&](const std::string& prompt, std::string& answer) { return terminal.Ask(prompt, answer); });
   }
   std::string line;
+  bool isUnderstood = true;
   while (!context.quits && terminal.ReadCommand(line)) {
     Words words;
     std::string problem = SplitWords(line, words);
@@ -68,10 +71,12 @@ void RunConsole(CommandContext& context, Boxes& boxes) {
     if (problem.empty()) {
       RunCommand(context, words);
     } else {
-      std::fprintf(stderr, "%s\n", problem.c_str());
+      std::fprintf(stderr, "%s\n", OneLine(problem).c_str());
+      isUnderstood = terminal.HasUser();
     }
   }
   boxes.SetTerminal(nullptr);
+  return isUnderstood;
 }
 
 // What a user sees without asking for anything: each document through its whole life, and a copy of it saved, so that the
@@ -125,6 +130,7 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
   Boxes boxes(answers);
   Session session(sandbox, *report);
   LibrarySummary library;
+  bool isUnderstood = true;
   if (session.Start(&library)) {
     DescribeLibrary(sandbox, library);
     CommandContext context{session, answers};
@@ -132,7 +138,7 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
       RunScript(script, context);
     } else if (options.interactive) {
       for (const std::string& file : options.files) session.Open(file);
-      RunConsole(context, boxes);
+      isUnderstood = RunConsole(context, boxes);
     } else {
       Demonstrate(options.files, session);
     }
@@ -140,6 +146,7 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
   session.Quit();
   if (answers.Count() > 0) std::fprintf(stderr, "%zu answers were not asked for\n", answers.Count());
   report->Finish();
+  if (!isUnderstood) return kStatusUnknown;
   return report->Errors() == 0 ? kStatusWell : kStatusWrong;
 }
 

@@ -1,8 +1,11 @@
 #include "host/console/ProgressLine.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdio>
+
+#include "host/console/PlainText.h"
 
 namespace console {
 
@@ -13,6 +16,13 @@ constexpr int64_t kWorthQuarters = 100;  // below, a plain line at the start say
 // A property list may hold a truth as a number.
 bool IsIndeterminate(const platform::Dictionary& progress) {
   return progress.GetBoolean("IsIndeterminate") || progress.GetInteger("IsIndeterminate") != 0;
+}
+
+// A line that is too long would be broken, and only its last part drawn over.
+size_t WidthOfTerminal() {
+  constexpr size_t kUsual = 80;
+  winsize size{};
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col : kUsual;
 }
 
 std::string HeadOf(const platform::Dictionary& progress) {
@@ -59,7 +69,8 @@ void ProgressLine::Draw(const platform::Dictionary& progress) {
   }
   const std::string status = progress.GetString("Status").Text();
   if (!status.empty()) line += "  " + status;
-  std::fprintf(stderr, "\r\033[K%.100s", line.c_str());
+  line = FirstCharacters(OneLine(line), WidthOfTerminal() - 1);
+  std::fprintf(stderr, "\r\033[K%s", line.c_str());
   std::fflush(stderr);
 }
 

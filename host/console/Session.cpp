@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "host/DocumentFile.h"
 #include "host/Problems.h"
 #include "host/console/BatchProgress.h"
 #include "host/console/Slug.h"
@@ -23,9 +24,10 @@ std::string AbsolutePath(const std::string& path) {
   return std::filesystem::absolute(path, error).lexically_normal().string();
 }
 
-// Lines of the host name the file, which the report names anyway.
+// Lines of the host name the file, as given, by its real path or by its title, and the report names it anyway.
 std::string WithoutFile(const std::string& line, const std::string& file) {
-  for (const std::string& prefix : {file + ": ", AbsolutePath(file) + ": ", file + "/"}) {
+  const std::string whole = AbsolutePath(file), title = std::filesystem::path(file).filename().string();
+  for (const std::string& prefix : {file + ": ", whole + ": ", host::ResolvedPath(file) + ": ", title + ": ", file + "/"}) {
     if (line.starts_with(prefix)) return line.substr(prefix.size());
   }
   return line;
@@ -192,11 +194,11 @@ void Session::Make() {
   CatchUp();
   int32_t id = 0;
   const std::string problem = host_->Make(&id);
-  const std::string name = "Untitled-" + std::to_string(++untitled_);
   if (!problem.empty()) {
-    report_.Error(name, problem);
+    report_.Error("make", problem);
     return;
   }
+  const std::string name = InfoOf(id).title;
   documents_.push_back({name, "", id, {}});
   report_.Note(name, "made");
 }
@@ -213,6 +215,7 @@ void Session::Edit(const std::string& font) {
 }
 
 bool Session::SaveTo(KnownDocument& document, const std::string& file) {
+  trace_.Mark();
   const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
   if (!problem.empty()) {
     report_.Error(document.name, WithoutFile(problem, document.name));
@@ -227,10 +230,17 @@ bool Session::SaveTo(KnownDocument& document, const std::string& file) {
 void Session::ReportSaved(const KnownDocument& document, const std::string& path) {
   std::vector<std::string> slug;
   std::string problem;
-  if (ReadSlugNames(path, &slug, &problem)) {
-    report_.Saved(document.name, slug);
-  } else {
+  if (!ReadSlugNames(path, &slug, &problem)) {
     report_.Error(document.name, problem);
+    return;
+  }
+  report_.Saved(document.name, slug);
+  // A file without active fonts has nothing to be identified, whether it could hold that or not.
+  const ActiveFiles active = fonts_.Look();
+  const auto isActive = [&](const std::string& name) { return active.contains(name); };
+  if (trace_.HasFailedToWriteSlug(document.path) && preferences_.GetSwitch("EnableGlyphsure") &&
+      std::any_of(document.fontNames.begin(), document.fontNames.end(), isActive)) {
+    report_.Error(document.name, "was saved, but the identification of its fonts could not be written into it");
   }
 }
 

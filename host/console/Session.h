@@ -87,7 +87,6 @@ class Session {
   Preferences preferences_;
   std::unique_ptr<host::HostApplication> host_;
   std::vector<KnownDocument> documents_;  // in the order of opening
-  int untitled_ = 0;
 };
 
 }  // namespace console

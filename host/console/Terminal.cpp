@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "host/console/Complete.h"
+#include "host/console/PlainText.h"
 #include "platform/RunLoop.h"
 
 namespace console {
@@ -89,7 +90,7 @@ unsigned char Terminal::State::Complete(EditLine* editor, int) {
   const bool isFolder = text.ends_with('/');
   if (candidates.words.size() == 1 && !isFolder) text += " ";
   if (text != present && text.size() >= present.size()) {
-    el_deletestr(editor, static_cast<int>(present.size()));
+    el_deletestr(editor, static_cast<int>(CountCharacters(present)));  // it shows bytes and deletes characters
     el_insertstr(editor, text.c_str());
     return CC_REFRESH;
   }

@@ -103,7 +103,7 @@ TraceRecorder::Reason TraceRecorder::ReasonFor(const std::string& postScriptName
   const std::lock_guard lock(mutex_);
   Reason reason;
   Preference preference;
-  for (size_t i = mark_ > dropped_ ? mark_ - dropped_ : 0; i < lines_.size(); ++i) {
+  for (size_t i = FirstSinceMark(); i < lines_.size(); ++i) {
     if (auto preferred = ReadPreferred(lines_[i].text, postScriptName)) {
       preference = std::move(*preferred);
     } else if (const auto match = ReadMatched(lines_[i].text, postScriptName)) {
@@ -114,6 +114,17 @@ TraceRecorder::Reason TraceRecorder::ReasonFor(const std::string& postScriptName
     }
   }
   return reason;
+}
+
+bool TraceRecorder::HasFailedToWriteSlug(const std::string& path) const {
+  const std::lock_guard lock(mutex_);
+  const std::string told = "WriteXMPGlyphsureSlugToFile('" + path + "') returned ";
+  bool hasFailed = false;
+  for (size_t i = FirstSinceMark(); i < lines_.size(); ++i) {
+    const size_t at = lines_[i].text.find(told);
+    if (at != std::string::npos) hasFailed = lines_[i].text.substr(at + told.size()) != "0x00000000";
+  }
+  return hasFailed;
 }
 
 std::vector<std::string> TraceRecorder::LastLines(size_t most) const {

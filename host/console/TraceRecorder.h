@@ -27,6 +27,8 @@ class TraceRecorder {
   };
   // The last reason for this PostScript name since the last Mark.
   Reason ReasonFor(const std::string& postScriptName) const;
+  // Whether the plug-in has tried since the last Mark to write identification data into this file, and could not.
+  bool HasFailedToWriteSlug(const std::string& path) const;
   void Mark();
 
   // Called on the tracing thread when a batch of so many fonts is about to be activated. It must not trace.
@@ -42,6 +44,7 @@ class TraceRecorder {
   };
   static void Take(void* context, int indentChange, std::string_view line);
   void Store(int indentChange, std::string_view line);
+  size_t FirstSinceMark() const { return mark_ > dropped_ ? mark_ - dropped_ : 0; }
 
   mutable std::mutex mutex_;
   std::function<void(int64_t)> batchObserver_;

@@ -161,6 +161,52 @@ TEST(FontFile, SaysWhatIsWrongWithADamagedFile) {
   }
 }
 
+// The font as a file that tells of so many faces, all of which are the same bytes.
+std::string ManyTimes(const std::string& font, size_t count) {
+  std::vector<std::string> fonts(count);
+  fonts.back() = font;
+  for (size_t i = 0; i + 1 < count; ++i) fonts[i] = std::string(6, '\0');
+  std::string collection = MakeCollection(fonts);
+  const uint32_t directory = DirectoryOfFace(collection, static_cast<uint32_t>(count - 1));
+  for (size_t i = 0; i < count; ++i) PutLong(collection, 12 + 4 * i, directory);
+  return collection;
+}
+
+// The font with a table of names of which each is as long as a name can be, and all are the same bytes.
+std::string WithSharedNames(std::string font, uint32_t count) {
+  const size_t tables = static_cast<uint8_t>(font[5]);
+  const uint32_t storage = 6 + 12 * count;
+  std::string names;
+  const auto add = [&](uint32_t value) { names += {static_cast<char>(value >> 8), static_cast<char>(value)}; };
+  for (const uint32_t value : {0u, count, storage}) add(value);
+  for (uint32_t i = 0; i < count; ++i) {
+    for (const uint32_t value : {3u, 1u, 0x409u, 8u, 0xFFFEu, 0u}) add(value);
+  }
+  names.resize(storage + 0x10000, ' ');
+  for (size_t at = 12; at < 12 + 16 * tables; at += 16) {
+    if (font.compare(at, 4, "name") != 0) continue;
+    PutLong(font, at + 8, static_cast<uint32_t>(font.size()));
+    PutLong(font, at + 12, static_cast<uint32_t>(names.size()));
+  }
+  return font + names;
+}
+
+// A file of a few bytes may tell of work for hours.
+TEST(FontFile, ReadsNoMoreThanSomeTimesTheFile) {
+  const FontFileReader reader;
+  const std::string sans = Bytes(kDejaVu + "DejaVuSans.ttf");
+  const FontFileContent few = reader.Parse(ManyTimes(sans, 3), "few.ttc");
+  EXPECT_EQ(few.faces.size(), 3u);
+  EXPECT_EQ(few.problem, "");
+  const FontFileContent many = reader.Parse(ManyTimes(sans, 4096), "many.ttc");
+  EXPECT_GT(many.faces.size(), 3u);
+  EXPECT_LT(many.faces.size(), 1000u);
+  EXPECT_THAT(many.problem, testing::HasSubstr("its parts are shared too often to be read"));
+  const FontFileContent names = reader.Parse(WithSharedNames(sans, 5000), "names.ttf");
+  EXPECT_EQ(names.verdict, FontVerdict::kBroken);
+  EXPECT_EQ(names.problem, "its parts are shared too often to be read");
+}
+
 // Every beginning of a font is either a font or broken, and none of them upsets the reader.
 TEST(FontFile, SurvivesEveryKindOfTruncation) {
   const FontFileReader reader;

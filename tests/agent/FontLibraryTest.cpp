@@ -13,6 +13,7 @@
 #include "platform/Folders.h"
 #include "platform/Fonts.h"
 #include "support/DebianFonts.h"
+#include "support/FullDisk.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -200,6 +201,22 @@ TEST_F(FontLibraryTest, ADroppedIndexLosesNothingOfTheUsers) {
   EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
   ASSERT_EQ(library_->User().Sets().size(), 1u);
   EXPECT_THAT(library_->User().Sets()[0].fontIDs, ElementsAre(nimbus, bold));
+}
+
+TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
+  fonts_.Write("a.ttf", Bytes(kBold));
+  Start();
+  fonts_.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
+  {
+    const test_support::FullDisk full(0);
+    Rescan();
+  }
+  EXPECT_THAT(Problems(), ElementsAre(HasSubstr("user.db: ")));
+  EXPECT_NE(IDOf("LiberationSerif-Bold"), 0u);
+  EXPECT_EQ(IDOf("NimbusSans-Bold"), 0u);
+  Rescan();
+  EXPECT_THAT(Problems(), IsEmpty());
+  EXPECT_NE(IDOf("NimbusSans-Bold"), 0u);
 }
 
 TEST_F(FontLibraryTest, AStoredActivationWaitsForItsFile) {
