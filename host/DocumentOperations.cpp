@@ -1,6 +1,9 @@
 #include "host/DocumentOperations.h"
 
 #include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "host/MissingFonts.h"
 #include "host/TypeIDs.h"
@@ -12,11 +15,6 @@ namespace host {
 namespace {
 
 std::string NoSuchDocument(int32_t id) { return "Document " + std::to_string(id) + " is not open"; }
-
-// Aliases hold text, so that a plug-in would take such a document for one without a file.
-std::string CheckName(const std::string& path) {
-  return platform::IsValidUTF8(path) ? "" : path + ": the path is no UTF-8 text, and plug-ins know files by such only";
-}
 
 // What a document keeps of its file and its content.
 void TakeOver(const std::string& path, const DocumentContent& content, Document& document) {
@@ -49,13 +47,11 @@ std::string DocumentOperations::Open(const std::string& path, int32_t* id) {
     documents_.BringToFront(open->id);
     return "";
   }
-  const std::string resolved = ResolvedPath(path);
   DocumentContent content;
-  std::string problem = CheckName(resolved);
-  if (problem.empty()) problem = ReadDocument(path, content);
+  std::string problem = ReadDocument(path, content);
   if (!problem.empty()) return problem;
   Document read;
-  TakeOver(resolved, content, read);
+  TakeOver(ResolvedPath(path), content, read);
   content = {};  // a large file is not held while the plug-in reads it too
   const Document& document = documents_.Add(std::move(read));
   const int32_t added = document.id;
@@ -113,9 +109,7 @@ std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
   if (!document->path.empty() && format != document->format) {
     return path + ": " + document->Title() + " cannot be saved in another format";
   }
-  std::string resolved = ResolvedPath(path);
-  const std::string problem = CheckName(resolved);
-  return problem.empty() ? WriteTo(id, std::move(resolved), format) : problem;
+  return WriteTo(id, ResolvedPath(path), format);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): see the declaration
@@ -123,6 +117,10 @@ std::string DocumentOperations::WriteTo(int32_t id, std::string path, DocumentFo
   documents_.BringToFront(id);
   Document* document = documents_.Find(id);
   if (document->isBeingSaved) return path + ": is being saved";
+  // A file is replaced, which the rights of its folder would allow.
+  if (faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT) {
+    return path + ": " + platform::DescribeError({errno, std::generic_category()});
+  }
   DocumentContent content;
   std::string problem = NewContent(*document, format, content);
   if (!problem.empty()) return problem;

@@ -7,6 +7,7 @@
 #include "host/Problems.h"
 #include "host/console/BatchProgress.h"
 #include "host/console/Slug.h"
+#include "platform/TextEncoding.h"
 
 namespace console {
 
@@ -143,6 +144,9 @@ bool Session::Open(const std::string& file) {
   auto known = std::find_if(documents_.begin(), documents_.end(), isThis);
   if (known == documents_.end()) known = documents_.insert(documents_.end(), KnownDocument());
   *known = {file, info.path, id, info.fontNames};
+  if (!platform::IsValidUTF8(info.path)) {
+    report_.Error(file, "the plug-in finds no file whose path is no UTF-8 text, so that no font is activated for it");
+  }
   ReportOpened(*known, before);
   return true;
 }

@@ -1,15 +1,14 @@
 // Documents and their files: what is refused, what a save writes and what it leaves.
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 
 #include "host/ByteOrder.h"
 #include "host/HostTest.h"
 #include "host/LayeredFile.h"
 #include "host/TextLayer.h"
+#include "support/FullDisk.h"
 
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -20,25 +19,6 @@ using testing::StartsWith;
 namespace {
 
 using DocumentTest = HostTest;
-
-// While it lives, no file of this process grows beyond so many bytes.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    former_ = std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &limit_);
-    const rlimit lower = {bytes, limit_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &lower);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &limit_);
-    std::signal(SIGXFSZ, former_);
-  }
-
- private:
-  rlimit limit_{};
-  void (*former_)(int);
-};
 
 std::string SampleBytes(const std::string& name) {
   return HostTest::Read(std::string(SOURCE_DIR) + "/samples/" + name);
@@ -90,16 +70,19 @@ TEST_F(DocumentTest, BadFilesGiveOneLineAndTheOthersGoOn) {
   Open(Sample("leaflet.pdf"));
 }
 
-// Root may read everything, so the refusal needs another user.
-TEST_F(DocumentTest, UnreadableFileIsTold) {
-  const std::string path = Sample("poster.psd");
-  ASSERT_EQ(chmod(path.c_str(), 0), 0);
-  std::filesystem::permissions(std::filesystem::path(path).parent_path(), std::filesystem::perms::all);
+// Root may do everything, so the refusals need another user. The folder would let anybody replace the file.
+TEST_F(DocumentTest, UnreadableFileIsToldAndAReadOnlyOneStays) {
+  const std::string secret = Sample("poster.psd"), guarded = Sample("no-text.psd");
+  ASSERT_EQ(chmod(secret.c_str(), 0), 0);
+  ASSERT_EQ(chmod(guarded.c_str(), 0444), 0);
+  std::filesystem::permissions(std::filesystem::path(secret).parent_path(), std::filesystem::perms::all);
   const bool isRoot = geteuid() == 0;
   ASSERT_EQ(isRoot ? seteuid(65534) : 0, 0);
-  const std::string problem = application.Open(path, nullptr);
+  const std::string unread = application.Open(secret, nullptr);
+  const std::string unsaved = application.Save(Open(guarded));
   ASSERT_EQ(isRoot ? seteuid(0) : 0, 0);
-  EXPECT_EQ(problem, path + ": Permission denied");
+  EXPECT_EQ(unread, secret + ": Permission denied");
+  EXPECT_EQ(unsaved, guarded + ": Permission denied");
 }
 
 TEST_F(DocumentTest, OneFileIsOneDocumentUnderEveryName) {
@@ -167,7 +150,7 @@ TEST_F(DocumentTest, WriteThatFailsAnywhereLeavesTheOldFile) {
   TakeEvents();
   const std::vector<std::string> files = FilesInFolder();
   for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{4096}, rlim_t{before.size()}, rlim_t{before.size() + 2000}}) {
-    const FileSizeLimit lower(limit);
+    const test_support::FullDisk full(limit);
     EXPECT_EQ(application.Save(id), path + ": File too large");
     EXPECT_EQ(Read(path), before);
   }
