@@ -12,7 +12,7 @@ constexpr uint32_t kDesignActivation = 3;
 
 // What a call activated is remembered even if it failed as a whole.
 void Remember(const CallResult& reply, HoldKind kind) {
-  ProcessFonts().Add(reply.result.value("activated", std::vector<uint32_t>()), kind);
+  if (reply.result.contains("activated")) ProcessFonts().Add(NumbersOfJson(reply.result["activated"]), kind);
 }
 
 }  // namespace

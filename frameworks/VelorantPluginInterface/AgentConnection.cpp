@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+#include "platform/PropertyList.h"
 
 namespace plugin_interface {
 
@@ -36,21 +37,37 @@ struct AgentConnection::State {
   void Lose();
 };
 
+namespace {
+
+// What is nested deeper than values may be counts as no message, so that nobody has to go down there.
+Json Parse(const std::string& text) {
+  bool isTooDeep = false;
+  const auto look = [&](int depth, Json::parse_event_t, const Json&) {
+    isTooDeep |= depth > platform::kDeepestPropertyList;
+    return !isTooDeep;
+  };
+  Json message = Json::parse(text, look, false);
+  return isTooDeep ? Json() : message;
+}
+
+}  // namespace
+
 // Reads one message and puts it where it belongs; false if there is none to come.
 bool AgentConnection::State::ReadOne() {
   std::string text;
   if (platform::ReceiveMessage(socket.Get(), text)) return false;
-  Json message = Json::parse(text, nullptr, false);
+  Json message = Parse(text);
   if (!message.is_object()) return false;
   if (message.contains("notify")) {
     notifications.push_back(std::move(message));
     return true;
   }
   if (!message.contains("id") || !message["id"].is_number_unsigned() || !message.contains("code") ||
-      !message["code"].is_number_unsigned()) {
+      !message["code"].is_number_unsigned() || message["code"].get<uint64_t>() > UINT32_MAX) {
     return false;
   }
-  CallResult reply{message["code"].get<uint32_t>(), message.value("result", Json::object())};
+  CallResult reply{message["code"].get<uint32_t>()};
+  if (message.contains("result")) reply.result = std::move(message["result"]);
   const std::lock_guard lock(mutex);
   replies[message["id"].get<uint64_t>()] = std::move(reply);
   replied.notify_all();

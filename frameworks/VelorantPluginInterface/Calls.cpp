@@ -18,7 +18,7 @@ Json Numbers(uint32_t count, const uint32_t* numbers) {
 }
 
 uint32_t WriteNumbers(const Json& numbers, uint32_t* out, uint32_t capacity) {
-  const auto list = numbers.get<std::vector<uint32_t>>();
+  const auto list = NumbersOfJson(numbers);
   const size_t count = out ? std::min<size_t>(list.size(), capacity) : 0;
   std::copy_n(list.begin(), count, out);
   return static_cast<uint32_t>(count);
@@ -36,7 +36,7 @@ TModuleErrorCode ReadNumber(PluginInterface::FacadeHandle handle, const char* na
   if (!out) return kNullPointer;
   return Guarded([&] {
     const CallResult reply = CallAgent(handle, name, std::move(arguments));
-    if (reply.code == kSuccess) *out = reply.result.at("value").get<int32_t>();
+    if (reply.code == kSuccess) *out = static_cast<int32_t>(NumberOfJson(reply.result.at("value")));
     return reply.code;
   });
 }

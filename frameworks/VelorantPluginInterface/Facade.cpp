@@ -120,7 +120,8 @@ uint32_t Facade::Connect() {
 uint32_t Facade::Greet(AgentConnection& connection) {
   const CallResult hello = connection.Call("Hello", {{"notifications", false}});
   if (hello.code != kSuccess) return hello.code;
-  if (hello.result.value("protocol", 0) != agent_protocol::kProtocolVersion) return kVersionMismatch;
+  const Json protocol = hello.result.contains("protocol") ? hello.result["protocol"] : Json();
+  if (protocol != agent_protocol::kProtocolVersion) return kVersionMismatch;
   const std::pair<HoldKind, const char*> holds[] = {{HoldKind::kDocument, "RestoreActivations"},
                                                     {HoldKind::kPreview, "PreviewActivateFonts"}};
   for (const auto& [kind, call] : holds) {
@@ -128,7 +129,7 @@ uint32_t Facade::Greet(AgentConnection& connection) {
     if (ids.empty()) continue;
     const CallResult restored = connection.Call(call, {{"fontIDs", ids}});
     if (IsAgentGone(restored.code)) return restored.code;
-    held_.Remove(restored.result.value("failed", std::vector<uint32_t>()));
+    if (restored.result.contains("failed")) held_.Remove(NumbersOfJson(restored.result["failed"]));
   }
   return kSuccess;
 }

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
+#include "frameworks/VelorantPluginInterface/Values.h"
 
 namespace plugin_interface {
 
@@ -16,6 +17,8 @@ TModuleErrorCode Guarded(const Body& body) {
   try {
     return body();
   } catch (const nlohmann::json::exception&) {
+    return kInvalidMessage;
+  } catch (const BadAnswer&) {
     return kInvalidMessage;
   } catch (const std::bad_alloc&) {
     return kOutOfMemory;

@@ -21,6 +21,30 @@ Registrations& Registered() {
   return *registrations;
 }
 
+enum class Carried { kNothing, kFontID, kFlag, kDictionary };
+
+// The receivers take the data for what the list of kinds says, whatever it is.
+Carried CarriedBy(PluginInterface::ECallbackKind kind) {
+  using namespace PluginInterface;
+  switch (kind) {
+    case kFontActivated:
+    case kFontDeactivated:
+    case kFontMissing:
+    case kDesignActivationNonCompliant: return Carried::kFontID;
+    case kOnlineStateChanged:
+    case kGoogleWebFontsEnabled: return Carried::kFlag;
+    case kLoggedInStateChanged:
+    case kGoogleReplicationProgress:
+    case kPreviewPNGsRendered:
+    case kBulkReplicationProgress:
+    case kIncrementalReplicationProgress:
+    case kFontServerReplicationProgress: return Carried::kDictionary;
+    default: return Carried::kNothing;
+  }
+}
+
+bool IsNumber(const nlohmann::json& json) { return json.is_number_unsigned() && json.get<uint64_t>() <= UINT32_MAX; }
+
 }  // namespace
 
 void AddCallback(PluginInterface::NotificationCallback callback) {
@@ -37,25 +61,29 @@ void RemoveCallback(PluginInterface::NotificationCallback callback) {
 }
 
 void Deliver(const nlohmann::json& message) {
-  const auto kind = message.find("notify");
-  if (kind == message.end() || !kind->is_number_unsigned()) return;
-  const auto fontID = message.find("fontID");
-  const auto payload = message.find("payload");
+  const auto found = message.find("notify");
+  if (found == message.end() || !IsNumber(*found)) return;
+  const auto kind = static_cast<PluginInterface::ECallbackKind>(found->get<uint32_t>());
+  const Carried carried = CarriedBy(kind);
+  const auto content = message.find(carried == Carried::kFontID ? "fontID" : "payload");
   uint32_t number = 0;
   platform::Value value;
   void* data = nullptr;
-  if (fontID != message.end() && fontID->is_number_unsigned()) {
-    number = fontID->get<uint32_t>();
-    data = &number;
-  } else if (payload != message.end()) {
-    value = ValueOfJson(*payload);
-    data = value.Ref();
+  if (carried != Carried::kNothing && content != message.end()) {
+    if (carried == Carried::kDictionary) {
+      value = ValueOfJson(*content);
+      if (!value.Is(platform::ValueType::kDictionary)) return;
+      data = value.Ref();
+    } else {
+      if (!IsNumber(*content) && !(carried == Carried::kFlag && content->is_boolean())) return;
+      number = content->get<uint32_t>();
+      data = &number;
+    }
   }
   Registrations& registered = Registered();
   const std::lock_guard lock(registered.mutex);
   const auto callbacks = registered.callbacks;
-  for (const auto callback : callbacks)
-    callback(static_cast<PluginInterface::ECallbackKind>(kind->get<uint32_t>()), data);
+  for (const auto callback : callbacks) callback(kind, data);
 }
 
 }  // namespace plugin_interface

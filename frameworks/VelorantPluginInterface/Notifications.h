@@ -14,7 +14,7 @@ void AddCallback(PluginInterface::NotificationCallback callback);
 void RemoveCallback(PluginInterface::NotificationCallback callback);
 
 // Calls every registered callback with one message of the agent's, on the calling thread. A message that is no
-// notification is dropped.
+// notification, or carries something else than its kind does, is dropped.
 void Deliver(const nlohmann::json& message);
 
 }  // namespace plugin_interface

@@ -33,7 +33,7 @@ TModuleErrorCode GetSystemWorkgroupID(FacadeHandle h, uint32_t* out) {
   if (!out) return kNullPointer;
   return Guarded([&] {
     const CallResult reply = CallAgent(h, "GetSystemWorkgroupID");
-    if (reply.code == kSuccess) *out = reply.result.at("workgroupID").get<uint32_t>();
+    if (reply.code == kSuccess) *out = NumberOfJson(reply.result.at("workgroupID"));
     return reply.code;
   });
 }
@@ -51,7 +51,7 @@ TModuleErrorCode CreateTopLevelSet(FacadeHandle h, uint32_t* outSetID, uint32_t 
   return Guarded([&] {
     const CallResult reply = CallAgent(
         h, "CreateTopLevelSet", {{"workgroupID", workgroupID}, {"name", name}, {"fontIDs", Numbers(count, fontIDs)}});
-    if (reply.code == kSuccess) *outSetID = reply.result.at("setID").get<uint32_t>();
+    if (reply.code == kSuccess) *outSetID = NumberOfJson(reply.result.at("setID"));
     return reply.code;
   });
 }
