@@ -79,6 +79,17 @@ std::optional<std::vector<std::byte>> ParseBase64(std::string_view text) {
   return bytes;
 }
 
+// A text as it is shown in a line for a person.
+std::string Quoted(std::string_view text) {
+  constexpr size_t kLongest = 40;
+  std::string shown(text.substr(0, kLongest));
+  while (!IsValidUTF8(shown)) shown.pop_back();  // cut within a character
+  for (char& c : shown) {
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+  return "'" + shown + (text.size() > kLongest ? "...'" : "'");
+}
+
 // Walks the elements of a list; the first fault ends the walk.
 class Reader {
  public:
@@ -106,11 +117,11 @@ class Reader {
     if (name == "string") return String::FromUTF8(text);
     if (name == "integer") {
       const auto integer = ParseInteger(Trimmed(text));
-      return integer ? Value(Number::FromInteger(*integer)) : Fail(node, "'" + text + "' for an integer of 64 bits");
+      return integer ? Value(Number::FromInteger(*integer)) : Fail(node, Quoted(text) + " for an integer of 64 bits");
     }
     if (name == "real") {
       const auto real = ParseReal(Trimmed(text));
-      return real ? Value(Number::FromReal(*real)) : Fail(node, "'" + text + "' for a number");
+      return real ? Value(Number::FromReal(*real)) : Fail(node, Quoted(text) + " for a number");
     }
     if (name == "data") {
       const auto bytes = ParseBase64(text);
@@ -119,7 +130,7 @@ class Reader {
     if (name == "true" || name == "false") {
       return text.empty() ? Value(Boolean::From(name == "true")) : Fail(node, "text in a boolean");
     }
-    return Fail(node, "an element '" + std::string(name) + "'");
+    return Fail(node, "an element " + Quoted(name));
   }
 
   Value ReadArray(const xmlNode* node, int depth) {

@@ -114,6 +114,8 @@ TEST(PropertyList, FaultsAreRefusedWithTheirPlace) {
               {"<date>2011-01-01T00:00:00Z</date>", "an element 'date'"},
               {"<integer>12a</integer>", "'12a' for an integer"},
               {"<integer></integer>", "'' for an integer"},
+              {"<integer>1\n2</integer>", "'1 2' for an integer"},
+              {"<real>" + std::string(39, '1') + "\xC3\xA4</real>", "'" + std::string(39, '1') + "...' for a number"},
               {"<integer>9223372036854775808</integer>", "for an integer"},
               {"<real>1,5</real>", "'1,5' for a number"},
               {"<data>YQ=</data>", "Base64"},
