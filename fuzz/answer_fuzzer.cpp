@@ -1,0 +1,136 @@
+// Lines of any bytes as what an agent sends to its clients: as messages of their own, of which the notifications reach a
+// client whole and of their kind, and as results of calls, which the exported functions take or refuse with a code.
+#include <sys/socket.h>
+
+#include <cstring>
+#include <mutex>
+#include <semaphore>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "InputFile.h"
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/AgentConnection.h"
+#include "frameworks/VelorantPluginInterface/Exports.h"
+#include "frameworks/VelorantPluginInterface/Notifications.h"
+#include "platform/Folders.h"
+
+namespace {
+
+using platform::Array;
+using platform::Dictionary;
+using platform::Value;
+using plugin_interface::Json;
+
+// Answers every call with the same result, one client after the other.
+class FakeAgent {
+ public:
+  FakeAgent() {
+    platform::Places places;
+    places.runtime = folder_.Path() + "/run";
+    platform::SetPlaces(places);
+    std::error_code error;
+    listening_ = platform::ListenLocal(places.runtime, agent_protocol::kAgentSocketName, error);
+    CHECK(!error);
+    std::thread([this] { Serve(); }).detach();
+  }
+  void SetResult(const std::string& json) {
+    const std::lock_guard lock(mutex_);
+    result_ = json;
+  }
+
+ private:
+  void Serve() {
+    for (;;) {
+      std::error_code error;
+      const platform::Descriptor client = platform::AcceptLocal(listening_.Get(), error);
+      std::string message;
+      while (!platform::ReceiveMessage(client.Get(), message)) {
+        if (platform::SendMessage(client.Get(), AnswerTo(message))) break;  // what is no message ends the connection
+      }
+    }
+  }
+  std::string AnswerTo(const std::string& message) {
+    const Json request = Json::parse(message);
+    const std::lock_guard lock(mutex_);
+    const std::string result = request["call"] == "Hello" ? R"({"protocol":1})" : result_;
+    return R"({"id":)" + std::to_string(request["id"].get<uint64_t>()) + R"(,"code":0,"result":)" + result + "}";
+  }
+
+  InputFolder folder_;
+  platform::Descriptor listening_;
+  std::mutex mutex_;
+  std::string result_ = "{}";
+};
+
+// Takes the data for what the list of kinds says.
+PluginInterface::TModuleErrorCode OnNotification(PluginInterface::ECallbackKind kind, void* data) {
+  using namespace PluginInterface;
+  if (!data) return 0;
+  switch (kind) {
+    case kOnlineStateChanged:
+    case kGoogleWebFontsEnabled:
+    case kFontActivated:
+    case kFontDeactivated:
+    case kFontMissing:
+    case kDesignActivationNonCompliant: static_cast<void>(*static_cast<volatile uint32_t*>(data)); break;
+    default: CHECK(Value::Retain(static_cast<ValueRef>(data)).Is(platform::ValueType::kDictionary));
+  }
+  return 0;
+}
+
+std::binary_semaphore sLost{0};
+
+void Receive(const std::vector<std::string>& messages) {
+  int ends[2];
+  CHECK(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0);
+  const platform::Descriptor agent(ends[0]);
+  const plugin_interface::AgentConnection connection(platform::Descriptor(ends[1]), plugin_interface::Deliver,
+                                                     [] { sLost.release(); });
+  for (const std::string& message : messages) platform::SendMessage(agent.Get(), message);
+  shutdown(agent.Get(), SHUT_WR);
+  sLost.acquire();
+}
+
+void Call(PluginInterface::FacadeHandle h) {
+  const uint32_t ids[2] = {1, 2};
+  uint32_t numbers[2] = {}, more[2] = {}, count = 0, moreCount = 0;
+  int32_t state = 0;
+  char text[32] = "";
+  GetFontsByPostscriptName(h, "Name", ids, 2, numbers, 2, &count);
+  CHECK(count <= 2);
+  ActivateFonts(h, 2, ids, 0, 2, 1, 1, 2, 2, numbers, more, &count, &moreCount);
+  CHECK(count <= 2 && moreCount <= 2);
+  GetFontIsActivated(h, 2, ids, numbers);
+  GetFontConflicts(h, 2, ids, numbers);
+  GetIsOnline(h, &state);
+  GetSystemWorkgroupID(h, &count);
+  if (GetDefaultLibraryName(h, text, sizeof text) == 0) CHECK(std::memchr(text, 0, sizeof text) != nullptr);
+  PluginInterface::ValueRef out = nullptr;
+  GetAllWorkgroupsForUser(h, &out, true, false);
+  const Value workgroups = Value::Adopt(out);
+  Dictionary request = Dictionary::Create();
+  request.Set("DatabaseID", "1");
+  request.Set("AssignedFamilyID", "1");
+  PluginInterface::FontRecordFields fields;
+  if (GetFontInfoByID(h, ids, 2, request.Ref(), &fields, &out) == 0) CHECK(Dictionary(Value::Adopt(out)));
+  const Array family = Array::Create();
+  FindFontsInSameFamilyForActivation(request.Ref(), ids, 2, family.Ref());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static auto* const sAgent = new FakeAgent;  // its thread lasts as long as the process
+  static const bool sRegistered = (plugin_interface::AddCallback(OnNotification), true);
+  CHECK(sRegistered);
+  std::istringstream lines{std::string(BytesOf(data, size))};
+  std::vector<std::string> messages;
+  for (std::string line; std::getline(lines, line);) messages.push_back(line);
+  Receive(messages);
+  if (messages.empty() || !Json::accept(messages[0])) return 0;
+  sAgent->SetResult(messages[0]);
+  Call(GetPluginFacadeInstance());
+  return 0;
+}

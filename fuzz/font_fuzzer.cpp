@@ -1,0 +1,39 @@
+// Any bytes as a font file, as the agent reads it: a font with faces that can be told from others, or a line that says why
+// it is none. Reading is repeatable, and every face has a record.
+#include <climits>
+
+#include "Check.h"
+#include "agent/FontFile.h"
+#include "agent/FontRecord.h"
+#include "platform/TextEncoding.h"
+
+namespace {
+
+using namespace agent;
+
+void CheckFace(const FontFace& face) {
+  CHECK(!face.postScriptName.empty() && !face.family.empty() && !face.kind.empty() && !face.foundry.empty());
+  for (const std::string& text : {face.postScriptName, face.family, face.style, face.foundry, face.version}) {
+    CHECK(platform::IsValidUTF8(text));
+  }
+  CHECK(face.checksum != 0 && face.glyphsureChecksum != 0 && face.kerningChecksum <= 0xFFFFF);
+  Font font;
+  font.path = "/fonts/font.ttf";
+  font.face = face;
+  CHECK(Json::parse(ToText(MakeFontRecord(font, agent_protocol::kInactive)))["PostScriptName"] == face.postScriptName);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const FontFileReader sReader;
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const FontFileContent content = sReader.Parse(bytes, "font.ttf");
+  CHECK((content.verdict == FontVerdict::kFont) == !content.faces.empty());
+  CHECK(content.verdict != FontVerdict::kNotAFont);
+  CHECK(content.verdict == FontVerdict::kFont || !content.problem.empty());
+  CHECK(content.problem.find('\n') == std::string::npos);
+  for (const FontFace& face : content.faces) CheckFace(face);
+  CHECK(sReader.Parse(bytes, "font.ttf").faces == content.faces);
+  return 0;
+}

@@ -1,0 +1,69 @@
+// Any bytes as what a client sends to the agent: cut into the same messages however it arrives, each of which gets one
+// reply or ends the connection.
+#include <algorithm>
+#include <vector>
+
+#include "Check.h"
+#include "agent/Calls.h"
+#include "agent/Server.h"
+
+namespace {
+
+using namespace agent;
+
+struct Stream {
+  std::vector<std::string> messages;
+  bool isBroken = false;
+};
+
+Stream Cut(std::string_view bytes, size_t step) {
+  FrameReader reader;
+  Stream stream;
+  for (size_t at = 0; at < bytes.size() && !stream.isBroken; at += step) {
+    reader.Add(bytes.substr(at, step));
+    std::string message;
+    FrameReader::Result result;
+    while ((result = reader.Next(message)) == FrameReader::Result::kMessage) stream.messages.push_back(message);
+    stream.isBroken = result == FrameReader::Result::kTooLong;
+  }
+  return stream;
+}
+
+// Reads one argument of each kind.
+Reply ReadAll(ClientID, const Arguments& arguments) {
+  Json result = {{"numbers", arguments.Numbers("numbers")}, {"text", arguments.Text("text")}};
+  result["sum"] = arguments.Number("number") + (arguments.Flag("flag") ? 1u : 0u);
+  return {kSuccess, result};
+}
+
+struct Client {
+  std::vector<std::string> replies;
+  size_t breaches = 0;
+  Dispatcher dispatcher{{[this](ClientID, const std::string& message) { replies.push_back(message); },
+                         [this](ClientID) { ++breaches; }, [](const std::string&) {}}};
+};
+
+void CheckReply(const std::string& text) {
+  const Json reply = Json::parse(text);
+  CHECK(reply.size() == 3 && reply["id"].is_number_unsigned() && reply["code"].is_number_unsigned() &&
+        reply["result"].is_object());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const Stream stream = Cut(bytes, std::max<size_t>(size, 1));
+  const Stream inPieces = Cut(bytes, 3);
+  CHECK(stream.messages == inPieces.messages && stream.isBroken == inPieces.isBroken);
+
+  Client client;
+  AddStateCalls(client.dispatcher);
+  client.dispatcher.Add("Read", Needs::kNothing, ReadAll);
+  client.dispatcher.Add("Wait", Needs::kFonts, ReadAll);
+  for (const std::string& message : stream.messages) client.dispatcher.OnMessage(1, message);
+  client.dispatcher.Release();
+  CHECK(client.replies.size() + client.breaches == stream.messages.size());
+  for (const std::string& reply : client.replies) CheckReply(reply);
+  return 0;
+}
