@@ -123,6 +123,10 @@ std::error_code ReadFile(const std::string& path, std::string& content) {
   std::error_code error;
   const Descriptor fd = OpenRegularFile(path, info, error);
   if (!fd) return error;
+  // A file may tell of any size without taking room on the disk.
+  static const uint64_t sMemory =
+      static_cast<uint64_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<uint64_t>(sysconf(_SC_PAGE_SIZE));
+  if (static_cast<uint64_t>(info.st_size) >= sMemory) return std::make_error_code(std::errc::file_too_large);
   std::string bytes;
   // One byte more than the file has, so that its end is seen without growing.
   bytes.resize(static_cast<size_t>(info.st_size) + 1);

@@ -15,7 +15,8 @@ PLATFORM_API bool FileExists(const std::string& path);  // anything at all stand
 PLATFORM_API bool FolderExists(const std::string& path);
 
 // Reads a regular file; on failure the content is untouched. A folder gives std::errc::is_a_directory, anything else that
-// is no file (a pipe, a device) std::errc::not_supported, without waiting for it.
+// is no file (a pipe, a device) std::errc::not_supported, without waiting for it; one that is larger than the machine's
+// memory std::errc::file_too_large.
 PLATFORM_API std::error_code ReadFile(const std::string& path, std::string& content);
 // What ReadFile would fail with when it opens the file.
 PLATFORM_API std::error_code CheckReadable(const std::string& path);

@@ -99,6 +99,15 @@ TEST(Files, WhatIsNoFileIsRefusedWithoutWaiting) {
   for (const char* name : {"folder", "pipe"}) EXPECT_TRUE(ReplaceFile(folder / name, "x")) << name;
 }
 
+TEST(Files, OneLargerThanTheMemoryIsRefused) {
+  const TempFolder folder;
+  const std::string path = folder.Write("large", "");
+  ASSERT_EQ(truncate(path.c_str(), off_t{1} << 43), 0);
+  std::string content = "untouched";
+  EXPECT_EQ(ReadFile(path, content), std::errc::file_too_large);
+  EXPECT_EQ(content, "untouched");
+}
+
 TEST(Files, MovingNeverReplaces) {
   const TempFolder folder;
   folder.Write("a", "a");
