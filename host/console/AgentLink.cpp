@@ -155,6 +155,7 @@ std::string AgentLink::ReadReport(LibrarySummary* summary) {
   const std::string agent = sandbox_.AgentExecutable();
   if (!answer) return agent + ": the agent ended while it read its library: " + LastWords();
   if (answer->code != 0) return agent + ": the agent can't serve fonts: " + LastWords();
+  summary->isKnown = true;
   summary->files = answer->result.value("files", size_t{0});
   summary->faces = answer->result.value("faces", size_t{0});
   for (const Json& problem : answer->result.value("problems", Json::array())) {

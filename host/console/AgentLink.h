@@ -18,6 +18,7 @@ struct AgentProblem {
 };
 
 struct LibrarySummary {
+  bool isKnown = false;  // there is an agent that could tell
   size_t files = 0;
   size_t faces = 0;
   std::vector<AgentProblem> problems;

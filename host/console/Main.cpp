@@ -132,7 +132,7 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
   LibrarySummary library;
   bool isUnderstood = true;
   if (session.Start(&library)) {
-    DescribeLibrary(sandbox, library);
+    if (library.isKnown) DescribeLibrary(sandbox, library);
     CommandContext context{session, answers};
     if (!options.script.empty()) {
       RunScript(script, context);

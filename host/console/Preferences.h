@@ -24,8 +24,10 @@ class Preferences {
  public:
   explicit Preferences(const std::string& frameworkFolder);
 
-  bool AreThere() const { return bundle_ != nullptr; }  // false without a framework
-  // Empty, or one line: an unknown key, a value of another kind, or no framework.
+  // False without a framework, and until the plug-in has written the defaults of a first start. It takes any preference
+  // for a sign that it has, so that none may be set before.
+  bool AreThere() const;
+  // Empty, or one line: an unknown key, a value of another kind, or no preferences.
   std::string Set(const std::string& key, const std::string& value);
   bool GetSwitch(const std::string& key) const;  // false without a framework
   // "KEY = VALUE" for each entry of the table, or a line that says why there are none.

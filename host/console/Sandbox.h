@@ -41,6 +41,7 @@ class Sandbox {
   std::string AgentExecutable() const;
   std::string InterfaceFramework() const;      // by which the plug-in speaks to the agent
   std::string UserInterfaceFramework() const;  // boxes, texts, preferences
+  std::string EventsFramework() const;         // between the plug-in and its panel
   std::string PluginBundle() const;
   std::string ActiveFolder() const { return activeFolder_; }
   std::string AgentErrors() const {

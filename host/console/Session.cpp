@@ -51,11 +51,18 @@ void Session::CheckParts() {
                                         std::to_string(sandbox_.KilledPredecessor()) +
                                         ", ended without quitting; its fonts have been given back");
   }
-  for (const std::string& framework : {sandbox_.InterfaceFramework(), sandbox_.UserInterfaceFramework()}) {
+  const std::pair<std::string, const char*> frameworks[] = {
+      {sandbox_.InterfaceFramework(), "no font will be activated"},
+      {sandbox_.UserInterfaceFramework(), "no font will be activated"},
+      {sandbox_.EventsFramework(), "there is no font panel"},
+  };
+  for (const auto& [framework, loss] : frameworks) {
     std::string problem;
-    if (!platform::Bundle::Create(framework, &problem)) {
-      report_.Error(framework,
-                    "can't be loaded, so that no font will be activated: " + WithoutFile(problem, framework));
+    const platform::BundleRef bundle = platform::Bundle::Create(framework, &problem);
+    if (bundle && bundle->Load(&problem)) {
+      bundle->Unload();
+    } else {
+      report_.Error(framework, std::string("can't be loaded, so that ") + loss + ": " + WithoutFile(problem, framework));
     }
   }
 }

@@ -107,28 +107,41 @@ TEST_F(BadInput, StoreOfTheUserThatIsDamagedIsKeptAndNothingIsActivated) {
 }
 
 TEST_F(BadInput, WithoutAgentOrFrameworksDocumentsOpenAllTheSame) {
+  const std::string agent = "agent/Nexcore", interface = "agent/VelorantPluginInterface.framework",
+                    boxes = "agent/PluginFiles", events = "host/Frameworks";
   struct Case {
-    std::vector<std::string> agentEntries;
+    std::set<std::string> leftOut;
     std::vector<std::string> told;
+    bool activates;
   };
   const Case cases[] = {
-      {{}, {"VelorantPluginInterface.framework", "VelorantPlugins.framework", "agent/Nexcore: "}},
-      {{"Nexcore", "PluginFiles"}, {"VelorantPluginInterface.framework"}},
-      {{"Nexcore", "VelorantPluginInterface.framework"}, {"VelorantPlugins.framework"}},
+      {{agent, interface, boxes},
+       {"VelorantPluginInterface.framework", "VelorantPlugins.framework", "agent/Nexcore: "},
+       false},
+      {{interface}, {"VelorantPluginInterface.framework: can't be loaded"}, false},
+      {{boxes}, {"VelorantPlugins.framework: can't be loaded"}, false},
+      {{events}, {"PlugPlug.framework: can't be loaded, so that there is no font panel"}, true},
   };
-  for (const Case& each : cases) {
-    const HostResult result = RunHost(Arguments({kPoster, kNoText}), LayOut(each.agentEntries));
-    EXPECT_EQ(result.status, 1);
-    const std::vector<std::string> errors = Errors(result);
-    ASSERT_THAT(errors, SizeIs(each.told.size())) << testing::PrintToString(errors);
-    for (size_t i = 0; i < errors.size(); ++i) EXPECT_THAT(errors[i], HasSubstr(each.told[i]));
-    const std::vector<Json> opened = Events(result, "opened");
-    ASSERT_THAT(opened, SizeIs(2));
-    EXPECT_THAT(opened[0]["activated"], IsEmpty());
-    EXPECT_THAT(opened[0]["missing"], SizeIs(3));
-    EXPECT_THAT(Events(result, "saved"), SizeIs(2));
-    state_.EndAgent(SIGTERM);
-    std::filesystem::remove_all(folder_ / "app");
+  for (const bool isBroken : {false, true}) {
+    for (const Case& each : cases) {
+      const std::string host = LayOut(each.leftOut);
+      if (isBroken) {
+        if (!each.leftOut.contains(interface)) continue;
+        const std::string info = "VelorantPluginInterface.framework/Info.plist";
+        folder_.Write("app/agent/" + info, Bytes(APP_DIR "/agent/" + info));
+        folder_.Write("app/agent/VelorantPluginInterface.framework/VelorantPluginInterface", "no shared object");
+      }
+      const HostResult result = RunHost(Arguments({kPoster, kNoText}), host);
+      EXPECT_EQ(result.status, 1);
+      const std::vector<std::string> errors = Errors(result);
+      ASSERT_THAT(errors, SizeIs(each.told.size())) << testing::PrintToString(errors);
+      for (size_t i = 0; i < errors.size(); ++i) EXPECT_THAT(errors[i], HasSubstr(each.told[i]));
+      const std::vector<Json> opened = Events(result, "opened");
+      ASSERT_THAT(opened, SizeIs(2));
+      EXPECT_THAT(opened[0]["missing"], SizeIs(each.activates ? 0 : 3));
+      EXPECT_THAT(Events(result, "saved"), SizeIs(2));
+      state_.EndAgent(SIGTERM);
+    }
   }
 }
 

@@ -6,19 +6,18 @@ namespace road {
 
 namespace fs = std::filesystem;
 
-std::string RoadTest::LayOut(const std::vector<std::string>& agentEntries) const {
+std::string RoadTest::LayOut(const std::set<std::string>& leftOut) const {
   const fs::path app = folder_ / "app", real = APP_DIR;
-  fs::create_directories(app / "host");
-  // A copy, since a program finds its neighbours by where it really lies.
-  fs::copy_file(real / "host/host", app / "host/host");
-  fs::create_symlink(real / "host/Plug-ins", app / "host/Plug-ins");
-  fs::create_symlink(real / "host/Frameworks", app / "host/Frameworks");
-  if (!agentEntries.empty()) fs::create_directories(app / "agent");
-  for (const std::string& entry : agentEntries) {
-    if (fs::is_directory(real / "agent" / entry)) {
-      fs::create_symlink(real / "agent" / entry, app / "agent" / entry);
+  fs::remove_all(app);
+  for (const char* entry :
+       {"host/host", "host/Plug-ins", "host/Frameworks", "agent/Nexcore", "agent/VelorantPluginInterface.framework",
+        "agent/PluginFiles"}) {
+    if (leftOut.contains(entry)) continue;
+    fs::create_directories((app / entry).parent_path());
+    if (fs::is_directory(real / entry)) {
+      fs::create_symlink(real / entry, app / entry);
     } else {
-      fs::copy_file(real / "agent" / entry, app / "agent" / entry);
+      fs::copy_file(real / entry, app / entry);  // a program finds its neighbours by where it really lies
     }
   }
   return app / "host/host";

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,9 +30,8 @@ class RoadTest : public testing::Test {
   HostResult RunScript(const std::string& script, const std::string& library = "liberation,urw") const {
     return RunHost(Arguments({"--script", folder_.Write("script", script)}, library));
   }
-  // The program and what lies beside it, laid out in a folder of its own; the agent's folder is left out or made of links
-  // to these entries of the real one.
-  std::string LayOut(const std::vector<std::string>& agentEntries) const;
+  // The host's program in a new folder "app", beside all that it needs but for these entries of the real one.
+  std::string LayOut(const std::set<std::string>& leftOut) const;
 
   test_support::TempFolder folder_;
   StateFolder state_{folder_ / "state"};
