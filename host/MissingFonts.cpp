@@ -27,9 +27,11 @@ std::vector<platform::View> Views(const std::vector<std::string>& missing) {
 }  // namespace
 
 std::vector<std::string> MissingFonts(const std::vector<std::string>& names) {
+  if (names.empty()) return {};
+  const std::set<std::string> active = platform::ActivePostScriptNames();
   std::vector<std::string> missing;
   for (const std::string& name : names) {
-    if (name != kInvisibleFont && !platform::IsPostScriptNameActive(name)) missing.push_back(name);
+    if (name != kInvisibleFont && !active.contains(name)) missing.push_back(name);
   }
   return missing;
 }

@@ -50,9 +50,14 @@ bool HasFamily(const FcPattern* font, const std::string& name) {
 
 }  // namespace
 
-bool IsPostScriptNameActive(const std::string& postScriptName) {
-  if (postScriptName.empty()) return false;
-  return FindFont([&](const FcPattern* font) { return Text(font, FC_POSTSCRIPT_NAME) == postScriptName; });
+std::set<std::string> ActivePostScriptNames() {
+  std::set<std::string> names;
+  FindFont([&](const FcPattern* font) {
+    names.insert(Text(font, FC_POSTSCRIPT_NAME));
+    return false;
+  });
+  names.erase("");
+  return names;
 }
 
 bool IsFontNameActive(const std::string& name) {

@@ -1,6 +1,7 @@
 // What the operating system's font service, fontconfig, says is active now.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,7 @@
 namespace platform {
 
 // Every question is asked of a fresh configuration, so that a change made a moment ago is seen.
-PLATFORM_API bool IsPostScriptNameActive(const std::string& postScriptName);
+PLATFORM_API std::set<std::string> ActivePostScriptNames();
 // A font whose family name or PostScript name is exactly this.
 PLATFORM_API bool IsFontNameActive(const std::string& name);
 

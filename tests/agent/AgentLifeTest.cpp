@@ -64,7 +64,7 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   ASSERT_EQ(Activate({regular}), 1u);
   EXPECT_TRUE(recorder_.Await(PluginInterface::kFontActivated, regular));
   EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
-  EXPECT_FALSE(platform::IsPostScriptNameActive("LiberationSerif-Bold"));
+  EXPECT_FALSE(platform::ActivePostScriptNames().contains("LiberationSerif-Bold"));
 }
 
 TEST_F(AgentLife, AKilledAgentsLinksGoAtTheNextStartIfNobodyAsks) {

@@ -95,7 +95,7 @@ class FontLibraryTest : public testing::Test {
     std::sort(lines.begin(), lines.end());
     return lines;
   }
-  static bool IsListed(const std::string& name) { return platform::IsPostScriptNameActive(name); }
+  static bool IsListed(const std::string& name) { return platform::ActivePostScriptNames().contains(name); }
 
   test_support::TempFolder state_;
   test_support::TempFolder fonts_;

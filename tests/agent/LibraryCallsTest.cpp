@@ -179,7 +179,7 @@ TEST_F(LibraryCalls, ActivationIsRealIsToldAndIsGivenBack) {
   EXPECT_NE(vpi_.PreviewActivateFonts(Handle(), 1, &nimbus[1], 0), 0u);
   for (const uint32_t id : {serif, nimbus[0], mono}) EXPECT_TRUE(recorder_.Await(PluginInterface::kFontActivated, id));
   for (const char* name : {"LiberationSerif-Bold", "NimbusSans-Bold", "LiberationMono-Bold"}) {
-    EXPECT_TRUE(platform::IsPostScriptNameActive(name)) << name;
+    EXPECT_TRUE(platform::ActivePostScriptNames().contains(name)) << name;
   }
   EXPECT_EQ(StateOf(serif), "1");
   EXPECT_EQ(StateOf(mono), "3");
@@ -194,8 +194,8 @@ TEST_F(LibraryCalls, ActivationIsRealIsToldAndIsGivenBack) {
 
   EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 4, asked.data(), 0), 0u);
   EXPECT_TRUE(recorder_.Await(PluginInterface::kFontDeactivated, nimbus[0]));
-  EXPECT_FALSE(platform::IsPostScriptNameActive("LiberationSerif-Bold"));
-  EXPECT_TRUE(platform::IsPostScriptNameActive("LiberationMono-Bold"));
+  EXPECT_FALSE(platform::ActivePostScriptNames().contains("LiberationSerif-Bold"));
+  EXPECT_TRUE(platform::ActivePostScriptNames().contains("LiberationMono-Bold"));
 
   vpi_.UnregisterForNotifications(Handle(), &Recorder::Callback);
   const size_t count = recorder_.Count();

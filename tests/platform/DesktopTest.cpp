@@ -95,7 +95,7 @@ TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
   } rows[] = {{"DejaVuSans", true, true},        {"DejaVu Sans", false, true}, {"dejavusans", false, false},
               {"DejaVuSans-Bold", false, false}, {"", false, false},           {"DejaVu", false, false}};
   for (const auto& row : rows) {
-    EXPECT_EQ(IsPostScriptNameActive(row.name), row.isPostScriptName) << row.name;
+    EXPECT_EQ(ActivePostScriptNames().contains(row.name), row.isPostScriptName) << row.name;
     EXPECT_EQ(IsFontNameActive(row.name), row.isName) << row.name;
   }
 }
