@@ -66,7 +66,7 @@ TEST(FailedChecks, ReportOnceAtTheirLevelAndReturnTheCode) {
     EXPECT_THAT(log.lines,
                 ElementsAre(MatchesRegex(
                     "\\[Miscellaneous\\]\t\\[Error\\]\tError='CoreErrorCodes::kDatabaseError'  "
-                    "File='/.*/ErrorCodeTest.cpp'  Line=[0-9]+  Expression='\\(code\\)'  Code='218103808'  ")));
+                    "File='.*/ErrorCodeTest.cpp'  Line=[0-9]+  Expression='\\(code\\)'  Code='218103808'  ")));
     EXPECT_EQ(Checked(0), CoreErrorCodes::kNotFound);
     ASSERT_EQ(log.lines.size(), level == GLogger::kDebug ? 2u : 1u);
     EXPECT_THAT(log.lines.back(), testing::HasSubstr(level == GLogger::kDebug ? "[Debug]" : "[Error]"));
