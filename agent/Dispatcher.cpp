@@ -53,7 +53,7 @@ bool Arguments::Flag(const char* key) const {
 void Dispatcher::Add(const char* call, Needs needs, Handler handler) { entries_[call] = {needs, std::move(handler)}; }
 
 void Dispatcher::OnMessage(ClientID client, std::string_view message) {
-  Json json = Json::parse(message, nullptr, false);
+  Json json = MessageOfText(message);
   const bool isRequest = json.is_object() && json.contains("id") && json["id"].is_number_unsigned() &&
                          json.contains("call") && json["call"].is_string() &&
                          (!json.contains("arguments") || json["arguments"].is_object());

@@ -96,6 +96,13 @@ TEST_F(DispatcherTest, AnswersRequestsAndRefusesWhatIsNone) {
 TEST_F(DispatcherTest, SurvivesAMessageOfNothingButBrackets) {
   dispatcher_.OnMessage(5, std::string(1 << 20, '['));
   EXPECT_THAT(breaches_, ElementsAre(5));
+  const auto nested = [](size_t depth) {
+    return R"({"id":1,"call":"Sum","arguments":{"list":)" + std::string(depth, '[') + std::string(depth, ']') + "}}";
+  };
+  dispatcher_.OnMessage(6, nested(300));
+  EXPECT_THAT(breaches_, ElementsAre(5, 6));
+  dispatcher_.OnMessage(7, nested(100));
+  EXPECT_THAT(sent_, ElementsAre(kBadArgument));
 }
 
 // "Not found" must not mean "not yet".
