@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "agent/include/MessageDepth.h"
+
 namespace agent {
 
 namespace {
@@ -53,7 +55,7 @@ bool Arguments::Flag(const char* key) const {
 void Dispatcher::Add(const char* call, Needs needs, Handler handler) { entries_[call] = {needs, std::move(handler)}; }
 
 void Dispatcher::OnMessage(ClientID client, std::string_view message) {
-  Json json = MessageOfText(message);
+  Json json = agent_protocol::IsTooDeep(message) ? Json() : Json::parse(message, nullptr, false);
   const bool isRequest = json.is_object() && json.contains("id") && json["id"].is_number_unsigned() &&
                          json.contains("call") && json["call"].is_string() &&
                          (!json.contains("arguments") || json["arguments"].is_object());

@@ -18,6 +18,14 @@ uint16_t Short(std::string_view bytes, size_t at) {
   return static_cast<uint16_t>(static_cast<uint8_t>(bytes[at]) << 8 | static_cast<uint8_t>(bytes[at + 1]));
 }
 
+// A tag is four characters of ASCII in sound files, and in others whatever stands there.
+std::string Shown(std::string tag) {
+  for (char& c : tag) {
+    if (c < ' ' || c > '~') c = '?';
+  }
+  return tag;
+}
+
 }  // namespace
 
 bool SfntTables::IsCollection(std::string_view bytes) { return bytes.starts_with("ttcf"); }
@@ -62,7 +70,7 @@ std::optional<SfntTables> SfntTables::Parse(std::string_view bytes, uint32_t off
     const size_t start = Long(bytes, record + 8);
     const size_t length = Long(bytes, record + 12);
     if (start > bytes.size() || length > bytes.size() - start) {
-      problem = "table '" + tag + "' reaches beyond the end of the file";
+      problem = "table '" + Shown(tag) + "' reaches beyond the end of the file";
       return std::nullopt;
     }
     tables.tables_.emplace(tag, bytes.substr(start, length));

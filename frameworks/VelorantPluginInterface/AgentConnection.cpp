@@ -8,8 +8,8 @@
 #include <mutex>
 #include <thread>
 
+#include "agent/include/MessageDepth.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
-#include "platform/PropertyList.h"
 
 namespace plugin_interface {
 
@@ -37,26 +37,12 @@ struct AgentConnection::State {
   void Lose();
 };
 
-namespace {
-
-// What is nested deeper than values may be counts as no message, so that nobody has to go down there.
-Json Parse(const std::string& text) {
-  bool isTooDeep = false;
-  const auto look = [&](int depth, Json::parse_event_t, const Json&) {
-    isTooDeep |= depth > platform::kDeepestPropertyList;
-    return !isTooDeep;
-  };
-  Json message = Json::parse(text, look, false);
-  return isTooDeep ? Json() : message;
-}
-
-}  // namespace
-
 // Reads one message and puts it where it belongs; false if there is none to come.
 bool AgentConnection::State::ReadOne() {
   std::string text;
   if (platform::ReceiveMessage(socket.Get(), text)) return false;
-  Json message = Parse(text);
+  if (agent_protocol::IsTooDeep(text)) return false;
+  Json message = Json::parse(text, nullptr, false);
   if (!message.is_object()) return false;
   if (message.contains("notify")) {
     notifications.push_back(std::move(message));
