@@ -11,6 +11,7 @@
 
 #include "InputFile.h"
 #include "agent/include/AgentProtocol.h"
+#include "agent/include/MessageDepth.h"
 #include "frameworks/VelorantPluginInterface/AgentConnection.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
@@ -23,7 +24,7 @@ using platform::Dictionary;
 using platform::Value;
 using plugin_interface::Json;
 
-// Answers every call with the same result, one client after the other.
+// Answers every call of one client with the same result.
 class FakeAgent {
  public:
   FakeAgent() {
@@ -42,13 +43,11 @@ class FakeAgent {
 
  private:
   void Serve() {
-    for (;;) {
-      std::error_code error;
-      const platform::Descriptor client = platform::AcceptLocal(listening_.Get(), error);
-      std::string message;
-      while (!platform::ReceiveMessage(client.Get(), message)) {
-        if (platform::SendMessage(client.Get(), AnswerTo(message))) break;  // what is no message ends the connection
-      }
+    std::error_code error;
+    const platform::Descriptor client = platform::AcceptLocal(listening_.Get(), error);
+    std::string message;
+    while (!platform::ReceiveMessage(client.Get(), message)) {
+      CHECK(!platform::SendMessage(client.Get(), AnswerTo(message)));
     }
   }
   std::string AnswerTo(const std::string& message) {
@@ -129,7 +128,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::vector<std::string> messages;
   for (std::string line; std::getline(lines, line);) messages.push_back(line);
   Receive(messages);
-  if (messages.empty() || !Json::accept(messages[0])) return 0;
+  // What is no message ends the connection, as was just seen; here it stays.
+  if (messages.empty() || !Json::accept(messages[0]) || agent_protocol::IsTooDeep("[" + messages[0])) return 0;
   sAgent->SetResult(messages[0]);
   Call(GetPluginFacadeInstance());
   return 0;
