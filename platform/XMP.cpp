@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "platform/Files.h"
+#include "platform/Trace.h"
+#include "platform/XMPDepth.h"
 
 namespace platform {
 
@@ -263,6 +265,10 @@ bool TXMPFiles::OpenFile(const char* path, uint32_t format, XMP_OptionBits optio
   state_->path = path;
   state_->options = options;
   if (CheckReadable(path)) return false;  // the library takes a folder, and nothing at all, for a file
+  if (IsMetadataTooDeep(path, options & kXMPFiles_OpenUsePacketScanning)) {
+    ReportProblem(std::string(path) + ": its metadata is nested too deep to be read");
+    return false;
+  }
   std::string target = path;
   if (options & kXMPFiles_OpenForUpdate) {
     if (access(path, W_OK) != 0 || state_->copy.StageCopy(path, path)) return false;

@@ -85,8 +85,8 @@ class PLATFORM_API TXMPFiles {
 
   TXMPFiles();
   ~TXMPFiles();  // closes an open file without writing
-  // False if there is no such file, it cannot be read (for an update: written), or the library finds no way into it with
-  // these options. The format is kXMP_UnknownFile. What was open before is closed without writing.
+  // False if there is no such file, it cannot be read (for an update: written), the library finds no way into it with
+  // these options, or its metadata is nested so deep that the library would run out of stack (reported). The format is kXMP_UnknownFile. What was open before is closed without writing.
   bool OpenFile(const char* path, uint32_t format, XMP_OptionBits options);
   // False, and *meta as it was, if the file holds no metadata. This and PutXMP throw XMP_Error if no file is open.
   bool GetXMP(TXMPMeta* meta);

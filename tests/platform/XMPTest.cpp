@@ -199,5 +199,59 @@ TEST_F(XMPTest, DamagedDocumentsAreReadOrRefusedButNeverHarmed) {
   }
 }
 
+// The packet of metadata whose array stands so often in itself; the marks in it are no tags.
+std::string Nested(size_t depth) {
+  std::string packet =
+      "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+      "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description rdf:about=\"/>\" xmlns:t=\"" +
+      std::string(kNamespace) + "\"><!-- </a></a> --><t:list>";
+  for (size_t i = 0; i < depth; ++i) packet += "<rdf:Bag><!--</a>--><rdf:li>";
+  packet += "text";
+  for (size_t i = 0; i < depth; ++i) packet += "</rdf:li></rdf:Bag>";
+  return packet + "</t:list></rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>";
+}
+
+std::string Wide(const std::string& text) {
+  std::string wide;
+  for (const char c : text) wide += {'\0', c};
+  return wide;
+}
+
+// The sample with the bytes as its metadata, behind a resource of an odd name.
+std::string LayeredWith(std::string sample, const std::string& metadata) {
+  constexpr size_t kResources = 30;
+  const auto number = [](size_t value) {
+    return std::string{static_cast<char>(value >> 24), static_cast<char>(value >> 16), static_cast<char>(value >> 8),
+                       static_cast<char>(value)};
+  };
+  std::string resources = "8BIM" + std::string("\x0F\xA0\3abc", 6) + number(3) + "abc" + std::string(1, '\0');
+  resources += "8BIM" + std::string("\x04\x24\0\0", 4) + number(metadata.size()) + metadata;
+  if (metadata.size() % 2 != 0) resources.push_back('\0');
+  size_t old = 0;
+  for (size_t i = 0; i < 4; ++i) old = old << 8 | static_cast<uint8_t>(sample[kResources + i]);
+  return sample.replace(kResources, 4 + old, number(resources.size()) + resources);
+}
+
+TEST_F(XMPTest, WhatIsNestedWithoutEndIsRefused) {
+  const std::string sample = TempFolder::Content(SOURCE_DIR "/samples/no-text.psd");
+  const struct {
+    const char* name;
+    std::string bytes;
+    bool opens;
+  } rows[] = {{"sound.psd", LayeredWith(sample, Nested(100)), true},
+              {"deep.psd", LayeredWith(sample, Nested(60000)), false},
+              {"deep-wide.psd", LayeredWith(sample, "\xFE\xFF" + Wide(Nested(60000))), false},
+              {"unclosed.psd", LayeredWith(sample, Nested(60000).substr(0, 1000000)), false},
+              {"sound.txt", "before " + Nested(100) + "<a>" + Nested(2), true},
+              {"deep.txt", "before <rdf:RD" + Nested(100) + Nested(60000), false},
+              {"deep-wide.txt", Wide(Nested(60000)), false}};
+  for (const auto& row : rows) {
+    testing::internal::CaptureStderr();
+    TXMPFiles files;
+    EXPECT_EQ(Open(files, folder_.Write(row.name, row.bytes), kXMPFiles_OpenForRead), row.opens) << row.name;
+    EXPECT_EQ(testing::internal::GetCapturedStderr().find("nested too deep") == std::string::npos, row.opens);
+  }
+}
+
 }  // namespace
 }  // namespace platform
