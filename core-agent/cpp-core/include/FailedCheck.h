@@ -7,7 +7,8 @@
 #include "GLogger.h"
 
 // Logs "Error='...'  File='...'  Line=...  Expression='...'  Code='...'  " for the identifier of a subject area, with the
-// code's name, the source's path as the compiler was given it (from core-agent/ on it is always the same) and the code as a decimal number.
+// code's name, the source's path as the compiler was given it (from core-agent/ on it is always the same) and the code as
+// a decimal number.
 void ReportFailedCheck(const std::string& identifier, TModuleErrorCode code, const char* file, int line,
                        const char* expression, GLogger::LoggingLevel level = GLogger::kError);
 
