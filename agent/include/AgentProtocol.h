@@ -4,7 +4,7 @@
 // JSON object in platform/LocalSocket.h's framing.
 //   request       {"id": 7, "call": "ActivateFonts", "arguments": {...}}       id is unique within the connection
 //   reply         {"id": 7, "code": 0, "result": {...}}                        code is a TModuleErrorCode
-//   notification  {"notify": 8, "fontID": 12}  or {"notify": 2, "payload": {...}}   notify is an ECallbackKind
+//   notification  {"notify": 8, "fontID": 12}  or {"notify": 19, "payload": {...}}   notify is an ECallbackKind
 // Calls are named like the exported functions that they serve; arguments and results are listed in docs/PROTOCOL.md.
 // A connection is one client; what it activated and did not give back is given back when it ends, unless it said so
 // with "KeepActivations".

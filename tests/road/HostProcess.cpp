@@ -74,8 +74,17 @@ std::vector<Json> HostResult::Events() const {
 
 std::string HostProcess::BuiltHost() { return APP_DIR "/host/host"; }
 
-HostProcess::HostProcess(const std::vector<std::string>& arguments, const std::string& host) {
+HostProcess::HostProcess(const std::vector<std::string>& arguments, const std::string& host, Streams streams) {
   signal(SIGPIPE, SIG_IGN);  // a host that has ended is noticed by its output
+  if (streams == Streams::kTerminal) {
+    Descriptor ours(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    if (!ours || grantpt(ours.Get()) != 0 || unlockpt(ours.Get()) != 0) throw std::runtime_error("there is no terminal");
+    const Descriptor its(open(ptsname(ours.Get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    process_ = Spawn(host, arguments, {its.Get(), its.Get(), its.Get()});
+    input_ = Descriptor(fcntl(ours.Get(), F_DUPFD_CLOEXEC, 0));
+    output_ = std::move(ours);
+    return;
+  }
   Pipe input = MakePipe(), output = MakePipe(), errors = MakePipe();
   process_ = Spawn(host, arguments, {input.read.Get(), output.write.Get(), errors.write.Get()});
   input_ = std::move(input.write);
@@ -83,13 +92,20 @@ HostProcess::HostProcess(const std::vector<std::string>& arguments, const std::s
   errors_ = std::move(errors.read);
 }
 
-HostProcess::~HostProcess() {
-  if (process_ > 0) Kill();
+HostProcess::~HostProcess() { Kill(); }
+
+void HostProcess::Type(const std::string& keys) const {
+  EXPECT_EQ(write(input_.Get(), keys.data(), keys.size()), static_cast<ssize_t>(keys.size())) << keys;
 }
 
-void HostProcess::Send(const std::string& line) const {
-  const std::string whole = line + "\n";
-  EXPECT_EQ(write(input_.Get(), whole.data(), whole.size()), static_cast<ssize_t>(whole.size())) << line;
+void HostProcess::AwaitOutput(const std::string& text) {
+  size_t at = 0;
+  while ((at = result_.output.find(text, taken_)) == std::string::npos) {
+    if (ReadMore()) continue;
+    ADD_FAILURE() << "no \"" << text << "\" in " << result_.output.substr(taken_);
+    return;
+  }
+  taken_ = at + text.size();
 }
 
 // Takes what there is on either stream; false when both have ended.
@@ -98,6 +114,7 @@ bool HostProcess::ReadMore() {
   pollfd streams[] = {{output_.Get(), POLLIN, 0}, {errors_.Get(), POLLIN, 0}};
   if (poll(streams, 2, kMostMilliseconds) <= 0) {
     ADD_FAILURE() << "the host hangs; it has said: " << result_.errors;
+    Kill();
     return false;
   }
   for (const auto& [stream, text] : {std::pair(&output_, &result_.output), std::pair(&errors_, &result_.errors)}) {
@@ -133,6 +150,7 @@ Json HostProcess::NextEvent(const std::string& kind) {
 }
 
 void HostProcess::Kill() {
+  if (process_ <= 0) return;
   kill(process_, SIGKILL);
   waitpid(process_, nullptr, 0);
   process_ = -1;

@@ -22,17 +22,26 @@ struct HostResult {
   std::vector<Json> Events() const;
 };
 
+enum class Streams {
+  kPipes,
+  kTerminal,  // input, output and errors are one terminal, which writes "\r\n"; all that it shows is output
+};
+
 class HostProcess {
  public:
   // The program at `host`, by default the one that was built. Throws if it can't be started.
-  explicit HostProcess(const std::vector<std::string>& arguments, const std::string& host = BuiltHost());
+  explicit HostProcess(const std::vector<std::string>& arguments, const std::string& host = BuiltHost(),
+                       Streams streams = Streams::kPipes);
   ~HostProcess();  // kills what still runs
   HostProcess(const HostProcess&) = delete;
   HostProcess& operator=(const HostProcess&) = delete;
 
   static std::string BuiltHost();
 
-  void Send(const std::string& line) const;
+  void Send(const std::string& line) const { Type(line + "\n"); }
+  void Type(const std::string& keys) const;
+  // Reads on until this comes behind what was awaited before.
+  void AwaitOutput(const std::string& text);
   // The next line of the output, as JSON; null at its end.
   Json NextEvent();
   // Reads on to the next event of this kind; null if none comes.
@@ -48,7 +57,7 @@ class HostProcess {
   pid_t process_ = -1;
   platform::Descriptor input_, output_, errors_;
   HostResult result_;
-  size_t taken_ = 0;  // bytes of the output that have been given out as events
+  size_t taken_ = 0;  // bytes of the output that have been given out as events, or awaited
 };
 
 HostResult RunHost(const std::vector<std::string>& arguments, const std::string& host = HostProcess::BuiltHost());

@@ -36,7 +36,8 @@ class Life : public RoadTest {
 TEST_F(Life, OtherProgramsSeeTheFontsAsLongAsADocumentNeedsThem) {
   const std::string second = CopyOf(kPoster, "second.psd");
   HostProcess host(Arguments({"--interactive"}));
-  host.Send("set CloseFontsOnDocClose 1\nopen " + kPoster);
+  // The document is soon closed and opened again, while the console waits for the next command.
+  host.Send("set CloseFontsOnDocClose 1\nset RMF5 1\nopen " + kPoster);
   host.NextEvent("opened");
   EXPECT_THAT(state_.NamesByFontList(), IsSupersetOf(kPostersFonts));
   host.Send("open " + second);
