@@ -160,21 +160,23 @@ void SetOutlineChecksums(const std::vector<std::string_view>& outlines, std::str
   face.checksum = std::max(1u, Fnv1a(place, fnv));
 }
 
+// A text of a file that does not say in which encoding.
+std::string TextOf(const char* bytes) {
+  const std::string given = bytes ? bytes : "";
+  if (platform::IsValidUTF8(given)) return given;
+  return platform::DecodeText(given, platform::TextEncoding::kMacRoman).value_or("");
+}
+
 // What both kinds of file have; false with a problem if the face has no use as a font.
 bool ReadCommon(FT_Face face, FontFace& out, std::string& problem) {
   const char* name = FT_Get_Postscript_Name(face);
   if (!FT_IS_SCALABLE(face)) problem = "has no outlines";
   if (!name || !*name) problem = "has no PostScript name";
   if (!FT_IS_SCALABLE(face) || !name || !*name) return false;
-  const auto text = [](const char* bytes) {
-    const std::string given = bytes ? bytes : "";
-    if (platform::IsValidUTF8(given)) return given;
-    return platform::DecodeText(given, platform::TextEncoding::kMacRoman).value_or("");
-  };
-  out.postScriptName = text(name);
-  out.family = text(face->family_name);
+  out.postScriptName = TextOf(name);
+  out.family = TextOf(face->family_name);
   if (out.family.empty()) out.family = out.postScriptName;
-  out.style = text(face->style_name);
+  out.style = TextOf(face->style_name);
   return true;
 }
 
@@ -209,7 +211,7 @@ bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const
   out.kind = FT_HAS_MULTIPLE_MASTERS(face.get()) ? "PostScript - MM" : "Postscript";
   out.foundry = FoundryOf(face.get(), "");
   PS_FontInfoRec info{};
-  if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version) out.version = WithoutVersionWord(info.version);
+  if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version) out.version = WithoutVersionWord(TextOf(info.version));
   out.printerFont = fileName;
   FileReading reading(bytes);
   SetOutlineChecksums({bytes}, "", reading, out);

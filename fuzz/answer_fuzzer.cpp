@@ -129,8 +129,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (std::string line; std::getline(lines, line);) messages.push_back(line);
   Receive(messages);
   // What is no message ends the connection, as was just seen; here it stays.
-  if (messages.empty() || !Json::accept(messages[0]) || agent_protocol::IsTooDeep("[" + messages[0])) return 0;
-  sAgent->SetResult(messages[0]);
+  if (messages.empty() || agent_protocol::IsTooDeep("[" + messages[0])) return 0;
+  const Json result = Json::parse(messages[0], nullptr, false);
+  if (result.is_discarded()) return 0;
+  sAgent->SetResult(result.dump());
   Call(GetPluginFacadeInstance());
   return 0;
 }
