@@ -211,7 +211,8 @@ bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const
   out.kind = FT_HAS_MULTIPLE_MASTERS(face.get()) ? "PostScript - MM" : "Postscript";
   out.foundry = FoundryOf(face.get(), "");
   PS_FontInfoRec info{};
-  if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version) out.version = WithoutVersionWord(TextOf(info.version));
+  if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version)
+    out.version = WithoutVersionWord(TextOf(info.version));
   out.printerFont = fileName;
   FileReading reading(bytes);
   SetOutlineChecksums({bytes}, "", reading, out);
