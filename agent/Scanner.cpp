@@ -124,7 +124,8 @@ void Scanner::StoreInIndex(const IndexedFile& file) {
 
 void Scanner::NoteStoreProblem(const std::string& path, const StoreError& error) {
   const auto isSame = [&](const ScanProblem& problem) { return problem.message == error.what(); };
-  if (std::none_of(storeProblems_.begin(), storeProblems_.end(), isSame)) storeProblems_.push_back({path, error.what()});
+  if (std::none_of(storeProblems_.begin(), storeProblems_.end(), isSame))
+    storeProblems_.push_back({path, error.what()});
 }
 
 // False if the fonts can't be given IDs that last.

@@ -4,8 +4,8 @@
 #include <filesystem>
 
 #include "host/console/Commands.h"
-#include "host/console/Preferences.h"
 #include "host/console/PlainText.h"
+#include "host/console/Preferences.h"
 #include "host/console/Words.h"
 
 namespace console {

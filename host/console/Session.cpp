@@ -28,7 +28,8 @@ std::string AbsolutePath(const std::string& path) {
 // Lines of the host name the file, as given, by its real path or by its title, and the report names it anyway.
 std::string WithoutFile(const std::string& line, const std::string& file) {
   const std::string whole = AbsolutePath(file), title = std::filesystem::path(file).filename().string();
-  for (const std::string& prefix : {file + ": ", whole + ": ", host::ResolvedPath(file) + ": ", title + ": ", file + "/"}) {
+  for (const std::string& prefix :
+       {file + ": ", whole + ": ", host::ResolvedPath(file) + ": ", title + ": ", file + "/"}) {
     if (line.starts_with(prefix)) return line.substr(prefix.size());
   }
   return line;
@@ -62,7 +63,8 @@ void Session::CheckParts() {
     if (bundle && bundle->Load(&problem)) {
       bundle->Unload();
     } else {
-      report_.Error(framework, std::string("can't be loaded, so that ") + loss + ": " + WithoutFile(problem, framework));
+      report_.Error(framework,
+                    std::string("can't be loaded, so that ") + loss + ": " + WithoutFile(problem, framework));
     }
   }
 }

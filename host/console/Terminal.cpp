@@ -94,9 +94,9 @@ unsigned char Terminal::State::Complete(EditLine* editor, int) {
     el_insertstr(editor, text.c_str());
     return CC_REFRESH;
   }
-  std::fputs("\n", stdout);
-  for (const std::string& word : candidates.words) std::printf("%s  ", word.c_str());
-  std::fputs("\n", stdout);
+  std::fputs("\n", stderr);
+  for (const std::string& word : candidates.words) std::fprintf(stderr, "%s  ", word.c_str());
+  std::fputs("\n", stderr);
   return CC_REDISPLAY;
 }
 
@@ -104,7 +104,8 @@ Terminal::Terminal(std::function<std::vector<std::string>()> openDocuments) : st
   state_->openDocuments = std::move(openDocuments);
   if (!isatty(STDIN_FILENO)) return;
   std::setlocale(LC_CTYPE, "C.UTF-8");  // the editor counts characters; everything here is UTF-8
-  state_->editor = el_init("host", stdin, stdout, stderr);
+  // Standard output is the report's alone: it may go to a file or another program.
+  state_->editor = el_init("host", stdin, stderr, stderr);
   state_->history = history_init();
   if (!state_->editor || !state_->history) return;
   HistEvent event;
@@ -131,10 +132,11 @@ bool Terminal::ReadCommand(std::string& line) {
   if (!state_->editor) return ReadPlainLine(line);
   int length = 0;
   state_->isEditing = true;
+  el_set(state_->editor, EL_PREP_TERM, 1);  // before the prompt shows, or a quick Ctrl-D would be the terminal's own
   const char* text = el_gets(state_->editor, &length);
   state_->isEditing = false;
   if (!text || length <= 0) {
-    std::fputs("\n", stdout);
+    std::fputs("\n", stderr);
     return false;
   }
   line.assign(text, static_cast<size_t>(length));

@@ -106,6 +106,16 @@ TEST_F(BadInput, StoreOfTheUserThatIsDamagedIsKeptAndNothingIsActivated) {
   EXPECT_THAT(Events(result, "opened")[0]["activated"], IsEmpty());
 }
 
+TEST_F(BadInput, IdentificationThatCannotBeWrittenIsTold) {
+  // Without room for metadata in it.
+  const std::string document =
+      folder_.Write("no-packet.pdf", "%PDF-1.4\n/FontSet [ << /Name (DejaVuSans) >> ]\nstartxref\n0\n%%EOF\n");
+  const HostResult result = RunHost(Arguments({document, kNoText}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(Errors(result), ElementsAre(HasSubstr("the identification of its fonts could not be written")));
+  EXPECT_THAT(Events(result, "saved"), SizeIs(2));
+}
+
 TEST_F(BadInput, WithoutAgentOrFrameworksDocumentsOpenAllTheSame) {
   const std::string agent = "agent/Nexcore", interface = "agent/VelorantPluginInterface.framework",
                     boxes = "agent/PluginFiles", events = "host/Frameworks";

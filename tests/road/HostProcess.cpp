@@ -76,16 +76,20 @@ std::string HostProcess::BuiltHost() { return APP_DIR "/host/host"; }
 
 HostProcess::HostProcess(const std::vector<std::string>& arguments, const std::string& host, Streams streams) {
   signal(SIGPIPE, SIG_IGN);  // a host that has ended is noticed by its output
-  if (streams == Streams::kTerminal) {
+  Pipe output = MakePipe();
+  if (streams != Streams::kPipes) {
     Descriptor ours(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
-    if (!ours || grantpt(ours.Get()) != 0 || unlockpt(ours.Get()) != 0) throw std::runtime_error("there is no terminal");
+    if (!ours || grantpt(ours.Get()) != 0 || unlockpt(ours.Get()) != 0)
+      throw std::runtime_error("there is no terminal");
     const Descriptor its(open(ptsname(ours.Get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
-    process_ = Spawn(host, arguments, {its.Get(), its.Get(), its.Get()});
+    const bool isWhole = streams == Streams::kTerminal;
+    process_ = Spawn(host, arguments, {its.Get(), isWhole ? its.Get() : output.write.Get(), its.Get()});
     input_ = Descriptor(fcntl(ours.Get(), F_DUPFD_CLOEXEC, 0));
-    output_ = std::move(ours);
+    (isWhole ? output_ : errors_) = std::move(ours);
+    if (!isWhole) output_ = std::move(output.read);
     return;
   }
-  Pipe input = MakePipe(), output = MakePipe(), errors = MakePipe();
+  Pipe input = MakePipe(), errors = MakePipe();
   process_ = Spawn(host, arguments, {input.read.Get(), output.write.Get(), errors.write.Get()});
   input_ = std::move(input.write);
   output_ = std::move(output.read);

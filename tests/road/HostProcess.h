@@ -24,7 +24,8 @@ struct HostResult {
 
 enum class Streams {
   kPipes,
-  kTerminal,  // input, output and errors are one terminal, which writes "\r\n"; all that it shows is output
+  kTerminal,           // input, output and errors are one terminal, which writes "\r\n"; all that it shows is output
+  kTerminalAndOutput,  // the output goes to a pipe, and what the terminal shows is the errors
 };
 
 class HostProcess {

@@ -65,6 +65,14 @@ TEST_F(TerminalTest, ConsoleCompletesPathsAndShowsABatch) {
   EXPECT_EQ(result.status, 0) << "who sits there has seen what was not understood";
 }
 
+TEST_F(TerminalTest, PromptsStayOutOfTheOutput) {
+  HostProcess host(Arguments({"--interactive"}), HostProcess::BuiltHost(), Streams::kTerminalAndOutput);
+  host.Send("open " + kNoText + "\nquit");
+  const HostResult result = host.Finish();
+  EXPECT_THAT(result.Events(), testing::SizeIs(2));
+  EXPECT_THAT(result.errors, HasSubstr("> "));
+}
+
 TEST_F(TerminalTest, CommandsFromAPipeThatAreNotUnderstoodGiveTheirStatus) {
   HostProcess host(Arguments({"--interactive"}));
   host.Send("frob\nopen " + kNoText);

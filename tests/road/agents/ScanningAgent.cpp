@@ -32,7 +32,8 @@ bool Serve(const Descriptor& client) {
     reply["result"]["protocol"] = agent_protocol::kProtocolVersion;
   } else if (request["call"] == "GetScanReport") {
     for (const int step : {0, 200, 400}) {
-      const Json payload = {{"stepIndex", step}, {"numSteps", 400}, {"text", "/fonts/" + std::to_string(step) + ".otf"}};
+      const Json payload = {
+          {"stepIndex", step}, {"numSteps", 400}, {"text", "/fonts/" + std::to_string(step) + ".otf"}};
       Send(client, {{"notify", PluginInterface::kBulkReplicationProgress}, {"payload", payload}});
     }
     reply["result"] = {{"files", 400}, {"faces", 400}, {"problems", Json::array()}};
@@ -66,7 +67,6 @@ int main(int, char** arguments) {
   std::error_code error;
   const Descriptor listening = platform::ListenLocal(places.runtime, agent_protocol::kAgentSocketName, error);
   if (!listening) return 1;
-  const auto announcement =
-      platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier);
+  const auto announcement = platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier);
   Run(listening);
 }
