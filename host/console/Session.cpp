@@ -25,6 +25,13 @@ std::string AbsolutePath(const std::string& path) {
   return std::filesystem::absolute(path, error).lexically_normal().string();
 }
 
+// The path as a user in the current folder writes it, if it lies below.
+std::string FromHere(const std::string& path) {
+  std::error_code error;
+  const std::string here = std::filesystem::current_path(error).string() + "/";
+  return !error && path.starts_with(here) ? path.substr(here.size()) : path;
+}
+
 // Lines of the host name the file, as given, by its real path or by its title, and the report names it anyway.
 std::string WithoutFile(const std::string& line, const std::string& file) {
   const std::string whole = AbsolutePath(file), title = std::filesystem::path(file).filename().string();
@@ -275,7 +282,7 @@ void Session::SaveCopyInSandbox() {
   const std::string place = sandbox_.PlaceForCopy(document->name);
   if (!SaveTo(*document, place)) return;
   ReportSaved(*document, place);
-  report_.Note(document->name, "in the copy " + place);
+  report_.Note(document->name, "in the copy " + FromHere(place));
 }
 
 void Session::Close(const std::string& document) {
