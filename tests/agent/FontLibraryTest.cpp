@@ -185,24 +185,6 @@ TEST_F(FontLibraryTest, AnUnchangedFileIsNotReadAgainAndAChangedOneIs) {
   EXPECT_EQ(IDOf("LiberationMono-Bold"), id);  // the same place keeps its number
 }
 
-TEST_F(FontLibraryTest, ADroppedIndexLosesNothingOfTheUsers) {
-  fonts_.Write("a.ttf", Bytes(kBold));
-  fonts_.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
-  Start();
-  const uint32_t bold = IDOf("LiberationSerif-Bold"), nimbus = IDOf("NimbusSans-Bold");
-  library_->User().CreateSet("Mine", kFontLibrary.id, {nimbus, bold});
-  library_->Active().Activate(kClient, {bold}, agent_protocol::kActivated);
-  library_->Finish();
-  library_.reset();
-  fs::remove(state_ / "agent/index.db");
-  Start();
-  EXPECT_EQ(IDOf("LiberationSerif-Bold"), bold);
-  EXPECT_EQ(IDOf("NimbusSans-Bold"), nimbus);
-  EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
-  ASSERT_EQ(library_->User().Sets().size(), 1u);
-  EXPECT_THAT(library_->User().Sets()[0].fontIDs, ElementsAre(nimbus, bold));
-}
-
 TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
   fonts_.Write("a.ttf", Bytes(kBold));
   Start();

@@ -125,18 +125,6 @@ TEST_F(ServerTest, ServesSeveralClientsAndTellsWhenEachGoes) {
   EXPECT_THAT(gone_, testing::SizeIs(1));
 }
 
-TEST_F(ServerTest, ABrokenFrameEndsTheClientThatSentItAndNoOther) {
-  const platform::Descriptor sound = Connect();
-  const platform::Descriptor broken = Connect();
-  SendRaw(broken, "\xFF\xFF\xFF\xFF and more");
-  AwaitGone(1);
-  std::string nothing;
-  EXPECT_TRUE(platform::ReceiveMessage(broken.Get(), nothing));
-  SendRaw(sound, Framed("echo"));
-  AwaitMessages(1);
-  EXPECT_FALSE(platform::ReceiveMessage(sound.Get(), nothing));
-}
-
 TEST_F(ServerTest, NothingMoreIsTakenFromADroppedClient) {
   const platform::Descriptor socket = Connect();
   SendRaw(socket, Framed("drop me") + Framed("not this") + Framed("nor this"));

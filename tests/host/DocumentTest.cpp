@@ -148,7 +148,7 @@ TEST_F(DocumentTest, WriteThatFailsAnywhereLeavesTheOldFile) {
   const int32_t id = Open(path);
   application.Edit(id, "DejaVuSans");
   TakeEvents();
-  const std::vector<std::string> files = FilesInFolder();
+  const std::set<std::string> files = FilesInFolder();
   for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{4096}, rlim_t{before.size()}, rlim_t{before.size() + 2000}}) {
     const test_support::FullDisk full(limit);
     EXPECT_EQ(application.Save(id), path + ": File too large");

@@ -1,7 +1,5 @@
 #include "host/HostTest.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 
 #include "host/HostObjects.h"
@@ -71,18 +69,11 @@ void UseFonts(const std::string& folder) {
 
 }  // namespace
 
-HostTest::HostTest() {
-  std::string pattern = testing::TempDir() + "host-XXXXXX";
-  folder_ = fs::canonical(mkdtemp(pattern.data())).string();
-}
-
-HostTest::~HostTest() { platform::RemoveTree(folder_); }
-
 std::string HostTest::RecorderBundle() { return std::string(PLUGINS_DIR) + "/Recorder.plugin"; }
 
 void HostTest::SetUp() {
   sTest = this;
-  UseFonts(folder_);
+  UseFonts(folder_.Path());
   platform::Clock::SetDriven(1000);
   host::SetProblemSink([](const std::string& line) { sTest->problems.push_back(line); });
   SetHooks({RecordMessage, RecordEvent});
@@ -112,19 +103,6 @@ std::string HostTest::Sample(const std::string& name, const std::string& as) con
 std::string HostTest::Write(const std::string& name, const std::string& content) const {
   EXPECT_FALSE(platform::ReplaceFile(InFolder(name), content));
   return InFolder(name);
-}
-
-std::string HostTest::Read(const std::string& path) {
-  std::string content;
-  EXPECT_FALSE(platform::ReadFile(path, content)) << path;
-  return content;
-}
-
-std::vector<std::string> HostTest::FilesInFolder() const {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename().string());
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 int32_t HostTest::Open(const std::string& path) {

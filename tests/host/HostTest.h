@@ -11,22 +11,21 @@
 #include "host/HostApplication.h"
 #include "host/include/HostSuites.h"
 #include "platform/Window.h"
+#include "support/TempFolder.h"
 
 class HostTest : public testing::Test {
  public:
-  HostTest();
-  ~HostTest() override;
   void SetUp() override;
   void TearDown() override;
 
   static std::string RecorderBundle();
-  std::string InFolder(const std::string& name) const { return folder_ + "/" + name; }
+  std::string InFolder(const std::string& name) const { return folder_ / name; }
   // A copy of one of the sample documents in the test's folder, under its own or another name.
   std::string Sample(const std::string& name, const std::string& as = "") const;
   std::string Write(const std::string& name, const std::string& content) const;
-  static std::string Read(const std::string& path);
-  std::vector<std::string> FilesInFolder() const;  // names, sorted
-  int32_t Open(const std::string& path);           // expects success
+  static std::string Read(const std::string& path) { return test_support::TempFolder::Content(path); }
+  std::set<std::string> FilesInFolder() const { return folder_.Names(); }
+  int32_t Open(const std::string& path);  // expects success
 
   // What reached the plug-in and the windows, one line each, the documents' folder left out; cleared by the call.
   std::vector<std::string> TakeEvents() { return std::exchange(events, {}); }
@@ -42,5 +41,5 @@ class HostTest : public testing::Test {
   std::function<void(platform::Window&)> onOrder;
 
  private:
-  std::string folder_;
+  test_support::TempFolder folder_;
 };
