@@ -104,21 +104,6 @@ TEST_F(DocumentTest, OneFileIsOneDocumentUnderEveryName) {
   EXPECT_THAT(application.Documents().back().path, EndsWith("/no-text.psd"));
 }
 
-TEST_F(DocumentTest, FontNamesAreDistinctInTheOrderFound) {
-  Open(Sample("poster.psd"));
-  Open(Sample("leaflet.pdf"));
-  EXPECT_THAT(application.Documents()[0].fontNames, ElementsAre("AdobeInvisFont", "LiberationSerif-Bold",
-                                                                "NimbusSans-Regular", "NimbusSans-Bold", "DejaVuSans"));
-  EXPECT_THAT(application.Documents()[1].fontNames, IsEmpty()) << "its fonts are embedded";
-  application.Edit(1, "DejaVuSans");
-  application.Edit(1, "Added(1)\\");
-  EXPECT_EQ(application.Documents()[0].fontNames.size(), 6u);
-  EXPECT_EQ(application.Save(1), "");
-  application.Close(1);
-  Open(InFolder("poster.psd"));
-  EXPECT_EQ(application.Documents().back().fontNames.back(), "Added(1)\\");
-}
-
 TEST_F(DocumentTest, WhatCannotBeSavedStaysAsItIs) {
   const int32_t pdf = Open(Sample("leaflet.pdf"));
   const int32_t psd = Open(Sample("poster.psd"));

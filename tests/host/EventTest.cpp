@@ -16,12 +16,6 @@ using testing::IsEmpty;
 
 namespace {
 
-void PressEscape(platform::Window& window) {
-  platform::KeyEvent escape;
-  escape.keyCode = 53;
-  window.SendEvent(escape);
-}
-
 // Plays an event with the descriptor that `fill` makes.
 SPErr Play(FourCharCode event, const std::function<void(PIActionDescriptor)>& fill) {
   PIActionDescriptor descriptor = nullptr, result = nullptr;
@@ -70,20 +64,6 @@ TEST_F(EventTest, OpeningOrdersTheWindowBeforeItNotifies) {
   EXPECT_EQ(application.Close(id), "");
   EXPECT_THAT(TakeEvents(), ElementsAre("close current=none"));
   EXPECT_THAT(application.Windows(), IsEmpty());
-}
-
-TEST_F(EventTest, WindowHasTheLayoutThatSuppressionLooksFor) {
-  std::vector<platform::View> views;
-  onOrder = [&](platform::Window& window) {
-    views = window.ContentSubviews();
-    PressEscape(window);
-  };
-  Open(Sample("brochure.psd"));
-  ASSERT_GE(views.size(), 4u);
-  EXPECT_EQ(views[2].className, "NSButton");
-  EXPECT_THAT(views[1].title, HasSubstr("NoSuchFace-Regular"));
-  EXPECT_THAT(views[1].title, testing::Not(HasSubstr("AdobeInvisFont")));
-  EXPECT_THAT(application.Windows(), IsEmpty()) << "Escape came before the window showed, and counts";
 }
 
 TEST_F(EventTest, NoWindowWithoutMissingFonts) {
