@@ -117,7 +117,7 @@ Terminal::Terminal(std::function<std::vector<std::string>()> openDocuments) : st
   el_set(state_->editor, EL_SIGNAL, 1);
   el_set(state_->editor, EL_HIST, history, state_->history);
   el_set(state_->editor, EL_GETCFN, &State::GetCharacter);
-  el_set(state_->editor, EL_ADDFN, "complete", "complete a word", &State::Complete);
+  el_wset(state_->editor, EL_ADDFN, L"complete", L"complete a word", &State::Complete);  // el_set copies and leaks them
   el_set(state_->editor, EL_BIND, "^I", "complete", nullptr);
 }
 
