@@ -21,6 +21,8 @@ constexpr uint64_t kListeningTag = 0;  // no client has this number
 
 void MakeNonBlocking(int fd) { fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK); }
 
+platform::Descriptor OpenSpare() { return platform::Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)); }
+
 // 0 if nothing is there.
 ino_t InodeAt(const std::string& path) {
   struct stat info;
@@ -51,7 +53,7 @@ FrameReader::Result FrameReader::Next(std::string& message) {
 }
 
 Server::Server(platform::RunLoop& loop, ServerEvents events)
-    : loop_(loop), events_(std::move(events)), epoll_(epoll_create1(EPOLL_CLOEXEC)) {
+    : loop_(loop), events_(std::move(events)), epoll_(epoll_create1(EPOLL_CLOEXEC)), spare_(OpenSpare()) {
   // An epoll descriptor is itself readable when something that it watches is ready, to read or to write.
   loop_.WatchDescriptor(epoll_.Get(), [this] { OnReady(); });
 }
@@ -101,9 +103,19 @@ void Server::OnReady() {
   }
 }
 
-void Server::Accept() {
+// None if the client has gone, is not ours to serve, or was turned away.
+platform::Descriptor Server::TakeOrTurnAway() {
   std::error_code error;
   platform::Descriptor socket = platform::AcceptLocal(listening_.Get(), error);
+  if (error != std::errc::too_many_files_open && error != std::errc::too_many_files_open_in_system) return socket;
+  spare_.Close();
+  platform::AcceptLocal(listening_.Get(), error);
+  spare_ = OpenSpare();
+  return {};
+}
+
+void Server::Accept() {
+  platform::Descriptor socket = TakeOrTurnAway();
   if (!socket) return;
   MakeNonBlocking(socket.Get());
   const ClientID client = ++lastClient_;

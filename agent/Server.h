@@ -1,5 +1,6 @@
 // The agent's end of its socket: takes connections and whole messages in the framing of platform/LocalSocket.h, and
-// never waits for a client. A client that breaks the framing or leaves too much unread is disconnected.
+// never waits for a client. A client that breaks the framing or leaves too much unread is disconnected, and so is a new one
+// where this process may open no more files.
 #pragma once
 
 #include <cstdint>
@@ -60,6 +61,7 @@ class Server {
 
   void OnReady();
   void Accept();
+  platform::Descriptor TakeOrTurnAway();
   void Receive(ClientID client);
   bool Write(ClientID client, Connection& connection);
   void Watch(ClientID client, Connection& connection);
@@ -69,6 +71,7 @@ class Server {
   ServerEvents events_;
   platform::Descriptor epoll_;
   platform::Descriptor listening_;
+  platform::Descriptor spare_;  // its place takes a client that is turned away; in the queue it would keep us awake
   std::string socketPath_;
   ino_t socketInode_ = 0;
   std::map<ClientID, Connection> connections_;

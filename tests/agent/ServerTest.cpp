@@ -3,8 +3,12 @@
 
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
+#include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -141,6 +145,28 @@ TEST_F(ServerTest, AClientThatNeverReadsIsDroppedInTheEnd) {
   for (int i = 0; i < 10; ++i) server_.Send(last_, big);
   AwaitGone(1);
   EXPECT_THAT(gone_, ElementsAre(last_));
+}
+
+TEST_F(ServerTest, WithoutFilesToOpenANewClientIsTurnedAwayAndTheOthersAreServed) {
+  const platform::Descriptor served = Connect();
+  SendRaw(served, Framed("hello"));
+  AwaitMessages(1);
+  const platform::Descriptor turnedAway = Connect();
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit low{std::min<rlim_t>(before.rlim_cur, 256), before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &low);
+  std::vector<platform::Descriptor> all;
+  for (int fd = 0; (fd = dup(served.Get())) >= 0;) all.emplace_back(fd);
+  pollfd ended{turnedAway.Get(), POLLIN, 0};
+  EXPECT_TRUE(loop_.RunUntil([&] { return poll(&ended, 1, 0) > 0; }, kMostSeconds));
+  char byte = 0;
+  EXPECT_EQ(recv(turnedAway.Get(), &byte, 1, 0), 0);
+  SendRaw(served, Framed("still here"));
+  AwaitMessages(2);
+  all.clear();
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_TRUE(gone_.empty());
 }
 
 TEST_F(ServerTest, ANewServerTakesTheSocketOfADeadOneButNotOfALivingOne) {
