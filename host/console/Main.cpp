@@ -1,8 +1,10 @@
 #include "host/console/Main.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 
 #include "host/console/Boxes.h"
@@ -22,6 +24,7 @@ namespace {
 
 // Longer than the plug-in waits until it closes and reopens a document to have it drawn with its fonts.
 constexpr double kUntilReopened = 6;
+constexpr size_t kLongestPipedScript = 1u << 20;
 constexpr const char* kCloseGivesBack = "CloseFontsOnDocClose";
 
 int Refuse(const std::string& line) {
@@ -150,6 +153,19 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
   return report->Errors() == 0 ? kStatusWell : kStatusWrong;
 }
 
+// From a pipe too, such as a shell makes of a command's output.
+std::error_code ReadScriptFile(const std::string& path, std::string& text) {
+  const std::error_code error = platform::ReadFile(path, text);
+  if (error != std::errc::not_supported) return error;
+  std::ifstream pipe(path, std::ios::binary);
+  std::array<char, 4096> piece;
+  while (pipe.read(piece.data(), piece.size()) || pipe.gcount() > 0) {
+    text.append(piece.data(), static_cast<size_t>(pipe.gcount()));
+    if (text.size() > kLongestPipedScript) return std::make_error_code(std::errc::file_too_large);
+  }
+  return pipe.eof() ? std::error_code() : std::make_error_code(std::errc::io_error);
+}
+
 }  // namespace
 
 int Main(const std::vector<std::string>& arguments) {
@@ -163,7 +179,7 @@ int Main(const std::vector<std::string>& arguments) {
   std::vector<ScriptLine> script;
   if (!options.script.empty()) {
     std::string text;
-    if (const std::error_code error = platform::ReadFile(options.script, text)) {
+    if (const std::error_code error = ReadScriptFile(options.script, text)) {
       MakeReport(options)->Error(options.script, platform::DescribeError(error));
       return kStatusWrong;
     }

@@ -82,6 +82,14 @@ TEST_F(TerminalTest, CommandsFromAPipeThatAreNotUnderstoodGiveTheirStatus) {
   EXPECT_EQ(Events(result, "opened").size(), 1u);
 }
 
+TEST_F(TerminalTest, ScriptComesFromAPipeToo) {
+  HostProcess host(Arguments({"--script", "/dev/stdin"}));
+  host.Send("open " + kNoText + "\nclose");
+  const HostResult result = host.Finish();
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_THAT(result.Events(), testing::SizeIs(2));
+}
+
 TEST_F(TerminalTest, OddNamesStayOnTheirLine) {
   const std::string odd = folder_ / "new\nline\033[31m.psd", noText = folder_ / "\xFF.psd";
   std::filesystem::copy_file(kNoText, odd);
