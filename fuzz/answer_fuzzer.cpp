@@ -9,13 +9,15 @@
 #include <thread>
 #include <vector>
 
-#include "InputFile.h"
+#include "Check.h"
+#include "Input.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
 #include "frameworks/VelorantPluginInterface/AgentConnection.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
 #include "platform/Folders.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -57,7 +59,7 @@ class FakeAgent {
     return R"({"id":)" + std::to_string(request["id"].get<uint64_t>()) + R"(,"code":0,"result":)" + result + "}";
   }
 
-  InputFolder folder_;
+  test_support::TempFolder folder_;
   platform::Descriptor listening_;
   std::mutex mutex_;
   std::string result_ = "{}";

@@ -2,10 +2,11 @@
 #include "Check.h"
 #include "GConfigurationFile.h"
 #include "GStringUtils.h"
+#include "Input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   GConfigurationFile::Values values, again;
-  CHECK(GConfigurationFile::ParseString(std::string(reinterpret_cast<const char*>(data), size), values) == 0);
+  CHECK(GConfigurationFile::ParseString(std::string(BytesOf(data, size)), values) == 0);
   std::string text;
   for (const auto& [key, value] : values) {
     CHECK(!key.empty() && key == GStringUtils::OSToLowerCase(key) && key == GStringUtils::StripWhitespace(key));

@@ -3,6 +3,7 @@
 #include <climits>
 
 #include "Check.h"
+#include "Input.h"
 #include "agent/FontFile.h"
 #include "agent/FontRecord.h"
 #include "platform/TextEncoding.h"
@@ -27,7 +28,7 @@ void CheckFace(const FontFace& face) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const FontFileReader sReader;
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::string_view bytes = BytesOf(data, size);
   const FontFileContent content = sReader.Parse(bytes, "font.ttf");
   CHECK((content.verdict == FontVerdict::kFont) == !content.faces.empty());
   CHECK(content.verdict != FontVerdict::kNotAFont);

@@ -4,6 +4,7 @@
 
 #include "Check.h"
 #include "GJSONUtils.h"
+#include "Input.h"
 #include "platform/TextEncoding.h"
 
 namespace {
@@ -46,7 +47,7 @@ void ReadMembers(const Node& root) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string text(BytesOf(data, size));
   nlohmann::json other;
   GJSONUtils::Parse(text, other);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Check.h"
+#include "Input.h"
 #include "host/FontSets.h"
 #include "host/TextLayer.h"
 
@@ -36,7 +37,7 @@ void CheckAdded(std::string_view bytes, const LayeredFile& file, const std::stri
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::string_view bytes = BytesOf(data, size);
   for (const std::string& name : FontNamesInBytes(bytes)) {
     CHECK(FontNamesInBytes("/FontSet [ << /Name " + TextDataString(name) + " >> ]") == std::vector<std::string>{name});
   }

@@ -1,20 +1,15 @@
 // Any bytes as a document with metadata: its fonts are read, or a code says why not. What is then written into it as its
 // slug is read back; a failed write leaves the document as it was.
-#include <iterator>
-
+#include "Check.h"
 #include "Identification/FontKeys.h"
-#include "InputFile.h"
+#include "Input.h"
 #include "Readers/XMPFontMetadata.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
 using platform::Array;
 using platform::Dictionary;
-
-std::string Content(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 Array NewFonts() {
   const Array fonts = Array::Create();
@@ -34,7 +29,7 @@ void CheckRecords(const Array& fonts) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const InputFolder sFolder;
+  static const test_support::TempFolder sFolder;
   static const int sInitialized = InitializeGlyphsureXMP();
   CHECK(sInitialized == 0);
   const std::string_view bytes = BytesOf(data, size);
@@ -44,10 +39,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CHECK(read == CoreErrorCodes::kSuccess || read == CoreErrorCodes::kNotFound || read == CoreErrorCodes::kUnknownError);
   CheckRecords(slug);
   CheckRecords(adobe);
-  CHECK(Content(path) == bytes);
+  CHECK(sFolder.Content(path) == bytes);
 
   const TModuleErrorCode written = WriteXMPGlyphsureSlugToFile(path, NewFonts());
-  if (written == CoreErrorCodes::kUnknownError) CHECK(Content(path) == bytes);
+  if (written == CoreErrorCodes::kUnknownError) CHECK(sFolder.Content(path) == bytes);
   if (written != CoreErrorCodes::kSuccess) return 0;
   const Array again = Array::Create();
   CHECK(ReadXMPGlyphsureSlugFromFile(path, again) == CoreErrorCodes::kSuccess);

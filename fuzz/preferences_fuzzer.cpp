@@ -2,11 +2,13 @@
 // kept aside.
 #include "frameworks/VelorantPlugins/Preferences.h"
 
-#include "InputFile.h"
+#include "Check.h"
+#include "Input.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
 #include "platform/PropertyList.h"
 #include "platform/Trace.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -31,7 +33,7 @@ void CheckReads(Preferences& preferences, const Dictionary& before) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const InputFolder sFolder;
+  static const test_support::TempFolder sFolder;
   Places places;
   places.preferencesFile = sFolder.Path() + "/preferences.plist";
   SetPlaces(places);

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "Check.h"
+#include "Input.h"
 #include "platform/PropertyList.h"
 #include "platform/TextEncoding.h"
 
@@ -84,7 +85,7 @@ void CheckWritten(const Value& value, bool mustBeWritable) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::string_view bytes = BytesOf(data, size);
   const PropertyListResult read = ParseXMLPropertyList(bytes);
   CHECK(static_cast<bool>(read.value) == read.error.empty());
   CHECK(read.error.find('\n') == std::string::npos);

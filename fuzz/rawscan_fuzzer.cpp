@@ -2,8 +2,10 @@
 // stands before, and where the windows on the file end, makes no difference.
 #include <algorithm>
 
-#include "InputFile.h"
+#include "Check.h"
+#include "Input.h"
 #include "Readers/CommonFunctionality.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -38,7 +40,7 @@ void CheckNames(const Names& names, std::string_view document, size_t scans) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const InputFolder sFolder;
+  static const test_support::TempFolder sFolder;
   const std::string document = "xx" + std::string(BytesOf(data, size));
   DocumentBytes inMemory(document);
   const Names names = Scan(inMemory);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Check.h"
+#include "Input.h"
 #include "agent/Calls.h"
 #include "agent/Server.h"
 
@@ -52,7 +53,7 @@ void CheckReply(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::string_view bytes = BytesOf(data, size);
   const Stream stream = Cut(bytes, std::max<size_t>(size, 1));
   const Stream inPieces = Cut(bytes, 3);
   CHECK(stream.messages == inPieces.messages && stream.isBroken == inPieces.isBroken);

@@ -6,6 +6,7 @@
 #include "Check.h"
 #include "GString.h"
 #include "GStringUtils.h"
+#include "Input.h"
 #include "XCore/ECFExtensions/TextConversion.h"
 #include "platform/TextEncoding.h"
 
@@ -76,7 +77,7 @@ void Edit(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string text(BytesOf(data, size));
   ConvertUnicode(text);
   ConvertThroughIconv(text);
   ConvertPascal(text);

@@ -7,9 +7,10 @@
 namespace console {
 
 inline constexpr int kStatusWell = 0;
-inline constexpr int kStatusWrong = 1;  // something went wrong; it was said what
-inline constexpr int kStatusUnknown =
-    2;  // a command or option is not known or not well formed; nothing was done for it
+// Something went wrong; it was said what.
+inline constexpr int kStatusWrong = 1;
+// A command or option is not known or not well formed; nothing was done for it.
+inline constexpr int kStatusUnknown = 2;
 
 // Without the program's name; gives the exit status.
 int Main(const std::vector<std::string>& arguments);

@@ -30,11 +30,13 @@ class TempFolder {
   const std::string& Path() const { return path_; }
   std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  // A file with this content, with the folders above it; its path.
+  // A file with this content and no other, with the folders above it; its path.
   std::string Write(std::string_view name, std::string_view content) const {
     const std::string path = *this / name;
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary) << content;
+    std::ofstream file(path, std::ios::binary);
+    file << content;
+    if (!file.flush()) throw std::runtime_error(path + " can't be written");
     return path;
   }
   // What a file holds; empty for a missing one.
