@@ -154,14 +154,15 @@ ActivationOutcome Activations::Activate(ClientID client, const std::vector<uint3
 // Nothing is said to be active that the font service does not list: a font that its configuration rejects, say.
 void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& linkedNow, ActivationOutcome& outcome) {
   if (linkedNow.empty()) return;
-  std::set<std::string> seen;
+  // By place, not by name: the font service does not clean names as we do.
+  std::set<std::pair<uint32_t, int32_t>> seen;
   for (const platform::ActiveFont& font : platform::ActiveFonts()) {
-    if (parts_.folder.Holds(font.file)) seen.insert(font.postScriptName);
+    if (const auto linkID = parts_.folder.IDOfLink(font.file)) seen.emplace(*linkID, font.faceIndex);
   }
   std::vector<uint32_t> stay;
   for (const uint32_t id : outcome.activated) {
     const Font* font = parts_.table.Find(id);
-    if (!linkedNow.contains(font->path) || seen.contains(font->face.postScriptName)) {
+    if (!linkedNow.contains(font->path) || seen.contains({linkedFiles_.at(font->path), font->face.faceIndex})) {
       stay.push_back(id);
       continue;
     }

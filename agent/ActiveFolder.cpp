@@ -9,7 +9,6 @@
 #include <charconv>
 #include <filesystem>
 #include <memory>
-#include <optional>
 
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -148,6 +147,10 @@ bool ActiveFolder::Holds(const std::string& path) const {
   if (folder.parent_path() == root_) return true;
   std::error_code error;
   return std::filesystem::canonical(folder.parent_path(), error).string() == realRoot_ && !error;
+}
+
+std::optional<uint32_t> ActiveFolder::IDOfLink(const std::string& path) const {
+  return Holds(path) ? IDOfName(std::string_view(path).substr(path.rfind('/') + 1)) : std::nullopt;
 }
 
 }  // namespace agent

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -48,8 +49,9 @@ class ActiveFolder {
 
   const std::string& Root() const { return root_; }
   bool PrefersHardLinks() const { return kind_ == LinkKind::kHardPreferred; }
-  // Whether a path that fontconfig reports is one of these links.
+  // Whether a path that fontconfig reports is one of these links, and the ID that such a link is named by.
   bool Holds(const std::string& path) const;
+  std::optional<uint32_t> IDOfLink(const std::string& path) const;
 
  private:
   static constexpr size_t kFolders = 16;

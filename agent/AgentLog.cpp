@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "agent/ShownText.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Clock.h"
 
@@ -22,7 +23,8 @@ std::error_code AgentLog::Open(const std::string& path) {
   return file_ ? std::error_code() : std::error_code(errno, std::generic_category());
 }
 
-void AgentLog::Write(const std::string& line) const {
+void AgentLog::Write(const std::string& text) const {
+  const std::string line = WithoutControls(text, "\uFFFD");
   std::fprintf(stderr, "%s: %s\n", agent_protocol::kAgentName, line.c_str());
   if (!file_) return;
   const std::time_t now = static_cast<std::time_t>(platform::Clock::WholeSeconds());

@@ -16,8 +16,8 @@ class AgentLog {
   // From here on lines go to the file, too, at its end. A file that has grown beyond kLongestFile is put aside first as
   // path + ".old", in place of the one before.
   std::error_code Open(const std::string& path);
-  // One line, without its end; the file gets the time before it.
-  void Write(const std::string& line) const;
+  // One line, without its end; the file gets the time before it. Control characters in it are shown as U+FFFD.
+  void Write(const std::string& text) const;
 
  private:
   platform::Descriptor file_;

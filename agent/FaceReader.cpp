@@ -12,6 +12,7 @@
 #include <new>
 
 #include "agent/Checksums.h"
+#include "agent/ShownText.h"
 #include "platform/TextEncoding.h"
 
 namespace agent {
@@ -37,9 +38,10 @@ Face OpenFace(const FreeTypeLibrary& library, std::string_view bytes, int index,
 
 std::string DecodeName(const FT_SfntName& name) {
   const std::string_view bytes(reinterpret_cast<const char*>(name.string), name.string_len);
-  const bool isMac = name.platform_id == TT_PLATFORM_MACINTOSH;
-  const auto encoding = isMac ? platform::TextEncoding::kMacRoman : platform::TextEncoding::kUTF16BE;
-  return platform::TrimWhitespace(platform::DecodeText(bytes, encoding).value_or(""));
+  const std::string text = name.platform_id == TT_PLATFORM_MACINTOSH
+                               ? platform::DecodeText(bytes, platform::TextEncoding::kMacRoman).value_or("")
+                               : DecodeUTF16(bytes);
+  return platform::TrimWhitespace(WithoutControls(text));
 }
 
 // How far a record of the name table is what an English user sees; 0 for one that is not looked at.
@@ -99,11 +101,14 @@ std::string VendorOf(FT_Face face) {
   return vendor == "UKWN" ? "" : vendor;  // the registry's own tag for an unknown vendor
 }
 
+// A document stores "unknown", in any case, as "--"; the font's record must say the same to be recognised by it.
 std::string FoundryOf(FT_Face face, const std::string& manufacturer) {
+  constexpr const char* kNoFoundry = "--";
   for (const std::string& foundry : {manufacturer, MakerInNotice(face), VendorOf(face)}) {
+    if (platform::EqualCaseless(foundry, "unknown")) return kNoFoundry;
     if (!foundry.empty()) return foundry;
   }
-  return "--";
+  return kNoFoundry;
 }
 
 std::string SfntVersion(FT_Face face) {
@@ -163,17 +168,16 @@ void SetOutlineChecksums(const std::vector<std::string_view>& outlines, std::str
 // A text of a file that does not say in which encoding.
 std::string TextOf(const char* bytes) {
   const std::string given = bytes ? bytes : "";
-  if (platform::IsValidUTF8(given)) return given;
-  return platform::DecodeText(given, platform::TextEncoding::kMacRoman).value_or("");
+  if (platform::IsValidUTF8(given)) return WithoutControls(given);
+  return WithoutControls(platform::DecodeText(given, platform::TextEncoding::kMacRoman).value_or(""));
 }
 
 // What both kinds of file have; false with a problem if the face has no use as a font.
 bool ReadCommon(FT_Face face, FontFace& out, std::string& problem) {
-  const char* name = FT_Get_Postscript_Name(face);
+  out.postScriptName = TextOf(FT_Get_Postscript_Name(face));
   if (!FT_IS_SCALABLE(face)) problem = "has no outlines";
-  if (!name || !*name) problem = "has no PostScript name";
-  if (!FT_IS_SCALABLE(face) || !name || !*name) return false;
-  out.postScriptName = TextOf(name);
+  if (out.postScriptName.empty()) problem = "has no PostScript name";
+  if (!FT_IS_SCALABLE(face) || out.postScriptName.empty()) return false;
   out.family = TextOf(face->family_name);
   if (out.family.empty()) out.family = out.postScriptName;
   out.style = TextOf(face->style_name);
@@ -213,7 +217,7 @@ bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const
   PS_FontInfoRec info{};
   if (FT_Get_PS_Font_Info(face.get(), &info) == 0 && info.version)
     out.version = WithoutVersionWord(TextOf(info.version));
-  out.printerFont = fileName;
+  out.printerFont = ShownPath(fileName);
   FileReading reading(bytes);
   SetOutlineChecksums({bytes}, "", reading, out);
   return true;

@@ -3,6 +3,7 @@
 
 #include "agent/Calls.h"
 #include "agent/FontRecord.h"
+#include "agent/ShownText.h"
 
 namespace agent {
 
@@ -83,7 +84,7 @@ Reply GetScanReport(const FontLibrary& library) {
   const ScanReport& report = library.Scans().Report();
   Json problems = Json::array();
   for (const ScanProblem& problem : report.problems) {
-    problems.push_back({{"path", problem.path}, {"message", problem.message}});
+    problems.push_back({{"path", ShownPath(problem.path)}, {"message", problem.message}});
   }
   return {kSuccess, {{"files", report.files}, {"faces", report.faces}, {"problems", problems}}};
 }

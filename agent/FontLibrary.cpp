@@ -1,5 +1,6 @@
 #include "agent/FontLibrary.h"
 
+#include "agent/ShownText.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 
@@ -84,7 +85,8 @@ void FontLibrary::FinishScan() {
 
 void FontLibrary::WriteScanLog() const {
   std::string text;
-  for (const ScanProblem& problem : scanner_.Report().problems) text += problem.path + ": " + problem.message + "\n";
+  for (const ScanProblem& problem : scanner_.Report().problems)
+    text += ShownPath(problem.path) + ": " + problem.message + "\n";
   if (const std::error_code error = platform::ReplaceFile(logPath_, text)) {
     events_.report(logPath_ + ": " + platform::DescribeError(error));
   }

@@ -1,5 +1,7 @@
 #include "agent/FontRecord.h"
 
+#include "agent/ShownText.h"
+
 namespace agent {
 
 Json MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state) {
@@ -14,11 +16,11 @@ Json MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state
       {"Checksum", std::to_string(face.checksum)},
       {"Glyphsure_1.2_Checksum", std::to_string(face.glyphsureChecksum)},
       {"OutlineFileSize", std::to_string(font.fileSize)},
-      {"OutlineFileName", font.path.substr(font.path.rfind('/') + 1)},
+      {"OutlineFileName", ShownPath(font.path.substr(font.path.rfind('/') + 1))},
       {"Family", face.family},
       {"AssignedFamilyID", std::to_string(font.familyID)},
       {"AssignedFamilyName", face.family},
-      {"Path", font.path},
+      {"Path", ShownPath(font.path)},
       {"DatabaseID", std::to_string(font.id)},
       {"ActivationStatus", std::to_string(state)},
       {"IsVault", "0"},

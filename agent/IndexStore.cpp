@@ -12,7 +12,7 @@ namespace agent {
 namespace {
 
 // Raised whenever the reader finds more or other things in a file: rows of another version are not used.
-constexpr int kIndexVersion = 1;
+constexpr int kIndexVersion = 2;
 
 constexpr const char* kTables = R"(
 CREATE TABLE files(path TEXT PRIMARY KEY, device INTEGER, inode INTEGER, size INTEGER, modified INTEGER,

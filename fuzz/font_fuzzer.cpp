@@ -6,6 +6,7 @@
 #include "Input.h"
 #include "agent/FontFile.h"
 #include "agent/FontRecord.h"
+#include "platform/PropertyList.h"
 #include "platform/TextEncoding.h"
 
 namespace {
@@ -21,7 +22,11 @@ void CheckFace(const FontFace& face) {
   Font font;
   font.path = "/fonts/font.ttf";
   font.face = face;
-  CHECK(Json::parse(ToText(MakeFontRecord(font, agent_protocol::kInactive)))["PostScriptName"] == face.postScriptName);
+  const Json parsed = Json::parse(ToText(MakeFontRecord(font, agent_protocol::kInactive)));
+  CHECK(parsed["PostScriptName"] == face.postScriptName);
+  platform::Dictionary record = platform::Dictionary::Create();
+  for (const auto& [key, value] : parsed.items()) record.Set(key, value.get<std::string>());
+  CHECK(!platform::CreateXMLPropertyList(record).empty());
 }
 
 }  // namespace

@@ -330,12 +330,12 @@ std::string ToLowercase(std::string_view text) {
     return out;
   }
   if (!AreForICU(text, "")) return std::string(text);
-  return UTF8(Unicode(text).toLower());
+  return UTF8(Unicode(text).toLower(icu::Locale::getRoot()));
 }
 
 std::string Capitalize(std::string_view text) {
   if (!AreForICU(text, "")) return std::string(text);
-  return UTF8(Unicode(text).toTitle(nullptr));
+  return UTF8(Unicode(text).toTitle(nullptr, icu::Locale::getRoot()));
 }
 
 std::string TrimWhitespace(std::string_view text) {

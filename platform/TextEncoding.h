@@ -41,6 +41,7 @@ PLATFORM_API int CompareLocalizedCaseless(std::string_view a, std::string_view b
 PLATFORM_API int CompareNumerically(std::string_view a, std::string_view b);        // runs of digits by value
 PLATFORM_API bool EqualCaseless(std::string_view a, std::string_view b);
 PLATFORM_API bool ContainsCaseless(std::string_view text, std::string_view part);
+// Neither depends on the user's locale: documents store what comes of them.
 PLATFORM_API std::string ToLowercase(std::string_view text);
 // The first letter of each word in upper case, the others in lower case.
 PLATFORM_API std::string Capitalize(std::string_view text);

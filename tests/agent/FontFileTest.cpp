@@ -64,6 +64,47 @@ TEST(FontFile, ReadsWhatIdentifiesAFace) {
   }
 }
 
+std::string BigEndian(std::u16string_view text) {
+  std::string bytes;
+  for (const char16_t unit : text) bytes += {static_cast<char>(unit >> 8), static_cast<char>(unit)};
+  return bytes;
+}
+
+std::string Replaced(std::string bytes, const std::string& what, std::string with) {
+  with.resize(what.size(), ' ');
+  const size_t at = bytes.find(what);
+  if (at == std::string::npos) throw std::runtime_error("the font has no " + what);
+  return bytes.replace(at, what.size(), with);
+}
+
+// What no record could carry is left out, and no maker has one name.
+TEST(FontFile, CleansNames) {
+  const std::pair<std::u16string, const char*> makers[] = {
+      {u"Tab\tline\nend\x1B[31m", "Tablineend[31m"},
+      {u"\x85\x9B\x7F\xFFFE\xFFFFMaker\xE9", "Maker\u00E9"},
+      {{u'a', 0xD800, u'b', 0xDC00, 0xD800, u'c', 0xD83D, 0xDE00, 0xD800}, "abc\U0001F600"},
+      {u"unKNOWN", "--"},
+      {u"Unknown Foundry", "Unknown Foundry"},
+  };
+  const FontFileReader reader;
+  const std::string font = Bytes(kLiberation + "LiberationSerif-Bold.ttf");
+  for (const auto& [maker, foundry] : makers) {
+    std::u16string padded = maker;
+    padded.resize(20, u' ');
+    const std::string bytes = Replaced(font, BigEndian(u"Ascender Corporation"), BigEndian(padded));
+    const FontFileContent content = reader.Parse(bytes, "font.ttf");
+    ASSERT_EQ(content.faces.size(), 1u);
+    EXPECT_EQ(content.faces[0].foundry, foundry);
+  }
+  const std::string t1 =
+      Replaced(Bytes(kType1 + "NimbusSans-Bold.t1"), "/FontName /NimbusSans-Bold", "/FontName /Nim\1\x7F");
+  const FontFileContent content = reader.Parse(Replaced(t1, "(Nimbus Sans)", "(N\1mbus\2)"), "odd\n\x1B.t1");
+  ASSERT_EQ(content.faces.size(), 1u);
+  EXPECT_EQ(content.faces[0].postScriptName, "Nim");
+  EXPECT_EQ(content.faces[0].family, "Nmbus");
+  EXPECT_EQ(content.faces[0].printerFont, "odd\uFFFD\uFFFD.t1");
+}
+
 TEST(FontFile, ChecksumsTellEveryDebianFontFromTheOthers) {
   const FontFileReader reader;
   std::set<uint32_t> checksums, glyphsures;

@@ -9,9 +9,11 @@
 #include <filesystem>
 #include <memory>
 
+#include "agent/FontRecord.h"
 #include "platform/Clock.h"
 #include "platform/Folders.h"
 #include "platform/Fonts.h"
+#include "platform/PropertyList.h"
 #include "support/DebianFonts.h"
 #include "support/FullDisk.h"
 #include "support/TempFolder.h"
@@ -237,6 +239,22 @@ TEST_F(FontLibraryTest, AReplacedFileIsLinkedAnewAndABrokenOneLetGo) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
   EXPECT_THAT(active_, IsEmpty());
   unsetenv("XDG_DATA_HOME");
+}
+
+// Names and paths may hold anything; the font is there all the same, with a record that can be written as XML.
+TEST_F(FontLibraryTest, AFontWithControlCharactersInItsNamesIsServed) {
+  std::string font = Bytes(kType1 + "NimbusSans-Bold.t1");
+  const std::string name = "/FontName /NimbusSans-Bold";
+  font.replace(font.find(name), name.size(), "/FontName /Nim\1\x1B-Sans-Bold");
+  fonts_.Write("odd\1\n\x1B[31m.t1", font);
+  Start();
+  const uint32_t id = IDOf("Nim-Sans-Bold");
+  ASSERT_NE(id, 0u);
+  EXPECT_THAT(library_->Active().Activate(kClient, {id}, kAutoActivated).activated, ElementsAre(id));
+  platform::Dictionary record = platform::Dictionary::Create();
+  const Json texts = MakeFontRecord(*library_->Table().Find(id), kAutoActivated);
+  for (const auto& [key, value] : texts.items()) record.Set(key, value.get<std::string>());
+  EXPECT_THAT(platform::CreateXMLPropertyList(record), HasSubstr("odd\uFFFD\uFFFD\uFFFD[31m.t1"));
 }
 
 // A library that holds the folder of links, as a home folder may, has no more in it for what is active.

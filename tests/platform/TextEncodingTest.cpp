@@ -2,6 +2,7 @@
 #include "platform/TextEncoding.h"
 
 #include <gtest/gtest.h>
+#include <unicode/uloc.h>
 
 namespace platform {
 namespace {
@@ -130,8 +131,15 @@ TEST(TextEncoding, NumbersThatTextsBeginWith) {
 }
 
 TEST(TextEncoding, CaseAndWhiteSpace) {
-  EXPECT_EQ(Capitalize("type-maker & SÖHNE"), "Type-Maker & Söhne");
-  EXPECT_EQ(ToLowercase("ÀB"), "àb");
+  const std::string before = uloc_getDefault();
+  for (const char* locale : {"en", "tr", "nl"}) {
+    UErrorCode status = U_ZERO_ERROR;
+    uloc_setDefault(locale, &status);
+    EXPECT_EQ(Capitalize("type-maker & SÖHNE ijs"), "Type-Maker & Söhne Ijs") << locale;
+    EXPECT_EQ(ToLowercase("ÀBI"), "àbi") << locale;
+  }
+  UErrorCode status = U_ZERO_ERROR;
+  uloc_setDefault(before.c_str(), &status);
   EXPECT_EQ(TrimWhitespace("\u00A0\t a b \u3000\n"), "a b");
   EXPECT_EQ(TrimWhitespace(" \t"), "");
   for (const char* malformed : {"a\xFF ", "\xC3"}) EXPECT_EQ(TrimWhitespace(malformed), malformed);

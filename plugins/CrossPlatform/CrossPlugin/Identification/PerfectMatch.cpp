@@ -1,7 +1,7 @@
 // Exact identity, by the identification data of a slug or by what an Adobe application wrote.
-#include <cctype>
 #include <cstdlib>
 
+#include "GStringUtils.h"
 #include "Identification/FontMatching.h"
 #include "Identification/FontRecords.h"
 #include "Services/DiagnosticLog.h"
@@ -74,15 +74,9 @@ bool HasEnoughToCompare(const Dictionary& source, const Dictionary& candidate) {
   return false;
 }
 
-std::string LoweredBytes(std::string_view text) {
-  std::string out(text);
-  for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return out;
-}
-
-// The third parameter has no effect; callers of old passed it.
+// Only letters of ASCII match in another case. The third parameter has no effect; old callers passed it.
 bool DoValuesExistAndMatch(const String& a, const String& b, bool) {
-  return a && b && LoweredBytes(a.View()) == LoweredBytes(b.View());
+  return a && b && GStringUtils::OSToLowerCase(a.Text()) == GStringUtils::OSToLowerCase(b.Text());
 }
 
 struct AcceptedKind {
