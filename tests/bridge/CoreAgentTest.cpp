@@ -8,6 +8,7 @@ using namespace fakes;
 using platform::Array;
 using platform::Dictionary;
 using Shown = std::vector<std::string>;
+using Numbers = std::vector<uint32_t>;
 
 namespace {
 
@@ -118,11 +119,15 @@ TEST_F(CoreAgent, PreferencesChooseTheKindOfActivation) {
     ui->preferences["ActivateLocally"] = row.locally;
     ui->preferences["ActivateGlobally"] = row.globally;
     agent.calls.clear();
+    agent.arguments.clear();
     const Array activated = Array::Create();
     EXPECT_EQ(manager.ActivateFontsByID(Fonts({"1", "2"}), "", nullptr, activated, Array(), nullptr, nullptr), 0);
     EXPECT_EQ(activated.Count(), 2u);
     EXPECT_EQ(agent.Count("ActivateFonts"), row.activations);
     EXPECT_EQ(agent.Count("PreviewActivateFonts"), row.previews);
+    // An ordinary activation, with room to report both fonts as failed and as refused.
+    EXPECT_EQ(agent.arguments[AgentFunction::ActivateFonts],
+              row.activations > 0 ? (Numbers{0, 1, 1, 1, 2, 2}) : Numbers());
   }
   EXPECT_EQ(manager.ActivateFontsByID(Array(), "", nullptr, Array(), Array(), nullptr, nullptr), 0);
   EXPECT_TRUE(Traced("CoreAgentInterface::ActivateFontsByID -- empty fonts vector, doing nothing."));
@@ -161,6 +166,33 @@ TEST_F(CoreAgent, NameOfSeveralFontsActivatesNothing) {
   constexpr auto kOtherKind = static_cast<GlyphsureSupport::TypeOfFontName>(2);
   EXPECT_EQ(manager.GetNamedFontInfo("Font2", GlyphsureSupport::kPostScriptName, -2, 1, scratch, &record), 0);
   EXPECT_EQ(manager.GetNamedFontInfo("Font2", kOtherKind, -2, 1, scratch, &record), -1);
+}
+
+TEST_F(CoreAgent, AgentIsAskedAboutTheRequestedWorkgroupsAndFonts) {
+  constexpr uint32_t kAnyWorkgroup = 0, kNoWorkgroup = UINT32_MAX;
+  const struct {
+    int current, requested;
+    uint32_t lookUp, family, right;
+  } rows[] = {{5, -2, kAnyWorkgroup, 0, 5}, {5, 5, kNoWorkgroup, 5, 5}, {-2, 5, kAnyWorkgroup, 5, 0}};
+  CoreAgentInterface& manager = Connect();
+  for (const auto& row : rows) {
+    ui->preferences["CurrentWorkgroup"] = row.current;
+    agent.arguments.clear();
+    FontOrSetInfoRec record;
+    EXPECT_EQ(
+        manager.GetFontInfoByID(Record({{"DatabaseID", "1"}, {"WorkgroupID", std::to_string(row.requested)}}), &record),
+        0);
+    EXPECT_EQ(agent.arguments[AgentFunction::GetFontInfoByID], Numbers{row.lookUp});
+    Array family = Array::Create();
+    manager.FindFontsInSameFamilyForActivation(record.fontInfo, Array::Create(), row.requested, &family);
+    EXPECT_EQ(agent.arguments[AgentFunction::FindFontsInSameFamilyForActivation], Numbers{row.family});
+    EXPECT_TRUE(manager.CanExportFromWorkgroup(Fonts({"1", "3"})));
+    const bool asksAboutFonts = row.current == -2;
+    EXPECT_EQ(agent.arguments[AgentFunction::CanExportFonts], asksAboutFonts ? (Numbers{1, 3}) : Numbers{});
+    EXPECT_EQ(agent.arguments[AgentFunction::GetPermission], asksAboutFonts ? Numbers{} : (Numbers{1, row.right}));
+  }
+  manager.CanActivateFromAllWorkgroups();
+  EXPECT_EQ(agent.arguments[AgentFunction::GetPermission], (Numbers{1, kAnyWorkgroup}));
 }
 
 TEST_F(CoreAgent, AgentStatesBecomeThePluginsStates) {
@@ -221,11 +253,14 @@ TEST_F(CoreAgent, SetNamesAreCutByCharactersBeforeTheSetIsMade) {
               {repeated("é", 256), repeated("é", 255), {"ask", "box SetNameTooLongMessage"}},
               {repeated("é", 255), repeated("é", 255), {"ask"}},
               {"Poster", "Poster", {"ask"}}};
+  const Array fonts = Fonts({"3", "2", "1"});
+  Dictionary(fonts.At(1)).Set("IsSystem", "1");
   for (const auto& row : rows) {
     ui->typed = row.typed;
-    EXPECT_EQ(manager.MakeSetForDocumentFonts(Text("Default"), Fonts({"1"})), -1);
+    EXPECT_EQ(manager.MakeSetForDocumentFonts(Text("Default"), fonts), -1);
     ASSERT_FALSE(agent.sets.empty());
     EXPECT_EQ(agent.sets.back(), row.made);
+    EXPECT_EQ(agent.arguments[AgentFunction::CreateTopLevelSet], (Numbers{5, 0, 0, 3, 1})) << "no system fonts";
     EXPECT_EQ(ui->TakeShown(), row.shown);
   }
   manager.MakeSetForDocumentFonts(platform::String(), Fonts({"1"}));

@@ -1,4 +1,6 @@
 // How the candidates of a document font are found, and which workgroup is searched.
+#include <cstring>
+
 #include "support/PluginFixture.h"
 #include "support/Records.h"
 
@@ -56,20 +58,37 @@ TEST_F(FontSearch, NamesAreRetriedWithLessAndLess) {
   EXPECT_EQ(status, -1) << "too long to be looked up";
 }
 
-TEST_F(FontSearch, RecordsCarryTheStateOfTheirFont) {
-  agent.Add({.id = 1, .postScriptName = "A", .ownState = 1});
-  Connect();
-  Array found = Array::Create();
-  bool isAnyExcluded = false;
-  FontManagerInterface::sm_pFontManager->GetGlyphsureData(Named("A"), GlyphsureSupport::kPostScriptName, isAnyExcluded,
-                                                          -2, &found);
-  const Dictionary record(found.At(0));
-  for (const auto& [key, text] : {std::pair("DatabaseID", "1"),
-                                  {"IsTemp", "1"},
-                                  {"IsActive", "1"},
-                                  {"ActivationStatus", "3"},
-                                  {"IsAutoActivated", "1"}}) {
-    EXPECT_EQ(record.GetString(key).View(), text) << key;
+namespace {
+
+// A manager whose identification data says nothing about ID and state.
+class TersestManager : public CoreAgentInterface {
+ public:
+  int GetGlyphsureInfo(unsigned, const Dictionary&, char* xmlBuffer, unsigned long*) override {
+    std::strcpy(xmlBuffer, "<plist version=\"1.0\"><array><dict/></array></plist>");
+    return 0;
+  }
+};
+
+}  // namespace
+
+TEST_F(FontSearch, RecordsCarryIDAndStateOfTheirFontWhateverTheirDataSays) {
+  agent.Add({.id = 7, .postScriptName = "A"});
+  FontManagerInterface::sm_pFontManager = std::make_unique<TersestManager>();
+  const struct {
+    int agentState;
+    const char *state, *isActive, *isTemp;
+  } rows[] = {{0, "1", "0", "0"}, {1, "3", "1", "1"}, {4, "2", "1", "0"}, {7, "0", "0", "0"}};
+  for (const auto& row : rows) {
+    agent.Font(7).ownState = row.agentState;
+    Array found = Array::Create();
+    FontManagerInterface::sm_pFontManager->GetGlyphsureData(Named("A"), GlyphsureSupport::kPostScriptName, isExcluded,
+                                                            -2, &found);
+    EXPECT_TRUE(Dictionary(found.At(0))
+                    .Equals(Record({{"DatabaseID", "7"},
+                                    {"IsTemp", row.isTemp},
+                                    {"IsActive", row.isActive},
+                                    {"ActivationStatus", row.state}})))
+        << row.agentState;
   }
 }
 
@@ -90,6 +109,9 @@ TEST_F(FontSearch, LostConnectionEndsTheSearchAndOtherFaultsDoNot) {
   agent.FailNext(AgentFunction::GetFontInfoByID, 7);
   EXPECT_EQ(Find(Named("A")), "2 3");
   EXPECT_EQ(status, 0);
+  for (const uint32_t code : {0, 0, 7}) agent.FailNext(AgentFunction::GetFontInfoByID, code);
+  EXPECT_EQ(Find(Named("A")), "1 2");
+  EXPECT_EQ(status, 7) << "the last font's status is the search's";
   agent.FailNext(AgentFunction::GetFontInfoByID, 1000);
   agent.calls.clear();
   EXPECT_EQ(Find(Named("A")), "");

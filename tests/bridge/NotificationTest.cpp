@@ -62,6 +62,34 @@ TEST_F(Notices, AreAnsweredInTheOrderOfTheirArrival) {
   EXPECT_EQ(manager.ProcessNotifications(), 0);
 }
 
+TEST_F(Notices, KeepTheFontDataCacheUpToDate) {
+  CoreAgentInterface& manager = Connect();
+  agent.Add({.id = 1, .postScriptName = "A", .ownState = 4});
+  agent.Add({.id = 2, .postScriptName = "A"});
+  for (const char* id : {"1", "2"}) {
+    FontOrSetInfoRec fetched;
+    ASSERT_EQ(manager.GetFontInfoByID(Record({{"DatabaseID", id}}), &fetched), 0);
+  }
+  const auto isKnownAsActive = [] {
+    Dictionary record;
+    uint32_t id = 0;
+    return FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphsureDataForActiveFont("A", record, id);
+  };
+  const struct {
+    PluginInterface::ECallbackKind kind;
+    uint32_t font;
+    bool isKnown;
+  } rows[] = {{PluginInterface::kFontDeactivated, 2, true},
+              {PluginInterface::kFontDeactivated, 1, false},
+              {PluginInterface::kFontActivated, 1, true},
+              {PluginInterface::kFontActivated, 2, false}};  // only one font of a name is active
+  for (const auto& row : rows) {
+    Post(row.kind, row.font);
+    manager.ProcessNotifications();
+    EXPECT_EQ(isKnownAsActive(), row.isKnown) << row.kind << " for " << row.font;
+  }
+}
+
 TEST_F(Notices, ComeFromManyThreadsAndNoneIsLost) {
   constexpr uint32_t kThreads = 4, kEach = 500;
   CoreAgentInterface& manager = Connect();

@@ -123,15 +123,19 @@ TEST_F(Classification, EndsWhereItIsTold) {
   EXPECT_EQ(Classify(Array(), true), kErrorBadArgument);
   EXPECT_EQ(ProcessDocumentFontsForAutoActivation(ArrayOf({}), Array(), problems, true, true, kAll, nullptr),
             kErrorBadArgument);
-  // A font without a name is skipped; one whose look-up fails is in neither list, and the next font's status stands.
+  // A font without a name is skipped; one whose look-up fails is in neither list. The last font's status is the result.
   agent.FailNext(AgentFunction::GetFontsByPostscriptName, 0x01000001);
   EXPECT_EQ(Classify(ArrayOf({platform::Value(), Record({{"Family", "F"}}), Named("A"), Named("A")}), true), 0);
+  EXPECT_EQ(MatchesOf(matched), "1");
+  EXPECT_EQ(problems.Count(), 0u);
+  for (const uint32_t code : {0, 0, 1}) agent.FailNext(AgentFunction::GetFontsByPostscriptName, code);
+  EXPECT_EQ(Classify(ArrayOf({Named("A"), Named("A"), Record({{"Family", "F"}})}), true), -1);
   EXPECT_EQ(MatchesOf(matched), "1");
   EXPECT_EQ(problems.Count(), 0u);
   agent.FailNext(AgentFunction::GetFontInfoByID, kErrorMarquineNotRunning);
   EXPECT_EQ(Classify(ArrayOf({Named("A"), Named("A")}), true), kErrorMarquineNotRunning);
   EXPECT_EQ(matched.Count() + problems.Count(), 0u) << "a lost connection ends the walk";
-  EXPECT_EQ(ui->TakeShown(), (std::vector<std::string>{"hide", "hide", "hide"}));
+  EXPECT_EQ(ui->TakeShown(), (std::vector<std::string>(4, "hide")));
   agent.onCall = [](AgentFunction function) {
     if (function == AgentFunction::GetFontInfoByID) throw std::runtime_error("the agent's library");
   };
@@ -230,10 +234,21 @@ TEST_F(Enriching, CacheAnswersForActiveFontsWithoutTheAgent) {
 }
 
 TEST_F(Enriching, LostConnectionEndsTheWalk) {
-  const Array fonts = ArrayOf({Named("Active"), Named("Idle")});
-  agent.FailNext(AgentFunction::GetFontInfoByID, kErrorMarquineNotRunning);
-  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, false, true, false), kErrorMarquineNotRunning);
-  EXPECT_EQ(Dictionary(fonts.At(0)).Count(), 1u);
+  const struct {
+    bool excludesInactive;
+    const char* expected;
+  } rows[] = {{false, "Idle Active Nimbus-Regular"}, {true, "Nimbus-Regular"}};
+  for (const auto& row : rows) {
+    FontDataPreviouslyGottenFromDatabase::DeleteAll();
+    const Array fonts = ArrayOf({Named("Idle"), Named("Active"), Named("Nimbus-Regular")});
+    for (const uint32_t code : {0, kErrorMarquineNotRunning}) agent.FailNext(AgentFunction::GetFontInfoByID, code);
+    EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, row.excludesInactive, false, false), kErrorMarquineNotRunning);
+    EXPECT_EQ(NamesOf(fonts), row.expected) << "what was not looked up is not known as active";
+    const Dictionary found(fonts.At(fonts.Count() - 1));
+    EXPECT_EQ(found.GetString(kGS_FoundryKey).View(), "Foundry");
+    EXPECT_FALSE(found.Contains(kGS_DatabaseIDKey)) << "the keys of a slug, also then";
+    EXPECT_EQ(Dictionary(fonts.At(0)).Count(), row.excludesInactive ? found.Count() : 1u);
+  }
 }
 
 TEST_F(Enriching, LastFontWithIDsWins) {

@@ -100,8 +100,9 @@ class AgentAnswers {
                      uint32_t* out, uint32_t capacity, uint32_t* outCount) {
     return Find(&FakeFont::family, name, {workgroups, count}, {out, capacity}, outCount);
   }
-  static Code ANSWER(GetFontInfoByID, Facade, const uint32_t*, uint32_t, ValueRef request,
+  static Code ANSWER(GetFontInfoByID, Facade, const uint32_t* workgroups, uint32_t count, ValueRef request,
                      PluginInterface::FontRecordFields* fields, ValueRef* out) {
+    Note(AgentFunction::GetFontInfoByID, {workgroups, workgroups + count});
     const platform::Dictionary asked(platform::Value::Retain(request));
     const auto found = Agent().fonts.find(static_cast<uint32_t>(std::stoul(asked.GetString("DatabaseID").Text())));
     if (found == Agent().fonts.end()) return PluginInterface::kNotImplementedCode;
@@ -119,7 +120,9 @@ class AgentAnswers {
     std::fill(out, out + count, 0);
     return 0;
   }
-  static Code ANSWER(FindFontsInSameFamilyForActivation, ValueRef record, const uint32_t*, uint32_t, ValueRef out) {
+  static Code ANSWER(FindFontsInSameFamilyForActivation, ValueRef record, const uint32_t* workgroups, uint32_t count,
+                     ValueRef out) {
+    Note(AgentFunction::FindFontsInSameFamilyForActivation, {workgroups, workgroups + count});
     const platform::Dictionary font(platform::Value::Retain(record));
     platform::Array members(platform::Value::Retain(out));
     for (const auto& [id, other] : Agent().fonts) {
@@ -129,9 +132,10 @@ class AgentAnswers {
     return 0;
   }
 
-  static Code ANSWER(ActivateFonts, Facade, uint32_t count, const uint32_t* ids, uint32_t, uint32_t, uint32_t, uint32_t,
-                     uint32_t, uint32_t, uint32_t* failed, uint32_t* refused, uint32_t* failedCount,
-                     uint32_t* refusedCount) {
+  static Code ANSWER(ActivateFonts, Facade, uint32_t count, const uint32_t* ids, uint32_t zero, uint32_t kind,
+                     uint32_t one, uint32_t alsoOne, uint32_t failedCapacity, uint32_t refusedCapacity,
+                     uint32_t* failed, uint32_t* refused, uint32_t* failedCount, uint32_t* refusedCount) {
+    Note(AgentFunction::ActivateFonts, {zero, kind, one, alsoOne, failedCapacity, refusedCapacity});
     *failedCount = *refusedCount = 0;
     for (const uint32_t* id = ids; id != ids + count; ++id) {
       FakeFont& font = Agent().Font(*id);
@@ -161,9 +165,10 @@ class AgentAnswers {
     return 0;
   }
 
-  static Code ANSWER(GetAllWorkgroupsForUser, Facade, ValueRef* out, bool, bool) {
+  static Code ANSWER(GetAllWorkgroupsForUser, Facade, ValueRef* out, bool includeSpecial, bool) {
     platform::Array list = platform::Array::Create();
     for (const FakeWorkgroup& workgroup : Agent().workgroups) {
+      if (workgroup.IsSpecial() && !includeSpecial) continue;
       platform::Dictionary entry = platform::Dictionary::Create();
       entry.Set("WorkgroupID", std::to_string(workgroup.id));
       entry.Set("WorkgroupName", workgroup.name);
@@ -181,18 +186,22 @@ class AgentAnswers {
     std::strncpy(buffer, "export", size);
     return 0;
   }
-  static Code ANSWER(GetPermission, Facade, uint16_t, const char* right, uint32_t, int32_t* out) {
+  static Code ANSWER(GetPermission, Facade, uint16_t flag, const char* right, uint32_t workgroup, int32_t* out) {
+    Note(AgentFunction::GetPermission, {flag, workgroup});
     return Put(out, std::strcmp(right, "across") == 0 ? Agent().mayUseAllWorkgroups : Agent().mayExport);
   }
-  static Code ANSWER(CanExportFonts, Facade, uint32_t, const uint32_t*, int32_t* out) {
+  static Code ANSWER(CanExportFonts, Facade, uint32_t count, const uint32_t* ids, int32_t* out) {
+    Note(AgentFunction::CanExportFonts, {ids, ids + count});
     return Put(out, Agent().mayExport);
   }
   static Code ANSWER(ExportFonts, Facade, uint32_t count, const uint32_t* ids, const char*, uint32_t, uint32_t) {
     Agent().exported.assign(ids, ids + count);
     return 0;
   }
-  static Code ANSWER(CreateTopLevelSet, Facade, uint32_t* setID, uint32_t, const char* name, uint32_t, uint32_t,
-                     uint32_t, const uint32_t*) {
+  static Code ANSWER(CreateTopLevelSet, Facade, uint32_t* setID, uint32_t workgroup, const char* name, uint32_t zero,
+                     uint32_t alsoZero, uint32_t count, const uint32_t* ids) {
+    Note(AgentFunction::CreateTopLevelSet, {workgroup, zero, alsoZero});
+    for (const uint32_t id : std::span(ids, count)) Agent().arguments[AgentFunction::CreateTopLevelSet].push_back(id);
     Agent().sets.emplace_back(name);
     *setID = static_cast<uint32_t>(Agent().sets.size());
     return 0;
@@ -202,6 +211,9 @@ class AgentAnswers {
  private:
   static FakeAgent& Agent() { return FakeAgent::Current(); }
 
+  static void Note(AgentFunction function, std::vector<uint32_t> arguments) {
+    Agent().arguments[function] = std::move(arguments);
+  }
   static Code Put(int32_t* out, bool value) {
     *out = value;
     return 0;

@@ -46,6 +46,8 @@ struct FakeWorkgroup {
   uint32_t id;
   std::string name;
   std::string type;
+
+  bool IsSpecial() const { return type == "4"; }  // the system's own fonts
 };
 
 // Puts the fake table in the place of the agent's library.
@@ -110,6 +112,8 @@ class FakeAgent {
 
   // What happened.
   std::vector<std::string> calls;
+  // The numbers that the last call of a function was given and that nothing else here shows, in their order.
+  std::map<AgentFunction, std::vector<uint32_t>> arguments;
   std::vector<uint32_t> wronglyDeactivated;  // not held for the client at that moment
   std::vector<uint32_t> exported;
   std::vector<std::string> sets;
