@@ -1,7 +1,5 @@
 #include "platform/XMP.h"
 
-#include <exempi/xmp.h>
-#include <exempi/xmpconsts.h>
 #include <unistd.h>
 
 #include <mutex>
@@ -10,7 +8,9 @@
 
 #include "platform/Files.h"
 #include "platform/Trace.h"
+#include "platform/XMPComparison.h"
 #include "platform/XMPDepth.h"
+#include "platform/XMPLibrary.h"
 
 namespace platform {
 
@@ -20,19 +20,6 @@ namespace {
   const int id = xmp_get_error();
   throw XMP_Error(id, doing + " failed with the XMP library's error " + std::to_string(id));
 }
-
-class StringBuffer {
- public:
-  StringBuffer() : string_(xmp_string_new()) {}
-  ~StringBuffer() { xmp_string_free(string_); }
-  StringBuffer(const StringBuffer&) = delete;
-  StringBuffer& operator=(const StringBuffer&) = delete;
-  XmpStringPtr Get() const { return string_; }
-  std::string Text() const { return std::string(xmp_string_cstr(string_), xmp_string_len(string_)); }
-
- private:
-  XmpStringPtr string_;
-};
 
 std::mutex sMutex;
 int sUsers = 0;  // of the library, guarded by sMutex
@@ -56,27 +43,13 @@ std::string FieldPath(const char* structPath, const char* fieldNs, const char* f
   return std::string(structPath) + "/" + prefix.Text() + field;  // the prefix ends in ":"
 }
 
-std::string SerializeMeta(XmpPtr meta) {
-  StringBuffer text;
-  if (!xmp_serialize(meta, text.Get(), XMP_SERIAL_OMITPACKETWRAPPER | XMP_SERIAL_USECOMPACTFORMAT, 0)) {
-    ThrowLast("Serializing metadata");
-  }
-  return text.Text();
-}
-
 }  // namespace
 
 XMP_Error::XMP_Error(int id, const std::string& message) : std::runtime_error(message), id_(id) {}
 XMP_Error::~XMP_Error() = default;
 
 struct TXMPMeta::State {
-  explicit State(XmpPtr meta) : meta(meta) {}
-  ~State() {
-    if (meta) xmp_free(meta);
-  }
-  State(const State&) = delete;
-  State& operator=(const State&) = delete;
-  XmpPtr meta;
+  MetaHandle meta;
 };
 
 void TXMPMeta::GetVersionInfo(XMP_VersionInfo* info) {
@@ -96,7 +69,7 @@ bool TXMPMeta::RegisterNamespace(const char* uri, const char* suggestedPrefix, s
   return true;
 }
 
-TXMPMeta::TXMPMeta() : state_(std::make_unique<State>(xmp_new_empty())) {}
+TXMPMeta::TXMPMeta() : state_(std::make_unique<State>(State{MetaHandle(xmp_new_empty())})) {}
 TXMPMeta::~TXMPMeta() = default;
 TXMPMeta::TXMPMeta(TXMPMeta&&) noexcept = default;
 TXMPMeta& TXMPMeta::operator=(TXMPMeta&&) noexcept = default;
@@ -104,14 +77,14 @@ TXMPMeta& TXMPMeta::operator=(TXMPMeta&&) noexcept = default;
 XMP_Index TXMPMeta::CountArrayItems(const char* ns, const char* array) const {
   XMP_Index count = 0;
   StringBuffer value;
-  while (xmp_get_array_item(state_->meta, ns, array, count + 1, value.Get(), nullptr)) ++count;
+  while (xmp_get_array_item(state_->meta.get(), ns, array, count + 1, value.Get(), nullptr)) ++count;
   return count;
 }
 
 bool TXMPMeta::GetProperty(const char* ns, const char* path, std::string* value, XMP_OptionBits* options) const {
   StringBuffer text;
   uint32_t bits = 0;
-  if (!xmp_get_property(state_->meta, ns, path, text.Get(), &bits)) return false;
+  if (!xmp_get_property(state_->meta.get(), ns, path, text.Get(), &bits)) return false;
   if (value) *value = text.Text();
   if (options) *options = bits;
   return true;
@@ -126,25 +99,25 @@ bool TXMPMeta::GetArrayItem(const char* ns, const char* array, XMP_Index index, 
                             XMP_OptionBits* options) const {
   StringBuffer text;
   uint32_t bits = 0;
-  if (!xmp_get_array_item(state_->meta, ns, array, index, text.Get(), &bits)) return false;
+  if (!xmp_get_array_item(state_->meta.get(), ns, array, index, text.Get(), &bits)) return false;
   if (value) *value = text.Text();
   if (options) *options = bits;
   return true;
 }
 
 void TXMPMeta::DeleteProperty(const char* ns, const char* path) {
-  if (xmp_has_property(state_->meta, ns, path) && !xmp_delete_property(state_->meta, ns, path)) {
+  if (xmp_has_property(state_->meta.get(), ns, path) && !xmp_delete_property(state_->meta.get(), ns, path)) {
     ThrowLast(std::string("Deleting ") + path);
   }
 }
 
 void TXMPMeta::SetProperty(const char* ns, const char* path, const char* value) {
-  if (!xmp_set_property(state_->meta, ns, path, value, 0)) ThrowLast(std::string("Setting ") + path);
+  if (!xmp_set_property(state_->meta.get(), ns, path, value, 0)) ThrowLast(std::string("Setting ") + path);
 }
 
 void TXMPMeta::AppendArrayItem(const char* ns, const char* array, XMP_OptionBits arrayOptions, const char* value,
                                XMP_OptionBits itemOptions) {
-  if (!xmp_append_array_item(state_->meta, ns, array, arrayOptions, value, itemOptions)) {
+  if (!xmp_append_array_item(state_->meta.get(), ns, array, arrayOptions, value, itemOptions)) {
     ThrowLast(std::string("Appending to ") + array);
   }
 }
@@ -154,7 +127,11 @@ void TXMPMeta::SetStructField(const char* ns, const char* structPath, const char
   SetProperty(ns, FieldPath(structPath, fieldNs, field).c_str(), value);
 }
 
-std::string TXMPMeta::Serialize() const { return SerializeMeta(state_->meta); }
+std::string TXMPMeta::Serialize() const {
+  std::string text;
+  if (!SerializeMeta(state_->meta.get(), text)) ThrowLast("Serializing metadata");
+  return text;
+}
 
 struct TXMPFiles::State {
   ~State() {
@@ -173,7 +150,7 @@ struct TXMPFiles::State {
   StagedFile copy;  // for an update: what the library works on, until it takes the file's place
   uint32_t options = 0;
   bool put = false;
-  std::string wanted;  // the metadata that was put last
+  PropertyMap original, wanted;  // what the file held before, and what was put last
 };
 
 namespace {
@@ -197,58 +174,15 @@ XmpFilePtr OpenWith(const std::string& path, XMP_OptionBits options) {
 }
 
 // What the file holds now, read back through a handle of its own.
-std::string ReadBack(const std::string& path, XMP_OptionBits options) {
+PropertyMap ReadBack(const std::string& path, XMP_OptionBits options) {
   const XMP_OptionBits reading = (options & ~kXMPFiles_OpenForUpdate) | kXMPFiles_OpenForRead;
   const XmpFilePtr file = OpenWith(path, reading);
-  if (!file) return "";
-  const XmpPtr meta = xmp_files_get_new_xmp(file);
-  std::string text = meta ? SerializeMeta(meta) : "";
-  if (meta) xmp_free(meta);
+  if (!file) return {};
+  const MetaHandle meta(xmp_files_get_new_xmp(file));
+  PropertyMap list = meta ? ListProperties(meta.get()) : PropertyMap();
   xmp_files_close(file, XMP_CLOSE_NOOPTION);
   xmp_files_free(file);
-  return text;
-}
-
-// Paths of what holds nothing: empty texts, arrays and structures.
-std::vector<std::pair<std::string, std::string>> EmptyLeaves(XmpPtr meta) {
-  std::vector<std::pair<std::string, std::string>> leaves;
-  const XmpIteratorPtr iterator = xmp_iterator_new(meta, nullptr, nullptr, XMP_ITER_JUSTLEAFNODES);
-  if (!iterator) return leaves;
-  StringBuffer schema, path, value;
-  while (xmp_iterator_next(iterator, schema.Get(), path.Get(), value.Get(), nullptr)) {
-    if (value.Text().empty() && !path.Text().empty()) leaves.emplace_back(schema.Text(), path.Text());
-  }
-  xmp_iterator_free(iterator);
-  return leaves;
-}
-
-// The library gives no empty properties back from some kinds of files. What held only such is empty then as well.
-void DropEmptyProperties(XmpPtr meta) {
-  for (auto leaves = EmptyLeaves(meta); !leaves.empty(); leaves = EmptyLeaves(meta)) {
-    // From the last on, since an item that goes renumbers those behind it.
-    bool isDropped = false;
-    for (auto leaf = leaves.rbegin(); leaf != leaves.rend(); ++leaf) {
-      isDropped |= xmp_delete_property(meta, leaf->first.c_str(), leaf->second.c_str());
-    }
-    if (!isDropped) return;
-  }
-}
-
-// The library renews some properties when it writes and drops others, so they are left out of the comparison.
-std::string WithoutVolatile(const std::string& serialized) {
-  const XmpPtr meta = xmp_new(serialized.data(), serialized.size());
-  if (!meta) return serialized;
-  for (const char* name : {"MetadataDate", "ModifyDate", "CreatorTool", "CreateDate"}) {
-    xmp_delete_property(meta, NS_XAP, name);
-  }
-  xmp_delete_property(meta, NS_PHOTOSHOP, "LegacyIPTCDigest");
-  DropEmptyProperties(meta);
-  std::string text = SerializeMeta(meta);
-  xmp_free(meta);
-  const size_t toolkit = text.find("x:xmptk=");  // names the writer's version
-  const size_t end = toolkit == std::string::npos ? toolkit : text.find('>', toolkit);
-  if (end != std::string::npos) text.erase(toolkit, end - toolkit);
-  return text;
+  return list;
 }
 
 }  // namespace
@@ -282,19 +216,20 @@ bool TXMPFiles::GetXMP(TXMPMeta* meta) {
   if (!state_->file) throw XMP_Error(0, "no file is open");
   const XmpPtr read = xmp_files_get_new_xmp(state_->file);
   if (!read) return false;
-  meta->state_ = std::make_unique<TXMPMeta::State>(read);
+  meta->state_ = std::make_unique<TXMPMeta::State>(TXMPMeta::State{MetaHandle(read)});
   return true;
 }
 
 bool TXMPFiles::CanPutXMP(const TXMPMeta& meta) {
-  return state_->file && xmp_files_can_put_xmp(state_->file, meta.state_->meta);
+  return state_->file && xmp_files_can_put_xmp(state_->file, meta.state_->meta.get());
 }
 
 void TXMPFiles::PutXMP(const TXMPMeta& meta) {
   if (!state_->file) throw XMP_Error(0, "no file is open");
-  if (!xmp_files_put_xmp(state_->file, meta.state_->meta)) ThrowLast("Putting metadata");
+  if (!xmp_files_put_xmp(state_->file, meta.state_->meta.get())) ThrowLast("Putting metadata");
+  if (!state_->put) state_->original = ReadBack(state_->path, state_->options);
   state_->put = true;
-  state_->wanted = meta.Serialize();
+  state_->wanted = ListProperties(meta.state_->meta.get());
 }
 
 void TXMPFiles::CloseFile() {
@@ -305,9 +240,9 @@ void TXMPFiles::CloseFile() {
   if (!done->put) return;
   if (!closed) ThrowLast("Writing " + done->path);
   // On some files the library reports a success that is lost.
-  if (WithoutVolatile(ReadBack(done->copy.TemporaryPath(), done->options)) != WithoutVolatile(done->wanted)) {
-    throw XMP_Error(0, done->path + ": the metadata that was written cannot be read back");
-  }
+  const PropertyMap found = ReadBack(done->copy.TemporaryPath(), done->options);
+  const std::string lost = FindLostProperty(done->original, done->wanted, found);
+  if (!lost.empty()) throw XMP_Error(0, done->path + ": the metadata that was written cannot be read back: " + lost);
   if (const std::error_code error = done->copy.Commit()) throw XMP_Error(0, done->path + ": " + DescribeError(error));
 }
 

@@ -92,7 +92,7 @@ class PLATFORM_API TXMPFiles {
   bool GetXMP(TXMPMeta* meta);
   bool CanPutXMP(const TXMPMeta& meta);  // false also if no file is open
   void PutXMP(const TXMPMeta& meta);     // nothing reaches the file before CloseFile
-  // Writes what was put: into a copy beside the file, read back and compared with what was put, then renamed over the
+  // Writes what was put: into a copy beside the file, read back (what was put must be there), then renamed over the
   // file, so that a failed write leaves the old file. Throws XMP_Error if what was put cannot be read back.
   void CloseFile();
 

@@ -147,7 +147,8 @@ TEST_F(XMPTest, ASuccessThatIsLostIsAnErrorAndTheOldFileStays) {
     Write(path, {"name"});
     FAIL() << "no error";
   } catch (const XMP_Error& error) {
-    EXPECT_STREQ(error.what(), (path + ": the metadata that was written cannot be read back").c_str());
+    EXPECT_STREQ(error.what(),
+                 (path + ": the metadata that was written cannot be read back: tst:list[1]/tst:name").c_str());
   }
   EXPECT_EQ(TempFolder::Content(path), before);
   EXPECT_EQ(folder_.Names().size(), 1u);

@@ -1,0 +1,45 @@
+// What this system needs of the XMP library beyond its functions: owned handles, and metadata as a list. Only the sources
+// that call the library include it.
+#pragma once
+
+#include <exempi/xmp.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace platform {
+
+class StringBuffer {
+ public:
+  StringBuffer() : string_(xmp_string_new()) {}
+  ~StringBuffer() { xmp_string_free(string_); }
+  StringBuffer(const StringBuffer&) = delete;
+  StringBuffer& operator=(const StringBuffer&) = delete;
+  XmpStringPtr Get() const { return string_; }
+  std::string Text() const { return std::string(xmp_string_cstr(string_), xmp_string_len(string_)); }
+
+ private:
+  XmpStringPtr string_;
+};
+
+struct FreeMeta {
+  void operator()(XmpPtr meta) const { xmp_free(meta); }
+};
+using MetaHandle = std::unique_ptr<_Xmp, FreeMeta>;
+
+// Compact RDF without a packet wrapper. False if the library fails.
+bool SerializeMeta(XmpPtr meta, std::string& text);
+
+struct PropertyValue {
+  std::string text;   // empty for structures and arrays
+  uint32_t form = 0;  // which of the two it is, if either
+  bool operator==(const PropertyValue&) const = default;
+};
+// Every property, structure, array, item and field by namespace and path.
+using PropertyMap = std::map<std::pair<std::string, std::string>, PropertyValue>;
+PropertyMap ListProperties(XmpPtr meta);
+
+}  // namespace platform
