@@ -119,9 +119,48 @@ uint32_t Activations::ConflictOf(const Font& font) const {
 
 ActivationOutcome Activations::Activate(ClientID client, const std::vector<uint32_t>& fontIDs,
                                         AgentActivationState state) {
+  const Demands before = DemandsOf(fontIDs);
+  std::set<std::string> linkedNow;
+  ActivationOutcome outcome = Link(client, fontIDs, state, linkedNow);
+  TakeBackUnseen(client, linkedNow, outcome);
+  if (state == kActivated) {
+    std::vector<uint32_t> ours;
+    for (const uint32_t id : outcome.activated) {
+      if (demands_.contains(id)) ours.push_back(id);
+    }
+    try {
+      Store(ours, kActivated);
+    } catch (const StoreError&) {
+      Undo(fontIDs, before, linkedNow);
+      throw;
+    }
+  }
+  for (const std::string& path : linkedNow) Announce(path);
+  return outcome;
+}
+
+Activations::Demands Activations::DemandsOf(const std::vector<uint32_t>& fontIDs) const {
+  Demands demands;
+  for (const uint32_t id : fontIDs) {
+    const auto found = demands_.find(id);
+    if (found != demands_.end()) demands.insert(*found);
+  }
+  return demands;
+}
+
+// To be called before anybody was told of the links.
+void Activations::Undo(const std::vector<uint32_t>& fontIDs, const Demands& before,
+                       const std::set<std::string>& linkedNow) {
+  for (const uint32_t id : fontIDs) demands_.erase(id);
+  demands_.insert(before.begin(), before.end());
+  for (const std::string& path : linkedNow) UnlinkIfUnasked(path);
+}
+
+// Links what is not linked and notes the client's wish; the files of the new links in linkedNow.
+ActivationOutcome Activations::Link(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state,
+                                    std::set<std::string>& linkedNow) {
   ActivationOutcome outcome;
   std::set<uint32_t> taken;
-  std::set<std::string> linkedNow;
   for (const uint32_t id : fontIDs) {
     if (!taken.insert(id).second) continue;
     const Font* font = parts_.table.Find(id);
@@ -142,11 +181,6 @@ ActivationOutcome Activations::Activate(ClientID client, const std::vector<uint3
       AgentActivationState& held = demands_[id].clients[client];
       held = Stronger(held, state);
     }
-  }
-  TakeBackUnseen(client, linkedNow, outcome);
-  for (const std::string& path : linkedNow) Announce(path);
-  for (const uint32_t id : outcome.activated) {
-    if (state == kActivated && demands_.contains(id)) Store(id, kActivated);
   }
   return outcome;
 }
@@ -175,14 +209,17 @@ void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& l
 }
 
 // A kill between linking and storing leaves a link that the next start removes.
-void Activations::Store(uint32_t fontID, AgentActivationState state) {
+void Activations::Store(const std::vector<uint32_t>& fontIDs, AgentActivationState state) {
+  if (fontIDs.empty()) return;
   if (state == kInactive) {
-    parts_.user.RemoveActivation(fontID);
+    parts_.user.RemoveActivations(fontIDs);
   } else {
-    parts_.user.SetActivation(fontID, state);
+    parts_.user.SetActivations(fontIDs, state);
   }
-  demands_[fontID].stored = state;
-  if (demands_[fontID].IsEmpty()) demands_.erase(fontID);
+  for (const uint32_t id : fontIDs) {
+    demands_[id].stored = state;
+    if (demands_[id].IsEmpty()) demands_.erase(id);
+  }
 }
 
 void Activations::DropClient(ClientID client, uint32_t fontID) {
@@ -193,16 +230,16 @@ void Activations::DropClient(ClientID client, uint32_t fontID) {
 }
 
 std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser) {
+  std::set<uint32_t> ending;  // of what is stored
+  for (const auto& [id, demand] : DemandsOf(fontIDs)) {
+    if (demand.stored != kInactive && (alsoUser || demand.stored != kActivated)) ending.insert(id);
+  }
+  Store({ending.begin(), ending.end()}, kInactive);
   std::vector<uint32_t> notOurs;
   for (const uint32_t id : fontIDs) {
     const Font* font = parts_.table.Find(id);
     if (font && parts_.table.IsSystemActive(*font)) notOurs.push_back(id);
     DropClient(client, id);
-    const auto found = demands_.find(id);
-    if (found != demands_.end()) {
-      const AgentActivationState stored = found->second.stored;
-      if (stored != kInactive && (alsoUser || stored != kActivated)) Store(id, kInactive);
-    }
     if (font) UnlinkIfUnasked(font->path);
   }
   return notOurs;
@@ -232,10 +269,12 @@ void Activations::ReleaseAllClients() {
 }
 
 void Activations::KeepClient(ClientID client) {
+  std::vector<uint32_t> staying;
   for (const uint32_t id : HeldBy(client)) {
     const Demand& demand = demands_[id];
-    if (demand.clients.at(client) == kAutoActivated && demand.stored == kInactive) Store(id, kAutoActivated);
+    if (demand.clients.at(client) == kAutoActivated && demand.stored == kInactive) staying.push_back(id);
   }
+  Store(staying, kAutoActivated);
   ReleaseClient(client);
 }
 

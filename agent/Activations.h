@@ -49,15 +49,16 @@ class Activations {
   // After a scan: links what is asked for and not linked, drops links of files that are gone or were moved.
   void Reconcile();
 
-  // Each ID ends in exactly one list of the outcome. kActivated is stored.
+  // Each ID ends in exactly one list of the outcome. kActivated is stored; if that fails, it throws StoreError and what was
+  // active before is active, no more.
   ActivationOutcome Activate(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state);
   // Ends what this client, and a client that has gone, asked for; with alsoUser what the user asked for, too. Gives the
-  // fonts that only the operating system could deactivate.
+  // fonts that only the operating system could deactivate. Throws StoreError with nothing deactivated.
   std::vector<uint32_t> Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser);
   void ReleaseClient(ClientID client);
   // What the client holds becomes stored and stays active when it goes, and after the agent's end. Given back is what it
   // holds for a preview, and what it only asked for again after a restart: a client that saw the agent die may have
-  // stopped its font work, and then it chose nothing of this to stay.
+  // stopped its font work, and then it chose nothing of this to stay. Throws StoreError with nothing stored or given back.
   void KeepClient(ClientID client);
   void ReleaseAllClients();
 
@@ -78,6 +79,8 @@ class Activations {
     AgentActivationState Strongest() const;
   };
 
+  using Demands = std::map<uint32_t, Demand>;  // by font ID; none is empty
+
   std::vector<uint32_t> HeldBy(ClientID client) const;
   bool IsAskedFor(const std::string& path) const;
   bool LinkFile(const std::string& path, uint32_t linkID);
@@ -86,13 +89,17 @@ class Activations {
   void UnlinkFile(const std::string& path);
   void UnlinkIfUnasked(const std::string& path);
   void DropClient(ClientID client, uint32_t fontID);
-  void Store(uint32_t fontID, AgentActivationState state);
+  void Store(const std::vector<uint32_t>& fontIDs, AgentActivationState state);
+  Demands DemandsOf(const std::vector<uint32_t>& fontIDs) const;
+  ActivationOutcome Link(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state,
+                         std::set<std::string>& linkedNow);
+  void Undo(const std::vector<uint32_t>& fontIDs, const Demands& before, const std::set<std::string>& linkedNow);
   void TakeBackUnseen(ClientID client, const std::set<std::string>& linkedNow, ActivationOutcome& outcome);
 
   Parts parts_;
   std::set<std::string> refusedNames_;
   ActivationEvents events_;
-  std::map<uint32_t, Demand> demands_;
+  Demands demands_;
   std::map<std::string, uint32_t> linkedFiles_;  // path to the ID that its link is named by
   std::set<std::string> announced_;              // linked files whose fonts clients know to be active
 };

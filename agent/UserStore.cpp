@@ -99,13 +99,18 @@ std::map<uint32_t, int32_t> UserStore::Activations() {
   return states;
 }
 
-void UserStore::SetActivation(uint32_t fontID, int32_t state) {
+void UserStore::SetActivations(const std::vector<uint32_t>& fontIDs, int32_t state) {
+  Transaction transaction(database_);
   Statement put(database_, "INSERT INTO activations VALUES(?,?) ON CONFLICT(font) DO UPDATE SET state=excluded.state");
-  put.Bind(1, int64_t{fontID}).Bind(2, int64_t{state}).Run();
+  for (const uint32_t id : fontIDs) put.Bind(1, int64_t{id}).Bind(2, int64_t{state}).Run();
+  transaction.Commit();
 }
 
-void UserStore::RemoveActivation(uint32_t fontID) {
-  Statement(database_, "DELETE FROM activations WHERE font=?").Bind(1, int64_t{fontID}).Run();
+void UserStore::RemoveActivations(const std::vector<uint32_t>& fontIDs) {
+  Transaction transaction(database_);
+  Statement remove(database_, "DELETE FROM activations WHERE font=?");
+  for (const uint32_t id : fontIDs) remove.Bind(1, int64_t{id}).Run();
+  transaction.Commit();
 }
 
 void UserStore::AppendToSet(uint32_t setID, const std::vector<uint32_t>& fontIDs) {

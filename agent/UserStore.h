@@ -33,8 +33,8 @@ class UserStore {
 
   // Activations that outlive clients and the agent: font ID to AgentActivationState.
   std::map<uint32_t, int32_t> Activations();
-  void SetActivation(uint32_t fontID, int32_t state);
-  void RemoveActivation(uint32_t fontID);
+  void SetActivations(const std::vector<uint32_t>& fontIDs, int32_t state);  // all or none
+  void RemoveActivations(const std::vector<uint32_t>& fontIDs);              // all or none
 
   uint32_t CreateSet(const std::string& name, uint32_t workgroupID, const std::vector<uint32_t>& fontIDs);
   // False, with nothing changed, if one of the sets does not exist.

@@ -203,6 +203,31 @@ TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
   EXPECT_NE(IDOf("NimbusSans-Bold"), 0u);
 }
 
+// A caller that hears of a failure must find everything as it was.
+TEST_F(FontLibraryTest, WhatCanNotBeStoredIsNotDone) {
+  fonts_.Write("a.ttf", Bytes(kBold));
+  fonts_.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
+  Start();
+  const uint32_t bold = IDOf("LiberationSerif-Bold"), nimbus = IDOf("NimbusSans-Bold");
+  Activations& active = library_->Active();
+  active.Activate(kClient, {nimbus}, kAutoActivated);
+  {
+    const test_support::FullDisk full(0);
+    EXPECT_THROW(active.Activate(kClient, {bold, nimbus}, agent_protocol::kActivated), StoreError);
+    EXPECT_THROW(active.KeepClient(kClient), StoreError);
+  }
+  EXPECT_THAT(active_, ElementsAre(nimbus));
+  EXPECT_FALSE(IsListed("LiberationSerif-Bold"));
+  EXPECT_EQ(active.StateOf(*library_->Table().Find(nimbus)), kAutoActivated);
+  active.Activate(kClient, {bold, nimbus}, agent_protocol::kActivated);
+  {
+    const test_support::FullDisk full(0);
+    EXPECT_THROW(active.Deactivate(kClient, {bold, nimbus}, true), StoreError);
+  }
+  EXPECT_THAT(active_, testing::SizeIs(2));
+  EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+}
+
 TEST_F(FontLibraryTest, AStoredActivationWaitsForItsFile) {
   const std::string path = fonts_.Write("a.ttf", Bytes(kBold));
   Start();

@@ -125,9 +125,9 @@ TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
     for (const char* name : kOddNames) store.CreateSet(name, 1, {fonts[2], fonts[0], fonts[2]});
     EXPECT_TRUE(store.AddToSets({1, 2}, {fonts[1], fonts[0]}));
     EXPECT_FALSE(store.AddToSets({3, 4711}, {fonts[1]}));  // and nothing was added to 3
-    for (const uint32_t id : fonts) store.SetActivation(id, 4);
-    store.SetActivation(fonts[0], 1);
-    store.RemoveActivation(fonts[1]);
+    store.SetActivations(fonts, 4);
+    store.SetActivations({fonts[0]}, 1);
+    store.RemoveActivations({fonts[1]});
   }
   UserStore store(folder / "user.db");
   const std::vector<FontSet> sets = store.Sets();
