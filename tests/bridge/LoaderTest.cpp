@@ -110,23 +110,6 @@ TEST_F(Loader, LooksInThePluginThenBesideTheAgentThenInTheFixedFolder) {
   }
 }
 
-TEST_F(Loader, LooksFunctionsUpInOrder) {
-  PutLibrary("Library/Frameworks", "1");
-  VPILoader::ResetForTesting();
-  VPILoader::GetSharedInstance();
-  std::vector<std::string> names;
-  for (const std::string& line : TracedLines("CFBundleGetFunctionPointerForName(")) {
-    const size_t start = line.find('\'') + 1;
-    names.push_back(line.substr(start, line.find('\'', start) - start));
-  }
-  ASSERT_EQ(names.size(), 80u);
-  EXPECT_EQ(names.front(), "ActivateFonts");
-  EXPECT_EQ(names.back(), "CanAccessGoogleFonts");
-  const auto early = std::find(names.begin(), names.end(), "QueryForSmartListFonts");
-  EXPECT_EQ(*(early - 1), "DeleteSmartList");
-  EXPECT_EQ(*(early + 1), "GetSmartList");
-}
-
 TEST_F(Loader, ReportsWhatIsNowhereAndLooksOnce) {
   VPILoader::ResetForTesting();
   VPILoader* const table = VPILoader::GetSharedInstance();

@@ -139,17 +139,6 @@ TEST_F(Services, TheFileNameOfThePluginIsCutOutOfItsPath) {
   }
 }
 
-// Services work only while nothing has ruled them out, somebody is logged in and has a workgroup.
-TEST_F(Services, AreOnWhileAllThreeFlagsAre) {
-  for (int flags = 0; flags < 8; ++flags) {
-    MarquineGlobals::SetPluginServicesEnabled(flags & 1);
-    MarquineGlobals::SetLoggedIn(flags & 2);
-    MarquineGlobals::SetUserHasWorkgroups(flags & 4);
-    MarquineGlobals::SetConnectedToCore(false);
-    EXPECT_EQ(MarquineGlobals::ArePluginServicesEnabled(), flags == 7) << flags;
-  }
-}
-
 class Listening : public HostAppInterface {
  public:
   void RebuildWorkgroupsMenu() override { Note("workgroups"); }
@@ -236,8 +225,15 @@ TEST_F(Notification, OfEachKindReachesTheHost) {
                {25, nullptr, {"downloaded"}},
                {27, data.Ref(), {"server"}},
                {28, nullptr, {"server stopped"}},
-               {5, nullptr, {}},
-               {29, nullptr, {}}};
+               {5, &font, {}},
+               {6, &font, {}},
+               {7, &font, {}},
+               {11, &font, {}},
+               {12, &font, {}},
+               {13, &font, {}},
+               {26, &font, {}},
+               {29, &font, {}},
+               {4711, &font, {}}};
   for (const auto& row : kRows) EXPECT_EQ(Hear(row.kind, row.data), row.heard) << row.kind;
 }
 

@@ -24,11 +24,6 @@ class SlugFixture : public HostFixture {
       fonts.Append(Record({{"PostScriptName", "Font" + std::to_string(i)}, {"Version", "1"}}));
     return fonts;
   }
-  static std::string ContentOf(const std::string& path) {
-    std::string content;
-    EXPECT_FALSE(platform::ReadFile(path, content));
-    return content;
-  }
   // A file of no known format with a packet in it; the properties stand in the slug's namespace "v" and Adobe's "t".
   std::string WritePacket(const std::string& properties, size_t padding) {
     return folder.Write("packet.bin",
@@ -71,9 +66,9 @@ TEST_F(Slug, IsReplacedEmptiedAndLeftAlone) {
   EXPECT_EQ(SlugOf(path), "Font1 Font2 Font3");
   WriteXMPGlyphsureSlugToFile(path, Fonts(1));
   EXPECT_EQ(SlugOf(path), "Font1");
-  const std::string before = ContentOf(path);
+  const std::string before = folder.Content(path);
   EXPECT_EQ(WriteXMPGlyphsureSlugToFile(path, Array()), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(ContentOf(path), before) << "no array puts nothing";
+  EXPECT_EQ(folder.Content(path), before) << "no array puts nothing";
   EXPECT_EQ(WriteXMPGlyphsureSlugToFile(path, Array::Create()), CoreErrorCodes::kSuccess);
   EXPECT_EQ(SlugOf(path), "");
 }
@@ -94,16 +89,16 @@ TEST_F(Slug, OfManyFontsIsCutShortWhereThereIsLittleRoom) {
   const auto sizeOf = [&](int count) {
     const std::string path = WritePacket("", 20'000);
     EXPECT_EQ(WriteXMPGlyphsureSlugToFile(path, Fonts(count)), CoreErrorCodes::kSuccess);
-    const std::string content = ContentOf(path);
+    const std::string content = folder.Content(path);
     return content.find("</x:xmpmeta>") - content.find("<x:xmpmeta");
   };
   const size_t empty =
-      ContentOf(WritePacket("", 0)).find("</x:xmpmeta>") - ContentOf(WritePacket("", 0)).find("<x:xmpmeta");
+      folder.Content(WritePacket("", 0)).find("</x:xmpmeta>") - folder.Content(WritePacket("", 0)).find("<x:xmpmeta");
   const std::string path = WritePacket("", (sizeOf(12) + sizeOf(13)) / 2 - empty);
   EXPECT_EQ(WriteXMPGlyphsureSlugToFile(path, Fonts(20)), CoreErrorCodes::kFatalError);
   EXPECT_EQ(SlugOf(path), NamesOf(Fonts(12)));
   EXPECT_TRUE(Traced("WARNING: no room to write Glyphsure data for font 13 of 20."));
-  EXPECT_TRUE(ContentOf(path).ends_with("tail"));
+  EXPECT_TRUE(folder.Content(path).ends_with("tail"));
 }
 
 TEST_F(Slug, IsReadFromStructuresByTheKeysThatItKnows) {
@@ -120,8 +115,8 @@ TEST_F(Slug, IsReadFromStructuresByTheKeysThatItKnows) {
   EXPECT_TRUE(slug.At(0).Equals(Record({{"PostScriptName", "Alpha"}, {"OpenType", "y"}})));
   EXPECT_TRUE(slug.At(1).Equals(Record({{"PostScriptName", "Beta"}, {"Version", "2"}}))) << "the richer one stands";
   EXPECT_EQ(WriteXMPGlyphsureSlugToFile(path, slug), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(ContentOf(path).find("VelorantGlyphsureSlug>"), std::string::npos) << "a write removes the old form";
-  EXPECT_EQ(ContentOf(path).find("OpenType"), std::string::npos);
+  EXPECT_EQ(folder.Content(path).find("VelorantGlyphsureSlug>"), std::string::npos) << "a write removes the old form";
+  EXPECT_EQ(folder.Content(path).find("OpenType"), std::string::npos);
 }
 
 TEST_F(Slug, OfTheOldFormIsRecognisedAndDropped) {
