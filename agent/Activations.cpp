@@ -305,13 +305,9 @@ void Activations::OnFileReplaced(const std::string& path) {
 }
 
 void Activations::OnFontsGone(const std::string& path, const std::vector<Font>& fonts) {
-  // What is stored stays stored: the file may come back.
+  // Who asked for them still does: the file may come back, and then the next Reconcile links it again.
   for (const Font& font : fonts) {
     if (announced_.contains(path)) events_.deactivated(font.id);
-    const auto found = demands_.find(font.id);
-    if (found == demands_.end()) continue;
-    found->second.clients.clear();
-    if (found->second.IsEmpty()) demands_.erase(found);
   }
   UnlinkIfUnasked(path);
 }

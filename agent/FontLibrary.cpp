@@ -30,7 +30,7 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
                   activations_.OnFontsGone(path, fonts);
                   for (const Font& font : fonts) events_.missing(font.id);
                 }}),
-      watch_(loop, [this] { Rescan(); }) {}
+      watch_(loop, configuration.library, {[this] { Rescan(); }, events_.report}) {}
 
 FontLibrary::~FontLibrary() = default;
 
@@ -47,6 +47,7 @@ void FontLibrary::Rescan() {
     scanAgain_ = true;  // the change may be in a folder that was passed already
     return;
   }
+  watch_.BeginScan();
   scanner_.Start();
   lastProgress_ = platform::Clock::Now();
   hadProgress_ = false;

@@ -1,40 +1,92 @@
 #include "agent/LibraryWatch.h"
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <memory>
+#include <system_error>
 
 #include "platform/Clock.h"
 
 namespace agent {
 
-LibraryWatch::LibraryWatch(platform::RunLoop& loop, std::function<void()> changed)
-    : loop_(loop), changed_(std::move(changed)), inotify_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-  if (inotify_) loop_.WatchDescriptor(inotify_.Get(), [this] { OnReady(); });
+LibraryWatch::LibraryWatch(platform::RunLoop& loop, const std::vector<std::string>& given, Events events)
+    : loop_(loop), events_(std::move(events)) {
+  for (const std::string& folder : given) given_[folder] = IdentityOf(folder);
+  lookTimer_ = std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + kLookInterval, kLookInterval,
+                                                        [this](platform::RunLoopTimer&) { Look(); });
+  loop_.AddTimer(lookTimer_, platform::RunLoopMode::kCommon);
 }
 
 LibraryWatch::~LibraryWatch() {
   if (inotify_) loop_.UnwatchDescriptor(inotify_.Get());
-  if (timer_) loop_.RemoveTimer(timer_);
+  if (changeTimer_) loop_.RemoveTimer(changeTimer_);
+  loop_.RemoveTimer(lookTimer_);
+}
+
+LibraryWatch::Identity LibraryWatch::IdentityOf(const std::string& folder) {
+  struct stat info;
+  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) return {};
+  return {info.st_dev, info.st_ino};
+}
+
+void LibraryWatch::Open() {
+  inotify_ = platform::Descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  if (inotify_) loop_.WatchDescriptor(inotify_.Get(), [this] { OnReady(); });
+}
+
+void LibraryWatch::BeginScan() {
+  for (auto& [folder, identity] : given_) identity = IdentityOf(folder);
+  lastScan_ = platform::Clock::Now();
+  wasReported_ = wasReported_ && isUnwatched_;
+  isUnwatched_ = false;
 }
 
 void LibraryWatch::Add(const std::string& folder) {
-  if (!inotify_) return;
   constexpr uint32_t kEvents =
       IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_DELETE_SELF | IN_MOVED_FROM | IN_MOVED_TO | IN_MOVE_SELF | IN_ONLYDIR;
-  inotify_add_watch(inotify_.Get(), folder.c_str(), kEvents);
+  if (!inotify_) Open();
+  if (inotify_ && inotify_add_watch(inotify_.Get(), folder.c_str(), kEvents) >= 0) return;
+  if (errno == ENOENT || errno == ENOTDIR) {
+    // It vanished a moment ago; a given folder of this name is a new one when it comes.
+    if (const auto given = given_.find(folder); given != given_.end()) given->second = {};
+    return;
+  }
+  NoteUnwatched(folder, errno);
+}
+
+void LibraryWatch::NoteUnwatched(const std::string& folder, int error) {
+  isUnwatched_ = true;
+  if (wasReported_) return;
+  wasReported_ = true;
+  events_.report(folder + ": can't be watched for changes: " + std::generic_category().message(error) +
+                 "; the library is scanned every " + std::to_string(static_cast<int>(kUnwatchedInterval)) + " s");
 }
 
 void LibraryWatch::OnReady() {
   alignas(inotify_event) std::array<char, 16384> events;
   while (read(inotify_.Get(), events.data(), events.size()) > 0) {
   }
-  if (timer_) loop_.RemoveTimer(timer_);
-  timer_ = std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + kQuietTime, 0,
-                                                    [this](platform::RunLoopTimer&) { changed_(); });
-  loop_.AddTimer(timer_, platform::RunLoopMode::kCommon);
+  const double now = platform::Clock::Now();
+  if (!changeTimer_) firstChange_ = now;
+  if (changeTimer_) loop_.RemoveTimer(changeTimer_);
+  const double date = std::min(now + kQuietTime, firstChange_ + kLongestDelay);
+  changeTimer_ = std::make_shared<platform::RunLoopTimer>(date, 0, [this](platform::RunLoopTimer&) {
+    changeTimer_ = nullptr;
+    events_.changed();
+  });
+  loop_.AddTimer(changeTimer_, platform::RunLoopMode::kCommon);
+}
+
+void LibraryWatch::Look() {
+  const bool isOther = std::any_of(given_.begin(), given_.end(),
+                                   [](const auto& entry) { return IdentityOf(entry.first) != entry.second; });
+  const bool isDue = isUnwatched_ && platform::Clock::Now() - lastScan_ >= kUnwatchedInterval;
+  if (isOther || isDue) events_.changed();
 }
 
 }  // namespace agent

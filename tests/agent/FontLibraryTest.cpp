@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -77,6 +78,12 @@ class FontLibraryTest : public testing::Test {
     library_->Rescan();
     AwaitScan();
   }
+  // For a scan that begins by itself.
+  void AwaitScanWithin(double seconds) {
+    const int before = scans_;
+    loop_.RunFor(seconds);
+    ASSERT_TRUE(loop_.RunUntil([&] { return scans_ > before; }, kMostSeconds));
+  }
   void AwaitScan() {
     const int before = scans_;
     ASSERT_TRUE(loop_.RunUntil([&] { return scans_ > before; }, kMostSeconds));
@@ -150,9 +157,7 @@ TEST_F(FontLibraryTest, AChangeIsFoundByItselfAndAVanishedFolderCostsNothingElse
 
   fs::remove_all(fonts_ / "other");
   fonts_.Write("new/DejaVuSans.ttf", Bytes(kDejaVu + "DejaVuSans.ttf"));
-  const int before = scans_;
-  loop_.RunFor(3 * LibraryWatch::kQuietTime);
-  ASSERT_TRUE(loop_.RunUntil([&] { return scans_ > before; }, kMostSeconds));
+  AwaitScanWithin(3 * LibraryWatch::kQuietTime);
   EXPECT_NE(IDOf("DejaVuSans"), 0u);
   EXPECT_THAT(missing_, ElementsAre(nimbus));
   EXPECT_THAT(active_, ElementsAre(bold));
@@ -238,6 +243,62 @@ TEST_F(FontLibraryTest, AStoredActivationWaitsForItsFile) {
   fs::rename(fonts_ / ".aside", fonts_ / "moved.ttf");
   Rescan();
   EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+}
+
+// An update deletes and writes anew, and a drive goes and comes, while the document is open.
+TEST_F(FontLibraryTest, AFontThatComesBackIsActiveForWhoAskedForIt) {
+  configuration_.library = {fonts_ / "drive"};
+  Start();
+  EXPECT_THAT(Problems(), ElementsAre(HasSubstr("No such file")));
+  uint32_t bold = 0;
+  for (int round = 0; round < 2; ++round) {
+    fonts_.Write("drive/a.ttf", Bytes(kBold));
+    AwaitScanWithin(2 * LibraryWatch::kLookInterval);
+    ASSERT_NE(IDOf("LiberationSerif-Bold"), 0u);
+    if (round == 0) library_->Active().Activate(kClient, {bold = IDOf("LiberationSerif-Bold")}, kAutoActivated);
+    EXPECT_THAT(active_, ElementsAre(bold));
+    EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+    fs::remove_all(fonts_ / "drive");
+    AwaitScanWithin(2 * LibraryWatch::kLookInterval);
+    EXPECT_THAT(active_, IsEmpty());
+  }
+  library_->Active().ReleaseClient(kClient);
+  fonts_.Write("drive/a.ttf", Bytes(kBold));
+  AwaitScanWithin(2 * LibraryWatch::kLookInterval);
+  EXPECT_THAT(active_, IsEmpty());
+}
+
+TEST(LibraryWatch, WhatTheSystemDoesNotWatchIsReportedAndLookedThroughFromTimeToTime) {
+  platform::Clock::SetDriven(1000);
+  const test_support::TempFolder folder;
+  platform::RunLoop loop;
+  int changes = 0;
+  std::vector<std::string> reports;
+  LibraryWatch watch(loop, {folder.Path()},
+                     {[&] {
+                        ++changes;
+                        watch.BeginScan();
+                        watch.Add(folder.Path());
+                      },
+                      [&](const std::string& line) { reports.push_back(line); }});
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  watch.BeginScan();
+  watch.Add(folder.Path());
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_THAT(reports, ElementsAre(HasSubstr("can't be watched for changes: Too many open files")));
+  loop.RunFor(3 * LibraryWatch::kUnwatchedInterval);
+  EXPECT_EQ(changes, 1);  // which could be watched
+  // Changes without end don't put the scan off for good.
+  for (int i = 0; i < 30; ++i) {
+    folder.Write("log.txt", "line");
+    loop.RunFor(LibraryWatch::kQuietTime / 2);
+  }
+  EXPECT_EQ(changes, 2);
+  EXPECT_THAT(reports, testing::SizeIs(1));
+  platform::Clock::UseSystemTime();
 }
 
 TEST_F(FontLibraryTest, AReplacedFileIsLinkedAnewAndABrokenOneLetGo) {
