@@ -1,11 +1,17 @@
 #include "platform/Window.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "platform/Presenter.h"
 
 namespace platform {
 
 namespace {
+constexpr int kFirstButton = 1000;
+
 int sLastNumber = 0;
+RunModalMethod sRunModal = &Alert::PlatformRunModal;
 Window* sModal = nullptr;
 OrderWindowMethod sOrderWindow = &Window::PlatformOrderWindow;
 }  // namespace
@@ -34,5 +40,17 @@ Window* Window::Modal() { return sModal; }
 void Window::SetModal(Window* window) { sModal = window; }
 
 void ExchangeOrderWindowMethod(OrderWindowMethod& method) { std::swap(sOrderWindow, method); }
+
+int Alert::RunModal() { return sRunModal(*this); }
+
+int Alert::PlatformRunModal(Alert& alert) {
+  Dictionary box = Dictionary::Create();
+  box.Set("Kind", "message");
+  box.Set("Message", alert.MessageText());
+  const int64_t button = RunBox(box).GetInteger("Button");
+  return kFirstButton - 1 + static_cast<int>(std::max<int64_t>(button, 1));  // closing it is the first button
+}
+
+void ExchangeRunModalMethod(RunModalMethod& method) { std::swap(sRunModal, method); }
 
 }  // namespace platform

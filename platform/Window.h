@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Export.h"
@@ -69,5 +70,26 @@ class PLATFORM_API Window {
 // Puts the given method in force and stores the one that was in force into it, so that a call through the same
 // variable reaches the former method.
 PLATFORM_API void ExchangeOrderWindowMethod(OrderWindowMethod& method);
+
+class Alert;
+using RunModalMethod = int (*)(Alert& alert);
+
+// A text that the host shows, and waits until the user has answered. Main thread only.
+class PLATFORM_API Alert {
+ public:
+  explicit Alert(std::string messageText) : messageText_(std::move(messageText)) {}
+  const std::string& MessageText() const { return messageText_; }
+
+  // Shows the alert through the method in force and returns the answer: 1000 for the first button, 1001 for the second.
+  int RunModal();
+  // The platform's own method, which shows a box.
+  static int PlatformRunModal(Alert& alert);
+
+ private:
+  std::string messageText_;
+};
+
+// As ExchangeOrderWindowMethod.
+PLATFORM_API void ExchangeRunModalMethod(RunModalMethod& method);
 
 }  // namespace platform

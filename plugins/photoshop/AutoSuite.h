@@ -33,6 +33,11 @@ template <class T>
 class AutoSuite : public AutoSuiteBase {
  public:
   using AutoSuiteBase::AutoSuiteBase;
+  // The suite, or null if the host does not give it. Never throws: for destructors.
+  const T* IfPresent() noexcept {
+    if (!mSuite) AcquireSuite(false);
+    return static_cast<const T*>(mSuite);
+  }
   const T* operator->() {
     if (!mSuite) AcquireSuite(true);
     return static_cast<const T*>(mSuite);

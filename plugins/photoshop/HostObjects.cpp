@@ -5,11 +5,21 @@
 
 using namespace host_sdk;
 
-void FreeDescriptor(PIActionDescriptor descriptor) { sPSActionDescriptor->Free(descriptor); }
-void FreeReference(PIActionReference reference) { sPSActionReference->Free(reference); }
-void FreeList(PIActionList list) { sPSActionList->Free(list); }
-void FreeHandle(Handle handle) { sPSHandle->Dispose(handle); }
-void FreeZString(ASZString string) { sASZString->Release(string); }
+void FreeDescriptor(PIActionDescriptor descriptor) noexcept {
+  if (const auto* suite = sPSActionDescriptor.IfPresent()) suite->Free(descriptor);
+}
+void FreeReference(PIActionReference reference) noexcept {
+  if (const auto* suite = sPSActionReference.IfPresent()) suite->Free(reference);
+}
+void FreeList(PIActionList list) noexcept {
+  if (const auto* suite = sPSActionList.IfPresent()) suite->Free(list);
+}
+void FreeHandle(Handle handle) noexcept {
+  if (const auto* suite = sPSHandle.IfPresent()) suite->Dispose(handle);
+}
+void FreeZString(ASZString string) noexcept {
+  if (const auto* suite = sASZString.IfPresent()) suite->Release(string);
+}
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "photoshop/AutoSuite.h"
 
 // A scope's hold on one object of the host.
-template <class T, void (*Free)(T)>
+template <class T, void (*Free)(T) noexcept>
 class HostObject {
  public:
   HostObject() = default;
@@ -28,11 +28,12 @@ class HostObject {
   T mObject = nullptr;
 };
 
-void FreeDescriptor(host_sdk::PIActionDescriptor descriptor);
-void FreeReference(host_sdk::PIActionReference reference);
-void FreeList(host_sdk::PIActionList list);
-void FreeHandle(host_sdk::Handle handle);
-void FreeZString(host_sdk::ASZString string);
+// They run in destructors, so they never throw: an object whose suite the host does not give stays with the host.
+void FreeDescriptor(host_sdk::PIActionDescriptor descriptor) noexcept;
+void FreeReference(host_sdk::PIActionReference reference) noexcept;
+void FreeList(host_sdk::PIActionList list) noexcept;
+void FreeHandle(host_sdk::Handle handle) noexcept;
+void FreeZString(host_sdk::ASZString string) noexcept;
 
 using ScopedDescriptor = HostObject<host_sdk::PIActionDescriptor, FreeDescriptor>;
 using ScopedReference = HostObject<host_sdk::PIActionReference, FreeReference>;

@@ -22,6 +22,7 @@ constexpr int kAlertAnswered = 1000;
 
 // Our override until the exchange, the platform's own method after it.
 platform::OrderWindowMethod sOtherMethod = &orderOverrideWindow;
+platform::RunModalMethod sOtherRunModal = &runModalOverride;
 
 FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
 
@@ -80,7 +81,10 @@ void SuppressIfSolved(Window& window) {
 
 void SwizzleNSWindowOrderOverride() { platform::ExchangeOrderWindowMethod(sOtherMethod); }
 
+void SwizzleNSAlertRunModal() { platform::ExchangeRunModalMethod(sOtherRunModal); }
+
 void ResetMissingFontsWindowForTesting() {
+  if (sOtherRunModal != &runModalOverride) platform::ExchangeRunModalMethod(sOtherRunModal);
   if (sOtherMethod != &orderOverrideWindow) platform::ExchangeOrderWindowMethod(sOtherMethod);
   ResetReplaceMissingFontsForTesting();
 }
@@ -136,7 +140,7 @@ void orderOverrideWindow(Window& window, WindowOrdering place, int relativeTo) {
   sOtherMethod(window, place, relativeTo);
 }
 
-int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText)) {
+int runModalOverride(platform::Alert& alert) {
   const struct Counter {
     Counter() { ++gShowingAlertCallCounter; }
     ~Counter() { --gShowingAlertCallCounter; }
@@ -145,8 +149,9 @@ int runModalOverride(const std::string& messageText, int (*runModal)(const std::
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (!ui || !ui->IsValid() || !ui->GetEnabledAutoActivationPref() || !MarquineGlobals::ArePluginServicesEnabled() ||
       !Manager() || !Manager()->IsLoggedIn()) {
-    return runModal(messageText);
+    return sOtherRunModal(alert);
   }
-  if (messageText.find(ui->LocalizedString("PhotoshopMissingFonts")) != std::string::npos) return kAlertAnswered;
-  return runModal(messageText);
+  const bool isOfMissingFonts =
+      alert.MessageText().find(ui->LocalizedString("PhotoshopMissingFonts")) != std::string::npos;
+  return isOfMissingFonts ? kAlertAnswered : sOtherRunModal(alert);
 }

@@ -19,9 +19,12 @@ bool clickPSMissingFontsWindowCancelButton(platform::Window& window);
 // Runs for every window that the host orders, and always orders it as asked.
 void orderOverrideWindow(platform::Window& window, platform::WindowOrdering place, int relativeTo);
 
-// Whether an alert of this text is answered without being shown: the result is then 1000. Otherwise it is shown, with
-// `runModal`, and its result given back.
-int runModalOverride(const std::string& messageText, int (*runModal)(const std::string& messageText));
+// Exchanges the platform's run-modal method of alerts for the override below. This host shows its missing fonts in a
+// window, so nothing calls it here.
+void SwizzleNSAlertRunModal();
+// Returns 1000 without showing an alert about missing fonts, and 0 for an alert within an alert. Shows any other through
+// the platform's method and returns its answer. Only in force after the exchange.
+int runModalOverride(platform::Alert& alert);
 
-// The platform's method back in place; with what is pending of ReplaceMissingFonts.h.
+// The platform's methods back in place; with what is pending of ReplaceMissingFonts.h.
 void ResetMissingFontsWindowForTesting();

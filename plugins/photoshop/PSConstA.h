@@ -11,7 +11,7 @@ struct PSConstant {
   const char* name;
 };
 
-// The host's terminology, in its own order.
+// This host's own constants, in the order of its terminology file. A code that is not among them has no name here.
 extern const std::span<const PSConstant> PSConstA;
 
 // The name of a key: that of its constant; for a key that got its code while the host runs, the host's own name of it; for

@@ -18,6 +18,8 @@
 
 using namespace host_sdk;
 
+std::string gPluginFileName;
+
 namespace {
 
 constexpr int kGetSocketPortOperation = 4;
@@ -110,7 +112,9 @@ SPErr AddNotifiers() {
   return kNoErr;
 }
 
+// Stops at the first error. A suite that the host does not give is such an error, and not a reason to skip what follows.
 SPErr RemoveNotifiers() {
+  if (!sPSActionControl.IfPresent()) return sPSActionControl.GetLastError();
   for (const Notifier& notifier : kNotifiers) {
     const SPErr error = sPSActionControl->RemoveNotify(gPlugInRef, notifier.event, notifier.callback);
     if (error != kNoErr) return error;
@@ -166,11 +170,14 @@ SPErr StartupPlugin(SPMessageData* message) {
   if (sNumberOfTimesStartupPluginHasBeenCalled++ > 0) return kNoErr;
   const SPBlocksSuite* blocks = AcquireBlocksForStart();
   AllocateGlobals(blocks, message);
+  // After either the plug-in stays, inert, and its commands tell the user what is wrong.
+  const auto swallow = [] { OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n"); };
   try {
     StartServices();
   } catch (int) {
-    // The plug-in stays, inert, and its commands tell the user what is wrong.
-    OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n");
+    swallow();
+  } catch (unsigned int) {
+    swallow();  // a suite that the host does not give
   }
   ReleaseBlocks(blocks);
   return gNotifierOn ? kNoErr : AddNotifiers();
@@ -197,8 +204,10 @@ SPErr ShutdownPlugin(SPMessageData* message) {
     return ShutDownServices(message);
   } catch (int error) {
     return error;
+  } catch (unsigned int missingSuite) {
+    return static_cast<SPErr>(missingSuite);
   } catch (...) {
-    return -1;  // the host is told that the shutdown failed; there is nobody else to tell
+    return -1;  // the host learns that the shutdown failed; there is nobody else to tell
   }
 }
 

@@ -7,6 +7,7 @@
 #include "Services/MarquineGlobals.h"
 #include "photoshop/PhotoshopFontUtils.h"
 #include "platform/Clock.h"
+#include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/TextEncoding.h"
 #include "platform/Window.h"
@@ -77,6 +78,15 @@ void DeferredReplaceMissingFonts(int documentID) {
 void DelayReplaceMissingFontsTimers() {
   for (const auto& timer : sTimers) timer->SetNextFireDate(platform::Clock::Now() + kRetrySeconds);
 }
+
+bool SystemOpenFile(const std::string& path) {
+  std::string error;
+  if (platform::LaunchDetached("/usr/bin/xdg-open", path, "", &error)) return true;
+  OutputIndentedAndFormattedString(0, "%s('%s') failed: %s", __func__, path.c_str(), error.c_str());
+  return false;
+}
+
+void timerCallback(platform::RunLoopTimer&, void* info) { SystemOpenFile(*static_cast<const std::string*>(info)); }
 
 void ResetReplaceMissingFontsForTesting() {
   for (const auto& timer : sTimers) timer->Invalidate();

@@ -123,6 +123,31 @@ TEST_F(Entry, AMissingSuiteIsTheErrorOfTheCall) {
   host_sdk::PIActionParameters parameters{descriptor.Get()};
   message.actionParameters = &parameters;
   EXPECT_EQ(Call("PS Photoshop", "Do It"), host_sdk::kSuiteNotFound);
+  app.missingSuites = {host_sdk::kPSActionControlSuite};
+  EXPECT_EQ(Call("SP Interface", "Shutdown"), host_sdk::kSuiteNotFound);
+  EXPECT_EQ(message.globals, nullptr) << "the steps before are done";
+}
+
+TEST_F(Entry, ANotifierThatStaysIsTheErrorOfTheShutdown) {
+  Start();
+  app.failingNotifiers = {Code("Cls ")};
+  EXPECT_EQ(Call("SP Interface", "Shutdown"), host_sdk::kBadParameters);
+  EXPECT_EQ(app.notifiers.size(), 2u) << "those behind it are left in place";
+}
+
+TEST_F(Entry, AnObjectWhoseSuiteIsMissingStaysWithTheHost) {
+  Start();
+  host_sdk::PIActionDescriptor left = nullptr;
+  {
+    ScopedDescriptor descriptor;
+    ASSERT_EQ(sPSActionDescriptor->Make(descriptor.Out()), host_sdk::kNoErr);
+    left = descriptor.Get();
+    PIUSuitesRelease();
+    app.missingSuites = {host_sdk::kPSActionDescriptorSuite};
+  }
+  app.missingSuites.clear();
+  EXPECT_EQ(sPSActionDescriptor->Free(left), host_sdk::kNoErr);
+  PIUSuitesRelease();
 }
 
 TEST_F(Entry, AnswersEachCallerAndSelector) {

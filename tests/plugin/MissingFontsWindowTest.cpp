@@ -2,6 +2,7 @@
 #include "photoshop/MissingFontsWindow.h"
 
 #include "Readers/CommonFunctionality.h"
+#include "platform/Presenter.h"
 #include "platform/RunLoop.h"
 #include "plugin/HostFixture.h"
 
@@ -102,19 +103,29 @@ TEST_F(MissingFontsWindow, StaysUnlessTheDocumentIsBeingOpenedAndSolved) {
 }
 
 TEST_F(MissingFontsWindow, AnAlertIsAnsweredByItsText) {
-  static int sShown;
-  sShown = 0;
-  const auto show = [](const std::string&) { return ++sShown, 7; };
-  EXPECT_EQ(runModalOverride("PhotoshopMissingFonts", show), 7) << "not ready";
-  MakeReady();
-  EXPECT_EQ(runModalOverride("... PhotoshopMissingFonts ...", show), 1000);
-  EXPECT_EQ(runModalOverride("Something else", show), 7);
-  EXPECT_EQ(sShown, 2);
-  // An alert within an alert is not shown.
-  const auto nested = [](const std::string& text) {
-    return runModalOverride(text, [](const std::string&) { return 9; });
+  const auto answerTo = [](const char* text) { return platform::Alert(text).RunModal(); };
+  struct Shown {
+    int boxes = 0, within = -1;
+  } shown;
+  platform::Presenter presenter;
+  presenter.context = &shown;
+  presenter.runBox = [](void* context, platform::ValueRef) {
+    auto* seen = static_cast<Shown*>(context);
+    ++seen->boxes;
+    seen->within = platform::Alert("Something else").RunModal();
+    platform::Dictionary answer = platform::Dictionary::Create();
+    answer.Set("Button", platform::Number::FromInteger(2));
+    return answer.Release();
   };
-  EXPECT_EQ(runModalOverride("Something else", nested), 0);
+  SwizzleNSAlertRunModal();
+  platform::SetPresenter(&presenter);
+  EXPECT_EQ(answerTo("PhotoshopMissingFonts"), 1001) << "not ready";
+  MakeReady();
+  EXPECT_EQ(answerTo("... PhotoshopMissingFonts ..."), 1000);
+  EXPECT_EQ(answerTo("Something else"), 1001);
+  platform::SetPresenter(nullptr);
+  EXPECT_EQ(shown.boxes, 2);
+  EXPECT_EQ(shown.within, 0) << "an alert within an alert is not shown";
   EXPECT_EQ(gShowingAlertCallCounter, 0);
 }
 
