@@ -39,7 +39,9 @@ TModuleErrorCode PreviewActivateFonts(FacadeHandle h, uint32_t count, const uint
   return Guarded([&] {
     const CallResult reply = CallAgent(h, "PreviewActivateFonts", {{"fontIDs", Numbers(count, fontIDs)}});
     Remember(reply, HoldKind::kPreview);
-    return reply.code;
+    // Some fonts can fail while the others are active. The caller has no list to learn which, so it asks for their states.
+    const bool areSomeActive = reply.result.contains("activated") && !reply.result["activated"].empty();
+    return areSomeActive ? kSuccess : reply.code;
   });
 }
 

@@ -1,4 +1,8 @@
 // Connecting to the agent, relaunching it, and what is made of its answers.
+#include <unistd.h>
+
+#include <cstdlib>
+
 #include "platform/Clock.h"
 #include "platform/Presenter.h"
 #include "support/PluginFixture.h"
@@ -148,6 +152,23 @@ TEST_F(CoreAgent, FailedAndRefusedFontsAreToldApart) {
   EXPECT_EQ(manager.DeactivateFonts(Fonts({"3"}), nullptr, deactivated, nullptr, nullptr), 0);
   EXPECT_EQ(deactivated.Count(), 1u);
   EXPECT_EQ(manager.DeactivateFonts(Array(), nullptr, deactivated, nullptr, nullptr), 0);
+}
+
+TEST_F(CoreAgent, APreviewCountsTheFontsThatAreActive) {
+  CoreAgentInterface& manager = Connect();
+  ui->preferences["ActivateLocally"] = 1;
+  agent.Font(2).fails = true;
+  const struct {
+    std::initializer_list<const char*> fonts;
+    int status;
+    size_t activated;
+  } rows[] = {{{"1", "2", "3"}, 0, 2}, {{"2"}, -1, 0}};
+  for (const auto& row : rows) {
+    const Array activated = Array::Create();
+    EXPECT_EQ(manager.ActivateFontsByID(Fonts(row.fonts), "", nullptr, activated, Array(), nullptr, nullptr),
+              row.status);
+    EXPECT_EQ(activated.Count(), row.activated);
+  }
 }
 
 TEST_F(CoreAgent, NameOfSeveralFontsActivatesNothing) {
@@ -321,8 +342,16 @@ TEST_F(CoreAgent, AgentIsLookedForEverySixSeconds) {
   EXPECT_EQ(looks(1006), 3u);
   EXPECT_TRUE(MarquineGlobals::sConnectedToCore);
   agent.Kill(false);
+  ui->onShown = [&] { EXPECT_TRUE(Traced("SetEnabled(0) called")) << "the panels are off before the box"; };
   EXPECT_EQ(looks(1012), 3u);
   EXPECT_FALSE(MarquineGlobals::sPluginServicesEnabled);
   EXPECT_EQ(ui->TakeShown(), Shown{"box FontManagerNotFoundMessage"});
   EXPECT_EQ(looks(1018), 0u) << "once it is gone nobody looks again";
+}
+
+TEST_F(CoreAgent, AnExitWithoutAShutdownAsksNothingOfTheAgent) {
+  Connect();
+  agent.onCall = [](AgentFunction) { _exit(9); };
+  EXPECT_EXIT(std::exit(0), testing::ExitedWithCode(0), "");
+  agent.onCall = nullptr;
 }

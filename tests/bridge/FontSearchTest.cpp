@@ -1,5 +1,6 @@
 // How the candidates of a document font are found, and which workgroup is searched.
 #include <cstring>
+#include <functional>
 
 #include "support/PluginFixture.h"
 #include "support/Records.h"
@@ -179,6 +180,56 @@ TEST_F(FontSearch, SelectingAWorkgroupKeepsOrFallsBack) {
   FontManagerInterface::sValidWorkgroupSelected = true;
   EXPECT_TRUE(FontManagerInterface::CheckSelectWorkgroup());
   EXPECT_TRUE(MarquineGlobals::sUserHasWorkgroups) << "the first thing it does";
+}
+
+namespace {
+
+class UnconnectedManager : public CoreAgentInterface {
+ public:
+  bool IsFontManagerConnected() override { return false; }
+};
+
+}  // namespace
+
+TEST_F(FontSearch, NoWorkgroupIsSelectedWhereNothingCanWork) {
+  ui->preferences["CurrentWorkgroup"] = 9;
+  agent.mayUseAllWorkgroups = false;
+  const struct {
+    const char* why;
+    std::function<void()> prepare;
+    bool result;
+    int workgroup;  // 9: left as it was
+  } rows[] = {
+      {"all is well", [] {}, true, 5},
+      {"services are off", [] { MarquineGlobals::SetPluginServicesEnabled(false); }, false, 9},
+      {"switched off", [this] { ui->preferences["EnablePlugin"] = 0; }, false, 9},
+      {"no manager", [] { FontManagerInterface::sm_pFontManager.reset(); }, false, 9},
+      {"not logged in", [this] { agent.isStandalone = agent.isLoggedIn = false; }, false, 9},
+      {"not connected", [] { FontManagerInterface::sm_pFontManager = std::make_unique<UnconnectedManager>(); }, true,
+       9},
+      {"no user interface", [] { MarquineGlobals::SetNoVPFInterfaceForTesting(); }, false, 9},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.why);
+    MarquineGlobals::SetSharedVPFInterfaceForTesting(ui->interface.get());
+    agent.isStandalone = agent.isLoggedIn = true;
+    agent.workgroups = {{5, "A", "1"}, {6, "B", "1"}};
+    ui->preferences["EnablePlugin"] = 1;
+    ui->preferences["CurrentWorkgroup"] = 9;
+    Connect();
+    row.prepare();
+    FontManagerInterface::sValidWorkgroupSelected = false;
+    MarquineGlobals::SetUserHasWorkgroups(false);
+    EXPECT_EQ(FontManagerInterface::CheckSelectWorkgroup(), row.result);
+    EXPECT_TRUE(MarquineGlobals::sUserHasWorkgroups);
+    EXPECT_EQ(ui->preferences["CurrentWorkgroup"], row.workgroup);
+    EXPECT_EQ(FontManagerInterface::sValidWorkgroupSelected, row.workgroup == 5);
+  }
+  // An interface that can't work makes the selection forget the workgroup.
+  VPFInterface invalid;
+  MarquineGlobals::SetSharedVPFInterfaceForTesting(&invalid);
+  FontManagerInterface::sm_pFontManager->HandleSelectWorkgroup();
+  EXPECT_FALSE(FontManagerInterface::sValidWorkgroupSelected);
 }
 
 TEST_F(FontSearch, ManagerIsMadeOnceAndTellsItsState) {

@@ -1,6 +1,8 @@
 // Finding the agent's library and the agent itself.
 #include <unistd.h>
 
+#include <future>
+
 #include "Bridge/AgentLaunch.h"
 #include "platform/Process.h"
 #include "support/PluginFixture.h"
@@ -164,6 +166,17 @@ TEST_F(Loader, RunningProgramIsFoundByItsName) {
   int processID = 0;
   EXPECT_EQ(GetProcessID("com.velorant.tests", processID), CoreErrorCodes::kSuccess);
   EXPECT_EQ(processID, getpid());
+}
+
+TEST_F(Loader, ALaunchedProgramIsWaitedForUntilItAnnouncesItself) {
+  std::string found;
+  SetAnnouncementPatienceForTesting(std::chrono::milliseconds(0));
+  EXPECT_EQ(AwaitPathToRunningProcessExe("bridge_tests", found), CoreErrorCodes::kUnknownError);
+  SetAnnouncementPatienceForTesting(std::chrono::minutes(1));
+  auto waiting = std::async(std::launch::async, [&] { return AwaitPathToRunningProcessExe("bridge_tests", found); });
+  const auto announcement = platform::AnnounceApplication("bridge_tests", "com.velorant.tests");
+  EXPECT_EQ(waiting.get(), CoreErrorCodes::kSuccess);
+  EXPECT_NE(found, "");
 }
 
 TEST_F(Loader, ConfiguredPathIsTheFirstLineThatHoldsTheKey) {

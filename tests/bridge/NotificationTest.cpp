@@ -70,6 +70,15 @@ TEST_F(Notices, KeepTheFontDataCacheUpToDate) {
   }
 }
 
+TEST_F(Notices, AShutdownOfTheAgentDisablesThePanelsBeforeItIsShown) {
+  CoreAgentInterface& manager = Connect();
+  ui->onShown = [&] { EXPECT_TRUE(Traced("SetEnabled(0) called")); };
+  CoreAgentNotificationCallback(PluginInterface::kAgentShutdown, nullptr);
+  manager.ProcessNotifications();
+  EXPECT_EQ(ui->TakeShown(), std::vector<std::string>{"box FontManagerNotFoundMessage"});
+  EXPECT_FALSE(MarquineGlobals::sPluginServicesEnabled || MarquineGlobals::sConnectedToCore);
+}
+
 TEST_F(Notices, ComeFromManyThreadsAndNoneIsLost) {
   constexpr uint32_t kThreads = 4, kEach = 500;
   CoreAgentInterface& manager = Connect();

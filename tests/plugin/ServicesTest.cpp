@@ -1,5 +1,6 @@
 // Message boxes, preferences and process-wide state.
 #include "Bridge/CoreAgentNotifications.h"
+#include "Services/MarquineGlobalsState.h"
 #include "Services/ProgressProperties.h"
 #include "plugin/HostFixture.h"
 
@@ -102,6 +103,24 @@ TEST_F(Services, ProgressCountsDownInItsHeader) {
   EXPECT_EQ(progress.GetProperties().GetIntForKey("MaxProgress"), 5);
   EXPECT_EQ(progress.GetProperties().GetStringForKey("Status").View(), "Alpha");
   EXPECT_EQ(progress.GetProperties().GetIntForKey("IsIndeterminate"), 0);
+}
+
+TEST_F(Services, TheEndTakesThingsDownInOrder) {
+  MakeReady();
+  MarquineGlobals::IdentifyPluginHostApp(String::FromUTF8("PhotoshopCC2020"));
+  MarquineGlobals::GetSharedFontActivationTracker();
+  const MarquineGlobals::State& state = MarquineGlobals::GetState();
+  agent.onCall = [&](fakes::AgentFunction called) {
+    if (called != fakes::AgentFunction::CleanUpOnShutdown) return;
+    EXPECT_FALSE(MarquineGlobals::sPluginServicesEnabled);
+    EXPECT_EQ(state.sFontActivationTracker, nullptr);
+    EXPECT_NE(state.sVPFInterface, nullptr);
+    EXPECT_TRUE(state.sHostApp);
+  };
+  MarquineGlobals::CleanUpOnShutdown();
+  EXPECT_EQ(agent.Count("CleanUpOnShutdown"), 1u);
+  EXPECT_EQ(state.sVPFInterface, nullptr);
+  EXPECT_FALSE(state.sHostApp);
 }
 
 TEST_F(Services, AHostIsKnownByTheBeginningOfItsName) {

@@ -20,6 +20,7 @@ class AgentAnswers {
     };
     return kNames[static_cast<size_t>(function)];
   }
+  static constexpr uint32_t kNoneActivated = 0x10000000;
   // The facade and the names of rights are the library's own, and what it holds for the client it knows itself.
   static constexpr bool NeedsAgent(AgentFunction function) {
     return function != AgentFunction::GetClientFontActivationStates &&
@@ -150,8 +151,13 @@ class AgentAnswers {
     return 0;
   }
   static Code ANSWER(PreviewActivateFonts, Facade, uint32_t count, const uint32_t* ids, uint32_t) {
-    for (const uint32_t* id = ids; id != ids + count; ++id) Agent().Font(*id).isHeld = true;
-    return 0;
+    uint32_t activated = 0;
+    for (const uint32_t* id = ids; id != ids + count; ++id) {
+      FakeFont& font = Agent().Font(*id);
+      font.isHeld = font.isHeld || !font.fails;
+      activated += font.isHeld;
+    }
+    return count > 0 && activated == 0 ? kNoneActivated : 0;
   }
   static Code ANSWER(DeactivateFonts, Facade, uint32_t count, const uint32_t* ids, uint32_t) {
     for (const uint32_t* id = ids; id != ids + count; ++id) {

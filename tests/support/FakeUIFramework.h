@@ -48,10 +48,14 @@ class FakeUIFramework {
   std::deque<std::pair<int, int>> commands;
   platform::Dictionary commandBox;  // the last one
   std::function<void(platform::Array problemFonts)> onResolve;
+  std::function<void()> onShown;  // after each line of `shown`
   std::unique_ptr<VPFInterface> interface;
 
  private:
-  static void Note(std::string line) { sCurrent->shown.push_back(std::move(line)); }
+  static void Note(std::string line) {
+    sCurrent->shown.push_back(std::move(line));
+    if (sCurrent->onShown) sCurrent->onShown();
+  }
   static platform::Array ArrayFrom(platform::ValueRef fonts) { return platform::Array(platform::Value::Retain(fonts)); }
 
   static std::unique_ptr<VPFFunctionTable> MakeTable() {

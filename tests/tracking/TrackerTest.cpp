@@ -1,4 +1,6 @@
 // Which document holds which font, and when a font is activated and given back.
+#include <set>
+
 #include "tracking/Books.h"
 
 using namespace fakes;
@@ -203,4 +205,70 @@ TEST_F(Tracker, ManuallyActivatedFontsAreToldApart) {
     FontActivationTracker::RemoveActivatedFonts(fonts, -2, onlyManually);
     EXPECT_EQ(NamesOf(fonts), left);
   }
+}
+
+namespace {
+
+class OfflineManager : public CoreAgentInterface {
+ public:
+  bool IsOnline() override { return false; }
+  int GoOnline() override { return ++goneOnline, 0; }
+  int goneOnline = 0;
+};
+
+// Its agent says nothing of any font.
+class SilentManager : public CoreAgentInterface {
+ public:
+  ActivationStates GetClientFontActivationStates(const FontIDs&) override { return {}; }
+};
+
+template <class Manager>
+Manager& Use() {
+  FontManagerInterface::sm_pFontManager = std::make_unique<Manager>();
+  return static_cast<Manager&>(*FontManagerInterface::sm_pFontManager);
+}
+
+}  // namespace
+
+TEST_F(Tracker, OfflineItAsksOnceForFontsThatAreElsewhere) {
+  auto& manager = Use<OfflineManager>();
+  agent.Font(2).isLocal = agent.Font(3).isLocal = false;
+  const std::vector<std::string> asked{"box SomeFontsOfflineMessage"};
+  Open("local", {1});
+  EXPECT_EQ(ui->TakeShown(), std::vector<std::string>{});
+  ui->button = 2;
+  Open("stay", {1, 2, 3});
+  EXPECT_EQ(ui->TakeShown(), asked);
+  EXPECT_EQ(manager.goneOnline, 0);
+  EXPECT_EQ(HeldFonts(agent), (IDs{1, 2, 3})) << "the batch goes on after a no";
+  Close("stay");
+  ui->button = 1;
+  Open("go", {2});
+  EXPECT_EQ(ui->TakeShown(), asked);
+  EXPECT_EQ(manager.goneOnline, 1);
+}
+
+TEST_F(Tracker, AFontOfWhichTheAgentSaysNothingIsGivenBack) {
+  Use<SilentManager>();
+  Open("a", {1, 2});
+  Close("a");
+  EXPECT_EQ(HeldFonts(agent), IDs{});
+  Open("a", {1, 2});
+  Quit();
+  EXPECT_EQ(HeldFonts(agent), IDs{});
+}
+
+TEST_F(Tracker, FallbackIdentifiersDifferAndARepetitionIsLogged) {
+  ui->preferences["EnableLogging"] = 1;
+  std::set<std::string> given;
+  testing::internal::CaptureStdout();
+  for (int i = 0; i < 255; ++i) given.insert(FontActivationTracker::GenerateFallbackIdentifier());
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(given.size(), 255u);
+  EXPECT_EQ(given.count(std::string(1, '\0')) + given.count(""), 0u);
+  testing::internal::CaptureStdout();
+  given.insert(FontActivationTracker::GenerateFallbackIdentifier());
+  EXPECT_EQ(given.size(), 255u);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("WARNING: two documents have the identifier"),
+            std::string::npos);
 }

@@ -43,11 +43,24 @@ FontActivationTracker::~FontActivationTracker() {
 
 std::string FontActivationTracker::GenerateUniqueIdentifier() {
   std::string identifier = platform::CreateUUIDString();
-  // One byte as text is all there is when the system can make no UUID; it must only differ from nothing.
-  if (identifier.empty()) identifier = static_cast<char>(std::rand() & 0xFF);
+  if (identifier.empty()) identifier = GenerateFallbackIdentifier();
   OutputIndentedAndFormattedString(-1, "FontActivationTracker::GenerateUniqueIdentifier() returning '%s'",
                                    identifier.c_str());
   return identifier;
+}
+
+std::string FontActivationTracker::GenerateFallbackIdentifier() {
+  static std::set<char> sGiven;
+  constexpr size_t kBytesButZero = 255;
+  char byte = 0;
+  do {
+    byte = static_cast<char>(std::rand() & 0xFF);
+  } while (byte == 0 || (sGiven.contains(byte) && sGiven.size() < kBytesButZero));
+  if (!sGiven.insert(byte).second) {
+    OutputFormattedDebugString("WARNING: two documents have the identifier 0x%02x and share their font counts.",
+                               static_cast<unsigned char>(byte));
+  }
+  return std::string(1, byte);
 }
 
 void FontActivationTracker::ProgressCallback(int current, int maximum, const std::string& text, void* context) {

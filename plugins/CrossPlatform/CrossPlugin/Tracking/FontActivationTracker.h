@@ -45,6 +45,9 @@ class FontActivationTracker {
   FontActivationTracker& operator=(const FontActivationTracker&) = delete;
 
   static std::string GenerateUniqueIdentifier();
+  // The identifier where the system can make no UUID: one random byte as text, never 0, and none twice before all 255 are
+  // used up. A repetition goes into the log, as the two documents then share their counts.
+  static std::string GenerateFallbackIdentifier();
 
   // Registers the matched fonts under the identifier and activates them in one batch. activated and refused may be null.
   // 0, 1000 without a connected font manager, or the batch's result. An exception of the agent passes through.

@@ -1,7 +1,4 @@
 // The operations of MarquineGlobals that reach the agent's table and the tracker.
-#include <unistd.h>
-
-#include "Bridge/AgentLaunch.h"
 #include "Bridge/VPILoader.h"
 #include "Services/MarquineGlobals.h"
 #include "Services/MarquineGlobalsState.h"
@@ -17,12 +14,9 @@ FontActivationTracker* GetSharedFontActivationTracker() {
   return state.sFontActivationTracker;
 }
 
-// The programs of this desktop have no front process to change, so there is nothing to do for a host without one.
-void BackgroundForegroundApp() {
-  int dock = 0;
-  if (GetProcessID("com.apple.dock", dock) != CoreErrorCodes::kSuccess || dock == 0) return;
-  if (SetFrontApplication(dock) == CoreErrorCodes::kSuccess) SetFrontApplication(getpid());
-}
+// Empty on purpose. Elsewhere it makes the host redraw its front window's state by taking the front from it for a moment.
+// The windows of this platform have no such state, and no program here can give or take the front.
+void BackgroundForegroundApp() {}
 
 void CleanUpOnShutdown() {
   State& state = GetState();

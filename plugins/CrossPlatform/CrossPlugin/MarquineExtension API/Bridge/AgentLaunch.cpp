@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <thread>
 
 #include "GConfigurationFile.h"
 #include "Services/DiagnosticLog.h"
@@ -77,6 +78,22 @@ TModuleErrorCode GetPathToRunningProcessExe(const std::string& name, std::string
   }
   return result;
 }
+
+namespace {
+constexpr std::chrono::milliseconds kBetweenLooks{10};
+std::chrono::milliseconds sAnnouncementPatience{5000};
+}  // namespace
+
+TModuleErrorCode AwaitPathToRunningProcessExe(const std::string& name, std::string& outFolder) {
+  const auto end = std::chrono::steady_clock::now() + sAnnouncementPatience;
+  for (;;) {
+    const TModuleErrorCode result = GetPathToRunningProcessExe(name, outFolder);
+    if (result == CoreErrorCodes::kSuccess || std::chrono::steady_clock::now() >= end) return result;
+    std::this_thread::sleep_for(kBetweenLooks);
+  }
+}
+
+void SetAnnouncementPatienceForTesting(std::chrono::milliseconds patience) { sAnnouncementPatience = patience; }
 
 TModuleErrorCode GetConfiguredPath(const std::string& folder, const std::string& file, const std::string& key,
                                    std::string& out) {

@@ -2,6 +2,7 @@
 // user, except the two that are boxes.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "ErrorCodes.h"
@@ -13,6 +14,11 @@ int FindAndLaunchNexcore(std::string* outFolder);
 
 // The folder of a running program, ending in "/". 0 or CoreErrorCodes::kUnknownError.
 TModuleErrorCode GetPathToRunningProcessExe(const std::string& name, std::string& outFolder);
+
+// The same for a program that was launched a moment ago: waits until it has announced itself, but not longer than a few
+// seconds (or what a test says).
+TModuleErrorCode AwaitPathToRunningProcessExe(const std::string& name, std::string& outFolder);
+void SetAnnouncementPatienceForTesting(std::chrono::milliseconds patience);
 
 // The value of the first line that holds the key and an "=", in a file of the user's Library folder.
 TModuleErrorCode GetConfiguredPath(const std::string& folder, const std::string& file, const std::string& key,

@@ -49,6 +49,23 @@ void LogActivation(const std::string& name, uint32_t fontID, bool isActive) {
 
 }  // namespace
 
+namespace {
+
+// A preview reports no list of the fonts that failed, so the agent is asked which are active now. Writes the others to the
+// front of `failed`, which has room for all, and returns how many they are; none if the agent can't say.
+uint32_t ListInactive(const std::vector<uint32_t>& ids, std::vector<uint32_t>& failed) {
+  std::vector<uint32_t> flags(ids.size());
+  const auto count = static_cast<uint32_t>(ids.size());
+  if (AgentTable().pfGetFontIsActivated(GetFacade(), count, ids.data(), flags.data()) != 0) return 0;
+  uint32_t failedCount = 0;
+  for (size_t i = 0; i < ids.size(); ++i) {
+    if (flags[i] == 0) failed[failedCount++] = ids[i];
+  }
+  return failedCount;
+}
+
+}  // namespace
+
 FontManagerInterface::ActivationStates CoreAgentInterface::GetClientFontActivationStates(const FontIDs& ids) {
   std::vector<uint32_t> flags(ids.size());
   AgentTable().pfGetClientFontActivationStates(static_cast<uint32_t>(ids.size()), ids.data(), flags.data());
@@ -103,6 +120,7 @@ TModuleErrorCode CoreAgentInterface::ActivateByPreference(const FontIDs& ids, Fo
   }
   if (locally) {
     code = CallWithRelaunch([&] { return AgentTable().pfPreviewActivateFonts(GetFacade(), count, ids.data(), 0); });
+    if (code == 0 && !globally) failedCount = ListInactive(ids, failed);
   }
   return code;
 }

@@ -1,4 +1,4 @@
-// An object that one thread makes and ends while others look whether it is there.
+// An object that one thread makes and ends while others look whether it is there. Made for statics.
 #pragma once
 
 #include <atomic>
@@ -6,11 +6,11 @@
 #include <memory>
 
 // Whoever reads it on another thread than the owner's must know by other means that the object does not end meanwhile.
+// An exit of the process leaves the object alone: its end may need what static destructors have taken away already.
 template <class T>
 class OwnedPointer {
  public:
   OwnedPointer() = default;
-  ~OwnedPointer() { reset(); }
   OwnedPointer(const OwnedPointer&) = delete;
   OwnedPointer& operator=(const OwnedPointer&) = delete;
 

@@ -16,7 +16,8 @@ FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.g
 bool FindAgentFolder(std::string& folder) {
   if (GetPathToRunningProcessExe("Nexcore", folder) == CoreErrorCodes::kSuccess) return true;
   if (FindAndLaunchNexcore(nullptr) != 0) return false;
-  return GetPathToRunningProcessExe("Nexcore", folder) == CoreErrorCodes::kSuccess;
+  // The boxes are not looked for a second time: without them the plug-in does nothing until the host starts again.
+  return AwaitPathToRunningProcessExe("Nexcore", folder) == CoreErrorCodes::kSuccess;
 }
 
 }  // namespace

@@ -11,26 +11,33 @@
 namespace {
 
 constexpr const char* kLibraryName = "VelorantPluginInterface.framework";
-std::unique_ptr<VPILoader> sInstance;
+// Kept until the process ends. A static destructor must not take it away: whoever asks for it later in the exit would search
+// for the library again, and launch an agent.
+VPILoader* sInstance = nullptr;
+
+void Replace(VPILoader* instance) {
+  delete sInstance;
+  sInstance = instance;
+}
 
 }  // namespace
 
 VPILoader* VPILoader::GetSharedInstance() {
   if (!sInstance) {
-    sInstance.reset(new VPILoader);
+    sInstance = new VPILoader;
     sInstance->FindLibrary();
   }
-  return sInstance.get();
+  return sInstance;
 }
 
 void VPILoader::ResetForTesting() {
-  sInstance.reset();
+  Replace(nullptr);
   ForgetPrivateFrameworksFolderForTesting();
 }
 
 VPILoader* VPILoader::UseEmptyTableForTesting() {
-  sInstance.reset(new VPILoader);
-  return sInstance.get();
+  Replace(new VPILoader);
+  return sInstance;
 }
 
 VPILoader::VPILoader() {
@@ -59,6 +66,7 @@ void VPILoader::FindLibrary() {
   }
   sFrameworkVersion = bundle->Info().GetString("CFBundleShortVersionString").Text();
   ResetFunctionPointers(this, bundle.get());
+  if (nMissingFunctions > 0) VerifyThatAllMembersAre(true);  // names them
 }
 
 namespace {

@@ -77,7 +77,7 @@ std::string MapBundleIDtoHostApp(const std::string& bundleIdentifier);
 VPFInterfaceRef GetSharedVPFInterface();
 FontActivationTracker* GetSharedFontActivationTracker();
 
-// Makes the host redo the state of its front window.
+// Makes the host redraw the state of its front window. There is no such state on this platform, so it does nothing.
 void BackgroundForegroundApp();
 // Calls the function twice: hosts notice a changed font list only at the second look.
 void RefreshActiveFontList(void (*function)(void*), void* context);
