@@ -43,6 +43,14 @@ Descriptor NewSocket(std::error_code& error) {
   return descriptor;
 }
 
+constexpr int kSecondsToConnect = 2;
+
+// 0 for none.
+void SetSendTimeout(int fd, int seconds) {
+  const timeval timeout{seconds, 0};
+  setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
+}
+
 bool IsPeerThisUser(int connected) {
   ucred peer{};
   socklen_t size = sizeof peer;
@@ -82,10 +90,12 @@ Descriptor ConnectLocal(const std::string& folder, const std::string& name, std:
   if (error) return Descriptor();
   Descriptor descriptor = NewSocket(error);
   if (error) return Descriptor();
+  SetSendTimeout(descriptor.Get(), kSecondsToConnect);
   if (connect(descriptor.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    error = LastError();
+    error = errno == EAGAIN ? std::make_error_code(std::errc::timed_out) : LastError();
     return Descriptor();
   }
+  SetSendTimeout(descriptor.Get(), 0);
   // Whoever made the folder first may listen in it.
   if (!IsPeerThisUser(descriptor.Get())) {
     error = std::make_error_code(std::errc::permission_denied);

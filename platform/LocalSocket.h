@@ -17,7 +17,8 @@ inline constexpr uint32_t kLongestMessage = 64u << 20;
 // Listens in a folder of mode 0700 that belongs to this user (made if missing, refused otherwise); a socket left by a
 // dead program is replaced, one that a living program serves is refused with std::errc::address_in_use.
 PLATFORM_API Descriptor ListenLocal(const std::string& folder, const std::string& name, std::error_code& error);
-// Refuses a listener of another user with std::errc::permission_denied.
+// Refuses a listener of another user with std::errc::permission_denied. A listener that takes no more connections, as one
+// whose program has stopped, gives std::errc::timed_out after 2 seconds.
 PLATFORM_API Descriptor ConnectLocal(const std::string& folder, const std::string& name, std::error_code& error);
 // Takes one connection and checks that the peer is this user; others are closed with std::errc::permission_denied.
 PLATFORM_API Descriptor AcceptLocal(int listening, std::error_code& error);

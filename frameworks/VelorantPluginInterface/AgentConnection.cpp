@@ -1,8 +1,11 @@
 #include "frameworks/VelorantPluginInterface/AgentConnection.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <condition_variable>
+#include <cstring>
 #include <deque>
 #include <map>
 #include <mutex>
@@ -13,11 +16,48 @@
 
 namespace plugin_interface {
 
+namespace {
+
+using Clock = std::chrono::steady_clock;  // does not run while the machine sleeps
+
+// The small question, which the agent answers at any time, and the number of its reply, which nobody waits for.
+constexpr const char* kProbe = "GetIsOnline";
+constexpr uint64_t kProbeID = 0;
+// Copying files to a slow disk keeps the agent from everything else.
+constexpr const char* kLongCall = "ExportFonts";
+constexpr int kLongCallFactor = 30;
+
+std::string RequestText(uint64_t id, const char* name, Json arguments) {
+  return Json{{"id", id}, {"call", name}, {"arguments", std::move(arguments)}}.dump(-1, ' ', false,
+                                                                                    Json::error_handler_t::replace);
+}
+
+std::chrono::milliseconds TimeUntil(Clock::time_point end) {
+  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+  return std::max(left, std::chrono::milliseconds(1));
+}
+
+bool IsReadableBefore(int socket, Clock::time_point end) {
+  pollfd ready{socket, POLLIN, 0};
+  return poll(&ready, 1, static_cast<int>(TimeUntil(end).count())) > 0;
+}
+
+// After this time a blocked operation on the socket fails; 0 for never.
+void SetTimeout(int socket, int option, std::chrono::milliseconds time) {
+  timeval value{};
+  value.tv_sec = time.count() / 1000;
+  value.tv_usec = static_cast<suseconds_t>(time.count() % 1000 * 1000);
+  setsockopt(socket, SOL_SOCKET, option, &value, sizeof value);
+}
+
+}  // namespace
+
 // Shared with the reader thread, which may outlive the connection when a notification's receiver ends it.
 struct AgentConnection::State {
   platform::Descriptor socket;
   NotificationHandler onNotification;
   void (*onLost)() = nullptr;
+  Patience patience = kPatience;
 
   std::mutex sending;  // one message at a time
 
@@ -26,7 +66,9 @@ struct AgentConnection::State {
   std::map<uint64_t, CallResult> replies;
   uint64_t lastID = 0;
   bool isLost = false;
+  bool isSilent = false;  // the reason for it
   bool isClosed = false;  // by this side
+  Clock::time_point lastHeard;
   std::thread::id reader;
   bool readerHasEnded = false;
   std::condition_variable readerEnded;
@@ -34,13 +76,19 @@ struct AgentConnection::State {
   std::deque<Json> notifications;  // read and not yet delivered; the reader thread's alone
 
   bool ReadOne();
-  void Lose();
+  bool ReadOneBefore(Clock::time_point end);
+  void Send(const std::string& request);
+  void Lose(bool silent = false);
 };
 
 // Reads one message and puts it where it belongs; false if there is none to come.
 bool AgentConnection::State::ReadOne() {
   std::string text;
   if (platform::ReceiveMessage(socket.Get(), text)) return false;
+  {
+    const std::lock_guard lock(mutex);
+    lastHeard = Clock::now();
+  }
   if (agent_protocol::IsTooDeep(text)) return false;
   Json message = Json::parse(text, nullptr, false);
   if (!message.is_object()) return false;
@@ -54,27 +102,47 @@ bool AgentConnection::State::ReadOne() {
   }
   CallResult reply{message["code"].get<uint32_t>()};
   if (message.contains("result")) reply.result = std::move(message["result"]);
+  const uint64_t id = message["id"].get<uint64_t>();
   const std::lock_guard lock(mutex);
-  replies[message["id"].get<uint64_t>()] = std::move(reply);
+  if (id != kProbeID) replies[id] = std::move(reply);
   replied.notify_all();
   return true;
 }
 
-void AgentConnection::State::Lose() {
+// On the reader thread, which reads nothing else meanwhile.
+bool AgentConnection::State::ReadOneBefore(Clock::time_point end) {
+  SetTimeout(socket.Get(), SO_RCVTIMEO, TimeUntil(end));
+  const bool hasRead = ReadOne();
+  SetTimeout(socket.Get(), SO_RCVTIMEO, {});
+  return hasRead;
+}
+
+// An agent that has stopped reads nothing: once the socket is full, this fails after the patience.
+void AgentConnection::State::Send(const std::string& request) {
+  const std::lock_guard lock(sending);
+  const std::error_code error = platform::SendMessage(socket.Get(), request);
+  if (error) Lose(error == std::errc::resource_unavailable_try_again);
+}
+
+void AgentConnection::State::Lose(bool silent) {
   {
     const std::lock_guard lock(mutex);
     if (isLost) return;
     isLost = true;
+    isSilent = silent;
     replied.notify_all();
   }
   shutdown(socket.Get(), SHUT_RDWR);
 }
 
-AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)())
+AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)(),
+                                 Patience patience)
     : state_(std::make_shared<State>()) {
   state_->socket = std::move(socket);
   state_->onNotification = std::move(onNotification);
   state_->onLost = onLost;
+  state_->patience = patience;
+  SetTimeout(state_->socket.Get(), SO_SNDTIMEO, patience);
   // On its own from the start: a lost connection may lie about for long before somebody takes it down.
   std::thread([state = state_] { ReadUntilLost(state); }).detach();
 }
@@ -110,33 +178,47 @@ void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
 }
 
 CallResult AgentConnection::Call(const char* name, Json arguments) {
-  const CallResult gone{PluginInterface::kAgentShutdownCode};
   uint64_t id = 0;
-  bool isReader = false;
   {
     const std::lock_guard lock(state_->mutex);
-    if (state_->isLost) return gone;
+    if (state_->isLost) return {PluginInterface::kAgentShutdownCode};
     id = ++state_->lastID;
-    isReader = state_->reader == std::this_thread::get_id();
   }
-  const std::string text = Json{{"id", id}, {"call", name}, {"arguments", std::move(arguments)}}.dump(
-      -1, ' ', false, Json::error_handler_t::replace);
-  {
-    const std::lock_guard lock(state_->sending);
-    if (platform::SendMessage(state_->socket.Get(), text)) state_->Lose();
-  }
-  std::unique_lock lock(state_->mutex);
-  while (!state_->isLost && !state_->replies.contains(id)) {
-    if (!isReader) {
-      state_->replied.wait(lock);
-      continue;
+  state_->Send(RequestText(id, name, std::move(arguments)));
+  return AwaitReply(id, std::strcmp(name, kLongCall) == 0 ? state_->patience * kLongCallFactor : state_->patience);
+}
+
+CallResult AgentConnection::AwaitReply(uint64_t id, Patience patience) {
+  State& state = *state_;
+  std::unique_lock lock(state.mutex);
+  const bool isReader = state.reader == std::this_thread::get_id();
+  const Clock::time_point sent = Clock::now();
+  Clock::time_point probed;  // the last silence in which the small question was asked
+  while (!state.isLost && !state.replies.contains(id)) {
+    const Clock::time_point quietSince = std::max(sent, state.lastHeard);
+    const bool hasProbed = probed == quietSince;
+    const Clock::time_point end = quietSince + (hasProbed ? patience : patience / 2);
+    if (Clock::now() < end) {
+      if (!isReader) {
+        state.replied.wait_until(lock, end);
+        continue;
+      }
+      lock.unlock();
+      if (IsReadableBefore(state.socket.Get(), end) && !state.ReadOneBefore(quietSince + patience)) {
+        state.Lose(Clock::now() >= quietSince + patience);
+      }
+    } else if (hasProbed) {
+      lock.unlock();
+      state.Lose(true);
+    } else {
+      probed = quietSince;
+      lock.unlock();
+      state.Send(RequestText(kProbeID, kProbe, Json::object()));
     }
-    lock.unlock();
-    if (!state_->ReadOne()) state_->Lose();
     lock.lock();
   }
-  const auto reply = state_->replies.extract(id);
-  return reply ? std::move(reply.mapped()) : gone;
+  const auto reply = state.replies.extract(id);
+  return reply ? std::move(reply.mapped()) : CallResult{PluginInterface::kAgentShutdownCode};
 }
 
 void AgentConnection::Close() {
@@ -150,6 +232,11 @@ void AgentConnection::Close() {
 bool AgentConnection::IsLost() const {
   const std::lock_guard lock(state_->mutex);
   return state_->isLost;
+}
+
+bool AgentConnection::HasFallenSilent() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->isSilent;
 }
 
 }  // namespace plugin_interface

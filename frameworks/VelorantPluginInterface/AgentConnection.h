@@ -2,8 +2,13 @@
 //
 // Any thread may call. Replies are matched to requests by their number. Once the connection is lost every waiting and
 // every later call gets the agent-gone code at once; a new connection is a new object.
+//
+// No call waits forever. An agent that is busy still answers a small question (a first scan can hold a reply back for
+// minutes), so a caller that has heard nothing for half of its patience asks one. An agent that has said nothing at all for
+// the whole of it has stopped: the connection is then lost.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -23,12 +28,16 @@ struct CallResult {
 
 class AgentConnection {
  public:
+  using Patience = std::chrono::milliseconds;
+  static constexpr Patience kPatience = std::chrono::seconds(20);
+
   // Called on the reader thread, in the order in which the agent sent them.
   using NotificationHandler = std::function<void(const Json&)>;
 
   // onLost runs at the end of the reader thread, if it was not this side that ended the connection; it may take its time,
   // and must not throw. Throws std::system_error if no thread can be had.
-  AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)());
+  AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)(),
+                  Patience patience = kPatience);
   ~AgentConnection();  // closes; waits for the reader, unless called by it
   AgentConnection(const AgentConnection&) = delete;
   AgentConnection& operator=(const AgentConnection&) = delete;
@@ -36,10 +45,12 @@ class AgentConnection {
   // Waits for the reply. On the reader thread itself (a notification's receiver asks something) it reads meanwhile.
   CallResult Call(const char* name, Json arguments);
   bool IsLost() const;
-  void Close();  // lost from here on
+  bool HasFallenSilent() const;  // it was lost because the agent said nothing any more
+  void Close();                  // lost from here on
 
  private:
   struct State;
+  CallResult AwaitReply(uint64_t id, Patience patience);
   static void ReadUntilLost(const std::shared_ptr<State>& state);
   std::shared_ptr<State> state_;
 };

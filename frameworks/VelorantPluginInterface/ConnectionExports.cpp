@@ -30,14 +30,14 @@ TModuleErrorCode InitAppInstance(FacadeHandle h, uint32_t, uint32_t) {
     uint32_t code = kSuccess;
     const auto facade = FacadeOf(h, code);
     if (facade) code = facade->Connect();
-    return IsAgentGone(code) ? kSuccess : code;
+    return IsUnreachable(code) ? kSuccess : code;
   });
 }
 
 TModuleErrorCode InitThreadInstance(FacadeHandle h) {
   return Guarded([&] {
     const uint32_t code = CallAgent(h, "InitThreadInstance").code;
-    return IsAgentGone(code) ? kAgentNotFound : code;
+    return IsUnreachable(code) ? kAgentNotFound : code;
   });
 }
 
@@ -79,8 +79,9 @@ TModuleErrorCode GetIsCoreAgentProcessRunning(FacadeHandle h, int32_t* out) {
   return Guarded([&] {
     uint32_t code = kSuccess;
     const auto facade = FacadeOf(h, code);
-    const bool isRunning = (facade && facade->IsConnected()) || IsAgentProcessRunning(platform::GetPlaces().runtime);
-    *out = isRunning ? 1 : 0;
+    const bool isThere = (facade && facade->IsConnected()) || IsAgentProcessRunning(platform::GetPlaces().runtime);
+    // One that has stopped is no agent to its callers, who would wait for it and report fonts as missing.
+    *out = isThere && !IsAgentSilent() ? 1 : 0;
     return kSuccess;
   });
 }

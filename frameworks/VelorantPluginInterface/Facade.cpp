@@ -1,5 +1,6 @@
 #include "frameworks/VelorantPluginInterface/Facade.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <thread>
@@ -15,8 +16,8 @@ namespace plugin_interface {
 
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(10);
 constexpr auto kPause = std::chrono::milliseconds(10);
+constexpr int kMostRelaunches = 5;
 constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // for an agent that somebody else starts
 
 platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
@@ -24,10 +25,10 @@ platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
   return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
 }
 
-// An agent that was launched a moment ago does not listen yet. Its callers relaunch without a pause, so the waiting is
-// done here, as long as there is a process to wait for.
-platform::Descriptor AwaitAgent(const std::string& runtimeFolder) {
-  const auto end = std::chrono::steady_clock::now() + kPatience;
+// An agent that was launched a moment ago does not listen yet. Its callers relaunch without a pause, and ask no second time
+// whether it runs, so the waiting is done here, as long as there is a process to wait for.
+platform::Descriptor AwaitAgent(const std::string& runtimeFolder, AgentConnection::Patience patience) {
+  const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {
     platform::Descriptor socket = ReachAgent(runtimeFolder);
     if (socket || std::chrono::steady_clock::now() >= end) return socket;
@@ -38,17 +39,23 @@ platform::Descriptor AwaitAgent(const std::string& runtimeFolder) {
 }
 
 struct Facades {
-  std::mutex mutex;
+  std::atomic<bool> isSilent = false;
+  std::atomic<AgentConnection::Patience> patience = AgentConnection::kPatience;
+
+  std::mutex mutex;  // guards what follows
   std::condition_variable discarded;
   std::shared_ptr<Facade> current;
   PluginInterface::FacadeHandle lastHandle = 0;
+  int relaunches = 0;  // since an agent was last reached
   HeldFonts held;
 
   // Takes away a facade whose agent is gone if another agent answers, and makes one if there is none. The mutex is held.
   // What was taken away is to be retired without it: that waits for a reader, which may be in a callback that calls here.
   std::shared_ptr<Facade> Renew(const std::string& runtimeFolder) {
     std::shared_ptr<Facade> replaced;
-    if (current && current->IsLost() && ReachAgent(current->RuntimeFolder())) replaced = std::move(current);
+    if (current && current->IsLost() && !isSilent && ReachAgent(current->RuntimeFolder())) {
+      replaced = std::move(current);
+    }
     if (!current) current = std::make_shared<Facade>(++lastHandle, held, runtimeFolder);
     return replaced;
   }
@@ -80,7 +87,54 @@ void ReturnToNextAgent() {
   Guarded([&] { return renewed->Connect(); });
 }
 
+// Returns when the agent has answered a greeting, which may take for ever, or when there is none.
+void AwaitVoice(const std::string& runtimeFolder) {
+  for (;;) {
+    std::error_code error;
+    const platform::Descriptor socket = platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
+    if (socket) {
+      const Json hello = {{"id", 1}, {"call", "Hello"}, {"arguments", {{"notifications", false}}}};
+      std::string reply;
+      if (!platform::SendMessage(socket.Get(), hello.dump())) platform::ReceiveMessage(socket.Get(), reply);
+      return;
+    }
+    // It does not listen yet, or takes no more connections.
+    if (!IsAgentProcessRunning(runtimeFolder)) return;
+    std::this_thread::sleep_for(kBetweenLooks);
+  }
+}
+
+// From here on callers are not made to wait for this agent. Without a thread that notices its answer they have to.
+void NoteSilence(const std::string& runtimeFolder) {
+  Facades& all = All();
+  if (all.isSilent.exchange(true)) return;
+  const uint32_t code = Guarded([&] {
+    std::thread([&all, runtimeFolder] {
+      Guarded([&] {
+        AwaitVoice(runtimeFolder);
+        return kSuccess;
+      });
+      all.isSilent = false;
+      // The open documents' fonts come back, as after a restart of the agent.
+      Guarded([] { return CurrentFacade()->Connect(); });
+    }).detach();
+    return kSuccess;
+  });
+  if (code != kSuccess) all.isSilent = false;
+}
+
+uint32_t CodeWithoutAgent() {
+  Facades& all = All();
+  const std::lock_guard lock(all.mutex);
+  if (all.relaunches < kMostRelaunches) return PluginInterface::kServiceUnavailableCode;
+  all.relaunches = 0;  // the next command may try again
+  return kAgentNotFound;
+}
+
 }  // namespace
+
+bool IsAgentSilent() { return All().isSilent; }
+void SetPatienceForTesting(AgentConnection::Patience patience) { All().patience = patience; }
 
 Facade::ConnectionRef Facade::Connection() const {
   const std::lock_guard lock(mutex_);
@@ -98,16 +152,35 @@ bool Facade::IsLost() const {
 }
 
 uint32_t Facade::Connect() {
+  if (IsAgentSilent()) return kReplyTimeout;
   const std::lock_guard one(connecting_);
   {
     const std::lock_guard lock(mutex_);
     if (isRetired_) return PluginInterface::kAgentShutdownCode;
     if (connection_) return connection_->IsLost() ? PluginInterface::kAgentShutdownCode : kSuccess;
   }
-  platform::Descriptor socket = AwaitAgent(runtimeFolder_);
-  if (!socket) return PluginInterface::kServiceUnavailableCode;
-  const auto connection = std::make_shared<AgentConnection>(std::move(socket), Deliver, ReturnToNextAgent);
-  if (const uint32_t code = Greet(*connection)) return code;
+  return IsAgentSilent() ? kReplyTimeout : ConnectAlone();
+}
+
+uint32_t Facade::ConnectAlone() {
+  platform::Descriptor socket = AwaitAgent(runtimeFolder_, All().patience);
+  if (!socket) {
+    if (!IsAgentProcessRunning(runtimeFolder_)) return CodeWithoutAgent();
+    NoteSilence(runtimeFolder_);
+    return kReplyTimeout;
+  }
+  const auto connection =
+      std::make_shared<AgentConnection>(std::move(socket), Deliver, ReturnToNextAgent, All().patience);
+  const uint32_t code = Greet(*connection);
+  if (connection->HasFallenSilent()) {
+    NoteSilence(runtimeFolder_);
+    return kReplyTimeout;
+  }
+  if (code != kSuccess) return code;
+  {
+    const std::lock_guard lock(All().mutex);
+    All().relaunches = 0;
+  }
   {
     const std::lock_guard lock(mutex_);
     if (isRetired_) return PluginInterface::kAgentShutdownCode;
@@ -137,7 +210,10 @@ uint32_t Facade::Greet(AgentConnection& connection) {
 CallResult Facade::Call(const char* name, Json arguments) {
   if (const uint32_t code = Connect()) return {code};
   const ConnectionRef connection = Connection();
-  return connection ? connection->Call(name, std::move(arguments)) : CallResult{PluginInterface::kAgentShutdownCode};
+  if (!connection || connection->IsLost()) return {PluginInterface::kAgentShutdownCode};
+  CallResult result = connection->Call(name, std::move(arguments));
+  if (connection->HasFallenSilent()) NoteSilence(runtimeFolder_);
+  return result;
 }
 
 void Facade::Disconnect(bool keepFonts) {
@@ -189,6 +265,7 @@ void DiscardFacade(bool keepFonts) {
     const std::lock_guard lock(all.mutex);
     discarded = std::move(all.current);
     all.current = nullptr;
+    ++all.relaunches;
     all.discarded.notify_all();
   }
   if (!discarded) return;

@@ -1,6 +1,10 @@
 // One handle's worth of agent: the connection that is made when it is first needed and, once lost, stays lost.
 //
 // A relaunched agent is reached through a new facade. Handles that were replaced answer with an agent-gone code.
+//
+// An agent that runs and does not answer (AgentConnection.h) costs its caller the waiting once. From then on every call
+// gets kReplyTimeout at once, which is no reason to relaunch, until the agent has answered or its process has ended: a
+// thread waits for that, and then connects again.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +27,9 @@ class Facade {
 
   PluginInterface::FacadeHandle Handle() const { return handle_; }
   const std::string& RuntimeFolder() const { return runtimeFolder_; }
-  // Connects unless that is done: 0, an agent-gone code, or kVersionMismatch for an agent that speaks another protocol.
-  // An agent that has just been started is waited for; without one the answer comes at once.
+  // Connects unless that is done: 0, an agent-gone code, kReplyTimeout, or kVersionMismatch for an agent that speaks
+  // another protocol. An agent that has just been started is waited for; without one the answer comes at once. Callers
+  // relaunch for as long as they get an agent-gone code; after a few relaunches that brought no agent it is kAgentNotFound.
   uint32_t Connect();
   // Connects if need be and asks; the agent's code, or one of those above.
   CallResult Call(const char* name, Json arguments);
@@ -39,6 +44,7 @@ class Facade {
  private:
   using ConnectionRef = std::shared_ptr<AgentConnection>;
   ConnectionRef Connection() const;
+  uint32_t ConnectAlone();
   uint32_t Greet(AgentConnection& connection);
 
   const PluginInterface::FacadeHandle handle_;
@@ -57,6 +63,9 @@ std::shared_ptr<Facade> CurrentFacade();
 std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t& code);
 // The next CurrentFacade makes a new one. keepFonts as for Disconnect.
 void DiscardFacade(bool keepFonts);
+// Whether the agent runs and does not answer.
+bool IsAgentSilent();
+void SetPatienceForTesting(AgentConnection::Patience patience);
 // What the process holds, through whatever facade.
 HeldFonts& ProcessFonts();
 

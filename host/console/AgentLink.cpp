@@ -2,11 +2,14 @@
 
 #include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
@@ -25,6 +28,7 @@ using Json = nlohmann::json;
 constexpr int kPauseMilliseconds = 10;
 constexpr int kPatienceMilliseconds = 10000;
 constexpr int kPatienceAfterLastWords = 1000;  // an agent that has complained and does not answer has ended
+constexpr int kPatienceWithSilence = 20000;    // an agent that says nothing for so long has stopped
 constexpr uint32_t kAllWorkgroups = 0;
 
 int AgentProcess() {
@@ -75,13 +79,44 @@ struct Answer {
   Json result;
 };
 
-// Sends a request and reads until its reply; nothing if the connection is lost.
+bool Send(int socket, uint64_t id, const char* call, const Json& arguments) {
+  const Json request = {{"id", id}, {"call", call}, {"arguments", arguments}};
+  return !platform::SendMessage(socket, request.dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+// Waits until the agent has said something. One that is busy can hold a reply back for minutes, and answers a small
+// question all the same; false for one that does not even do that.
+bool AwaitMessage(int socket) {
+  for (const bool isLastTime : {false, true}) {
+    pollfd ready{socket, POLLIN, 0};
+    int count = 0;
+    while ((count = poll(&ready, 1, kPatienceWithSilence / 2)) < 0 && errno == EINTR) {
+    }
+    if (count != 0) return count > 0;
+    if (!isLastTime && !Send(socket, 0, "GetIsOnline", Json::object())) return false;
+  }
+  return false;
+}
+
+bool HasEnded(int socket) {
+  char next = 0;
+  const ssize_t got = recv(socket, &next, sizeof next, MSG_PEEK | MSG_DONTWAIT);
+  return got == 0 || (got < 0 && errno != EAGAIN);
+}
+
+// A blocked operation fails after a while: the agent has stopped in the middle of a message.
+void LimitBlocking(int socket) {
+  const timeval time{kPatienceWithSilence / 1000, 0};
+  setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
+  setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof time);
+}
+
+// Sends a request and reads until its reply; nothing if the connection is lost or the agent says nothing any more.
 std::optional<Answer> Ask(int socket, uint64_t id, const char* call, const Json& arguments,
                           const std::function<void(const Json&)>& onNotification) {
-  const Json request = {{"id", id}, {"call", call}, {"arguments", arguments}};
-  if (platform::SendMessage(socket, request.dump(-1, ' ', false, Json::error_handler_t::replace))) return std::nullopt;
+  if (!Send(socket, id, call, arguments)) return std::nullopt;
   std::string text;
-  while (!platform::ReceiveMessage(socket, text)) {
+  while (AwaitMessage(socket) && !platform::ReceiveMessage(socket, text)) {
     const Json message = Json::parse(text, nullptr, false);
     if (!message.is_object()) return std::nullopt;
     if (message.contains("notify")) {
@@ -103,6 +138,7 @@ std::string AgentLink::Start(LibrarySummary* summary) {
     if (!problem.empty()) return problem;
   }
   if (!Connect()) {
+    if (silentProcess_ != 0) return SilenceProblem();
     std::string problem = Launch();
     if (!problem.empty()) return problem;
   }
@@ -136,11 +172,18 @@ std::string AgentLink::Launch() {
 
 bool AgentLink::Connect() {
   if (socket_) return true;
+  // The user does not wait for a stopped agent more than once.
+  if (silentProcess_ != 0 && silentProcess_ == AgentProcess()) return false;
   std::error_code error;
   platform::Descriptor socket =
       platform::ConnectLocal(platform::GetPlaces().runtime, agent_protocol::kAgentSocketName, error);
   if (!socket) return false;
-  if (!Ask(socket.Get(), ++lastID_, "Hello", {{"notifications", true}}, nullptr)) return false;
+  LimitBlocking(socket.Get());
+  if (!Ask(socket.Get(), ++lastID_, "Hello", {{"notifications", true}}, nullptr)) {
+    silentProcess_ = HasEnded(socket.Get()) ? 0 : AgentProcess();
+    return false;
+  }
+  silentProcess_ = 0;
   socket_ = std::move(socket);
   return true;
 }
@@ -153,7 +196,11 @@ std::string AgentLink::ReadReport(LibrarySummary* summary) {
     }
   });
   const std::string agent = sandbox_.AgentExecutable();
-  if (!answer) return agent + ": the agent ended while it read its library: " + LastWords();
+  if (!answer) {
+    Lose();
+    return silentProcess_ != 0 ? SilenceProblem()
+                               : agent + ": the agent ended while it read its library: " + LastWords();
+  }
   if (answer->code != 0) return agent + ": the agent can't serve fonts: " + LastWords();
   summary->isKnown = true;
   summary->files = answer->result.value("files", size_t{0});
@@ -173,7 +220,22 @@ std::string AgentLink::LastWords() const {
   return text.starts_with(own) ? text.substr(own.size()) : text;
 }
 
+void AgentLink::Lose() {
+  hasGone_ = HasEnded(socket_.Get());
+  silentProcess_ = hasGone_ ? 0 : AgentProcess();
+  socket_.Close();
+}
+
+std::string AgentLink::SilenceProblem() const {
+  return sandbox_.AgentExecutable() + ": process " + std::to_string(silentProcess_) + " runs but does not answer";
+}
+
 bool AgentLink::HasJustGone() {
+  if (std::exchange(hasGone_, false)) return true;
+  if (silentProcess_ != 0 && silentProcess_ != AgentProcess()) {
+    silentProcess_ = 0;
+    return true;
+  }
   if (!socket_) {
     Connect();
     return false;
@@ -203,12 +265,14 @@ size_t AgentLink::CountCandidates(const std::string& postScriptName) {
   if (!socket_) return 0;
   const auto answer = Ask(socket_.Get(), ++lastID_, "GetFontsByPostscriptName",
                           {{"name", postScriptName}, {"workgroupIDs", {kAllWorkgroups}}}, nullptr);
+  if (!answer) Lose();
   return answer && answer->code == 0 ? answer->result.value("fontIDs", Json::array()).size() : 0;
 }
 
 std::string AgentLink::FileOf(uint32_t fontID) {
   if (!socket_) return "";
   const auto answer = Ask(socket_.Get(), ++lastID_, "GetFontInfoByID", {{"fontID", fontID}}, nullptr);
+  if (!answer) Lose();
   if (!answer || answer->code != 0) return "";
   return answer->result.value("record", Json::object()).value("Path", "");
 }

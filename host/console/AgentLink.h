@@ -50,10 +50,14 @@ class AgentLink {
   bool Connect();
   std::string ReadReport(LibrarySummary* summary);
   std::string LastWords() const;
+  void Lose();  // the agent has gone or does not answer
+  std::string SilenceProblem() const;
 
   const Sandbox& sandbox_;
   platform::Descriptor socket_;
   uint64_t lastID_ = 0;
+  int silentProcess_ = 0;  // an agent that did not answer
+  bool hasGone_ = false;   // and nobody has been told yet
 };
 
 }  // namespace console

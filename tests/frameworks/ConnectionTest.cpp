@@ -1,0 +1,245 @@
+// The agent library over an agent that does not answer: a stand-in at the other end of the socket, which can hold its
+// tongue as an agent does whose process has been stopped.
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/AgentConnection.h"
+#include "frameworks/VelorantPluginInterface/Facade.h"
+#include "frameworks/VelorantPluginInterface/ResultCodes.h"
+#include "platform/Folders.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using namespace plugin_interface;
+using namespace std::chrono_literals;
+using platform::Descriptor;
+
+constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
+
+// Serves one descriptor, or all that connect to a listening one, on a thread of its own.
+class StandIn {
+ public:
+  // What it does with a request: answers with code 0, or leaves it unanswered.
+  using Answers = std::function<bool(const std::string& call)>;
+
+  StandIn(Descriptor socket, bool isListening, Answers answers)
+      : socket_(std::move(socket)), isListening_(isListening), answers_(std::move(answers)) {
+    EXPECT_EQ(pipe(stop_), 0);
+    thread_ = std::thread([this] { Serve(); });
+  }
+  ~StandIn() {
+    SetStopped(false);
+    close(stop_[1]);
+    thread_.join();
+    close(stop_[0]);
+  }
+  StandIn(const StandIn&) = delete;
+  StandIn& operator=(const StandIn&) = delete;
+
+  // While it is stopped it neither accepts nor reads, and what comes waits for it.
+  void SetStopped(bool isStopped) {
+    const std::lock_guard lock(mutex_);
+    isStopped_ = isStopped;
+    changed_.notify_all();
+  }
+  std::vector<std::string> Heard() const {
+    const std::lock_guard lock(mutex_);
+    return heard_;
+  }
+
+ private:
+  void Serve() {
+    std::vector<Descriptor> accepted;
+    for (;;) {
+      std::vector<pollfd> polled{{stop_[0], POLLIN, 0}, {socket_.Get(), POLLIN, 0}};
+      for (const Descriptor& each : accepted) polled.push_back({each.Get(), POLLIN, 0});
+      poll(polled.data(), polled.size(), -1);
+      if (polled[0].revents != 0) return;
+      {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return !isStopped_; });
+      }
+      for (size_t i = polled.size(); i-- > 2;) {
+        if (polled[i].revents != 0 && !ServeOne(polled[i].fd)) accepted.erase(accepted.begin() + (i - 2));
+      }
+      if (polled[1].revents == 0) continue;
+      std::error_code error;
+      if (isListening_) {
+        accepted.push_back(platform::AcceptLocal(socket_.Get(), error));
+      } else if (!ServeOne(socket_.Get())) {
+        return;
+      }
+    }
+  }
+  bool ServeOne(int socket) {
+    std::string text;
+    if (platform::ReceiveMessage(socket, text)) return false;
+    const Json request = Json::parse(text);
+    {
+      const std::lock_guard lock(mutex_);
+      heard_.push_back(request["call"]);
+    }
+    if (answers_(request["call"])) Reply(socket, request["id"]);
+    return true;
+  }
+  static void Reply(int socket, uint64_t id) {
+    const Json result = {{"protocol", agent_protocol::kProtocolVersion}, {"value", 1}};
+    platform::SendMessage(socket, Json{{"id", id}, {"code", 0}, {"result", result}}.dump());
+  }
+
+  Descriptor socket_;
+  const bool isListening_;
+  const Answers answers_;
+  int stop_[2] = {};
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  bool isStopped_ = false;
+  std::vector<std::string> heard_;
+  std::thread thread_;
+};
+
+struct Pair {
+  Pair() {
+    int ends[2];
+    EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+    ours = Descriptor(ends[0]);
+    theirs = Descriptor(ends[1]);
+  }
+  Descriptor ours, theirs;
+};
+
+void Ignore() {}
+
+TEST(AgentConnection, ACallToAnAgentThatSaysNothingEnds) {
+  Pair pair;
+  const StandIn agent(std::move(pair.theirs), false, [](const std::string&) { return false; });
+  AgentConnection connection(
+      std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
+  EXPECT_EQ(connection.Call("ActivateFonts", Json::object()).code, kGone);
+  EXPECT_TRUE(connection.IsLost() && connection.HasFallenSilent());
+  EXPECT_EQ(agent.Heard(), (std::vector<std::string>{"ActivateFonts", "GetIsOnline"}))
+      << "it is asked before it is lost";
+  EXPECT_EQ(connection.Call("ActivateFonts", Json::object()).code, kGone) << "at once";
+}
+
+TEST(AgentConnection, AnAgentThatReadsNothingIsLostToo) {
+  Pair pair;
+  AgentConnection connection(
+      std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
+  EXPECT_EQ(connection.Call("ActivateFonts", {{"text", std::string(8 << 20, 'x')}}).code, kGone);
+  EXPECT_TRUE(connection.HasFallenSilent());
+}
+
+TEST(AgentConnection, AnAgentThatIsBusyIsWaitedFor) {
+  Pair pair;
+  // The reply comes only after the small question: later than half of the patience.
+  std::atomic<int> socket = pair.theirs.Get();
+  const StandIn agent(std::move(pair.theirs), false, [&](const std::string& call) {
+    if (call != "GetIsOnline") return false;
+    const Json late = {{"id", 1}, {"code", 7}};
+    platform::SendMessage(socket, late.dump());
+    return true;
+  });
+  AgentConnection connection(
+      std::move(pair.ours), [](const Json&) {}, Ignore, 4s);
+  EXPECT_EQ(connection.Call("GetScanReport", Json::object()).code, 7u);
+  EXPECT_FALSE(connection.IsLost());
+}
+
+TEST(AgentConnection, ACallFromAReceiverOfNotificationsEndsAsWell) {
+  Pair pair;
+  std::atomic<uint32_t> code = 99;
+  AgentConnection* caller = nullptr;
+  const int agent = pair.theirs.Get();
+  AgentConnection connection(
+      std::move(pair.ours),
+      [&](const Json&) {
+        code = caller->Call("GetFontIsActivated", Json::object()).code;
+        code.notify_all();
+      },
+      Ignore, 100ms);
+  caller = &connection;
+  platform::SendMessage(agent, Json{{"notify", 8}, {"fontID", 1}}.dump());
+  code.wait(99);
+  EXPECT_EQ(code, kGone);
+  EXPECT_TRUE(connection.HasFallenSilent());
+}
+
+class SilentAgent : public testing::Test {
+ protected:
+  SilentAgent() {
+    platform::Places places;
+    places.runtime = folder_ / "run";
+    platform::SetPlaces(places);
+    SetPatienceForTesting(100ms);
+  }
+  ~SilentAgent() override {
+    AwaitVoice();
+    DiscardFacade(false);
+    SetPatienceForTesting(AgentConnection::kPatience);
+  }
+  Descriptor Listen() const {
+    std::error_code error;
+    Descriptor listening = platform::ListenLocal(folder_ / "run", agent_protocol::kAgentSocketName, error);
+    EXPECT_FALSE(error) << error.message();
+    return listening;
+  }
+  static uint32_t Ask() { return CurrentFacade()->Call("GetIsOnline", Json::object()).code; }
+  static void AwaitVoice() {
+    while (IsAgentSilent()) std::this_thread::yield();
+  }
+  static bool AnswerAll(const std::string&) { return true; }
+
+  test_support::TempFolder folder_;
+};
+
+TEST_F(SilentAgent, CostsTheWaitingOnceAndIsFoundAgain) {
+  StandIn agent(Listen(), true, AnswerAll);
+  EXPECT_EQ(Ask(), kSuccess);
+  agent.SetStopped(true);
+  EXPECT_EQ(Ask(), kGone) << "the connection is lost";
+  EXPECT_EQ(Ask(), kReplyTimeout) << "no reason to relaunch";
+  DiscardFacade(false);  // what a relaunch does
+  EXPECT_EQ(Ask(), kReplyTimeout);
+  EXPECT_TRUE(IsAgentSilent());
+  agent.SetStopped(false);
+  AwaitVoice();
+  EXPECT_EQ(Ask(), kSuccess);
+}
+
+TEST_F(SilentAgent, AtTheGreetingIsNoReasonToRelaunchEither) {
+  Descriptor listening = Listen();  // nobody accepts
+  EXPECT_EQ(Ask(), kReplyTimeout);
+  EXPECT_EQ(Ask(), kReplyTimeout);
+  const StandIn agent(std::move(listening), true, AnswerAll);
+  AwaitVoice();
+  EXPECT_EQ(Ask(), kSuccess);
+}
+
+TEST_F(SilentAgent, ThatEndsIsAnAgentThatIsGone) {
+  {
+    const Descriptor listening = Listen();
+    EXPECT_EQ(Ask(), kReplyTimeout);
+  }
+  AwaitVoice();
+  // Whoever relaunches for as long as that may help hears when it does not.
+  uint32_t code = PluginInterface::kServiceUnavailableCode;
+  for (int relaunches = 0; IsAgentGone(code) && relaunches < 100; ++relaunches) {
+    DiscardFacade(false);
+    code = Ask();
+  }
+  EXPECT_EQ(code, kAgentNotFound);
+  EXPECT_EQ(Ask(), PluginInterface::kServiceUnavailableCode) << "and can try again later";
+}
+
+}  // namespace
