@@ -41,8 +41,12 @@ class JsonReport : public Report {
            {"activated", activated},
            {"missing", opened.missing}});
   }
-  void WriteSaved(const std::string& file, const std::vector<std::string>& slug) override {
-    Write({{"event", "saved"}, {"file", file}, {"slug", slug}});
+  void WriteSaving(const std::string& file, const std::vector<std::string>& atRisk) override {
+    Write({{"event", "saving"}, {"file", file}, {"atRisk", atRisk}});
+  }
+  void WriteSaved(const std::string& file, const std::vector<std::string>& slug,
+                  const std::vector<std::string>& lost) override {
+    Write({{"event", "saved"}, {"file", file}, {"slug", slug}, {"lost", lost}});
   }
   void WriteClosed(const std::string& file, const std::vector<std::string>& deactivated) override {
     Write({{"event", "closed"}, {"file", file}, {"deactivated", deactivated}});

@@ -11,7 +11,12 @@ void Report::Opened(const OpenedReport& opened) {
   WriteOpened(opened);
 }
 
-void Report::Saved(const std::string& file, const std::vector<std::string>& slug) { WriteSaved(file, slug); }
+void Report::Saving(const std::string& file, const std::vector<std::string>& atRisk) { WriteSaving(file, atRisk); }
+
+void Report::Saved(const std::string& file, const std::vector<std::string>& slug,
+                   const std::vector<std::string>& lost) {
+  WriteSaved(file, slug, lost);
+}
 
 void Report::Closed(const std::string& file, const std::vector<std::string>& deactivated) {
   WriteClosed(file, deactivated);

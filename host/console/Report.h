@@ -30,7 +30,10 @@ class Report {
   virtual ~Report() = default;
 
   void Opened(const OpenedReport& opened);
-  void Saved(const std::string& file, const std::vector<std::string>& slug);
+  // Before a save: fonts whose identification it can take out of the document, because they are not active now.
+  void Saving(const std::string& file, const std::vector<std::string>& atRisk);
+  // slug: whose identification the document holds now; lost: whose it held before, though it still names the font.
+  void Saved(const std::string& file, const std::vector<std::string>& slug, const std::vector<std::string>& lost);
   void Closed(const std::string& file, const std::vector<std::string>& deactivated);
   // Something went wrong with this file, folder or program. It makes the exit status 1.
   void Error(const std::string& file, const std::string& message);
@@ -51,7 +54,9 @@ class Report {
 
  private:
   virtual void WriteOpened(const OpenedReport& opened) = 0;
-  virtual void WriteSaved(const std::string& file, const std::vector<std::string>& slug) = 0;
+  virtual void WriteSaving(const std::string& file, const std::vector<std::string>& atRisk) = 0;
+  virtual void WriteSaved(const std::string& file, const std::vector<std::string>& slug,
+                          const std::vector<std::string>& lost) = 0;
   virtual void WriteClosed(const std::string& file, const std::vector<std::string>& deactivated) = 0;
   virtual void WriteError(const std::string& file, const std::string& message) = 0;
 

@@ -234,7 +234,32 @@ void Session::Edit(const std::string& font) {
   }
 }
 
+// Empty for a document without a file, and for one that can't be read, of which the save itself tells.
+std::vector<std::string> Session::IdentifiedFonts(const KnownDocument& document) const {
+  std::vector<std::string> names;
+  std::string problem;
+  if (!document.path.empty()) ReadSlugNames(document.path, &names, &problem);
+  const auto isNamed = [&](const std::string& name) {
+    return std::find(document.fontNames.begin(), document.fontNames.end(), name) != document.fontNames.end();
+  };
+  std::erase_if(names, [&](const std::string& name) { return !isNamed(name); });
+  return names;
+}
+
+// The plug-in writes the identification of active fonts and of no others.
+void Session::WarnOfLosses(const KnownDocument& document) {
+  if (!preferences_.GetSwitch("EnableGlyphsure")) return;
+  std::vector<std::string> atRisk = document.identified;
+  if (atRisk.empty()) return;
+  const ActiveFiles active = fonts_.Look();
+  std::erase_if(atRisk, [&](const std::string& name) { return active.contains(name); });
+  if (!atRisk.empty()) report_.Saving(document.name, atRisk);
+}
+
 bool Session::SaveTo(KnownDocument& document, const std::string& file) {
+  document.fontNames = InfoOf(document.id).fontNames;
+  document.identified = IdentifiedFonts(document);
+  WarnOfLosses(document);
   trace_.Mark();
   const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
   if (!problem.empty()) {
@@ -254,13 +279,19 @@ void Session::ReportSaved(const KnownDocument& document, const std::string& path
     report_.Error(document.name, problem);
     return;
   }
-  report_.Saved(document.name, slug);
+  std::vector<std::string> lost = document.identified;
+  std::erase_if(lost, [&](const std::string& name) { return std::find(slug.begin(), slug.end(), name) != slug.end(); });
+  report_.Saved(document.name, slug, lost);
   // A file without active fonts has nothing to be identified, whether it could hold that or not.
   const ActiveFiles active = fonts_.Look();
   const auto isActive = [&](const std::string& name) { return active.contains(name); };
   if (trace_.HasFailedToWriteSlug(document.path) && preferences_.GetSwitch("EnableGlyphsure") &&
       std::any_of(document.fontNames.begin(), document.fontNames.end(), isActive)) {
     report_.Error(document.name, "was saved, but the identification of its fonts could not be written into it");
+  }
+  if (trace_.HasFailedToLookUpFonts(document.path)) {
+    report_.Error(document.name,
+                  "was saved, but its fonts could not be looked up; its identification data is as before");
   }
 }
 

@@ -59,6 +59,7 @@ class Session {
     std::string path;  // the host's; empty while untitled
     int32_t id = 0;
     std::vector<std::string> fontNames;
+    std::vector<std::string> identified{};  // of those, the ones with identification in the file before its last save
   };
 
   void CheckParts();
@@ -77,6 +78,8 @@ class Session {
   void ReportOpened(const KnownDocument& document, const ActiveFiles& before);
   std::string WhyActivated(const std::string& name, const std::vector<std::string>& named);
   void ReportSaved(const KnownDocument& document, const std::string& path);
+  std::vector<std::string> IdentifiedFonts(const KnownDocument& document) const;
+  void WarnOfLosses(const KnownDocument& document);
   bool SaveTo(KnownDocument& document, const std::string& file);
 
   Sandbox& sandbox_;

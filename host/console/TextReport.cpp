@@ -35,9 +35,15 @@ class TextReport : public Report {
 
  private:
   void WriteOpened(const OpenedReport& opened) override;
-  void WriteSaved(const std::string& file, const std::vector<std::string>& slug) override {
+  void WriteSaving(const std::string& file, const std::vector<std::string>& atRisk) override {
+    Head(file);
+    Row("at risk", "identification of " + Joined(atRisk, "") + ": not active now, so the save can take it out");
+  }
+  void WriteSaved(const std::string& file, const std::vector<std::string>& slug,
+                  const std::vector<std::string>& lost) override {
     Head(file);
     Row("saved", slug.empty() ? "no identification of fonts" : "identification of " + Joined(slug, ""));
+    if (!lost.empty()) Row("lost", "identification of " + Joined(lost, ""));
   }
   void WriteClosed(const std::string& file, const std::vector<std::string>& deactivated) override {
     Head(file);

@@ -58,6 +58,17 @@ bool ReadBatchSize(std::string_view line, int64_t& count) {
 
 }  // namespace
 
+namespace {
+
+// What a line says that the function returned for the document; empty for any other line.
+std::string CodeOf(const std::string& line, const std::string& function, const std::string& path) {
+  const std::string told = function + "('" + path + "') returned ";
+  const size_t at = line.find(told);
+  return at == std::string::npos ? "" : line.substr(at + told.size());
+}
+
+}  // namespace
+
 TraceRecorder::TraceRecorder() { platform::SetTraceSink(&TraceRecorder::Take, this); }
 TraceRecorder::~TraceRecorder() { platform::SetTraceSink(nullptr, nullptr); }
 
@@ -118,13 +129,22 @@ TraceRecorder::Reason TraceRecorder::ReasonFor(const std::string& postScriptName
 
 bool TraceRecorder::HasFailedToWriteSlug(const std::string& path) const {
   const std::lock_guard lock(mutex_);
-  const std::string told = "WriteXMPGlyphsureSlugToFile('" + path + "') returned ";
   bool hasFailed = false;
   for (size_t i = FirstSinceMark(); i < lines_.size(); ++i) {
-    const size_t at = lines_[i].text.find(told);
-    if (at != std::string::npos) hasFailed = lines_[i].text.substr(at + told.size()) != "0x00000000";
+    const std::string code = CodeOf(lines_[i].text, "WriteXMPGlyphsureSlugToFile", path);
+    if (!code.empty()) hasFailed = code != "0x00000000";
   }
   return hasFailed;
+}
+
+bool TraceRecorder::HasFailedToLookUpFonts(const std::string& path) const {
+  constexpr const char* kNoFonts = "-43";
+  const std::lock_guard lock(mutex_);
+  for (size_t i = FirstSinceMark(); i < lines_.size(); ++i) {
+    const std::string code = CodeOf(lines_[i].text, "CreateGlyphsureDataForDocument", path);
+    if (!code.empty() && code != kNoFonts) return true;
+  }
+  return false;
 }
 
 std::vector<std::string> TraceRecorder::LastLines(size_t most) const {

@@ -29,6 +29,8 @@ class TraceRecorder {
   Reason ReasonFor(const std::string& postScriptName) const;
   // Whether the plug-in has tried since the last Mark to write identification data into this file, and could not.
   bool HasFailedToWriteSlug(const std::string& path) const;
+  // Whether the plug-in wrote nothing since the mark because it could not look up the document's fonts.
+  bool HasFailedToLookUpFonts(const std::string& path) const;
   void Mark();
 
   // Called on the tracing thread when a batch of so many fonts is about to be activated. It must not trace.

@@ -19,6 +19,7 @@ namespace {
 
 constexpr int kArraysNotMade = -148;
 constexpr int kNoFontArray = -43;
+constexpr int kLookUpFailed = -1;
 
 // The arrays and answers of one activation.
 struct Activation {
@@ -134,7 +135,8 @@ int CreateGlyphsureDataForDocument(const std::string& path, Array& out, long wor
   }
   CommonFunctionality::RemoveFontsThatHaveNoPossibleReplacement(fonts);
   const size_t before = fonts.Count();
-  AppendGlyphsureDataToFonts(fonts, static_cast<int>(workgroupID), true, allInfo, false);
+  bool hasFailed = false;
+  const int status = AppendGlyphsureDataToFonts(fonts, static_cast<int>(workgroupID), true, allInfo, false, &hasFailed);
   allFontsFound = fonts.Count() == before;
   out = fonts;
   OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
@@ -143,7 +145,8 @@ int CreateGlyphsureDataForDocument(const std::string& path, Array& out, long wor
     OutputIndentedAndFormattedString(0, "Updating 'can export' flag to %s", can ? "true" : "false");
     document->SetCanExportFontsForDocument(can);
   }
-  return 0;
+  if (!hasFailed) return 0;
+  return status != 0 ? status : kLookUpFailed;
 }
 
 void UpdateGlyphsureSlugsForDocument(const std::string& path) {
@@ -151,7 +154,11 @@ void UpdateGlyphsureSlugsForDocument(const std::string& path) {
   bool allFound = false;
   const int status =
       CreateGlyphsureDataForDocument(path, fonts, FontManagerInterface::kAllWorkgroupsID, false, allFound);
-  if ((status & 0xFFFF) != 0 || !fonts) return;
+  if ((status & 0xFFFF) != 0 || !fonts) {
+    // What the document holds already is worth more than what a failed look-up has found.
+    OutputIndentedAndFormattedString(0, "CreateGlyphsureDataForDocument('%s') returned %d", path.c_str(), status);
+    return;
+  }
   std::string currentPath;
   PhotoshopFontUtils::GetCurrentDocumentPathUnstableInCS6(&currentPath);
   const TModuleErrorCode code = WriteXMPGlyphsureSlugToFile(currentPath, fonts);

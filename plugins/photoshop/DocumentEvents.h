@@ -29,7 +29,8 @@ void DetectAndHandleNewlyOpenedDocuments(bool silently);
 int ActivateFontsForDocument(bool bOpeningNewDocument, int& numFontsActivated, const std::string& filePath,
                              OneTrackedDocument* document);
 
-// The document's fonts with their database records, for a slug or a set. 0, or -43 if no font array could be read.
+// The document's fonts with their database records, for a slug or a set. 0, or -43 if no font array could be read; where a
+// look-up failed another status, with what was found. A slug is only written after 0.
 int CreateGlyphsureDataForDocument(const std::string& path, platform::Array& out, long workgroupID, bool allInfo,
                                    bool& allFontsFound);
 void UpdateGlyphsureSlugsForDocument(const std::string& path);

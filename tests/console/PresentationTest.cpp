@@ -137,7 +137,8 @@ TEST(Report, JsonLinesHaveTheirKeysInOrder) {
   const auto report = MakeJsonReport();
   testing::internal::CaptureStdout();
   report->Opened({"a.psd", {"N", "M"}, {"N"}, {{"M", "/m.otf", "only candidate"}}, {}});
-  report->Saved("a.psd", {"N"});
+  report->Saving("a.psd", {"M"});
+  report->Saved("a.psd", {"N"}, {"M"});
   report->Closed("a.psd", {"M"});
   report->Error("b\xff.psd", "No such file");
   report->Finish();
@@ -145,7 +146,9 @@ TEST(Report, JsonLinesHaveTheirKeysInOrder) {
             R"({"event":"opened","file":"a.psd","named":["N","M"],"active":["N"],)"
             R"("activated":[{"name":"M","file":"/m.otf","why":"only candidate"}],"missing":[]})"
             "\n"
-            R"({"event":"saved","file":"a.psd","slug":["N"]})"
+            R"({"event":"saving","file":"a.psd","atRisk":["M"]})"
+            "\n"
+            R"({"event":"saved","file":"a.psd","slug":["N"],"lost":["M"]})"
             "\n"
             R"({"event":"closed","file":"a.psd","deactivated":["M"]})"
             "\n"

@@ -39,6 +39,40 @@ TEST_F(DocumentEvents, AnOpenEventTracksTheDocumentAndActivatesItsFonts) {
   EXPECT_EQ(Shown(), "");
 }
 
+TEST_F(DocumentEvents, ADocumentThatIsNotInFrontIsTrackedByItsOwnID) {
+  MakeReady();
+  const std::string path = WriteDocument("behind.psd", {"Alpha"});
+  app.Add(path);
+  app.Add(WriteDocument("front.psd", {"Beta"}));
+  SendOpen(path);
+  EXPECT_EQ(Tracked(), "behind.psd 1");
+  EXPECT_EQ(Held(), "1");
+}
+
+TEST_F(DocumentEvents, ASaveWithAFailedLookUpKeepsTheSlug) {
+  MakeReady();
+  const std::string path = OpenSample();
+  SendSave();
+  SendSave();
+  const std::string before = SlugOf(path);
+  ASSERT_NE(before, "");
+  FontDataPreviouslyGottenFromDatabase::DeleteAll();
+  for (const auto function : {fakes::AgentFunction::GetFontsByPostscriptName, fakes::AgentFunction::GetFontInfoByID,
+                              fakes::AgentFunction::GetFontIsActivated}) {
+    SCOPED_TRACE(fakes::AgentAnswers::NameOf(function));
+    agent.FailNext(function, PluginInterface::kServiceUnavailableCode);
+    SendSave();
+    SendSave();
+    EXPECT_EQ(SlugOf(path), before);
+    FontDataPreviouslyGottenFromDatabase::DeleteAll();
+  }
+  // With every look-up answered the slug follows what is active, which may be less.
+  for (auto& [id, font] : agent.fonts) font.isHeld = false;
+  SendSave();
+  SendSave();
+  EXPECT_EQ(SlugOf(path), "");
+}
+
 TEST_F(DocumentEvents, NothingHappensUnlessReady) {
   const auto sendAll = [&] { Open("a.psd", {"Alpha"}), SendMake(), SendSave(), SendSave(), SendClose(); };
   sendAll();

@@ -20,9 +20,11 @@ int ProcessDocumentFontsForAutoActivation(const platform::Array& allDocumentFont
                                           int workgroupID, VPFInterface* progress);
 
 // Replaces each record by the database's best match, in place. With excludeInactiveFonts only fonts stay that are active
-// now; unless bGetAllFontInfo the records are reduced to what a document may store.
+// now; unless bGetAllFontInfo the records are reduced to what a document may store. The result is the status of the last
+// look-up. Whether any look-up failed, so that fonts can be missing that are there and active, goes to hasFailed (may be
+// null).
 int AppendGlyphsureDataToFonts(platform::Array fonts, int workgroupID, bool excludeInactiveFonts, bool bGetAllFontInfo,
-                               bool tryFamilyNames);
+                               bool tryFamilyNames, bool* hasFailed = nullptr);
 
 // Look-up by ID alone; the array of the last font with IDs wins.
 int FindIDsForBestMatches(const platform::Array& documentFonts, platform::Array* outMatchedFonts, int workgroupID);

@@ -53,6 +53,7 @@ class Enrichment {
     }
     return status_;
   }
+  bool HasFailed() const { return hasFailed_; }
 
  private:
   void EnrichOne(size_t at) {
@@ -61,6 +62,7 @@ class Enrichment {
     if (excludesInactive_ && MergeCached(name)) return;
     Dictionary best;
     status_ = GetGlyphsureDataForBestMatch(manager_, record, workgroupID_, best);
+    NoteStatus(name);
     if (!best) {
       if (triesFamilies_) MergeFamily(record);
       return;
@@ -93,7 +95,13 @@ class Enrichment {
     Array found = Array::Create();
     bool excludedRemote = false;
     status_ = manager_.GetGlyphsureData(record, kFamilyName, excludedRemote, workgroupID_, &found);
+    NoteStatus(record.GetString(kGS_FamilyKey));
     MergeFontsIntoFontsArray(found, fonts_, &index_);
+  }
+
+  // A name that is too long to be looked up belongs to no font of the database; that is no failure of the look-up.
+  void NoteStatus(const String& name) {
+    hasFailed_ |= status_ != 0 && name.View().size() < FontManagerInterface::kNameBufferSize;
   }
 
   FontManagerInterface& manager_;
@@ -102,31 +110,44 @@ class Enrichment {
   const int workgroupID_;
   const bool excludesInactive_, triesFamilies_;
   int status_ = 0;
+  bool hasFailed_ = false;
   std::vector<size_t> emptied_;  // falling
 };
 
-void RemoveInactive(FontManagerInterface& manager, Array& fonts) {
+// False if the agent did not say of every font of the database whether it is active.
+bool RemoveInactive(FontManagerInterface& manager, Array& fonts) {
   const auto states = manager.GetFontIsActivated(fonts);
+  bool areAllKnown = true;
   for (size_t i = fonts.Count(); i-- > 0;) {
     const Dictionary record(fonts.At(i));
     const auto id = static_cast<uint32_t>(XCFUtils::GetLongFromDictString(record, kGS_DatabaseIDKey));
     const auto state = states.find(id);
     if (state != states.end() && state->second) continue;
+    areAllKnown &= id == 0 || state != states.end();
     OutputIndentedAndFormattedString(0, "Removing inactive '%s' from fonts.",
                                      record.GetString(kGS_PostScriptNameKey).CString());
     fonts.RemoveAt(i);
   }
+  return areAllKnown;
 }
 
 }  // namespace
 
 int AppendGlyphsureDataToFonts(Array fonts, int workgroupID, bool excludeInactiveFonts, bool bGetAllFontInfo,
-                               bool tryFamilyNames) {
+                               bool tryFamilyNames, bool* hasFailed) {
+  bool ignored = false;
+  bool& failed = hasFailed ? *hasFailed : ignored;
+  failed = true;
   FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   if (!fonts) return kErrorBadArgument;
-  const int status = Enrichment(*manager, fonts, workgroupID, excludeInactiveFonts, tryFamilyNames).Walk();
-  if (excludeInactiveFonts) RemoveInactive(*manager, fonts);
+  int status = 0;
+  {
+    Enrichment enrichment(*manager, fonts, workgroupID, excludeInactiveFonts, tryFamilyNames);
+    status = enrichment.Walk();
+    failed = enrichment.HasFailed();
+  }
+  if (excludeInactiveFonts && !RemoveInactive(*manager, fonts)) failed = true;
   // True is the normal case, and the line is only a line.
   if (!bGetAllFontInfo && RemoveUnsluggableGlyphsureKeys(fonts)) {
     OutputIndentedAndFormattedString(0, "ERROR:  RemoveUnsluggableGlyphsureKeys() apparently failed.");

@@ -17,7 +17,6 @@ using platform::String;
 
 namespace {
 
-constexpr size_t kNameBufferSize = 128;
 constexpr unsigned long kInfoBufferSize = 65536;
 
 String NameOfKind(const Dictionary& record, TypeOfFontName kind) {

@@ -30,6 +30,7 @@ class FontManagerInterface {
   static bool sValidWorkgroupSelected;
 
   static constexpr int kAllWorkgroupsID = -2;
+  static constexpr size_t kNameBufferSize = 128;  // bytes of a name that can be looked up, its end counted
 
   // Is a font manager there, loaded, and of a usable interface? The first call that finds the library makes the manager.
   // outBundleName may be null.
