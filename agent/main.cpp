@@ -50,15 +50,16 @@ int Run(const agent::Configuration& configuration) {
       return Fail(configuration.RuntimeFolder() + ": " + platform::DescribeError(error), 1);
     case agent::InstanceLock::Result::kTaken: break;
   }
+  // Before the databases are opened, which may take long: whoever started the agent looks for it at once.
+  std::string problem;
+  const auto announcement =
+      platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier, &problem);
+  if (!announcement) return Fail(problem, 1);
   platform::RunLoop& loop = platform::RunLoop::Main();
   const platform::Descriptor signals = CatchEndSignals();
   loop.WatchDescriptor(signals.Get(), [&loop] { loop.Stop(); });
   agent::Agent agent(configuration, loop);
   if ((error = agent.Start())) return Fail(configuration.stateFolder + ": " + platform::DescribeError(error), 1);
-  std::string problem;
-  const auto announcement =
-      platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier, &problem);
-  if (!announcement) return Fail(problem, 1);
   loop.RunFor(kForEver);
   agent.Finish();
   return 0;

@@ -83,8 +83,12 @@ void ReturnToNextAgent() {
     renewed = all.current;
   }
   replaced->Retire();
-  // If that fails, the next call tries again and has somebody to tell.
-  Guarded([&] { return renewed->Connect(); });
+  // The socket of an agent that is being killed takes connections for a moment longer than the agent keeps them.
+  while (IsAgentGone(Guarded([&] { return renewed->Connect(); }))) {
+    std::unique_lock lock(all.mutex);
+    if (all.current == renewed) all.discarded.wait_for(lock, kBetweenLooks);
+    if (all.current != renewed) return;
+  }
 }
 
 // Returns when the agent has answered a greeting, which may take for ever, or when there is none.

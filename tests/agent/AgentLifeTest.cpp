@@ -1,5 +1,7 @@
 // Starts, ends and kills of the real agent, and what each leaves behind for the fonts and for the clients.
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <chrono>
@@ -74,7 +76,8 @@ TEST_F(AgentLife, AnAgentThatCameBackByItselfGetsTheFontsOfAClientThatIsSilent) 
   ASSERT_EQ(Activate({serif}), 1u);
   const FacadeHandle before = Handle();
   End(SIGKILL);
-  LaunchAndAwait();
+  Launch();
+  AwaitListening();
   RawClient other(state_ / "run");
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kMostMilliseconds);
   while (other.Ask("GetFontIsActivated", {{"fontIDs", {serif}}})["result"]["flags"] != Json{1}) {
@@ -138,6 +141,18 @@ TEST_F(AgentLife, NonsenseOnTheWireEndsOnlyWhoSentIt) {
     EXPECT_TRUE(client.IsEnded());
   }
   EXPECT_NE(FontNamed("LiberationSerif-Bold"), 0u);
+}
+
+// Whoever starts the agent looks for it at once, and large databases take their time.
+TEST_F(AgentRing, AnnouncesItselfBeforeItOpensItsFiles) {
+  FillLibrary();
+  fs::create_directory(state_ / "agent");
+  const std::string log = state_ / "agent/agent.log";
+  ASSERT_EQ(mkfifo(log.c_str(), 0600), 0);  // to open it takes until somebody reads
+  LaunchAndAwaitAnnouncement();
+  const platform::Descriptor reader(open(log.c_str(), O_RDONLY | O_CLOEXEC));
+  EXPECT_NE(FontNamed("LiberationSerif-Bold"), 0u);
+  End(SIGTERM);
 }
 
 int StatusOf(const std::string& command) { return WEXITSTATUS(std::system((command + " 2>/dev/null").c_str())); }

@@ -12,6 +12,7 @@
 
 #include "agent/include/AgentProtocol.h"
 #include "platform/Bundle.h"
+#include "platform/Files.h"
 #include "platform/Folders.h"
 #include "platform/Process.h"
 #include "support/DebianFonts.h"
@@ -164,15 +165,22 @@ void AgentRing::Launch() const {
       << error;
 }
 
-void AgentRing::LaunchAndAwait() const {
-  // An agent announces itself when it has begun to listen.
+void AgentRing::LaunchAndAwaitAnnouncement() const {
   const std::string folder = state_ / "run/applications";
-  fs::create_directories(folder);
+  ASSERT_FALSE(platform::MakeFolder(state_ / "run", 0700) || platform::MakeFolder(folder, 0700));
   const platform::Descriptor watch(inotify_init1(IN_CLOEXEC));
   ASSERT_GE(inotify_add_watch(watch.Get(), folder.c_str(), IN_MOVED_TO), 0);
   Launch();
   pollfd polled{watch.Get(), POLLIN, 0};
   ASSERT_EQ(poll(&polled, 1, kMostMilliseconds), 1);
+}
+
+void AgentRing::AwaitListening() const {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kMostMilliseconds);
+  std::error_code error;
+  while (!platform::ConnectLocal(state_ / "run", agent_protocol::kAgentSocketName, error)) {
+    ASSERT_LT(std::chrono::steady_clock::now(), end) << error.message();
+  }
 }
 
 void AgentRing::End(int signal) const {

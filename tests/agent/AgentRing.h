@@ -73,8 +73,10 @@ class AgentRing : public testing::Test {
   void FillLibrary();
   void WriteConfiguration(const Json& more = Json::object());
   void Launch() const;
-  // Not needed for what goes through the library, which waits for an agent that was launched.
-  void LaunchAndAwait() const;
+  // Returns when the agent has announced itself, which is before it listens.
+  void LaunchAndAwaitAnnouncement() const;
+  // Until the agent listens. Not needed for what goes through the library, which waits for an agent that was launched.
+  void AwaitListening() const;
   // Ends the agent that serves the state folder now, and waits until its process is gone.
   void End(int signal) const;
   // Fetches a new handle, as the plug-in does for each call.
