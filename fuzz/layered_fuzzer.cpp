@@ -4,15 +4,15 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "host/FontSets.h"
-#include "host/TextLayer.h"
+#include "tests/support/LayeredBytes.h"
 
 namespace {
 
 using namespace host;
+using namespace test_support;
 
 bool Names(std::string_view bytes, const std::string& font) {
-  const std::vector<std::string> names = FontNamesInBytes(bytes);
+  const std::vector<std::string> names = FontNamesIn(bytes);
   return std::find(names.begin(), names.end(), font) != names.end();
 }
 
@@ -24,7 +24,7 @@ std::string_view Records(std::string_view bytes, const LayerInfo& layers, size_t
 
 void CheckAdded(std::string_view bytes, const LayeredFile& file, const std::string& out) {
   LayeredFile read;
-  CHECK(ParseLayeredFile(out, read).empty());
+  CHECK(ParseLayered(out, read).empty());
   CHECK(read.layerProblem.empty() && read.layers.isPresent);
   CHECK(LayerCount(read) == LayerCount(file) + 2 && (read.layers.count < 0) == (file.layers.count < 0));
   CHECK(bytes.substr(0, file.layersAndMask) == std::string_view(out).substr(0, read.layersAndMask));
@@ -38,14 +38,14 @@ void CheckAdded(std::string_view bytes, const LayeredFile& file, const std::stri
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view bytes = BytesOf(data, size);
-  for (const std::string& name : FontNamesInBytes(bytes)) {
-    CHECK(FontNamesInBytes("/FontSet [ << /Name " + TextDataString(name) + " >> ]") == std::vector<std::string>{name});
+  for (const std::string& name : FontNamesIn(bytes)) {
+    CHECK(FontNamesIn("/FontSet [ << /Name " + TextDataString(name) + " >> ]") == std::vector<std::string>{name});
   }
   LayeredFile file;
-  if (!ParseLayeredFile(bytes, file).empty()) return 0;
+  if (!ParseLayered(bytes, file).empty()) return 0;
   CHECK(file.layersAndMask < file.layersAndMaskEnd && file.layersAndMaskEnd <= size);
   std::string out;
-  const std::string problem = AddTextLayers(bytes, {{"One", "Fuzz(Regular"}, {"Two", "Fuzz\\B\xC3\xB6ld"}}, out);
+  const std::string problem = AddTexts(bytes, {{"One", "Fuzz(Regular"}, {"Two", "Fuzz\\B\xC3\xB6ld"}}, out);
   const bool isFull = LayerCount(file) + 2 > INT16_MAX;
   CHECK(problem.empty() == (TextLayerProblem(file).empty() && !isFull));
   if (problem.empty()) CheckAdded(bytes, file, out);

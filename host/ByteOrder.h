@@ -1,39 +1,43 @@
 // Big-endian numbers in bytes, read with bounds and written.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
-#include <string_view>
+
+#include "host/ByteSource.h"
 
 namespace host {
 
-// Reads forward. A read beyond the end gives 0 and makes Ok() false for good, so that a run of reads is checked once.
+// Reads forward in [offset, end) of a source. A read beyond the end gives 0 and makes Ok() false for good, so that a run of
+// reads is checked once. The source must outlive it.
 class BigEndianReader {
  public:
-  explicit BigEndianReader(std::string_view bytes, size_t offset = 0) : bytes_(bytes), offset_(offset) {
-    ok_ = offset <= bytes.size();
-  }
+  BigEndianReader(ByteSource& source, uint64_t offset, uint64_t end)
+      : source_(&source), offset_(offset), end_(std::min(end, source.Size())), ok_(offset <= end_) {}
 
   uint64_t Read(int width) {
-    if (!ok_ || Left() < static_cast<size_t>(width)) {
-      ok_ = false;
-      return 0;
-    }
+    const auto size = static_cast<size_t>(width);
+    const std::string_view bytes = Left() < size ? std::string_view() : source_->View(offset_, size);
+    ok_ = ok_ && bytes.size() >= size;
+    if (!ok_) return 0;
     uint64_t value = 0;
-    for (int i = 0; i < width; ++i) value = value << 8 | static_cast<unsigned char>(bytes_[offset_++]);
+    for (size_t i = 0; i < size; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    offset_ += size;
     return value;
   }
   void Skip(uint64_t count) {
     ok_ = ok_ && count <= Left();
     if (ok_) offset_ += count;
   }
-  size_t Offset() const { return offset_; }
-  size_t Left() const { return ok_ ? bytes_.size() - offset_ : 0; }
+  uint64_t Offset() const { return offset_; }
+  uint64_t Left() const { return ok_ ? end_ - offset_ : 0; }
   bool Ok() const { return ok_; }
 
  private:
-  std::string_view bytes_;
-  size_t offset_;
+  ByteSource* source_;
+  uint64_t offset_;
+  uint64_t end_;
   bool ok_;
 };
 

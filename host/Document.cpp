@@ -6,7 +6,7 @@
 namespace host {
 
 std::vector<std::string> Document::FontNames() const {
-  std::vector<std::string> names = savedFonts;
+  std::vector<std::string> names = content.fontNames;
   for (const std::string& name : addedFonts) {
     if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
   }
@@ -18,9 +18,13 @@ std::string Document::Title() const {
 }
 
 Document& DocumentList::Add(Document document) {
-  document.id = ++lastID_;
-  if (document.path.empty()) document.untitledNumber = ++lastUntitled_;
-  documents_.push_back(std::make_unique<Document>(std::move(document)));
+  // What needs memory comes first, so that a failure changes nothing.
+  documents_.reserve(documents_.size() + 1);
+  order_.reserve(order_.size() + 1);
+  auto added = std::make_unique<Document>(std::move(document));
+  added->id = ++lastID_;
+  if (added->path.empty()) added->untitledNumber = ++lastUntitled_;
+  documents_.push_back(std::move(added));
   order_.push_back(lastID_);
   return *documents_.back();
 }

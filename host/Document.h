@@ -1,5 +1,5 @@
-// One open document: where its file is and what was changed since the file was read. Its content is in the file alone,
-// since others (a plug-in that writes metadata) may change the file while the document is open.
+// One open document: where its file is and what was changed since the file was read. The pixels and everything else that
+// the host does not edit stay in the file.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "host/DocumentFile.h"
-#include "platform/Descriptor.h"
 
 namespace platform {
 class Window;
@@ -18,18 +17,15 @@ namespace host {
 
 struct Document {
   int32_t id = 0;
-  std::string path;           // absolute, without symbolic links; empty while untitled
-  int untitledNumber = 0;     // of a document that was made without a file
-  platform::Descriptor file;  // on the file as it was read or written last, which it keeps should someone delete it
-  DocumentFormat format = DocumentFormat::kNone;
-  std::string textProblem;              // why no text can be added; empty if it can
-  std::vector<std::string> savedFonts;  // named by the file
+  std::string path;                     // absolute, without symbolic links; empty while untitled
+  int untitledNumber = 0;               // of a document that was made without a file
+  DocumentContent content;              // of the file as it was read or written last
   std::vector<std::string> addedFonts;  // of the texts added since, in that order
   bool isDirty = false;
   bool isBeingSaved = false;
   std::shared_ptr<platform::Window> missingFontsWindow;  // null unless it shows
 
-  std::vector<std::string> FontNames() const;  // both, distinct
+  std::vector<std::string> FontNames() const;  // of the file and of the texts, distinct
   std::string Title() const;                   // the file's name, or "Untitled-" and the number
 };
 

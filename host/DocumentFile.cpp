@@ -1,13 +1,14 @@
 #include "host/DocumentFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
-#include <optional>
 
 #include "host/FontSets.h"
 #include "host/TextLayer.h"
-#include "platform/Files.h"
 #include "platform/TextEncoding.h"
 
 namespace host {
@@ -23,71 +24,139 @@ std::string ExtensionOf(const std::string& path) {
   return platform::ToLowercase(std::filesystem::path(path).extension().string());
 }
 
+std::string LastProblem() { return platform::DescribeError({errno, std::generic_category()}); }
+
 // What cannot be read as a file, and what would block or never end.
-std::string CheckKind(const std::string& path) {
-  struct stat info;
-  if (stat(path.c_str(), &info) != 0) return platform::DescribeError({errno, std::generic_category()});
+std::string CheckKind(const struct stat& info) {
   if (S_ISDIR(info.st_mode)) return "a folder, no document";
   if (!S_ISREG(info.st_mode)) return "no regular file";
   return info.st_size == 0 ? "the file is empty" : "";
 }
 
-std::string CheckPDF(std::string_view bytes) {
-  if (bytes.substr(0, kFarthestHeader).find("%PDF-") == std::string_view::npos) {
+FileState StateOf(const struct stat& info) {
+  return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size), info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
+}
+
+std::string OpenFile(const std::string& path, DocumentContent& content) {
+  struct stat info;
+  if (stat(path.c_str(), &info) != 0) return LastProblem();
+  std::string problem = CheckKind(info);
+  if (!problem.empty()) return problem;
+  // Without waiting, in case something else has taken its place.
+  content.file = platform::Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!content.file || fstat(content.file.Get(), &info) != 0) return LastProblem();
+  content.state = StateOf(info);
+  return CheckKind(info);
+}
+
+ByteSource SourceOf(const DocumentContent& content) { return {content.file.Get(), content.state.size}; }
+
+std::string CheckPDF(ByteSource& source) {
+  if (source.View(0, kFarthestHeader).substr(0, kFarthestHeader).find("%PDF-") == std::string_view::npos) {
     return "the file is no PDF document: it does not begin with \"%PDF-\"";
   }
-  const size_t from = bytes.size() > kFarthestEnd ? bytes.size() - kFarthestEnd : 0;
-  const bool hasEnd = bytes.substr(from).find("startxref") != std::string_view::npos;
+  const uint64_t from = source.Size() > kFarthestEnd ? source.Size() - kFarthestEnd : 0;
+  const bool hasEnd = source.View(from, kFarthestEnd).find("startxref") != std::string_view::npos;
   return hasEnd ? "" : "the file is truncated: its cross-reference at the end is missing";
 }
 
-std::string ReadStructure(const std::string& path, DocumentContent& content) {
+std::string ReadStructure(const std::string& path, ByteSource& source, DocumentContent& content) {
   const std::string extension = ExtensionOf(path);
-  if (HasLayeredFileSignature(content.bytes) || extension == ".psd" || extension == ".psb") {
-    LayeredFile file;
-    std::string problem = ParseLayeredFile(content.bytes, file);
-    content.format = file.isLarge ? DocumentFormat::kPSB : DocumentFormat::kPSD;
-    content.textProblem = TextLayerProblem(file);
-    return problem;
+  FontNames names;
+  std::string problem;
+  if (HasLayeredFileSignature(source.View(0, 4)) || extension == ".psd" || extension == ".psb") {
+    problem = ParseLayeredFile(source, content.structure);
+    if (!problem.empty()) return problem;
+    content.format = content.structure.isLarge ? DocumentFormat::kPSB : DocumentFormat::kPSD;
+    content.textProblem = TextLayerProblem(content.structure);
+    for (const auto& [begin, end] : PartsWithoutPixels(content.structure, source.Size())) {
+      names.ReadFrom(source, begin, end);
+    }
+  } else {
+    content.format = DocumentFormat::kOther;
+    content.textProblem = "text can be added to .psd and .psb documents only";
+    if (extension == ".pdf") problem = CheckPDF(source);
+    if (!problem.empty()) return problem;
+    names.ReadFrom(source, 0, source.Size());
   }
-  content.format = DocumentFormat::kOther;
-  content.textProblem = "text can be added to .psd and .psb documents only";
-  return extension == ".pdf" ? CheckPDF(content.bytes) : "";
+  content.fontNames = names.Found();
+  return "";
+}
+
+bool AreEqual(ByteSource& one, uint64_t at, ByteSource& other, uint64_t otherAt, uint64_t count) {
+  constexpr uint64_t kPiece = 65536;
+  while (count > 0) {
+    const auto size = static_cast<size_t>(std::min(count, kPiece));
+    const std::string_view bytes = one.View(at, size).substr(0, size);
+    if (bytes.size() < size || other.View(otherAt, size).substr(0, size) != bytes) return false;
+    at += size;
+    otherAt += size;
+    count -= size;
+  }
+  return true;
 }
 
 }  // namespace
 
 std::string ReadDocument(const std::string& path, DocumentContent& content) {
   DocumentContent read;
-  std::string problem = CheckKind(path);
-  if (problem.empty()) {
-    const std::error_code error = platform::ReadFile(path, read.bytes);
-    if (error) problem = platform::DescribeError(error);
-  }
-  if (problem.empty()) problem = ReadStructure(path, read);
+  std::string problem = OpenFile(path, read);
   if (!problem.empty()) return Line(path, problem);
-  read.fontNames = FontNamesInBytes(read.bytes);
+  ByteSource source = SourceOf(read);
+  problem = ReadStructure(path, source, read);
+  // What a failed read left out looks like damage.
+  if (source.Error()) problem = platform::DescribeError(source.Error());
+  if (!problem.empty()) return Line(path, problem);
   content = std::move(read);
   return "";
 }
 
-void MakeContent(DocumentFormat format, DocumentContent& content) {
-  content = {};
-  content.format = format;
-  content.bytes = NewLayeredFile(format == DocumentFormat::kPSB);
+bool ShowTheSame(const DocumentContent& one, const DocumentContent& other) {
+  const auto isLayered = [](const DocumentContent& content) {
+    return content.format == DocumentFormat::kPSD || content.format == DocumentFormat::kPSB;
+  };
+  if (!isLayered(one) || !isLayered(other)) return false;
+  const LayeredFile &first = one.structure, &second = other.structure;
+  const uint64_t rest = one.state.size - first.layersAndMask;
+  if (first.resources != second.resources || rest != other.state.size - second.layersAndMask) return false;
+  ByteSource source = SourceOf(one), otherSource = SourceOf(other);
+  return AreEqual(source, 0, otherSource, 0, first.resources) &&
+         AreEqual(source, first.layersAndMask, otherSource, second.layersAndMask, rest);
 }
 
-std::string AddTexts(const std::string& path, const std::vector<std::string>& fontNames, DocumentContent& content) {
-  if (fontNames.empty()) return "";
-  std::vector<TextLayer> layers;
-  layers.reserve(fontNames.size());
-  for (const std::string& name : fontNames) layers.push_back({"Text in " + name, name});
-  std::string bytes;
-  const std::string problem = AddTextLayers(content.bytes, layers, bytes);
-  if (!problem.empty()) return Line(path, problem);
-  content.bytes = std::move(bytes);
-  content.fontNames = FontNamesInBytes(content.bytes);
-  return "";
+std::string StageDocument(const DocumentContent& content, DocumentFormat format,
+                          const std::vector<std::string>& fontNames, const std::string& path,
+                          platform::StagedFile& staged) {
+  std::string made;
+  LayeredFile structure = content.structure;
+  if (!content.file) {
+    made = NewLayeredFile(format == DocumentFormat::kPSB);
+    ByteSource source(made);
+    ParseLayeredFile(source, structure);
+  }
+  const uint64_t size = content.file ? content.state.size : made.size();
+  Pieces pieces;
+  pieces.AddRange(0, size);
+  if (!fontNames.empty()) {
+    std::vector<TextLayer> layers;
+    layers.reserve(fontNames.size());
+    for (const std::string& name : fontNames) layers.push_back({"Text in " + name, name});
+    const std::string problem = AddTextLayers(structure, size, layers, pieces);
+    if (!problem.empty()) return Line(path, problem);
+  }
+  const std::error_code error = content.file ? staged.StagePieces(path, content.file.Get(), pieces.List())
+                                             : staged.Stage(path, pieces.Join(made));
+  return error ? Line(path, platform::DescribeError(error)) : "";
+}
+
+FileState StateOf(const std::string& path) {
+  struct stat info;
+  return stat(path.c_str(), &info) == 0 ? StateOf(info) : FileState();
+}
+
+FileState StateOf(const platform::Descriptor& file) {
+  struct stat info;
+  return fstat(file.Get(), &info) == 0 ? StateOf(info) : FileState();
 }
 
 DocumentFormat FormatOfExtension(const std::string& path) {
@@ -95,6 +164,10 @@ DocumentFormat FormatOfExtension(const std::string& path) {
   if (extension.empty()) return DocumentFormat::kNone;
   if (extension == ".psd") return DocumentFormat::kPSD;
   return extension == ".psb" ? DocumentFormat::kPSB : DocumentFormat::kOther;
+}
+
+bool HaveOneExtension(const std::string& path, const std::string& other) {
+  return ExtensionOf(path) == ExtensionOf(other);
 }
 
 std::string ResolvedPath(const std::string& path) {

@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 
 #include "host/MissingFonts.h"
+#include "host/Problems.h"
 #include "host/TypeIDs.h"
 #include "platform/Files.h"
 #include "platform/TextEncoding.h"
@@ -16,55 +18,111 @@ namespace {
 
 std::string NoSuchDocument(int32_t id) { return "Document " + std::to_string(id) + " is not open"; }
 
-// What a document keeps of its file and its content.
-void TakeOver(const std::string& path, const DocumentContent& content, Document& document) {
-  document.path = path;
-  document.file = platform::Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  document.format = content.format;
-  document.textProblem = content.textProblem;
-  document.savedFonts = content.fontNames;
+constexpr const char* kNoMemory = ": there is not enough memory";
+
+std::error_code Commit(platform::StagedFile& staged) {
+  try {
+    return staged.Commit();
+  } catch (const std::bad_alloc&) {
+    return std::make_error_code(std::errc::not_enough_memory);
+  }
 }
 
-// The document's content as it is to be written: read afresh, since others write metadata into the file while it is open.
-// Of a file that was deleted meanwhile, the content is still there behind the descriptor.
-std::string NewContent(const Document& document, DocumentFormat format, DocumentContent& content) {
-  std::string problem;
-  if (document.path.empty()) {
-    MakeContent(format, content);
-  } else if (platform::FileExists(document.path) || !document.file) {
-    problem = ReadDocument(document.path, content);
-  } else {
-    problem = ReadDocument("/proc/self/fd/" + std::to_string(document.file.Get()), content);
+DescriptorData OpenDescriptor(const std::string& path) {
+  DescriptorData descriptor;
+  descriptor.Put(kKeyTarget, AliasData::OfPath(path));
+  return descriptor;
+}
+
+DescriptorData SaveDescriptor(int32_t id, const std::string& path) {
+  DescriptorData descriptor;
+  descriptor.Put(kKeyIn, AliasData::OfPath(path));
+  descriptor.Put(kKeyDocumentID, id);
+  return descriptor;
+}
+
+// Other programs may have written the file since it was read. In its own place the document meets what is there now: new
+// metadata is taken over, so that the save keeps it; anything else is another document, which must not get these texts.
+std::string CatchUpWithFile(Document& document, const std::string& savedAs) {
+  if (document.path.empty()) return "";
+  if (StateOf(document.content.file) != document.content.state) {
+    return document.path + ": was changed by another program since it was opened; close it and open it again";
   }
-  return problem.empty() ? AddTexts(document.Title(), document.addedFonts, content) : problem;
+  const FileState now = StateOf(document.path);
+  if (savedAs != document.path || now == document.content.state || now == FileState()) return "";
+  DocumentContent content;
+  if (ReadDocument(document.path, content).empty() && ShowTheSame(document.content, content)) {
+    document.content = std::move(content);
+    return "";
+  }
+  return document.path +
+         ": was replaced by another program since it was opened; save it under another name, or close it "
+         "and open it again";
+}
+
+// Stages the new file and reads it, so that nothing can fail once others are told of the save.
+std::string PrepareFile(const Document& document, DocumentFormat format, const std::string& path,
+                        platform::StagedFile& staged, DocumentContent& content) {
+  std::string problem = StageDocument(document.content, format, document.addedFonts, path, staged);
+  if (!problem.empty()) return problem;
+  problem = ReadDocument(staged.TemporaryPath(), content);
+  return problem.empty() ? "" : path + problem.substr(staged.TemporaryPath().size());
+}
+
+// Those who are told of a save write the file too: the plug-in puts metadata into it. If it can't be read then, the next
+// save refuses it.
+void TakeOverFile(Document& document) {
+  if (StateOf(document.path) == document.content.state) return;
+  try {
+    ReadDocument(document.path, document.content);
+  } catch (const std::bad_alloc&) {
+    ReportProblem(document.path + kNoMemory);
+  }
 }
 
 }  // namespace
 
+template <class Operation>
+std::string DocumentOperations::WithDocument(int32_t id, const Operation& operation) {
+  Document* document = documents_.Find(id);
+  if (!document) return NoSuchDocument(id);
+  try {
+    return operation(*document);
+  } catch (const std::bad_alloc&) {
+    document = documents_.Find(id);
+    return (document ? document->Title() : "Document " + std::to_string(id)) + kNoMemory;
+  }
+}
+
 std::string DocumentOperations::Open(const std::string& path, int32_t* id) {
+  try {
+    return OpenFile(path, id);
+  } catch (const std::bad_alloc&) {
+    return path + kNoMemory;
+  }
+}
+
+std::string DocumentOperations::OpenFile(const std::string& path, int32_t* id) {
   if (const Document* open = documents_.FindByFile(path)) {
     if (id) *id = open->id;
     documents_.BringToFront(open->id);
     return "";
   }
-  DocumentContent content;
-  std::string problem = ReadDocument(path, content);
-  if (!problem.empty()) return problem;
   Document read;
-  TakeOver(ResolvedPath(path), content, read);
-  content = {};  // a large file is not held while the plug-in reads it too
-  const Document& document = documents_.Add(std::move(read));
-  const int32_t added = document.id;
-  const AliasData alias = AliasData::OfPath(document.path);
+  std::string problem = ReadDocument(path, read.content);
+  if (!problem.empty()) return problem;
+  read.path = ResolvedPath(path);
+  const std::vector<std::string> missing = MissingFonts(read.content.fontNames);
+  const DescriptorData descriptor = OpenDescriptor(read.path);
+  const std::string window = read.path + ": the window \"Missing Fonts\"";
+  const int32_t added = documents_.Add(std::move(read)).id;
   if (id) *id = added;
 
-  const std::vector<std::string> missing = MissingFonts(document.savedFonts);
-  if (!missing.empty()) {
-    auto window = ShowMissingFontsWindow(missing);
-    if (Document* shown = documents_.Find(added)) shown->missingFontsWindow = std::move(window);
-  }
-  DescriptorData descriptor;
-  descriptor.Put(kKeyTarget, alias);
+  const auto show = [&] {
+    auto shown = ShowMissingFontsWindow(missing);
+    if (Document* document = documents_.Find(added)) document->missingFontsWindow = std::move(shown);
+  };
+  if (!missing.empty() && !CallGuarded(window, show, &problem)) ReportProblem(problem);
   notifiers_.Notify(kEventOpen, descriptor);
   return "";
 }
@@ -78,79 +136,81 @@ int32_t DocumentOperations::Make() {
 }
 
 std::string DocumentOperations::Edit(int32_t id, const std::string& fontName) {
-  Document* document = documents_.Find(id);
-  if (!document) return NoSuchDocument(id);
-  if (!fontName.empty()) {
-    if (!document->textProblem.empty()) return document->path + ": " + document->textProblem;
-    if (!platform::IsValidUTF8(fontName)) return document->Title() + ": the font name is no UTF-8 text";
-    document->addedFonts.push_back(fontName);
-  }
-  document->isDirty = true;
-  documents_.BringToFront(id);
-  return "";
+  return WithDocument(id, [&](Document& document) -> std::string {
+    if (!fontName.empty()) {
+      if (!document.content.textProblem.empty()) return document.path + ": " + document.content.textProblem;
+      if (!platform::IsValidUTF8(fontName)) return document.Title() + ": the font name is no UTF-8 text";
+      document.addedFonts.push_back(fontName);
+    }
+    document.isDirty = true;
+    documents_.BringToFront(id);
+    return "";
+  });
 }
 
 std::string DocumentOperations::Save(int32_t id) {
-  const Document* document = documents_.Find(id);
-  if (!document) return NoSuchDocument(id);
-  if (document->path.empty()) return document->Title() + ": has no file yet; save it under a name";
-  return WriteTo(id, document->path, document->format);
+  return WithDocument(id, [&](Document& document) {
+    if (document.path.empty()) return document.Title() + ": has no file yet; save it under a name";
+    const std::string path = document.path;
+    return WriteTo(id, path, document.content.format);
+  });
 }
 
 std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
-  const Document* document = documents_.Find(id);
-  if (!document) return NoSuchDocument(id);
-  const Document* other = documents_.FindByFile(path);
-  if (other && other != document) return path + ": is open as another document";
-  if (other == document) return Save(id);  // under another spelling of its own name
-  const DocumentFormat format = FormatOfExtension(path);
-  const bool isLayered = format == DocumentFormat::kPSD || format == DocumentFormat::kPSB;
-  if (document->path.empty() && !isLayered) return path + ": a new document is saved as .psd or .psb";
-  if (!document->path.empty() && format != document->format) {
-    return path + ": " + document->Title() + " cannot be saved in another format";
-  }
-  return WriteTo(id, ResolvedPath(path), format);
+  return WithDocument(id, [&](Document& document) {
+    if (path.empty()) return document.Title() + ": no file is named that it should be saved as";
+    const Document* other = documents_.FindByFile(path);
+    if (other == &document) return Save(id);  // under another spelling of its own name
+    if (other) return path + ": is open as another document";
+    const DocumentFormat format = FormatOfExtension(path);
+    const bool isLayered = format == DocumentFormat::kPSD || format == DocumentFormat::kPSB;
+    if (document.path.empty() && !isLayered) return path + ": a new document is saved as .psd or .psb";
+    // The extension may be missing, or wrong as that of the document's own file.
+    const bool staysAsItIs = format == document.content.format || format == DocumentFormat::kNone;
+    if (!document.path.empty() && !staysAsItIs && !HaveOneExtension(path, document.path)) {
+      return path + ": " + document.Title() + " cannot be saved in another format";
+    }
+    return WriteTo(id, ResolvedPath(path), format);
+  });
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): see the declaration
-std::string DocumentOperations::WriteTo(int32_t id, std::string path, DocumentFormat format) {
+std::string DocumentOperations::WriteTo(int32_t id, const std::string& path, DocumentFormat format) {
   documents_.BringToFront(id);
   Document* document = documents_.Find(id);
   if (document->isBeingSaved) return path + ": is being saved";
   // A file is replaced, which the rights of its folder would allow.
-  if (faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT) {
-    return path + ": " + platform::DescribeError({errno, std::generic_category()});
-  }
-  DocumentContent content;
-  std::string problem = NewContent(*document, format, content);
+  const bool isThere = faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+  if (!isThere && errno != ENOENT) return path + ": " + platform::DescribeError({errno, std::generic_category()});
+  std::string problem = CatchUpWithFile(*document, path);
   if (!problem.empty()) return problem;
-  const auto written = static_cast<long>(document->addedFonts.size());
-  platform::StagedFile file;
-  if (const std::error_code error = file.Stage(path, content.bytes))
-    return path + ": " + platform::DescribeError(error);
-  content.bytes = {};
+
+  const size_t written = document->addedFonts.size();
+  const bool isNewFile = written > 0 || !isThere || path != document->path;
+  platform::StagedFile staged;
+  DocumentContent content;
+  if (isNewFile) problem = PrepareFile(*document, format, path, staged, content);
+  if (!problem.empty()) return problem;
+  const DescriptorData descriptor = SaveDescriptor(id, path);
+  std::string newPath = path;
 
   document->isBeingSaved = true;
-  NotifySave(id, path);
-  const std::error_code error = file.Commit();
-  document = documents_.Find(id);
-  if (document && !error) {
-    TakeOver(path, content, *document);
+  notifiers_.Notify(kEventSave, descriptor);
+  const std::error_code error = isNewFile ? Commit(staged) : std::error_code();
+  if ((document = documents_.Find(id)) && !error) {
+    document->path = std::move(newPath);
+    if (isNewFile) document->content = std::move(content);
     // Text that was added meanwhile is still to be saved.
-    document->addedFonts.erase(document->addedFonts.begin(), document->addedFonts.begin() + written);
+    document->addedFonts.erase(document->addedFonts.begin(), document->addedFonts.begin() + static_cast<long>(written));
     document->isDirty = !document->addedFonts.empty();
+    TakeOverFile(*document);
   }
   // Also after a failure: who counts notifications in pairs must not take the next first one for a second.
-  NotifySave(id, path);
-  if ((document = documents_.Find(id))) document->isBeingSaved = false;
-  return error ? path + ": " + platform::DescribeError(error) : "";
-}
-
-void DocumentOperations::NotifySave(int32_t id, const std::string& path) {
-  DescriptorData descriptor;
-  descriptor.Put(kKeyIn, AliasData::OfPath(path));
-  descriptor.Put(kKeyDocumentID, id);
   notifiers_.Notify(kEventSave, descriptor);
+  if ((document = documents_.Find(id))) {
+    document->isBeingSaved = false;
+    if (!error) TakeOverFile(*document);
+  }
+  return error ? path + ": " + platform::DescribeError(error) : "";
 }
 
 std::string DocumentOperations::Close(int32_t id) {

@@ -19,7 +19,9 @@ class DocumentOperations : public ActionHost {
   int32_t Make();
   std::string Edit(int32_t id, const std::string& fontName);
   // The document comes to the front, since the notification "save" is about the current one. That comes twice: when all that
-  // can fail is behind, but the file is still the old one, and when the new one is in place.
+  // can fail is behind, but the file is still the old one, and when the new one is in place. Where nothing is to be written,
+  // both come and the file stays. A file that another program put in place of the document's is refused, unless the two
+  // differ in their metadata alone, which is kept then.
   std::string Save(int32_t id);
   std::string SaveAs(int32_t id, const std::string& path);
   // The document goes, changes and all; then comes the notification "close".
@@ -35,9 +37,12 @@ class DocumentOperations : public ActionHost {
   std::string CloseDocument(int32_t id) override { return Close(id); }
 
  private:
-  // The path by value: callbacks may close the document that holds it.
-  std::string WriteTo(int32_t id, std::string path, DocumentFormat format);
-  void NotifySave(int32_t id, const std::string& path);
+  // Runs the operation, which gives one line, unless the document is not open. Without memory it alone fails.
+  template <class Operation>
+  std::string WithDocument(int32_t id, const Operation& operation);
+  std::string OpenFile(const std::string& path, int32_t* id);
+  // Neither argument may belong to a document, since callbacks may close it.
+  std::string WriteTo(int32_t id, const std::string& path, DocumentFormat format);
 
   std::function<bool(host_sdk::SPPluginRef)> isPlugin_;
   DocumentList documents_;

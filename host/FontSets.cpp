@@ -1,7 +1,7 @@
 #include "host/FontSets.h"
 
+#include <algorithm>
 #include <cstring>
-#include <unordered_set>
 
 #include "platform/TextEncoding.h"
 
@@ -14,16 +14,49 @@ using platform::TextEncoding;
 constexpr std::string_view kSetBegin = "/FontSet [";
 constexpr std::string_view kNameKey = "/Name (";
 constexpr std::string_view kByteOrderMark = "\xFE\xFF";
+constexpr size_t kLongestString = 2 * kLongestFontName + kByteOrderMark.size();
 
 bool NeedsEscape(char byte) { return byte == '(' || byte == ')' || byte == '\\'; }
 
-// Reads the string whose opening parenthesis has been passed; `at` moves behind the closing one. False without one.
-bool ReadString(std::string_view bytes, size_t& at, std::string& content) {
-  while (at < bytes.size() && bytes[at] != ')') {
-    if (bytes[at] == '\\') ++at;
-    if (at < bytes.size()) content.push_back(bytes[at++]);
+// Reads single bytes of [at, end).
+class ByteReader {
+ public:
+  ByteReader(ByteSource& source, uint64_t at, uint64_t end) : source_(source), at_(at), end_(end) {}
+
+  // False at the end.
+  bool Next(char& byte) {
+    if (bytes_.empty()) {
+      if (at_ >= end_) return false;
+      bytes_ = source_.View(at_, 1);
+      bytes_ = bytes_.substr(0, std::min<uint64_t>(bytes_.size(), end_ - at_));
+      at_ += bytes_.size();
+      if (bytes_.empty()) return false;
+    }
+    byte = bytes_.front();
+    bytes_.remove_prefix(1);
+    return true;
   }
-  return at++ < bytes.size();
+
+ private:
+  ByteSource& source_;
+  uint64_t at_, end_;
+  std::string_view bytes_;
+};
+
+// Reads a string from behind its opening parenthesis to its closing one, which must come. One that is too long for a name
+// comes back empty.
+bool ReadString(ByteReader& reader, std::string& content) {
+  bool isTooLong = false;
+  for (char byte = 0; reader.Next(byte);) {
+    if (byte == ')') {
+      if (isTooLong) content.clear();
+      return true;
+    }
+    if (byte == '\\' && !reader.Next(byte)) return false;
+    isTooLong = isTooLong || content.size() == kLongestString;
+    if (!isTooLong) content.push_back(byte);
+  }
+  return false;
 }
 
 std::string NameOf(const std::string& content) {
@@ -33,48 +66,53 @@ std::string NameOf(const std::string& content) {
   return platform::IsValidUTF8(content) ? content : std::string();
 }
 
-// Reads one set from behind its beginning, strings as wholes, up to its bracket. False if that is not among these bytes.
-bool ReadSet(std::string_view bytes, std::vector<std::string>& names) {
+// Reads one set from behind its beginning, strings as wholes, up to its bracket. False if that does not come.
+bool ReadSet(ByteReader reader, std::vector<std::string>& names) {
   int depth = 1;
-  for (size_t at = 0; at < bytes.size();) {
-    if (bytes[at] == '(') {
-      const size_t keyBegin = at + 1 >= kNameKey.size() ? at + 1 - kNameKey.size() : 0;
-      const bool isName = bytes.substr(keyBegin, at + 1 - keyBegin) == kNameKey;
+  size_t matched = 0;  // bytes of kNameKey that were just read; it begins with its only slash
+  for (char byte = 0; reader.Next(byte);) {
+    matched = byte == kNameKey[matched] ? matched + 1 : byte == kNameKey[0] ? 1 : 0;
+    if (byte == '(') {
       std::string content;
-      if (!ReadString(bytes, ++at, content)) return false;
-      if (isName) names.push_back(NameOf(content));
-      continue;
+      if (!ReadString(reader, content)) return false;
+      if (matched == kNameKey.size()) names.push_back(NameOf(content));
+      matched = 0;
     }
-    if (bytes[at] == '[') ++depth;
-    if (bytes[at] == ']' && --depth == 0) return true;
-    ++at;
+    if (byte == '[') ++depth;
+    if (byte == ']' && --depth == 0) return true;
   }
   return false;
 }
 
-// By the C library, whose time does not grow with the number of slashes.
-size_t FindSet(std::string_view bytes, size_t from) {
-  const void* found = memmem(bytes.data() + from, bytes.size() - from, kSetBegin.data(), kSetBegin.size());
-  return found ? static_cast<size_t>(static_cast<const char*>(found) - bytes.data()) : std::string_view::npos;
+// The place of the next beginning of a set that lies in [at, end) as a whole, or `end`. By the C library, whose time does
+// not grow with the number of slashes.
+uint64_t FindSet(ByteSource& source, uint64_t at, uint64_t end) {
+  while (at < end && end - at >= kSetBegin.size()) {
+    std::string_view bytes = source.View(at, kSetBegin.size());
+    bytes = bytes.substr(0, std::min<uint64_t>(bytes.size(), end - at));
+    if (bytes.size() < kSetBegin.size()) return end;
+    const void* found = memmem(bytes.data(), bytes.size(), kSetBegin.data(), kSetBegin.size());
+    if (found) return at + static_cast<uint64_t>(static_cast<const char*>(found) - bytes.data());
+    at += bytes.size() - kSetBegin.size() + 1;
+  }
+  return end;
 }
 
 }  // namespace
 
-std::vector<std::string> FontNamesInBytes(std::string_view bytes) {
-  std::vector<std::string> names;
-  std::unordered_set<std::string> known;
-  size_t at = FindSet(bytes, 0);
-  while (at != std::string_view::npos) {
-    const size_t begin = at + kSetBegin.size();
-    // Sets do not nest, so one that has not ended where the next begins never does; no byte is read twice.
-    at = FindSet(bytes, begin);
+void FontNames::ReadFrom(ByteSource& source, uint64_t begin, uint64_t end) {
+  uint64_t at = FindSet(source, begin, end);
+  while (at < end) {
+    const uint64_t content = at + kSetBegin.size();
+    // Sets do not nest: one that has not ended where the next begins never ends. So no byte is parsed twice.
+    at = FindSet(source, content, end);
     std::vector<std::string> found;
-    if (!ReadSet(bytes.substr(begin, at == std::string_view::npos ? at : at - begin), found)) continue;
+    if (!ReadSet(ByteReader(source, content, at), found)) continue;
     for (std::string& name : found) {
-      if (!name.empty() && known.insert(name).second) names.push_back(std::move(name));
+      if (!name.empty() && name.size() <= kLongestFontName && known_.insert(name).second)
+        names_.push_back(std::move(name));
     }
   }
-  return names;
 }
 
 std::string TextDataString(const std::string& utf8) {

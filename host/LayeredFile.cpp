@@ -14,17 +14,19 @@ constexpr uint16_t kMostChannels = 56;
 constexpr uint32_t kLargestSide = 30000, kLargestSideOfLarge = 300000;
 constexpr int kRawData = 0, kRunLengthData = 1, kLastCompression = 3;
 
-std::string At(size_t offset) { return " at offset " + std::to_string(offset); }
+std::string At(uint64_t offset) { return " at offset " + std::to_string(offset); }
 
-std::string Truncated(const std::string& what, size_t offset, uint64_t needed, size_t there) {
+std::string Truncated(const std::string& what, uint64_t offset, uint64_t needed, uint64_t there) {
   return "the file is truncated: " + what + At(offset) + " needs " + std::to_string(needed) + " bytes, " +
          std::to_string(there) + " are there";
 }
 
-std::string ParseHeader(std::string_view bytes, LayeredFile& file) {
-  if (!HasLayeredFileSignature(bytes)) return "the file is no PSD document: it does not begin with \"8BPS\"";
-  if (bytes.size() < kHeaderSize) return Truncated("the header", 0, kHeaderSize, bytes.size());
-  BigEndianReader reader(bytes, kSignature.size());
+std::string ParseHeader(ByteSource& source, LayeredFile& file) {
+  if (!HasLayeredFileSignature(source.View(0, kHeaderSize))) {
+    return "the file is no PSD document: it does not begin with \"8BPS\"";
+  }
+  if (source.Size() < kHeaderSize) return Truncated("the header", 0, kHeaderSize, source.Size());
+  BigEndianReader reader(source, kSignature.size(), kHeaderSize);
   const auto version = reader.Read(2);
   if (version != 1 && version != 2) return "PSD version " + std::to_string(version) + " is not known";
   file.isLarge = version == 2;
@@ -48,9 +50,9 @@ std::string ParseHeader(std::string_view bytes, LayeredFile& file) {
 }
 
 // Passes a section with its length field; `begin` receives the place of that field.
-std::string PassSection(BigEndianReader& reader, const char* name, int width, size_t& begin) {
+std::string PassSection(BigEndianReader& reader, const char* name, int width, uint64_t& begin) {
   begin = reader.Offset();
-  const size_t there = reader.Left();
+  const uint64_t there = reader.Left();
   const uint64_t length = reader.Read(width);
   if (!reader.Ok()) return Truncated(name, begin, static_cast<uint64_t>(width), there);
   if (length > reader.Left()) return Truncated(name, begin, length, reader.Left());
@@ -66,8 +68,8 @@ uint64_t RunLengthBytes(BigEndianReader reader, uint64_t rows, int width) {
   return needed;
 }
 
-std::string CheckImage(BigEndianReader reader, const LayeredFile& file) {
-  const size_t begin = reader.Offset(), there = reader.Left();
+std::string CheckImage(BigEndianReader reader, LayeredFile& file) {
+  const uint64_t begin = reader.Offset(), there = reader.Left();
   const uint64_t compression = reader.Read(2);
   if (!reader.Ok()) return Truncated("the composite image", begin, 2, there);
   if (compression > kLastCompression) return "unknown compression " + std::to_string(compression) + At(begin);
@@ -75,7 +77,9 @@ std::string CheckImage(BigEndianReader reader, const LayeredFile& file) {
   uint64_t needed = 0;  // of the other compressions the length is known only by decoding
   if (compression == kRawData) needed = (uint64_t{file.width} * file.depth + 7) / 8 * rows;
   if (compression == kRunLengthData) needed = RunLengthBytes(reader, rows, file.isLarge ? 4 : 2);
-  return needed > reader.Left() ? Truncated("the composite image", begin, needed + 2, there) : "";
+  if (needed > reader.Left()) return Truncated("the composite image", begin, needed + 2, there);
+  file.imageEnd = reader.Offset() + needed;
+  return "";
 }
 
 // Passes one layer's record and adds up the length of its pixels.
@@ -95,9 +99,9 @@ bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
 }
 
 // The layers in [begin, end); `problem` says why they cannot be walked.
-void ParseLayers(std::string_view bytes, LayeredFile& file, size_t lengthField, size_t begin, size_t end) {
+void ParseLayers(ByteSource& source, LayeredFile& file, uint64_t lengthField, uint64_t begin, uint64_t end) {
   LayerInfo& layers = file.layers;
-  BigEndianReader reader(bytes.substr(0, end), begin);
+  BigEndianReader reader(source, begin, end);
   layers.lengthField = lengthField;
   layers.begin = begin;
   layers.end = end;
@@ -128,20 +132,20 @@ bool HasWideLength(std::string_view key) {
 }
 
 // Documents of 16 and 32 bits keep their layers in a block of their own, behind the global mask.
-void FindDeepLayers(std::string_view bytes, LayeredFile& file, size_t at) {
-  const std::string_view section = bytes.substr(0, file.layersAndMaskEnd);
-  BigEndianReader reader(section, at);
+void FindDeepLayers(ByteSource& source, LayeredFile& file, uint64_t at) {
+  BigEndianReader reader(source, at, file.layersAndMaskEnd);
   reader.Skip(reader.Read(4));  // the global mask
   while (reader.Ok() && reader.Left() >= 12) {
-    const std::string_view signature = section.substr(reader.Offset(), 4), key = section.substr(reader.Offset() + 4, 4);
-    if (signature != "8BIM" && signature != "8B64") break;
+    const std::string mark(source.View(reader.Offset(), 8).substr(0, 8));
+    if (!mark.starts_with("8BIM") && !mark.starts_with("8B64")) break;
+    const std::string key = mark.substr(4);
     reader.Skip(8);
-    const size_t lengthField = reader.Offset();
+    const uint64_t lengthField = reader.Offset();
     const uint64_t length = reader.Read(file.isLarge && HasWideLength(key) ? 8 : 4);
     if (!reader.Ok() || length > reader.Left()) break;
-    const size_t begin = reader.Offset();
+    const uint64_t begin = reader.Offset();
     if ((key == "Lr16" || key == "Lr32") && length >= 2) {
-      ParseLayers(bytes, file, lengthField, begin, begin + length);
+      ParseLayers(source, file, lengthField, begin, begin + length);
       return;
     }
     reader.Skip((length + 3) / 4 * 4);
@@ -149,17 +153,17 @@ void FindDeepLayers(std::string_view bytes, LayeredFile& file, size_t at) {
   if (reader.Left() >= 12) file.layerProblem = "unknown data behind the layers" + At(reader.Offset());
 }
 
-void ParseLayersAndMask(std::string_view bytes, LayeredFile& file) {
-  const size_t begin = file.layersAndMask + static_cast<size_t>(file.LengthWidth());
+void ParseLayersAndMask(ByteSource& source, LayeredFile& file) {
+  const uint64_t begin = file.layersAndMask + static_cast<uint64_t>(file.LengthWidth());
   if (begin == file.layersAndMaskEnd) return;
-  BigEndianReader reader(bytes.substr(0, file.layersAndMaskEnd), begin);
+  BigEndianReader reader(source, begin, file.layersAndMaskEnd);
   const uint64_t length = reader.Read(file.LengthWidth());
   if (!reader.Ok() || length > reader.Left()) {
     file.layerProblem = "the layer information reaches beyond its section" + At(begin);
   } else if (length >= 2) {
-    ParseLayers(bytes, file, begin, reader.Offset(), reader.Offset() + length);
+    ParseLayers(source, file, begin, reader.Offset(), reader.Offset() + length);
   } else {
-    FindDeepLayers(bytes, file, reader.Offset() + length);
+    FindDeepLayers(source, file, reader.Offset() + length);
   }
 }
 
@@ -167,21 +171,27 @@ void ParseLayersAndMask(std::string_view bytes, LayeredFile& file) {
 
 bool HasLayeredFileSignature(std::string_view bytes) { return bytes.starts_with(kSignature); }
 
-std::string ParseLayeredFile(std::string_view bytes, LayeredFile& file) {
+std::string ParseLayeredFile(ByteSource& source, LayeredFile& file) {
   file = LayeredFile();
-  std::string problem = ParseHeader(bytes, file);
-  BigEndianReader reader(bytes, kHeaderSize);
-  size_t begin = 0;
+  std::string problem = ParseHeader(source, file);
+  BigEndianReader reader(source, kHeaderSize, source.Size());
+  uint64_t begin = 0;
   if (problem.empty()) problem = PassSection(reader, "the colour mode data", 4, begin);
-  if (problem.empty()) problem = PassSection(reader, "the image resources", 4, begin);
+  if (problem.empty()) problem = PassSection(reader, "the image resources", 4, file.resources);
   if (problem.empty()) {
     problem = PassSection(reader, "the layer and mask information", file.LengthWidth(), file.layersAndMask);
   }
   if (problem.empty()) problem = CheckImage(reader, file);
   if (!problem.empty()) return problem;
   file.layersAndMaskEnd = reader.Offset();
-  ParseLayersAndMask(bytes, file);
+  ParseLayersAndMask(source, file);
   return "";
+}
+
+std::vector<std::pair<uint64_t, uint64_t>> PartsWithoutPixels(const LayeredFile& file, uint64_t size) {
+  const LayerInfo& layers = file.layers;
+  if (!layers.isPresent) return {{0, file.layersAndMaskEnd}, {file.imageEnd, size}};
+  return {{0, layers.recordsEnd}, {layers.channelsEnd, file.layersAndMaskEnd}, {file.imageEnd, size}};
 }
 
 }  // namespace host

@@ -23,13 +23,18 @@ bool Notifiers::Remove(FourCharCode event, host_sdk::NotifierCallback callback) 
 }
 
 void Notifiers::Notify(FourCharCode event, const DescriptorData& descriptor) {
-  if (deferrals_ > 0) {
-    deferred_.emplace_back(event, descriptor);
-    return;
-  }
-  NotifyDeferred();
-  Deliver(event, descriptor);
-  NotifyDeferred();
+  static const std::string sWhat = "Telling the plug-in of an event";
+  const auto notify = [&] {
+    if (deferrals_ > 0) {
+      deferred_.emplace_back(event, descriptor);
+      return;
+    }
+    NotifyDeferred();
+    Deliver(event, descriptor);
+    NotifyDeferred();
+  };
+  std::string problem;
+  if (!CallGuarded(sWhat, notify, &problem)) ReportProblem(problem);
 }
 
 void Notifiers::NotifyDeferred() {

@@ -21,7 +21,8 @@ class Notifiers {
 
   // Calls those added for the event, in the order of adding, each with a descriptor of its own that is freed after the
   // call. Callbacks may add and remove: who is removed is not called any more, who is added only next time. What leaves a
-  // callback as an exception is reported, and the others are still called.
+  // callback as an exception is reported, and the others are still called. Throws nothing: without memory for the call, that
+  // is reported too.
   void Notify(FourCharCode event, const DescriptorData& descriptor);
   // Delivers what was deferred, unless a deferral goes on.
   void NotifyDeferred();

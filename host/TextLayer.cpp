@@ -1,5 +1,6 @@
 #include "host/TextLayer.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "host/ByteOrder.h"
@@ -78,27 +79,36 @@ std::string LayerRecord(const TextLayer& layer, int colors, int lengthWidth) {
 }
 
 // The layer information with the new layers, from its count on.
-std::string LayersWith(std::string_view bytes, const LayeredFile& file, const std::vector<TextLayer>& added) {
+Pieces LayersWith(const LayeredFile& file, const std::vector<TextLayer>& added) {
   const LayerInfo& old = file.layers;
   const int colors = ColorChannels(file.colorMode).value_or(0);
   const auto more = static_cast<int16_t>(added.size());
-  std::string info;
-  AppendBigEndian(info, static_cast<uint16_t>(old.count < 0 ? old.count - more : old.count + more), 2);
-  if (old.isPresent) info += bytes.substr(old.begin + 2, old.recordsEnd - old.begin - 2);
-  for (const TextLayer& layer : added) info += LayerRecord(layer, colors, file.LengthWidth());
-  if (old.isPresent) info += bytes.substr(old.recordsEnd, old.channelsEnd - old.recordsEnd);
-  info.append(added.size() * static_cast<size_t>(colors + 1) * 2, '\0');
-  Pad(info, 0, kAlignment);
+  std::string count, records;
+  AppendBigEndian(count, static_cast<uint16_t>(old.count < 0 ? old.count - more : old.count + more), 2);
+  for (const TextLayer& layer : added) records += LayerRecord(layer, colors, file.LengthWidth());
+  Pieces info;
+  info.AddBytes(count);
+  if (old.isPresent) info.AddRange(old.begin + count.size(), old.recordsEnd);
+  info.AddBytes(records);
+  if (old.isPresent) info.AddRange(old.recordsEnd, old.channelsEnd);
+  info.AddBytes(std::string(added.size() * static_cast<size_t>(colors + 1) * 2, '\0'));
+  info.AddBytes(std::string((kAlignment - info.Size() % kAlignment) % kAlignment, '\0'));
   return info;
 }
 
 // The end of the old layer information with the padding that only its length made necessary.
-size_t EndOfOldLayers(const LayeredFile& file) {
+uint64_t EndOfOldLayers(const LayeredFile& file) {
   const LayerInfo& old = file.layers;
-  const bool isBlock = old.lengthField != file.layersAndMask + static_cast<size_t>(file.LengthWidth());
+  const bool isBlock = old.lengthField != file.layersAndMask + static_cast<uint64_t>(file.LengthWidth());
   if (!isBlock) return old.end;
-  const size_t padded = old.begin + (old.end - old.begin + 3) / 4 * 4;
+  const uint64_t padded = old.begin + (old.end - old.begin + 3) / 4 * 4;
   return std::min(padded, file.layersAndMaskEnd);
+}
+
+std::string Number(uint64_t value, uint64_t width) {
+  std::string bytes;
+  AppendBigEndian(bytes, value, static_cast<int>(width));
+  return bytes;
 }
 
 }  // namespace
@@ -109,37 +119,34 @@ std::string TextLayerProblem(const LayeredFile& file) {
   return "";
 }
 
-std::string AddTextLayers(std::string_view bytes, const std::vector<TextLayer>& layers, std::string& out) {
-  LayeredFile file;
-  std::string problem = ParseLayeredFile(bytes, file);
-  if (problem.empty()) problem = TextLayerProblem(file);
-  if (!problem.empty()) return problem;
+std::string AddTextLayers(const LayeredFile& file, uint64_t size, const std::vector<TextLayer>& layers, Pieces& out) {
+  if (std::string problem = TextLayerProblem(file); !problem.empty()) return problem;
   const LayerInfo& old = file.layers;
   const size_t count = static_cast<size_t>(old.count < 0 ? -old.count : old.count) + layers.size();
   if (count > INT16_MAX) return "a document holds at most 32767 layers";
 
-  const auto width = static_cast<size_t>(file.LengthWidth());
-  const size_t sectionBegin = file.layersAndMask + width;
+  const auto width = static_cast<uint64_t>(file.LengthWidth());
+  const uint64_t sectionBegin = file.layersAndMask + width;
   // Without layers the length field of the section's first part is the place, or has to be made with an empty mask.
   const bool hasLengthField = old.isPresent || sectionBegin < file.layersAndMaskEnd;
-  const size_t lengthField = old.isPresent ? old.lengthField : sectionBegin;
-  const size_t oldEnd = old.isPresent ? EndOfOldLayers(file) : sectionBegin + (hasLengthField ? width : 0);
-  const size_t lengthWidth = old.isPresent ? old.begin - old.lengthField : width;
+  const uint64_t lengthField = old.isPresent ? old.lengthField : sectionBegin;
+  const uint64_t oldEnd = old.isPresent ? EndOfOldLayers(file) : sectionBegin + (hasLengthField ? width : 0);
+  const uint64_t lengthWidth = old.isPresent ? old.begin - old.lengthField : width;
 
-  const std::string info = LayersWith(bytes, file, layers);
-  std::string section(bytes.substr(sectionBegin, lengthField - sectionBegin));
-  AppendBigEndian(section, info.size(), static_cast<int>(lengthWidth));
-  section += info;
-  if (!hasLengthField) AppendBigEndian(section, 0, 4);
-  section += bytes.substr(oldEnd, file.layersAndMaskEnd - oldEnd);
-  if (!file.isLarge && section.size() > UINT32_MAX) return "its layers grow beyond what a .psd file can hold";
+  const Pieces info = LayersWith(file, layers);
+  Pieces section;
+  section.AddRange(sectionBegin, lengthField);
+  section.AddBytes(Number(info.Size(), lengthWidth));
+  section.Add(info);
+  if (!hasLengthField) section.AddBytes(Number(0, 4));
+  section.AddRange(oldEnd, file.layersAndMaskEnd);
+  if (!file.isLarge && section.Size() > UINT32_MAX) return "its layers grow beyond what a .psd file can hold";
 
-  out.clear();
-  out.reserve(bytes.size() + section.size());
-  out += bytes.substr(0, file.layersAndMask);
-  AppendBigEndian(out, section.size(), file.LengthWidth());
-  out += section;
-  out += bytes.substr(file.layersAndMaskEnd);
+  out = Pieces();
+  out.AddRange(0, file.layersAndMask);
+  out.AddBytes(Number(section.Size(), width));
+  out.Add(section);
+  out.AddRange(file.layersAndMaskEnd, size);
   return "";
 }
 

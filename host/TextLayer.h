@@ -2,10 +2,10 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "host/LayeredFile.h"
+#include "host/Pieces.h"
 
 namespace host {
 
@@ -18,9 +18,10 @@ struct TextLayer {
 // Empty, or why no text layer can be added to a document of this structure.
 std::string TextLayerProblem(const LayeredFile& file);
 
-// Puts the file with the layers above all others into `out`, as one that ParseLayeredFile accepts. Every byte of the file
-// stays as it is but the counts and lengths that tell of the layers, and the padding behind them. Empty, or why not.
-std::string AddTextLayers(std::string_view bytes, const std::vector<TextLayer>& layers, std::string& out);
+// Puts the file of this structure and size, with the layers above all others, into `out`, as one that ParseLayeredFile
+// accepts. Every byte stays as it is but the counts and lengths of the layers, and the padding behind them. Empty, or why
+// not; `out` is unchanged then.
+std::string AddTextLayers(const LayeredFile& file, uint64_t size, const std::vector<TextLayer>& layers, Pieces& out);
 
 // A white picture without layers.
 std::string NewLayeredFile(bool isLarge);

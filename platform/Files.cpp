@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -14,6 +15,11 @@
 namespace platform {
 
 namespace {
+
+// Dates before the epoch are negative numbers as unsigned ones. The epoch itself, which archives give to files, can't be 0,
+// since that means failure: it is the number that as a date would be the year 1677, which no file system can store.
+constexpr uint64_t kNanoseconds = 1000000000u;
+constexpr uint64_t kDateOfEpoch = uint64_t{1} << 63;
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
@@ -84,6 +90,25 @@ std::error_code CopyAll(int from, int to) {
     if (got <= 0) return got < 0 ? LastError() : std::error_code();
     if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
   }
+}
+
+std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to) {
+  auto at = static_cast<off_t>(begin);
+  const auto stop = static_cast<off_t>(end);
+  while (at < stop) {
+    const ssize_t copied = copy_file_range(from, &at, to, nullptr, static_cast<size_t>(stop - at), 0);
+    if (copied == 0 || (copied < 0 && errno != EINTR)) break;
+  }
+  // What the file system could not copy by itself, or all of it.
+  std::string piece(at < stop ? 65536 : 0, '\0');
+  while (at < stop) {
+    const ssize_t got = pread(from, piece.data(), std::min(piece.size(), static_cast<size_t>(stop - at)), at);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got < 0 ? LastError() : std::make_error_code(std::errc::io_error);  // it became shorter
+    if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
+    at += got;
+  }
+  return {};
 }
 
 void SyncFolder(const std::string& folder) {
@@ -182,6 +207,17 @@ std::error_code StagedFile::StageCopy(const std::string& path, const std::string
   return source ? StageWith(path, [&](int fd) { return CopyAll(source.Get(), fd); }) : error;
 }
 
+std::error_code StagedFile::StagePieces(const std::string& path, int from, const std::vector<FilePiece>& pieces) {
+  return StageWith(path, [&](int fd) {
+    std::error_code error;
+    for (const FilePiece& piece : pieces) {
+      if (!error) error = WriteAll(fd, piece.bytes);
+      if (!error) error = CopyRange(from, piece.begin, piece.end, fd);
+    }
+    return error;
+  });
+}
+
 std::error_code StagedFile::Commit() {
   const Descriptor fd(open(temporary_.c_str(), O_RDONLY | O_CLOEXEC));
   if (!fd) return LastError();
@@ -249,16 +285,21 @@ std::error_code RemoveTree(const std::string& path) {
 
 uint64_t GetFileModificationDate(const std::string& path) {
   struct stat info;
-  if (stat(path.c_str(), &info) != 0 || info.st_mtim.tv_sec < 0) return 0;
-  return static_cast<uint64_t>(info.st_mtim.tv_sec) * 1000000000u + static_cast<uint64_t>(info.st_mtim.tv_nsec);
+  if (stat(path.c_str(), &info) != 0) return 0;
+  const auto date =
+      static_cast<uint64_t>(info.st_mtim.tv_sec) * kNanoseconds + static_cast<uint64_t>(info.st_mtim.tv_nsec);
+  return date == 0 ? kDateOfEpoch : date;
 }
 
 bool SetFileModificationDate(const std::string& path, uint64_t date) {
   timespec times[2];
   times[0].tv_sec = 0;
   times[0].tv_nsec = UTIME_OMIT;
-  times[1].tv_sec = static_cast<time_t>(date / 1000000000u);
-  times[1].tv_nsec = static_cast<long>(date % 1000000000u);
+  const auto signedDate = static_cast<int64_t>(date == kDateOfEpoch ? 0 : date);
+  constexpr auto kSecond = static_cast<int64_t>(kNanoseconds);
+  const int64_t fraction = (signedDate % kSecond + kSecond) % kSecond;
+  times[1].tv_sec = (signedDate - fraction) / kSecond;
+  times[1].tv_nsec = fraction;
   return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "platform/Descriptor.h"
 #include "platform/Export.h"
@@ -24,6 +25,12 @@ PLATFORM_API std::error_code CheckReadable(const std::string& path);
 // existing file is kept, and its owner if this program runs as root; a symbolic link stays, and the file behind it is
 // replaced. On failure the old file is untouched and nothing is left beside it.
 PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
+// A part of a new file: bytes, and behind them the range [begin, end) of the file that it is made from.
+struct FilePiece {
+  std::string bytes;
+  uint64_t begin = 0;
+  uint64_t end = 0;
+};
 // The same in two steps, for a writer that has to tell others between them: everything that usually fails (space, rights)
 // happens in Stage. Not committed, it goes away with the object and leaves nothing behind.
 class PLATFORM_API StagedFile {
@@ -32,9 +39,11 @@ class PLATFORM_API StagedFile {
   ~StagedFile();
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
-  // One of the two, once.
+  // One of these, once.
   std::error_code Stage(const std::string& path, std::string_view bytes);
   std::error_code StageCopy(const std::string& path, const std::string& from);
+  // Ranges are of the open file `from`. Its content passes through the kernel, or is shared where the file system can.
+  std::error_code StagePieces(const std::string& path, int from, const std::vector<FilePiece>& pieces);
   // The staged file until the commit, hidden beside the other and of the same extension; it may be changed in place.
   const std::string& TemporaryPath() const { return temporary_; }
   std::error_code Commit();
@@ -57,7 +66,8 @@ PLATFORM_API std::error_code MakeFolder(const std::string& path, unsigned mode =
 PLATFORM_API Descriptor OpenPrivateFolder(const std::string& path, std::error_code& error);
 PLATFORM_API std::error_code RemoveTree(const std::string& path);
 
-// Modification date in nanoseconds since the epoch; 0 means failure.
+// Modification date in nanoseconds since the epoch, as a number for SetFileModificationDate; 0 means failure. Dates at or
+// before the epoch are large numbers, so that every file has a date.
 PLATFORM_API uint64_t GetFileModificationDate(const std::string& path);
 PLATFORM_API bool SetFileModificationDate(const std::string& path, uint64_t date);
 

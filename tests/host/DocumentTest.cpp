@@ -3,17 +3,21 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "host/ByteOrder.h"
+#include "host/DocumentFile.h"
 #include "host/HostTest.h"
 #include "host/LayeredFile.h"
 #include "host/TextLayer.h"
 #include "support/FullDisk.h"
+#include "support/LayeredBytes.h"
 
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::SizeIs;
 using testing::StartsWith;
 
 namespace {
@@ -148,22 +152,67 @@ TEST_F(DocumentTest, WriteThatFailsAnywhereLeavesTheOldFile) {
   EXPECT_GT(Read(path).size(), before.size());
 }
 
-TEST_F(DocumentTest, SaveTakesTheFileAsItIsNow) {
+TEST_F(DocumentTest, AnotherDocumentInItsPlaceGetsNoTextOfIt) {
   const std::string path = Sample("no-text.psd");
   const int32_t id = Open(path);
   application.Edit(id, "DejaVuSans");
-  Write("no-text.psd", SampleBytes("poster.psd"));  // another program wrote it meanwhile
-  EXPECT_EQ(application.Save(id), "");
-  EXPECT_THAT(application.Documents()[0].fontNames, testing::Contains("LiberationSerif-Bold"));
-
+  for (const std::string& other : {SampleBytes("poster.psd"), std::string("8BPS")}) {
+    Write("no-text.psd", other);
+    EXPECT_THAT(application.Save(id), HasSubstr("was replaced by another program"));
+    EXPECT_EQ(Read(path), other);
+  }
+  // It is not lost with its file, wherever it is saved.
+  EXPECT_EQ(application.SaveAs(id, InFolder("kept.psd")), "");
+  std::filesystem::remove(InFolder("kept.psd"));
   application.Edit(id, "DejaVuSans-Bold");
-  Write("no-text.psd", "8BPS");
-  EXPECT_THAT(application.Save(id), HasSubstr("truncated"));
-  EXPECT_EQ(Read(path), "8BPS");
-
-  std::filesystem::remove(path);
-  EXPECT_EQ(application.Save(id), "") << "a document that is open is not lost with its file";
-  EXPECT_THAT(application.Documents()[0].fontNames, testing::IsSupersetOf({"LiberationSerif-Bold", "DejaVuSans-Bold"}));
+  EXPECT_EQ(application.Save(id), "");
+  EXPECT_THAT(application.Documents()[0].fontNames, ElementsAre("DejaVuSans", "DejaVuSans-Bold"));
   host::LayeredFile file;
-  EXPECT_EQ(host::ParseLayeredFile(Read(path), file), "");
+  EXPECT_EQ(test_support::ParseLayered(Read(InFolder("kept.psd")), file), "");
+
+  application.Edit(id, "DejaVuSans");
+  std::ofstream(InFolder("kept.psd"), std::ios::app) << "more";
+  EXPECT_THAT(application.Save(id), HasSubstr("was changed by another program"));
+}
+
+// Photo managers put metadata into documents that are open.
+TEST_F(DocumentTest, NewMetadataInItsFileIsKept) {
+  const std::string path = Sample("no-text.psd");
+  const int32_t id = Open(path);
+  application.Edit(id, "DejaVuSans");
+  std::string tagged = Read(path);
+  host::LayeredFile file;
+  ASSERT_EQ(test_support::ParseLayered(tagged, file), "");
+  const std::string resource = std::string("8BIM\x0B\xB7\0\0\0\0\0\x04", 12) + "caption!";
+  std::string length;
+  host::AppendBigEndian(length, file.layersAndMask - file.resources - 4 + resource.size(), 4);
+  tagged.insert(file.layersAndMask, resource).replace(file.resources, 4, length);
+  Write("no-text.psd", tagged);
+  EXPECT_EQ(application.Save(id), "");
+  EXPECT_THAT(Read(path), HasSubstr("caption!"));
+  EXPECT_THAT(application.Documents()[0].fontNames, ElementsAre("DejaVuSans"));
+}
+
+TEST_F(DocumentTest, SaveWithoutChangesLeavesTheFile) {
+  const std::string path = Sample("poster.psd");
+  const int32_t id = Open(path);
+  application.Edit(id, "");
+  TakeEvents();
+  const host::FileState before = host::StateOf(path);
+  EXPECT_EQ(application.Save(id), "");
+  EXPECT_EQ(host::StateOf(path), before);
+  EXPECT_FALSE(application.Documents()[0].isDirty);
+  EXPECT_THAT(TakeEvents(), SizeIs(2)) << "both notifications come all the same";
+}
+
+TEST_F(DocumentTest, ExtensionMayBeMissingOrWrongAsItWas) {
+  const int32_t bare = Open(Sample("poster.psd", "poster")), misnamed = Open(Sample("no-text.psd", "picture.tif"));
+  application.Edit(bare, "DejaVuSans");
+  EXPECT_EQ(application.Save(bare), "");
+  EXPECT_EQ(application.SaveAs(bare, InFolder("copy")), "");
+  EXPECT_EQ(application.SaveAs(bare, InFolder("copy.psd")), "");
+  EXPECT_EQ(application.SaveAs(misnamed, InFolder("copy.TIF")), "");
+  EXPECT_THAT(application.SaveAs(bare, InFolder("copy.TIF")), HasSubstr("is open as another document"));
+  EXPECT_THAT(application.SaveAs(bare, InFolder("copy.pdf")), HasSubstr("another format"));
+  EXPECT_THAT(application.SaveAs(bare, ""), HasSubstr("no file is named"));
 }

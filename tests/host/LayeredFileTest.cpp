@@ -4,13 +4,15 @@
 #include <gmock/gmock.h>
 
 #include "host/ByteOrder.h"
-#include "host/FontSets.h"
-#include "host/TextLayer.h"
 #include "platform/Files.h"
 #include "platform/TextEncoding.h"
 #include "platform/XMP.h"
+#include "support/LayeredBytes.h"
 
 using host::LayeredFile;
+using test_support::AddTexts;
+using test_support::FontNamesIn;
+using test_support::ParseLayered;
 
 namespace {
 
@@ -22,7 +24,7 @@ std::string Sample(const std::string& name) {
 
 LayeredFile Parse(std::string_view bytes) {
   LayeredFile file;
-  EXPECT_EQ(host::ParseLayeredFile(bytes, file), "");
+  EXPECT_EQ(ParseLayered(bytes, file), "");
   EXPECT_EQ(file.layerProblem, "");
   return file;
 }
@@ -53,7 +55,7 @@ TEST(LayeredFile, EveryPrefixIsTruncated) {
   const std::string bytes = Sample("no-text.psd");
   LayeredFile file;
   for (size_t size = 0; size < bytes.size(); ++size) {
-    EXPECT_NE(host::ParseLayeredFile(std::string_view(bytes).substr(0, size), file), "") << size;
+    EXPECT_NE(ParseLayered(std::string_view(bytes).substr(0, size), file), "") << size;
   }
 }
 
@@ -71,16 +73,16 @@ TEST(LayeredFile, TextLayersLeaveEveryOtherByte) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
     std::string bytes;
-    ASSERT_EQ(host::AddTextLayers(row.bytes, {{"one", "First-Font"}, {"Zwölf", "Zw\xC3\xB6lf(\\)"}}, bytes), "");
+    ASSERT_EQ(AddTexts(row.bytes, {{"one", "First-Font"}, {"Zwölf", "Zw\xC3\xB6lf(\\)"}}, bytes), "");
     const LayeredFile before = Parse(row.bytes), after = Parse(bytes);
     ASSERT_TRUE(after.layers.isPresent);
     EXPECT_EQ(after.layers.count, row.expectedCount);
     EXPECT_LT(after.layers.end - after.layers.channelsEnd, 4u) << "padding";
     EXPECT_EQ(Between(bytes, 0, after.layersAndMask), Between(row.bytes, 0, before.layersAndMask));
     EXPECT_EQ(bytes.substr(after.layersAndMaskEnd), row.bytes.substr(before.layersAndMaskEnd));
-    auto names = host::FontNamesInBytes(row.bytes);
+    auto names = FontNamesIn(row.bytes);
     names.insert(names.end(), {"First-Font", "Zw\xC3\xB6lf(\\)"});
-    EXPECT_EQ(host::FontNamesInBytes(bytes), names);
+    EXPECT_EQ(FontNamesIn(bytes), names);
     if (!before.layers.isPresent) continue;
     const auto oldRecords = Between(row.bytes, before.layers.begin + 2, before.layers.recordsEnd);
     EXPECT_EQ(bytes.substr(after.layers.begin + 2, oldRecords.size()), oldRecords);
@@ -96,7 +98,7 @@ TEST(LayeredFile, AnotherProgramsLibraryWritesItsMetadata) {
   ASSERT_TRUE(platform::TXMPMeta::Initialize() && platform::TXMPFiles::Initialize());
   const std::string path = testing::TempDir() + "layered-file-test.psd";
   std::string bytes;
-  ASSERT_EQ(host::AddTextLayers(host::NewLayeredFile(false), {{"one", "First-Font"}}, bytes), "");
+  ASSERT_EQ(AddTexts(host::NewLayeredFile(false), {{"one", "First-Font"}}, bytes), "");
   ASSERT_FALSE(platform::ReplaceFile(path, bytes));
   platform::TXMPFiles files;
   ASSERT_TRUE(files.OpenFile(path.c_str(), platform::kXMP_UnknownFile,
@@ -124,8 +126,8 @@ TEST(LayeredFile, DamagedBytesAreRefusedOrStayWhole) {
         const char kept = std::exchange(bytes[at], damage);
         std::string out;
         LayeredFile file;
-        if (host::AddTextLayers(bytes, {{"one", "First-Font"}}, out).empty()) {
-          EXPECT_EQ(host::ParseLayeredFile(out, file), "") << at;
+        if (AddTexts(bytes, {{"one", "First-Font"}}, out).empty()) {
+          EXPECT_EQ(ParseLayered(out, file), "") << at;
           EXPECT_EQ(file.layerProblem, "") << at;
         }
         bytes[at] = kept;
@@ -137,7 +139,7 @@ TEST(LayeredFile, DamagedBytesAreRefusedOrStayWhole) {
 TEST(LayeredFile, ModesWithoutTextLayersAreRefused) {
   std::string bytes = host::NewLayeredFile(false), out;
   bytes[25] = 2;  // indexed colour
-  EXPECT_NE(host::AddTextLayers(bytes, {{"one", "First-Font"}}, out), "");
+  EXPECT_NE(AddTexts(bytes, {{"one", "First-Font"}}, out), "");
   EXPECT_EQ(host::TextLayerProblem(Parse(host::NewLayeredFile(true))), "");
 }
 
@@ -168,6 +170,6 @@ TEST(FontSets, NamesAreReadAsTextDataWritesThem) {
       {"an empty name", "/FontSet [" + name("") + "]", {}},
       {"another key", "/FontSet[" + name("A") + "]", {}},
   };
-  for (const Row& row : rows) EXPECT_EQ(host::FontNamesInBytes(row.bytes), row.expected) << row.what;
+  for (const Row& row : rows) EXPECT_EQ(FontNamesIn(row.bytes), row.expected) << row.what;
   EXPECT_EQ(host::TextDataString("\xFF"), "");
 }

@@ -141,6 +141,16 @@ TEST(Files, DatesAreInNanoseconds) {
   constexpr uint64_t kDate = 1234567890123456789u;
   EXPECT_TRUE(SetFileModificationDate(path, kDate));
   EXPECT_EQ(GetFileModificationDate(path), kDate);
+  // A file of any date has one: 0 is for failure alone.
+  using Clock = std::filesystem::file_time_type::clock;
+  for (const auto since : {std::chrono::nanoseconds(0), std::chrono::nanoseconds(-1'500'000'001)}) {
+    const auto old = Clock::from_sys(std::chrono::sys_time<std::chrono::nanoseconds>(since));
+    std::filesystem::last_write_time(path, old);
+    const uint64_t date = GetFileModificationDate(path);
+    EXPECT_NE(date, 0u);
+    EXPECT_TRUE(SetFileModificationDate(path, kDate) && SetFileModificationDate(path, date));
+    EXPECT_EQ(std::filesystem::last_write_time(path), old);
+  }
   EXPECT_EQ(GetFileModificationDate(folder / "missing"), 0u);
   EXPECT_FALSE(SetFileModificationDate(folder / "missing", kDate));
 }
