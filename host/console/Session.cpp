@@ -256,12 +256,12 @@ void Session::WarnOfLosses(const KnownDocument& document) {
   if (!atRisk.empty()) report_.Saving(document.name, atRisk);
 }
 
-bool Session::SaveTo(KnownDocument& document, const std::string& file) {
+bool Session::SaveTo(KnownDocument& document, const std::string* file) {
   document.fontNames = InfoOf(document.id).fontNames;
   document.identified = IdentifiedFonts(document);
   WarnOfLosses(document);
   trace_.Mark();
-  const std::string problem = file.empty() ? host_->Save(document.id) : host_->SaveAs(document.id, file);
+  const std::string problem = file ? host_->SaveAs(document.id, *file) : host_->Save(document.id);
   if (!problem.empty()) {
     report_.Error(document.name, WithoutFile(problem, document.name));
     return false;
@@ -297,12 +297,12 @@ void Session::ReportSaved(const KnownDocument& document, const std::string& path
 
 void Session::Save(const std::string& document) {
   KnownDocument* chosen = Choose(document, "save");
-  if (chosen && SaveTo(*chosen, "")) ReportSaved(*chosen, chosen->path);
+  if (chosen && SaveTo(*chosen, nullptr)) ReportSaved(*chosen, chosen->path);
 }
 
 void Session::SaveAs(const std::string& file) {
   KnownDocument* document = Choose("", "save-as");
-  if (!document || !SaveTo(*document, file)) return;
+  if (!document || !SaveTo(*document, &file)) return;
   document->name = file;
   ReportSaved(*document, document->path);
 }
@@ -311,7 +311,7 @@ void Session::SaveCopyInSandbox() {
   KnownDocument* document = Choose("", "save");
   if (!document) return;
   const std::string place = sandbox_.PlaceForCopy(document->name);
-  if (!SaveTo(*document, place)) return;
+  if (!SaveTo(*document, &place)) return;
   ReportSaved(*document, place);
   report_.Note(document->name, "in the copy " + FromHere(place));
 }

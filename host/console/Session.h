@@ -80,7 +80,7 @@ class Session {
   void ReportSaved(const KnownDocument& document, const std::string& path);
   std::vector<std::string> IdentifiedFonts(const KnownDocument& document) const;
   void WarnOfLosses(const KnownDocument& document);
-  bool SaveTo(KnownDocument& document, const std::string& file);
+  bool SaveTo(KnownDocument& document, const std::string* file);  // null: its own file
 
   Sandbox& sandbox_;
   Report& report_;
