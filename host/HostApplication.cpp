@@ -51,7 +51,10 @@ std::string HostApplication::Start(const std::string& pluginBundleFolder) {
   return "";
 }
 
-std::string HostApplication::Open(const std::string& path, int32_t* id) { return state_->documents.Open(path, id); }
+std::string HostApplication::Open(const std::string& path, int32_t* id) {
+  state_->documents.EventNotifiers().NotifyDeferred();  // before a window or a box of this document runs the loop
+  return state_->documents.Open(path, id);
+}
 
 std::string HostApplication::Make(int32_t* id) {
   const int32_t made = state_->documents.Make();
@@ -71,11 +74,17 @@ std::string HostApplication::Close(int32_t id) { return state_->documents.Close(
 
 std::string HostApplication::DoIt(int32_t operation, int32_t* port) {
   if (port) *port = -1;
+  state_->documents.EventNotifiers().NotifyDeferred();
   auto& descriptors = HostObjects::Shared().descriptors;
   DescriptorData given;
   given.Put(kKeyOperation, operation);
   PIActionParameters parameters = {descriptors.Add(std::move(given))};
-  std::string problem = state_->plugin.Send(kCallerHost, "Do It", &parameters);
+  std::string problem;
+  {
+    // The command may show boxes, and those run the loop.
+    const Notifiers::Deferral deferral(state_->documents.EventNotifiers());
+    problem = state_->plugin.Send(kCallerHost, "Do It", &parameters);
+  }
   const DescriptorData* answer = descriptors.Find(parameters.descriptor);
   const int32_t* answered = answer ? answer->Get<int32_t>(kKeyServerPort) : nullptr;
   if (port && answered) *port = *answered;

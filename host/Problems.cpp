@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "platform/Trace.h"
 
@@ -38,6 +39,8 @@ std::string DescribeHostError(host_sdk::SPErr error) {
 std::string DescribeCurrentException() {
   try {
     throw;
+  } catch (const std::bad_alloc&) {
+    return "there is not enough memory";
   } catch (const std::exception& error) {
     return std::string("an exception was thrown: ") + error.what();
   } catch (int error) {

@@ -16,7 +16,7 @@ constexpr int32_t kNoDetails = 1;
 
 int32_t VPFIsVersionCompatible(const char* version) { return version && std::string_view(version) == "1.0" ? 1 : 0; }
 
-// A second start begins anew: the details, the language and the preferences' file of this moment.
+// A second start begins anew, with the details, the language and the file of preferences of this moment.
 int32_t VPFInitializeFramework(platform::ValueRef hostDetails) {
   const Dictionary details(Value::Retain(hostDetails));
   if (!details) return kNoDetails;
@@ -24,6 +24,7 @@ int32_t VPFInitializeFramework(platform::ValueRef hostDetails) {
   HostDetails::Shared().Take(details);
   texts::ChooseLanguage();
   Preferences::Shared().Reset();
+  Preferences::Shared().Override(details.GetDictionary("PreferenceOverrides"));
   return 0;
 }
 
@@ -33,4 +34,8 @@ platform::ValueRef VPFLocalizedString(const char* key) {
 
 void VPFSetIsOnline(int8_t isOnline) { HostDetails::Shared().isOnline = isOnline != 0; }
 
-void VPFSetHostDetails(platform::ValueRef details) { HostDetails::Shared().Take(Dictionary(Value::Retain(details))); }
+void VPFSetHostDetails(platform::ValueRef given) {
+  const Dictionary details(Value::Retain(given));
+  HostDetails::Shared().Take(details);
+  Preferences::Shared().Override(details.GetDictionary("PreferenceOverrides"));
+}

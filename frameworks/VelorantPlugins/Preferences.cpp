@@ -42,6 +42,10 @@ Preferences& Preferences::Shared() {
 
 void Preferences::Reset() { *this = Preferences(); }
 
+void Preferences::Override(const Dictionary& values) {
+  for (size_t i = 0; i < values.Count(); ++i) overrides_.Set(values.KeyAt(i), values.ValueAt(i));
+}
+
 Preferences::Stamp Preferences::StampOf(const std::string& path) {
   struct stat info;
   if (stat(path.c_str(), &info) != 0) return {};
@@ -107,19 +111,20 @@ void Preferences::GiveUpFile(const std::string& problem) {
   values_ = Dictionary::Create();
 }
 
-int32_t Preferences::GetInteger(std::string_view key) {
+Value Preferences::ValueOf(std::string_view key) {
   Refresh();
-  const Value value = values_.Get(key);
+  return overrides_.Contains(key) ? overrides_.Get(key) : values_.Get(key);
+}
+
+int32_t Preferences::GetInteger(std::string_view key) {
+  const Value value = ValueOf(key);
   if (const Boolean boolean(value); boolean) return boolean.IsTrue() ? 1 : 0;
   if (const String text(value); text) return platform::IntegerOfText(text.View());
   constexpr int64_t kLowest = std::numeric_limits<int32_t>::min(), kHighest = std::numeric_limits<int32_t>::max();
   return static_cast<int32_t>(std::clamp(Number(value).Integer(), kLowest, kHighest));
 }
 
-String Preferences::GetString(std::string_view key) {
-  Refresh();
-  return values_.GetString(key);
-}
+String Preferences::GetString(std::string_view key) { return String(ValueOf(key)); }
 
 bool Preferences::Contains(std::string_view key) {
   Refresh();

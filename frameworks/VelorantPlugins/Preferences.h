@@ -17,8 +17,10 @@ class Preferences {
  public:
   static Preferences& Shared();
 
-  // Forgets what was read, so that the file of the current places is read at the next access.
+  // Forgets what was read and overridden; the next access reads the file of the current places.
   void Reset();
+  // From now on these keys read as these values, whatever the file holds or Set stores. Never written to the file.
+  void Override(const platform::Dictionary& values);
 
   // A boolean, an integer or a text that begins with a decimal number; anything else, and an unset key, is 0. A value
   // beyond the range gives the nearest one.
@@ -42,6 +44,7 @@ class Preferences {
   };
   static Stamp StampOf(const std::string& path);
 
+  platform::Value ValueOf(std::string_view key);
   void Refresh(bool isLocked = false);
   std::string Read();
   void GiveUpFile(const std::string& problem);
@@ -49,7 +52,8 @@ class Preferences {
   void Store();
   void Report(const std::string& problem);
 
-  platform::Dictionary values_ = platform::Dictionary::Create();
+  platform::Dictionary values_ = platform::Dictionary::Create();  // of the file
+  platform::Dictionary overrides_ = platform::Dictionary::Create();
   std::string path_;
   Stamp stamp_;
   bool isRead_ = false;

@@ -9,7 +9,6 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <utility>
 
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
@@ -131,12 +130,16 @@ std::optional<Answer> Ask(int socket, uint64_t id, const char* call, const Json&
 }  // namespace
 
 std::string AgentLink::Start(LibrarySummary* summary) {
-  const std::string agent = sandbox_.AgentExecutable();
-  if (!platform::IsExecutableFile(agent)) return agent + ": there is no agent to start; no font will be activated";
   if (sandbox_.HasNewAgentConfiguration()) {
     std::string problem = EndOldAgent();
     if (!problem.empty()) return problem;
   }
+  return Restart(summary);
+}
+
+std::string AgentLink::Restart(LibrarySummary* summary) {
+  const std::string agent = sandbox_.AgentExecutable();
+  if (!platform::IsExecutableFile(agent)) return agent + ": there is no agent to start; no font will be activated";
   if (!Connect()) {
     if (silentProcess_ != 0) return SilenceProblem();
     std::string problem = Launch();
@@ -174,6 +177,7 @@ bool AgentLink::Connect() {
   if (socket_) return true;
   // The user does not wait for a stopped agent more than once.
   if (silentProcess_ != 0 && silentProcess_ == AgentProcess()) return false;
+  silentProcess_ = 0;
   std::error_code error;
   platform::Descriptor socket =
       platform::ConnectLocal(platform::GetPlaces().runtime, agent_protocol::kAgentSocketName, error);
@@ -183,7 +187,6 @@ bool AgentLink::Connect() {
     silentProcess_ = HasEnded(socket.Get()) ? 0 : AgentProcess();
     return false;
   }
-  silentProcess_ = 0;
   socket_ = std::move(socket);
   return true;
 }
@@ -221,8 +224,7 @@ std::string AgentLink::LastWords() const {
 }
 
 void AgentLink::Lose() {
-  hasGone_ = HasEnded(socket_.Get());
-  silentProcess_ = hasGone_ ? 0 : AgentProcess();
+  silentProcess_ = HasEnded(socket_.Get()) ? 0 : AgentProcess();
   socket_.Close();
 }
 
@@ -230,31 +232,23 @@ std::string AgentLink::SilenceProblem() const {
   return sandbox_.AgentExecutable() + ": process " + std::to_string(silentProcess_) + " runs but does not answer";
 }
 
-bool AgentLink::HasJustGone() {
-  if (std::exchange(hasGone_, false)) return true;
-  if (silentProcess_ != 0 && silentProcess_ != AgentProcess()) {
-    silentProcess_ = 0;
-    return true;
-  }
-  if (!socket_) {
-    Connect();
-    return false;
-  }
-  // Late notifications may still stand before the end of the stream.
+bool AgentLink::IsConnected() {
+  if (!socket_) return false;
+  // Late notifications may still be there before the end of the stream.
   for (pollfd ready{socket_.Get(), POLLIN, 0}; poll(&ready, 1, 0) > 0;) {
     std::string ignored;
     if (!platform::ReceiveMessage(socket_.Get(), ignored)) continue;
     socket_.Close();
-    return true;
+    return false;
   }
-  return false;
+  return true;
 }
 
 bool AgentLink::WaitForActivation(int stop) {
   pollfd ready[] = {{socket_.Get(), POLLIN, 0}, {stop, POLLIN, 0}};
   while (socket_ && poll(ready, 2, -1) > 0 && ready[0].revents != 0) {
     std::string text;
-    if (platform::ReceiveMessage(socket_.Get(), text)) return false;  // noticed again by HasJustGone
+    if (platform::ReceiveMessage(socket_.Get(), text)) return false;  // noticed again by IsConnected
     const Json message = Json::parse(text, nullptr, false);
     if (message.is_object() && message.value("notify", Json()) == PluginInterface::kFontActivated) return true;
   }

@@ -32,8 +32,11 @@ class AgentLink {
   // line; everything else goes on without an agent.
   std::string Start(LibrarySummary* summary);
 
-  // Looks whether the agent still lives: true once, after it has gone. Connects again if there is a new one.
-  bool HasJustGone();
+  // Starts the agent again after it has gone, unless there is a new one already. Otherwise like Start.
+  std::string Restart(LibrarySummary* summary);
+
+  // Whether the agent that we are connected to still lives. Does not wait.
+  bool IsConnected();
 
   // Waits until the agent says that it has activated a font, on a thread of its own while no other operation runs. False
   // if the stop descriptor becomes readable first, or there is no agent.
@@ -57,7 +60,6 @@ class AgentLink {
   platform::Descriptor socket_;
   uint64_t lastID_ = 0;
   int silentProcess_ = 0;  // an agent that did not answer
-  bool hasGone_ = false;   // and nobody has been told yet
 };
 
 }  // namespace console

@@ -2,6 +2,10 @@
 
 #include <charconv>
 #include <cstdio>
+#include <sstream>
+#include <vector>
+
+#include "host/console/PlainText.h"
 
 namespace console {
 
@@ -19,10 +23,20 @@ bool HasText(const Dictionary& box) {
   return kind == "text" || kind == "save-folder";
 }
 
-std::string TitleOf(const Dictionary& box) {
-  const std::string header = box.GetString("Header").Text(), message = box.GetString("Message").Text();
-  const std::string text = header.empty() || message.empty() ? header + message : header + " - " + message;
-  return text.empty() ? box.GetString("Kind").Text() : text;
+// Texts of boxes may hold names of files and fonts.
+std::string TextOf(const Dictionary& dictionary, const char* key) { return OneLine(dictionary.GetString(key).Text()); }
+
+// The lines of header and message.
+std::vector<std::string> TitleOf(const Dictionary& box) {
+  std::string text = box.GetString("Header").Text();
+  const std::string message = box.GetString("Message").Text();
+  if (!text.empty() && !message.empty()) text += " - ";
+  text += message;
+  if (text.empty()) text = box.GetString("Kind").Text();
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(OneLine(line));
+  return lines;
 }
 
 // A box that only tells something is confirmed; one that asks for a decision is closed.
@@ -38,55 +52,101 @@ int32_t NumberOr(const std::string& text, int32_t otherwise) {
   return error == std::errc() && end == text.data() + text.size() ? number : otherwise;
 }
 
-void DrawFont(const Dictionary& font) {
-  const std::string description = font.GetString("Description").Text();
-  std::fprintf(stderr, "|   %s%s%s\n", font.GetString(kNameKey).CString(), description.empty() ? "" : ": ",
-               description.c_str());
-  const Array candidates = font.GetArray(kReplacementsKey);
-  for (size_t i = 0; i < candidates.Count(); ++i) {
-    std::fprintf(stderr, "|     %zu  %s\n", i + 1, Dictionary(candidates.At(i)).GetString("Description").CString());
+void DrawFonts(const Dictionary& box) {
+  const Array fonts = box.GetArray("Fonts");
+  for (size_t i = 0; i < fonts.Count(); ++i) {
+    const Dictionary font(fonts.At(i));
+    const std::string description = TextOf(font, "Description");
+    std::fprintf(stderr, "|   %s%s%s\n", TextOf(font, kNameKey).c_str(), description.empty() ? "" : ": ",
+                 description.c_str());
+    const Array candidates = font.GetArray(kReplacementsKey);
+    for (size_t j = 0; j < candidates.Count(); ++j) {
+      std::fprintf(stderr, "|     %zu  %s\n", j + 1, TextOf(Dictionary(candidates.At(j)), "Description").c_str());
+    }
   }
 }
 
-void Draw(const Dictionary& box) {
-  std::fprintf(stderr, "\n+-- %s\n", TitleOf(box).c_str());
-  const Array fonts = box.GetArray("Fonts");
-  for (size_t i = 0; i < fonts.Count(); ++i) DrawFont(Dictionary(fonts.At(i)));
+// What a box that the user is not asked about showed, and how it was answered.
+void Report(const Dictionary& box, const std::string& outcome) {
+  std::string title;
+  for (const std::string& line : TitleOf(box)) title += (title.empty() ? "" : "; ") + line;
+  std::fprintf(stderr, "box: %s [%s]\n", title.c_str(), outcome.c_str());
+  DrawFonts(box);
 }
 
-// A box that nobody is asked about: what it showed and what became of it.
-void Report(const Dictionary& box, const std::string& outcome) {
-  std::fprintf(stderr, "box: %s [%s]\n", TitleOf(box).c_str(), outcome.c_str());
-  const Array fonts = box.GetArray("Fonts");
-  for (size_t i = 0; i < fonts.Count(); ++i) DrawFont(Dictionary(fonts.At(i)));
+// One box that the user answers, question by question.
+class Dialogue {
+ public:
+  Dialogue(const AskLine& ask, const Dictionary& box)
+      : ask_(ask), box_(box), session_("box: " + box.GetString("Kind").Text()) {}
+
+  Answer Run() {
+    const char* begin = "\n+-- ";
+    for (const std::string& line : TitleOf(box_)) {
+      std::fprintf(stderr, "%s%s\n", begin, line.c_str());
+      begin = "|   ";
+    }
+    DrawFonts(box_);
+    if (!(AskForText() && AskForReplacements() && AskForWorkgroup() && AskForPreferences() && AskForButton())) {
+      answer_.button = 0;
+    }
+    return answer_;
+  }
+
+ private:
+  // Each is false if the user wants to answer no more.
+  bool Ask(const std::string& prompt, std::string& line) { return ask_(session_, "| " + prompt, line); }
+  bool AskForText();
+  bool AskForReplacements();
+  bool AskForWorkgroup();
+  bool AskForPreferences();
+  bool AskForButton();
+
+  const AskLine& ask_;
+  const Dictionary& box_;
+  host::ModalSession session_;
+  Answer answer_;
+};
+
+bool Dialogue::AskForText() {
+  if (!HasText(box_)) return true;
+  const std::string initial = box_.GetString("Default").Text();
+  std::string line;
+  if (!Ask("text" + (initial.empty() ? "" : " (" + OneLine(initial) + ")") + ": ", line)) return false;
+  answer_.text = line.empty() ? initial : line;
+  return true;
 }
 
 // For each font with several files to choose from, one of them or none.
-void AskForReplacements(const AskLine& ask, const Dictionary& box, Answer& answer) {
-  const Array fonts = box.GetArray("Fonts");
+bool Dialogue::AskForReplacements() {
+  const Array fonts = box_.GetArray("Fonts");
   for (size_t i = 0; i < fonts.Count(); ++i) {
     const Dictionary font(fonts.At(i));
     const Array candidates = font.GetArray(kReplacementsKey);
     if (candidates.Count() == 0) continue;
-    const std::string name = font.GetString(kNameKey).Text();
     std::string line;
-    if (!ask("| " + name + " (number, empty for none): ", line)) return;
+    if (!Ask(TextOf(font, kNameKey) + " (number, empty for none): ", line)) return false;
     const int32_t place = NumberOr(line, 0);
-    if (place >= 1 && static_cast<size_t>(place) <= candidates.Count()) answer.fonts[name] = place;
+    if (place < 1 || static_cast<size_t>(place) > candidates.Count()) continue;
+    answer_.fonts[font.GetString(kNameKey).Text()] = place;
   }
+  return true;
 }
 
-void AskForWorkgroup(const AskLine& ask, const Dictionary& box, Answer& answer) {
-  const Array workgroups = box.GetArray("Workgroups");
+bool Dialogue::AskForWorkgroup() {
+  const Array workgroups = box_.GetArray("Workgroups");
+  if (workgroups.Count() == 0) return true;
   for (size_t i = 0; i < workgroups.Count(); ++i) {
-    std::fprintf(stderr, "|   %zu  %s\n", i + 1, Dictionary(workgroups.At(i)).GetString("Name").CString());
+    std::fprintf(stderr, "|   %zu  %s\n", i + 1, TextOf(Dictionary(workgroups.At(i)), "Name").c_str());
   }
   std::string line;
-  if (workgroups.Count() == 0 || !ask("| workgroup (number, empty to leave it): ", line)) return;
+  if (!Ask("workgroup (number, empty to leave it): ", line)) return false;
   const int32_t place = NumberOr(line, 0);
-  if (place < 1 || static_cast<size_t>(place) > workgroups.Count()) return;
-  const Dictionary chosen(workgroups.At(static_cast<size_t>(place) - 1));
-  answer.choice = static_cast<int32_t>(chosen.GetInteger("ID"));
+  if (place >= 1 && static_cast<size_t>(place) <= workgroups.Count()) {
+    const Dictionary chosen(workgroups.At(static_cast<size_t>(place) - 1));
+    answer_.choice = static_cast<int32_t>(chosen.GetInteger("ID"));
+  }
+  return true;
 }
 
 std::string ValueText(const platform::Value& value) {
@@ -94,49 +154,28 @@ std::string ValueText(const platform::Value& value) {
   return std::to_string(platform::Number(value).Integer());
 }
 
-void AskForPreferences(const AskLine& ask, const Dictionary& box, Answer& answer) {
-  const Array entries = box.GetArray("Preferences");
+bool Dialogue::AskForPreferences() {
+  const Array entries = box_.GetArray("Preferences");
   for (size_t i = 0; i < entries.Count(); ++i) {
     const Dictionary entry(entries.At(i));
     std::string line;
-    const std::string prompt = entry.GetString("Label").Text() + " (" + ValueText(entry.Get("Value")) + "): ";
-    if (!ask("| " + prompt, line)) return;
-    if (!line.empty()) answer.preferences[entry.GetString("Key").Text()] = line;
+    if (!Ask(TextOf(entry, "Label") + " (" + ValueText(entry.Get("Value")) + "): ", line)) return false;
+    if (!line.empty()) answer_.preferences[entry.GetString("Key").Text()] = line;
   }
+  return true;
 }
 
-void AskForButton(const AskLine& ask, const Dictionary& box, Answer& answer) {
-  const Array buttons = box.GetArray("Buttons");
-  std::string prompt = "| ";
+bool Dialogue::AskForButton() {
+  const Array buttons = box_.GetArray("Buttons");
+  std::string prompt;
   for (size_t i = 0; i < buttons.Count(); ++i) {
-    prompt += "[" + std::to_string(i + 1) + "] " + String(buttons.At(i)).Text() + "  ";
+    prompt += "[" + std::to_string(i + 1) + "] " + OneLine(String(buttons.At(i)).View()) + "  ";
   }
-  if (buttons.Count() == 0) prompt += "[1] OK  ";
+  if (buttons.Count() == 0) prompt = "[1] OK  ";
   std::string line;
-  if (!ask(prompt + "> ", line)) {
-    answer.button = 0;
-    return;
-  }
-  answer.button = NumberOr(line, 1);
-}
-
-Answer AskUser(const AskLine& ask, const Dictionary& box) {
-  Draw(box);
-  Answer answer;
-  if (HasText(box)) {
-    std::string line;
-    const std::string initial = box.GetString("Default").Text();
-    if (!ask("| text" + (initial.empty() ? "" : " (" + initial + ")") + ": ", line)) {
-      answer.button = 0;
-      return answer;
-    }
-    answer.text = line.empty() ? initial : line;
-  }
-  AskForReplacements(ask, box, answer);
-  AskForWorkgroup(ask, box, answer);
-  AskForPreferences(ask, box, answer);
-  AskForButton(ask, box, answer);
-  return answer;
+  if (!Ask(prompt + "> ", line)) return false;
+  answer_.button = NumberOr(line, 1);
+  return true;
 }
 
 }  // namespace
@@ -165,7 +204,7 @@ Dictionary Boxes::Run(const Dictionary& box) {
     Report(box, "answered: button " + std::to_string(answer->button));
     return AnswerDictionary(*answer);
   }
-  if (ask_) return AnswerDictionary(AskUser(ask_, box));
+  if (ask_) return AnswerDictionary(Dialogue(ask_, box).Run());
   const Answer answer = DefaultAnswer(box);
   Report(box, answer.button == 0 ? "closed" : "confirmed");
   return AnswerDictionary(answer);

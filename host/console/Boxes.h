@@ -1,27 +1,29 @@
-// Shows boxes and progress to the user: on the terminal if there is one to ask, otherwise boxes are answered by what a
-// script has said beforehand, or by their default, with a line on standard error.
+// Shows boxes and progress to the user. A box is answered by what a script said beforehand, else by the user at the
+// terminal, else by its default; the last and the first leave a line on standard error. While a user is asked, the box is
+// modal: the run loop is in its modal mode, and platform::Window::Modal() is the box. Main thread only.
 #pragma once
 
 #include <functional>
 #include <string>
 
+#include "host/ModalSession.h"
 #include "host/console/Answers.h"
 #include "host/console/ProgressLine.h"
 #include "platform/Presenter.h"
 
 namespace console {
 
-// Asks for a line; false at the end of the input.
-using AskLine = std::function<bool(const std::string& prompt, std::string& line)>;
+// Asks for a line, running the loop of the box meanwhile. False if the user wants to answer no more.
+using AskLine = std::function<bool(host::ModalSession& box, const std::string& prompt, std::string& line)>;
 
 class Boxes {
  public:
-  explicit Boxes(AnswerQueue& answers);  // from here on boxes and progress come here
+  explicit Boxes(AnswerQueue& answers);  // becomes the presenter of the process
   ~Boxes();
   Boxes(const Boxes&) = delete;
   Boxes& operator=(const Boxes&) = delete;
 
-  // Null: nobody to ask.
+  // Null: there is no user to ask.
   void SetTerminal(AskLine ask) { ask_ = std::move(ask); }
 
  private:

@@ -8,6 +8,7 @@
 
 #include "host/console/Answers.h"
 #include "host/console/Preferences.h"
+#include "host/console/Report.h"
 #include "host/console/Session.h"
 
 namespace console {
@@ -26,6 +27,11 @@ bool ReadNumber(const std::string& text, Number& number) {
 }
 
 std::string First(const Words& arguments) { return arguments.empty() ? "" : arguments[0]; }
+
+// An empty name would mean the document in front; a script that builds names must not save over that by mistake.
+std::string CheckName(const Words& arguments) {
+  return arguments.empty() || !arguments[0].empty() ? "" : "the name is empty";
+}
 
 std::string CheckWait(const Words& arguments) {
   double seconds = 0;
@@ -101,10 +107,10 @@ constexpr CommandEntry kCommands[] = {
     {"make", "", "make a new, untitled document", 0, 0, Completion::kNothing, nullptr, Make},
     {"edit", "[FONT]", "add text to the document in front, in a font of this PostScript name", 0, 1,
      Completion::kNothing, nullptr, Edit},
-    {"save", "[DOCUMENT]", "save the document in front, or this one", 0, 1, Completion::kDocument, nullptr, Save},
-    {"save-as", "FILE", "save the document in front under another name", 1, 1, Completion::kPath, nullptr, SaveAs},
+    {"save", "[DOCUMENT]", "save the document in front, or this one", 0, 1, Completion::kDocument, CheckName, Save},
+    {"save-as", "FILE", "save the document in front under another name", 1, 1, Completion::kPath, CheckName, SaveAs},
     {"close", "[DOCUMENT|all]", "close the document in front, this one, or all, without saving", 0, 1,
-     Completion::kDocument, nullptr, Close},
+     Completion::kDocument, CheckName, Close},
     {"do-it", "[NUMBER]", "call the plug-in's command; 4 asks for the font panel's port", 0, 1, Completion::kNothing,
      CheckDoIt, DoIt},
     {"answer", "KEY VALUE ...", "answer the next box: button, choice or text VALUE, font NAME NUMBER, pref KEY VALUE",
@@ -149,7 +155,8 @@ std::string CheckCommand(const Words& words) {
 
 void RunCommand(CommandContext& context, const Words& words) {
   if (words.empty()) return;
-  FindCommand(words[0])->run(context, Words(words.begin() + 1, words.end()));
+  const Words arguments(words.begin() + 1, words.end());
+  RunReported(context.report, words[0], [&] { FindCommand(words[0])->run(context, arguments); });
 }
 
 std::string CommandHelp() {

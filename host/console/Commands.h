@@ -10,12 +10,14 @@
 namespace console {
 
 class AnswerQueue;
+class Report;
 class Session;
 
 // What a command works on.
 struct CommandContext {
   Session& session;
   AnswerQueue& answers;
+  Report& report;
   bool quits = false;  // set by "quit"
 };
 
@@ -28,7 +30,7 @@ struct CommandEntry {
   size_t least;  // arguments
   size_t most;
   Completion completion;  // of the first argument
-  // Null: any arguments will do. Otherwise empty, or one line that says what is wrong with them.
+  // Returns one line that says what is wrong with the arguments, or an empty text. Null if any arguments will do.
   std::string (*check)(const Words& arguments);
   void (*run)(CommandContext& context, const Words& arguments);
 };
@@ -37,9 +39,11 @@ std::span<const CommandEntry> CommandTable();
 const CommandEntry* FindCommand(const std::string& name);  // null if there is none
 std::span<const char* const> ListingNames();               // what "show" shows
 
-// Looks at the words of a line without doing anything: empty, or one line that says what is wrong. No words are right.
+// Checks the words of a line without doing anything. Returns one line that says what is wrong, or an empty text; no words
+// at all are right.
 std::string CheckCommand(const Words& words);
-// The words have been checked.
+// Runs the command; CheckCommand must have found nothing wrong. What it throws becomes an error of the report, so that
+// the session goes on.
 void RunCommand(CommandContext& context, const Words& words);
 
 std::string CommandHelp();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "host/console/Report.h"
 #include "host/console/Sandbox.h"
 #include "host/console/Session.h"
+#include "host/console/Signals.h"
 #include "host/console/Terminal.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -52,18 +54,31 @@ std::string ReadScript(const std::string& path, const std::string& text, std::ve
   return "";
 }
 
-void RunScript(const std::vector<ScriptLine>& script, CommandContext& context) {
+// What one run of the program works with.
+struct Run {
+  Signals& signals;
+  Session& session;
+  Report& report;
+
+  // Whether going on makes no sense: a signal asks to end, the state folder is gone, or nobody reads the report any more.
+  bool Ends() const { return signals.EndAsked() != 0 || session.IsLost() || std::ferror(stdout) != 0; }
+};
+
+void RunScript(const Run& run, const std::vector<ScriptLine>& script, CommandContext& context) {
   for (const ScriptLine& line : script) {
     RunCommand(context, line.words);
-    if (context.quits) return;
+    if (context.quits || run.Ends()) return;
   }
 }
 
-// False if a line was not understood and nobody was there to read so.
-bool RunConsole(CommandContext& context, Boxes& boxes) {
-  Terminal terminal([&context] { return context.session.DocumentNames(); });
+// False if a line was not understood and there is no user who read that.
+bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes) {
+  Terminal terminal(run.signals, [&context] { return context.session.DocumentNames(); });
+  run.signals.SetUser(terminal.HasUser());
   if (terminal.HasUser()) {
-    boxes.SetTerminal([&](const std::string& prompt, std::string& answer) { return terminal.Ask(prompt, answer); });
+    boxes.SetTerminal([&](host::ModalSession& box, const std::string& prompt, std::string& answer) {
+      return terminal.Ask(box, prompt, answer);
+    });
   }
   std::string line;
   bool isUnderstood = true;
@@ -79,25 +94,27 @@ bool RunConsole(CommandContext& context, Boxes& boxes) {
     }
   }
   boxes.SetTerminal(nullptr);
+  run.signals.SetUser(false);
   return isUnderstood;
 }
 
 // What a user sees without asking for anything: each document through its whole life, and a copy of it saved, so that the
-// document itself stays as it was. Fonts go back at the close; the preference is put back afterwards.
-void Demonstrate(const std::vector<std::string>& files, Session& session) {
-  const std::string kept = session.Prefs().GetSwitch(kCloseGivesBack) ? "1" : "0";
-  const bool arePreferences = session.Prefs().AreThere();
-  if (arePreferences) session.SetPreference(kCloseGivesBack, "1");
+// document itself stays as it was. Fonts go back at the close, whatever the user prefers otherwise.
+void Demonstrate(const Run& run, const std::vector<std::string>& files) {
+  run.session.OverridePreference(kCloseGivesBack, true);
   for (const std::string& file : files) {
-    if (!session.Open(file)) continue;
-    session.Wait(kUntilReopened);
-    session.SaveCopyInSandbox();
-    session.CloseAll();
+    if (run.Ends()) return;
+    RunReported(run.report, file, [&] {
+      if (!run.session.Open(file)) return;
+      run.session.Wait(kUntilReopened);
+      if (run.Ends()) return;
+      run.session.SaveCopyInSandbox();
+      run.session.CloseAll();
+    });
   }
-  if (arePreferences) session.SetPreference(kCloseGivesBack, kept);
 }
 
-// The documents of a folder in the order of their names; what describes them is none.
+// The documents of a folder in the order of their names, without the pages that describe them.
 std::vector<std::string> DocumentsIn(const std::string& folder) {
   std::vector<std::string> files;
   std::error_code error;
@@ -112,14 +129,33 @@ std::vector<std::string> DocumentsIn(const std::string& folder) {
 void DescribeLibrary(const Sandbox& sandbox, const LibrarySummary& library) {
   std::fprintf(stderr, "library: %zu %s in %zu %s of\n", library.faces, library.faces == 1 ? "font" : "fonts",
                library.files, library.files == 1 ? "file" : "files");
-  for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", folder.c_str());
+  for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", OneLine(folder).c_str());
 }
 
 std::unique_ptr<Report> MakeReport(const Options& options) {
   return options.json ? MakeJsonReport() : MakeTextReport();
 }
 
-int Run(const Options& options, const std::vector<ScriptLine>& script) {
+// Does what the options say in a session that has started. False as RunConsole.
+bool Work(const Run& run, const Options& options, const std::vector<ScriptLine>& script, AnswerQueue& answers,
+          Boxes& boxes) {
+  CommandContext context{run.session, answers, run.report};
+  if (!options.script.empty()) {
+    RunScript(run, script, context);
+  } else if (options.interactive) {
+    for (const std::string& file : options.files) {
+      RunReported(run.report, file, [&] { run.session.Open(file); });
+    }
+    return RunConsole(run, context, boxes);
+  } else {
+    Demonstrate(run, options.files);
+  }
+  return true;
+}
+
+// The exit status, or kStatusSignal and the number of the signal that ended the run.
+int RunHost(const Options& options, const std::vector<ScriptLine>& script) {
+  Signals signals;
   const std::unique_ptr<Report> report = MakeReport(options);
   Sandbox sandbox;
   const std::string problem = sandbox.Prepare({options.state, options.library, options.desktop});
@@ -136,19 +172,16 @@ int Run(const Options& options, const std::vector<ScriptLine>& script) {
   bool isUnderstood = true;
   if (session.Start(&library)) {
     if (library.isKnown) DescribeLibrary(sandbox, library);
-    CommandContext context{session, answers};
-    if (!options.script.empty()) {
-      RunScript(script, context);
-    } else if (options.interactive) {
-      for (const std::string& file : options.files) session.Open(file);
-      isUnderstood = RunConsole(context, boxes);
-    } else {
-      Demonstrate(options.files, session);
-    }
+    isUnderstood = Work({signals, session, *report}, options, script, answers, boxes);
   }
-  session.Quit();
-  if (answers.Count() > 0) std::fprintf(stderr, "%zu answers were not asked for\n", answers.Count());
+  RunReported(*report, sandbox.Folder(), [&] { session.Quit(); });
+  if (signals.EndAsked() != 0) {
+    std::fprintf(stderr, "ended by a signal: %s\n", strsignal(signals.EndAsked()));
+  } else if (answers.Count() > 0) {
+    std::fprintf(stderr, "%zu answers were not asked for\n", answers.Count());
+  }
   report->Finish();
+  if (signals.EndAsked() != 0) return kStatusSignal + signals.EndAsked();
   if (!isUnderstood) return kStatusUnknown;
   return report->Errors() == 0 ? kStatusWell : kStatusWrong;
 }
@@ -189,7 +222,11 @@ int Main(const std::vector<std::string>& arguments) {
     if (options.files.empty() && !options.samples.empty()) options.files = DocumentsIn(options.samples);
     if (options.files.empty()) return Refuse("no documents named; --help lists what there is");
   }
-  const int status = Run(options, script);
+  const int status = RunHost(options, script);
+  if (status > kStatusSignal) {
+    std::fflush(stdout);
+    EndBySignal(status - kStatusSignal);
+  }
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
   std::fputs("standard output can't be written\n", stderr);
   return kStatusWrong;

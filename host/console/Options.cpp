@@ -98,7 +98,9 @@ std::string HelpText() {
   }
   text += "\nCommands of a script and of the console:\n";
   text += CommandHelp();
-  return text + "\nExit status: 0 all went well, 1 something went wrong, 2 a command or option is not known.\n";
+  return text +
+         "\nExit status: 0 all went well, 1 something went wrong, 2 a command or option is not known.\n"
+         "SIGINT, SIGTERM and SIGHUP close all documents and give fonts back before they end the host.\n";
 }
 
 std::string CompletionText() {

@@ -97,6 +97,15 @@ bool Preferences::GetSwitch(const std::string& key) const {
   return get && get(key.c_str()) != 0;
 }
 
+void Preferences::Override(const std::string& key, bool value) const {
+  const auto setDetails = Find<void (*)(platform::ValueRef)>("VPFSetHostDetails");
+  if (!setDetails) return;
+  platform::Dictionary overrides = platform::Dictionary::Create(), details = platform::Dictionary::Create();
+  overrides.Set(key, platform::Boolean::From(value));
+  details.Set("PreferenceOverrides", overrides);
+  setDetails(details.Ref());
+}
+
 std::string Preferences::ValueOf(const PreferenceEntry& entry) const {
   switch (entry.kind) {
     case PreferenceKind::kSwitch: return GetSwitch(entry.key) ? "1" : "0";

@@ -30,6 +30,8 @@ class Preferences {
   // Empty, or one line: an unknown key, a value of another kind, or no preferences.
   std::string Set(const std::string& key, const std::string& value);
   bool GetSwitch(const std::string& key) const;  // false without a framework
+  // Until the framework is unloaded the switch reads as this value; what is stored does not change.
+  void Override(const std::string& key, bool value) const;
   // "KEY = VALUE" for each entry of the table, or a line that says why there are none.
   std::vector<std::string> Describe() const;
 

@@ -27,7 +27,7 @@ size_t WidthOfTerminal() {
 
 std::string HeadOf(const platform::Dictionary& progress) {
   const std::string header = progress.GetString("Header").Text();
-  return header.empty() ? progress.GetString("WindowTitle").Text() : header;
+  return OneLine(header.empty() ? progress.GetString("WindowTitle").Text() : header);
 }
 
 }  // namespace

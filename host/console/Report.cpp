@@ -1,5 +1,7 @@
 #include "host/console/Report.h"
 
+#include "host/Problems.h"
+
 namespace console {
 
 void Report::Opened(const OpenedReport& opened) {
@@ -25,6 +27,16 @@ void Report::Closed(const std::string& file, const std::vector<std::string>& dea
 void Report::Error(const std::string& file, const std::string& message) {
   ++errors_;
   WriteError(file, message);
+}
+
+bool RunReported(Report& report, const std::string& what, const std::function<void()>& call) {
+  try {
+    call();
+    return true;
+  } catch (...) {
+    report.Error(what, host::DescribeCurrentException());
+    return false;
+  }
 }
 
 }  // namespace console

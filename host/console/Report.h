@@ -4,6 +4,7 @@
 // standard output, which then holds nothing else; notes and listings go to standard error.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -63,6 +64,9 @@ class Report {
   Tally tally_;
   int errors_ = 0;
 };
+
+// Runs the call. What it throws becomes an error of the report about `what`; true if nothing was thrown.
+bool RunReported(Report& report, const std::string& what, const std::function<void()>& call);
 
 std::unique_ptr<Report> MakeTextReport();
 std::unique_ptr<Report> MakeJsonReport();

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,6 +33,7 @@ const std::vector<std::string>& DefaultLibrary() {
   };
   return sFolders;
 }
+constexpr const char* kLockName = "/host.lock";
 constexpr const char* kLaunchFolder = "/root/Library/Velorant";
 constexpr const char* kLaunchConfiguration = "/com.velorant.Nexcore-LaunchInfo.conf";
 
@@ -111,7 +113,7 @@ std::string Sandbox::Prepare(const SandboxOptions& options) {
 }
 
 std::string Sandbox::Lock() {
-  const std::string path = folder_ + "/host.lock";
+  const std::string path = folder_ + kLockName;
   platform::Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (!file) return LastProblem(path);
   char text[16] = {};
@@ -125,6 +127,12 @@ std::string Sandbox::Lock() {
   if (ftruncate(file.Get(), 0) != 0 || pwrite(file.Get(), own.data(), own.size(), 0) < 0) return LastProblem(path);
   lock_ = std::move(file);
   return "";
+}
+
+bool Sandbox::IsInPlace() const {
+  struct stat held = {}, there = {};
+  return fstat(lock_.Get(), &held) == 0 && stat((folder_ + kLockName).c_str(), &there) == 0 &&
+         held.st_dev == there.st_dev && held.st_ino == there.st_ino;
 }
 
 std::string Sandbox::MakeFolders() const {

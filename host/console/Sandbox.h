@@ -36,6 +36,9 @@ class Sandbox {
   // stored is changed or lost.
   std::string Prepare(const SandboxOptions& options);
 
+  // Whether the folder that Prepare took is still at its place.
+  bool IsInPlace() const;
+
   const std::string& Folder() const { return folder_; }
   const std::vector<std::string>& Library() const { return library_; }
   std::string AgentExecutable() const;

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "frameworks/PlugPlug/include/PlugPlugEvents.h"
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+#include "frameworks/VelorantPlugins/include/UIFramework.h"
 #include "host/DocumentFile.h"
 #include "host/Problems.h"
 #include "host/console/BatchProgress.h"
@@ -15,6 +18,12 @@ namespace {
 
 // The host's placeholder for layers without visible text; no font of this name exists, and none is wanted.
 constexpr const char* kInvisibleFont = "AdobeInvisFont";
+
+#define NAME_OF(name, result, parameters) #name,
+constexpr const char* kInterfaceFunctions[] = {PLUGIN_INTERFACE_FUNCTIONS(NAME_OF)};
+constexpr const char* kUserInterfaceFunctions[] = {UI_FRAMEWORK_FUNCTIONS(NAME_OF)};
+constexpr const char* kEventFunctions[] = {PLUG_PLUG_FUNCTIONS(NAME_OF)};
+#undef NAME_OF
 
 bool Contains(const std::vector<std::string>& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -59,21 +68,28 @@ void Session::CheckParts() {
                                         std::to_string(sandbox_.KilledPredecessor()) +
                                         ", ended without quitting; its fonts have been given back");
   }
-  const std::pair<std::string, const char*> frameworks[] = {
-      {sandbox_.InterfaceFramework(), "no font will be activated"},
-      {sandbox_.UserInterfaceFramework(), "no font will be activated"},
-      {sandbox_.EventsFramework(), "there is no font panel"},
+  const Part parts[] = {
+      {sandbox_.InterfaceFramework(), kInterfaceFunctions, "no font will be activated"},
+      {sandbox_.UserInterfaceFramework(), kUserInterfaceFunctions, "no font will be activated"},
+      {sandbox_.EventsFramework(), kEventFunctions, "there is no font panel"},
   };
-  for (const auto& [framework, loss] : frameworks) {
-    std::string problem;
-    const platform::BundleRef bundle = platform::Bundle::Create(framework, &problem);
-    if (bundle && bundle->Load(&problem)) {
-      bundle->Unload();
-    } else {
-      report_.Error(framework,
-                    std::string("can't be loaded, so that ") + loss + ": " + WithoutFile(problem, framework));
-    }
+  for (const Part& part : parts) CheckPart(part);
+}
+
+void Session::CheckPart(const Part& part) {
+  std::string problem;
+  const platform::BundleRef bundle = platform::Bundle::Create(part.framework, &problem);
+  if (!bundle || !bundle->Load(&problem)) {
+    report_.Error(part.framework,
+                  std::string("can't be loaded, so that ") + part.loss + ": " + WithoutFile(problem, part.framework));
+    return;
   }
+  std::string missing;
+  for (const char* name : part.functions) {
+    if (!bundle->FunctionForName(name)) missing += (missing.empty() ? "" : ", ") + std::string(name);
+  }
+  bundle->Unload();
+  if (!missing.empty()) report_.Error(part.framework, "lacks functions that the plug-in needs: " + missing);
 }
 
 bool Session::StartPlugin() {
@@ -102,6 +118,7 @@ bool Session::Start(LibrarySummary* library) {
     for (const AgentProblem& broken : library->problems) report_.Error(broken.path, broken.message);
   } else {
     report_.Error(sandbox_.AgentExecutable(), WithoutFile(problem, sandbox_.AgentExecutable()));
+    isAgentGone_ = true;
   }
   return StartPlugin();
 }
@@ -141,8 +158,15 @@ host::DocumentInfo Session::InfoOf(int32_t id) const {
   return {};
 }
 
-bool Session::Open(const std::string& file) {
+bool Session::CanOpen(const std::string& document) {
+  const bool wasLost = isLost_;
   CatchUp();
+  if (wasLost) report_.Error(document, "is not opened, since the state folder is gone");
+  return !isLost_;
+}
+
+bool Session::Open(const std::string& file) {
+  if (!CanOpen(file)) return false;
   const ActiveFiles before = fonts_.Look();
   trace_.Mark();
   int32_t id = 0;
@@ -211,7 +235,7 @@ std::string Session::WhyActivated(const std::string& name, const std::vector<std
 }
 
 void Session::Make() {
-  CatchUp();
+  if (!CanOpen("make")) return;
   int32_t id = 0;
   const std::string problem = host_->Make(&id);
   if (!problem.empty()) {
@@ -345,7 +369,9 @@ void Session::DoIt(int32_t operation) {
   const std::string problem = host_->DoIt(operation, &port);
   if (!problem.empty()) {
     report_.Error("do-it", problem);
-  } else if (port >= 0) {
+  } else if (port == 0) {
+    report_.Error("do-it", "the font panel has no port");
+  } else if (port > 0) {
     report_.Listing({"the font panel's port is " + std::to_string(port)});
   }
 }
@@ -376,20 +402,40 @@ void Session::Follow() {
     std::erase_if(documents_, [&](const KnownDocument& known) { return known.id == lost.id; });
     report_.Error(lost.name, "was closed to be opened again, and could not be opened");
   }
+  // What an operation had opened before it failed.
+  for (const host::DocumentInfo& info : open) {
+    const auto isThis = [&](const KnownDocument& known) { return known.id == info.id; };
+    if (std::any_of(documents_.begin(), documents_.end(), isThis)) continue;
+    documents_.push_back({info.path.empty() ? info.title : info.path, info.path, info.id, info.fontNames});
+  }
 }
 
 void Session::CatchUp() {
-  CheckAgent();
+  CheckState();
+  if (!isLost_) CheckAgent();
   Follow();
 }
 
-// A new agent takes away the links that nobody asks for any more, and the plug-in finds it at its next question.
+void Session::CheckState() {
+  if (isLost_ || sandbox_.IsInPlace()) return;
+  isLost_ = true;
+  report_.Error(sandbox_.Folder(),
+                "was removed or replaced while it was in use, so that no more fonts can be activated");
+}
+
+// A new agent removes the links that no client asks for any more, and the plug-in connects to it at its next question. An
+// agent that can't be started now is tried again before each operation: the user may mend what is wrong meanwhile.
 void Session::CheckAgent() {
-  if (!agent_.HasJustGone()) return;
+  if (agent_.IsConnected()) return;
   LibrarySummary library;
-  const std::string problem = agent_.Start(&library);
+  const std::string problem = agent_.Restart(&library);
   const std::string outcome = problem.empty() ? "was started again" : "could not be started again: " + problem;
-  report_.Error(sandbox_.AgentExecutable(), "the agent ended by itself and " + outcome);
+  if (!isAgentGone_) {
+    report_.Error(sandbox_.AgentExecutable(), "the agent ended by itself or does not answer, and " + outcome);
+  } else if (problem.empty()) {
+    report_.Note(sandbox_.AgentExecutable(), "the agent " + outcome);
+  }
+  isAgentGone_ = !problem.empty();
 }
 
 void Session::SetPreference(const std::string& key, const std::string& value) {
@@ -399,7 +445,9 @@ void Session::SetPreference(const std::string& key, const std::string& value) {
 
 void Session::Quit() {
   if (!host_) return;
-  CatchUp();
+  CheckState();
+  if (!isLost_ && !isAgentGone_) CheckAgent();
+  Follow();
   const ActiveFiles before = fonts_.Look();
   const std::vector<KnownDocument> open = documents_;
   host_->Quit();

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,8 @@ class Session {
   void DoIt(int32_t operation);
   void Wait(double seconds);
   void SetPreference(const std::string& key, const std::string& value);
+  // For this run only; what the user has stored stays as it is.
+  void OverridePreference(const std::string& key, bool value) { preferences_.Override(key, value); }
   void Quit();
 
   void ShowDocuments();
@@ -51,7 +54,8 @@ class Session {
   void ShowPreferences();
 
   std::vector<std::string> DocumentNames() const;
-  Preferences& Prefs() { return preferences_; }
+  // Whether the state folder was removed or replaced. Then no more documents are opened; open ones can be saved.
+  bool IsLost() const { return isLost_; }
 
  private:
   struct KnownDocument {
@@ -62,18 +66,29 @@ class Session {
     std::vector<std::string> identified{};  // of those, the ones with identification in the file before its last save
   };
 
+  // A framework that the plug-in loads.
+  struct Part {
+    std::string framework;
+    std::span<const char* const> functions;  // that it must have
+    const char* loss;                        // without it
+  };
+
   void CheckParts();
+  void CheckPart(const Part& part);
   bool StartPlugin();
   void TakeProblem(const std::string& line);
   KnownDocument* Find(const std::string& document);
   KnownDocument* Front();
-  // Catches up, then the one named, or in front; reports if there is none.
+  // Catches up; then the document of this name, or the one in front. Null, reported, if there is none.
   KnownDocument* Choose(const std::string& document, const char* operation);
   host::DocumentInfo InfoOf(int32_t id) const;
-  // Before an operation: the loop runs while the console waits for a command, and in boxes and waits of others.
+  // Call before each operation: the loop also runs while the console waits for a command and while a box is open.
   void CatchUp();
-  // After the plug-in may have closed and reopened documents: their numbers have changed.
+  // Catches up; false, reported, if no more documents can be opened.
+  bool CanOpen(const std::string& document);
+  // Takes note of what the plug-in did: documents that it closed and opened again have new numbers.
   void Follow();
+  void CheckState();
   void CheckAgent();
   void ReportOpened(const KnownDocument& document, const ActiveFiles& before);
   std::string WhyActivated(const std::string& name, const std::vector<std::string>& named);
@@ -90,6 +105,8 @@ class Session {
   Preferences preferences_;
   std::unique_ptr<host::HostApplication> host_;
   std::vector<KnownDocument> documents_;  // in the order of opening
+  bool isAgentGone_ = false;              // reported
+  bool isLost_ = false;                   // reported
 };
 
 }  // namespace console

@@ -7,10 +7,15 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
+#include <optional>
+#include <utility>
 
+#include "host/ModalSession.h"
 #include "host/console/Complete.h"
 #include "host/console/PlainText.h"
+#include "host/console/Signals.h"
 #include "platform/RunLoop.h"
+#include "platform/TextEncoding.h"
 
 namespace console {
 
@@ -18,42 +23,46 @@ namespace {
 
 constexpr int kHistoryLength = 500;
 constexpr double kForEver = 1e9;  // seconds
+constexpr wchar_t kInterruptKey = 3;
+constexpr wchar_t kReplacement = 0xFFFD;
 
-// Lets the loop go on until a byte of input is there; false at the end of the input. Byte by byte, so that what follows
-// is left to whoever reads next.
-bool ReadByte(char& byte) {
-  platform::RunLoop& loop = platform::RunLoop::Main();
-  pollfd input{STDIN_FILENO, POLLIN, 0};
-  const auto isReady = [&] { return poll(&input, 1, 0) > 0; };
-  loop.WatchDescriptor(STDIN_FILENO, [] {});
-  loop.RunUntil(isReady, kForEver);
-  loop.UnwatchDescriptor(STDIN_FILENO);
+// Runs the loop until the condition holds.
+using RunLoopUntil = std::function<void(const std::function<bool()>&)>;
+
+void RunInDefaultMode(const std::function<bool()>& condition) {
+  platform::RunLoop::Main().RunUntil(condition, kForEver);
+}
+
+// Byte by byte, so that what follows is left to whoever reads next. Waits unless the input is known to be ready.
+std::optional<char> ReadByteNow() {
+  char byte = 0;
   ssize_t got = 0;
   do {
     got = read(STDIN_FILENO, &byte, 1);
   } while (got < 0 && errno == EINTR);
-  return got == 1;
+  return got == 1 ? std::optional(byte) : std::nullopt;
 }
 
-bool ReadPlainLine(std::string& line) {
-  line.clear();
-  char byte = 0;
-  bool any = false;
-  while (ReadByte(byte)) {
-    any = true;
-    if (byte == '\n') return true;
-    line.push_back(byte);
-  }
-  return any;
+wchar_t CodeOf(const std::string& character) {
+  const auto units = platform::UTF8ToUTF16(character);
+  if (!units || units->empty()) return kReplacement;
+  if (units->size() == 1) return static_cast<wchar_t>((*units)[0]);
+  return static_cast<wchar_t>(0x10000 + (((*units)[0] - 0xD800) << 10) + ((*units)[1] - 0xDC00));
 }
 
 }  // namespace
 
 struct Terminal::State {
+  explicit State(Signals& given) : signals(given) {}
+
+  Signals& signals;
   std::function<std::vector<std::string>()> openDocuments;
   EditLine* editor = nullptr;  // null if the input is no terminal
   History* history = nullptr;
   bool isEditing = false;
+  bool isInterrupted = false;
+  std::optional<char> unread;  // a byte that ended a malformed character
+  std::string question;        // of a box that waits for an answer
 
   static State* Of(EditLine* editor) {
     void* self = nullptr;
@@ -64,20 +73,95 @@ struct Terminal::State {
     static char sPrompt[] = "> ";
     return sPrompt;
   }
-  static int GetCharacter(EditLine*, wchar_t* character);
+  static int GetCharacter(EditLine* editor, wchar_t* character);
   static unsigned char Complete(EditLine* editor, int);
+  static unsigned char Interrupt(EditLine* editor, int);
+
+  bool AwaitInput(const RunLoopUntil& runUntil);
+  std::optional<char> ReadByte(const RunLoopUntil& runUntil);
+  bool ReadPlainLine(const RunLoopUntil& runUntil, std::string& line);
+  void SetRaw(bool isRaw) const {
+    if (editor && isEditing) el_set(editor, EL_PREP_TERM, isRaw ? 1 : 0);
+  }
+  void ShowAgain() const;
 };
 
-// One UTF-8 character as the editor wants it. 1 read, 0 end of the input.
-int Terminal::State::GetCharacter(EditLine*, wchar_t* character) {
-  char byte = 0;
-  if (!ReadByte(byte)) return 0;
-  const auto first = static_cast<unsigned char>(byte);
-  const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
-  auto code = static_cast<uint32_t>(more == 0 ? first : first & (0x3F >> more));
-  for (int i = 0; i < more && ReadByte(byte); ++i) code = code << 6 | (static_cast<unsigned char>(byte) & 0x3F);
-  *character = static_cast<wchar_t>(code);
+// The terminal has been somebody else's: what stood on the last line is drawn anew.
+void Terminal::State::ShowAgain() const {
+  if (!question.empty()) {
+    std::fputs(question.c_str(), stderr);
+  } else if (editor && isEditing) {
+    SetRaw(true);
+    el_set(editor, EL_REFRESH);
+  }
+}
+
+// Lets the loop run until there is a byte to read, or the end of the input. False if a signal comes first that asks to
+// stop waiting.
+bool Terminal::State::AwaitInput(const RunLoopUntil& runUntil) {
+  platform::RunLoop& loop = platform::RunLoop::Main();
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  for (;;) {
+    loop.WatchDescriptor(STDIN_FILENO, [] {});
+    runUntil([&] { return signals.HasNews() || poll(&input, 1, 0) > 0; });
+    loop.UnwatchDescriptor(STDIN_FILENO);
+    if (signals.EndAsked() != 0 || signals.IsInterrupted()) return false;
+    if (signals.TakeStop()) {
+      SetRaw(false);
+      signals.StopProcess();
+    } else if (signals.TakeContinue()) {
+      ShowAgain();
+    } else if (signals.TakeResize()) {
+      if (editor) el_resize(editor);
+    } else {
+      return true;
+    }
+  }
+}
+
+std::optional<char> Terminal::State::ReadByte(const RunLoopUntil& runUntil) {
+  if (unread) return std::exchange(unread, std::nullopt);
+  return AwaitInput(runUntil) ? ReadByteNow() : std::nullopt;
+}
+
+bool Terminal::State::ReadPlainLine(const RunLoopUntil& runUntil, std::string& line) {
+  line.clear();
+  bool any = false;
+  while (const std::optional<char> byte = ReadByte(runUntil)) {
+    any = true;
+    if (*byte == '\n') return true;
+    line.push_back(*byte);
+  }
+  return any && !signals.IsInterrupted();
+}
+
+// One character as the editor wants it. 1 read, 0 end of the input.
+int Terminal::State::GetCharacter(EditLine* editor, wchar_t* character) {
+  State* self = Of(editor);
+  std::optional<char> byte = self->ReadByte(RunInDefaultMode);
+  if (!byte) {
+    // The terminal makes a signal of Ctrl-C; here it becomes a key again.
+    *character = kInterruptKey;
+    return self->signals.EndAsked() == 0 && self->signals.TakeInterrupt() ? 1 : 0;
+  }
+  const auto first = static_cast<unsigned char>(*byte);
+  const size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
+  std::string bytes(1, *byte);
+  while (bytes.size() < length && (byte = self->ReadByte(RunInDefaultMode))) {
+    if (!IsContinuation(*byte)) {
+      self->unread = byte;
+      break;
+    }
+    bytes.push_back(*byte);
+  }
+  *character = CodeOf(bytes);
   return 1;
+}
+
+unsigned char Terminal::State::Interrupt(EditLine* editor, int) {
+  std::fputs("^C\n", stderr);
+  Of(editor)->isInterrupted = true;
+  return CC_NEWLINE;
 }
 
 unsigned char Terminal::State::Complete(EditLine* editor, int) {
@@ -85,22 +169,25 @@ unsigned char Terminal::State::Complete(EditLine* editor, int) {
   const std::string_view upToCursor(info->buffer, static_cast<size_t>(info->cursor - info->buffer));
   const Candidates candidates = CompleteLine(upToCursor, Of(editor)->openDocuments());
   if (candidates.words.empty()) return CC_ERROR;
-  std::string text = CommonStart(candidates.words);
+  const std::string common = CommonStart(candidates.words);
+  // The editor can't hold a name that is not UTF-8; it is only listed.
+  std::string text(ValidStart(common));
   const std::string_view present = upToCursor.substr(candidates.start);
-  const bool isFolder = text.ends_with('/');
-  if (candidates.words.size() == 1 && !isFolder) text += " ";
+  const bool isWhole = candidates.words.size() == 1 && text == common;
+  if (isWhole && !text.ends_with('/')) text += " ";
   if (text != present && text.size() >= present.size()) {
     el_deletestr(editor, static_cast<int>(CountCharacters(present)));  // it shows bytes and deletes characters
     el_insertstr(editor, text.c_str());
     return CC_REFRESH;
   }
   std::fputs("\n", stderr);
-  for (const std::string& word : candidates.words) std::fprintf(stderr, "%s  ", word.c_str());
+  for (const std::string& word : candidates.words) std::fprintf(stderr, "%s  ", OneLine(word).c_str());
   std::fputs("\n", stderr);
   return CC_REDISPLAY;
 }
 
-Terminal::Terminal(std::function<std::vector<std::string>()> openDocuments) : state_(std::make_unique<State>()) {
+Terminal::Terminal(Signals& signals, std::function<std::vector<std::string>()> openDocuments)
+    : state_(std::make_unique<State>(signals)) {
   state_->openDocuments = std::move(openDocuments);
   if (!isatty(STDIN_FILENO)) return;
   std::setlocale(LC_CTYPE, "C.UTF-8");  // the editor counts characters; everything here is UTF-8
@@ -114,11 +201,14 @@ Terminal::Terminal(std::function<std::vector<std::string>()> openDocuments) : st
   el_set(state_->editor, EL_CLIENTDATA, state_.get());
   el_set(state_->editor, EL_PROMPT, &State::Prompt);
   el_set(state_->editor, EL_EDITOR, "emacs");
-  el_set(state_->editor, EL_SIGNAL, 1);
+  el_set(state_->editor, EL_SIGNAL, 0);  // it would end or stop the process by itself; see Signals
   el_set(state_->editor, EL_HIST, history, state_->history);
   el_set(state_->editor, EL_GETCFN, &State::GetCharacter);
-  el_wset(state_->editor, EL_ADDFN, L"complete", L"complete a word", &State::Complete);  // el_set copies and leaks them
+  // el_set copies the names and leaks them.
+  el_wset(state_->editor, EL_ADDFN, L"complete", L"complete a word", &State::Complete);
+  el_wset(state_->editor, EL_ADDFN, L"interrupt", L"clear the line", &State::Interrupt);
   el_set(state_->editor, EL_BIND, "^I", "complete", nullptr);
+  el_set(state_->editor, EL_BIND, "^C", "interrupt", nullptr);
 }
 
 Terminal::~Terminal() {
@@ -129,12 +219,19 @@ Terminal::~Terminal() {
 bool Terminal::HasUser() const { return state_->editor != nullptr; }
 
 bool Terminal::ReadCommand(std::string& line) {
-  if (!state_->editor) return ReadPlainLine(line);
+  if (!state_->editor) return state_->ReadPlainLine(RunInDefaultMode, line);
+  state_->signals.TakeInterrupt();  // it stopped the command before
+  const char* text = nullptr;
   int length = 0;
-  state_->isEditing = true;
-  el_set(state_->editor, EL_PREP_TERM, 1);  // before the prompt shows, or a quick Ctrl-D would be the terminal's own
-  const char* text = el_gets(state_->editor, &length);
-  state_->isEditing = false;
+  do {
+    state_->isInterrupted = false;
+    state_->isEditing = true;
+    state_->signals.SetEditing(true);
+    el_set(state_->editor, EL_PREP_TERM, 1);  // before the prompt shows, or a quick Ctrl-D would be the terminal's own
+    text = el_gets(state_->editor, &length);
+    state_->isEditing = false;
+    state_->signals.SetEditing(false);
+  } while (state_->isInterrupted);
   if (!text || length <= 0) {
     std::fputs("\n", stderr);
     return false;
@@ -148,14 +245,15 @@ bool Terminal::ReadCommand(std::string& line) {
   return true;
 }
 
-bool Terminal::Ask(const std::string& prompt, std::string& line) {
-  if (state_->isEditing) el_set(state_->editor, EL_PREP_TERM, 0);
+bool Terminal::Ask(host::ModalSession& box, const std::string& prompt, std::string& line) {
+  state_->SetRaw(false);
   std::fputs(prompt.c_str(), stderr);
-  const bool isRead = ReadPlainLine(line);
-  if (state_->isEditing) {
-    el_set(state_->editor, EL_PREP_TERM, 1);
-    el_set(state_->editor, EL_REFRESH);
-  }
+  state_->question = prompt;
+  const auto runUntil = [&box](const std::function<bool()>& condition) { box.RunUntil(condition, kForEver); };
+  const bool isRead = state_->ReadPlainLine(runUntil, line);
+  state_->question.clear();
+  if (state_->signals.TakeInterrupt()) std::fputs("\n", stderr);
+  state_->ShowAgain();
   return isRead;
 }
 

@@ -1,5 +1,5 @@
-// The console of --interactive: a line editor with history, completion by the Tab key, and the host's run loop going on
-// while the user types.
+// The console of --interactive: a line editor with history and completion by the Tab key. The host's run loop goes on
+// while the user types. Main thread only.
 #pragma once
 
 #include <functional>
@@ -7,22 +7,30 @@
 #include <string>
 #include <vector>
 
+namespace host {
+class ModalSession;
+}
+
 namespace console {
+
+class Signals;
 
 class Terminal {
  public:
-  // Asked for the names of open documents when one is to be completed.
-  explicit Terminal(std::function<std::vector<std::string>()> openDocuments);
+  // `openDocuments` returns the names of the open documents; it is called when one is to be completed.
+  Terminal(Signals& signals, std::function<std::vector<std::string>()> openDocuments);
   ~Terminal();
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
-  // Whether somebody sits there who can be asked.
+  // Whether the input is a terminal, so that there is a user to ask.
   bool HasUser() const;
-  // A command line; false at the end of the input.
+  // Reads a command line, while the loop runs in its default mode. Ctrl-C clears the line. False at the end of the input
+  // and when a signal asks the program to end.
   bool ReadCommand(std::string& line);
-  // The answer to a question of a box, also in the middle of ReadCommand; false at the end of the input.
-  bool Ask(const std::string& prompt, std::string& line);
+  // Reads the answer to a question of a box, while the loop runs in the box's modal session; also in the middle of
+  // ReadCommand. False as above, and when the user presses Ctrl-C.
+  bool Ask(host::ModalSession& box, const std::string& prompt, std::string& line);
 
  private:
   struct State;

@@ -51,6 +51,8 @@ TEST(Options, HelpAndCompletionNameEveryOption) {
     EXPECT_THAT(HelpText(), HasSubstr(std::string("  ") + entry.name));
     EXPECT_THAT(CompletionText(), HasSubstr(entry.name));
   }
+  // The one line that the shell takes, whole.
+  EXPECT_THAT(CompletionText(), testing::MatchesRegex("complete -o default -W '[-a-z ]+' ./run\n"));
 }
 
 TEST(Words, QuotesEscapesAndComments) {
@@ -91,6 +93,9 @@ TEST(Commands, AreCheckedBeforeAnythingIsDone) {
       {{"open"}, "open takes FILE ..."},
       {{"frob"}, "unknown command 'frob'"},
       {{"make", "x"}, "make takes no arguments"},
+      {{"save", ""}, "the name is empty"},
+      {{"save-as", ""}, "the name is empty"},
+      {{"close", ""}, "the name is empty"},
       {{"wait", "0.5"}, ""},
       {{"wait", "-1"}, "wait takes seconds"},
       {{"wait", "nan"}, "wait takes seconds"},

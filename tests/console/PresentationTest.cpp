@@ -2,10 +2,13 @@
 #include <gmock/gmock.h>
 
 #include "host/console/Boxes.h"
+#include "host/console/PlainText.h"
 #include "host/console/Report.h"
 #include "host/console/TraceRecorder.h"
 #include "platform/Presenter.h"
+#include "platform/RunLoop.h"
 #include "platform/Trace.h"
+#include "platform/Window.h"
 
 using platform::Array;
 using platform::Dictionary;
@@ -13,6 +16,7 @@ using platform::Number;
 using platform::String;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace console {
 
@@ -59,11 +63,14 @@ TEST(Boxes, AskTheUserForEachChoice) {
   AnswerQueue answers;
   Boxes boxes(answers);
   Dictionary candidate = Dictionary::Create(), font = Dictionary::Create(), lone = Dictionary::Create();
+  const std::string name =
+      "A-\x1b[31m\xc2\x9b"
+      "Bold";
   candidate.Set("Description", "URW, 1.00");
   Array candidates = Array::Create(), fonts = Array::Create();
   candidates.Append(candidate);
   candidates.Append(candidate);
-  font.Set("PostScriptName", "A-Bold");
+  font.Set("PostScriptName", name);
   font.Set("PossibleReplacements", candidates);
   lone.Set("PostScriptName", "B-Bold");
   fonts.Append(font);
@@ -73,17 +80,26 @@ TEST(Boxes, AskTheUserForEachChoice) {
 
   std::vector<std::string> lines = {"2", "1"};
   size_t asked = 0;
-  boxes.SetTerminal([&](const std::string&, std::string& line) {
+  int fired = 0;
+  const auto timer = std::make_shared<platform::RunLoopTimer>(0, 1, [&](platform::RunLoopTimer&) { ++fired; });
+  platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
+  boxes.SetTerminal([&](host::ModalSession& session, const std::string&, std::string& line) {
+    EXPECT_NE(platform::Window::Modal(), nullptr);
+    session.RunUntil([] { return false; }, 0);
     if (asked == lines.size()) return false;
     line = lines[asked++];
     return true;
   });
   testing::internal::CaptureStderr();
   const Dictionary answer = platform::RunBox(box);
-  EXPECT_EQ(answer.GetDictionary("Choices").GetInteger("A-Bold", -1), 1);
+  EXPECT_EQ(answer.GetDictionary("Choices").GetInteger(name, -1), 1);
   EXPECT_EQ(answer.GetInteger("Button"), 1);
   EXPECT_EQ(platform::RunBox(MakeBox("message", {"OK"})).GetInteger("Button"), 0);  // the input has ended
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("2  URW, 1.00"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              AllOf(HasSubstr("2  URW, 1.00"), HasSubstr("A-\\x1b[31m\\u009bBold"), Not(HasSubstr("\x1b"))));
+  EXPECT_EQ(platform::Window::Modal(), nullptr);
+  EXPECT_EQ(fired, 0) << "the timer that closes and reopens a document must wait until the box is closed";
+  platform::RunLoop::Main().RemoveTimer(timer);
 }
 
 TEST(Progress, IsAFewPlainLinesWithoutATerminal) {
@@ -131,6 +147,54 @@ TEST(TraceRecorder, CountsRepeatedLinesAndIndents) {
   platform::TraceLine(-1, "out");
   EXPECT_THAT(recorder.LastLines(9), ElementsAre("in", "  tick  (3 times)", "out"));
   EXPECT_THAT(recorder.LastLines(1), ElementsAre("out"));
+}
+
+TEST(Report, TextIsGroupedByDocumentAndEndsWithATally) {
+  const auto report = MakeTextReport();
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  report->Opened({"a.psd", {"N", "M", "O"}, {"N"}, {{"M", "/m.otf", "only candidate"}}, {"O"}});
+  report->Saving("a.psd", {"O"});
+  report->Saved("a.psd", {"N", "M"}, {"O"});
+  report->Closed("a.psd", {"M"});
+  report->Opened({"b\xff.psd", {}, {}, {}, {}});
+  report->Saved("b\xff.psd", {}, {});
+  EXPECT_FALSE(RunReported(*report, "open", [] { throw std::bad_alloc(); }));
+  EXPECT_TRUE(RunReported(*report, "open", [] {}));
+  report->Note("b\xff.psd", "closed");
+  report->Finish();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "a.psd\n"
+            "  names       N, M, O\n"
+            "  active      N\n"
+            "  activated   M  /m.otf\n"
+            "                only candidate\n"
+            "  missing     O\n"
+            "  at risk     identification of O: not active now, so the save can take it out\n"
+            "  saved       identification of N, M\n"
+            "  lost        identification of O\n"
+            "  given back  M\n"
+            "\n"
+            "b\\xff.psd\n"
+            "  names       no fonts\n"
+            "  saved       no identification of fonts\n"
+            "              closed\n"
+            "\n"
+            "2 documents: 3 fonts named, 1 active already, 1 activated, 1 missing; 1 problem\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "open: there is not enough memory\n");
+}
+
+TEST(PlainText, WhatActsOnATerminalIsEscaped) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"Größe 字 😀", "Größe 字 😀"},    {"a\nb\tc\x1b[0m\x7f", "a\\nb\\tc\\x1b[0m\\x7f"},
+      {"\xc2\x9b[0m", "\\u009b[0m"},    // the same as "\x1b[" to a terminal
+      {"\x9b[0m", "\\x9b[0m"},          // and to one of 8 bits
+      {"a \xe2\x80\xae", "a \\u202e"},  // writes from right to left
+      {"g\xf6\xc3", "g\\xf6\\xc3"},
+  };
+  for (const auto& [text, shown] : rows) EXPECT_EQ(OneLine(text), shown);
+  EXPECT_EQ(ValidStart("g\xf6.psd"), "g");
+  EXPECT_EQ(ValidStart("größe"), "größe");
 }
 
 TEST(Report, JsonLinesHaveTheirKeysInOrder) {

@@ -109,6 +109,21 @@ TEST_F(PreferencesTest, OnlyWhatAFirstStartWritesCountsAsPreferences) {
   EXPECT_NE(VPFDoPreferencesExist(), 0);
 }
 
+TEST_F(PreferencesTest, AnOverriddenOneKeepsWhatIsStored) {
+  VPFSetPreferenceForKey("CloseFontsOnDocClose", 0);
+  const std::string before = test_support::TempFolder::Content(PreferencesFile());
+  Dictionary overrides = Dictionary::Create(), details = Dictionary::Create();
+  overrides.Set("CloseFontsOnDocClose", Boolean::From(true));
+  details.Set("PreferenceOverrides", overrides);
+  VPFSetHostDetails(details.Ref());
+  EXPECT_EQ(VPFGetPreferenceForKey("CloseFontsOnDocClose"), 1);
+  EXPECT_EQ(test_support::TempFolder::Content(PreferencesFile()), before);
+  VPFSetPreferenceForKey("EnableLogging", 1);
+  EXPECT_FALSE(Stored().GetBoolean("CloseFontsOnDocClose", true));
+  Start();
+  EXPECT_EQ(VPFGetPreferenceForKey("CloseFontsOnDocClose"), 0);
+}
+
 TEST_F(PreferencesTest, AChangeByAnotherProgramIsSeenAndKept) {
   VPFSetPreferenceForKey("EnablePlugin", 1);
   Dictionary others = Stored();

@@ -155,6 +155,21 @@ TEST_F(BadInput, WithoutAgentOrFrameworksDocumentsOpenAllTheSame) {
   }
 }
 
+TEST_F(BadInput, FrameworkThatLacksAFunctionIsTold) {
+  const std::string host = LayOut({"agent/VelorantPluginInterface.framework"});
+  const std::string bundle = "VelorantPluginInterface.framework/", object = bundle + "VelorantPluginInterface";
+  std::string bytes = Bytes(APP_DIR "/agent/" + object);
+  const std::string name("\0GetFontVaultPath", 17);
+  const size_t at = bytes.find(name);
+  ASSERT_NE(at, std::string::npos);
+  bytes[at + 1] = 'J';
+  folder_.Write("app/agent/" + object, bytes);
+  folder_.Write("app/agent/" + bundle + "Info.plist", Bytes(APP_DIR "/agent/" + bundle + "Info.plist"));
+  const HostResult result = RunHost(Arguments({kPoster}), host);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(Errors(result), ElementsAre(HasSubstr("lacks functions that the plug-in needs: GetFontVaultPath")));
+}
+
 TEST_F(BadInput, CommandLinesAndScriptsThatAreNotUnderstoodDoNothing) {
   const std::string script = folder_.Write("script", "make\n\nfrob 'x'\n");
   struct Case {

@@ -165,8 +165,9 @@ HostResult HostProcess::Finish() {
   while (ReadMore()) {
   }
   int status = 0;
-  if (process_ > 0 && waitpid(process_, &status, 0) == process_ && WIFEXITED(status))
-    result_.status = WEXITSTATUS(status);
+  if (process_ > 0 && waitpid(process_, &status, 0) == process_) {
+    result_.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
   process_ = -1;
   return result_;
 }

@@ -15,7 +15,7 @@ namespace road {
 using Json = nlohmann::ordered_json;
 
 struct HostResult {
-  int status = -1;  // the exit status; -1 if it did not end by itself
+  int status = -1;  // the exit status; 128 and the signal's number if one ended it; -1 if it was killed by Kill
   std::string output;
   std::string errors;
   // The lines of the output; a line that is no JSON object makes the test fail.
@@ -47,6 +47,7 @@ class HostProcess {
   Json NextEvent();
   // Reads on to the next event of this kind; null if none comes.
   Json NextEvent(const std::string& kind);
+  void Signal(int signal) const { kill(process_, signal); }
   void Kill();  // as a crash would
   // Ends the input, reads what is left and waits.
   HostResult Finish();

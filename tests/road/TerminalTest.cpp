@@ -62,7 +62,27 @@ TEST_F(TerminalTest, ConsoleCompletesPathsAndShowsABatch) {
   const HostResult result = host.Finish();
   EXPECT_THAT(result.output, HasSubstr(document + "\r\n  names       AdobeInvisFont, "));
   EXPECT_THAT(result.output, HasSubstr("\r\033[KActivating 3 fonts  0/3"));
+  EXPECT_THAT(result.output, HasSubstr("\r\033[KActivating 3 fonts  3/3"));
   EXPECT_EQ(result.status, 0) << "who sits there has seen what was not understood";
+}
+
+TEST_F(TerminalTest, InterruptClearsTheLineAndKeepsTheDocuments) {
+  folder_.Write("g\xf6.psd", "");
+  HostProcess host(Arguments({"--interactive"}), HostProcess::BuiltHost(), Streams::kTerminal);
+  host.AwaitOutput("> ");
+  host.Type("make\r");
+  host.AwaitOutput("made");
+  host.AwaitOutput("> ");
+  host.Type("open " + folder_ / "g\t");
+  host.AwaitOutput("g\\xf6.psd");  // a name that the line can't hold is only listed
+  host.AwaitOutput("> open " + folder_ / "g");
+  host.Signal(SIGINT);
+  host.AwaitOutput("^C\r\n> ");
+  host.Type("show documents\r");
+  host.AwaitOutput("* Untitled-1");
+  host.AwaitOutput("> ");
+  host.Signal(SIGTERM);
+  EXPECT_EQ(host.Finish().status, 128 + SIGTERM);
 }
 
 TEST_F(TerminalTest, PromptsStayOutOfTheOutput) {
@@ -97,7 +117,7 @@ TEST_F(TerminalTest, OddNamesStayOnTheirLine) {
   const HostResult result = RunHost({"--state", state_.Path(), odd, noText});
   EXPECT_THAT(result.output, HasSubstr(folder_ / "new\\nline\\x1b[31m.psd\n"));
   EXPECT_THAT(result.output + result.errors, Not(HasSubstr("\033")));
-  EXPECT_THAT(result.errors, HasSubstr(noText + ": the plug-in finds no file whose path is no UTF-8 text"));
+  EXPECT_THAT(result.errors, HasSubstr(folder_ / "\\xff.psd: the plug-in finds no file whose path is no UTF-8 text"));
   EXPECT_EQ(result.status, 1);
 }
 

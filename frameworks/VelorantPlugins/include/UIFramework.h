@@ -2,6 +2,13 @@
 // One list from which the framework, the plug-in's table and the fakes of the tests are made. Main thread only.
 //
 // Keys and texts are NUL-terminated UTF-8. A ValueRef result or out value belongs to the caller; arguments are borrowed.
+//
+// VPFInitializeFramework and VPFSetHostDetails take a dictionary of details about the host; a key that is absent changes
+// nothing:
+//   "HostApp", "PluginVersion", "VelorantPluginInterfaceVersion"  strings
+//   "FontManager"          string, the bundle name of the font manager's edition
+//   "PreferenceOverrides"  dictionary: the preferences of these keys read as these values, whatever is stored. They are
+//                          never stored and last until the framework is initialized again.
 #pragma once
 
 #include <cstdint>
