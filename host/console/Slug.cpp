@@ -35,8 +35,7 @@ std::vector<std::string> NamesIn(const platform::TXMPMeta& meta) {
 
 bool ReadSlugNames(const std::string& path, std::vector<std::string>* names, std::string* problem) {
   names->clear();
-  std::string content;
-  if (const std::error_code error = platform::ReadFile(path, content)) {
+  if (const std::error_code error = platform::CheckReadable(path)) {
     *problem = platform::DescribeError(error);
     return false;
   }

@@ -57,6 +57,23 @@ TEST_F(BadInput, DocumentsAreToldAndTheOthersGoOn) {
   EXPECT_EQ(Bytes(folder_ / "cut.psd"), poster.substr(0, poster.size() / 2));
 }
 
+TEST_F(BadInput, FileThatMayNotGrowFurtherIsToldAndTheOthersGoOn) {
+  // Behind the picture, other programs leave data of their own.
+  const std::string large = folder_.Write("documents/large.psd", Bytes(kNoText) + std::string(24'000'000, 'x'));
+  const std::string script =
+      folder_.Write("script", "open " + large + "\nedit C059-Bold\nsave\nopen " + kPoster + "\n");
+  std::vector<std::string> arguments = {"--fsize=20000000", HostProcess::BuiltHost()};
+  for (const std::string& each : Arguments({"--script", script})) arguments.push_back(each);
+  const std::string before = Bytes(large);
+  const HostResult result = RunHost(arguments, "/usr/bin/prlimit");
+  EXPECT_EQ(result.status, 1) << result.errors;
+  EXPECT_THAT(Errors(result), ElementsAre(large + ": File too large"));
+  EXPECT_THAT(Events(result, "opened"), SizeIs(2));
+  EXPECT_EQ(Bytes(large), before);
+  const std::filesystem::directory_iterator files(folder_ / "documents");
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing is left beside it";
+}
+
 TEST_F(BadInput, LibraryIsUsedAsFarAsItCanBeRead) {
   const std::string font = Bytes("/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf");
   folder_.Write("library/good.ttf", font);
