@@ -35,8 +35,8 @@ void ConvertThroughIconv(const std::string& text) {
       CHECK(std::strncmp(error.what(), "Unable to convert string to UTF-8 (error ", 41) == 0);
     }
   }
+  CHECK(local_to_utf8(text).size() <= text.size());
   try {
-    CHECK(local_to_utf8(text).size() <= text.size());
     CHECK(utf8_to_local(text) == text);
   } catch (const std::runtime_error&) {
     CHECK(!platform::IsValidUTF8(text));

@@ -1,6 +1,5 @@
 #include "platform/TextEncoding.h"
 
-#include <iconv.h>
 #include <unicode/coll.h>
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
@@ -8,13 +7,15 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <utility>
+
+#include "platform/Iconv.h"
 
 namespace platform {
 
@@ -26,36 +27,12 @@ bool IsASCII(std::string_view text) {
 char LowerASCII(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 bool AreEqualASCIILetters(char a, char b) { return LowerASCII(a) == LowerASCII(b); }
 
-class Converter {
- public:
-  Converter(const char* to, const char* from) : handle_(iconv_open(to, from)) {}
-  ~Converter() {
-    if (IsOpen()) iconv_close(handle_);
-  }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-  bool IsOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
-
-  std::optional<std::string> Convert(std::string_view in) {
-    if (!IsOpen()) return std::nullopt;
-    std::string out;
-    char buffer[1024];
-    char* next = const_cast<char*>(in.data());
-    size_t left = in.size();
-    while (left > 0) {
-      char* to = buffer;
-      size_t room = sizeof buffer;
-      const size_t result = iconv(handle_, &next, &left, &to, &room);
-      out.append(buffer, sizeof buffer - room);
-      if (result == static_cast<size_t>(-1) && errno != E2BIG) return std::nullopt;
-      if (result != static_cast<size_t>(-1) && result > 0) return std::nullopt;  // something was replaced
-    }
-    return out;
-  }
-
- private:
-  iconv_t handle_;
-};
+// Nothing if a character cannot be converted exactly.
+std::optional<std::string> ConvertExactly(std::string_view bytes, const char* to, const char* from) {
+  IconvResult result = ConvertWithIconv(bytes, to, from);
+  if (result.openError != 0 || result.error != 0 || result.replaced > 0) return std::nullopt;
+  return std::move(result.text);
+}
 
 // The C library's table of MacRoman differs from the published one in two places, so that ICU converts here.
 class MacRoman {
@@ -188,8 +165,7 @@ std::optional<std::string> DecodeText(std::string_view bytes, TextEncoding encod
   if (encoding == TextEncoding::kNonLossyASCII) return DecodeNonLossyASCII(bytes);
   if (encoding == TextEncoding::kMacRoman)
     return bytes.size() < kLongestForICU ? MacRoman().Decode(bytes) : std::nullopt;
-  Converter converter("UTF-8", NameOf(encoding));
-  return converter.Convert(bytes);
+  return ConvertExactly(bytes, "UTF-8", NameOf(encoding));
 }
 
 std::optional<std::string> EncodeText(std::string_view utf8, TextEncoding encoding) {
@@ -199,8 +175,7 @@ std::optional<std::string> EncodeText(std::string_view utf8, TextEncoding encodi
   if (encoding == TextEncoding::kMacRoman) {
     return utf8.size() < kLongestForICU ? MacRoman().Encode(*UTF8ToUTF16(utf8)) : std::nullopt;
   }
-  Converter converter(NameOf(encoding), "UTF-8");
-  return converter.Convert(utf8);
+  return ConvertExactly(utf8, NameOf(encoding), "UTF-8");
 }
 
 bool IsValidUTF8(std::string_view text) {

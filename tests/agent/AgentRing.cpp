@@ -107,10 +107,13 @@ void RawClient::SendBytes(const std::string& bytes) const {
 }
 
 bool RawClient::IsEnded() const {
+  constexpr int kMostMilliseconds = 60'000;
   std::string text;
-  while (!platform::ReceiveMessage(socket_.Get(), text)) {
+  for (;;) {
+    pollfd waited{socket_.Get(), POLLIN, 0};
+    if (poll(&waited, 1, kMostMilliseconds) != 1) return false;
+    if (platform::ReceiveMessage(socket_.Get(), text)) return true;
   }
-  return true;
 }
 
 int RawClient::AgentProcess() const {

@@ -54,7 +54,7 @@ class RawClient {
   // Sends a request and reads up to its reply; notifications on the way are kept in `notifications`.
   Json Ask(const std::string& call, const Json& arguments = Json::object());
   void SendBytes(const std::string& bytes) const;
-  bool IsEnded() const;  // waits for the end of the stream
+  bool IsEnded() const;  // true once the stream ends; false if it stays silent for too long
   int AgentProcess() const;
 
   std::vector<Json> notifications;

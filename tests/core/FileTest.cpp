@@ -134,6 +134,25 @@ TEST_F(FileTest, AFileThatShrinksOrVanishesOrFillsTheDiskGivesACode) {
   EXPECT_TRUE(mFile.Open("/dev/full", GFile::eWrite) == 0 && mFile.Write("x") == 0);
   EXPECT_EQ(mFile.Close(), CoreErrorCodes::kError);
   EXPECT_FALSE(mFile.IsOpen());
+  EXPECT_TRUE(mFile.Open("/dev/full", GFile::eWrite) == 0 && mFile.Write("x") == 0);
+  EXPECT_EQ(mFile.Open(mFolder.Write("g", "abc"), 33), 0u);  // a close that fails does not keep the next file closed
+  EXPECT_TRUE(mFile.Read(text) == 0 && text == "abc");
+}
+
+TEST_F(FileTest, TheDestructorWritesAndCloses) {
+  const auto nextDescriptor = [] {
+    const int descriptor = dup(0);
+    close(descriptor);
+    return descriptor;
+  };
+  const int before = nextDescriptor();
+  {
+    GFile file;
+    EXPECT_TRUE(file.Open(mFolder / "f", GFile::eWrite) == 0 && file.Write("x") == 0);
+    EXPECT_NE(nextDescriptor(), before);
+  }
+  EXPECT_EQ(nextDescriptor(), before);
+  EXPECT_EQ(TemporaryFolder::Read(mFolder / "f"), "x");
 }
 
 TEST(Paths, ASpecTakesWhatPeopleWrite) {

@@ -87,8 +87,8 @@ class BusyLock : public GLockable {
   explicit BusyLock(int tries, TModuleErrorCode then = 0) : mTries(tries), mThen(then) {}
   TModuleErrorCode Lock() override { return mThen; }
   TModuleErrorCode TryLock() override { return ++asked > mTries ? mThen : kBusy; }
-  TModuleErrorCode Unlock() override { return unlockCode; }
-  int asked = 0;
+  TModuleErrorCode Unlock() override { return ++unlocked, unlockCode; }
+  int asked = 0, unlocked = 0;
   TModuleErrorCode unlockCode = 0;
 
  private:
@@ -126,7 +126,7 @@ TEST(ScopedLock, LocksByItsStrategyAndOwnsIt) {
   GMutex mutex;
   std::string calls;
   {
-    GScopedLock lock(mutex, false, new TryingStrategy(calls));
+    GScopedLock lock(mutex, false, std::make_unique<TryingStrategy>(calls));
     EXPECT_FALSE(lock.IsLocked());
     EXPECT_TRUE(lock.Lock() && lock.Lock());
     EXPECT_EQ(calls, "L");
@@ -139,19 +139,25 @@ TEST(ScopedLock, LocksByItsStrategyAndOwnsIt) {
 TEST(ScopedLock, LogsAFailureAndStaysAsItWas) {
   const LogRecorder log(GLogger::kDebug);
   BusyLock refused(0, kNotAvailable), stuck(0);
-  const GScopedLock lock(refused);
-  EXPECT_FALSE(lock.IsLocked());
-  GScopedLock held(stuck);
-  stuck.unlockCode = kNotAvailable;
-  EXPECT_FALSE(held.Unlock());
-  EXPECT_TRUE(held.IsLocked());
-  stuck.unlockCode = 0;
+  {
+    GScopedLock lock(refused);
+    EXPECT_TRUE(!lock.IsLocked() && !lock.Unlock());
+  }
+  EXPECT_EQ(refused.unlocked, 0) << "unlocked what it did not hold";
+  {
+    GScopedLock held(stuck);
+    stuck.unlockCode = kNotAvailable;
+    EXPECT_FALSE(held.Unlock());
+    EXPECT_TRUE(held.IsLocked());
+    stuck.unlockCode = 0;
+  }
+  EXPECT_EQ(stuck.unlocked, 2);
   const auto line = [](const std::string& level) {
     return testing::MatchesRegex(
         "\\[Lockable]\t\\[" + level +
         "]\tError='GMutex::kMutexDeadlockErr'  File='.*core-agent/cpp-core/src/GScopedLock.cpp'.*");
   };
-  EXPECT_THAT(log.lines, testing::ElementsAre(line("Debug"), line("Error")));
+  EXPECT_THAT(log.lines, testing::ElementsAre(line("Debug"), line("Error"), line("Error")));
 }
 
 TEST(Condition, ASignalIsTakenOnceABroadcastStays) {

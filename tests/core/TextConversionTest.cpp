@@ -26,6 +26,9 @@ TEST(TextConversion, Iconv) {
       {"", "nowhere", "nothing", ""},
       {"\xE4", "UTF-8", "ISO-8859-1", "\xC3\xA4"},
       {"\xC3\xA4", "ISO-8859-1", "UTF-8", "\xE4"},
+      {"a\xFF z\xC3", "UTF-8//IGNORE", "UTF-8", "a z"},  // malformed in the middle, cut off at the end
+      {"\xC3", "UTF-8//IGNORE", "UTF-8", ""},
+      {"a\xFF\xC3\xA4\xE4\xB8\x80z\xE4\xB8", "ISO-8859-1//IGNORE", "UTF-8", "a\xE4z"},
       {std::string(1000, '\xE4'), "UTF-32LE", "ISO-8859-1", wide},  // far more than the buffer holds
   };
   for (const auto& [in, to, from, out] : cases) EXPECT_EQ(iconv_string(in, to, from), out) << to;

@@ -159,7 +159,6 @@ TEST_F(ProcessTest, PowerObserversMayRemoveEachOther) {
   for (const double asleep : {100.0, 100.2, 160.0, 160.1, 100.0}) NoticeSleep(asleep);
   EXPECT_THAT(told, testing::ElementsAre(PowerEvent::kWillSleep, PowerEvent::kDidWake));
   RemovePowerObserver(first);
-  EXPECT_GE(SecondsAsleep(), -0.1);
 }
 
 TEST_F(ProcessTest, UUIDsAreInUpperCaseAndDiffer) {

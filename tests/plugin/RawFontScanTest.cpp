@@ -1,6 +1,7 @@
 // Font names in the bytes of documents: each format by a table, and random documents against the plainest search that there
 // is, over the whole of the bytes at once.
-#include <ctime>
+#include <fstream>
+#include <limits>
 #include <random>
 
 #include "Readers/CommonFunctionality.h"
@@ -171,17 +172,21 @@ TEST_F(RawFontScan, AgreesWithAPlainSearchOnRandomDocuments) {
 }
 
 TEST_F(RawFontScan, ManyRegionsThatDoNotEndCostOneWalk) {
-  const auto secondsOf = [&](size_t size) {
-    std::string bytes;
-    while (bytes.size() < size) bytes += "/FontSet [/Name (A]";
-    const std::string path = folder.Write("a.psd", bytes);
-    const std::clock_t start = std::clock();  // of the processor: a busy machine does not count
-    EXPECT_EQ(Scan(path), Names{});
-    EXPECT_EQ(ReadFonts(path), Names{});
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  // What this process has read from files so far, as the system counts it.
+  const auto bytesRead = [] {
+    size_t count = 0;
+    std::ifstream("/proc/self/io").ignore(std::numeric_limits<std::streamsize>::max(), ' ') >> count;
+    return count;
   };
-  constexpr size_t kSize = 400'000;
-  EXPECT_LT(secondsOf(2 * kSize), 3 * secondsOf(kSize));
+  if (bytesRead() == 0) GTEST_SKIP() << "this system does not count what a process reads";
+  constexpr size_t kSize = 400'000;  // several windows, so that whoever goes back reads them again
+  std::string bytes;
+  while (bytes.size() < kSize) bytes += "/FontSet [/Name (A]";
+  const std::string path = folder.Write("a.psd", bytes);
+  const size_t before = bytesRead();
+  EXPECT_EQ(Scan(path), Names{});
+  EXPECT_EQ(ReadFonts(path), Names{});
+  EXPECT_LT(bytesRead() - before, 20 * kSize);
 }
 
 TEST_F(RawFontScan, NamesThatAllReachTheSameFarEndAreTakenUpToALimit) {

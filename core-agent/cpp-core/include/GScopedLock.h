@@ -1,5 +1,8 @@
-// Holds a lockable for a scope, by a strategy. It does not throw: whoever goes on without asking IsLocked may have no
-// lock.
+// Holds a lock for the length of a scope: `const GScopedLock lock(mMutex);`. A strategy decides how the lock is taken;
+// without one the caller blocks until the lock is free.
+//
+// Never throws. A failure is logged under "Lockable" (Debug for a lock, Error for an unlock) and leaves IsLocked as it
+// was, so a caller that goes on without asking IsLocked may run without the lock. One thread per object.
 #pragma once
 
 #include <memory>
@@ -20,14 +23,14 @@ class GBlockingLockStrategy : public GLockStrategy {
 
 class GScopedLock {
  public:
-  // Takes the strategy over; null means a new GBlockingLockStrategy. The lockable must outlive the object.
-  explicit GScopedLock(GLockable& lockable, bool lockNow = true, GLockStrategy* strategy = nullptr);
-  ~GScopedLock();
+  // The lockable is not owned and must outlive the object. A null strategy stands for a GBlockingLockStrategy.
+  explicit GScopedLock(GLockable& lockable, bool lockNow = true, std::unique_ptr<GLockStrategy> strategy = nullptr);
+  ~GScopedLock();  // unlocks if this object holds the lock
   GScopedLock(const GScopedLock&) = delete;
   GScopedLock& operator=(const GScopedLock&) = delete;
 
-  bool Lock();  // true at once if it already holds the lock
-  bool Unlock();
+  bool Lock();    // true at once if this object already holds the lock
+  bool Unlock();  // fails without touching the lockable if this object does not hold the lock
   bool IsLocked() const { return mLocked; }
 
  private:

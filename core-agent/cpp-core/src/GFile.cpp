@@ -42,8 +42,8 @@ std::string GFile::GetModeString(int mode) {
 std::string GFile::OSGetModeString(int mode) { return GetModeString(mode) + "b"; }
 
 TModuleErrorCode GFile::Open(const GFileSystemSpec& spec, int mode) {
-  if (mFile) PASS_ON_ERROR(Close());
-  // The system would end the path at a NUL and open another file.
+  if (mFile) Close();  // logs a failure itself; the stream is gone either way
+  // fopen would stop at a NUL and open a different file.
   RETURN_IF("FileSystem", spec.GetFullPath().find('\0') != std::string::npos, kOpenFailed);
   errno = 0;
   std::FILE* file = std::fopen(spec.GetFullPath().c_str(), OSGetModeString(mode).c_str());

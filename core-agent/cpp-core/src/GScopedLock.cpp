@@ -1,13 +1,15 @@
 #include "GScopedLock.h"
 
+#include <utility>
+
 #include "FailedCheck.h"
 
 GLockStrategy::~GLockStrategy() = default;
 TModuleErrorCode GLockStrategy::Unlock(GLockable& lockable) { return lockable.Unlock(); }
 TModuleErrorCode GBlockingLockStrategy::Lock(GLockable& lockable) { return lockable.Lock(); }
 
-GScopedLock::GScopedLock(GLockable& lockable, bool lockNow, GLockStrategy* strategy)
-    : mLockable(lockable), mStrategy(strategy ? strategy : new GBlockingLockStrategy) {
+GScopedLock::GScopedLock(GLockable& lockable, bool lockNow, std::unique_ptr<GLockStrategy> strategy)
+    : mLockable(lockable), mStrategy(strategy ? std::move(strategy) : std::make_unique<GBlockingLockStrategy>()) {
   if (lockNow) Lock();
 }
 
@@ -27,7 +29,7 @@ bool GScopedLock::Lock() {
 }
 
 bool GScopedLock::Unlock() {
-  const TModuleErrorCode code = mStrategy->Unlock(mLockable);
+  const TModuleErrorCode code = mLocked ? mStrategy->Unlock(mLockable) : lock_codes::kNotAvailable;
   if (code != CoreErrorCodes::kSuccess) {
     ReportFailedCheck("Lockable", code, __FILE__, __LINE__, "mStrategy->Unlock(mLockable)", GLogger::kError);
     return false;

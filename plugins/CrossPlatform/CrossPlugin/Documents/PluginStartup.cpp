@@ -77,7 +77,7 @@ void CommonFunctionality::ResetForTesting() {
 
 TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
   OutputIndentedAndFormattedString(1, "Entering CommonFunctionality::Startup(%d)", allowDialogs);
-  const GScopedLock lock(sMutex, true, new GBlockingLockStrategy);
+  const GScopedLock lock(sMutex);
   const bool isFirstCall = numberOfTimesStartupMethodHasBeenCalled++ == 0;
   if (!isFirstCall) {
     OutputIndentedAndFormattedString(-1, "Early return from %s() because it has been called %d times", __func__,
@@ -123,7 +123,7 @@ TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
 
 TModuleErrorCode CommonFunctionality::Shutdown() {
   const TracedCall traced("CommonFunctionality::Shutdown");
-  const GScopedLock lock(sMutex, true, new GBlockingLockStrategy);
+  const GScopedLock lock(sMutex);
   if (numberOfTimesShutdownMethodHasBeenCalled++ > 0) return CoreErrorCodes::kUnknownError;
   FontManagerInterface::OnHostAppShuttingDown(false);
   MarquineGlobals::CleanUpOnShutdown();

@@ -15,7 +15,7 @@ constexpr TModuleErrorCode kNotLoggedIn = 3;
 
 TModuleErrorCode FontManagerInterface::CompatibleFontManagerIsRunning(const std::string** outBundleName,
                                                                       bool& outRunning) {
-  const GScopedLock lock(sm_Mutex, true, new GBlockingLockStrategy);
+  const GScopedLock lock(sm_Mutex);
   outRunning = false;
   if (sm_pFontManager) {
     outRunning = sm_pFontManager->IsRunning();
@@ -43,7 +43,7 @@ TModuleErrorCode FontManagerInterface::CompatibleFontManagerIsRunning(const std:
 }
 
 void FontManagerInterface::OnHostAppShuttingDown(bool showProgress) {
-  const GScopedLock lock(sm_Mutex, true, new GBlockingLockStrategy);
+  const GScopedLock lock(sm_Mutex);
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   FontActivationTracker* tracker = MarquineGlobals::GetSharedFontActivationTracker();
   if (ui && ui->IsValid() && tracker) {

@@ -1,16 +1,14 @@
 #include "XCore/ECFExtensions/TextConversion.h"
 
-#include <iconv.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 #include "GLogger.h"
 #include "GStringUtils.h"
+#include "platform/Iconv.h"
 #include "platform/TextEncoding.h"
 
 const std::string local_charset = "UTF-8";
@@ -22,22 +20,6 @@ constexpr size_t kLongestPascalString = 255;
 constexpr platform::TextEncoding sEncodingsToTry[] = {
     platform::TextEncoding::kUTF8,      platform::TextEncoding::kMacRoman, platform::TextEncoding::kWindowsLatin1,
     platform::TextEncoding::kISOLatin1, platform::TextEncoding::kASCII,    platform::TextEncoding::kNonLossyASCII,
-};
-
-class IconvHandle {
- public:
-  IconvHandle(const char* to, const char* from) : handle_(iconv_open(to, from)) {
-    if (handle_ == reinterpret_cast<iconv_t>(-1)) {
-      throw std::runtime_error("Unable to initialize iconv (error " + std::to_string(errno) + ")");
-    }
-  }
-  ~IconvHandle() { iconv_close(handle_); }
-  IconvHandle(const IconvHandle&) = delete;
-  IconvHandle& operator=(const IconvHandle&) = delete;
-  iconv_t Get() const { return handle_; }
-
- private:
-  iconv_t handle_;
 };
 
 std::string_view Contents(ConstPlatformString text) {
@@ -56,28 +38,15 @@ bool IsItsOwnConversion(const std::string& text) { return local_charset == "UTF-
 
 std::string iconv_string(const std::string& in, const char* to, const char* from) {
   if (in.empty()) return "";
-  const IconvHandle handle(to, from);
-  std::vector<char> buffer(in.size() + 3);
-  std::string out;
-  char* next = const_cast<char*>(in.data());
-  size_t left = in.size();
-  size_t result = 0;
-  do {
-    char* end = buffer.data();
-    size_t room = buffer.size();
-    result = iconv(handle.Get(), &next, &left, &end, &room);
-    const int reason = errno;
-    out.append(buffer.data(), buffer.size() - room);
-    // With "//IGNORE" the library reports what it left out as EILSEQ after it has taken the whole input.
-    const bool ignored = reason == EILSEQ && left == 0;
-    // A character that the empty buffer has no room for never gets room.
-    const bool isStuck = reason == E2BIG && room == buffer.size();
-    if (result == static_cast<size_t>(-1) && (isStuck || (reason != E2BIG && !ignored))) {
-      throw std::runtime_error(std::string("Unable to convert string to ") + to + " (error " + std::to_string(reason) +
-                               "): " + in);
-    }
-  } while (left > 0);
-  return out;
+  platform::IconvResult result = platform::ConvertWithIconv(in, to, from);
+  if (result.openError != 0) {
+    throw std::runtime_error("Unable to initialize iconv (error " + std::to_string(result.openError) + ")");
+  }
+  if (result.error != 0) {
+    throw std::runtime_error(std::string("Unable to convert string to ") + to + " (error " +
+                             std::to_string(result.error) + "): " + in);
+  }
+  return std::move(result.text);
 }
 
 std::string local_to_utf8(const std::string& text) {

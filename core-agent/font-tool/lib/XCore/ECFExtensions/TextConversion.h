@@ -13,8 +13,9 @@ using ConstPlatformString = const unsigned char*;
 // The local character set.
 extern const std::string local_charset;
 
-// Converts through iconv. Throws std::runtime_error if the conversion is unknown or the text can't be converted; an
-// empty text gives an empty result.
+// Converts the text through iconv; an empty text gives an empty result. Throws std::runtime_error if iconv does not know
+// the conversion or the text cannot be converted. With "//IGNORE" appended to `to` nothing is thrown for the text: what
+// cannot be converted is left out, malformed bytes and a last character that is cut off as well as what `to` lacks.
 std::string iconv_string(const std::string& in, const char* to, const char* from);
 std::string local_to_utf8(const std::string& text);
 std::string utf8_to_local(const std::string& text);
