@@ -1,9 +1,13 @@
 #include "platform/Fonts.h"
 
 #include <fontconfig/fontconfig.h>
+#include <sys/stat.h>
 
-#include <functional>
-#include <memory>
+#include <algorithm>
+#include <ctime>
+#include <mutex>
+#include <tuple>
+#include <utility>
 
 #include "platform/Folders.h"
 
@@ -16,8 +20,8 @@ struct ConfigFree {
 };
 using Config = std::unique_ptr<FcConfig, ConfigFree>;
 
-Config FreshConfig() {
-  const std::string& file = GetPlaces().fontConfigFile;
+// Null if the configuration cannot be read. An empty file name stands for the user's own configuration.
+Config LoadConfig(const std::string& file) {
   if (file.empty()) return Config(FcInitLoadConfigAndFonts());
   Config config(FcConfigCreate());
   const auto* name = reinterpret_cast<const FcChar8*>(file.c_str());
@@ -25,61 +29,118 @@ Config FreshConfig() {
   return config;
 }
 
-std::string Text(const FcPattern* font, const char* object, int index = 0) {
+std::string Text(const FcPattern* font, const char* object) {
   FcChar8* text = nullptr;
-  return FcPatternGetString(font, object, index, &text) == FcResultMatch ? reinterpret_cast<const char*>(text) : "";
+  return FcPatternGetString(font, object, 0, &text) == FcResultMatch ? reinterpret_cast<const char*>(text) : "";
 }
 
-// Visits until the visitor says true; true if it did.
-bool FindFont(const std::function<bool(const FcPattern*)>& visit) {
-  const Config config = FreshConfig();
-  const FcFontSet* fonts = config ? FcConfigGetFonts(config.get(), FcSetSystem) : nullptr;
-  for (int i = 0; fonts && i < fonts->nfont; ++i) {
-    if (visit(fonts->fonts[i])) return true;
-  }
-  return false;
+void AddFont(const FcPattern* pattern, FontSnapshot& snapshot) {
+  std::string name = Text(pattern, FC_POSTSCRIPT_NAME);
+  if (!name.empty()) snapshot.postScriptNames.insert(name);
+  FcBool scalable = FcFalse;
+  FcPatternGetBool(pattern, FC_SCALABLE, 0, &scalable);
+  int index = 0;
+  FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
+  // The upper half of the index numbers the named instances of a variable font, which are no faces of their own.
+  if (!scalable || (index >> 16) != 0) return;
+  snapshot.fonts.push_back({std::move(name), Text(pattern, FC_FAMILY), Text(pattern, FC_FILE), index & 0xFFFF});
 }
 
-bool HasFamily(const FcPattern* font, const std::string& name) {
-  FcChar8* text = nullptr;
-  for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &text) == FcResultMatch; ++i) {
-    if (name == reinterpret_cast<const char*>(text)) return true;
-  }
-  return false;
+// The time of a file system or of the clock that it takes its times from, in nanoseconds.
+int64_t Nanoseconds(const timespec& time) { return time.tv_sec * int64_t{1'000'000'000} + time.tv_nsec; }
+int64_t FileSystemNow() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return Nanoseconds(now);
 }
+
+// The identity and the times of a path; all 0 while it does not exist.
+struct Stamp {
+  dev_t device = 0;
+  ino_t inode = 0;
+  int64_t modified = 0, changed = 0;
+  bool operator==(const Stamp&) const = default;
+
+  static Stamp Of(const std::string& path) {
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0) return {};
+    return {info.st_dev, info.st_ino, Nanoseconds(info.st_mtim), Nanoseconds(info.st_ctim)};
+  }
+  // Whether a change after `time` could leave these very times. The system's clock for files ticks every few
+  // milliseconds; a file system that keeps whole seconds, or pairs of them, shows no fraction.
+  bool MayHideChangeAfter(int64_t time) const {
+    constexpr int64_t kTick = 50'000'000, kCoarseTick = 2'000'000'000;
+    const int64_t tick = changed % 1'000'000'000 == 0 ? kCoarseTick : kTick;
+    return std::max(modified, changed) > time - tick;
+  }
+};
+
+// A snapshot with what tells whether it is still true.
+class StampedSnapshot {
+ public:
+  explicit StampedSnapshot(std::string configFile) : configFile_(std::move(configFile)) {
+    const int64_t start = FileSystemNow();
+    auto snapshot = std::make_shared<FontSnapshot>();
+    if (const Config config = LoadConfig(configFile_)) {
+      const FcFontSet* fonts = FcConfigGetFonts(config.get(), FcSetSystem);
+      for (int i = 0; fonts && i < fonts->nfont; ++i) AddFont(fonts->fonts[i], *snapshot);
+      StampAll(*config, start);
+    }
+    snapshot_ = std::move(snapshot);
+  }
+
+  const std::shared_ptr<const FontSnapshot>& Get() const { return snapshot_; }
+
+  bool IsCurrent(const std::string& configFile) const {
+    return isReusable_ && configFile == configFile_ &&
+           std::all_of(stamps_.begin(), stamps_.end(),
+                       [](const auto& stamp) { return Stamp::Of(stamp.first) == stamp.second; });
+  }
+
+ private:
+  // Everything that decides what is active: the configuration's files, the folders from which it includes all files, and
+  // all font folders, with those that do not exist yet.
+  void StampAll(FcConfig& config, int64_t start) {
+    std::set<std::string> paths;
+    const auto take = [&](FcStrList* list, bool withFolder) {
+      while (const FcChar8* item = FcStrListNext(list)) {
+        std::string path = reinterpret_cast<const char*>(item);
+        if (withFolder && path != configFile_) paths.insert(path.substr(0, path.rfind('/') + 1));
+        paths.insert(std::move(path));
+      }
+      FcStrListDone(list);
+    };
+    take(FcConfigGetConfigFiles(&config), true);
+    take(FcConfigGetConfigDirs(&config), false);
+    take(FcConfigGetFontDirs(&config), false);
+    isReusable_ = true;
+    for (const std::string& path : paths) {
+      const Stamp stamp = Stamp::Of(path);
+      // Something may have changed while the fonts were read, or right after that without a trace.
+      if (stamp.MayHideChangeAfter(start)) isReusable_ = false;
+      stamps_.emplace_back(path, stamp);
+    }
+  }
+
+  std::string configFile_;
+  std::shared_ptr<const FontSnapshot> snapshot_;
+  std::vector<std::pair<std::string, Stamp>> stamps_;
+  bool isReusable_ = false;
+};
 
 }  // namespace
 
-std::set<std::string> ActivePostScriptNames() {
-  std::set<std::string> names;
-  FindFont([&](const FcPattern* font) {
-    names.insert(Text(font, FC_POSTSCRIPT_NAME));
-    return false;
-  });
-  names.erase("");
-  return names;
+std::shared_ptr<const FontSnapshot> GetFontSnapshot() {
+  static std::mutex sMutex;
+  static std::unique_ptr<const StampedSnapshot> sLast;
+  const std::string configFile = GetPlaces().fontConfigFile;
+  const std::lock_guard lock(sMutex);
+  if (!sLast || !sLast->IsCurrent(configFile)) sLast = std::make_unique<const StampedSnapshot>(configFile);
+  return sLast->Get();
 }
 
-bool IsFontNameActive(const std::string& name) {
-  if (name.empty()) return false;
-  return FindFont(
-      [&](const FcPattern* font) { return Text(font, FC_POSTSCRIPT_NAME) == name || HasFamily(font, name); });
-}
-
-std::vector<ActiveFont> ActiveFonts() {
-  std::vector<ActiveFont> fonts;
-  FindFont([&](const FcPattern* font) {
-    FcBool scalable = FcFalse;
-    FcPatternGetBool(font, FC_SCALABLE, 0, &scalable);
-    int index = 0;
-    FcPatternGetInteger(font, FC_INDEX, 0, &index);
-    // The upper half of the index numbers the named instances of a variable font, which are no faces of their own.
-    if (scalable && (index >> 16) == 0) {
-      fonts.push_back({Text(font, FC_POSTSCRIPT_NAME), Text(font, FC_FAMILY), Text(font, FC_FILE), index & 0xFFFF});
-    }
-    return false;
-  });
-  return fonts;
-}
+bool IsPostScriptNameActive(const std::string& name) { return GetFontSnapshot()->postScriptNames.contains(name); }
+std::set<std::string> ActivePostScriptNames() { return GetFontSnapshot()->postScriptNames; }
+std::vector<ActiveFont> ActiveFonts() { return GetFontSnapshot()->fonts; }
 
 }  // namespace platform

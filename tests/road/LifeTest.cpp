@@ -65,6 +65,18 @@ TEST_F(Life, QuittingGivesBackWhatClosingKept) {
   EXPECT_THAT(state_.Links(), IsEmpty());
 }
 
+TEST_F(Life, AFamilyNameIsMissingThoughAFaceOfTheFamilyIsActive) {
+  const std::string document = CopyOf(kNoText, "family.psd");
+  const std::string saved = folder_ / "saved.psd";
+  const HostResult result =
+      RunScript("open " + document + "\nedit Z003-MediumItalic\nsave-as " + saved + "\nclose\nopen " + saved +
+                "\nwait 1\nedit Z003\nsave\nclose\nopen " + saved + "\nclose\n");
+  const std::vector<Json> opened = Events(result, "opened");
+  ASSERT_THAT(opened, SizeIs(3));
+  EXPECT_EQ(opened[2]["active"], Json({"Z003-MediumItalic"}));
+  EXPECT_EQ(opened[2]["missing"], Json({"Z003"}));
+}
+
 TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   const std::string saved = folder_ / "saved.psd";
   const HostResult first = RunScript("open " + kPoster + "\nsave-as " + saved + "\n", "liberation,t1");

@@ -161,6 +161,11 @@ TEST_F(Tracker, WholeFamilyIsOpenedWithoutWhatTheSystemHasActive) {
   agent.fonts.erase(14);
   Open("c", {11});
   EXPECT_EQ(Registered("c"), IDs{11}) << "a family of which nothing is left does not";
+  UseSystemFonts("/usr/share/fonts/opentype/urw-base35");
+  agent.Add({.id = 21, .postScriptName = "Z003", .family = "Z003", .familyID = 10});
+  agent.Add({.id = 22, .postScriptName = "Z003-MediumItalic", .family = "Z003", .familyID = 10});
+  Open("d", {22});
+  EXPECT_EQ(Registered("d"), IDs{21}) << "a family's name does not make its regular face active";
 }
 
 TEST_F(Tracker, RefusalTakesBackTheWholeRun) {

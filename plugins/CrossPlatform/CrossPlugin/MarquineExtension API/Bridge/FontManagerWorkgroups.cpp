@@ -72,7 +72,7 @@ bool FontManagerInterface::IsFontActive(const std::string& name) {
 bool FontManagerInterface::IsFontActive(const unsigned char* pascalName) {
   // Read as UTF-8, though the text form writes MacRoman: a name beyond ASCII counts as inactive, and so is asked for.
   const String name = String::FromUTF8(STLStringFromPlatformString(pascalName));
-  return name && platform::IsFontNameActive(name.Text());
+  return name && platform::IsPostScriptNameActive(name.Text());
 }
 
 bool FontManagerInterface::IsValidWorkgroupForUser(int id) {
