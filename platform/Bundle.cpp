@@ -9,6 +9,7 @@
 
 #include "platform/Files.h"
 #include "platform/PropertyList.h"
+#include "platform/SharedObject.h"
 
 namespace platform {
 
@@ -111,6 +112,11 @@ std::string Bundle::PrivateFrameworksFolder() const { return folder_ + "/Framewo
 
 bool Bundle::Load(std::string* error) {
   if (handle_) return true;
+  std::string problem = ProblemOfSharedObject(ExecutablePath());
+  if (!problem.empty()) {
+    Say(error, std::move(problem));
+    return false;
+  }
   handle_ = dlopen(ExecutablePath().c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle_) {
     const char* reason = dlerror();

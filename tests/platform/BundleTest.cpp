@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/Files.h"
 #include "support/TempFolder.h"
 
 namespace platform {
@@ -42,6 +43,25 @@ TEST(Bundle, WhatIsNoneOrCannotBeLoadedSaysWhy) {
     }
     EXPECT_THAT(error, testing::AllOf(testing::StartsWith(folder / row.name), HasSubstr(row.reason)));
   }
+}
+
+TEST(Bundle, AnObjectThatIsCutOffAnywhereIsRefusedBeforeItIsMapped) {
+  const TempFolder folder;
+  std::string object;
+  ASSERT_FALSE(ReadFile(APP_DIR "/host/Frameworks/PlugPlug.framework/PlugPlug", object));
+  folder.Write("Cut.framework/Info.plist", PropertyList("CFBundleIdentifier", "test.cut"));
+  const BundleRef bundle = Bundle::Create(folder / "Cut.framework");
+  ASSERT_TRUE(bundle);
+  for (const size_t size : {size_t{64}, size_t{5000}, object.size() / 2, object.size() - 1}) {
+    folder.Write("Cut.framework/Cut", object.substr(0, size));
+    std::string error;
+    EXPECT_FALSE(bundle->Load(&error)) << size;
+    EXPECT_THAT(error, testing::AllOf(testing::StartsWith(folder / "Cut.framework/Cut: "), HasSubstr("incomplete")));
+  }
+  folder.Write("Cut.framework/Cut", object);
+  std::string error;
+  EXPECT_TRUE(bundle->Load(&error)) << error;
+  bundle->Unload();
 }
 
 TEST(Bundle, TheSameFolderIsTheSameBundleAsLongAsItIsHeld) {
