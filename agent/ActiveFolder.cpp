@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/Clock.h"
 #include "platform/Files.h"
 
 namespace agent {
@@ -131,8 +130,8 @@ void ActiveFolder::Changed(uint32_t id) {
   SetTimeOf(folder, 0);
   platform::RunLoopTimerRef& timer = secondTouches_[id % kFolders];
   if (timer) loop_.RemoveTimer(timer);
-  timer = std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + kSecondTouchDelay, 0,
-                                                   [folder](platform::RunLoopTimer&) { SetTimeOf(folder, 0); });
+  timer =
+      platform::RunLoopTimer::After(kSecondTouchDelay, 0, [folder](platform::RunLoopTimer&) { SetTimeOf(folder, 0); });
   loop_.AddTimer(timer, platform::RunLoopMode::kCommon);
 }
 

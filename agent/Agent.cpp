@@ -3,7 +3,6 @@
 #include "agent/Calls.h"
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
-#include "platform/Clock.h"
 #include "platform/Files.h"
 
 namespace agent {
@@ -106,8 +105,7 @@ void Agent::OnGone(ClientID client) {
 
 void Agent::EndAfter(double seconds) {
   if (endTimer_) loop_.RemoveTimer(endTimer_);
-  endTimer_ = std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + seconds, 0,
-                                                       [this](platform::RunLoopTimer&) { loop_.Stop(); });
+  endTimer_ = platform::RunLoopTimer::After(seconds, 0, [this](platform::RunLoopTimer&) { loop_.Stop(); });
   loop_.AddTimer(endTimer_, platform::RunLoopMode::kCommon);
 }
 

@@ -49,7 +49,7 @@ void FontLibrary::Rescan() {
   }
   watch_.BeginScan();
   scanner_.Start();
-  lastProgress_ = platform::Clock::Now();
+  lastProgress_ = platform::Clock::Steady();
   hadProgress_ = false;
   PostStep();
 }
@@ -65,7 +65,7 @@ void FontLibrary::Step() {
     FinishScan();
     return;
   }
-  const double now = platform::Clock::Now();
+  const double now = platform::Clock::Steady();
   if (now - lastProgress_ >= kProgressInterval) {
     lastProgress_ = now;
     hadProgress_ = true;
@@ -75,7 +75,7 @@ void FontLibrary::Step() {
 }
 
 void FontLibrary::FinishScan() {
-  lastFreshened_ = platform::Clock::Now();
+  lastFreshened_ = platform::Clock::Steady();
   WriteScanLog();
   activations_.Reconcile();
   events_.scanFinished(hadProgress_);
@@ -94,7 +94,7 @@ void FontLibrary::WriteScanLog() const {
 }
 
 void FontLibrary::FreshenSystemFonts(bool now) {
-  const double time = platform::Clock::Now();
+  const double time = platform::Clock::Steady();
   if (!now && time - lastFreshened_ < kSystemFontsAge) return;
   lastFreshened_ = time;
   scanner_.RefreshSystemFonts();

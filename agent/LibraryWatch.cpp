@@ -17,8 +17,7 @@ namespace agent {
 LibraryWatch::LibraryWatch(platform::RunLoop& loop, const std::vector<std::string>& given, Events events)
     : loop_(loop), events_(std::move(events)) {
   for (const std::string& folder : given) given_[folder] = IdentityOf(folder);
-  lookTimer_ = std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + kLookInterval, kLookInterval,
-                                                        [this](platform::RunLoopTimer&) { Look(); });
+  lookTimer_ = platform::RunLoopTimer::After(kLookInterval, kLookInterval, [this](platform::RunLoopTimer&) { Look(); });
   loop_.AddTimer(lookTimer_, platform::RunLoopMode::kCommon);
 }
 
@@ -41,7 +40,7 @@ void LibraryWatch::Open() {
 
 void LibraryWatch::BeginScan() {
   for (auto& [folder, identity] : given_) identity = IdentityOf(folder);
-  lastScan_ = platform::Clock::Now();
+  lastScan_ = platform::Clock::Steady();
   wasReported_ = wasReported_ && isUnwatched_;
   isUnwatched_ = false;
 }
@@ -71,11 +70,11 @@ void LibraryWatch::OnReady() {
   alignas(inotify_event) std::array<char, 16384> events;
   while (read(inotify_.Get(), events.data(), events.size()) > 0) {
   }
-  const double now = platform::Clock::Now();
+  const double now = platform::Clock::Steady();
   if (!changeTimer_) firstChange_ = now;
   if (changeTimer_) loop_.RemoveTimer(changeTimer_);
-  const double date = std::min(now + kQuietTime, firstChange_ + kLongestDelay);
-  changeTimer_ = std::make_shared<platform::RunLoopTimer>(date, 0, [this](platform::RunLoopTimer&) {
+  const double delay = std::min(kQuietTime, firstChange_ + kLongestDelay - now);
+  changeTimer_ = platform::RunLoopTimer::After(delay, 0, [this](platform::RunLoopTimer&) {
     changeTimer_ = nullptr;
     events_.changed();
   });
@@ -85,7 +84,7 @@ void LibraryWatch::OnReady() {
 void LibraryWatch::Look() {
   const bool isOther = std::any_of(given_.begin(), given_.end(),
                                    [](const auto& entry) { return IdentityOf(entry.first) != entry.second; });
-  const bool isDue = isUnwatched_ && platform::Clock::Now() - lastScan_ >= kUnwatchedInterval;
+  const bool isDue = isUnwatched_ && platform::Clock::Steady() - lastScan_ >= kUnwatchedInterval;
   if (isOther || isDue) events_.changed();
 }
 

@@ -7,19 +7,36 @@
 namespace platform {
 
 namespace {
-// Not a number while the system's time is used.
+
+// Not a number while the system's clocks are used.
 std::atomic<double> sDriven{std::nan("")};
+// The time of day less the steady clock, while they are driven.
+std::atomic<double> sDrivenOffset{0};
+
+template <class SystemClock>
+double SecondsOf() {
+  return std::chrono::duration<double>(SystemClock::now().time_since_epoch()).count();
+}
+
 }  // namespace
 
 double Clock::Now() {
   const double driven = sDriven.load();
-  if (!std::isnan(driven)) return driven;
-  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+  return std::isnan(driven) ? SecondsOf<std::chrono::system_clock>() : driven + sDrivenOffset.load();
+}
+
+double Clock::Steady() {
+  const double driven = sDriven.load();
+  return std::isnan(driven) ? SecondsOf<std::chrono::steady_clock>() : driven;
 }
 
 int64_t Clock::WholeSeconds() { return static_cast<int64_t>(std::floor(Now())); }
 void Clock::SetDriven(double now) { sDriven.store(now); }
-void Clock::UseSystemTime() { sDriven.store(std::nan("")); }
+void Clock::SetTimeOfDay(double now) { sDrivenOffset.store(now - sDriven.load()); }
+void Clock::UseSystemTime() {
+  sDriven.store(std::nan(""));
+  sDrivenOffset.store(0);
+}
 bool Clock::IsDriven() { return !std::isnan(sDriven.load()); }
 
 }  // namespace platform

@@ -50,6 +50,12 @@ void LookForSleep(const RunLoop& loop) {
 RunLoopTimer::RunLoopTimer(double firstDate, double interval, Callback callback)
     : nextFireDate_(firstDate), interval_(interval), callback_(std::move(callback)) {}
 
+RunLoopTimerRef RunLoopTimer::After(double seconds, double interval, Callback callback) {
+  return RunLoopTimerRef(new RunLoopTimer(Clock::Steady() + seconds, interval, std::move(callback)));
+}
+
+void RunLoopTimer::FireAfter(double seconds) { nextFireDate_ = Clock::Steady() + seconds; }
+
 void RunLoopTimer::Invalidate() {
   valid_ = false;
   if (!firing_) callback_ = nullptr;
@@ -103,7 +109,7 @@ struct RunLoop::State {
   }
 
   void FireDue(RunLoopMode mode) {
-    const double now = Clock::Now();
+    const double now = Clock::Steady();
     std::vector<RunLoopTimerRef> due;
     for (const Entry& entry : timers) {
       const RunLoopTimer& timer = *entry.timer;
@@ -215,15 +221,15 @@ void RunLoop::UnwatchDescriptor(int descriptor) { state_->descriptors.erase(desc
 
 void RunLoop::RunFor(double seconds, RunLoopMode mode) {
   const State::Run run(*state_);
-  const double end = Clock::Now() + seconds;
+  const double end = Clock::Steady() + seconds;
   for (;;) {
     state_->FireDue(mode);
-    const double now = Clock::Now();
+    const double now = Clock::Steady();
     const double next = std::min(end, state_->NextDate(mode));
     state_->Poll(Clock::IsDriven() || state_->stopped || next <= now ? 0.0 : next - now);
     LookForSleep(*this);
-    if (state_->stopped || Clock::Now() >= end) break;
-    if (Clock::IsDriven() && next > Clock::Now()) Clock::SetDriven(next);
+    if (state_->stopped || Clock::Steady() >= end) break;
+    if (Clock::IsDriven() && next > Clock::Steady()) Clock::SetDriven(next);
   }
   if (!state_->stopped) state_->FireDue(mode);
 }
@@ -234,7 +240,7 @@ bool RunLoop::RunUntil(const std::function<bool()>& condition, double mostRealSe
   while (!condition()) {
     const double left = end - RealSeconds();
     if (left <= 0 || state_->stopped) return false;
-    const double due = state_->NextDate(mode) - Clock::Now();
+    const double due = state_->NextDate(mode) - Clock::Steady();
     // A driven clock stands while this waits: only a timer that is due already ends the wait.
     const double next = Clock::IsDriven() && due > 0 ? left : std::min(left, due);
     state_->Poll(std::max(0.0, next));

@@ -20,29 +20,33 @@ enum class RunLoopMode : uint8_t {
 
 class RunLoop;
 
-// A handle on a timer of a loop. Destroying the handle leaves the timer in the loop.
+class RunLoopTimer;
+// The loop and whoever holds a reference share the timer. A loop keeps the timers that were added to it.
+using RunLoopTimerRef = std::shared_ptr<RunLoopTimer>;
+
+// Times are those of Clock::Steady, so that a user who sets the clock neither stops a timer nor fires it early.
 class PLATFORM_API RunLoopTimer {
  public:
-  // First date in seconds of Clock; an interval above 0 repeats.
   using Callback = std::function<void(RunLoopTimer&)>;
-  RunLoopTimer(double firstDate, double interval, Callback callback);
 
-  double NextFireDate() const { return nextFireDate_; }
-  void SetNextFireDate(double date) { nextFireDate_ = date; }
+  // Fires once after so many seconds, and then every `interval` seconds if that is above 0.
+  static RunLoopTimerRef After(double seconds, double interval, Callback callback);
+
+  double NextFireDate() const { return nextFireDate_; }  // in seconds of Clock::Steady
+  void FireAfter(double seconds);                        // from now on; replaces the next date
   bool IsValid() const { return valid_; }
-  // It never fires again and drops its callback once that has returned.
+  // The timer never fires again. It drops its callback once that has returned.
   void Invalidate();
 
  private:
   friend class RunLoop;
+  RunLoopTimer(double firstDate, double interval, Callback callback);
   double nextFireDate_;
   double interval_;
   bool valid_ = true;
   bool firing_ = false;
   Callback callback_;
 };
-
-using RunLoopTimerRef = std::shared_ptr<RunLoopTimer>;
 
 class PLATFORM_API RunLoop {
  public:
@@ -62,7 +66,7 @@ class PLATFORM_API RunLoop {
   void WatchDescriptor(int descriptor, std::function<void()> callback);
   void UnwatchDescriptor(int descriptor);
 
-  // Runs for a number of seconds of Clock. With a driven clock it steps the clock from timer to timer, polls
+  // Runs for a number of seconds of Clock::Steady. With a driven clock it steps the clock from timer to timer, polls
   // descriptors and posted callbacks at each step without waiting, and returns with the clock at the end;
   // with the system's time it really waits. Stop ends it early.
   void RunFor(double seconds, RunLoopMode mode = RunLoopMode::kDefault);

@@ -1,6 +1,5 @@
 #include "photoshop/NotificationTimer.h"
 
-#include "platform/Clock.h"
 #include "platform/Process.h"
 
 namespace {
@@ -26,9 +25,8 @@ void NotificationTimer::initWithCallback(Callback function) {
 
 void NotificationTimer::installTimer() {
   if (timerRef) return;
-  timerRef =
-      std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + kInterval, kInterval,
-                                               [this](platform::RunLoopTimer& timer) { callback(timer, nullptr); });
+  timerRef = platform::RunLoopTimer::After(kInterval, kInterval,
+                                           [this](platform::RunLoopTimer& timer) { callback(timer, nullptr); });
   platform::RunLoop::Main().AddTimer(timerRef, platform::RunLoopMode::kCommon);
 }
 

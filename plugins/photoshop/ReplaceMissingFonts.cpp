@@ -6,7 +6,6 @@
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
 #include "photoshop/PhotoshopFontUtils.h"
-#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/TextEncoding.h"
@@ -67,8 +66,8 @@ void DeferredReplaceMissingFonts(int documentID) {
     ui->SetLongPreferenceForKey(kVPFPreference_PhotoshopRMFDelayMilliseconds, delay);
   }
   if (delay < 0) return;  // switched off
-  auto timer = std::make_shared<platform::RunLoopTimer>(
-      platform::Clock::Now() + delay / 1000.0, kRetrySeconds,
+  auto timer = platform::RunLoopTimer::After(
+      delay / 1000.0, kRetrySeconds,
       [documentID](platform::RunLoopTimer& fired) { replaceMissingFontsTimerCallback(fired, documentID); });
   // The default mode holds it back while the host is in a modal loop.
   platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
@@ -76,7 +75,7 @@ void DeferredReplaceMissingFonts(int documentID) {
 }
 
 void DelayReplaceMissingFontsTimers() {
-  for (const auto& timer : sTimers) timer->SetNextFireDate(platform::Clock::Now() + kRetrySeconds);
+  for (const auto& timer : sTimers) timer->FireAfter(kRetrySeconds);
 }
 
 bool SystemOpenFile(const std::string& path) {

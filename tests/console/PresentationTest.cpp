@@ -81,7 +81,7 @@ TEST(Boxes, AskTheUserForEachChoice) {
   std::vector<std::string> lines = {"2", "1"};
   size_t asked = 0;
   int fired = 0;
-  const auto timer = std::make_shared<platform::RunLoopTimer>(0, 1, [&](platform::RunLoopTimer&) { ++fired; });
+  const auto timer = platform::RunLoopTimer::After(0, 1, [&](platform::RunLoopTimer&) { ++fired; });
   platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
   boxes.SetTerminal([&](host::ModalSession& session, const std::string&, std::string& line) {
     EXPECT_NE(platform::Window::Modal(), nullptr);

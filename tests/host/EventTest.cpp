@@ -6,7 +6,6 @@
 #include "host/HostTest.h"
 #include "host/Suites.h"
 #include "host/TypeIDs.h"
-#include "platform/Clock.h"
 #include "platform/RunLoop.h"
 
 using namespace host_sdk;
@@ -124,16 +123,16 @@ TEST_F(EventTest, CloseAndReopenFromATimerGivesANewID) {
   const int32_t id = Open(path);
   Open(Sample("leaflet.pdf"));
   TakeEvents();
-  platform::RunLoop::Main().AddTimer(
-      std::make_shared<platform::RunLoopTimer>(platform::Clock::Now() + 4, 0,
-                                               [&](platform::RunLoopTimer&) {
-                                                 EXPECT_EQ(PlaySelect(id), kNoErr);
-                                                 EXPECT_EQ(PlayClose(host::kEnumNo), kNoErr);
-                                                 EXPECT_EQ(PlayOpen(path), kNoErr);
-                                                 EXPECT_EQ(Current(), "3 no-text.psd");
-                                                 EXPECT_THAT(TakeEvents(), IsEmpty()) << "nothing re-enters a plug-in";
-                                               }),
-      platform::RunLoopMode::kDefault);
+  platform::RunLoop::Main().AddTimer(platform::RunLoopTimer::After(4, 0,
+                                                                   [&](platform::RunLoopTimer&) {
+                                                                     EXPECT_EQ(PlaySelect(id), kNoErr);
+                                                                     EXPECT_EQ(PlayClose(host::kEnumNo), kNoErr);
+                                                                     EXPECT_EQ(PlayOpen(path), kNoErr);
+                                                                     EXPECT_EQ(Current(), "3 no-text.psd");
+                                                                     EXPECT_THAT(TakeEvents(), IsEmpty())
+                                                                         << "nothing re-enters a plug-in";
+                                                                   }),
+                                     platform::RunLoopMode::kDefault);
   application.Wait(3.5);
   EXPECT_THAT(TakeEvents(), IsEmpty());
   application.Wait(1);

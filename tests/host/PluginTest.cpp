@@ -7,7 +7,6 @@
 #include "host/ModalSession.h"
 #include "host/Suites.h"
 #include "host/TypeIDs.h"
-#include "platform/Clock.h"
 #include "platform/RunLoop.h"
 
 using namespace host_sdk;
@@ -109,9 +108,7 @@ TEST_F(PluginTest, ModalSessionHoldsBackTimersOfTheDefaultMode) {
   for (const auto mode : {platform::RunLoopMode::kDefault, platform::RunLoopMode::kCommon}) {
     const std::string name = mode == platform::RunLoopMode::kDefault ? "default" : "common";
     platform::RunLoop::Main().AddTimer(
-        std::make_shared<platform::RunLoopTimer>(platform::Clock::Now(), 0,
-                                                 [&fired, name](platform::RunLoopTimer&) { fired.push_back(name); }),
-        mode);
+        platform::RunLoopTimer::After(0, 0, [&fired, name](platform::RunLoopTimer&) { fired.push_back(name); }), mode);
   }
   {
     host::ModalSession outer("A box");

@@ -29,7 +29,7 @@ class RunLoopTest : public testing::Test {
   // A timer that notes its name with the time since the start.
   RunLoopTimerRef Add(const std::string& name, double first, double interval, RunLoopMode mode = RunLoopMode::kCommon,
                       std::function<void(RunLoopTimer&)> then = nullptr) {
-    auto timer = std::make_shared<RunLoopTimer>(kStart + first, interval, [this, name, then](RunLoopTimer& self) {
+    auto timer = RunLoopTimer::After(first, interval, [this, name, then](RunLoopTimer& self) {
       Note(name);
       if (then) then(self);
     });
@@ -37,7 +37,7 @@ class RunLoopTest : public testing::Test {
     return timer;
   }
   void Note(const std::string& name) {
-    const double since = Clock::Now() - kStart;
+    const double since = Clock::Steady() - kStart;
     noted_.push_back(name + "@" + std::to_string(since).substr(0, std::to_string(since).find('.') + 2));
   }
 
@@ -64,6 +64,22 @@ TEST_F(RunLoopTest, DatesThatWereMissedAreSkipped) {
   EXPECT_THAT(noted_, ElementsAre("slow@1.0", "slow@5.5", "slow@6.0"));
 }
 
+TEST_F(RunLoopTest, SettingTheTimeOfDayMovesNoTimer) {
+  for (const double hour : {-3600.0, 3600.0}) {
+    Add("repeating", 1, 1, RunLoopMode::kCommon, [&](RunLoopTimer& self) {
+      if (noted_.size() == 1) Clock::SetTimeOfDay(Clock::Now() + hour);
+      if (noted_.size() == 3) self.Invalidate();
+    });
+    loop_.RunFor(10);
+    EXPECT_THAT(noted_, ElementsAre("repeating@1.0", "repeating@2.0", "repeating@3.0"));
+    EXPECT_EQ(Clock::Steady(), kStart + 10);
+    EXPECT_EQ(Clock::Now(), kStart + 10 + hour);
+    noted_.clear();
+    Clock::UseSystemTime();
+    Clock::SetDriven(kStart);
+  }
+}
+
 TEST_F(RunLoopTest, ModesHoldBackOrLetThrough) {
   Add("default", 1, 0, RunLoopMode::kDefault);
   Add("modal", 1, 0, RunLoopMode::kModal);
@@ -80,7 +96,7 @@ TEST_F(RunLoopTest, ACallbackDecidesAboutItsTimerAndTheOthersThatAreDue) {
     if (noted_.size() > 1) self.Invalidate();
     invalidated->Invalidate();
     loop_.RemoveTimer(removed);
-    if (noted_.size() == 1) delayed->SetNextFireDate(kStart + 3);
+    if (noted_.size() == 1) delayed->FireAfter(2);
   });
   invalidated = Add("invalidated", 1, 0);
   removed = Add("removed", 1, 0);

@@ -31,4 +31,4 @@ long WorkgroupTypeOf(const platform::Dictionary& workgroup);
 std::vector<uint32_t> GetFontIDsFromFontInfoArray(const platform::Array& fonts, bool skipSystem);
 
 void ResetAgentCheckTimeForTesting();
-double& LastCoreAgentCheckTime();  // seconds of Clock, 0 at first
+double& LastCoreAgentCheckTime();  // in seconds of Clock::Steady, 0 at first

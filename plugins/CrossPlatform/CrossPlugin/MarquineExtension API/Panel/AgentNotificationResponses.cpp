@@ -190,7 +190,7 @@ int CoreAgentInterface::ProcessNotifications() {
 void CoreAgentInterface::LookForAgent() {
   constexpr double kSecondsBetweenLooks = 6;
   constexpr int kMostTries = 3;
-  const double now = platform::Clock::Now();
+  const double now = platform::Clock::Steady();
   if (now - LastCoreAgentCheckTime() < kSecondsBetweenLooks || !MarquineGlobals::sConnectedToCore) return;
   int32_t isRunning = 0;
   TModuleErrorCode code = CoreErrorCodes::kUnknownError;
