@@ -1,51 +1,6 @@
-// Any bytes as a document with metadata: its fonts are read, or a code says why not. What is then written into it as its
-// slug is read back; a failed write leaves the document as it was.
-#include "Check.h"
-#include "Identification/FontKeys.h"
-#include "Input.h"
-#include "Readers/XMPFontMetadata.h"
-#include "tests/support/TempFolder.h"
-
-namespace {
-
-using platform::Array;
-using platform::Dictionary;
-
-Array NewFonts() {
-  const Array fonts = Array::Create();
-  for (const char* name : {"Fuzz-Regular", "Fuzz-Bold"}) {
-    Dictionary font = Dictionary::Create();
-    font.Set(GlyphsureSupport::kGS_PostScriptNameKey, name);
-    font.Set(GlyphsureSupport::kGS_FoundryKey, "A & B");
-    Array(fonts).Append(font);
-  }
-  return fonts;
-}
-
-void CheckRecords(const Array& fonts) {
-  for (size_t i = 0; i < fonts.Count(); ++i) CHECK(Dictionary(fonts.At(i)));
-}
-
-}  // namespace
+// Any bytes as a document of any kind with metadata; see Document.h.
+#include "Document.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const test_support::TempFolder sFolder;
-  static const int sInitialized = InitializeGlyphsureXMP();
-  CHECK(sInitialized == 0);
-  const std::string_view bytes = BytesOf(data, size);
-  const std::string path = sFolder.Write("document.psd", bytes);
-  const Array slug = Array::Create(), adobe = Array::Create();
-  const TModuleErrorCode read = ReadAllXMPFontDataFromFile(path, slug, adobe);
-  CHECK(read == CoreErrorCodes::kSuccess || read == CoreErrorCodes::kNotFound || read == CoreErrorCodes::kUnknownError);
-  CheckRecords(slug);
-  CheckRecords(adobe);
-  CHECK(sFolder.Content(path) == bytes);
-
-  const TModuleErrorCode written = WriteXMPGlyphsureSlugToFile(path, NewFonts());
-  if (written == CoreErrorCodes::kUnknownError) CHECK(sFolder.Content(path) == bytes);
-  if (written != CoreErrorCodes::kSuccess) return 0;
-  const Array again = Array::Create();
-  CHECK(ReadXMPGlyphsureSlugFromFile(path, again) == CoreErrorCodes::kSuccess);
-  CHECK(again.Equals(NewFonts()));
-  return 0;
+  return document_fuzzing::Check(BytesOf(data, size));
 }

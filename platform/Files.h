@@ -21,10 +21,16 @@ PLATFORM_API bool FolderExists(const std::string& path);
 PLATFORM_API std::error_code ReadFile(const std::string& path, std::string& content);
 // What ReadFile would fail with when it opens the file.
 PLATFORM_API std::error_code CheckReadable(const std::string& path);
-// Puts bytes in place of the file at path, whole or not at all: written beside, synced, renamed. The mode of an
-// existing file is kept, and its owner if this program runs as root; a symbolic link stays, and the file behind it is
-// replaced. On failure the old file is untouched and nothing is left beside it.
+// Puts bytes in place of the file at path, whole or not at all: written beside, synced, renamed. The mode, the extended
+// attributes and the access lists of an existing file are kept, and its owner if this program runs as root; a symbolic link
+// stays, and the file behind it is replaced. On failure the old file is untouched and nothing is left beside it.
+//
+// A file with several names (hard links) stays one file for all of them: it is written over in place while the new content
+// stands whole beside it (".unfinished-..."). Who reads it in that moment may see half of each; a program that ends or a
+// disk that fails there leaves the content beside it, which FinishInterruptedWrite puts in place.
 PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
+// Finishes what a process was killed in, as told above; nothing to do is no error. Staging a file does it too.
+PLATFORM_API std::error_code FinishInterruptedWrite(const std::string& path);
 // A part of a new file: bytes, and behind them the range [begin, end) of the file that it is made from.
 struct FilePiece {
   std::string bytes;
@@ -41,19 +47,23 @@ class PLATFORM_API StagedFile {
   StagedFile& operator=(const StagedFile&) = delete;
   // One of these, once.
   std::error_code Stage(const std::string& path, std::string_view bytes);
-  std::error_code StageCopy(const std::string& path, const std::string& from);
+  // With a name, it is staged under this name in a hidden folder of its own, for a program that makes files beside it.
+  std::error_code StageCopy(const std::string& path, const std::string& from, const char* name = nullptr);
   // Ranges are of the open file `from`. Its content passes through the kernel, or is shared where the file system can.
   std::error_code StagePieces(const std::string& path, int from, const std::vector<FilePiece>& pieces);
-  // The staged file until the commit, hidden beside the other and of the same extension; it may be changed in place.
+  // The staged file until the commit, hidden beside the other; without a name of its own it has the same extension. It may
+  // be changed in place, or replaced by another of that name.
   const std::string& TemporaryPath() const { return temporary_; }
   std::error_code Commit();
 
  private:
   template <class Writer>
-  std::error_code StageWith(const std::string& path, const Writer& write);
+  std::error_code StageWith(const std::string& path, const char* name, const Writer& write);
+  std::error_code CommitInPlace(const std::string& unfinished);
 
   std::string path_;
   std::string temporary_;  // empty unless staged and not yet committed
+  std::string folder_;     // the hidden folder, if there is one
 };
 // Copies a regular file to a place where none stands yet or replaces the one there, like ReplaceFile.
 PLATFORM_API std::error_code CopyFile(const std::string& from, const std::string& to);

@@ -1,15 +1,8 @@
 #include "platform/XMP.h"
 
-#include <unistd.h>
-
 #include <mutex>
 #include <utility>
-#include <vector>
 
-#include "platform/Files.h"
-#include "platform/Trace.h"
-#include "platform/XMPComparison.h"
-#include "platform/XMPDepth.h"
 #include "platform/XMPLibrary.h"
 
 namespace platform {
@@ -70,6 +63,10 @@ bool TXMPMeta::RegisterNamespace(const char* uri, const char* suggestedPrefix, s
 }
 
 TXMPMeta::TXMPMeta() : state_(std::make_unique<State>(State{MetaHandle(xmp_new_empty())})) {}
+TXMPMeta::TXMPMeta(const std::string& packet)
+    : state_(std::make_unique<State>(State{MetaHandle(xmp_new(packet.data(), packet.size()))})) {
+  if (!state_->meta) ThrowLast("Reading metadata");
+}
 TXMPMeta::~TXMPMeta() = default;
 TXMPMeta::TXMPMeta(TXMPMeta&&) noexcept = default;
 TXMPMeta& TXMPMeta::operator=(TXMPMeta&&) noexcept = default;
@@ -131,119 +128,6 @@ std::string TXMPMeta::Serialize() const {
   std::string text;
   if (!SerializeMeta(state_->meta.get(), text)) ThrowLast("Serializing metadata");
   return text;
-}
-
-struct TXMPFiles::State {
-  ~State() {
-    if (file) {
-      xmp_files_close(file, XMP_CLOSE_NOOPTION);
-      xmp_files_free(file);
-    }
-  }
-  void Release() {
-    xmp_files_free(file);
-    file = nullptr;
-  }
-
-  XmpFilePtr file = nullptr;
-  std::string path;
-  StagedFile copy;  // for an update: what the library works on, until it takes the file's place
-  uint32_t options = 0;
-  bool put = false;
-  PropertyMap original, wanted;  // what the file held before, and what was put last
-};
-
-namespace {
-
-XmpOpenFileOptions LibraryOptions(XMP_OptionBits options) {
-  uint32_t bits = 0;
-  if (options & kXMPFiles_OpenForRead) bits |= XMP_OPEN_READ;
-  if (options & kXMPFiles_OpenForUpdate) bits |= XMP_OPEN_FORUPDATE;
-  if (options & kXMPFiles_OpenUseSmartHandler) bits |= XMP_OPEN_USESMARTHANDLER;
-  if (options & kXMPFiles_OpenUsePacketScanning) bits |= XMP_OPEN_USEPACKETSCANNING;
-  return static_cast<XmpOpenFileOptions>(bits);
-}
-
-// A handle on an opened file; null if the library cannot open it.
-XmpFilePtr OpenWith(const std::string& path, XMP_OptionBits options) {
-  const XmpFilePtr file = xmp_files_new();
-  if (!file) return nullptr;
-  if (xmp_files_open(file, path.c_str(), LibraryOptions(options))) return file;
-  xmp_files_free(file);
-  return nullptr;
-}
-
-// What the file holds now, read back through a handle of its own.
-PropertyMap ReadBack(const std::string& path, XMP_OptionBits options) {
-  const XMP_OptionBits reading = (options & ~kXMPFiles_OpenForUpdate) | kXMPFiles_OpenForRead;
-  const XmpFilePtr file = OpenWith(path, reading);
-  if (!file) return {};
-  const MetaHandle meta(xmp_files_get_new_xmp(file));
-  PropertyMap list = meta ? ListProperties(meta.get()) : PropertyMap();
-  xmp_files_close(file, XMP_CLOSE_NOOPTION);
-  xmp_files_free(file);
-  return list;
-}
-
-}  // namespace
-
-bool TXMPFiles::Initialize() { return StartLibrary(); }
-void TXMPFiles::Terminate() { EndLibrary(); }
-
-TXMPFiles::TXMPFiles() : state_(std::make_unique<State>()) {}
-TXMPFiles::~TXMPFiles() = default;
-
-bool TXMPFiles::OpenFile(const char* path, uint32_t format, XMP_OptionBits options) {
-  if (format != kXMP_UnknownFile) throw XMP_Error(0, "only the unknown format is served");
-  state_ = std::make_unique<State>();
-  state_->path = path;
-  state_->options = options;
-  if (CheckReadable(path)) return false;  // the library takes a folder, and nothing at all, for a file
-  if (IsMetadataTooDeep(path, options & kXMPFiles_OpenUsePacketScanning)) {
-    ReportProblem(std::string(path) + ": its metadata is nested too deep to be read");
-    return false;
-  }
-  std::string target = path;
-  if (options & kXMPFiles_OpenForUpdate) {
-    if (access(path, W_OK) != 0 || state_->copy.StageCopy(path, path)) return false;
-    target = state_->copy.TemporaryPath();
-  }
-  state_->file = OpenWith(target, options);
-  return state_->file != nullptr;
-}
-
-bool TXMPFiles::GetXMP(TXMPMeta* meta) {
-  if (!state_->file) throw XMP_Error(0, "no file is open");
-  const XmpPtr read = xmp_files_get_new_xmp(state_->file);
-  if (!read) return false;
-  meta->state_ = std::make_unique<TXMPMeta::State>(TXMPMeta::State{MetaHandle(read)});
-  return true;
-}
-
-bool TXMPFiles::CanPutXMP(const TXMPMeta& meta) {
-  return state_->file && xmp_files_can_put_xmp(state_->file, meta.state_->meta.get());
-}
-
-void TXMPFiles::PutXMP(const TXMPMeta& meta) {
-  if (!state_->file) throw XMP_Error(0, "no file is open");
-  if (!xmp_files_put_xmp(state_->file, meta.state_->meta.get())) ThrowLast("Putting metadata");
-  if (!state_->put) state_->original = ReadBack(state_->path, state_->options);
-  state_->put = true;
-  state_->wanted = ListProperties(meta.state_->meta.get());
-}
-
-void TXMPFiles::CloseFile() {
-  if (!state_->file) return;
-  const bool closed = xmp_files_close(state_->file, XMP_CLOSE_NOOPTION);
-  state_->Release();
-  const std::unique_ptr<State> done = std::exchange(state_, std::make_unique<State>());
-  if (!done->put) return;
-  if (!closed) ThrowLast("Writing " + done->path);
-  // On some files the library reports a success that is lost.
-  const PropertyMap found = ReadBack(done->copy.TemporaryPath(), done->options);
-  const std::string lost = FindLostProperty(done->original, done->wanted, found);
-  if (!lost.empty()) throw XMP_Error(0, done->path + ": the metadata that was written cannot be read back: " + lost);
-  if (const std::error_code error = done->copy.Commit()) throw XMP_Error(0, done->path + ": " + DescribeError(error));
 }
 
 void TXMPUtils::ComposeArrayItemPath(const char*, const char* array, XMP_Index index, std::string* path) {

@@ -1,5 +1,6 @@
 // The operations of the XMP toolkit that the system calls, over exempi. Smart handlers and packet scanning are the
-// library's. Failures of the library are thrown as XMP_Error; a value that is absent is a false result.
+// library's, and run in a process of their own (xmp-worker), since a document may make them loop or end. Failures of the
+// library are thrown as XMP_Error; a value that is absent is a false result.
 // Paths and options are those of the XMP data model ("slug[1]", "slug[1]/ns:field").
 #pragma once
 
@@ -74,6 +75,7 @@ class PLATFORM_API TXMPMeta {
 
  private:
   friend class TXMPFiles;
+  explicit TXMPMeta(const std::string& packet);
   struct State;
   std::unique_ptr<State> state_;
 };
@@ -85,15 +87,19 @@ class PLATFORM_API TXMPFiles {
 
   TXMPFiles();
   ~TXMPFiles();  // closes an open file without writing
-  // False if there is no such file, it cannot be read (for an update: written), the library finds no way into it with
-  // these options, or its metadata is nested so deep that the library would run out of stack (reported). The format is kXMP_UnknownFile. What was open before is closed without writing.
+  // False if there is no such file, it cannot be read (for an update: written), or the library finds no way into it with
+  // these options: a smart handler serves .psd, .psb, .jpg, .tif, .png and PostScript by their content; packet scanning
+  // serves any file with a packet. The format is kXMP_UnknownFile. What was open before is closed without writing.
+  // Throws XMP_Error, and reports it, if the metadata is too much or the library loops, runs out of memory or ends on it.
   bool OpenFile(const char* path, uint32_t format, XMP_OptionBits options);
   // False, and *meta as it was, if the file holds no metadata. This and PutXMP throw XMP_Error if no file is open.
   bool GetXMP(TXMPMeta* meta);
   bool CanPutXMP(const TXMPMeta& meta);  // false also if no file is open
   void PutXMP(const TXMPMeta& meta);     // nothing reaches the file before CloseFile
-  // Writes what was put: into a copy beside the file, read back (what was put must be there), then renamed over the
-  // file, so that a failed write leaves the old file. Throws XMP_Error if what was put cannot be read back.
+  // Writes what was put, unless the file holds just that: into a copy beside the file, read back (what was put must be
+  // there), then put in the file's place as by ReplaceFile, so that a failed write leaves the old file. In a layered
+  // document (.psd, .psb) nothing but the packet changes; in other kinds the library also brings the file's own forms of
+  // the same metadata (Exif, IPTC) into line. Throws XMP_Error if it can't be written or read back.
   void CloseFile();
 
  private:

@@ -45,7 +45,7 @@ bool AreNearlyEqual(const std::string& one, const std::string& other) {
 bool Holds(const PropertyMap& list, const PropertyMap::value_type& property) {
   const auto found = list.find(property.first);
   if (found == list.end()) return false;
-  const std::string &wanted = property.second.text, &text = found->second.text;
+  const std::string &wanted = property.second, &text = found->second;
   return wanted == text || (IsRoundedByFiles(property.first.first) && AreNearlyEqual(wanted, text));
 }
 
@@ -53,8 +53,7 @@ bool Holds(const PropertyMap& list, const PropertyMap::value_type& property) {
 
 std::string FindLostProperty(const PropertyMap& original, const PropertyMap& wanted, const PropertyMap& found) {
   const auto isCompared = [](const PropertyMap::value_type& property) {
-    // Some kinds of files don't keep empty properties, structures and arrays.
-    return !property.second.text.empty() && !IsOwnedByLibrary(property.first.first, property.first.second);
+    return !IsOwnedByLibrary(property.first.first, property.first.second);
   };
   for (const auto& property : wanted) {
     if (isCompared(property) && !Holds(found, property)) return property.first.second;

@@ -11,14 +11,11 @@ bool SerializeMeta(XmpPtr meta, std::string& text) {
 
 PropertyMap ListProperties(XmpPtr meta) {
   PropertyMap list;
-  const XmpIteratorPtr iterator = xmp_iterator_new(meta, nullptr, nullptr, XMP_ITER_PROPERTIES);
+  const XmpIteratorPtr iterator = xmp_iterator_new(meta, nullptr, nullptr, XMP_ITER_JUSTLEAFNODES);
   if (!iterator) return list;
   StringBuffer schema, path, value;
-  uint32_t options = 0;
-  while (xmp_iterator_next(iterator, schema.Get(), path.Get(), value.Get(), &options)) {
-    const uint32_t form = options & XMP_PROP_COMPOSITE_MASK;
-    if (path.Text().empty()) continue;  // the namespace itself
-    list[{schema.Text(), path.Text()}] = {form ? std::string() : value.Text(), form};
+  while (xmp_iterator_next(iterator, schema.Get(), path.Get(), value.Get(), nullptr)) {
+    if (!value.Text().empty() && !path.Text().empty()) list[{schema.Text(), path.Text()}] = value.Text();
   }
   xmp_iterator_free(iterator);
   return list;

@@ -33,13 +33,9 @@ using MetaHandle = std::unique_ptr<_Xmp, FreeMeta>;
 // Compact RDF without a packet wrapper. False if the library fails.
 bool SerializeMeta(XmpPtr meta, std::string& text);
 
-struct PropertyValue {
-  std::string text;   // empty for structures and arrays
-  uint32_t form = 0;  // which of the two it is, if either
-  bool operator==(const PropertyValue&) const = default;
-};
-// Every property, structure, array, item and field by namespace and path.
-using PropertyMap = std::map<std::pair<std::string, std::string>, PropertyValue>;
+// The text of every property, item and field by namespace and path. Empty ones are left out: the library gives none back
+// when it reads a file.
+using PropertyMap = std::map<std::pair<std::string, std::string>, std::string>;
 PropertyMap ListProperties(XmpPtr meta);
 
 }  // namespace platform

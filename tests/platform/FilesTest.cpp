@@ -6,6 +6,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -72,6 +73,51 @@ TEST(Files, TheNewFileTakesAfterTheOldOne) {
     EXPECT_EQ(info.st_gid, 4712u);
     EXPECT_EQ(info.st_mode & 07777, 0640u);
   }
+}
+
+TEST(Files, AttributesAndNamesStay) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "the old content"), other = folder / "other name";
+  ASSERT_EQ(setxattr(path.c_str(), "user.note", "kept", 4, 0), 0);
+  std::filesystem::create_hard_link(path, other);
+  for (const char* content : {"new", "a new content, longer than the old"}) {
+    ASSERT_FALSE(ReplaceFile(path, content));
+    EXPECT_EQ(TempFolder::Content(other), content);
+  }
+  {
+    const FullDisk full(2);
+    EXPECT_TRUE(ReplaceFile(path, "more than fits"));
+  }
+  EXPECT_EQ(TempFolder::Content(other), "a new content, longer than the old");
+  std::filesystem::remove(other);
+  ASSERT_FALSE(ReplaceFile(path, "alone"));
+  char note[8] = {};
+  EXPECT_EQ(getxattr(path.c_str(), "user.note", note, sizeof note), 4);
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"file"}));
+}
+
+TEST(Files, AnInterruptedWriteIsFinished) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "half of the n");
+  struct stat info;
+  ASSERT_EQ(stat(path.c_str(), &info), 0);
+  const std::string name = ".unfinished-" + std::to_string(info.st_ino) + "-file";
+  folder.Write(name, "new");
+  EXPECT_FALSE(FinishInterruptedWrite(path));
+  EXPECT_EQ(TempFolder::Content(path), "new");
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"file"}));
+  std::filesystem::create_symlink("elsewhere", folder / name);
+  EXPECT_FALSE(FinishInterruptedWrite(path));
+  EXPECT_EQ(TempFolder::Content(path), "new") << "what others may have put there is not taken";
+}
+
+TEST(Files, TheSystemsLimitOfFileSizesEndsNoProcess) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "old");
+  const FullDisk full(2);
+  std::signal(SIGXFSZ, SIG_DFL);
+  EXPECT_EQ(ReplaceFile(path, "more than fits"), std::errc::file_too_large);
+  EXPECT_EQ(TempFolder::Content(path), "old");
 }
 
 TEST(Files, WhatIsNoFileIsRefusedWithoutWaiting) {

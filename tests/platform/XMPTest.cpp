@@ -3,10 +3,13 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <vector>
 
 #include "platform/Files.h"
+#include "platform/XMPWorker.h"
 #include "support/FullDisk.h"
 #include "support/TempFolder.h"
 
@@ -117,6 +120,23 @@ TEST_F(XMPTest, WhatOthersWroteStays) {
   EXPECT_THAT(before, testing::UnorderedElementsAre("C059-Bold", "C059-Roman"));
   ASSERT_TRUE(Write(path, {"name"}));
   EXPECT_EQ(fonts(), before);
+}
+
+TEST_F(XMPTest, NothingNewLeavesTheFileAlone) {
+  const auto inode = [](const std::string& path) {
+    struct stat info {};
+    EXPECT_EQ(stat(path.c_str(), &info), 0);
+    return info.st_ino;  // of a new file if it was replaced
+  };
+  for (const char* sample : {"no-text.psd", "leaflet.pdf"}) {
+    const std::string path = CopyOf(sample), bytes = TempFolder::Content(path);
+    ASSERT_TRUE(Write(path, {}));
+    EXPECT_EQ(TempFolder::Content(path), bytes) << sample << " gets no empty packet";
+    ASSERT_TRUE(Write(path, {"one", "two"}));
+    const auto written = inode(path);
+    ASSERT_TRUE(Write(path, {"one", "two"}));
+    EXPECT_EQ(inode(path), written) << sample;
+  }
 }
 
 TEST_F(XMPTest, NothingPutLeavesTheFileAlone) {
@@ -233,24 +253,71 @@ std::string LayeredWith(std::string sample, const std::string& metadata) {
   return sample.replace(kResources, 4 + old, number(resources.size()) + resources);
 }
 
-TEST_F(XMPTest, WhatIsNestedWithoutEndIsRefused) {
+std::string Flat(size_t count) {
+  std::string properties;
+  for (size_t i = 0; i < count; ++i) properties += "<t:p" + std::to_string(i) + ">x</t:p" + std::to_string(i) + ">";
+  std::string packet = Nested(0);
+  return packet.insert(packet.find("<!--"), properties);
+}
+
+// Each of these hung the XMP library, ended it, or kept it busy for minutes.
+TEST_F(XMPTest, WhatTheLibraryCannotStandIsRefused) {
   const std::string sample = TempFolder::Content(SOURCE_DIR "/samples/no-text.psd");
+  const std::string deep = Nested(60000);
+  const auto byte = [&](int shift) { return static_cast<char>(deep.size() >> shift); };
+  const std::string tiff = std::string("II*\0\x08\0\0\0\1\0\xBC\2\1\0", 14) +
+                           std::string{byte(0), byte(8), byte(16), byte(24)} + std::string("\x1A\0\0\0\0\0\0\0", 8);
+  const std::string endless =
+      std::string("\x30\x26\xB2\x75\x8E\x66\xCF\x11\xA6\xD9\0\xAA\0\x62\xCE\x6C\x1E\0\0\0\0\0\0\0\2\0\0\0\1\2", 30) +
+      std::string(74, '\0');
+  const char* kOpens = "opens";
   const struct {
     const char* name;
     std::string bytes;
-    bool opens;
-  } rows[] = {{"sound.psd", LayeredWith(sample, Nested(100)), true},
-              {"deep.psd", LayeredWith(sample, Nested(60000)), false},
-              {"deep-wide.psd", LayeredWith(sample, "\xFE\xFF" + Wide(Nested(60000))), false},
-              {"unclosed.psd", LayeredWith(sample, Nested(60000).substr(0, 1000000)), false},
-              {"sound.txt", "before " + Nested(100) + "<a>" + Nested(2), true},
-              {"deep.txt", "before <rdf:RD" + Nested(100) + Nested(60000), false},
-              {"deep-wide.txt", Wide(Nested(60000)), false}};
+    const char* outcome;  // or a part of the error
+  } rows[] = {{"sound.psd", LayeredWith(sample, Nested(100)), kOpens},
+              {"deep.psd", LayeredWith(sample, deep), "nested too deep"},
+              {"deep-wide.psd", LayeredWith(sample, "\xFE\xFF" + Wide(deep)), "nested too deep"},
+              {"levels.psd", LayeredWith(sample, Nested(600)), "has more than 1000 levels"},
+              {"many.psd", LayeredWith(sample, Flat(2100)), "has more than 2000 properties in one group"},
+              {"deep.tif", tiff + deep, "nested too deep"},
+              {"sound.txt", "before " + Nested(100) + "<a>" + Nested(2), kOpens},
+              {"deep.txt", "before <rdf:RD" + Nested(100) + deep, "nested too deep"},
+              {"endless.psd", endless, kOpens},
+              {"endless.wmv", endless, kOpens}};
   for (const auto& row : rows) {
     testing::internal::CaptureStderr();
-    TXMPFiles files;
-    EXPECT_EQ(Open(files, folder_.Write(row.name, row.bytes), kXMPFiles_OpenForRead), row.opens) << row.name;
-    EXPECT_EQ(testing::internal::GetCapturedStderr().find("nested too deep") == std::string::npos, row.opens);
+    std::string outcome;
+    try {
+      TXMPFiles files;
+      if (Open(files, folder_.Write(row.name, row.bytes), kXMPFiles_OpenForRead)) outcome = kOpens;
+    } catch (const XMP_Error& error) {
+      outcome = error.what();
+    }
+    EXPECT_THAT(outcome, testing::HasSubstr(row.outcome)) << row.name;
+    const std::string reported = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(reported, outcome.starts_with('/') ? outcome + "\n" : "") << row.name;
+  }
+}
+
+TEST_F(XMPTest, AWorkerThatDoesNotAnswerIsEndedAndTheNextRequestServed) {
+  const std::string script = folder_.Write("worker", "#!/bin/sh\nexec tail -f /dev/null\n");
+  std::filesystem::permissions(script, std::filesystem::perms(0700));
+  const XMPMessage request{static_cast<uint32_t>(XMPQuestion::kRead), 0, 0, folder_ / "none", ""};
+  const struct {
+    std::string program, problem;
+  } rows[] = {{script, "took more than 0 seconds"},
+              {"/bin/false", "ended the XMP library's process with status 1"},
+              {folder_ / "absent", folder_ / "absent can't be started: No such file or directory"}};
+  for (const auto& row : rows) {
+    XMPWorker worker(row.program);
+    for (int i = 0; i < 2; ++i) {
+      XMPMessage answer, patient = request;
+      if (row.program != script) patient.number = 20;
+      std::string problem;
+      EXPECT_FALSE(worker.Ask(patient, answer, &problem));
+      EXPECT_EQ(problem, row.problem);
+    }
   }
 }
 

@@ -1,0 +1,108 @@
+// Reading and writing the metadata of documents, which is done in another process: an ordinary document against 10 ms, and
+// the slug's write into a large one against copying the document.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "Floor.h"
+#include "Identification/FontKeys.h"
+#include "Readers/XMPFontMetadata.h"
+#include "platform/Files.h"
+
+namespace {
+
+using platform::Array;
+using platform::Dictionary;
+
+constexpr int kRuns = 7;
+constexpr size_t kMiB = 1024 * 1024;
+
+[[noreturn]] void Fail(const std::string& what) {
+  std::fprintf(stderr, "MetadataBenchmark: %s\n", what.c_str());
+  std::exit(2);
+}
+
+std::string Number(uint32_t value, int bytes) {
+  std::string text;
+  for (int i = bytes - 1; i >= 0; --i) text.push_back(static_cast<char>(value >> (8 * i)));
+  return text;
+}
+
+// A document without layers and metadata whose pixels are noise.
+void WriteDocument(const std::string& path, uint32_t megabytes) {
+  const uint32_t width = 1024, height = megabytes * 1024;  // in gray
+  std::ofstream file(path, std::ios::binary);
+  file << "8BPS" << Number(1, 2) << std::string(6, '\0') << Number(1, 2) << Number(height, 4) << Number(width, 4)
+       << Number(8, 2) << Number(1, 2) << Number(0, 4) << Number(0, 4) << Number(0, 4) << Number(0, 2);
+  uint64_t state = 88172645463325252ULL;
+  std::string block(kMiB, '\0');
+  for (uint32_t i = 0; i < megabytes; ++i) {
+    for (size_t at = 0; at < kMiB; at += sizeof state) {
+      state ^= state << 13;
+      state ^= state >> 7;
+      state ^= state << 17;
+      std::memcpy(block.data() + at, &state, sizeof state);
+    }
+    file << block;
+  }
+  if (!file.flush()) Fail(path + " can't be written");
+}
+
+Array Fonts(int count) {
+  Array fonts = Array::Create();
+  for (int i = 0; i < count; ++i) {
+    Dictionary font = Dictionary::Create();
+    font.Set(GlyphsureSupport::kGS_PostScriptNameKey, "Font-" + std::to_string(i));
+    font.Set(GlyphsureSupport::kGS_FoundryKey, "Foundry");
+    fonts.Append(font);
+  }
+  return fonts;
+}
+
+void WriteSlug(const std::string& path, int count) {
+  if (WriteXMPGlyphsureSlugToFile(path, Fonts(count)) != CoreErrorCodes::kSuccess) Fail("the slug can't be written");
+}
+
+// The shortest of several runs, in milliseconds.
+double Best(const std::function<void()>& work) {
+  double best = std::numeric_limits<double>::infinity();
+  for (int i = 0; i < kRuns; ++i) best = std::min(best, benchmark::Measure(work) * 1000);
+  return best;
+}
+
+}  // namespace
+
+int main() {
+  benchmark::Begin();
+  if (InitializeGlyphsureXMP() != 0) Fail("the XMP library can't be started");
+  std::string folder = (std::filesystem::temp_directory_path() / "metadata-XXXXXX").string();
+  if (!mkdtemp(folder.data())) Fail(folder + ": " + std::strerror(errno));
+  const std::string small = folder + "/small.psd", large = folder + "/large.psd", copy = folder + "/copy.psd";
+  WriteDocument(small, 1);
+  WriteDocument(large, 64);
+  int count = 1;
+  benchmark::Report("slug's write, 1 MiB, against 10 ms", Best([&] { WriteSlug(small, ++count); }), 10, 1, "ms");
+  const auto read = [&] {
+    const Array slug = Array::Create();
+    if (ReadXMPGlyphsureSlugFromFile(small, slug) != CoreErrorCodes::kSuccess || slug.Count() == 0) Fail("no slug");
+  };
+  benchmark::Report("slug's read, against 10 ms", Best(read), 10, 1, "ms");
+  benchmark::Report("same slug again, 64 MiB, against 10 ms", (WriteSlug(large, 3), Best([&] { WriteSlug(large, 3); })),
+                    10, 1, "ms");
+  benchmark::Compare(
+      "slug's write, 64 MiB, against cp", 1.5, kRuns, [&] { WriteSlug(large, ++count); },
+      [&] {
+        if (std::system(("cp '" + large + "' '" + copy + "'").c_str()) != 0) Fail("cp fails");
+        unlink(copy.c_str());
+      });
+  platform::RemoveTree(folder);
+  TerminateGlyphsureXMP();
+  return benchmark::Finish();
+}

@@ -1,0 +1,99 @@
+#include "platform/FileBytes.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <ctime>
+
+namespace platform {
+
+std::error_code LastError() { return {errno, std::generic_category()}; }
+
+Descriptor OpenRegularFile(const std::string& path, struct stat& info, std::error_code& error) {
+  // Without waiting: a pipe is refused below and must not hold the program up.
+  Descriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!fd || fstat(fd.Get(), &info) != 0) {
+    error = LastError();
+    return Descriptor();
+  }
+  if (S_ISREG(info.st_mode)) return fd;
+  error = std::make_error_code(S_ISDIR(info.st_mode) ? std::errc::is_a_directory : std::errc::not_supported);
+  return Descriptor();
+}
+
+std::error_code WriteAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(fd, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return LastError();
+    bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return {};
+}
+
+std::error_code CopyAll(int from, int to) {
+  constexpr size_t kPiece = 1u << 30;
+  for (;;) {
+    const ssize_t copied = copy_file_range(from, nullptr, to, nullptr, kPiece, 0);
+    if (copied == 0) break;
+    if (copied < 0 && errno != EINTR) break;
+  }
+  // What the file system could not copy by itself, or all of it. Both descriptors stand where the copying ended.
+  std::string piece(65536, '\0');
+  for (;;) {
+    const ssize_t got = read(from, piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got < 0 ? LastError() : std::error_code();
+    if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
+  }
+}
+
+std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to) {
+  auto at = static_cast<off_t>(begin);
+  const auto stop = static_cast<off_t>(end);
+  while (at < stop) {
+    const ssize_t copied = copy_file_range(from, &at, to, nullptr, static_cast<size_t>(stop - at), 0);
+    if (copied == 0 || (copied < 0 && errno != EINTR)) break;
+  }
+  // What the file system could not copy by itself, or all of it.
+  std::string piece(at < stop ? 65536 : 0, '\0');
+  while (at < stop) {
+    const ssize_t got = pread(from, piece.data(), std::min(piece.size(), static_cast<size_t>(stop - at)), at);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got < 0 ? LastError() : std::make_error_code(std::errc::io_error);  // it became shorter
+    if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
+    at += got;
+  }
+  return {};
+}
+
+std::string FolderOf(const std::string& path) {
+  const size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+void SyncFolder(const std::string& folder) {
+  const Descriptor fd(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (fd) fsync(fd.Get());
+}
+
+FileSizeSignalHeld::FileSizeSignalHeld() {
+  sigemptyset(&signal_);
+  sigaddset(&signal_, SIGXFSZ);
+  pthread_sigmask(SIG_BLOCK, &signal_, &former_);
+  wasHeld_ = sigismember(&former_, SIGXFSZ) == 1;
+}
+
+FileSizeSignalHeld::~FileSizeSignalHeld() {
+  if (wasHeld_) return;
+  // The signals of this thread's own writes, which were told of by their errors.
+  const timespec now{};
+  while (sigtimedwait(&signal_, nullptr, &now) > 0) {
+  }
+  pthread_sigmask(SIG_SETMASK, &former_, nullptr);
+}
+
+}  // namespace platform

@@ -1,0 +1,233 @@
+// StagedFile of platform/Files.h, and what is made of it.
+#include <fcntl.h>
+#include <linux/limits.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "platform/Descriptor.h"
+#include "platform/FileBytes.h"
+#include "platform/Files.h"
+#include "platform/Trace.h"
+
+namespace platform {
+
+namespace {
+
+std::string NameOf(const std::string& path) {
+  constexpr size_t kLongestKept = 200;
+  const std::string name = path.substr(path.rfind('/') + 1);
+  return name.size() > kLongestKept ? name.substr(name.size() - kLongestKept) : name;
+}
+
+// A hidden name beside the file. The end of the name stays, since some readers tell formats by it.
+std::string TemporaryBeside(const std::string& path) {
+  static std::atomic<unsigned> sCount{0};
+  return FolderOf(path) + "/." + std::to_string(getpid()) + "-" + std::to_string(++sCount) + "-" + NameOf(path);
+}
+
+// Makes something under a name of that kind: `make` is given the path and returns below 0 with errno on failure.
+template <class Make>
+int CreateBeside(const std::string& path, std::string& temporary, std::error_code& error, const Make& make) {
+  // A program killed in the middle of its work leaves its file behind, and its number may come again.
+  constexpr int kMostTries = 100;
+  for (int i = 0; i < kMostTries; ++i) {
+    temporary = TemporaryBeside(path);
+    const int made = make(temporary.c_str());
+    if (made >= 0) return made;
+    error = LastError();
+    if (error != std::errc::file_exists) break;
+  }
+  temporary.clear();
+  return -1;
+}
+
+int CreateFile(const char* path) { return open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666); }
+
+// The file behind a symbolic link, so that the link stays when the file is replaced.
+std::string BehindLinks(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(path, error)) return path;
+  const std::filesystem::path target = std::filesystem::canonical(path, error);
+  return error ? path : target.string();
+}
+
+// What a user or a program of theirs attached. The system's own attributes (security.*) follow from the place and the
+// rights of the process; where it refuses them, they are the system's to set.
+bool IsOfUser(std::string_view name) { return name.starts_with("user.") || name.starts_with("system.posix_acl_"); }
+
+std::error_code CopyAttributes(const std::string& path, int to) {
+  const ssize_t size = listxattr(path.c_str(), nullptr, 0);
+  if (size <= 0) return size == 0 || errno == ENOTSUP ? std::error_code() : LastError();
+  std::string names(static_cast<size_t>(size), '\0');
+  const ssize_t filled = listxattr(path.c_str(), names.data(), names.size());
+  if (filled < 0) return LastError();
+  for (size_t at = 0; at < static_cast<size_t>(filled); at += std::strlen(&names[at]) + 1) {
+    const char* name = &names[at];
+    std::string value(XATTR_SIZE_MAX, '\0');
+    const ssize_t length = getxattr(path.c_str(), name, value.data(), value.size());
+    const bool isCopied = length >= 0 && fsetxattr(to, name, value.data(), static_cast<size_t>(length), 0) == 0;
+    if (!isCopied && IsOfUser(name)) return LastError();
+  }
+  return {};
+}
+
+// The new file takes after the one that it is to replace.
+std::error_code TakeAfter(int fd, const std::string& path, const struct stat& info) {
+  // A program that runs as root leaves a user's file the user's; the mode comes last, since a new owner takes bits away.
+  if (geteuid() == 0 && info.st_uid != 0 && fchown(fd, info.st_uid, info.st_gid) != 0) return LastError();
+  if (const std::error_code error = CopyAttributes(path, fd)) return error;
+  return fchmod(fd, info.st_mode & 07777) == 0 ? std::error_code() : LastError();
+}
+
+// Where the whole new content stands while it is written over a file with several names.
+std::string UnfinishedBeside(const std::string& path, const struct stat& info) {
+  return FolderOf(path) + "/.unfinished-" + std::to_string(info.st_ino) + "-" + NameOf(path);
+}
+
+// Writes the content of one file over that of another, which stays the same file.
+std::error_code Overwrite(const std::string& path, const std::string& content, bool* isBegun) {
+  const FileSizeSignalHeld held;
+  struct stat info;
+  std::error_code error;
+  const Descriptor from = OpenRegularFile(content, info, error);
+  if (!from) return error;
+  const Descriptor to(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
+  if (!to) return LastError();
+  // What doesn't fit is told before anything changes.
+  if (info.st_size > 0 && fallocate(to.Get(), FALLOC_FL_KEEP_SIZE, 0, info.st_size) != 0 && errno != EOPNOTSUPP) {
+    return LastError();
+  }
+  *isBegun = true;
+  error = CopyAll(from.Get(), to.Get());
+  if (!error && ftruncate(to.Get(), info.st_size) != 0) error = LastError();
+  return !error && fsync(to.Get()) != 0 ? LastError() : error;
+}
+
+}  // namespace
+
+StagedFile::~StagedFile() {
+  if (!temporary_.empty()) unlink(temporary_.c_str());
+  if (!folder_.empty()) RemoveTree(folder_);
+}
+
+template <class Writer>
+std::error_code StagedFile::StageWith(const std::string& path, const char* name, const Writer& write) {
+  std::error_code error = FinishInterruptedWrite(path);
+  if (error) return error;
+  path_ = BehindLinks(path);
+  struct stat info;
+  const bool exists = stat(path_.c_str(), &info) == 0;
+  if (exists && !S_ISREG(info.st_mode)) {
+    return std::make_error_code(S_ISDIR(info.st_mode) ? std::errc::is_a_directory : std::errc::not_supported);
+  }
+  Descriptor fd;
+  if (name) {
+    CreateBeside(path_, folder_, error, [](const char* folder) { return mkdir(folder, 0700); });
+    if (!folder_.empty()) {
+      temporary_ = folder_ + "/" + name;
+      fd = Descriptor(CreateFile(temporary_.c_str()));
+      if (!fd) error = LastError();
+    }
+  } else {
+    fd = Descriptor(CreateBeside(path_, temporary_, error, &CreateFile));
+  }
+  if (!fd) return error;
+  const FileSizeSignalHeld held;
+  error = exists ? TakeAfter(fd.Get(), path_, info) : std::error_code();
+  if (!error) error = write(fd.Get());
+  return !error && fsync(fd.Get()) != 0 ? LastError() : error;
+}
+
+std::error_code StagedFile::Stage(const std::string& path, std::string_view bytes) {
+  return StageWith(path, nullptr, [&](int fd) { return WriteAll(fd, bytes); });
+}
+
+std::error_code StagedFile::StageCopy(const std::string& path, const std::string& from, const char* name) {
+  struct stat info;
+  std::error_code error;
+  const Descriptor source = OpenRegularFile(from, info, error);
+  return source ? StageWith(path, name, [&](int fd) { return CopyAll(source.Get(), fd); }) : error;
+}
+
+std::error_code StagedFile::StagePieces(const std::string& path, int from, const std::vector<FilePiece>& pieces) {
+  return StageWith(path, nullptr, [&](int fd) {
+    std::error_code error;
+    for (const FilePiece& piece : pieces) {
+      if (!error) error = WriteAll(fd, piece.bytes);
+      if (!error) error = CopyRange(from, piece.begin, piece.end, fd);
+    }
+    return error;
+  });
+}
+
+std::error_code StagedFile::Commit() {
+  const FileSizeSignalHeld held;
+  const Descriptor fd(open(temporary_.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!fd) return LastError();
+  // Whoever changed the staged file may have put a new one in its place, with a mode of its own.
+  struct stat info;
+  const bool exists = stat(path_.c_str(), &info) == 0;
+  if (exists) {
+    if (const std::error_code error = TakeAfter(fd.Get(), path_, info)) return error;
+  }
+  // Costs nothing unless the staged file was changed.
+  if (fsync(fd.Get()) != 0) return LastError();
+  if (exists && info.st_nlink > 1) return CommitInPlace(UnfinishedBeside(path_, info));
+  if (rename(temporary_.c_str(), path_.c_str()) != 0) return LastError();
+  temporary_.clear();
+  SyncFolder(FolderOf(path_));
+  return {};
+}
+
+// A file with several names would lose the others by a rename. Until its content is written over, the new one stands
+// whole beside it, under a name by which FinishInterruptedWrite finds it.
+std::error_code StagedFile::CommitInPlace(const std::string& unfinished) {
+  if (rename(temporary_.c_str(), unfinished.c_str()) != 0) return LastError();
+  temporary_ = unfinished;
+  SyncFolder(FolderOf(path_));
+  bool isBegun = false;
+  const std::error_code error = Overwrite(path_, unfinished, &isBegun);
+  if (error && isBegun) {
+    ReportProblem(path_ + ": " + DescribeError(error) + "; its whole new content is in " + unfinished);
+    temporary_.clear();  // it stays
+  }
+  if (error) return error;
+  unlink(unfinished.c_str());
+  temporary_.clear();
+  return {};
+}
+
+std::error_code FinishInterruptedWrite(const std::string& path) {
+  const std::string target = BehindLinks(path);
+  struct stat info, content;
+  if (stat(target.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return {};
+  const std::string unfinished = UnfinishedBeside(target, info);
+  if (lstat(unfinished.c_str(), &content) != 0) return {};
+  // In a folder that others may write to, the name alone proves nothing.
+  if (!S_ISREG(content.st_mode) || (content.st_uid != info.st_uid && content.st_uid != geteuid())) return {};
+  bool isBegun = false;
+  if (const std::error_code error = Overwrite(target, unfinished, &isBegun)) return error;
+  unlink(unfinished.c_str());
+  ReportProblem(target + ": a save that was interrupted is finished");
+  return {};
+}
+
+std::error_code ReplaceFile(const std::string& path, std::string_view bytes) {
+  StagedFile file;
+  const std::error_code error = file.Stage(path, bytes);
+  return error ? error : file.Commit();
+}
+
+std::error_code CopyFile(const std::string& from, const std::string& to) {
+  StagedFile file;
+  const std::error_code error = file.StageCopy(to, from);
+  return error ? error : file.Commit();
+}
+
+}  // namespace platform

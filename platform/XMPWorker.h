@@ -1,0 +1,42 @@
+// The XMP worker: the program xmp-worker beside this library, which reads and writes the metadata of documents. It is
+// started with the first request, serves many, and is ended and started again when it takes too long. Any thread.
+#pragma once
+
+#include <sys/types.h>
+
+#include <mutex>
+#include <string>
+
+#include "platform/Descriptor.h"
+#include "platform/Export.h"
+#include "platform/XMPMessages.h"
+
+namespace platform {
+
+class PLATFORM_API XMPWorker {
+ public:
+  // The one that everybody asks.
+  static XMPWorker& Shared();
+
+  explicit XMPWorker(std::string program) : program_(std::move(program)) {}
+  ~XMPWorker();  // ends the process
+  XMPWorker(const XMPWorker&) = delete;
+  XMPWorker& operator=(const XMPWorker&) = delete;
+
+  // Fills in the answer to a request whose `number` is the seconds of processor time that it may take. False if there is
+  // none, with the reason in *problem: it could not be started, took too long, needed too much memory or broke down.
+  bool Ask(const XMPMessage& request, XMPMessage& answer, std::string* problem);
+
+ private:
+  bool Start(std::string* problem);
+  void Stop();
+  std::string Explain(bool isLate, uint32_t seconds);
+
+  std::mutex mutex_;
+  const std::string program_;
+  pid_t process_ = 0;  // 0 while there is none
+  pid_t owner_ = 0;    // the process that started it: a fork of that process must not use it
+  Descriptor socket_;
+};
+
+}  // namespace platform

@@ -1,0 +1,135 @@
+// xmp-worker: the XMP library at work on documents, in a process of its own, since a document can make it loop, run out of
+// memory or end. The process is started by platform/XMPWorker.cpp, answers the requests on its standard input (a socket)
+// one by one, and ends when the other end closes.
+#include <exempi/xmp.h>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <new>
+#include <string>
+
+#include "platform/Descriptor.h"
+#include "platform/XMPLibrary.h"
+#include "platform/XMPMessages.h"
+#include "platform/XMPWorkerLimits.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int kSocket = STDIN_FILENO;
+
+void Limit(__rlimit_resource resource, rlim_t soft, rlim_t hard) {
+  const rlimit limit{soft, hard};
+  setrlimit(resource, &limit);
+}
+
+void LimitProcess() {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // a loop in the library must not outlive those who would end it
+  std::signal(SIGXFSZ, SIG_IGN);     // the library sees a failed write instead
+  Limit(RLIMIT_CORE, 0, 0);
+  if (!kIsSanitized) {
+    Limit(RLIMIT_AS, kWorkerMemory, kWorkerMemory);
+    const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+    dup2(nowhere.Get(), STDERR_FILENO);
+  }
+  std::set_new_handler([] { _exit(kWorkerOutOfMemory); });
+}
+
+// The process ends if it works longer on the next request, whether or not anybody still waits for the answer.
+void LimitTime(uint32_t seconds) {
+  rusage used{};
+  getrusage(RUSAGE_SELF, &used);
+  const auto soFar = static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec);
+  Limit(RLIMIT_CPU, soFar + seconds + 1, RLIM_INFINITY);
+  alarm(kPatienceFactor * seconds + 1);
+}
+
+class OpenFile {
+ public:
+  OpenFile(const std::string& path, XmpOpenFileOptions access, bool scans) {
+    const int way = scans ? XMP_OPEN_USEPACKETSCANNING : XMP_OPEN_USESMARTHANDLER;
+    file_ = xmp_files_new();
+    isOpen_ = file_ && xmp_files_open(file_, path.c_str(), static_cast<XmpOpenFileOptions>(access | way));
+  }
+  ~OpenFile() {
+    if (isOpen_) Close();
+    if (file_) xmp_files_free(file_);
+  }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  explicit operator bool() const { return isOpen_; }
+  XmpFilePtr Get() const { return file_; }
+  bool Close() {
+    isOpen_ = false;
+    return xmp_files_close(file_, XMP_CLOSE_NOOPTION);
+  }
+
+ private:
+  XmpFilePtr file_ = nullptr;
+  bool isOpen_ = false;
+};
+
+XMPMessage Answer(XMPAnswer kind, uint32_t number = 0, std::string packet = "") {
+  return {static_cast<uint32_t>(kind), number, 0, "", std::move(packet)};
+}
+
+XMPMessage Refused() { return Answer(XMPAnswer::kRefused, static_cast<uint32_t>(xmp_get_error())); }
+
+XMPMessage Read(const OpenFile& file) {
+  uint32_t flags = 0;
+  xmp_files_get_file_info(file.Get(), nullptr, nullptr, nullptr, reinterpret_cast<XmpFileFormatOptions*>(&flags));
+  const MetaHandle meta(xmp_files_get_new_xmp(file.Get()));
+  const bool canGrow = (flags & (meta ? XMP_FMT_CAN_EXPAND : XMP_FMT_CAN_INJECT_XMP)) != 0;
+  std::string packet;
+  if (meta && !SerializeMeta(meta.get(), packet)) return Refused();
+  if (packet.size() > kLargestXMPText) return Answer(XMPAnswer::kTooLarge);
+  return Answer(XMPAnswer::kDone, canGrow, std::move(packet));
+}
+
+XMPMessage Put(OpenFile& file, const std::string& packet, bool isTried) {
+  const MetaHandle meta(xmp_new(packet.data(), packet.size()));
+  const MetaHandle old(xmp_files_get_new_xmp(file.Get()));  // the library asks for what is there before it tells
+  if (!meta || !xmp_files_can_put_xmp(file.Get(), meta.get())) return Refused();
+  if (isTried) return Answer(XMPAnswer::kDone);
+  return xmp_files_put_xmp(file.Get(), meta.get()) && file.Close() ? Answer(XMPAnswer::kDone) : Refused();
+}
+
+XMPMessage Serve(const XMPMessage& request) {
+  const auto question = static_cast<XMPQuestion>(request.kind);
+  if (question == XMPQuestion::kPut) {
+    OpenFile file(request.path, XMP_OPEN_FORUPDATE, request.scans);
+    return file ? Put(file, request.packet, false) : Answer(XMPAnswer::kNotOpened);
+  }
+  // By a name without an extension, since the library chooses by extensions before it looks at the content.
+  const bool reads = question == XMPQuestion::kRead;
+  const Descriptor source(open(request.path.c_str(), (reads ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!source) return Answer(XMPAnswer::kNotOpened);
+  const std::string name = "/proc/self/fd/" + std::to_string(source.Get());
+  OpenFile file(name, reads ? XMP_OPEN_READ : XMP_OPEN_FORUPDATE, request.scans);
+  if (!file) return Answer(XMPAnswer::kNotOpened);
+  return reads ? Read(file) : Put(file, request.packet, true);
+}
+
+}  // namespace
+
+}  // namespace platform
+
+int main() {
+  using namespace platform;
+  constexpr auto kForEver = std::chrono::steady_clock::time_point::max();
+  LimitProcess();
+  if (!xmp_init()) return 1;
+  XMPMessage request;
+  while (ReceiveXMPMessage(kSocket, request, kForEver)) {
+    LimitTime(request.number);
+    const XMPMessage answer = Serve(request);
+    alarm(0);
+    if (!SendXMPMessage(kSocket, answer)) return 1;
+  }
+  return 0;
+}
