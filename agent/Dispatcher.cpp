@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
 
 namespace agent {
@@ -33,6 +34,7 @@ const Json& Arguments::Get(const char* key) const {
 std::vector<uint32_t> Arguments::Numbers(const char* key) const {
   const Json& list = Get(key);
   if (!list.is_array()) throw BadArgument(std::string(key) + " is not an array");
+  if (list.size() > agent_protocol::kMostNumbers) throw BadArgument(std::string(key) + " is too long");
   std::vector<uint32_t> numbers;
   for (const Json& entry : list) numbers.push_back(NumberOf(entry, key));
   return numbers;
@@ -66,11 +68,19 @@ void Dispatcher::OnMessage(ClientID client, std::string_view message) {
   Request request{client, json["id"], json["call"].get<std::string>(), Json::object()};
   if (json.contains("arguments")) request.arguments = std::move(json["arguments"]);
   const auto entry = entries_.find(request.call);
-  if (!isReleased_ && entry != entries_.end() && entry->second.needs == Needs::kFonts) {
-    held_.push_back(std::move(request));
-  } else {
-    Serve(request);
-  }
+  const bool mustWait = !isReleased_ && entry != entries_.end() && entry->second.needs == Needs::kFonts;
+  if (!mustWait) return Serve(request);
+  if (!Hold(client, message)) Send(request, {kNotInitialized});
+}
+
+bool Dispatcher::Hold(ClientID client, std::string_view message) {
+  const size_t cost = message.size() + sizeof(Held);
+  if (heldOf_[client] >= agent_protocol::kMostHeldRequests) return false;
+  if (heldBytes_ + cost > agent_protocol::kMostHeldBytesOfAll) return false;
+  held_.push_back({client, std::string(message)});
+  heldBytes_ += cost;
+  ++heldOf_[client];
+  return true;
 }
 
 Reply Dispatcher::Answer(const Request& request) {
@@ -87,22 +97,27 @@ Reply Dispatcher::Answer(const Request& request) {
   }
 }
 
-void Dispatcher::Serve(const Request& request) {
-  const Reply reply = Answer(request);
+void Dispatcher::Serve(const Request& request) { Send(request, Answer(request)); }
+
+void Dispatcher::Send(const Request& request, const Reply& reply) {
   events_.send(request.client, ToText({{"id", request.id}, {"code", reply.code}, {"result", reply.result}}));
 }
 
 void Dispatcher::OnGone(ClientID client) {
-  std::erase_if(held_, [&](const Request& request) { return request.client == client; });
+  if (heldOf_.erase(client) == 0) return;
+  std::erase_if(held_, [&](const Held& held) { return held.client == client; });
+  heldBytes_ = 0;
+  for (const Held& held : held_) heldBytes_ += held.message.size() + sizeof(Held);
 }
 
 void Dispatcher::Release() {
   isReleased_ = true;
   while (!held_.empty()) {
-    const Request request = std::move(held_.front());
+    const Held held = std::move(held_.front());
     held_.pop_front();
-    Serve(request);
+    OnMessage(held.client, held.message);
   }
+  heldOf_.clear();
 }
 
 }  // namespace agent

@@ -21,6 +21,7 @@ inline constexpr uint32_t kNotFound = 0x07000000;
 inline constexpr uint32_t kNotImplemented = 0x08000000;
 inline constexpr uint32_t kDatabaseError = 0x0D000000;
 inline constexpr uint32_t kNotSupported = 0x10000000;
+inline constexpr uint32_t kNotInitialized = 0x11000000;
 inline constexpr uint32_t kInvalidVault = 0x01002008;
 inline constexpr uint32_t kCouldNotCopyFile = 0x04004007;
 inline constexpr uint32_t kCantDeactivateSystemFonts = 0x08004001;
@@ -34,7 +35,7 @@ struct Reply {
 class Arguments {
  public:
   explicit Arguments(const Json& json) : json_(json) {}
-  std::vector<uint32_t> Numbers(const char* key) const;
+  std::vector<uint32_t> Numbers(const char* key) const;  // at most agent_protocol::kMostNumbers
   uint32_t Number(const char* key) const;
   std::string Text(const char* key) const;
   bool Flag(const char* key) const;
@@ -47,7 +48,9 @@ class Arguments {
 
 enum class Needs {
   kNothing,
-  kFonts,  // held back until the first scan has finished: "not found" must not mean "not yet"
+  // Held back until the first scan has finished: "not found" must not mean "not yet". A client that has too much waiting
+  // gets kNotInitialized at once.
+  kFonts,
 };
 
 class Dispatcher {
@@ -81,12 +84,20 @@ class Dispatcher {
     std::string call;
     Json arguments;
   };
+  struct Held {
+    ClientID client;
+    std::string message;  // not taken apart: that would need many times its bytes
+  };
+  bool Hold(ClientID client, std::string_view message);
   void Serve(const Request& request);
+  void Send(const Request& request, const Reply& reply);
   Reply Answer(const Request& request);
 
   Events events_;
   std::map<std::string, Entry, std::less<>> entries_;
-  std::deque<Request> held_;
+  std::deque<Held> held_;
+  std::map<ClientID, size_t> heldOf_;  // how many of them are of each client
+  size_t heldBytes_ = 0;
   bool isReleased_ = false;
   uint32_t unknownCode_ = kNotImplemented;
 };

@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <map>
+#include <set>
 
 #include "agent/Calls.h"
 #include "agent/FontRecord.h"
@@ -13,10 +13,9 @@ using Fonts = std::vector<const Font*>;
 
 // 0 among the workgroups means all, and so does an empty list.
 void KeepWorkgroups(Fonts& fonts, const std::vector<uint32_t>& workgroupIDs) {
-  if (workgroupIDs.empty() || std::find(workgroupIDs.begin(), workgroupIDs.end(), 0u) != workgroupIDs.end()) return;
-  std::erase_if(fonts, [&](const Font* font) {
-    return std::find(workgroupIDs.begin(), workgroupIDs.end(), font->workgroupID) == workgroupIDs.end();
-  });
+  const std::set<uint32_t> wanted(workgroupIDs.begin(), workgroupIDs.end());
+  if (wanted.empty() || wanted.contains(0)) return;
+  std::erase_if(fonts, [&](const Font* font) { return !wanted.contains(font->workgroupID); });
 }
 
 Reply IDsOf(Fonts fonts, const Arguments& arguments) {

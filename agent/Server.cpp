@@ -12,6 +12,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "agent/include/AgentProtocol.h"
+
 namespace agent {
 
 namespace {
@@ -37,7 +39,7 @@ FrameReader::Result FrameReader::Next(std::string& message) {
   if (available < sizeof length) return Result::kIncomplete;
   std::memcpy(&length, bytes_.data() + start_, sizeof length);
   length = ntohl(length);
-  if (length > platform::kLongestMessage) return Result::kTooLong;
+  if (length > agent_protocol::kLongestRequest) return Result::kTooLong;
   if (available - sizeof length < length) {
     bytes_.erase(0, start_);
     start_ = 0;

@@ -16,7 +16,7 @@
 
 namespace agent {
 
-// Cuts a stream of bytes into messages.
+// Cuts a stream of bytes into requests, of at most agent_protocol::kLongestRequest bytes.
 class FrameReader {
  public:
   void Add(std::string_view bytes) { bytes_.append(bytes); }

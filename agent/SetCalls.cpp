@@ -9,23 +9,36 @@ namespace agent {
 
 namespace {
 
+constexpr size_t kLongestSetName = 1024;  // in bytes
+
 bool AreAllKnown(const FontLibrary& library, const std::vector<uint32_t>& fontIDs) {
   return std::all_of(fontIDs.begin(), fontIDs.end(), [&](uint32_t id) { return library.Table().Find(id) != nullptr; });
+}
+
+std::vector<uint32_t> WithoutRepeats(const std::vector<uint32_t>& ids) {
+  std::vector<uint32_t> once;
+  std::set<uint32_t> taken;
+  for (const uint32_t id : ids) {
+    if (taken.insert(id).second) once.push_back(id);
+  }
+  return once;
 }
 
 Reply CreateTopLevelSet(FontLibrary& library, const Arguments& arguments) {
   const std::vector<uint32_t> fontIDs = arguments.Numbers("fontIDs");
   const std::string name = arguments.Text("name");
   const uint32_t workgroupID = arguments.Number("workgroupID");
-  if (name.empty() || workgroupID != kFontLibrary.id) return {kInvalidParam};
+  if (name.empty() || name.size() > kLongestSetName || workgroupID != kFontLibrary.id) return {kInvalidParam};
   if (!AreAllKnown(library, fontIDs)) return {kNotFound};
   return {kSuccess, {{"setID", library.User().CreateSet(name, workgroupID, fontIDs)}}};
 }
 
 Reply AddFontsToSets(FontLibrary& library, const Arguments& arguments) {
-  const std::vector<uint32_t> fontIDs = arguments.Numbers("fontIDs");
+  const std::vector<uint32_t> setIDs = WithoutRepeats(arguments.Numbers("setIDs"));
+  const std::vector<uint32_t> fontIDs = WithoutRepeats(arguments.Numbers("fontIDs"));
+  if (setIDs.size() * fontIDs.size() > agent_protocol::kMostNumbers) return {kInvalidParam};
   if (!AreAllKnown(library, fontIDs)) return {kNotFound};
-  return {library.User().AddToSets(arguments.Numbers("setIDs"), fontIDs) ? kSuccess : kNotFound};
+  return {library.User().AddToSets(setIDs, fontIDs) ? kSuccess : kNotFound};
 }
 
 Reply GetSets(FontLibrary& library, const Arguments&) {

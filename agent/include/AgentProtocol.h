@@ -10,6 +10,7 @@
 // with "KeepActivations".
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace agent_protocol {
@@ -18,6 +19,14 @@ inline constexpr const char* kAgentName = "Nexcore";
 inline constexpr const char* kAgentIdentifier = "com.velorant.Nexcore";
 inline constexpr const char* kAgentSocketName = "nexcore.sock";
 inline constexpr int32_t kProtocolVersion = 1;
+
+// What one request may cost. The bytes of a request, shorter than those of a reply; a longer one ends the connection.
+inline constexpr uint32_t kLongestRequest = 1u << 20;
+// The numbers in a list of a request, and the pairs of set and font of one "AddFontsToSets".
+inline constexpr size_t kMostNumbers = 65536;
+// What one client may have waiting for the first scan, and all clients together.
+inline constexpr size_t kMostHeldRequests = 1000;
+inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 
 // The agent's one argument is its state folder. It reads STATE/nexcore.json there, every key of which may be left out:
 //   {"library": ["/folder", ...],      folders to scan, with those below them; relative ones are meant from STATE

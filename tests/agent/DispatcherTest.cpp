@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "agent/Database.h"
+#include "agent/include/AgentProtocol.h"
 
 namespace {
 
@@ -97,6 +98,30 @@ TEST_F(DispatcherTest, SurvivesAMessageOfNothingButBrackets) {
   EXPECT_THAT(breaches_, ElementsAre(5, 6));
   dispatcher_.OnMessage(7, nested(100));
   EXPECT_THAT(sent_, ElementsAre(kBadArgument));
+}
+
+// What a client may cost is bounded, in each request and in what waits.
+TEST_F(DispatcherTest, RefusesWhatWouldCostTooMuch) {
+  const auto sum = [](size_t count) {
+    return Json{{"id", 1}, {"call", "Sum"}, {"arguments", {{"list", std::vector<int>(count, 0)}}}}.dump();
+  };
+  dispatcher_.OnMessage(1, sum(agent_protocol::kMostNumbers));
+  dispatcher_.OnMessage(1, sum(agent_protocol::kMostNumbers + 1));
+  EXPECT_THAT(sent_, ElementsAre(R"({"code":0,"id":1,"result":{"one":0,"sum":0}})", kBadArgument));
+  sent_.clear();
+  const std::string waiting = R"({"id":1,"call":"Fonts"})";
+  for (size_t i = 0; i < agent_protocol::kMostHeldRequests; ++i) dispatcher_.OnMessage(1, waiting);
+  EXPECT_THAT(sent_, IsEmpty());
+  dispatcher_.OnMessage(1, waiting);
+  EXPECT_THAT(sent_, ElementsAre(R"({"code":285212672,"id":1,"result":{}})"));
+  dispatcher_.OnMessage(2, waiting);
+  for (ClientID client = 3; client < 100; ++client) {
+    dispatcher_.OnMessage(client, waiting + std::string(agent_protocol::kLongestRequest - waiting.size(), ' '));
+  }
+  const size_t refused = sent_.size();
+  EXPECT_GT(refused, 50u);
+  dispatcher_.Release();
+  EXPECT_EQ(sent_.size() - refused, agent_protocol::kMostHeldRequests + 1 + 97 - (refused - 1));
 }
 
 // "Not found" must not mean "not yet".

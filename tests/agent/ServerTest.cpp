@@ -47,8 +47,8 @@ const FrameRow kFrames[] = {
     {"one", Framed("hello"), {"hello"}, false},
     {"empty", Framed(""), {""}, false},
     {"two and a half", Framed("a") + Framed("bb") + Framed("ccc").substr(0, 5), {"a", "bb"}, false},
-    {"longest, as yet only announced", "\x04\0\0\0"s, {}, false},
-    {"one above the longest", "\x04\0\0\1"s, {}, true},
+    {"longest, as yet only announced", "\0\x10\0\0"s, {}, false},
+    {"one above the longest", "\0\x10\0\1"s, {}, true},
     {"a request of another protocol", "GET / HTTP/1.1\r\n\r\n", {}, true},
     {"nonsense after a message", Framed("a") + "\xFF\xFF\xFF\xFF", {"a"}, true},
 };
