@@ -14,6 +14,9 @@ std::string EditionName(const std::string& bundleName) {
   return bundleName;
 }
 
+// The plug-in names its host by the key of its kind, which is nothing to show to a user.
+std::string HostName(const std::string& key) { return key == "PhotoshopCC2020" ? "Document Host" : key; }
+
 }  // namespace
 
 HostDetails& HostDetails::Shared() {
@@ -22,7 +25,9 @@ HostDetails& HostDetails::Shared() {
 }
 
 void HostDetails::Take(const platform::Dictionary& details) {
-  TakeText(details, "HostApp", hostApp);
+  std::string host;
+  TakeText(details, "HostApp", host);
+  if (!host.empty()) hostApp = HostName(host);
   TakeText(details, "PluginVersion", pluginVersion);
   TakeText(details, "VelorantPluginInterfaceVersion", interfaceVersion);
   std::string bundleName;

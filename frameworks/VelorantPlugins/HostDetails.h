@@ -12,7 +12,7 @@ struct HostDetails {
   // "FontManager" (the bundle name of an edition of the font manager).
   void Take(const platform::Dictionary& details);
 
-  std::string hostApp = "the host application";
+  std::string hostApp = "Document Host";  // the name, as the user reads it
   std::string pluginVersion;
   std::string interfaceVersion;
   std::string fontManager = "Velorant";  // the edition's name, as the user reads it

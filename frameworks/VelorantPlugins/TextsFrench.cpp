@@ -7,11 +7,10 @@ namespace {
 constexpr Text kTexts[] = {
     {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] n’est pas en cours d’exécution"},
     {"FontManagerNotFoundMessage",
-     "Le module d’activation automatique ne peut pas joindre le gestionnaire de polices. Aucune police n’est "
-     "activée jusqu’à ce qu’il fonctionne de nouveau."},
-    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] n’est pas à jour"},
+     "Le module d’activation automatique ne peut pas joindre le gestionnaire de polices. Aucune police n’est activée tant que vous n’avez pas redémarré [host app]."},
+    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] ne peut pas être utilisé"},
     {"MarquineOldVersionMessage",
-     "Le gestionnaire de polices est trop ancien pour ce module. Mettez-le à jour, puis redémarrez [host app]."},
+     "Aucun gestionnaire de polices utilisable par ce module n’est en cours d’exécution. Aucune police n’est activée tant que vous n’avez pas redémarré [host app]."},
     {"ConnectionLostHeader", "Connexion perdue"},
     {"ConnectionLostMessage",
      "La connexion au serveur de polices a été perdue. Les polices absentes de cet ordinateur ne peuvent pas être "
@@ -44,8 +43,7 @@ constexpr Text kTexts[] = {
      "les activer ?"},
     {"NoLibrariesHeader", "Aucune bibliothèque de polices"},
     {"NoLibrariesMessage",
-     "Il n’y a aucune bibliothèque d’où activer des polices. Créez-en une dans [FONT_MANAGER_MODIFIER], puis "
-     "redémarrez [host app]."},
+     "Il n’y a aucune bibliothèque d’où activer des polices. Indiquez à [host app] un dossier de polices comme bibliothèque, puis redémarrez."},
     {"NoWorkgroupsHeader", "Aucun groupe de travail"},
     {"NoWorkgroupsMessage",
      "Vous n’appartenez à aucun groupe de travail. Demandez à l’administrateur de votre serveur de polices de vous "
@@ -71,16 +69,14 @@ constexpr Text kTexts[] = {
      "Le client [FONT_MANAGER_MODIFIER] et ce module sont de versions différentes. Demandez une mise à jour à votre "
      "administrateur, puis redémarrez [host app]."},
     {"FontVaultClosedMsg",
-     "Le coffre de polices est fermé. Aucune police ne peut être activée jusqu’à sa réouverture."},
-    {"VaultNeedsUpgradeTitle", "Le coffre de polices doit être mis à niveau"},
+     "Le coffre de polices est fermé. Aucune police n’est activée tant que vous n’avez pas redémarré [host app]."},
+    {"VaultNeedsUpgradeTitle", "Le coffre de polices ne peut pas être utilisé"},
     {"VaultNeedsUpgradeMessage",
-     "Le coffre de polices a été créé par une autre version du gestionnaire de polices. Ouvrez "
-     "[FONT_MANAGER_MODIFIER] pour le mettre à niveau, puis redémarrez [host app]."},
+     "Le coffre de polices a été créé par une autre version du gestionnaire de polices. Son journal, agent.log, en dit plus. Aucune police n’est activée tant que vous n’avez pas redémarré [host app]."},
     {"CouldNotOpenVaultInUseLaunchPrefs",
-     "Le coffre de polices « %@ » est utilisé par un autre programme. Fermez ce programme, ou choisissez un autre "
-     "coffre dans [FONT_MANAGER_MODIFIER]."},
+     "Le coffre de polices « %@ » est utilisé par un autre programme. Fermez ce programme, puis redémarrez [host app]."},
     {"CouldNotOpenVaultLaunchPrefs",
-     "Le coffre de polices « %@ » n’a pas pu être ouvert. Choisissez un autre coffre dans [FONT_MANAGER_MODIFIER]."},
+     "Le coffre de polices « %@ » n’a pas pu être ouvert. Le journal du gestionnaire de polices, agent.log, en donne la raison. Aucune police n’est activée tant que vous n’avez pas redémarré [host app]."},
     {"SomeLayersMissingFontsMessage",
      "Certains calques de ce document utilisent des polices qui n’ont pas été trouvées."},
     {"CommandNotAvailableHeader", "Cette commande n’est pas disponible"},

@@ -7,12 +7,10 @@ namespace {
 constexpr Text kTexts[] = {
     {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] läuft nicht"},
     {"FontManagerNotFoundMessage",
-     "Das Plug-in zur automatischen Aktivierung erreicht die Schriftverwaltung nicht. Bis sie wieder läuft, werden "
-     "keine Schriften aktiviert."},
-    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] ist veraltet"},
+     "Das Plug-in zur automatischen Aktivierung erreicht die Schriftverwaltung nicht. Bis Sie [host app] neu starten, werden keine Schriften aktiviert."},
+    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] kann nicht benutzt werden"},
     {"MarquineOldVersionMessage",
-     "Die Schriftverwaltung ist älter, als dieses Plug-in es verlangt. Aktualisieren Sie sie und starten Sie dann "
-     "[host app] neu."},
+     "Es läuft keine Schriftverwaltung, mit der dieses Plug-in arbeiten kann. Bis Sie [host app] neu starten, werden keine Schriften aktiviert."},
     {"ConnectionLostHeader", "Verbindung unterbrochen"},
     {"ConnectionLostMessage",
      "Die Verbindung zum Schriftserver wurde unterbrochen. Schriften, die nicht auf diesem Rechner liegen, können "
@@ -44,8 +42,7 @@ constexpr Text kTexts[] = {
      "Einige Schriften des Dokuments liegen nur auf dem Schriftserver. Möchten Sie online gehen und sie aktivieren?"},
     {"NoLibrariesHeader", "Keine Schriftbibliothek"},
     {"NoLibrariesMessage",
-     "Es gibt keine Schriftbibliothek, aus der Schriften aktiviert werden können. Legen Sie in "
-     "[FONT_MANAGER_MODIFIER] eine an und starten Sie dann [host app] neu."},
+     "Es gibt keine Schriftbibliothek, aus der Schriften aktiviert werden können. Nennen Sie [host app] einen Ordner mit Schriften als Bibliothek und starten Sie es dann neu."},
     {"NoWorkgroupsHeader", "Keine Arbeitsgruppe"},
     {"NoWorkgroupsMessage",
      "Sie gehören zu keiner Arbeitsgruppe. Bitten Sie den Administrator Ihres Schriftservers, Sie in eine "
@@ -69,17 +66,14 @@ constexpr Text kTexts[] = {
      "Der [FONT_MANAGER_MODIFIER]-Client und dieses Plug-in haben verschiedene Versionen. Bitten Sie Ihren "
      "Administrator um eine Aktualisierung und starten Sie dann [host app] neu."},
     {"FontVaultClosedMsg",
-     "Der Schrifttresor ist geschlossen. Bis er wieder geöffnet wird, können keine Schriften aktiviert werden."},
-    {"VaultNeedsUpgradeTitle", "Der Schrifttresor muss aktualisiert werden"},
+     "Der Schrifttresor ist geschlossen. Bis Sie [host app] neu starten, werden keine Schriften aktiviert."},
+    {"VaultNeedsUpgradeTitle", "Der Schrifttresor kann nicht benutzt werden"},
     {"VaultNeedsUpgradeMessage",
-     "Der Schrifttresor stammt von einer anderen Version der Schriftverwaltung. Öffnen Sie [FONT_MANAGER_MODIFIER], "
-     "um ihn zu aktualisieren, und starten Sie dann [host app] neu."},
+     "Der Schrifttresor stammt von einer anderen Version der Schriftverwaltung. Mehr steht in ihrem Protokoll, agent.log. Bis Sie [host app] neu starten, werden keine Schriften aktiviert."},
     {"CouldNotOpenVaultInUseLaunchPrefs",
-     "Der Schrifttresor „%@“ wird von einem anderen Programm benutzt. Schließen Sie dieses Programm, oder wählen "
-     "Sie in [FONT_MANAGER_MODIFIER] einen anderen Tresor."},
+     "Der Schrifttresor „%@“ wird von einem anderen Programm benutzt. Schließen Sie dieses Programm und starten Sie dann [host app] neu."},
     {"CouldNotOpenVaultLaunchPrefs",
-     "Der Schrifttresor „%@“ konnte nicht geöffnet werden. Wählen Sie in [FONT_MANAGER_MODIFIER] einen anderen "
-     "Tresor."},
+     "Der Schrifttresor „%@“ konnte nicht geöffnet werden. Der Grund steht im Protokoll der Schriftverwaltung, agent.log. Bis Sie [host app] neu starten, werden keine Schriften aktiviert."},
     {"SomeLayersMissingFontsMessage", "Einige Ebenen dieses Dokuments verwenden Schriften, die nicht gefunden wurden."},
     {"CommandNotAvailableHeader", "Dieser Befehl ist nicht verfügbar"},
     {"CreateDocSetNotAvailableMessage",

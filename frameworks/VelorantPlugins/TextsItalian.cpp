@@ -7,11 +7,10 @@ namespace {
 constexpr Text kTexts[] = {
     {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] non è in esecuzione"},
     {"FontManagerNotFoundMessage",
-     "Il plug-in di attivazione automatica non riesce a raggiungere il gestore di font. Nessun font viene attivato "
-     "finché non è di nuovo in funzione."},
-    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] non è aggiornato"},
+     "Il plug-in di attivazione automatica non riesce a raggiungere il gestore di font. Nessun font viene attivato finché non si riavvia [host app]."},
+    {"MarquineOldVersionHeader", "Impossibile usare [FONT_MANAGER_MODIFIER]"},
     {"MarquineOldVersionMessage",
-     "Il gestore di font è troppo vecchio per questo plug-in. Aggiornarlo, quindi riavviare [host app]."},
+     "Non è in esecuzione alcun gestore di font con cui questo plug-in possa lavorare. Nessun font viene attivato finché non si riavvia [host app]."},
     {"ConnectionLostHeader", "Connessione interrotta"},
     {"ConnectionLostMessage",
      "La connessione al server dei font è stata interrotta. I font che non si trovano su questo computer non "
@@ -42,8 +41,7 @@ constexpr Text kTexts[] = {
      "Alcuni font del documento si trovano solo sul server dei font. Passare in linea e attivarli?"},
     {"NoLibrariesHeader", "Nessuna libreria di font"},
     {"NoLibrariesMessage",
-     "Non esiste una libreria da cui attivare i font. Crearne una in [FONT_MANAGER_MODIFIER], quindi riavviare "
-     "[host app]."},
+     "Non esiste una libreria da cui attivare i font. Indicare a [host app] una cartella di font come libreria, quindi riavviare."},
     {"NoWorkgroupsHeader", "Nessun gruppo di lavoro"},
     {"NoWorkgroupsMessage",
      "Non si appartiene ad alcun gruppo di lavoro. Chiedere all’amministratore del server dei font di essere "
@@ -66,16 +64,15 @@ constexpr Text kTexts[] = {
     {"HBCoreAgentOutOfSyncMessage",
      "Il client di [FONT_MANAGER_MODIFIER] e questo plug-in sono di versioni diverse. Chiedere un aggiornamento "
      "all’amministratore, quindi riavviare [host app]."},
-    {"FontVaultClosedMsg", "L’archivio dei font è chiuso. Nessun font può essere attivato finché non viene riaperto."},
-    {"VaultNeedsUpgradeTitle", "L’archivio dei font deve essere aggiornato"},
+    {"FontVaultClosedMsg",
+     "L’archivio dei font è chiuso. Nessun font viene attivato finché non si riavvia [host app]."},
+    {"VaultNeedsUpgradeTitle", "Impossibile usare l’archivio dei font"},
     {"VaultNeedsUpgradeMessage",
-     "L’archivio dei font proviene da un’altra versione del gestore di font. Aprire [FONT_MANAGER_MODIFIER] per "
-     "aggiornarlo, quindi riavviare [host app]."},
+     "L’archivio dei font proviene da un’altra versione del gestore di font. Il suo registro, agent.log, fornisce altri dettagli. Nessun font viene attivato finché non si riavvia [host app]."},
     {"CouldNotOpenVaultInUseLaunchPrefs",
-     "L’archivio dei font “%@” è usato da un altro programma. Chiudere quel programma, oppure scegliere un altro "
-     "archivio in [FONT_MANAGER_MODIFIER]."},
+     "L’archivio dei font “%@” è usato da un altro programma. Chiudere quel programma, quindi riavviare [host app]."},
     {"CouldNotOpenVaultLaunchPrefs",
-     "Impossibile aprire l’archivio dei font “%@”. Scegliere un altro archivio in [FONT_MANAGER_MODIFIER]."},
+     "Impossibile aprire l’archivio dei font “%@”. Il registro del gestore di font, agent.log, ne indica il motivo. Nessun font viene attivato finché non si riavvia [host app]."},
     {"SomeLayersMissingFontsMessage", "Alcuni livelli di questo documento usano font che non sono stati trovati."},
     {"CommandNotAvailableHeader", "Questo comando non è disponibile"},
     {"CreateDocSetNotAvailableMessage",

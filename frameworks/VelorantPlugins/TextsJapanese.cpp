@@ -7,12 +7,10 @@ namespace {
 constexpr Text kTexts[] = {
     {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] が起動していません"},
     {"FontManagerNotFoundMessage",
-     "自動アクティベーションプラグインがフォントマネージャーに接続できません。再び起動するまで、フォントはアクティベ"
-     "ートされません。"},
-    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] のバージョンが古すぎます"},
+     "自動アクティベーションプラグインがフォントマネージャーに接続できません。[host app] を再起動するまで、フォントはアクティベートされません。"},
+    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] を使用できません"},
     {"MarquineOldVersionMessage",
-     "フォントマネージャーがこのプラグインに必要なバージョンより古いものです。更新してから [host app] を再起動してく"
-     "ださい。"},
+     "このプラグインで使用できるフォントマネージャーが起動していません。[host app] を再起動するまで、フォントはアクティベートされません。"},
     {"ConnectionLostHeader", "接続が切れました"},
     {"ConnectionLostMessage",
      "フォントサーバーとの接続が切れました。回復するまで、このコンピューターにないフォントはアクティベートできません"
@@ -42,8 +40,7 @@ constexpr Text kTexts[] = {
      "ドキュメントのフォントの一部はフォントサーバーにしかありません。オンラインにしてアクティベートしますか?"},
     {"NoLibrariesHeader", "フォントライブラリがありません"},
     {"NoLibrariesMessage",
-     "フォントをアクティベートするためのライブラリがありません。[FONT_MANAGER_MODIFIER] で作成してから [host app] を"
-     "再起動してください。"},
+     "フォントをアクティベートするためのライブラリがありません。フォントのフォルダーをライブラリとして [host app] に指定してから、再起動してください。"},
     {"NoWorkgroupsHeader", "ワークグループがありません"},
     {"NoWorkgroupsMessage", "どのワークグループにも属していません。フォントサーバーの管理者に追加を依頼してください。"},
     {"CannotExportHeader", "フォントを収集できません"},
@@ -63,16 +60,15 @@ constexpr Text kTexts[] = {
     {"HBCoreAgentOutOfSyncMessage",
      "[FONT_MANAGER_MODIFIER] クライアントとこのプラグインのバージョンが異なります。管理者に更新を依頼してから "
      "[host app] を再起動してください。"},
-    {"FontVaultClosedMsg", "フォント保管庫が閉じています。再び開くまで、フォントはアクティベートできません。"},
-    {"VaultNeedsUpgradeTitle", "フォント保管庫のアップグレードが必要です"},
+    {"FontVaultClosedMsg",
+     "フォント保管庫が閉じています。[host app] を再起動するまで、フォントはアクティベートされません。"},
+    {"VaultNeedsUpgradeTitle", "フォント保管庫を使用できません"},
     {"VaultNeedsUpgradeMessage",
-     "フォント保管庫は別のバージョンのフォントマネージャーで作成されたものです。[FONT_MANAGER_MODIFIER] を開いてアッ"
-     "プグレードしてから [host app] を再起動してください。"},
+     "フォント保管庫は別のバージョンのフォントマネージャーで作成されたものです。詳細はフォントマネージャーのログ agent.log にあります。[host app] を再起動するまで、フォントはアクティベートされません。"},
     {"CouldNotOpenVaultInUseLaunchPrefs",
-     "フォント保管庫「%@」は別のプログラムが使用中です。そのプログラムを終了するか、[FONT_MANAGER_MODIFIER] で別の保"
-     "管庫を選んでください。"},
+     "フォント保管庫「%@」は別のプログラムが使用中です。そのプログラムを終了してから [host app] を再起動してください。"},
     {"CouldNotOpenVaultLaunchPrefs",
-     "フォント保管庫「%@」を開けませんでした。[FONT_MANAGER_MODIFIER] で別の保管庫を選んでください。"},
+     "フォント保管庫「%@」を開けませんでした。理由はフォントマネージャーのログ agent.log にあります。[host app] を再起動するまで、フォントはアクティベートされません。"},
     {"SomeLayersMissingFontsMessage",
      "このドキュメントの一部のレイヤーで使用されているフォントが見つかりませんでした。"},
     {"CommandNotAvailableHeader", "このコマンドは使用できません"},

@@ -7,11 +7,10 @@ namespace {
 constexpr Text kTexts[] = {
     {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] não está em execução"},
     {"FontManagerNotFoundMessage",
-     "O plug-in de ativação automática não consegue acessar o gerenciador de fontes. Nenhuma fonte será ativada até "
-     "que ele volte a funcionar."},
-    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] está desatualizado"},
+     "O plug-in de ativação automática não consegue acessar o gerenciador de fontes. Nenhuma fonte será ativada até que você reinicie [host app]."},
+    {"MarquineOldVersionHeader", "Não é possível usar [FONT_MANAGER_MODIFIER]"},
     {"MarquineOldVersionMessage",
-     "O gerenciador de fontes é antigo demais para este plug-in. Atualize-o e reinicie [host app]."},
+     "Não há em execução nenhum gerenciador de fontes com o qual este plug-in possa trabalhar. Nenhuma fonte será ativada até que você reinicie [host app]."},
     {"ConnectionLostHeader", "Conexão perdida"},
     {"ConnectionLostMessage",
      "A conexão com o servidor de fontes foi perdida. Fontes que não estão neste computador não podem ser ativadas "
@@ -42,7 +41,7 @@ constexpr Text kTexts[] = {
      "Algumas fontes do documento estão apenas no servidor de fontes. Deseja ficar on-line e ativá-las?"},
     {"NoLibrariesHeader", "Nenhuma biblioteca de fontes"},
     {"NoLibrariesMessage",
-     "Não há nenhuma biblioteca de onde ativar fontes. Crie uma em [FONT_MANAGER_MODIFIER] e reinicie [host app]."},
+     "Não há nenhuma biblioteca de onde ativar fontes. Indique a [host app] uma pasta de fontes como biblioteca e reinicie."},
     {"NoWorkgroupsHeader", "Nenhum grupo de trabalho"},
     {"NoWorkgroupsMessage",
      "Você não pertence a nenhum grupo de trabalho. Peça ao administrador do servidor de fontes que o adicione a um."},
@@ -64,16 +63,14 @@ constexpr Text kTexts[] = {
      "O cliente de [FONT_MANAGER_MODIFIER] e este plug-in são de versões diferentes. Peça uma atualização ao "
      "administrador e reinicie [host app]."},
     {"FontVaultClosedMsg",
-     "O cofre de fontes está fechado. Nenhuma fonte pode ser ativada até que ele seja aberto de novo."},
-    {"VaultNeedsUpgradeTitle", "O cofre de fontes precisa ser atualizado"},
+     "O cofre de fontes está fechado. Nenhuma fonte será ativada até que você reinicie [host app]."},
+    {"VaultNeedsUpgradeTitle", "Não é possível usar o cofre de fontes"},
     {"VaultNeedsUpgradeMessage",
-     "O cofre de fontes vem de outra versão do gerenciador de fontes. Abra [FONT_MANAGER_MODIFIER] para atualizá-lo "
-     "e reinicie [host app]."},
+     "O cofre de fontes vem de outra versão do gerenciador de fontes. O log dele, agent.log, traz mais detalhes. Nenhuma fonte será ativada até que você reinicie [host app]."},
     {"CouldNotOpenVaultInUseLaunchPrefs",
-     "O cofre de fontes “%@” está em uso por outro programa. Feche esse programa ou escolha outro cofre em "
-     "[FONT_MANAGER_MODIFIER]."},
+     "O cofre de fontes “%@” está em uso por outro programa. Feche esse programa e reinicie [host app]."},
     {"CouldNotOpenVaultLaunchPrefs",
-     "Não foi possível abrir o cofre de fontes “%@”. Escolha outro cofre em [FONT_MANAGER_MODIFIER]."},
+     "Não foi possível abrir o cofre de fontes “%@”. O log do gerenciador de fontes, agent.log, informa o motivo. Nenhuma fonte será ativada até que você reinicie [host app]."},
     {"SomeLayersMissingFontsMessage", "Algumas camadas deste documento usam fontes que não foram encontradas."},
     {"CommandNotAvailableHeader", "Este comando não está disponível"},
     {"CreateDocSetNotAvailableMessage",

@@ -7,11 +7,10 @@ namespace {
 constexpr Text kTexts[] = {
     {"FontManagerNotFoundHeader", "[FONT_MANAGER_MODIFIER] no está en ejecución"},
     {"FontManagerNotFoundMessage",
-     "El módulo de activación automática no puede comunicarse con el gestor de fuentes. No se activará ninguna "
-     "fuente hasta que vuelva a funcionar."},
-    {"MarquineOldVersionHeader", "[FONT_MANAGER_MODIFIER] no está actualizado"},
+     "El módulo de activación automática no puede comunicarse con el gestor de fuentes. No se activará ninguna fuente hasta que reinicie [host app]."},
+    {"MarquineOldVersionHeader", "No se puede usar [FONT_MANAGER_MODIFIER]"},
     {"MarquineOldVersionMessage",
-     "El gestor de fuentes es demasiado antiguo para este módulo. Actualícelo y reinicie [host app]."},
+     "No está en marcha ningún gestor de fuentes con el que este módulo pueda trabajar. No se activará ninguna fuente hasta que reinicie [host app]."},
     {"ConnectionLostHeader", "Conexión perdida"},
     {"ConnectionLostMessage",
      "Se ha perdido la conexión con el servidor de fuentes. Las fuentes que no están en este equipo no se pueden "
@@ -43,8 +42,7 @@ constexpr Text kTexts[] = {
      "Algunas fuentes del documento están solo en el servidor de fuentes. ¿Desea conectarse y activarlas?"},
     {"NoLibrariesHeader", "No hay ninguna biblioteca de fuentes"},
     {"NoLibrariesMessage",
-     "No hay ninguna biblioteca desde la que activar fuentes. Cree una en [FONT_MANAGER_MODIFIER] y reinicie [host "
-     "app]."},
+     "No hay ninguna biblioteca desde la que activar fuentes. Indique a [host app] una carpeta de fuentes como biblioteca y reinícielo."},
     {"NoWorkgroupsHeader", "Ningún grupo de trabajo"},
     {"NoWorkgroupsMessage",
      "No pertenece a ningún grupo de trabajo. Pida al administrador de su servidor de fuentes que le añada a uno."},
@@ -66,16 +64,14 @@ constexpr Text kTexts[] = {
      "El cliente de [FONT_MANAGER_MODIFIER] y este módulo son de versiones distintas. Pida una actualización a su "
      "administrador y reinicie [host app]."},
     {"FontVaultClosedMsg",
-     "El almacén de fuentes está cerrado. No se puede activar ninguna fuente hasta que se abra de nuevo."},
-    {"VaultNeedsUpgradeTitle", "El almacén de fuentes se debe actualizar"},
+     "El almacén de fuentes está cerrado. No se activará ninguna fuente hasta que reinicie [host app]."},
+    {"VaultNeedsUpgradeTitle", "No se puede usar el almacén de fuentes"},
     {"VaultNeedsUpgradeMessage",
-     "El almacén de fuentes procede de otra versión del gestor de fuentes. Abra [FONT_MANAGER_MODIFIER] para "
-     "actualizarlo y reinicie [host app]."},
+     "El almacén de fuentes procede de otra versión del gestor de fuentes. Su registro, agent.log, da más detalles. No se activará ninguna fuente hasta que reinicie [host app]."},
     {"CouldNotOpenVaultInUseLaunchPrefs",
-     "Otro programa está usando el almacén de fuentes «%@». Cierre ese programa o elija otro almacén en "
-     "[FONT_MANAGER_MODIFIER]."},
+     "Otro programa está usando el almacén de fuentes «%@». Cierre ese programa y reinicie [host app]."},
     {"CouldNotOpenVaultLaunchPrefs",
-     "No se ha podido abrir el almacén de fuentes «%@». Elija otro almacén en [FONT_MANAGER_MODIFIER]."},
+     "No se ha podido abrir el almacén de fuentes «%@». El registro del gestor de fuentes, agent.log, indica el motivo. No se activará ninguna fuente hasta que reinicie [host app]."},
     {"SomeLayersMissingFontsMessage", "Algunas capas de este documento usan fuentes que no se han encontrado."},
     {"CommandNotAvailableHeader", "Este comando no está disponible"},
     {"CreateDocSetNotAvailableMessage",

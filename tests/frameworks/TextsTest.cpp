@@ -139,8 +139,11 @@ TEST_F(UIFrameworkTest, TheTextIsInTheUsersLanguage) {
 
 TEST_F(UIFrameworkTest, PlaceholdersAreFilledInOnce) {
   const char* kTitle = "[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]";
-  EXPECT_EQ(Localized(kTitle), "Velorant Auto-Activation Plug-in for the host application");
+  EXPECT_EQ(Localized(kTitle), "Velorant Auto-Activation Plug-in for Document Host");
   platform::Dictionary details = platform::Dictionary::Create();
+  details.Set("HostApp", "PhotoshopCC2020");
+  Start(details);
+  EXPECT_EQ(Localized(kTitle), "Velorant Auto-Activation Plug-in for Document Host");
   details.Set("HostApp", "[FONT_MANAGER_MODIFIER] [");
   Start(details);
   const struct {

@@ -223,6 +223,20 @@ TEST_F(Life, CommandBoxRunsTheChosenCommand) {
   EXPECT_THAT(result.errors, HasSubstr("A set belongs to one workgroup or library."));
 }
 
+TEST_F(Life, FontsAreCollectedWhereTheUserSays) {
+  // As it is typed: from the current folder.
+  const std::string relative = std::filesystem::relative(folder_ / "collected").string();
+  const std::string impossible = folder_.Write("file", "") + "/below";
+  std::string script = "open " + kPoster + "\n";
+  for (const std::string& folder : {relative, impossible}) {
+    script += "answer button 3\nanswer button 1 text '" + folder + "'\ndo-it\n";
+  }
+  const HostResult result = RunScript(script);
+  std::set<std::string> names = folder_.Names("collected");
+  EXPECT_THAT(names, Contains("LiberationSerif-Bold.ttf"));
+  EXPECT_THAT(result.errors, HasSubstr(impossible + ": the fonts could not be collected here"));
+}
+
 TEST_F(Life, NewDocumentIsEditedSavedAndFoundAgain) {
   const std::string file = folder_ / "new.psd";
   const HostResult result = RunScript("make\nedit C059-Bold\nsave-as " + file + "\nclose\nopen " + file + "\n");

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <thread>
 
 #include "GConfigurationFile.h"
@@ -147,6 +149,20 @@ TModuleErrorCode GetProcessID(const std::string& bundleID, int& outPID) {
 
 TModuleErrorCode SetFrontApplication(int) { return CoreErrorCodes::kNotSupported; }
 
+namespace {
+
+// What a user types at a prompt is meant from the current folder, and "~" is the user's own folder.
+std::string AbsolutePath(const std::string& typed) {
+  std::string path = typed;
+  const char* home = std::getenv("HOME");
+  if (home && (path == "~" || path.starts_with("~/"))) path.replace(0, 1, home);
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+  return error ? path : absolute.lexically_normal().string();
+}
+
+}  // namespace
+
 int ShowSaveFolderDialog(const std::string& documentName, std::string& outPath, const std::string& title,
                          const std::string& message, const std::string& nameFormat) {
   std::string name = nameFormat;
@@ -159,7 +175,7 @@ int ShowSaveFolderDialog(const std::string& documentName, std::string& outPath, 
   const platform::Dictionary answer = platform::RunBox(box);
   const std::string chosen = answer.GetString("Text").Text();
   if (answer.GetInteger("Button") != 1 || chosen.empty()) return -1;
-  outPath = chosen;
+  outPath = AbsolutePath(chosen);
   return 0;
 }
 

@@ -34,7 +34,8 @@ TModuleErrorCode GetProcessID(const std::string& bundleID, int& outPID);
 // There is no front program among the programs of this desktop: CoreErrorCodes::kNotSupported.
 TModuleErrorCode SetFrontApplication(int pid);
 
-// 0, or -1 when cancelled. nameFormat holds one "%@" for the document's name.
+// Asks for a folder to write to. nameFormat, with the document's name for its one "%@", is the name offered. Returns 0
+// and an absolute path in outPath (it need not exist), or -1 if the user cancels.
 int ShowSaveFolderDialog(const std::string& documentName, std::string& outPath, const std::string& title,
                          const std::string& message, const std::string& nameFormat);
 void ShowMessage(const std::string& text);

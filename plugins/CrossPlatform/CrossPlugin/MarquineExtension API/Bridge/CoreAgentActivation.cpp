@@ -1,5 +1,6 @@
 // Activation states, activation, and the two commands that make a set and collect fonts.
 #include <algorithm>
+#include <cstdio>
 
 #include "Bridge/AgentLaunch.h"
 #include "Bridge/CoreAgentInterface.h"
@@ -9,6 +10,7 @@
 #include "Services/MarquineGlobals.h"
 #include "XCore/ECFExtensions/XCFUtils.h"
 #include "platform/TextEncoding.h"
+#include "platform/Trace.h"
 
 using namespace GlyphsureSupport;
 using platform::Dictionary;
@@ -222,7 +224,12 @@ int CoreAgentInterface::CollectFontsUsedByCurrentDocument(const std::string& doc
       code = CallWithRelaunch(
           [&] { return AgentTable().pfExportFonts(GetFacade(), count, ids.data(), folder.c_str(), 0, 0); });
     }
-    return code == 0 ? 0 : -1;
+    if (code == 0) return 0;
+    char reason[32];
+    std::snprintf(reason, sizeof reason, "0x%08x", code);
+    platform::ReportProblem(folder + ": the fonts could not be collected here; the font manager refused with " +
+                            reason);
+    return -1;
   } catch (...) {
     // The command must never end the host; what was thrown is traced.
     OutputIndentedAndFormattedString(0, "Exception thrown somewhere under CollectFontsUsedByCurrentDocument().");
