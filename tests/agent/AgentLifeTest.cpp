@@ -17,6 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace agent_ring;
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -46,8 +47,10 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   EXPECT_THAT(Links(), SizeIs(2));
 
   uint32_t failed = 0, failedCount = 0, refusedCount = 0, refused = 0;
-  EXPECT_EQ(vpi_.ActivateFonts(Handle(), 1, &regular, 0, 1, 1, 1, 1, 1, &failed, &refused, &failedCount, &refusedCount),
-            PluginInterface::kAgentShutdownCode);
+  // Either code means that the agent is gone. Which one depends on whether its socket still took a connection as it died.
+  EXPECT_THAT(
+      vpi_.ActivateFonts(Handle(), 1, &regular, 0, 1, 1, 1, 1, 1, &failed, &refused, &failedCount, &refusedCount),
+      AnyOf(PluginInterface::kAgentShutdownCode, PluginInterface::kServiceUnavailableCode));
   int32_t running = 99;
   EXPECT_EQ(vpi_.GetIsCoreAgentProcessRunning(Handle(), &running), 0u);
   EXPECT_EQ(running, 0);
