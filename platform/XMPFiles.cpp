@@ -49,7 +49,7 @@ XMPAnswer Ask(XMPQuestion question, const std::string& path, bool scans, const s
   const std::string absolute = std::filesystem::absolute(path).string();
   const XMPMessage request{static_cast<uint32_t>(question), MostSeconds(path), scans, absolute, packet};
   std::string problem;
-  if (!XMPWorker::Shared().Ask(request, answer, &problem)) Fail(path, "its metadata " + problem);
+  if (!XMPWorker::Shared().Ask(request, answer, &problem)) Fail(path, problem);
   const auto kind = static_cast<XMPAnswer>(answer.kind);
   if (kind == XMPAnswer::kTooLarge) Fail(path, "its metadata is too large");
   return kind;

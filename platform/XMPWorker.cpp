@@ -94,7 +94,7 @@ void XMPWorker::Stop() {
 
 // Why there was no answer; the process is gone afterwards.
 std::string XMPWorker::Explain(bool isLate, uint32_t seconds) {
-  const std::string tooLong = "took more than " + std::to_string(seconds) + " seconds";
+  const std::string tooLong = "the XMP library took more than " + std::to_string(seconds) + " seconds";
   if (isLate) {
     Stop();
     return tooLong;
@@ -105,14 +105,14 @@ std::string XMPWorker::Explain(bool isLate, uint32_t seconds) {
   const bool isKnown = waitpid(process_, &status, 0) == process_;
   process_ = 0;
   socket_.Close();
-  if (!isKnown) return "ended the XMP library's process";
+  if (!isKnown) return "the XMP library's process ended";
   if (WIFEXITED(status) && WEXITSTATUS(status) == kWorkerOutOfMemory) {
-    return "needs more than " + std::to_string(kWorkerMemory >> 20) + " MiB of memory";
+    return "the XMP library needs more than " + std::to_string(kWorkerMemory >> 20) + " MiB of memory";
   }
-  if (WIFEXITED(status)) return "ended the XMP library's process with status " + std::to_string(WEXITSTATUS(status));
+  if (WIFEXITED(status)) return "the XMP library's process ended with status " + std::to_string(WEXITSTATUS(status));
   const int signal = WTERMSIG(status);
   if (signal == SIGXCPU || signal == SIGALRM) return tooLong;
-  return "is nested too deep or damaged (" + std::string(strsignal(signal)) + " in the XMP library)";
+  return "its metadata is nested too deep or damaged (" + std::string(strsignal(signal)) + " in the XMP library)";
 }
 
 bool XMPWorker::Ask(const XMPMessage& request, XMPMessage& answer, std::string* problem) {
@@ -121,7 +121,7 @@ bool XMPWorker::Ask(const XMPMessage& request, XMPMessage& answer, std::string* 
   // One that was killed while it had nothing to do is no fault of this request.
   if (process_ != 0 && waitpid(process_, nullptr, WNOHANG) != 0) process_ = 0;
   if (request.path.size() > kLargestXMPText || request.packet.size() > kLargestXMPText) {
-    *problem = "is larger than " + std::to_string(kLargestXMPText >> 20) + " MiB";
+    *problem = "its metadata is larger than " + std::to_string(kLargestXMPText >> 20) + " MiB";
     return false;
   }
   if (process_ == 0 && !Start(problem)) return false;

@@ -306,8 +306,8 @@ TEST_F(XMPTest, AWorkerThatDoesNotAnswerIsEndedAndTheNextRequestServed) {
   const XMPMessage request{static_cast<uint32_t>(XMPQuestion::kRead), 0, 0, folder_ / "none", ""};
   const struct {
     std::string program, problem;
-  } rows[] = {{script, "took more than 0 seconds"},
-              {"/bin/false", "ended the XMP library's process with status 1"},
+  } rows[] = {{script, "the XMP library took more than 0 seconds"},
+              {"/bin/false", "the XMP library's process ended with status 1"},
               {folder_ / "absent", folder_ / "absent can't be started: No such file or directory"}};
   for (const auto& row : rows) {
     XMPWorker worker(row.program);
