@@ -133,3 +133,13 @@ int main() {
   }
   return 0;
 }
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// A crash must end the sanitized worker by its signal too, as the host expects it, and not with a report and a status.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options();
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options();
+const char* __asan_default_options() { return "handle_segv=0"; }
+const char* __tsan_default_options() { return "handle_segv=0"; }
+// NOLINTEND(bugprone-reserved-identifier)
+#endif
