@@ -1,0 +1,153 @@
+// Opening and saving large documents in the host, whose pixels are noise: against reading the file once through a small
+// buffer, and against `cp` with the sync that makes a save survive a crash of the machine.
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Floor.h"
+#include "host/ByteOrder.h"
+#include "host/DocumentOperations.h"
+#include "host/TextLayer.h"
+#include "platform/Files.h"
+
+namespace {
+
+constexpr size_t kMiB = 1024 * 1024;
+constexpr int kRuns = 5;
+
+[[noreturn]] void Fail(const std::string& what) {
+  std::fprintf(stderr, "DocumentBenchmark: %s\n", what.c_str());
+  std::exit(2);
+}
+
+void AppendNoise(std::string& bytes, size_t count) {
+  static uint64_t sState = 88172645463325252ULL;
+  const size_t end = bytes.size() + count;
+  while (bytes.size() < end) {
+    sState ^= sState << 13;
+    sState ^= sState >> 7;
+    sState ^= sState << 17;
+    bytes.append(reinterpret_cast<const char*>(&sState), std::min(sizeof sState, end - bytes.size()));
+  }
+}
+
+// A document of about this size with one layer of text, whose composite image is raw noise.
+std::string Document(size_t size) {
+  std::string plain = host::NewLayeredFile(true);
+  host::ByteSource source(plain);
+  host::LayeredFile structure;
+  host::Pieces pieces;
+  if (!host::ParseLayeredFile(source, structure).empty() ||
+      !host::AddTextLayers(structure, plain.size(), {{"Text", "First"}}, pieces).empty()) {
+    Fail("the document can't be made");
+  }
+  std::string bytes = pieces.Join(plain);
+  host::ByteSource made(bytes);
+  host::ParseLayeredFile(made, structure);
+  constexpr uint64_t kWidth = 8192, kChannels = 3;
+  const uint64_t height = size / (kWidth * kChannels);
+  std::string sides;
+  host::AppendBigEndian(sides, height, 4);
+  host::AppendBigEndian(sides, kWidth, 4);
+  bytes.resize(structure.layersAndMaskEnd);
+  bytes.replace(14, sides.size(), sides);
+  bytes.append(2, '\0');  // raw
+  AppendNoise(bytes, height * kWidth * kChannels);
+  return bytes;
+}
+
+class Folder {
+ public:
+  Folder() {
+    const char* folder = std::getenv("TMPDIR");
+    path_ = std::string(folder ? folder : "/tmp") + "/documents-XXXXXX";
+    if (!mkdtemp(path_.data())) Fail(path_ + ": " + std::strerror(errno));
+  }
+  ~Folder() { platform::RemoveTree(path_); }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  std::string Write(const char* name, const std::string& bytes) const {
+    if (platform::ReplaceFile(path_ + name, bytes)) Fail(path_ + name + " can't be written");
+    return path_ + name;
+  }
+
+ private:
+  std::string path_;
+};
+
+void ReadOnce(const std::string& path) {
+  constexpr size_t kBuffer = 128 * 1024;
+  const platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  const auto buffer = std::make_unique<char[]>(kBuffer);
+  ssize_t got = 0;
+  do {
+    got = read(file.Get(), buffer.get(), kBuffer);
+  } while (got > 0);
+  if (got < 0) Fail(path);
+}
+
+void Check(const std::string& problem) {
+  if (!problem.empty()) Fail(problem);
+}
+
+void OpenAndClose(const std::string& path) {
+  host::DocumentOperations documents([](host_sdk::SPPluginRef) { return false; });
+  int32_t id = 0;
+  Check(documents.Open(path, &id));
+  if (documents.OpenDocuments().Find(id)->FontNames() != std::vector<std::string>{"First"}) Fail("the names differ");
+  Check(documents.Close(id));
+}
+
+void EditAndSave(const std::string& path) {
+  host::DocumentOperations documents([](host_sdk::SPPluginRef) { return false; });
+  int32_t id = 0;
+  Check(documents.Open(path, &id));
+  Check(documents.Edit(id, "Second"));
+  Check(documents.Save(id));
+  Check(documents.Close(id));
+}
+
+void Copy(const std::string& from, const std::string& to) {
+  const std::string command = "cp '" + from + "' '" + to + "' && sync '" + to + "'";
+  Check(std::system(command.c_str()) == 0 ? "" : "cp failed");
+}
+
+// The greatest memory of a process of its own that does the work, in MiB.
+double PeakOf(const std::function<void()>& work) {
+  const pid_t child = fork();
+  if (child == 0) {
+    work();
+    _exit(0);
+  }
+  int status = 0;
+  rusage usage{};
+  if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) Fail("measuring memory");
+  return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+}  // namespace
+
+int main() {
+  benchmark::Begin();
+  const Folder folder;
+  const std::string small = folder.Write("/small.psb", Document(kMiB));
+  const std::string medium = folder.Write("/medium.psb", Document(64 * kMiB));
+  const std::string large = folder.Write("/large.psb", Document(512 * kMiB));
+  benchmark::Compare(
+      "open, 512 MiB", 4, kRuns, [&] { OpenAndClose(large); }, [&] { ReadOnce(large); });
+  benchmark::Compare(
+      "open, edit, save, close, 64 MiB, synced", 2.5, kRuns, [&] { EditAndSave(medium); },
+      [&] { Copy(medium, medium + ".copy"); });
+  const double floor = PeakOf([&] { EditAndSave(small); });
+  benchmark::Report("peak memory, 512 MiB against 1 MiB", PeakOf([&] { EditAndSave(large); }), floor, 1.2, "MiB");
+  return benchmark::Finish();
+}
