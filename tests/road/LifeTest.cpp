@@ -173,7 +173,8 @@ TEST_F(Life, StateFolderThatIsRemovedIsToldOnce) {
   HostProcess host(Arguments({"--interactive"}));
   host.Send("open " + kPoster);
   host.NextEvent("opened");
-  std::filesystem::remove_all(state_.Path());
+  // Moved away in one step: the host may be writing its preferences, and removing file by file would race with that.
+  std::filesystem::rename(state_.Path(), folder_ / "removed");
   host.Send("edit\nopen " + kBrochure);
   EXPECT_THAT(host.NextEvent("error")["message"], HasSubstr("was removed or replaced"));
   EXPECT_THAT(host.NextEvent("error")["message"], HasSubstr("is not opened"));
