@@ -148,6 +148,15 @@ bool ActiveFolder::Holds(const std::string& path) const {
   return std::filesystem::canonical(folder.parent_path(), error).string() == realRoot_ && !error;
 }
 
+bool ActiveFolder::IsLinkOfAnyAgent(const std::string& path) const {
+  if (Holds(path)) return true;
+  if (kind_ != LinkKind::kHardPreferred) return false;
+  std::error_code error;
+  const std::filesystem::path root = std::filesystem::path(path).parent_path().parent_path();
+  return std::filesystem::canonical(root, error).parent_path() == std::filesystem::path(realRoot_).parent_path() &&
+         !error;
+}
+
 std::optional<uint32_t> ActiveFolder::IDOfLink(const std::string& path) const {
   return Holds(path) ? IDOfName(std::string_view(path).substr(path.rfind('/') + 1)) : std::nullopt;
 }

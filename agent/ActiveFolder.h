@@ -51,6 +51,8 @@ class ActiveFolder {
   bool PrefersHardLinks() const { return kind_ == LinkKind::kHardPreferred; }
   // Whether a path that fontconfig reports is one of these links, and the ID that such a link is named by.
   bool Holds(const std::string& path) const;
+  // Also true for a link of another agent of the user, which is no font of the operating system either.
+  bool IsLinkOfAnyAgent(const std::string& path) const;
   std::optional<uint32_t> IDOfLink(const std::string& path) const;
 
  private:

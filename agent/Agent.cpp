@@ -1,6 +1,7 @@
 #include "agent/Agent.h"
 
 #include "agent/Calls.h"
+#include "agent/DesktopFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 #include "platform/Files.h"
@@ -28,6 +29,7 @@ Agent::Agent(const Configuration& configuration, platform::RunLoop& loop)
 std::error_code Agent::Start() {
   if (const std::error_code error = platform::MakeFolder(configuration_.DataFolder(), 0700)) return error;
   if (const std::error_code error = log_.Open(configuration_.DataFolder() + "/agent.log")) return error;
+  ClearDesktop();
   try {
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, MakeLibraryEvents());
   } catch (const StoreError& error) {
@@ -40,6 +42,15 @@ std::error_code Agent::Start() {
   if (library_) library_->Start();
   if (configuration_.exitWithLastClient) EndAfter(kPatienceForFirstClient);
   return {};
+}
+
+void Agent::ClearDesktop() {
+  const std::string folder = configuration_.ActiveFolderPath();
+  if (configuration_.desktop) {
+    const std::error_code error = ClaimDesktopFolder(folder, configuration_.stateFolder);
+    if (error) log_.Write(folder + ": " + platform::DescribeError(error));
+  }
+  RemoveLinksOfDeadAgents(configuration_, loop_, [this](const std::string& line) { log_.Write(line); });
 }
 
 LibraryEvents Agent::MakeLibraryEvents() {
@@ -81,6 +92,7 @@ void Agent::AddCalls() {
 }
 
 Reply Agent::Hello(ClientID client, const Arguments& arguments) {
+  ClearDesktop();  // a client is a program that has just started
   clients_[client].wantsNotifications = arguments.Flag("notifications");
   if (endTimer_) loop_.RemoveTimer(endTimer_);
   endTimer_ = nullptr;

@@ -29,6 +29,7 @@ class Agent {
     bool wantsNotifications = false;
   };
 
+  void ClearDesktop();
   void AddCalls();
   Reply Hello(ClientID client, const Arguments& arguments);
   LibraryEvents MakeLibraryEvents();

@@ -1,6 +1,5 @@
 #include "agent/Configuration.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "agent/Json.h"
@@ -38,10 +37,7 @@ Configuration FromJson(const Json& json, const std::string& stateFolder) {
 }  // namespace
 
 std::string Configuration::ActiveFolderPath() const {
-  if (!desktop) return stateFolder + "/" + agent_protocol::kActiveFolderName;
-  const char* data = std::getenv("XDG_DATA_HOME");
-  const std::string base = data && *data ? data : platform::GetPlaces().home + "/.local/share";
-  return base + "/fonts/nexcore";
+  return agent_protocol::ActiveFolderOf(stateFolder, desktop, platform::GetPlaces().home);
 }
 
 std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, std::string& error) {

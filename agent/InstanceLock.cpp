@@ -38,4 +38,11 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
   return Result::kFailed;
 }
 
+bool InstanceLock::TakeFromDead(const std::string& runtimeFolder, const std::string& socketName) {
+  const std::string path = runtimeFolder + "/" + socketName + ".lock";
+  file_ = platform::Descriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
+  if (!file_) return errno == ENOENT || errno == ENOTDIR;
+  return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0;
+}
+
 }  // namespace agent

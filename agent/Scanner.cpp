@@ -73,7 +73,7 @@ bool Scanner::IsLibraryFile(const FoundFile& file) const {
 void Scanner::TakeSystemFiles() {
   std::set<std::string> paths;
   for (const platform::ActiveFont& font : platform::ActiveFonts()) {
-    if (!parts_.active.Holds(font.file)) paths.insert(font.file);
+    if (!parts_.active.IsLinkOfAnyAgent(font.file)) paths.insert(font.file);
   }
   systemFiles_.clear();
   std::set<std::string> active;

@@ -99,10 +99,9 @@ std::string Sandbox::PluginBundle() const { return app_ + "/host/Plug-ins/AutoAc
 std::string Sandbox::Prepare(const SandboxOptions& options) {
   app_ = fs::path(platform::Bundle::Main()->Folder()).parent_path().string();
   folder_ = Absolute(options.stateFolder.empty() ? DefaultStateFolder() : options.stateFolder);
-  activeFolder_ = options.desktop ? Below("XDG_DATA_HOME", "/.local/share") + "/fonts/nexcore"
-                                  : folder_ + "/" + agent_protocol::kActiveFolderName;
   if (platform::FileExists(folder_) && !platform::FolderExists(folder_)) return folder_ + ": is not a folder";
   if (const std::error_code error = platform::MakeFolder(folder_)) return Problem(folder_, error);
+  activeFolder_ = agent_protocol::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
   std::string problem = Lock();
   if (problem.empty()) problem = MakeFolders();
   if (problem.empty()) problem = WriteLaunchConfiguration();

@@ -8,8 +8,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <set>
 
+#include "agent/DesktopFolders.h"
+#include "agent/InstanceLock.h"
+#include "agent/UserStore.h"
+#include "agent/include/AgentProtocol.h"
 #include "platform/Clock.h"
+#include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -151,6 +157,60 @@ TEST_F(ActiveFolderTest, AFailureLeavesNothingHalfMade) {
   EXPECT_TRUE(active.Link(1, folder_.Write("A.ttf", "font")).error);
   EXPECT_FALSE(active.IsLinked(1));
   EXPECT_FALSE(fs::exists(fs::symlink_status(Root() + "/1/.1.ttf")));
+}
+
+// The user's font folder holds the links of several agents.
+TEST_F(ActiveFolderTest, LinksOfAKilledAgentGoButForWhatItsUserAskedFor) {
+  using namespace agent;
+  const test_support::ScopedVariable data("XDG_DATA_HOME", folder_ / "data");
+  const std::string font = folder_.Write("A.ttf", "font");
+  Configuration killed, gone, living, own;
+  for (const auto& [configuration, name] :
+       {std::pair(&killed, "killed"), {&gone, "gone"}, {&living, "living"}, {&own, "own"}}) {
+    configuration->stateFolder = folder_ / name;
+    configuration->desktop = true;
+    ASSERT_FALSE(ClaimDesktopFolder(configuration->ActiveFolderPath(), configuration->stateFolder));
+    ActiveFolder active(configuration->ActiveFolderPath(), LinkKind::kHardPreferred, loop_);
+    ASSERT_FALSE(active.Prepare());
+    for (const uint32_t id : {1, 2}) ASSERT_FALSE(active.Link(id, font).error);
+    EXPECT_TRUE(active.IsLinkOfAnyAgent(killed.ActiveFolderPath() + "/1/1.ttf"));
+    EXPECT_EQ(active.Holds(killed.ActiveFolderPath() + "/1/1.ttf"), configuration == &killed);
+    EXPECT_FALSE(active.IsLinkOfAnyAgent(font));
+  }
+  fs::create_directories(killed.DataFolder());
+  const FileIdentity identity;
+  {
+    UserStore store(killed.DataFolder() + "/user.db");
+    store.SetActivations({store.FontID("/A.ttf", {}, identity)}, agent_protocol::kActivated);
+  }
+  std::error_code error;
+  InstanceLock dead, held;
+  ASSERT_EQ(dead.Take(killed.RuntimeFolder(), agent_protocol::kAgentSocketName, error), InstanceLock::Result::kTaken);
+  dead = {};
+  ASSERT_EQ(held.Take(living.RuntimeFolder(), agent_protocol::kAgentSocketName, error), InstanceLock::Result::kTaken);
+
+  std::vector<std::string> lines;
+  const auto report = [&](const std::string& line) { lines.push_back(line); };
+  RemoveLinksOfDeadAgents(own, loop_, report);
+  EXPECT_THAT(lines, testing::SizeIs(2));
+  const auto links = [](const Configuration& configuration) {
+    std::set<std::string> names;
+    std::error_code none;
+    for (const auto& entry : fs::recursive_directory_iterator(configuration.ActiveFolderPath(), none)) {
+      if (!entry.is_directory()) names.insert(entry.path().filename());
+    }
+    return names;
+  };
+  EXPECT_THAT(links(killed), testing::ElementsAre(".owner", "1.ttf"));
+  EXPECT_FALSE(fs::exists(gone.ActiveFolderPath()));
+  for (const Configuration* kept : {&living, &own}) {
+    EXPECT_THAT(links(*kept), testing::ElementsAre(".owner", "1.ttf", "2.ttf"));
+  }
+  // The same state folder without "desktop" has no use for them either.
+  own.desktop = false;
+  RemoveLinksOfDeadAgents(own, loop_, report);
+  own.desktop = true;
+  EXPECT_FALSE(fs::exists(own.ActiveFolderPath()));
 }
 
 }  // namespace

@@ -310,8 +310,8 @@ TEST_F(FontLibraryTest, AReplacedFileIsLinkedAnewAndABrokenOneLetGo) {
   Start();
   const uint32_t bold = IDOf("LiberationSerif-Bold");
   library_->Active().Activate(kClient, {bold}, kAutoActivated);
-  const std::string link =
-      home / "fonts/nexcore/" + std::string(1, "0123456789abcdef"[bold % 16]) + "/" + std::to_string(bold) + ".ttf";
+  const std::string link = configuration_.ActiveFolderPath() + "/" + std::string(1, "0123456789abcdef"[bold % 16]) +
+                           "/" + std::to_string(bold) + ".ttf";
   EXPECT_FALSE(fs::is_symlink(link));
   EXPECT_TRUE(fs::equivalent(link, path));
 

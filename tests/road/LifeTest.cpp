@@ -31,6 +31,31 @@ class Life : public RoadTest {
   }
 };
 
+class Desktop : public Life {
+ protected:
+  // Links to fonts in the user's font folder, of all agents.
+  size_t CountLinks() const {
+    size_t count = 0;
+    std::error_code none;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(fonts_, none)) {
+      count += !entry.is_directory() && !entry.path().filename().string().starts_with(".");
+    }
+    return count;
+  }
+  std::vector<std::string> ArgumentsOf(const StateFolder& state, const std::vector<std::string>& more) const {
+    std::vector<std::string> arguments = Arguments(more);
+    *std::find(arguments.begin(), arguments.end(), state_.Path()) = state.Path();
+    return arguments;
+  }
+
+  const std::string data_ = folder_ / "data", fonts_ = data_ + "/fonts";
+  const ScopedVariable userData_{"XDG_DATA_HOME", data_};
+  const ScopedVariable configuration_{
+      "FONTCONFIG_FILE", folder_.Write("fonts.conf", "<fontconfig>\n<dir>" + fonts_ + "</dir>\n<cachedir>" +
+                                                         folder_.Path() + "/cache</cachedir>\n</fontconfig>\n")};
+  StateFolder other_{folder_ / "other"};
+};
+
 }  // namespace
 
 TEST_F(Life, OtherProgramsSeeTheFontsAsLongAsADocumentNeedsThem) {
@@ -258,28 +283,47 @@ TEST_F(Life, ShowsGoToStandardErrorBesideJson) {
   }
 }
 
-TEST_F(Life, DesktopMakesFontsActiveInTheUsersOwnFolder) {
-  const std::string data = folder_ / "data", fonts = data + "/fonts";
-  const ScopedVariable userData("XDG_DATA_HOME", data);
-  const ScopedVariable configuration(
-      "FONTCONFIG_FILE", folder_.Write("fonts.conf", "<fontconfig>\n<dir>" + fonts + "</dir>\n<cachedir>" +
-                                                         folder_.Path() + "/cache</cachedir>\n</fontconfig>\n"));
-  const auto countFiles = [&] {
-    size_t count = 0;
-    std::error_code none;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(fonts, none)) count += !entry.is_directory();
-    return count;
-  };
+TEST_F(Desktop, MakesFontsActiveInTheUsersOwnFolder) {
   HostProcess host(Arguments({"--desktop", "--interactive"}));
   host.Send("open " + kPoster);
   const Json opened = host.NextEvent("opened");
   ASSERT_THAT(opened["activated"], SizeIs(3));
   // The font's own file is told, whichever kind of link was possible.
   EXPECT_EQ(opened["activated"][0]["file"], "/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf");
-  EXPECT_EQ(countFiles(), 3u);
+  EXPECT_EQ(CountLinks(), 3u);
   EXPECT_EQ(host.Finish().status, 0);
-  EXPECT_EQ(countFiles(), 0u);
+  EXPECT_EQ(CountLinks(), 0u);
   EXPECT_THAT(state_.Links(), IsEmpty());
+}
+
+// Two agents share the font folder: neither takes the other's links for fonts of the operating system or for its own.
+TEST_F(Desktop, TwoStateFoldersKeepTheirLinksApart) {
+  HostProcess host(Arguments({"--desktop", "--interactive"}));
+  host.Send("open " + kPoster);
+  ASSERT_THAT(host.NextEvent("opened")["activated"], SizeIs(3));
+  {
+    HostProcess second(ArgumentsOf(other_, {"--desktop", "--interactive"}));
+    second.Send("open " + kPoster);
+    second.NextEvent("opened");
+    EXPECT_EQ(CountLinks(), 6u);
+    EXPECT_EQ(second.Finish().status, 0);
+  }
+  EXPECT_EQ(CountLinks(), 3u);
+  EXPECT_EQ(host.Finish().status, 0);
+  EXPECT_EQ(CountLinks(), 0u);
+}
+
+TEST_F(Desktop, LinksLeftByAKillGoWhenAnyHostStarts) {
+  for (const char* mode : {"--desktop", "--interactive"}) {
+    HostProcess host(Arguments({"--desktop", "--interactive"}));
+    host.Send("open " + kPoster);
+    host.NextEvent("opened");
+    ASSERT_TRUE(state_.EndAgent(SIGKILL));
+    host.Kill();
+    EXPECT_EQ(CountLinks(), 3u);
+    EXPECT_EQ(HostProcess(ArgumentsOf(other_, {mode, "--interactive"})).Finish().status, 0);
+    EXPECT_EQ(CountLinks(), 0u) << mode;
+  }
 }
 
 TEST_F(Life, KilledAgentIsStartedAgainAndServesTheSameHost) {
