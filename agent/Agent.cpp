@@ -1,5 +1,10 @@
 #include "agent/Agent.h"
 
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <array>
+
 #include "agent/Calls.h"
 #include "agent/DesktopFolders.h"
 #include "agent/include/AgentProtocol.h"
@@ -17,18 +22,27 @@ constexpr int kFlushMilliseconds = 200;
 
 }  // namespace
 
-Agent::Agent(const Configuration& configuration, platform::RunLoop& loop)
+Agent::Agent(const Configuration& configuration, const InstanceLock& lock, platform::RunLoop& loop)
     : configuration_(configuration),
+      lock_(lock),
       loop_(loop),
-      server_(loop, {[this](ClientID client, std::string_view message) { dispatcher_.OnMessage(client, message); },
+      server_(loop, {[this](ClientID client, std::string_view message) {
+                       CheckPlace();
+                       dispatcher_.OnMessage(client, message);
+                     },
                      [this](ClientID client) { OnGone(client); }}),
       dispatcher_({[this](ClientID client, const std::string& message) { server_.Send(client, message); },
                    [this](ClientID client) { server_.Drop(client); },
                    [this](const std::string& line) { log_.Write(line); }}) {}
 
+Agent::~Agent() {
+  if (placeWatch_) loop_.UnwatchDescriptor(placeWatch_.Get());
+}
+
 std::error_code Agent::Start() {
   if (const std::error_code error = platform::MakeFolder(configuration_.DataFolder(), 0700)) return error;
   if (const std::error_code error = log_.Open(configuration_.DataFolder() + "/agent.log")) return error;
+  WatchPlace();
   ClearDesktop();
   try {
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, MakeLibraryEvents());
@@ -42,6 +56,31 @@ std::error_code Agent::Start() {
   if (library_) library_->Start();
   if (configuration_.exitWithLastClient) EndAfter(kPatienceForFirstClient);
   return {};
+}
+
+// Where nothing can be watched, the next request notices the loss.
+void Agent::WatchPlace() {
+  placeWatch_ = platform::Descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  if (!placeWatch_) return;
+  inotify_add_watch(placeWatch_.Get(), configuration_.stateFolder.c_str(), IN_MOVE_SELF | IN_DELETE_SELF);
+  inotify_add_watch(placeWatch_.Get(), configuration_.RuntimeFolder().c_str(),
+                    IN_MOVE_SELF | IN_DELETE | IN_MOVED_FROM);
+  loop_.WatchDescriptor(placeWatch_.Get(), [this] {
+    std::array<char, 4096> events;
+    while (read(placeWatch_.Get(), events.data(), events.size()) > 0) {
+    }
+    CheckPlace();
+  });
+}
+
+// An agent without its folder could neither store nor make anything active, and a second one may be about to start in its
+// place. So it says so, ends, and makes nothing anew.
+void Agent::CheckPlace() {
+  if (isLost_ || lock_.Look() == InstanceLock::Place::kKept) return;
+  isLost_ = true;
+  log_.Write(configuration_.stateFolder + ": was removed or replaced while the agent ran; the agent ends");
+  dispatcher_.RefuseAll(kInvalidVault);
+  EndAfter(kLinger);  // until then clients hear the reason
 }
 
 void Agent::ClearDesktop() {
@@ -112,7 +151,7 @@ void Agent::OnGone(ClientID client) {
   dispatcher_.OnGone(client);
   const bool wasClient = clients_.erase(client) > 0;
   if (library_) library_->Active().ReleaseClient(client);
-  if (wasClient && clients_.empty() && configuration_.exitWithLastClient) EndAfter(kLinger);
+  if (wasClient && clients_.empty() && configuration_.exitWithLastClient && !isLost_) EndAfter(kLinger);
 }
 
 void Agent::EndAfter(double seconds) {
@@ -124,7 +163,8 @@ void Agent::EndAfter(double seconds) {
 void Agent::Finish() {
   server_.StopListening();
   Notify({{"notify", PluginInterface::kAgentShutdown}});
-  if (library_) library_->Finish();
+  // The links at this place may be those of the agent that came after this one.
+  if (library_ && lock_.Look() != InstanceLock::Place::kReplaced) library_->Finish();
   server_.Flush(kFlushMilliseconds);
 }
 

@@ -10,6 +10,7 @@
 #include "agent/Configuration.h"
 #include "agent/Dispatcher.h"
 #include "agent/FontLibrary.h"
+#include "agent/InstanceLock.h"
 #include "agent/Server.h"
 #include "platform/RunLoop.h"
 
@@ -17,18 +18,26 @@ namespace agent {
 
 class Agent {
  public:
-  Agent(const Configuration& configuration, platform::RunLoop& loop);
+  // `lock` is that of the state folder; it outlives the agent.
+  Agent(const Configuration& configuration, const InstanceLock& lock, platform::RunLoop& loop);
+  ~Agent();
+  Agent(const Agent&) = delete;
+  Agent& operator=(const Agent&) = delete;
 
   // Listens and starts the first scan. A failure to listen is the result.
   std::error_code Start();
   // Tells the clients and takes back what they asked for. To be called once, after the loop.
   void Finish();
+  // The state folder was removed, moved or replaced while the agent ran, which stopped the loop.
+  bool IsLost() const { return isLost_; }
 
  private:
   struct Client {
     bool wantsNotifications = false;
   };
 
+  void WatchPlace();
+  void CheckPlace();
   void ClearDesktop();
   void AddCalls();
   Reply Hello(ClientID client, const Arguments& arguments);
@@ -39,6 +48,7 @@ class Agent {
   void EndAfter(double seconds);
 
   Configuration configuration_;
+  const InstanceLock& lock_;
   platform::RunLoop& loop_;
   AgentLog log_;
   Server server_;
@@ -46,6 +56,8 @@ class Agent {
   std::unique_ptr<FontLibrary> library_;  // null if its databases can't be used
   std::map<ClientID, Client> clients_;    // those that have said hello; others only looked whether somebody answers
   platform::RunLoopTimerRef endTimer_;
+  platform::Descriptor placeWatch_;  // of the state folder and the lock file in it
+  bool isLost_ = false;
 };
 
 }  // namespace agent

@@ -56,6 +56,12 @@ bool Arguments::Flag(const char* key) const {
 
 void Dispatcher::Add(const char* call, Needs needs, Handler handler) { entries_[call] = {needs, std::move(handler)}; }
 
+void Dispatcher::RefuseAll(uint32_t code) {
+  entries_.clear();
+  unknownCode_ = code;
+  Release();
+}
+
 void Dispatcher::OnMessage(ClientID client, std::string_view message) {
   Json json = agent_protocol::IsTooDeep(message) ? Json() : Json::parse(message, nullptr, false);
   const bool isRequest = json.is_object() && json.contains("id") && json["id"].is_number_unsigned() &&

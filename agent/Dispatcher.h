@@ -68,6 +68,9 @@ class Dispatcher {
   // What a call that nobody serves is answered with.
   void SetCodeForUnknownCalls(uint32_t code) { unknownCode_ = code; }
 
+  // From here on every call is answered with the code, those that are held back at once.
+  void RefuseAll(uint32_t code);
+
   void OnMessage(ClientID client, std::string_view message);
   void OnGone(ClientID client);
   // From here on nothing is held back; what was is served now, in the order of its coming.

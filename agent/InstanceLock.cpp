@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <chrono>
@@ -20,8 +21,8 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
 
   error = platform::MakeFolder(runtimeFolder, 0700);
   if (error) return Result::kFailed;
-  const std::string path = runtimeFolder + "/" + socketName + ".lock";
-  file_ = platform::Descriptor(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  path_ = runtimeFolder + "/" + socketName + ".lock";
+  file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (!file_) {
     error = {errno, std::generic_category()};
     return Result::kFailed;
@@ -38,9 +39,15 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
   return Result::kFailed;
 }
 
+InstanceLock::Place InstanceLock::Look() const {
+  struct stat held = {}, there = {};
+  if (fstat(file_.Get(), &held) != 0 || stat(path_.c_str(), &there) != 0) return Place::kRemoved;
+  return held.st_dev == there.st_dev && held.st_ino == there.st_ino ? Place::kKept : Place::kReplaced;
+}
+
 bool InstanceLock::TakeFromDead(const std::string& runtimeFolder, const std::string& socketName) {
-  const std::string path = runtimeFolder + "/" + socketName + ".lock";
-  file_ = platform::Descriptor(open(path.c_str(), O_RDWR | O_CLOEXEC));
+  path_ = runtimeFolder + "/" + socketName + ".lock";
+  file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CLOEXEC));
   if (!file_) return errno == ENOENT || errno == ENOTDIR;
   return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0;
 }

@@ -58,11 +58,11 @@ int Run(const agent::Configuration& configuration) {
   platform::RunLoop& loop = platform::RunLoop::Main();
   const platform::Descriptor signals = CatchEndSignals();
   loop.WatchDescriptor(signals.Get(), [&loop] { loop.Stop(); });
-  agent::Agent agent(configuration, loop);
+  agent::Agent agent(configuration, lock, loop);
   if ((error = agent.Start())) return Fail(configuration.stateFolder + ": " + platform::DescribeError(error), 1);
   loop.RunFor(kForEver);
   agent.Finish();
-  return 0;
+  return agent.IsLost() ? 1 : 0;
 }
 
 }  // namespace

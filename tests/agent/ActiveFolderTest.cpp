@@ -178,15 +178,12 @@ TEST_F(ActiveFolderTest, LinksOfAKilledAgentGoButForWhatItsUserAskedFor) {
     EXPECT_FALSE(active.IsLinkOfAnyAgent(font));
   }
   fs::create_directories(killed.DataFolder());
-  const FileIdentity identity;
-  {
-    UserStore store(killed.DataFolder() + "/user.db");
-    store.SetActivations({store.FontID("/A.ttf", {}, identity)}, agent_protocol::kActivated);
-  }
+  UserStore store(killed.DataFolder() + "/user.db");
+  store.SetActivations({store.FontID("/A.ttf", {}, {})}, agent_protocol::kActivated);
   std::error_code error;
-  InstanceLock dead, held;
-  ASSERT_EQ(dead.Take(killed.RuntimeFolder(), agent_protocol::kAgentSocketName, error), InstanceLock::Result::kTaken);
-  dead = {};
+  InstanceLock held;
+  ASSERT_EQ(InstanceLock().Take(killed.RuntimeFolder(), agent_protocol::kAgentSocketName, error),
+            InstanceLock::Result::kTaken);
   ASSERT_EQ(held.Take(living.RuntimeFolder(), agent_protocol::kAgentSocketName, error), InstanceLock::Result::kTaken);
 
   std::vector<std::string> lines;

@@ -178,6 +178,19 @@ TEST_F(AgentRing, AStartThatCanNotBeSaysWhyAndFails) {
   EXPECT_FALSE(fs::exists(state_ / "agent"));
 }
 
+// It neither goes on as if nothing had happened nor makes parts of the folder anew.
+TEST_F(AgentLife, AnAgentWhoseStateFolderIsGoneSaysSoAndEnds) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  ASSERT_EQ(Activate({serif}), 1u);
+  RawClient client(state_ / "run");
+  EXPECT_EQ(client.Ask("GetFontIsActivated", {{"fontIDs", {serif}}})["code"], 0);
+  fs::rename(state_.Path(), fonts_ / "aside");
+  EXPECT_EQ(client.Ask("GetFontIsActivated", {{"fontIDs", {serif}}})["code"], 0x01002008u);
+  EXPECT_TRUE(client.IsEnded());
+  EXPECT_FALSE(fs::exists(state_.Path()));
+  EXPECT_THAT(debian_fonts::Bytes(fonts_ / "aside/agent/agent.log"), HasSubstr(state_.Path() + ": was removed"));
+}
+
 TEST_F(AgentRing, ADamagedUserDatabaseIsReportedAndLeftAlone) {
   FillLibrary();
   state_.Write("agent/user.db", std::string(3000, '?'));
