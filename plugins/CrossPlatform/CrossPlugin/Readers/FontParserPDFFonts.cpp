@@ -1,0 +1,192 @@
+// What a PDF file says of its fonts: font objects, the font list of its metadata, and whether it takes identification data.
+#include <algorithm>
+
+#include "Identification/FontNames.h"
+#include "Readers/FontParserPDF.h"
+#include "Services/DiagnosticLog.h"
+
+namespace {
+
+constexpr const char* kNewFont = "Adding '%s' to m_vFontRecords";
+
+void SetType(const std::string& subtype, PDFFontType& type) {
+  if (subtype == "/Type1" || subtype == "/Type1C" || subtype == "/Type2") type = PDFFontType::kType1;
+  if (subtype == "/TrueType") type = PDFFontType::kTrueType;
+  if (subtype == "/Type3") type = PDFFontType::kType3;
+  if (subtype == "/Type0") type = PDFFontType::kComposite;
+  if (subtype == "/MMType1") type = PDFFontType::kMultipleMaster;
+}
+
+PDFFontEncoding EncodingOf(const std::string& name) {
+  if (name == "/MacRomanEncoding") return PDFFontEncoding::kMacRoman;
+  if (name == "/MacExpertEncoding") return PDFFontEncoding::kMacExpert;
+  if (name == "/WinAnsiEncoding") return PDFFontEncoding::kWinAnsi;
+  return PDFFontEncoding::kOther;
+}
+
+}  // namespace
+
+void FontParserPDF::StripPDFLabel(std::string& name) {
+  if (name.starts_with('/')) name.erase(0, 1);
+}
+
+void FontParserPDF::StripPDFFontName(std::string& name) {
+  constexpr std::string_view kIdentifierPrefix = "AdobeCorpID-";
+  StripPDFLabel(name);
+  if (const size_t tag = name.rfind('+'); tag != std::string::npos) name.erase(0, tag + 1);
+  std::replace(name.begin(), name.end(), ',', '-');
+  if (name.starts_with(kIdentifierPrefix)) name.erase(0, kIdentifierPrefix.size());
+}
+
+void FontParserPDF::ProcessFonts() {
+  Visited visited;
+  for (const PDFObject& object : m_vFonts) {
+    if (mError != 0) return;
+    if (!visited.insert({object.nObjectNumber, object.nGeneration}).second) continue;
+    OutputIndentedAndFormattedString(0, " processing font %d ...", object.nObjectNumber);
+    // One font that can't be found ends the list. What fonts a damaged document has depends on it.
+    if (!OpenObject(object, "font", __func__)) return;
+    PDFFontRecord font;
+    font.object = object;
+    ReadFont(font);
+    GlyphsureSupport::ResolveMMFontString(font.name);
+    OutputIndentedAndFormattedString(0, kNewFont, font.name.c_str());
+    m_vFontRecords.push_back(std::move(font));
+  }
+}
+
+void FontParserPDF::ReadFont(PDFFontRecord& font) {
+  int depth = 0;
+  std::streamoff begin = 0;
+  while (mError == 0) {
+    const std::string& key = mInput.ProcessToken();
+    if (key == "endobj") return;
+    if (key == "<<") {
+      if (depth++ == 0) begin = mInput.GetCurrentPosition() - static_cast<std::streamoff>(key.size());
+    } else if (key == ">>") {
+      const std::streamoff end = mInput.GetCurrentPosition() - static_cast<std::streamoff>(key.size());
+      if (--depth == 0) font.sGlyphsureDictionary = mInput.ReadRange(begin, end);
+    } else {
+      ProcessFontKey(key, font, depth);
+    }
+  }
+}
+
+void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font, int& depth) {
+  if (key == "/Type") {
+    std::string type = mInput.ProcessToken();
+    StripPDFLabel(type);
+    if (type == "CMap") font.type = PDFFontType::kComposite;
+  } else if (key == "/Subtype") {
+    SetType(mInput.ProcessToken(), font.type);
+  } else if (key == "/BaseFont" || key == "/FontName") {
+    font.name = mInput.ProcessToken();
+    StripPDFFontName(font.name);
+  } else if (key == "/CharSet" || key == "/FontFile" || key == "/FontFile2" || key == "/FontFile3") {
+    // Types as the records always had them, though the format has them the other way round.
+    if (key != "/CharSet") font.type = key == "/FontFile" ? PDFFontType::kTrueType : PDFFontType::kType1;
+    font.embedded = true;
+    mInput.ProcessLine();
+  } else if (key == "/Encoding") {
+    const std::string& encoding = mInput.ProcessToken();
+    font.encoding = EncodingOf(encoding);
+    if (encoding == "<<") ++depth;
+  } else if (key == "/FirstChar" || key == "/LastChar") {
+    mInput.ProcessToken();
+  } else if (key == "/Widths") {
+    SkipWidths();
+  }
+}
+
+void FontParserPDF::SkipWidths() {
+  if (mInput.ProcessToken() == "[") {
+    mInput.SkipTo("]");
+  } else {
+    mInput.ProcessToken();
+    mInput.ProcessToken();
+  }
+}
+
+// The list is read with the tokens of the file and not as XML, so that a compressed one gives nothing.
+void FontParserPDF::ProcessFontMetadata() {
+  if (FindObject(m_Metadata)) {
+    if (mInput.ProcessToken() == "obj") {
+      std::set<std::string> names;
+      for (const PDFFontRecord& font : m_vFontRecords) names.insert(font.name);
+      bool isTag = false;
+      while (mError == 0) {
+        const std::string& token = mInput.ProcessToken();
+        if (token == "endobj") break;
+        if (isTag && token == "xmpTPg:Fonts") ReadMetadataFonts(names);
+        isTag = token == "<";
+      }
+    } else {
+      OutputIndentedAndFormattedString(0, "Unexpected token at start of XMP font metadata; exiting %s", __func__);
+    }
+  }
+  mError = 0;
+}
+
+void FontParserPDF::ReadMetadataFonts(std::set<std::string>& names) {
+  OutputIndentedAndFormattedString(0, "Found beginning of XMP font metadata");
+  bool isTag = false;
+  while (mError == 0) {
+    const std::string& token = mInput.ProcessToken();
+    if (isTag && token == "/xmpTPg:Fonts") break;
+    const bool isFont = isTag && token == "rdf:li";
+    isTag = token == "<";
+    if (isFont) {
+      OutputIndentedAndFormattedString(0, "Found beginning of one font record");
+      PDFFontRecord font;
+      font.object = m_Metadata;
+      font.name = ReadMetadataFont();
+      if (!font.name.empty() && names.insert(font.name).second) {
+        OutputIndentedAndFormattedString(0, kNewFont, font.name.c_str());
+        m_vFontRecords.push_back(std::move(font));
+      } else {
+        OutputIndentedAndFormattedString(0, "Found '%s' but it's already in m_vFontRecords.  Ignoring it.",
+                                         font.name.c_str());
+      }
+    }
+  }
+  mInput.SkipTo(">");
+}
+
+std::string FontParserPDF::ReadMetadataFont() {
+  std::string name;
+  bool isTag = false;
+  while (mError == 0) {
+    const std::string& token = mInput.ProcessToken();
+    if (isTag && token == "/rdf:li") break;
+    isTag = token == "<";
+    if (token != "stFnt:fontName") continue;
+    mInput.SkipTo(">");
+    name = mInput.ProcessToken();
+  }
+  mInput.SkipTo(">");
+  return name;
+}
+
+bool FontParserPDF::IsUnsluggableDocument() {
+  if (m_Encryption.IsKnown()) {
+    OutputIndentedAndFormattedString(0, "Document cannot be slugged because it is encrypted");
+    return true;
+  }
+  if (!HoldsPDFXMark()) return false;
+  OutputIndentedAndFormattedString(0, "Document cannot be slugged because it is PDFX");
+  return true;
+}
+
+bool FontParserPDF::HoldsPDFXMark() {
+  bool found = false;
+  if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) return found;
+  mInput.Begin();
+  // A mark that falls across two blocks is not seen, so that the answer for a document stays what it always was.
+  do {
+    mInput.ReadBlock();
+    found = mInput.Block().find("GTS_PDFX") != std::string_view::npos;
+  } while (!found && mError == 0);
+  mStream.close();
+  mError = 0;
+  return found;
+}

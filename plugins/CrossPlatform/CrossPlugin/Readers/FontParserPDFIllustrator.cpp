@@ -1,0 +1,165 @@
+// The document that Illustrator keeps inside a PDF, as data of its own: unpacked into a temporary file and parsed there.
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "Readers/FontParserPDF.h"
+#include "Services/DiagnosticLog.h"
+#include "platform/TemporaryFile.h"
+
+namespace {
+
+constexpr size_t kChunk = 1024;
+// What is unpacked from a small file can be of any size; font names stand at the beginning.
+constexpr size_t kMaxUnpacked = size_t{512} * 1024 * 1024;
+// Documents within documents; more than these are a trap.
+constexpr int kMaxNesting = 3;
+thread_local int sNesting = 0;
+
+// Inflates chunk by chunk into a file.
+class Inflater {
+ public:
+  // This version is what data of the time was written for, and any later one takes it.
+  Inflater() : mIsReady(inflateInit_(&mStream, "1.2.1", sizeof mStream) == Z_OK) {}
+  ~Inflater() {
+    if (mIsReady) inflateEnd(&mStream);
+  }
+  Inflater(const Inflater&) = delete;
+  Inflater& operator=(const Inflater&) = delete;
+
+  bool IsReady() const { return mIsReady; }
+  // Adds to outCount what was written, in bytes. False when the data end, which they also do where they are damaged.
+  bool Inflate(std::array<char, kChunk>& chunk, std::streamsize size, platform::TemporaryFile& file, size_t& outCount) {
+    std::array<char, kChunk> output;
+    mStream.next_in = reinterpret_cast<Bytef*>(chunk.data());
+    mStream.avail_in = static_cast<uInt>(size);
+    int result = Z_OK;
+    do {
+      mStream.next_out = reinterpret_cast<Bytef*>(output.data());
+      mStream.avail_out = kChunk;
+      result = inflate(&mStream, Z_SYNC_FLUSH);
+      const size_t count = kChunk - mStream.avail_out;
+      if (file.Write({output.data(), count})) return false;
+      outCount += count;
+    } while (result == Z_OK && mStream.avail_out == 0 && outCount < kMaxUnpacked);
+    // Nothing is left of a chunk that filled the output exactly.
+    return (result == Z_OK || result == Z_BUF_ERROR) && outCount < kMaxUnpacked;
+  }
+
+ private:
+  z_stream mStream{};
+  bool mIsReady;
+};
+
+// Both return how many bytes went into the file.
+size_t CopyInflated(FStreamWrapper& stream, platform::TemporaryFile& file) {
+  Inflater inflater;
+  std::array<char, kChunk> chunk;
+  size_t count = 0;
+  for (bool goesOn = inflater.IsReady(); goesOn;) {
+    std::streamsize size = kChunk;
+    ReadStream(stream, size, chunk.data());
+    goesOn = size > 0 && inflater.Inflate(chunk, size, file, count);
+  }
+  return count;
+}
+
+size_t CopyPlain(FStreamWrapper& stream, int32_t length, platform::TemporaryFile& file) {
+  std::array<char, kChunk> chunk;
+  size_t count = 0;
+  while (count < static_cast<size_t>(length) && count < kMaxUnpacked) {
+    std::streamsize size = static_cast<std::streamsize>(std::min(kChunk, static_cast<size_t>(length) - count));
+    ReadStream(stream, size, chunk.data());
+    if (size == 0 || file.Write({chunk.data(), static_cast<size_t>(size)})) break;
+    count += static_cast<size_t>(size);
+  }
+  return count;
+}
+
+}  // namespace
+
+void FontParserPDF::ProcessIllustratorData(const PDFObject& object) {
+  Visited visited;
+  PDFObject next = object;
+  while (visited.insert({next.nObjectNumber, next.nGeneration}).second &&
+         OpenObject(next, "Illustrator data", __func__)) {
+    const std::string& key = mInput.LastToken();
+    do {
+      mInput.ProcessToken();
+    } while (key != "/Private" && key != "/AIPrivateData2" && key != "endobj" && mError == 0);
+    if (mError != 0 || key == "endobj") return;
+    const bool isData = key == "/AIPrivateData2";
+    next = ProcessReference();
+    if (!isData) continue;
+    ProcessPrivateStream(next);
+    return;
+  }
+}
+
+void FontParserPDF::ProcessPrivateStream(const PDFObject& object) {
+  if (!OpenObject(object, "Illustrator data", __func__)) return;
+  EFilterType filter = kFilterNone;
+  int32_t length = 0;
+  int depth = 0;
+  do {
+    const std::string& token = mInput.ProcessToken();
+    if (token == "<<") ++depth;
+    if (token == ">>") --depth;
+    if (token == "/Length") {
+      length = mInput.GetCurrentNumber();
+    } else if (token == "/Filter") {
+      filter = ReadFilter();
+    }
+  } while (depth > 0 && mError == 0);
+  if (mInput.ProcessToken() != "stream") return;
+  mInput.SkipWhitespace();
+  mStream.clear();
+  mStream.seekg(mInput.GetCurrentPosition());
+  DecodeAIPrivateData(filter, length);
+}
+
+// One name, or an array of which the last name counts.
+FontParserPDF::EFilterType FontParserPDF::ReadFilter() {
+  EFilterType filter = kFilterNone;
+  const auto take = [&](const std::string& name) { filter = name == "/FlateDecode" ? kFilterFlate : kFilterNone; };
+  take(mInput.ProcessToken());
+  if (mInput.LastToken() != "[") return filter;
+  while (mInput.ProcessToken() != "]" && mError == 0) take(mInput.LastToken());
+  return filter;
+}
+
+void FontParserPDF::DecodeAIPrivateData(EFilterType filterType, int32_t streamLength) {
+  constexpr std::string_view kCompressedTag = "%AI12_CompressedData";
+  std::array<char, kCompressedTag.size()> start{};
+  std::streamsize size = start.size();
+  ReadStream(mStream, size, start.data());
+  const std::string tag(start.data(), static_cast<size_t>(size));
+  if (tag == kCompressedTag) {
+    filterType = kFilterFlate;
+    OutputIndentedAndFormattedString(0, "Handling tag '%s' with kFilterFlate decoding", tag.c_str());
+  } else {
+    mStream.seekg(-size, std::ios_base::cur);
+    OutputIndentedAndFormattedString(0, "Handling tag '%s' with NO decoding", tag.c_str());
+  }
+  platform::TemporaryFile file;
+  if (file.Create()) return;
+  const std::string path = file.Path();
+  OutputIndentedAndFormattedString(0, "Creating temp file \"%s\"", path.c_str());
+  const size_t count =
+      filterType == kFilterFlate ? CopyInflated(mStream, file) : CopyPlain(mStream, streamLength, file);
+  if (count > 0) ParsePrivateFile(path);
+  file.Remove();
+  OutputIndentedAndFormattedString(0, "Deleted temp file \"%s\"", path.c_str());
+}
+
+void FontParserPDF::ParsePrivateFile(const std::string& path) {
+  const auto parser = CreateParserWithFile(path, true, GetDefaultSystemPathStyle());
+  if (!parser || sNesting == kMaxNesting) return;
+  ++sNesting;
+  parser->Parse();
+  --sNesting;
+  m_IllustratorFonts = platform::Array::Create();
+  parser->GetObsoleteGlyphsureData(false, &m_IllustratorFonts);
+}

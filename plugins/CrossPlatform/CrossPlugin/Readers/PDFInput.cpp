@@ -1,0 +1,166 @@
+#include "Readers/PDFInput.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "Services/DiagnosticLog.h"
+
+namespace {
+
+bool IsWhitespace(int c) { return c == '\t' || c == '\n' || c == '\r' || c == ' '; }
+
+bool IsBracket(int c) { return c == '[' || c == ']' || c == '(' || c == ')' || c == '<' || c == '>'; }
+
+}  // namespace
+
+void PDFInput::Begin() {
+  mBlockLength = mPosition = 0;
+  mBlockBegin = 0;
+  mBytesRead = 0;
+  mLength = std::max<std::streamoff>(mStream.GetStreamLength(), 0);
+}
+
+bool PDFInput::Take(uint64_t count) {
+  // A sound file is read about four times, with a block for each of its objects.
+  constexpr uint64_t kTimes = 16, kLeast = 65536;
+  mBytesRead += count;
+  if (mBytesRead <= kTimes * static_cast<uint64_t>(mLength) + kLeast) return true;
+  OutputIndentedAndFormattedString(0, "Giving up on a PDF whose objects overlap");
+  mError = -1;
+  return false;
+}
+
+void PDFInput::SeekAndReadBlock(std::streamoff position) {
+  mBlockLength = mPosition = 0;
+  mBlockBegin = position;
+  // After an earlier failure the stream would refuse to seek.
+  mStream.clear();
+  mStream.seekg(position);
+  ReadBlock();
+}
+
+void PDFInput::ReadBlock() {
+  mBlockBegin += static_cast<std::streamoff>(mBlockLength);
+  mBlockLength = mPosition = 0;
+  if (!Take(mBlock.size())) return;
+  std::streamsize size = mBlock.size();
+  const int error = ReadStream(mStream, size, mBlock.data());
+  mBlockLength = static_cast<size_t>(size);
+  if (error == 0 || size > 0) return;
+  mError = error;
+  OutputIndentedAndFormattedString(0, "FontParserPDF::ReadBlock() got error %d after reading %d bytes", error,
+                                   static_cast<int>(size));
+}
+
+std::string PDFInput::ReadRange(std::streamoff begin, std::streamoff end) {
+  const std::streamoff position = GetCurrentPosition();
+  std::streamsize size = std::clamp<std::streamoff>(end - begin, 0, mLength);
+  std::string bytes;
+  if (!Take(static_cast<uint64_t>(size))) return bytes;
+  bytes.resize(static_cast<size_t>(size));
+  mStream.clear();
+  mStream.seekg(begin);
+  ReadStream(mStream, size, bytes.data());
+  bytes.resize(static_cast<size_t>(size));
+  SeekAndReadBlock(position);
+  return bytes;
+}
+
+void PDFInput::SkipWhitespace() {
+  while (IsWhitespace(PeekCharacter())) ReadCharacter();
+}
+
+const std::string& PDFInput::ProcessToken() {
+  m_sWork.clear();
+  SkipWhitespace();
+  const int first = PeekCharacter();
+  if (first == kEnd) return m_sWork;
+  if (!IsBracket(first)) {
+    ReadPlainToken();
+    return m_sWork;
+  }
+  m_sWork.push_back(static_cast<char>(ReadCharacter()));
+  if ((first == '<' || first == '>') && PeekCharacter() == first) m_sWork.push_back(static_cast<char>(ReadCharacter()));
+  return m_sWork;
+}
+
+void PDFInput::ReadPlainToken() {
+  const bool isName = PeekCharacter() == '/';
+  while (m_sWork.size() < kMaxText) {
+    const int c = PeekCharacter();
+    if (c == kEnd || IsBracket(c) || (c == '/' && !m_sWork.empty())) return;
+    ReadCharacter();
+    if (c == '\\') return;
+    if (IsWhitespace(c)) {
+      if (c == '\r' && PeekCharacter() == '\n') ReadCharacter();
+      return;
+    }
+    if (c != '#' || !isName) {
+      m_sWork.push_back(static_cast<char>(c));
+    } else if (!ReadEscape()) {
+      return;
+    }
+  }
+}
+
+bool PDFInput::ReadEscape() {
+  const int first = ReadCharacter(), second = ReadCharacter();
+  if (second == kEnd) return false;
+  // Right for two decimal digits only. Names in slugs that were written for such documents came out of this, so that they
+  // would no longer be found if the letters were read better.
+  m_sWork.push_back(static_cast<char>(first * 16 + second - '0'));
+  return true;
+}
+
+const std::string& PDFInput::ProcessLine() {
+  m_sWork.clear();
+  while (m_sWork.size() < kMaxText) {
+    const int c = ReadCharacter();
+    if (c == '\r' && PeekCharacter() == '\n') ReadCharacter();
+    if (c == kEnd || c == '\r' || c == '\n') break;
+    m_sWork.push_back(static_cast<char>(c));
+  }
+  return m_sWork;
+}
+
+bool PDFInput::IsNumber(std::string_view token, int32_t& outValue) {
+  int64_t value = 0;
+  for (const char c : token) {
+    if (c < '0' || c > '9') return false;
+    value = std::min<int64_t>(value * 10 + (c - '0'), std::numeric_limits<int32_t>::max());
+  }
+  outValue = static_cast<int32_t>(value);
+  return true;
+}
+
+int32_t PDFInput::GetCurrentNumber() {
+  int32_t value = 0;
+  IsNumber(ProcessToken(), value);
+  return value;
+}
+
+void PDFInput::SkipObject() {
+  int depth = 0;
+  do {
+    const std::string& token = ProcessToken();
+    if (token == "<<" || token == "[" || token == "(") ++depth;
+    if (token == ">>" || token == "]" || token == ")") --depth;
+  } while (depth > 0 && mError == 0);
+}
+
+void PDFInput::SkipMediaBox() {
+  constexpr int kNumbersAndEnd = 5;
+  if (ProcessToken() != "[") return;
+  for (int i = 0; i < kNumbersAndEnd && ProcessToken() != "]"; ++i) continue;
+}
+
+void PDFInput::ReadID() {
+  for (size_t i = 0; i < kMaxText; ++i) {
+    const int c = ReadCharacter();
+    if (c == ']' || c == kEnd) return;
+  }
+}
+
+void PDFInput::SkipTo(std::string_view token) {
+  while (ProcessToken() != token && mError == 0) continue;
+}

@@ -1,0 +1,88 @@
+// The bytes of a PDF file as characters, tokens and lines, with the limits that keep a broken file from being read at
+// length. Reads through the parser's stream and sets the parser's error field, which ends every loop over tokens.
+//
+// All input goes through a block of 256 bytes; a seek reads a block anew. What one parser reads is limited to a multiple of
+// the file's size, so that objects that overlap cost no more than that. One thread.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <ios>
+#include <string>
+#include <string_view>
+
+#include "Readers/FStreamWrapper.h"
+
+class PDFInput {
+ public:
+  // Both must outlive the object. The error field is 0 or -1.
+  PDFInput(FStreamWrapper& stream, int& error) : mStream(stream), mError(error) {}
+  PDFInput(const PDFInput&) = delete;
+  PDFInput& operator=(const PDFInput&) = delete;
+
+  // Begins at the start of the stream, which has just been opened.
+  void Begin();
+  void SeekAndReadBlock(std::streamoff position);
+  // Where the next character stands in the file.
+  std::streamoff GetCurrentPosition() const { return mBlockBegin + static_cast<std::streamoff>(mPosition); }
+  std::streamoff GetStreamLength() const { return mLength; }
+  // What was read of the file so far, in bytes, rereading counted again.
+  uint64_t GetBytesRead() const { return mBytesRead; }
+
+  // Up to 256 bytes from where the last block ended; none is an error.
+  void ReadBlock();
+  std::string_view Block() const { return {mBlock.data(), mBlockLength}; }
+  // The next character, or kEnd; the end of the file is an error.
+  static constexpr int kEnd = -1;
+  int ReadCharacter();
+  int PeekCharacter();
+  void SkipWhitespace();
+
+  // The next token, at most 256 characters, which stands until the next call; empty at the end of the file, and also where
+  // a "\" stands alone.
+  const std::string& ProcessToken();
+  const std::string& LastToken() const { return m_sWork; }
+  // The characters up to the end of the line, at most 256, which stand until the next call.
+  const std::string& ProcessLine();
+  // The next token as a number; 0 for another token. Numbers stop at the limit of 32 bits.
+  int32_t GetCurrentNumber();
+  // Whether all characters are digits, as they are of an empty token. The value of a number is given out.
+  static bool IsNumber(std::string_view token, int32_t& outValue);
+
+  // Tokens up to where the brackets and parentheses that began are closed: one token if it opens none.
+  void SkipObject();
+  void SkipMediaBox();
+  // At most 256 characters, up to a "]".
+  void ReadID();
+  // Tokens up to this one, or an error.
+  void SkipTo(std::string_view token);
+  // The bytes of [begin, end), fewer at the file's end. The place where reading goes on stays.
+  std::string ReadRange(std::streamoff begin, std::streamoff end);
+
+ private:
+  static constexpr size_t kMaxText = 256;
+
+  bool Take(uint64_t count);
+  bool ReadEscape();
+  void ReadPlainToken();
+
+  FStreamWrapper& mStream;
+  int& mError;
+  std::string m_sWork;
+  std::array<char, 256> mBlock{};
+  size_t mBlockLength = 0, mPosition = 0;
+  std::streamoff mBlockBegin = 0;
+  std::streamoff mLength = 0;
+  uint64_t mBytesRead = 0;
+};
+
+inline int PDFInput::PeekCharacter() {
+  if (mPosition == mBlockLength) ReadBlock();
+  return mPosition < mBlockLength ? static_cast<unsigned char>(mBlock[mPosition]) : kEnd;
+}
+
+inline int PDFInput::ReadCharacter() {
+  const int c = PeekCharacter();
+  if (c != kEnd) ++mPosition;
+  return c;
+}
