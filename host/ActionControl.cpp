@@ -6,6 +6,7 @@
 #include "host/Suites.h"
 #include "host/TextOut.h"
 #include "host/TypeIDs.h"
+#include "platform/Trace.h"
 
 using namespace host_sdk;
 
@@ -18,7 +19,7 @@ ActionHost* sActionHost = nullptr;
 // What the host could not do is told to the user, and the plug-in gets an error.
 SPErr Told(const std::string& problem) {
   if (problem.empty()) return kNoErr;
-  ReportProblem(problem);
+  platform::ReportProblem(problem);
   return kNoSuchObject;
 }
 

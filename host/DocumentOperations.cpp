@@ -11,6 +11,7 @@
 #include "host/TypeIDs.h"
 #include "platform/Files.h"
 #include "platform/TextEncoding.h"
+#include "platform/Trace.h"
 
 namespace host {
 
@@ -76,7 +77,7 @@ void TakeOverFile(Document& document) {
   try {
     ReadDocument(document.path, document.content);
   } catch (const std::bad_alloc&) {
-    ReportProblem(document.path + kNoMemory);
+    platform::ReportProblem(document.path + kNoMemory);
   }
 }
 
@@ -122,7 +123,7 @@ std::string DocumentOperations::OpenFile(const std::string& path, int32_t* id) {
     auto shown = ShowMissingFontsWindow(missing);
     if (Document* document = documents_.Find(added)) document->missingFontsWindow = std::move(shown);
   };
-  if (!missing.empty() && !CallGuarded(window, show, &problem)) ReportProblem(problem);
+  if (!missing.empty() && !CallGuarded(window, show, &problem)) platform::ReportProblem(problem);
   notifiers_.Notify(kEventOpen, descriptor);
   return "";
 }

@@ -103,7 +103,7 @@ void HostApplication::Quit() {
   for (const DocumentInfo& document : Documents()) state_->documents.Close(document.id);
   state_->documents.EventNotifiers().NotifyDeferred();
   const std::string problem = state_->plugin.Send(kCallerInterface, "Shutdown");
-  if (!problem.empty()) ReportProblem(problem);
+  if (!problem.empty()) platform::ReportProblem(problem);
   state_->LetGo();
   const size_t left = LiveObjects().Total();
   if (left > 0) platform::TraceLine(0, "The plug-in left " + std::to_string(left) + " objects of the host unfreed");

@@ -2,6 +2,7 @@
 
 #include "host/Problems.h"
 #include "platform/Fonts.h"
+#include "platform/Trace.h"
 
 namespace host {
 
@@ -46,7 +47,7 @@ std::shared_ptr<Window> ShowMissingFontsWindow(const std::vector<std::string>& m
   std::string problem;
   const auto order = [&] { window->OrderWindow(WindowOrdering::kAbove, 0); };
   if (!CallGuarded("Showing the window \"Missing Fonts\"", order, &problem)) {
-    ReportProblem(problem);
+    platform::ReportProblem(problem);
     Window::PlatformOrderWindow(*window, WindowOrdering::kAbove, 0);
   }
   if (!*isDismissed) return window;

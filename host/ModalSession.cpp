@@ -2,6 +2,7 @@
 
 #include "host/Problems.h"
 #include "platform/RunLoop.h"
+#include "platform/Trace.h"
 
 namespace host {
 
@@ -12,7 +13,7 @@ ModalSession::ModalSession(const std::string& title) : window_(title, {}, nullpt
   Window::SetModal(&window_);
   std::string problem;
   const auto order = [this] { window_.OrderWindow(WindowOrdering::kAbove, 0); };
-  if (!CallGuarded("Showing the window \"" + title + "\"", order, &problem)) ReportProblem(problem);
+  if (!CallGuarded("Showing the window \"" + title + "\"", order, &problem)) platform::ReportProblem(problem);
 }
 
 ModalSession::~ModalSession() {

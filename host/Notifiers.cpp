@@ -6,6 +6,7 @@
 #include "host/Problems.h"
 #include "host/TypeIDs.h"
 #include "platform/RunLoop.h"
+#include "platform/Trace.h"
 
 namespace host {
 
@@ -34,7 +35,7 @@ void Notifiers::Notify(FourCharCode event, const DescriptorData& descriptor) {
     NotifyDeferred();
   };
   std::string problem;
-  if (!CallGuarded(sWhat, notify, &problem)) ReportProblem(problem);
+  if (!CallGuarded(sWhat, notify, &problem)) platform::ReportProblem(problem);
 }
 
 void Notifiers::NotifyDeferred() {
@@ -64,7 +65,7 @@ void Notifiers::Deliver(FourCharCode event, const DescriptorData& descriptor) {
     const std::string what = "The plug-in's answer to the event \"" + StringOfTypeID(event) + "\"";
     if (!CallGuarded(
             what, [&] { entry.callback(event, given, 0, entry.userData); }, &problem))
-      ReportProblem(problem);
+      platform::ReportProblem(problem);
     descriptors.Remove(given);
   }
 }

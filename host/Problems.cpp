@@ -1,30 +1,9 @@
 #include "host/Problems.h"
 
-#include <cstdio>
 #include <exception>
 #include <new>
 
-#include "platform/Trace.h"
-
 namespace host {
-
-namespace {
-ProblemSink& Sink() {
-  static ProblemSink sSink;
-  return sSink;
-}
-}  // namespace
-
-void SetProblemSink(ProblemSink sink) { Sink() = std::move(sink); }
-
-void ReportProblem(const std::string& line) {
-  platform::TraceLine(0, line);
-  if (Sink()) {
-    Sink()(line);
-  } else {
-    std::fprintf(stderr, "%s\n", line.c_str());
-  }
-}
 
 std::string DescribeHostError(host_sdk::SPErr error) {
   std::string code;

@@ -1,17 +1,11 @@
-// What went wrong and was survived: one line each, for the user. Main thread only.
+// Exceptions and host errors as lines for the user.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "host/include/HostSuites.h"
 
 namespace host {
-
-// Null: the lines go to standard error. The sink must not throw.
-using ProblemSink = std::function<void(const std::string& line)>;
-void SetProblemSink(ProblemSink sink);
-void ReportProblem(const std::string& line);
 
 // "'Parm' (1348565613)", or the number alone where it spells no code.
 std::string DescribeHostError(host_sdk::SPErr error);

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <mutex>
+#include <thread>
 
 namespace platform {
 
@@ -13,6 +14,8 @@ struct Sink {
 };
 std::mutex sMutex;
 Sink sSink;
+ProblemSink sProblemSink;
+std::thread::id sProblemThread;
 
 Sink CurrentSink() {
   const std::lock_guard lock(sMutex);
@@ -33,9 +36,24 @@ void TraceLine(int indentChange, std::string_view line) {
 
 bool IsTracing() { return CurrentSink().function != nullptr; }
 
+void SetProblemSink(ProblemSink sink) {
+  const std::lock_guard lock(sMutex);
+  sProblemSink = std::move(sink);
+  sProblemThread = std::this_thread::get_id();
+}
+
 void ReportProblem(std::string_view line) {
-  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
   TraceLine(0, line);
+  ProblemSink sink;
+  {
+    const std::lock_guard lock(sMutex);
+    if (sProblemThread == std::this_thread::get_id()) sink = sProblemSink;
+  }
+  if (sink) {
+    sink(std::string(line));
+  } else {
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+  }
 }
 
 }  // namespace platform

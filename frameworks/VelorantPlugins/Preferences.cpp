@@ -55,7 +55,7 @@ Preferences::Stamp Preferences::StampOf(const std::string& path) {
 void Preferences::Report(const std::string& problem) {
   if (problem == reported_) return;
   reported_ = problem;
-  platform::ReportProblem("Preferences: " + problem);
+  platform::ReportProblem(problem);
 }
 
 // Another program may have changed the file since it was read.
@@ -136,7 +136,7 @@ void Preferences::Set(std::string_view key, const Value& value) {
   if (CanBeStored(key, value)) {
     values.Set(key, value);
   } else {
-    Report("a value for '" + std::string(key) + "' cannot be stored");
+    Report("Preferences: a value for '" + std::string(key) + "' cannot be stored");
   }
   Change(values, "");
 }
@@ -148,7 +148,7 @@ void Preferences::SetAll(const Dictionary& values) {
     if (CanBeStored(key, values.ValueAt(i))) {
       storable.Set(key, values.ValueAt(i));
     } else {
-      Report("a value for '" + std::string(key) + "' cannot be stored");
+      Report("Preferences: a value for '" + std::string(key) + "' cannot be stored");
     }
   }
   Change(storable, "");

@@ -11,6 +11,7 @@
 #include "host/console/BatchProgress.h"
 #include "host/console/Slug.h"
 #include "platform/TextEncoding.h"
+#include "platform/Trace.h"
 
 namespace console {
 
@@ -58,9 +59,11 @@ Session::Session(Sandbox& sandbox, Report& report)
       report_(report),
       agent_(sandbox),
       fonts_(sandbox, agent_),
-      preferences_(sandbox.UserInterfaceFramework()) {}
+      preferences_(sandbox.UserInterfaceFramework()) {
+  platform::SetProblemSink([this](const std::string& line) { TakeProblem(line); });
+}
 
-Session::~Session() { host::SetProblemSink(nullptr); }
+Session::~Session() { platform::SetProblemSink(nullptr); }
 
 void Session::CheckParts() {
   if (sandbox_.KilledPredecessor() != 0) {
@@ -93,7 +96,6 @@ void Session::CheckPart(const Part& part) {
 }
 
 bool Session::StartPlugin() {
-  host::SetProblemSink([this](const std::string& line) { TakeProblem(line); });
   host_ = std::make_unique<host::HostApplication>();
   const std::string problem = host_->Start(sandbox_.PluginBundle());
   if (problem.empty()) return true;
@@ -101,8 +103,10 @@ bool Session::StartPlugin() {
   return false;
 }
 
-// What went wrong within the host, of which only a line is known: it begins with a path, or it is the plug-in's.
+// Only a line is known of what went wrong: it begins with a path, or it is the plug-in's. What stops one reader of a
+// document's metadata stops the next, so a line is reported once until a document is opened or saved.
 void Session::TakeProblem(const std::string& line) {
+  if (!toldProblems_.insert(line).second) return;
   const size_t end = line.find(": ");
   if (line.starts_with("/") && end != std::string::npos) {
     report_.Error(line.substr(0, end), line.substr(end + 2));
@@ -169,6 +173,7 @@ bool Session::Open(const std::string& file) {
   if (!CanOpen(file)) return false;
   const ActiveFiles before = fonts_.Look();
   trace_.Mark();
+  toldProblems_.clear();
   int32_t id = 0;
   std::string problem;
   {
@@ -285,6 +290,7 @@ bool Session::SaveTo(KnownDocument& document, const std::string* file) {
   document.identified = IdentifiedFonts(document);
   WarnOfLosses(document);
   trace_.Mark();
+  toldProblems_.clear();
   const std::string problem = file ? host_->SaveAs(document.id, *file) : host_->Save(document.id);
   if (!problem.empty()) {
     report_.Error(document.name, WithoutFile(problem, document.name));
@@ -300,7 +306,9 @@ void Session::ReportSaved(const KnownDocument& document, const std::string& path
   std::vector<std::string> slug;
   std::string problem;
   if (!ReadSlugNames(path, &slug, &problem)) {
-    report_.Error(document.name, problem);
+    if (!toldProblems_.contains(problem)) {
+      report_.Error(document.name, "its XMP can't be read: " + WithoutFile(problem, path));
+    }
     return;
   }
   std::vector<std::string> lost = document.identified;
@@ -365,6 +373,7 @@ void Session::CloseAll() {
 
 void Session::DoIt(int32_t operation) {
   CatchUp();
+  toldProblems_.clear();
   int32_t port = -1;
   const std::string problem = host_->DoIt(operation, &port);
   if (!problem.empty()) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -105,6 +106,7 @@ class Session {
   Preferences preferences_;
   std::unique_ptr<host::HostApplication> host_;
   std::vector<KnownDocument> documents_;  // in the order of opening
+  std::set<std::string> toldProblems_;    // since the last open or save
   bool isAgentGone_ = false;              // reported
   bool isLost_ = false;                   // reported
 };

@@ -47,7 +47,7 @@ bool ReadSlugNames(const std::string& path, std::vector<std::string>* names, std
     // A file of a kind that holds no XMP has no identification data either.
     if (OpenFile(file, path) && file.GetXMP(&meta)) *names = NamesIn(meta);
   } catch (const platform::XMP_Error& error) {
-    *problem = std::string("its XMP can't be read: ") + error.what();
+    *problem = error.what();
     return false;
   }
   return true;

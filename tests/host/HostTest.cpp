@@ -4,7 +4,6 @@
 
 #include "host/HostObjects.h"
 #include "host/LiveObjects.h"
-#include "host/Problems.h"
 #include "host/Suites.h"
 #include "host/TypeIDs.h"
 #include "host/plugins/Recorder.h"
@@ -12,6 +11,7 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+#include "platform/Trace.h"
 
 using namespace host_sdk;
 namespace fs = std::filesystem;
@@ -75,7 +75,7 @@ void HostTest::SetUp() {
   sTest = this;
   UseFonts(folder_.Path());
   platform::Clock::SetDriven(1000);
-  host::SetProblemSink([](const std::string& line) { sTest->problems.push_back(line); });
+  platform::SetProblemSink([](const std::string& line) { sTest->problems.push_back(line); });
   SetHooks({RecordMessage, RecordEvent});
   sOrderWindow = &RecordOrder;
   platform::ExchangeOrderWindowMethod(sOrderWindow);
@@ -90,7 +90,7 @@ void HostTest::TearDown() {
   EXPECT_EQ(host::LiveObjects().Total(), 0u);
   platform::ExchangeOrderWindowMethod(sOrderWindow);
   SetHooks({});
-  host::SetProblemSink(nullptr);
+  platform::SetProblemSink(nullptr);
   platform::Clock::UseSystemTime();
 }
 

@@ -57,6 +57,41 @@ TEST_F(BadInput, DocumentsAreToldAndTheOthersGoOn) {
   EXPECT_EQ(Bytes(folder_ / "cut.psd"), poster.substr(0, poster.size() / 2));
 }
 
+// What the plug-in and its frameworks met below the host's own operations.
+TEST_F(BadInput, WhatOnlyThePluginMetIsAnErrorOncePerOpenAndSave) {
+  std::string deep =
+      "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
+      "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description rdf:about=\"\" xmlns:t=\"t:/\"><t:list>";
+  for (int i = 0; i < 600; ++i) deep += "<rdf:Bag><rdf:li>";
+  deep += "text";
+  for (int i = 0; i < 600; ++i) deep += "</rdf:li></rdf:Bag>";
+  deep += "</t:list></rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end=\"w\"?>  ";
+  deep.resize(deep.size() / 2 * 2);
+  const auto number = [](size_t value) {
+    return std::string{'\0', static_cast<char>(value >> 16), static_cast<char>(value >> 8), static_cast<char>(value)};
+  };
+  const std::string resource = std::string("8BIM\x04\x24\0\0", 8) + number(deep.size()) + deep;
+  constexpr size_t kResources = 30;
+  const std::string sample = Bytes(kPoster);
+  size_t end = kResources + 4;
+  for (size_t i = 0, size = 0; i < 4; ++i, end = kResources + 4 + size) {
+    size = size << 8 | static_cast<uint8_t>(sample[kResources + i]);
+  }
+  const std::string document =
+      folder_.Write("deep.psd", sample.substr(0, kResources) + number(resource.size()) + resource + sample.substr(end));
+  const HostResult read = RunScript("open " + document + "\nwait 6\nedit\nsave\nclose\n");
+  EXPECT_EQ(read.status, 1);
+  const std::string line = document + ": its metadata has more than 1000 levels";
+  EXPECT_THAT(Errors(read), ElementsAre(line, line));
+
+  const std::string preferences = state_.Path() + "/preferences.plist";
+  std::filesystem::remove(preferences);
+  std::filesystem::create_directory(preferences);
+  const HostResult unwritten = RunScript("open " + kNoText + "\n");
+  EXPECT_EQ(unwritten.status, 1);
+  EXPECT_THAT(Errors(unwritten), testing::Contains(HasSubstr(preferences + ": ")));
+}
+
 TEST_F(BadInput, FileThatMayNotGrowFurtherIsToldAndTheOthersGoOn) {
   // Behind the picture, other programs leave data of their own.
   const std::string large = folder_.Write("documents/large.psd", Bytes(kNoText) + std::string(24'000'000, 'x'));

@@ -260,7 +260,8 @@ TEST_F(Life, FontsAreCollectedWhereTheUserSays) {
   const HostResult result = RunScript(script);
   std::set<std::string> names = folder_.Names("collected");
   EXPECT_THAT(names, Contains("LiberationSerif-Bold.ttf"));
-  EXPECT_THAT(result.errors, HasSubstr(impossible + ": the fonts could not be collected here"));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(Errors(result), ElementsAre(HasSubstr(impossible + ": the fonts could not be collected here")));
 }
 
 TEST_F(Life, NewDocumentIsEditedSavedAndFoundAgain) {
