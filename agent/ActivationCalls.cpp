@@ -1,80 +1,66 @@
+// Calls that make fonts active and give them back.
 #include "agent/Calls.h"
 
 namespace agent {
 
-using agent_protocol::AgentActivationState;
-using agent_protocol::kActivated;
-using agent_protocol::kAutoActivated;
-using agent_protocol::kAutoActivatedAgain;
-using agent_protocol::kPreviewActivated;
-
 namespace {
 
-Reply Activate(FontLibrary& library, ClientID client, const Arguments& arguments, AgentActivationState state) {
+calls::Activated Activate(FontLibrary& library, ClientID client, const Numbers& fontIDs, AgentActivationState state) {
   library.FreshenSystemFonts(true);
-  const ActivationOutcome outcome = library.Active().Activate(client, arguments.Numbers("fontIDs"), state);
-  return {kSuccess, {{"activated", outcome.activated}, {"failed", outcome.failed}, {"refused", outcome.refused}}};
-}
-
-Reply ActivateFonts(FontLibrary& library, ClientID client, const Arguments& arguments) {
-  const auto state = static_cast<AgentActivationState>(arguments.Number("kind"));
-  if (state != kAutoActivated && state != kPreviewActivated && state != kActivated) return {kInvalidParam};
-  return Activate(library, client, arguments, state);
-}
-
-// Preview activation has no lists in its result: whatever could not be activated makes the call fail.
-Reply PreviewActivateFonts(FontLibrary& library, ClientID client, const Arguments& arguments) {
-  Reply reply = Activate(library, client, arguments, kPreviewActivated);
-  if (!reply.result["failed"].empty() || !reply.result["refused"].empty()) reply.code = kNotSupported;
-  return reply;
-}
-
-Reply RestoreActivations(FontLibrary& library, ClientID client, const Arguments& arguments) {
-  return Activate(library, client, arguments, kAutoActivatedAgain);
-}
-
-Reply DeactivateFonts(FontLibrary& library, ClientID client, const Arguments& arguments) {
-  library.FreshenSystemFonts(false);
-  const auto notOurs = library.Active().Deactivate(client, arguments.Numbers("fontIDs"), arguments.Flag("alsoUser"));
-  return {notOurs.empty() ? kSuccess : kCantDeactivateSystemFonts, {{"failed", notOurs}}};
-}
-
-Reply GetClientStates(FontLibrary& library, ClientID client, const Arguments& arguments) {
-  Json flags = Json::array();
-  for (const uint32_t id : arguments.Numbers("fontIDs")) {
-    flags.push_back(library.Active().IsHeldBy(client, id) ? 1 : 0);
-  }
-  return {kSuccess, {{"flags", flags}}};
-}
-
-Reply GetFontConflicts(FontLibrary& library, ClientID, const Arguments& arguments) {
-  library.FreshenSystemFonts(true);
-  Json conflicts = Json::array();
-  for (const uint32_t id : arguments.Numbers("fontIDs")) {
-    const Font* font = library.Table().Find(id);
-    conflicts.push_back(font ? library.Active().ConflictOf(*font) : 0);
-  }
-  return {kSuccess, {{"conflicts", conflicts}}};
+  ActivationOutcome outcome = library.Active().Activate(client, fontIDs, state);
+  return {std::move(outcome.activated), std::move(outcome.failed), std::move(outcome.refused)};
 }
 
 }  // namespace
 
-void AddActivationCalls(Dispatcher& dispatcher, FontLibrary& library) {
-  const auto add = [&](const char* call, auto function) {
-    dispatcher.Add(call, Needs::kFonts, [&library, function](ClientID client, const Arguments& arguments) {
-      return function(library, client, arguments);
-    });
-  };
-  add("ActivateFonts", ActivateFonts);
-  add("PreviewActivateFonts", PreviewActivateFonts);
-  add("RestoreActivations", RestoreActivations);
-  add("DeactivateFonts", DeactivateFonts);
-  add("GetClientFontActivationStates", GetClientStates);
-  add("GetFontConflicts", GetFontConflicts);
-  dispatcher.Add("KeepActivations", Needs::kFonts, [&](ClientID client, const Arguments&) {
-    library.Active().KeepClient(client);
-    return Reply();
-  });
+Answer<calls::ActivateFonts> Serve(FontLibrary& library, ClientID client,
+                                   const calls::ActivateFonts::Arguments& arguments) {
+  const auto state = static_cast<AgentActivationState>(arguments.kind);
+  if (state != kAutoActivated && state != kPreviewActivated && state != kActivated) return kInvalidParam;
+  return Activate(library, client, arguments.fontIDs, state);
+}
+
+// The callers of this function see no lists, so the call fails if any font failed.
+Answer<calls::PreviewActivateFonts> Serve(FontLibrary& library, ClientID client,
+                                          const calls::PreviewActivateFonts::Arguments& arguments) {
+  calls::Activated result = Activate(library, client, arguments.fontIDs, kPreviewActivated);
+  const bool areAllActive = result.failed.empty() && result.refused.empty();
+  return {areAllActive ? kSuccess : kNotSupported, std::move(result)};
+}
+
+Answer<calls::RestoreActivations> Serve(FontLibrary& library, ClientID client,
+                                        const calls::RestoreActivations::Arguments& arguments) {
+  return Activate(library, client, arguments.fontIDs, kAutoActivatedAgain);
+}
+
+Answer<calls::DeactivateFonts> Serve(FontLibrary& library, ClientID client,
+                                     const calls::DeactivateFonts::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  Numbers notOurs = library.Active().Deactivate(client, arguments.fontIDs, arguments.alsoUser);
+  return {notOurs.empty() ? kSuccess : kCantDeactivateSystemFonts, {std::move(notOurs)}};
+}
+
+Answer<calls::GetClientFontActivationStates> Serve(FontLibrary& library, ClientID client,
+                                                   const calls::GetClientFontActivationStates::Arguments& arguments) {
+  calls::Flags result;
+  for (const uint32_t id : arguments.fontIDs) result.flags.push_back(library.Active().IsHeldBy(client, id) ? 1 : 0);
+  return result;
+}
+
+Answer<calls::GetFontConflicts> Serve(FontLibrary& library, ClientID,
+                                      const calls::GetFontConflicts::Arguments& arguments) {
+  library.FreshenSystemFonts(true);
+  calls::GetFontConflicts::Result result;
+  for (const uint32_t id : arguments.fontIDs) {
+    const Font* font = library.Table().Find(id);
+    result.conflicts.push_back(font ? library.Active().ConflictOf(*font) : 0);
+  }
+  return result;
+}
+
+Answer<calls::KeepActivations> Serve(FontLibrary& library, ClientID client, const calls::KeepActivations::Arguments&) {
+  library.Active().KeepClient(client);
+  return calls::Nothing();
 }
 
 }  // namespace agent

@@ -110,32 +110,24 @@ LibraryEvents Agent::MakeLibraryEvents() {
 }
 
 void Agent::AddCalls() {
-  AddStateCalls(dispatcher_);
-  dispatcher_.Add("Hello", Needs::kNothing,
-                  [this](ClientID client, const Arguments& arguments) { return Hello(client, arguments); });
-  dispatcher_.Add("SetNotifications", Needs::kNothing, [this](ClientID client, const Arguments& arguments) {
-    const auto found = clients_.find(client);
-    if (found == clients_.end()) return Reply{kInvalidParam};
-    found->second.wantsNotifications = arguments.Flag("wanted");
-    return Reply();
+#define ADD_CALL(name)                                                                                             \
+  dispatcher_.Add<calls::name>(Needs::kNothing, [this](ClientID client, const calls::name::Arguments& arguments) { \
+    return Serve(client, arguments);                                                                               \
   });
-  dispatcher_.Add("GetFontVaultPath", Needs::kNothing, [this](ClientID, const Arguments&) {
-    return Reply{kSuccess, {{"path", configuration_.DataFolder()}}};
-  });
-  dispatcher_.Add("InitThreadInstance", Needs::kNothing,
-                  [this](ClientID, const Arguments&) { return Reply{library_ ? kSuccess : kInvalidVault}; });
+  AGENT_SESSION_CALLS(ADD_CALL)
+#undef ADD_CALL
   if (!library_) return;
-  AddFontCalls(dispatcher_, *library_);
-  AddActivationCalls(dispatcher_, *library_);
-  AddSetCalls(dispatcher_, *library_);
+#define ADD_CALL(name)                                                                                           \
+  dispatcher_.Add<calls::name>(Needs::kFonts, [this](ClientID client, const calls::name::Arguments& arguments) { \
+    return agent::Serve(*library_, client, arguments);                                                           \
+  });
+  AGENT_FONT_CALLS(ADD_CALL)
+#undef ADD_CALL
 }
 
-Reply Agent::Hello(ClientID client, const Arguments& arguments) {
-  ClearDesktop();  // a client is a program that has just started
-  clients_[client].wantsNotifications = arguments.Flag("notifications");
+void Agent::KeepRunning() {
   if (endTimer_) loop_.RemoveTimer(endTimer_);
   endTimer_ = nullptr;
-  return {kSuccess, {{"protocol", agent_protocol::kProtocolVersion}}};
 }
 
 void Agent::Notify(const Json& notification) {
@@ -155,7 +147,7 @@ void Agent::OnGone(ClientID client) {
 }
 
 void Agent::EndAfter(double seconds) {
-  if (endTimer_) loop_.RemoveTimer(endTimer_);
+  KeepRunning();
   endTimer_ = platform::RunLoopTimer::After(seconds, 0, [this](platform::RunLoopTimer&) { loop_.Stop(); });
   loop_.AddTimer(endTimer_, platform::RunLoopMode::kCommon);
 }

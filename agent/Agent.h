@@ -40,12 +40,15 @@ class Agent {
   void CheckPlace();
   void ClearDesktop();
   void AddCalls();
-  Reply Hello(ClientID client, const Arguments& arguments);
+#define AGENT_HANDLER(name) Answer<calls::name> Serve(ClientID client, const calls::name::Arguments& arguments);
+  AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp
+#undef AGENT_HANDLER
   LibraryEvents MakeLibraryEvents();
   void Notify(const Json& notification);
   void NotifyFont(uint32_t kind, uint32_t fontID);
   void OnGone(ClientID client);
   void EndAfter(double seconds);
+  void KeepRunning();  // undoes EndAfter
 
   Configuration configuration_;
   const InstanceLock& lock_;

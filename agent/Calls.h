@@ -1,19 +1,15 @@
-// The calls that the agent serves, by subject. Arguments and results of each are listed in docs/PROTOCOL.md.
+// The handlers of the calls that need fonts, one for each call of AGENT_FONT_CALLS. Those of the session are members of
+// Agent. docs/PROTOCOL.md says what each call does.
 #pragma once
-
-#include <functional>
 
 #include "agent/Dispatcher.h"
 #include "agent/FontLibrary.h"
 
 namespace agent {
 
-// Login, workgroups, rights: the same whether or not there are fonts.
-void AddStateCalls(Dispatcher& dispatcher);
-// Look-ups and records.
-void AddFontCalls(Dispatcher& dispatcher, FontLibrary& library);
-void AddActivationCalls(Dispatcher& dispatcher, FontLibrary& library);
-// Sets and copies of font files.
-void AddSetCalls(Dispatcher& dispatcher, FontLibrary& library);
+#define AGENT_HANDLER(name) \
+  Answer<calls::name> Serve(FontLibrary& library, ClientID client, const calls::name::Arguments& arguments);
+AGENT_FONT_CALLS(AGENT_HANDLER)
+#undef AGENT_HANDLER
 
 }  // namespace agent

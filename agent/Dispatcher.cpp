@@ -1,62 +1,10 @@
 #include "agent/Dispatcher.h"
 
-#include <stdexcept>
-
-#include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
 
 namespace agent {
 
-namespace {
-
-struct BadArgument : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
-uint32_t NumberOf(const Json& value, const char* key) {
-  if (!value.is_number_integer()) throw BadArgument(std::string(key) + " is not an integer");
-  // Pseudo numbers such as -2 for all workgroups cross the boundary as their 32 bits.
-  const bool isUnsigned = value.is_number_unsigned();
-  if (isUnsigned ? value.get<uint64_t>() > UINT32_MAX : value.get<int64_t>() < INT32_MIN) {
-    throw BadArgument(std::string(key) + " does not fit 32 bits");
-  }
-  return isUnsigned ? static_cast<uint32_t>(value.get<uint64_t>()) : static_cast<uint32_t>(value.get<int64_t>());
-}
-
-}  // namespace
-
-const Json& Arguments::Get(const char* key) const {
-  const auto found = json_.find(key);
-  if (found == json_.end()) throw BadArgument(std::string(key) + " is missing");
-  return *found;
-}
-
-std::vector<uint32_t> Arguments::Numbers(const char* key) const {
-  const Json& list = Get(key);
-  if (!list.is_array()) throw BadArgument(std::string(key) + " is not an array");
-  if (list.size() > agent_protocol::kMostNumbers) throw BadArgument(std::string(key) + " is too long");
-  std::vector<uint32_t> numbers;
-  for (const Json& entry : list) numbers.push_back(NumberOf(entry, key));
-  return numbers;
-}
-
-uint32_t Arguments::Number(const char* key) const { return NumberOf(Get(key), key); }
-
-std::string Arguments::Text(const char* key) const {
-  const Json& text = Get(key);
-  if (!text.is_string()) throw BadArgument(std::string(key) + " is not a string");
-  return text.get<std::string>();
-}
-
-bool Arguments::Flag(const char* key) const {
-  const Json& flag = Get(key);
-  if (!flag.is_boolean()) throw BadArgument(std::string(key) + " is not a boolean");
-  return flag.get<bool>();
-}
-
-void Dispatcher::Add(const char* call, Needs needs, Handler handler) { entries_[call] = {needs, std::move(handler)}; }
-
-void Dispatcher::RefuseAll(uint32_t code) {
+void Dispatcher::RefuseAll(ResultCode code) {
   entries_.clear();
   unknownCode_ = code;
   Release();
@@ -89,12 +37,12 @@ bool Dispatcher::Hold(ClientID client, std::string_view message) {
   return true;
 }
 
-Reply Dispatcher::Answer(const Request& request) {
+Dispatcher::Reply Dispatcher::ReplyTo(const Request& request) {
   const auto entry = entries_.find(request.call);
   if (entry == entries_.end()) return {unknownCode_};
   try {
-    return entry->second.handler(request.client, Arguments(request.arguments));
-  } catch (const BadArgument& error) {
+    return entry->second.handler(request.client, request.arguments);
+  } catch (const BadMessage& error) {
     events_.report(request.call + ": " + error.what());
     return {kInvalidParam};
   } catch (const StoreError& error) {
@@ -103,7 +51,7 @@ Reply Dispatcher::Answer(const Request& request) {
   }
 }
 
-void Dispatcher::Serve(const Request& request) { Send(request, Answer(request)); }
+void Dispatcher::Serve(const Request& request) { Send(request, ReplyTo(request)); }
 
 void Dispatcher::Send(const Request& request, const Reply& reply) {
   events_.send(request.client, ToText({{"id", request.id}, {"code", reply.code}, {"result", reply.result}}));

@@ -5,45 +5,30 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "agent/Activations.h"
 #include "agent/Json.h"
+#include "agent/include/AgentProtocol.h"
+#include "agent/include/CallEncoding.h"
+#include "agent/include/ResultCodes.h"
 
 namespace agent {
 
-// Result codes that the agent gives; the numbers are those of the common table of error codes.
-inline constexpr uint32_t kSuccess = 0;
-inline constexpr uint32_t kInvalidParam = 0x04000000;
-inline constexpr uint32_t kNotFound = 0x07000000;
-inline constexpr uint32_t kNotImplemented = 0x08000000;
-inline constexpr uint32_t kDatabaseError = 0x0D000000;
-inline constexpr uint32_t kNotSupported = 0x10000000;
-inline constexpr uint32_t kNotInitialized = 0x11000000;
-inline constexpr uint32_t kInvalidVault = 0x01002008;
-inline constexpr uint32_t kCouldNotCopyFile = 0x04004007;
-inline constexpr uint32_t kCantDeactivateSystemFonts = 0x08004001;
+using namespace agent_protocol;  // the calls and their codes
 
-struct Reply {
-  uint32_t code = kSuccess;
-  Json result = Json::object();
-};
+// What a handler returns: a result, a code, or both where a call that failed in part has a result all the same.
+template <class Call>
+struct Answer {
+  Answer(ResultCode failure) : code(failure) {}
+  Answer(typename Call::Result success) : result(std::move(success)) {}
+  Answer(ResultCode both, typename Call::Result partly) : code(both), result(std::move(partly)) {}
 
-// The arguments of one request. A read of a missing argument or of another type gives the caller kInvalidParam.
-class Arguments {
- public:
-  explicit Arguments(const Json& json) : json_(json) {}
-  std::vector<uint32_t> Numbers(const char* key) const;  // at most agent_protocol::kMostNumbers
-  uint32_t Number(const char* key) const;
-  std::string Text(const char* key) const;
-  bool Flag(const char* key) const;
-  bool Has(const char* key) const { return json_.contains(key); }
-
- private:
-  const Json& Get(const char* key) const;
-  const Json& json_;
+  ResultCode code = kSuccess;
+  std::optional<typename Call::Result> result;
 };
 
 enum class Needs {
@@ -55,7 +40,6 @@ enum class Needs {
 
 class Dispatcher {
  public:
-  using Handler = std::function<Reply(ClientID, const Arguments&)>;
   struct Events {
     std::function<void(ClientID, const std::string& message)> send;
     std::function<void(ClientID)> breach;  // what came is no request
@@ -64,12 +48,22 @@ class Dispatcher {
 
   explicit Dispatcher(Events events) : events_(std::move(events)) {}
 
-  void Add(const char* call, Needs needs, Handler handler);
-  // What a call that nobody serves is answered with.
-  void SetCodeForUnknownCalls(uint32_t code) { unknownCode_ = code; }
+  // handler(ClientID, const Call::Arguments&) returns Answer<Call>. It is not called if the arguments do not fit: then the
+  // client gets kInvalidParam. A StoreError that it throws gives the client kDatabaseError.
+  template <class Call, class Handler>
+  void Add(Needs needs, Handler handler) {
+    Add(agent_protocol::CallName<Call>::kText, needs, [handler](ClientID client, const Json& json) {
+      const auto arguments =
+          agent_protocol::FromJson<typename Call::Arguments>(json, "arguments", agent_protocol::kMostNumbers);
+      const Answer<Call> answer = handler(client, arguments);
+      return Reply{answer.code, answer.result ? agent_protocol::ToJson(*answer.result) : Json::object()};
+    });
+  }
+  // The answer to calls that were not added.
+  void SetCodeForUnknownCalls(ResultCode code) { unknownCode_ = code; }
 
   // From here on every call is answered with the code, those that are held back at once.
-  void RefuseAll(uint32_t code);
+  void RefuseAll(ResultCode code);
 
   void OnMessage(ClientID client, std::string_view message);
   void OnGone(ClientID client);
@@ -77,9 +71,14 @@ class Dispatcher {
   void Release();
 
  private:
+  struct Reply {
+    ResultCode code = kSuccess;
+    Json result = Json::object();
+  };
+  using JsonHandler = std::function<Reply(ClientID, const Json& arguments)>;
   struct Entry {
     Needs needs;
-    Handler handler;
+    JsonHandler handler;
   };
   struct Request {
     ClientID client;
@@ -91,10 +90,11 @@ class Dispatcher {
     ClientID client;
     std::string message;  // not taken apart: that would need many times its bytes
   };
+  void Add(const char* call, Needs needs, JsonHandler handler) { entries_[call] = {needs, std::move(handler)}; }
   bool Hold(ClientID client, std::string_view message);
   void Serve(const Request& request);
   void Send(const Request& request, const Reply& reply);
-  Reply Answer(const Request& request);
+  Reply ReplyTo(const Request& request);
 
   Events events_;
   std::map<std::string, Entry, std::less<>> entries_;
@@ -102,7 +102,7 @@ class Dispatcher {
   std::map<ClientID, size_t> heldOf_;  // how many of them are of each client
   size_t heldBytes_ = 0;
   bool isReleased_ = false;
-  uint32_t unknownCode_ = kNotImplemented;
+  ResultCode unknownCode_ = kNotImplemented;
 };
 
 }  // namespace agent

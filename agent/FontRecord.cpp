@@ -4,10 +4,10 @@
 
 namespace agent {
 
-Json MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state) {
+agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state) {
   const FontFace& face = font.face;
   const Workgroup& workgroup = WorkgroupWithID(font.workgroupID);
-  Json record = {
+  agent_protocol::Record record = {
       {"PostScriptName", face.postScriptName},
       {"FontKind", face.kind},
       {"Foundry", face.foundry},
@@ -28,11 +28,11 @@ Json MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state
       {"IsLocal", "1"},
   };
   if (!face.printerFont.empty()) record["PrinterFont"] = face.printerFont;
-  record.update(MakeWorkgroupRecord(workgroup));
+  record.merge(MakeWorkgroupRecord(workgroup));
   return record;
 }
 
-Json MakeWorkgroupRecord(const Workgroup& workgroup) {
+agent_protocol::Record MakeWorkgroupRecord(const Workgroup& workgroup) {
   return {{"WorkgroupID", std::to_string(workgroup.id)},
           {"WorkgroupName", workgroup.name},
           {"WorkgroupType", std::to_string(workgroup.type)}};

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "agent/FontTable.h"
-#include "agent/Json.h"
+#include "agent/include/AgentCalls.h"
 #include "agent/include/AgentProtocol.h"
 
 namespace agent {
 
-Json MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state);
+agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state);
 // Numbers and flags in it are decimal text, as in font records.
-Json MakeWorkgroupRecord(const Workgroup& workgroup);
+agent_protocol::Record MakeWorkgroupRecord(const Workgroup& workgroup);
 
 }  // namespace agent

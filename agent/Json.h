@@ -1,14 +1,11 @@
-// The wire's and the configuration's notation.
+// JSON as the wire and the configuration use it.
 #pragma once
 
-#include <nlohmann/json.hpp>
-#include <string>
+#include "agent/include/CallEncoding.h"
 
 namespace agent {
 
-using Json = nlohmann::json;
-
-// Text for the wire. Paths may hold bytes that are no UTF-8; those are shown as U+FFFD.
-inline std::string ToText(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+using agent_protocol::Json;
+using agent_protocol::ToText;
 
 }  // namespace agent

@@ -22,10 +22,12 @@ void CheckFace(const FontFace& face) {
   Font font;
   font.path = "/fonts/font.ttf";
   font.face = face;
-  const Json parsed = Json::parse(ToText(MakeFontRecord(font, agent_protocol::kInactive)));
-  CHECK(parsed["PostScriptName"] == face.postScriptName);
   platform::Dictionary record = platform::Dictionary::Create();
-  for (const auto& [key, value] : parsed.items()) record.Set(key, value.get<std::string>());
+  for (const auto& [key, text] : MakeFontRecord(font, agent_protocol::kInactive)) {
+    CHECK(platform::IsValidUTF8(text));  // or the record could not cross the wire
+    record.Set(key, text);
+  }
+  CHECK(record.GetString("PostScriptName").View() == face.postScriptName);
   CHECK(!platform::CreateXMLPropertyList(record).empty());
 }
 

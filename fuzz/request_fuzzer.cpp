@@ -1,11 +1,11 @@
 // Any bytes as what a client sends to the agent: cut into the same messages however it arrives, each of which gets one
-// reply or ends the connection.
+// reply or ends the connection. Every call reads its arguments.
 #include <algorithm>
 #include <vector>
 
 #include "Check.h"
 #include "Input.h"
-#include "agent/Calls.h"
+#include "agent/Dispatcher.h"
 #include "agent/Server.h"
 
 namespace {
@@ -30,13 +30,6 @@ Stream Cut(std::string_view bytes, size_t step) {
   return stream;
 }
 
-// Reads one argument of each kind.
-Reply ReadAll(ClientID, const Arguments& arguments) {
-  Json result = {{"numbers", arguments.Numbers("numbers")}, {"text", arguments.Text("text")}};
-  result["sum"] = arguments.Number("number") + (arguments.Flag("flag") ? 1u : 0u);
-  return {kSuccess, result};
-}
-
 struct Client {
   std::vector<std::string> replies;
   size_t breaches = 0;
@@ -59,9 +52,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CHECK(stream.messages == inPieces.messages && stream.isBroken == inPieces.isBroken);
 
   Client client;
-  AddStateCalls(client.dispatcher);
-  client.dispatcher.Add("Read", Needs::kNothing, ReadAll);
-  client.dispatcher.Add("Wait", Needs::kFonts, ReadAll);
+#define ADD_CALL(name)                \
+  client.dispatcher.Add<calls::name>( \
+      Needs::kNothing,                \
+      [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { return calls::name::Result(); });
+  AGENT_SESSION_CALLS(ADD_CALL)
+#undef ADD_CALL
+#define ADD_CALL(name)                \
+  client.dispatcher.Add<calls::name>( \
+      Needs::kFonts, [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { return kNotFound; });
+  AGENT_FONT_CALLS(ADD_CALL)
+#undef ADD_CALL
   for (const std::string& message : stream.messages) client.dispatcher.OnMessage(1, message);
   client.dispatcher.Release();
   CHECK(client.replies.size() + client.breaches == stream.messages.size());

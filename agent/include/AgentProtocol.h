@@ -3,9 +3,9 @@
 // The agent listens on the socket kAgentSocketName in the runtime folder of the state folder (STATE/run). A message is one
 // JSON object in platform/LocalSocket.h's framing.
 //   request       {"id": 7, "call": "ActivateFonts", "arguments": {...}}       id is unique within the connection
-//   reply         {"id": 7, "code": 0, "result": {...}}                        code is a TModuleErrorCode
+//   reply         {"id": 7, "code": 0, "result": {...}}                        code is one of ResultCodes.h
 //   notification  {"notify": 8, "fontID": 12}  or {"notify": 19, "payload": {...}}   notify is an ECallbackKind
-// Calls are named like the exported functions that they serve; arguments and results are listed in docs/PROTOCOL.md.
+// AgentCalls.h lists the calls with their arguments and results, ResultCodes.h the codes, docs/PROTOCOL.md what they do.
 // A connection is one client; what it activated and did not give back is given back when it ends, unless it said so
 // with "KeepActivations".
 #pragma once

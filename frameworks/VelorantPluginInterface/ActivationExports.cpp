@@ -1,4 +1,5 @@
 // Making fonts active and giving them back.
+#include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 
@@ -7,13 +8,7 @@ using PluginInterface::FacadeHandle;
 
 namespace {
 
-constexpr uint32_t kOrdinaryActivation = 1;
-constexpr uint32_t kDesignActivation = 3;
-
-// What a call activated is remembered even if it failed as a whole.
-void Remember(const CallResult& reply, HoldKind kind) {
-  if (reply.result.contains("activated")) ProcessFonts().Add(NumbersOfJson(reply.result["activated"]), kind);
-}
+void Remember(const calls::Activated& result, HoldKind kind) { ProcessFonts().Add(result.activated, kind); }
 
 }  // namespace
 
@@ -24,12 +19,12 @@ TModuleErrorCode ActivateFonts(FacadeHandle h, uint32_t count, const uint32_t* f
   if ((count > 0 && !fontIDs) || !failedCount || !refusedCount) return kNullPointer;
   *failedCount = *refusedCount = 0;
   return Guarded([&] {
-    const CallResult reply = CallAgent(h, "ActivateFonts", {{"fontIDs", Numbers(count, fontIDs)}, {"kind", kind}});
+    const auto reply = CallAgent<calls::ActivateFonts>(h, {NumbersOf(count, fontIDs), kind});
     if (reply.code != kSuccess) return reply.code;
-    if (kind == kOrdinaryActivation) Remember(reply, HoldKind::kDocument);
-    if (kind == kDesignActivation) Remember(reply, HoldKind::kPreview);
-    *failedCount = WriteNumbers(reply.result.at("failed"), failedIDs, failedCapacity);
-    *refusedCount = WriteNumbers(reply.result.at("refused"), refusedIDs, refusedCapacity);
+    if (kind == kAutoActivated) Remember(reply.result, HoldKind::kDocument);
+    if (kind == kPreviewActivated) Remember(reply.result, HoldKind::kPreview);
+    *failedCount = WriteNumbers(reply.result.failed, failedIDs, failedCapacity);
+    *refusedCount = WriteNumbers(reply.result.refused, refusedIDs, refusedCapacity);
     return kSuccess;
   });
 }
@@ -37,19 +32,17 @@ TModuleErrorCode ActivateFonts(FacadeHandle h, uint32_t count, const uint32_t* f
 TModuleErrorCode PreviewActivateFonts(FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t) {
   if (count > 0 && !fontIDs) return kNullPointer;
   return Guarded([&] {
-    const CallResult reply = CallAgent(h, "PreviewActivateFonts", {{"fontIDs", Numbers(count, fontIDs)}});
-    Remember(reply, HoldKind::kPreview);
+    const auto reply = CallAgent<calls::PreviewActivateFonts>(h, {NumbersOf(count, fontIDs)});
+    Remember(reply.result, HoldKind::kPreview);
     // Some fonts can fail while the others are active. The caller has no list to learn which, so it asks for their states.
-    const bool areSomeActive = reply.result.contains("activated") && !reply.result["activated"].empty();
-    return areSomeActive ? kSuccess : reply.code;
+    return reply.result.activated.empty() ? reply.code : kSuccess;
   });
 }
 
 TModuleErrorCode DeactivateFonts(FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t) {
   if (count > 0 && !fontIDs) return kNullPointer;
   return Guarded([&] {
-    const CallResult reply =
-        CallAgent(h, "DeactivateFonts", {{"fontIDs", Numbers(count, fontIDs)}, {"alsoUser", false}});
+    const auto reply = CallAgent<calls::DeactivateFonts>(h, {NumbersOf(count, fontIDs), /*alsoUser=*/false});
     // With fonts of the system's among them the call fails, and the others are given back all the same.
     if (!IsAgentGone(reply.code)) ProcessFonts().Remove({fontIDs, fontIDs + count});
     return reply.code;
@@ -59,17 +52,16 @@ TModuleErrorCode DeactivateFonts(FacadeHandle h, uint32_t count, const uint32_t*
 TModuleErrorCode GetFontIsActivated(FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t* outFlags) {
   if (count > 0 && (!fontIDs || !outFlags)) return kNullPointer;
   return Guarded([&] {
-    const CallResult reply = CallAgent(h, "GetFontIsActivated", {{"fontIDs", Numbers(count, fontIDs)}});
-    return WriteAnswers(reply, "flags", count, outFlags);
+    const auto reply = CallAgent<calls::GetFontIsActivated>(h, {NumbersOf(count, fontIDs)});
+    return reply.code == kSuccess ? WriteAnswers(reply.result.flags, count, outFlags) : reply.code;
   });
 }
 
 TModuleErrorCode GetClientFontActivationStates(uint32_t count, const uint32_t* fontIDs, uint32_t* outFlags) {
   if (count > 0 && (!fontIDs || !outFlags)) return kNullPointer;
   return Guarded([&] {
-    const CallResult reply =
-        CurrentFacade()->Call("GetClientFontActivationStates", {{"fontIDs", Numbers(count, fontIDs)}});
-    return WriteAnswers(reply, "flags", count, outFlags);
+    const auto reply = CurrentFacade()->Call<calls::GetClientFontActivationStates>({NumbersOf(count, fontIDs)});
+    return reply.code == kSuccess ? WriteAnswers(reply.result.flags, count, outFlags) : reply.code;
   });
 }
 
@@ -77,7 +69,7 @@ TModuleErrorCode GetFontConflicts(FacadeHandle h, uint32_t count, const uint32_t
                                   uint32_t* outConflictingIDs) {
   if (count > 0 && (!fontIDs || !outConflictingIDs)) return kNullPointer;
   return Guarded([&] {
-    const CallResult reply = CallAgent(h, "GetFontConflicts", {{"fontIDs", Numbers(count, fontIDs)}});
-    return WriteAnswers(reply, "conflicts", count, outConflictingIDs);
+    const auto reply = CallAgent<calls::GetFontConflicts>(h, {NumbersOf(count, fontIDs)});
+    return reply.code == kSuccess ? WriteAnswers(reply.result.conflicts, count, outConflictingIDs) : reply.code;
   });
 }

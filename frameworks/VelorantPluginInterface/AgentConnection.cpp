@@ -12,7 +12,6 @@
 #include <thread>
 
 #include "agent/include/MessageDepth.h"
-#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 
 namespace plugin_interface {
 
@@ -21,16 +20,13 @@ namespace {
 using Clock = std::chrono::steady_clock;  // does not run while the machine sleeps
 
 // The small question, which the agent answers at any time, and the number of its reply, which nobody waits for.
-constexpr const char* kProbe = "GetIsOnline";
+using Probe = agent_protocol::calls::GetIsOnline;
 constexpr uint64_t kProbeID = 0;
 // Copying files to a slow disk keeps the agent from everything else.
-constexpr const char* kLongCall = "ExportFonts";
+using LongCall = agent_protocol::calls::ExportFonts;
 constexpr int kLongCallFactor = 30;
 
-std::string RequestText(uint64_t id, const char* name, Json arguments) {
-  return Json{{"id", id}, {"call", name}, {"arguments", std::move(arguments)}}.dump(-1, ' ', false,
-                                                                                    Json::error_handler_t::replace);
-}
+bool IsLongCall(const char* name) { return std::strcmp(name, agent_protocol::CallName<LongCall>::kText) == 0; }
 
 std::chrono::milliseconds TimeUntil(Clock::time_point end) {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
@@ -63,7 +59,7 @@ struct AgentConnection::State {
 
   std::mutex mutex;  // guards what follows
   std::condition_variable replied;
-  std::map<uint64_t, CallResult> replies;
+  std::map<uint64_t, RawReply> replies;
   uint64_t lastID = 0;
   bool isLost = false;
   bool isSilent = false;  // the reason for it
@@ -100,7 +96,7 @@ bool AgentConnection::State::ReadOne() {
       !message["code"].is_number_unsigned() || message["code"].get<uint64_t>() > UINT32_MAX) {
     return false;
   }
-  CallResult reply{message["code"].get<uint32_t>()};
+  RawReply reply{message["code"].get<uint32_t>()};
   if (message.contains("result")) reply.result = std::move(message["result"]);
   const uint64_t id = message["id"].get<uint64_t>();
   const std::lock_guard lock(mutex);
@@ -177,18 +173,18 @@ void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
   if (!wasClosed) state->onLost();
 }
 
-CallResult AgentConnection::Call(const char* name, Json arguments) {
+RawReply AgentConnection::CallByName(const char* name, Json arguments) {
   uint64_t id = 0;
   {
     const std::lock_guard lock(state_->mutex);
-    if (state_->isLost) return {PluginInterface::kAgentShutdownCode};
+    if (state_->isLost) return {agent_protocol::kAgentShutdownCode};
     id = ++state_->lastID;
   }
-  state_->Send(RequestText(id, name, std::move(arguments)));
-  return AwaitReply(id, std::strcmp(name, kLongCall) == 0 ? state_->patience * kLongCallFactor : state_->patience);
+  state_->Send(agent_protocol::ToText({{"id", id}, {"call", name}, {"arguments", std::move(arguments)}}));
+  return AwaitReply(id, IsLongCall(name) ? state_->patience * kLongCallFactor : state_->patience);
 }
 
-CallResult AgentConnection::AwaitReply(uint64_t id, Patience patience) {
+RawReply AgentConnection::AwaitReply(uint64_t id, Patience patience) {
   State& state = *state_;
   std::unique_lock lock(state.mutex);
   const bool isReader = state.reader == std::this_thread::get_id();
@@ -213,12 +209,12 @@ CallResult AgentConnection::AwaitReply(uint64_t id, Patience patience) {
     } else {
       probed = quietSince;
       lock.unlock();
-      state.Send(RequestText(kProbeID, kProbe, Json::object()));
+      state.Send(agent_protocol::RequestText<Probe>(kProbeID, {}));
     }
     lock.lock();
   }
   const auto reply = state.replies.extract(id);
-  return reply ? std::move(reply.mapped()) : CallResult{PluginInterface::kAgentShutdownCode};
+  return reply ? std::move(reply.mapped()) : RawReply{agent_protocol::kAgentShutdownCode};
 }
 
 void AgentConnection::Close() {

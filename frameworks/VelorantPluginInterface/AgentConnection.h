@@ -12,19 +12,37 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "agent/include/CallEncoding.h"
+#include "agent/include/ResultCodes.h"
 #include "platform/LocalSocket.h"
 
 namespace plugin_interface {
 
-using Json = nlohmann::json;
+using agent_protocol::Json;
 
-struct CallResult {
-  uint32_t code = 0;
+// The agent's reply to a call, or a code of the library's own with an empty result.
+struct RawReply {
+  agent_protocol::ResultCode code = 0;
   Json result = Json::object();
 };
+
+// The same, read. A failed call may have a result as well; without one every member has its default.
+template <class Call>
+struct Reply {
+  agent_protocol::ResultCode code = 0;
+  typename Call::Result result;
+};
+
+// Throws agent_protocol::BadMessage if the result is not that of the call.
+template <class Call>
+Reply<Call> ReadReply(const RawReply& raw) {
+  Reply<Call> reply{raw.code, {}};
+  const bool hasResult = raw.code == agent_protocol::kSuccess || !raw.result.empty();
+  if (hasResult) reply.result = agent_protocol::FromJson<typename Call::Result>(raw.result, "result");
+  return reply;
+}
 
 class AgentConnection {
  public:
@@ -42,15 +60,20 @@ class AgentConnection {
   AgentConnection(const AgentConnection&) = delete;
   AgentConnection& operator=(const AgentConnection&) = delete;
 
-  // Waits for the reply. On the reader thread itself (a notification's receiver asks something) it reads meanwhile.
-  CallResult Call(const char* name, Json arguments);
+  // Sends a call and waits for its reply. On the reader thread itself (a notification's receiver asks something) it reads
+  // meanwhile. Throws agent_protocol::BadMessage if the result is not that of the call.
+  template <class C>
+  Reply<C> Call(const typename C::Arguments& arguments) {
+    return ReadReply<C>(CallByName(agent_protocol::CallName<C>::kText, agent_protocol::ToJson(arguments)));
+  }
+  RawReply CallByName(const char* name, Json arguments);
   bool IsLost() const;
   bool HasFallenSilent() const;  // it was lost because the agent said nothing any more
   void Close();                  // lost from here on
 
  private:
   struct State;
-  CallResult AwaitReply(uint64_t id, Patience patience);
+  RawReply AwaitReply(uint64_t id, Patience patience);
   static void ReadUntilLost(const std::shared_ptr<State>& state);
   std::shared_ptr<State> state_;
 };

@@ -5,40 +5,20 @@
 
 namespace plugin_interface {
 
-CallResult CallAgent(PluginInterface::FacadeHandle handle, const char* name, Json arguments) {
-  uint32_t code = kSuccess;
-  const auto facade = FacadeOf(handle, code);
-  return facade ? facade->Call(name, std::move(arguments)) : CallResult{code};
+Numbers NumbersOf(uint32_t count, const uint32_t* numbers) {
+  return numbers ? Numbers(numbers, numbers + count) : Numbers();
 }
 
-Json Numbers(uint32_t count, const uint32_t* numbers) {
-  Json list = Json::array();
-  for (uint32_t i = 0; numbers && i < count; ++i) list.push_back(numbers[i]);
-  return list;
-}
-
-uint32_t WriteNumbers(const Json& numbers, uint32_t* out, uint32_t capacity) {
-  const auto list = NumbersOfJson(numbers);
-  const size_t count = out ? std::min<size_t>(list.size(), capacity) : 0;
-  std::copy_n(list.begin(), count, out);
+uint32_t WriteNumbers(const Numbers& numbers, uint32_t* out, uint32_t capacity) {
+  const size_t count = out ? std::min<size_t>(numbers.size(), capacity) : 0;
+  std::copy_n(numbers.begin(), count, out);
   return static_cast<uint32_t>(count);
 }
 
-TModuleErrorCode WriteAnswers(const CallResult& reply, const char* key, uint32_t count, uint32_t* out) {
-  if (reply.code != kSuccess) return reply.code;
-  const Json& answers = reply.result.at(key);
+TModuleErrorCode WriteAnswers(const Numbers& answers, uint32_t count, uint32_t* out) {
   if (answers.size() != count) return kInvalidMessage;
   WriteNumbers(answers, out, count);
   return kSuccess;
-}
-
-TModuleErrorCode ReadNumber(PluginInterface::FacadeHandle handle, const char* name, Json arguments, int32_t* out) {
-  if (!out) return kNullPointer;
-  return Guarded([&] {
-    const CallResult reply = CallAgent(handle, name, std::move(arguments));
-    if (reply.code == kSuccess) *out = static_cast<int32_t>(NumberOfJson(reply.result.at("value")));
-    return reply.code;
-  });
 }
 
 TModuleErrorCode WriteText(std::string_view text, char* buffer, uint32_t size) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "frameworks/VelorantPluginInterface/Facade.h"
@@ -11,23 +10,36 @@
 
 namespace plugin_interface {
 
-CallResult CallAgent(PluginInterface::FacadeHandle handle, const char* name, Json arguments = Json::object());
+// Throws BadMessage if the result is not that of the call.
+template <class Call>
+Reply<Call> CallAgent(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
+  ResultCode code = kSuccess;
+  const auto facade = FacadeOf(handle, code);
+  return facade ? facade->Call<Call>(arguments) : Reply<Call>{code, {}};
+}
 
 // A list of numbers as an argument. A null list is an empty one.
-Json Numbers(uint32_t count, const uint32_t* numbers);
+Numbers NumbersOf(uint32_t count, const uint32_t* numbers);
 
-// Writes as many numbers as there is room for; how many, as the result. A null list has no room. Throws
-// BadAnswer.
-uint32_t WriteNumbers(const Json& numbers, uint32_t* out, uint32_t capacity);
+// Writes as many numbers as there is room for and returns how many. A null list has no room.
+uint32_t WriteNumbers(const Numbers& numbers, uint32_t* out, uint32_t capacity);
 
-// The list that the agent gives one entry each for what was asked; kInvalidMessage if it is of another length; as above, BadAnswer
-// if it is no list of numbers.
-TModuleErrorCode WriteAnswers(const CallResult& reply, const char* key, uint32_t count, uint32_t* out);
+// Writes the numbers that the agent gave, one for each font asked for. kInvalidMessage if their count is another.
+TModuleErrorCode WriteAnswers(const Numbers& answers, uint32_t count, uint32_t* out);
 
-// Asks for one number, "value" of the result. On a failure *out stays as it was.
-TModuleErrorCode ReadNumber(PluginInterface::FacadeHandle handle, const char* name, Json arguments, int32_t* out);
+// Asks for the "value" of a call. On a failure *out stays as it was.
+template <class Call>
+TModuleErrorCode ReadValue(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments,
+                           int32_t* out) {
+  if (!out) return kNullPointer;
+  return Guarded([&] {
+    const Reply<Call> reply = CallAgent<Call>(handle, arguments);
+    if (reply.code == kSuccess) *out = static_cast<int32_t>(reply.result.value);
+    return reply.code;
+  });
+}
 
-// The text and its end, or kInvalidParam with nothing but an end if it does not fit.
+// Writes the text and its end; kInvalidParam and an empty text if it does not fit.
 TModuleErrorCode WriteText(std::string_view text, char* buffer, uint32_t size);
 
 }  // namespace plugin_interface

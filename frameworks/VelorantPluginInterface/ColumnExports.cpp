@@ -10,7 +10,7 @@ using namespace plugin_interface;
 #define NO_COLUMN(function)                        \
   uint32_t function(char* buffer, uint32_t size) { \
     WriteText("", buffer, size);                   \
-    return PluginInterface::kNotImplementedCode;   \
+    return PluginInterface::kNotImplemented;       \
   }
 
 COLUMN(GetActivationStateColumnID, "ActivationStatus")

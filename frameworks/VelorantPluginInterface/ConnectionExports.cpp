@@ -36,7 +36,7 @@ TModuleErrorCode InitAppInstance(FacadeHandle h, uint32_t, uint32_t) {
 
 TModuleErrorCode InitThreadInstance(FacadeHandle h) {
   return Guarded([&] {
-    const uint32_t code = CallAgent(h, "InitThreadInstance").code;
+    const uint32_t code = CallAgent<calls::InitThreadInstance>(h).code;
     return IsUnreachable(code) ? kAgentNotFound : code;
   });
 }
@@ -100,13 +100,13 @@ TModuleErrorCode GetAreSchemaVersionsInSync(FacadeHandle h, int32_t* out) {
 
 TModuleErrorCode GetFontVaultPath(FacadeHandle h, uint32_t size, char* buffer) {
   return Guarded([&] {
-    const CallResult reply = CallAgent(h, "GetFontVaultPath");
-    return reply.code == kSuccess ? WriteText(reply.result.at("path").get<std::string>(), buffer, size) : reply.code;
+    const auto reply = CallAgent<calls::GetFontVaultPath>(h);
+    return reply.code == kSuccess ? WriteText(reply.result.path, buffer, size) : reply.code;
   });
 }
 
 #define STATE_QUESTION(name) \
-  TModuleErrorCode name(FacadeHandle h, int32_t* out) { return ReadNumber(h, #name, Json::object(), out); }
+  TModuleErrorCode name(FacadeHandle h, int32_t* out) { return ReadValue<calls::name>(h, {}, out); }
 STATE_QUESTION(GetIsLoggedIn)
 STATE_QUESTION(GetIsOnline)
 STATE_QUESTION(GetIsStandaloneMode)

@@ -97,9 +97,9 @@ void AwaitVoice(const std::string& runtimeFolder) {
     std::error_code error;
     const platform::Descriptor socket = platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
     if (socket) {
-      const Json hello = {{"id", 1}, {"call", "Hello"}, {"arguments", {{"notifications", false}}}};
+      const std::string hello = agent_protocol::RequestText<calls::Hello>(1, {});
       std::string reply;
-      if (!platform::SendMessage(socket.Get(), hello.dump())) platform::ReceiveMessage(socket.Get(), reply);
+      if (!platform::SendMessage(socket.Get(), hello)) platform::ReceiveMessage(socket.Get(), reply);
       return;
     }
     // It does not listen yet, or takes no more connections.
@@ -130,7 +130,7 @@ void NoteSilence(const std::string& runtimeFolder) {
 uint32_t CodeWithoutAgent() {
   Facades& all = All();
   const std::lock_guard lock(all.mutex);
-  if (all.relaunches < kMostRelaunches) return PluginInterface::kServiceUnavailableCode;
+  if (all.relaunches < kMostRelaunches) return kServiceUnavailableCode;
   all.relaunches = 0;  // the next command may try again
   return kAgentNotFound;
 }
@@ -160,8 +160,8 @@ uint32_t Facade::Connect() {
   const std::lock_guard one(connecting_);
   {
     const std::lock_guard lock(mutex_);
-    if (isRetired_) return PluginInterface::kAgentShutdownCode;
-    if (connection_) return connection_->IsLost() ? PluginInterface::kAgentShutdownCode : kSuccess;
+    if (isRetired_) return kAgentShutdownCode;
+    if (connection_) return connection_->IsLost() ? kAgentShutdownCode : kSuccess;
   }
   return IsAgentSilent() ? kReplyTimeout : ConnectAlone();
 }
@@ -187,37 +187,38 @@ uint32_t Facade::ConnectAlone() {
   }
   {
     const std::lock_guard lock(mutex_);
-    if (isRetired_) return PluginInterface::kAgentShutdownCode;
+    if (isRetired_) return kAgentShutdownCode;
     connection_ = connection;
   }
   // Only now: a callback may call back, and its calls must find the connection.
-  return connection->Call("SetNotifications", {{"wanted", true}}).code;
+  return connection->Call<calls::SetNotifications>({.wanted = true}).code;
 }
 
 uint32_t Facade::Greet(AgentConnection& connection) {
-  const CallResult hello = connection.Call("Hello", {{"notifications", false}});
+  const auto hello = connection.Call<calls::Hello>({.notifications = false});
   if (hello.code != kSuccess) return hello.code;
-  const Json protocol = hello.result.contains("protocol") ? hello.result["protocol"] : Json();
-  if (protocol != agent_protocol::kProtocolVersion) return kVersionMismatch;
-  const std::pair<HoldKind, const char*> holds[] = {{HoldKind::kDocument, "RestoreActivations"},
-                                                    {HoldKind::kPreview, "PreviewActivateFonts"}};
-  for (const auto& [kind, call] : holds) {
-    const std::vector<uint32_t> ids = held_.Of(kind);
-    if (ids.empty()) continue;
-    const CallResult restored = connection.Call(call, {{"fontIDs", ids}});
-    if (IsAgentGone(restored.code)) return restored.code;
-    if (restored.result.contains("failed")) held_.Remove(NumbersOfJson(restored.result["failed"]));
-  }
+  if (hello.result.protocol != agent_protocol::kProtocolVersion) return kVersionMismatch;
+  const uint32_t code = AskAgainFor<calls::RestoreActivations>(connection, HoldKind::kDocument);
+  return code != kSuccess ? code : AskAgainFor<calls::PreviewActivateFonts>(connection, HoldKind::kPreview);
+}
+
+template <class Call>
+uint32_t Facade::AskAgainFor(AgentConnection& connection, HoldKind kind) {
+  const std::vector<uint32_t> ids = held_.Of(kind);
+  if (ids.empty()) return kSuccess;
+  const Reply<Call> restored = connection.Call<Call>({ids});
+  if (IsAgentGone(restored.code)) return restored.code;
+  held_.Remove(restored.result.failed);
   return kSuccess;
 }
 
-CallResult Facade::Call(const char* name, Json arguments) {
+RawReply Facade::CallByName(const char* name, Json arguments) {
   if (const uint32_t code = Connect()) return {code};
   const ConnectionRef connection = Connection();
-  if (!connection || connection->IsLost()) return {PluginInterface::kAgentShutdownCode};
-  CallResult result = connection->Call(name, std::move(arguments));
+  if (!connection || connection->IsLost()) return {kAgentShutdownCode};
+  RawReply reply = connection->CallByName(name, std::move(arguments));
   if (connection->HasFallenSilent()) NoteSilence(runtimeFolder_);
-  return result;
+  return reply;
 }
 
 void Facade::Disconnect(bool keepFonts) {
@@ -227,7 +228,8 @@ void Facade::Disconnect(bool keepFonts) {
     connection = std::move(connection_);
     connection_ = nullptr;
   }
-  if (connection && keepFonts) connection->Call("KeepActivations", Json::object());
+  if (connection && keepFonts)
+    connection->CallByName(agent_protocol::CallName<calls::KeepActivations>::kText, Json::object());
   if (keepFonts) held_.Clear();
   if (connection) connection->Close();
 }
@@ -258,7 +260,7 @@ std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t&
   const std::lock_guard lock(all.mutex);
   code = kSuccess;
   if (all.current && all.current->Handle() == handle) return all.current;
-  code = handle == 0 || handle > all.lastHandle ? kInvalidParam : PluginInterface::kAgentShutdownCode;
+  code = handle == 0 || handle > all.lastHandle ? kInvalidParam : kAgentShutdownCode;
   return nullptr;
 }
 

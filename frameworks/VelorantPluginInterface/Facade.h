@@ -31,8 +31,12 @@ class Facade {
   // another protocol. An agent that has just been started is waited for; without one the answer comes at once. Callers
   // relaunch for as long as they get an agent-gone code; after a few relaunches that brought no agent it is kAgentNotFound.
   uint32_t Connect();
-  // Connects if need be and asks; the agent's code, or one of those above.
-  CallResult Call(const char* name, Json arguments);
+  // Connects if need be and asks; the agent's code, or one of those above. Throws BadMessage if the result is not that of
+  // the call.
+  template <class C>
+  Reply<C> Call(const typename C::Arguments& arguments) {
+    return ReadReply<C>(CallByName(agent_protocol::CallName<C>::kText, agent_protocol::ToJson(arguments)));
+  }
   bool IsConnected() const;
   bool IsLost() const;
   // Ends the connection; the next call makes a new one. With keepFonts what the process holds stays active for good and
@@ -42,10 +46,13 @@ class Facade {
   void Retire();
 
  private:
+  RawReply CallByName(const char* name, Json arguments);
   using ConnectionRef = std::shared_ptr<AgentConnection>;
   ConnectionRef Connection() const;
   uint32_t ConnectAlone();
   uint32_t Greet(AgentConnection& connection);
+  template <class Call>
+  uint32_t AskAgainFor(AgentConnection& connection, HoldKind kind);
 
   const PluginInterface::FacadeHandle handle_;
   HeldFonts& held_;

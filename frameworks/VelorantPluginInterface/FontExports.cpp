@@ -27,14 +27,13 @@ struct FontIDBuffer {
   uint32_t* count;
 };
 
-TModuleErrorCode LookUp(FacadeHandle h, const char* call, const char* name, const Workgroups& workgroups,
-                        const FontIDBuffer& out) {
+template <class Call>
+TModuleErrorCode LookUp(FacadeHandle h, const char* name, const Workgroups& workgroups, const FontIDBuffer& out) {
   if (!name || !out.count) return kNullPointer;
   *out.count = 0;
   return Guarded([&] {
-    const CallResult reply =
-        CallAgent(h, call, {{"name", name}, {"workgroupIDs", Numbers(workgroups.count, workgroups.ids)}});
-    if (reply.code == kSuccess) *out.count = WriteNumbers(reply.result.at("fontIDs"), out.ids, out.capacity);
+    const Reply<Call> reply = CallAgent<Call>(h, {{name, NumbersOf(workgroups.count, workgroups.ids)}});
+    if (reply.code == kSuccess) *out.count = WriteNumbers(reply.result.fontIDs, out.ids, out.capacity);
     return reply.code;
   });
 }
@@ -44,30 +43,29 @@ TModuleErrorCode LookUp(FacadeHandle h, const char* call, const char* name, cons
 TModuleErrorCode GetFontsByPostscriptName(FacadeHandle h, const char* name, const uint32_t* workgroupIDs,
                                           uint32_t workgroupCount, uint32_t* outFontIDs, uint32_t capacity,
                                           uint32_t* outCount) {
-  return LookUp(h, "GetFontsByPostscriptName", name, {workgroupIDs, workgroupCount}, {outFontIDs, capacity, outCount});
+  return LookUp<calls::GetFontsByPostscriptName>(h, name, {workgroupIDs, workgroupCount},
+                                                 {outFontIDs, capacity, outCount});
 }
 
 TModuleErrorCode GetFontsByFamilyName(FacadeHandle h, const char* name, const uint32_t* workgroupIDs,
                                       uint32_t workgroupCount, uint32_t* outFontIDs, uint32_t capacity,
                                       uint32_t* outCount) {
-  return LookUp(h, "GetFontsByFamilyName", name, {workgroupIDs, workgroupCount}, {outFontIDs, capacity, outCount});
+  return LookUp<calls::GetFontsByFamilyName>(h, name, {workgroupIDs, workgroupCount}, {outFontIDs, capacity, outCount});
 }
 
-TModuleErrorCode GetFontInfoByID(FacadeHandle h, const uint32_t* workgroupIDs, uint32_t workgroupCount,
-                                 ValueRef request, FontRecordFields* outFields, ValueRef* outDictionary) {
+// The list of workgroups cannot choose here, because a font is in one workgroup only. Callers pass pseudo numbers in it.
+TModuleErrorCode GetFontInfoByID(FacadeHandle h, const uint32_t*, uint32_t, ValueRef request,
+                                 FontRecordFields* outFields, ValueRef* outDictionary) {
   if (!outFields || !outDictionary) return kNullPointer;
   *outFields = {};
   *outDictionary = nullptr;
   const auto fontID = NumberInText(Dictionary(Value::Retain(request)), kDatabaseIDKey);
   if (!fontID) return kInvalidParam;
   return Guarded([&] {
-    const CallResult reply =
-        CallAgent(h, "GetFontInfoByID", {{"fontID", *fontID}, {"workgroupIDs", Numbers(workgroupCount, workgroupIDs)}});
+    const auto reply = CallAgent<calls::GetFontInfoByID>(h, {*fontID});
     if (reply.code != kSuccess) return reply.code;
-    Value record = ValueOfJson(reply.result.at("record"));
-    if (!record.Is(platform::ValueType::kDictionary)) return kInvalidMessage;
     outFields->nDatabaseID = *fontID;
-    *outDictionary = record.Release();
+    *outDictionary = DictionaryOf(reply.result.record).Release();
     return kSuccess;
   });
 }
@@ -80,12 +78,9 @@ TModuleErrorCode FindFontsInSameFamilyForActivation(ValueRef fontRecord, const u
   const auto familyID = NumberInText(font, kAssignedFamilyIDKey);
   if (!familyID) return kInvalidParam;
   return Guarded([&] {
-    const CallResult reply = CurrentFacade()->Call("FindFontsInSameFamilyForActivation",
-                                                   {{"fontID", NumberInText(font, kDatabaseIDKey).value_or(0)},
-                                                    {"familyID", *familyID},
-                                                    {"workgroupIDs", Numbers(workgroupCount, workgroupIDs)}});
-    if (reply.code != kSuccess) return reply.code;
-    for (const Json& record : reply.result.at("records")) family.Append(ValueOfJson(record));
-    return kSuccess;
+    const auto reply = CurrentFacade()->Call<calls::FindFontsInSameFamilyForActivation>(
+        {NumberInText(font, kDatabaseIDKey).value_or(0), *familyID, NumbersOf(workgroupCount, workgroupIDs)});
+    for (const Record& record : reply.result.records) family.Append(DictionaryOf(record));
+    return reply.code;
   });
 }

@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
+#include "agent/include/CallEncoding.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
-#include "frameworks/VelorantPluginInterface/Values.h"
 
 namespace plugin_interface {
 
@@ -18,7 +18,7 @@ TModuleErrorCode Guarded(const Body& body) {
     return body();
   } catch (const nlohmann::json::exception&) {
     return kInvalidMessage;
-  } catch (const BadAnswer&) {
+  } catch (const agent_protocol::BadMessage&) {
     return kInvalidMessage;
   } catch (const std::bad_alloc&) {
     return kOutOfMemory;

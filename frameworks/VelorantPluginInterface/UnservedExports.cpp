@@ -2,42 +2,42 @@
 #include "frameworks/VelorantPluginInterface/Exports.h"
 
 using PluginInterface::FacadeHandle;
-using PluginInterface::kNotImplementedCode;
+using PluginInterface::kNotImplemented;
 using PluginInterface::TModuleErrorCode;
 using PluginInterface::ValueRef;
 
-TModuleErrorCode EnableDesignActivation(FacadeHandle) { return kNotImplementedCode; }
-TModuleErrorCode TrackFontPanelClick(FacadeHandle, uint32_t, const char*) { return kNotImplementedCode; }
+TModuleErrorCode EnableDesignActivation(FacadeHandle) { return kNotImplemented; }
+TModuleErrorCode TrackFontPanelClick(FacadeHandle, uint32_t, const char*) { return kNotImplemented; }
 
 // There is no library of web fonts in this edition, hence no access to one.
 int32_t CanAccessGoogleFonts(FacadeHandle) { return 0; }
-TModuleErrorCode GetGoogleFonts(FacadeHandle, ValueRef) { return kNotImplementedCode; }
-TModuleErrorCode SetGoogleWebFontsEnabled(FacadeHandle, int32_t) { return kNotImplementedCode; }
+TModuleErrorCode GetGoogleFonts(FacadeHandle, ValueRef) { return kNotImplemented; }
+TModuleErrorCode SetGoogleWebFontsEnabled(FacadeHandle, int32_t) { return kNotImplemented; }
 
 TModuleErrorCode GetRenderedPNGsDirectory(FacadeHandle, char* buffer, uint32_t size) {
   if (buffer && size > 0) buffer[0] = '\0';
-  return kNotImplementedCode;
+  return kNotImplemented;
 }
 TModuleErrorCode RenderFontNamePreviewPNGs(FacadeHandle, uint32_t, const uint32_t*, uint32_t, const uint32_t*, uint32_t,
                                            uint32_t, uint32_t, uint32_t, uint32_t) {
-  return kNotImplementedCode;
+  return kNotImplemented;
 }
 
-TModuleErrorCode RenameSmartList(FacadeHandle, uint32_t, const char*) { return kNotImplementedCode; }
-TModuleErrorCode DeleteSmartList(FacadeHandle, uint32_t) { return kNotImplementedCode; }
-TModuleErrorCode GetSmartList(FacadeHandle, uint32_t, ValueRef*) { return kNotImplementedCode; }
-TModuleErrorCode GetPanelSmartListTree(FacadeHandle, uint32_t, ValueRef*) { return kNotImplementedCode; }
+TModuleErrorCode RenameSmartList(FacadeHandle, uint32_t, const char*) { return kNotImplemented; }
+TModuleErrorCode DeleteSmartList(FacadeHandle, uint32_t) { return kNotImplemented; }
+TModuleErrorCode GetSmartList(FacadeHandle, uint32_t, ValueRef*) { return kNotImplemented; }
+TModuleErrorCode GetPanelSmartListTree(FacadeHandle, uint32_t, ValueRef*) { return kNotImplemented; }
 TModuleErrorCode QueryForSmartListFonts(FacadeHandle, uint32_t, const uint32_t*, uint32_t, const uint32_t*, uint32_t,
                                         const uint32_t*, ValueRef) {
-  return kNotImplementedCode;
+  return kNotImplemented;
 }
-TModuleErrorCode GetAllSmartLists(FacadeHandle, ValueRef) { return kNotImplementedCode; }
+TModuleErrorCode GetAllSmartLists(FacadeHandle, ValueRef) { return kNotImplemented; }
 TModuleErrorCode CreateSmartList(FacadeHandle, const char*, uint32_t, const uint32_t*, uint32_t, const uint32_t*,
                                  uint32_t, const uint32_t*, uint32_t*) {
-  return kNotImplementedCode;
+  return kNotImplemented;
 }
 TModuleErrorCode SetSmartListQuery(FacadeHandle, uint32_t, uint32_t, const uint32_t*, uint32_t, const uint32_t*,
                                    uint32_t, const uint32_t*) {
-  return kNotImplementedCode;
+  return kNotImplemented;
 }
-TModuleErrorCode GetSmartListFonts(FacadeHandle, uint32_t, ValueRef) { return kNotImplementedCode; }
+TModuleErrorCode GetSmartListFonts(FacadeHandle, uint32_t, ValueRef) { return kNotImplemented; }

@@ -32,19 +32,16 @@ Value ValueOfJson(const nlohmann::json& json) {
   }
 }
 
-uint32_t NumberOfJson(const nlohmann::json& json) {
-  if (!json.is_number_integer()) throw BadAnswer("no integer");
-  const bool fits = json.is_number_unsigned() ? json.get<uint64_t>() <= UINT32_MAX : json.get<int64_t>() >= INT32_MIN;
-  if (!fits) throw BadAnswer("an integer beyond 32 bits");
-  return static_cast<uint32_t>(json.get<int64_t>());
+Dictionary DictionaryOf(const agent_protocol::Record& record) {
+  Dictionary dictionary = Dictionary::Create();
+  for (const auto& [key, text] : record) dictionary.Set(key, text);
+  return dictionary;
 }
 
-std::vector<uint32_t> NumbersOfJson(const nlohmann::json& json) {
-  if (!json.is_array()) throw BadAnswer("no list");
-  std::vector<uint32_t> numbers;
-  numbers.reserve(json.size());
-  for (const auto& entry : json) numbers.push_back(NumberOfJson(entry));
-  return numbers;
+Array ArrayOf(const std::vector<agent_protocol::Record>& records) {
+  Array array = Array::Create();
+  for (const agent_protocol::Record& record : records) array.Append(DictionaryOf(record));
+  return array;
 }
 
 std::optional<uint32_t> NumberInText(const Dictionary& dictionary, std::string_view key) {

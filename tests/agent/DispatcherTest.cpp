@@ -6,6 +6,58 @@
 #include "agent/Database.h"
 #include "agent/include/AgentProtocol.h"
 
+namespace test_calls {
+
+struct Sum {
+  struct Arguments {
+    agent_protocol::Numbers list;
+    AGENT_FIELDS(list)
+  };
+  struct Result {
+    uint32_t sum = 0;
+    AGENT_FIELDS(sum)
+  };
+};
+
+struct Text {
+  struct Part {
+    std::string text;
+    agent_protocol::Record record;
+    AGENT_FIELDS(text, record)
+  };
+  struct Arguments {
+    bool wanted = false;
+    std::vector<Part> parts;
+    AGENT_FIELDS(wanted, parts)
+  };
+  using Result = Arguments;
+};
+
+struct Full {
+  struct Arguments : agent_protocol::calls::Nothing {};
+  using Result = agent_protocol::calls::Nothing;
+};
+
+struct Fonts {
+  struct Arguments : agent_protocol::calls::Nothing {};
+  using Result = agent_protocol::calls::Nothing;
+};
+
+}  // namespace test_calls
+
+namespace agent_protocol {
+#define NAME(name)                              \
+  template <>                                   \
+  struct CallName<test_calls::name> {           \
+    static constexpr const char* kText = #name; \
+  };
+NAME(Sum)
+NAME(Text)
+NAME(Full)
+NAME(Fonts)
+#undef NAME
+}  // namespace agent_protocol
+
 namespace {
 
 using namespace agent;
@@ -15,19 +67,19 @@ using testing::IsEmpty;
 class DispatcherTest : public testing::Test {
  protected:
   DispatcherTest() {
-    dispatcher_.Add("Sum", Needs::kNothing, [](ClientID, const Arguments& arguments) {
+    using namespace test_calls;
+    dispatcher_.Add<Sum>(Needs::kNothing, [](ClientID, const Sum::Arguments& arguments) -> Answer<Sum> {
       uint32_t sum = 0;
-      for (const uint32_t number : arguments.Numbers("list")) sum += number;
-      return Reply{kSuccess, {{"sum", sum}, {"one", arguments.Has("one") ? arguments.Number("one") : 0}}};
+      for (const uint32_t number : arguments.list) sum += number;
+      return Sum::Result{sum};
     });
-    dispatcher_.Add("Text", Needs::kNothing, [](ClientID, const Arguments& arguments) {
-      return Reply{kSuccess, {{"text", arguments.Flag("wanted") ? arguments.Text("text") : ""}}};
+    dispatcher_.Add<Text>(Needs::kNothing,
+                          [](ClientID, const Text::Arguments& arguments) -> Answer<Text> { return arguments; });
+    dispatcher_.Add<Full>(Needs::kNothing, [](ClientID, const Full::Arguments&) -> Answer<Full> {
+      throw StoreError("the disk is full", 13);
     });
-    dispatcher_.Add("Full", Needs::kNothing,
-                    [](ClientID, const Arguments&) -> Reply { throw StoreError("the disk is full", 13); });
-    dispatcher_.Add("Fonts", Needs::kFonts, [](ClientID client, const Arguments&) {
-      return Reply{kSuccess, {{"client", client}}};
-    });
+    dispatcher_.Add<Fonts>(Needs::kFonts,
+                           [](ClientID, const Fonts::Arguments&) -> Answer<Fonts> { return calls::Nothing(); });
   }
 
   std::vector<std::string> sent_;
@@ -46,21 +98,22 @@ struct RequestRow {
 constexpr const char* kBadArgument = R"({"code":67108864,"id":1,"result":{}})";
 
 const RequestRow kRequests[] = {
-    {R"({"id":1,"call":"Sum","arguments":{"list":[1,2,3]}})", R"({"code":0,"id":1,"result":{"one":0,"sum":6}})"},
-    {R"({"id":1,"call":"Sum","arguments":{"list":[]}})", R"({"code":0,"id":1,"result":{"one":0,"sum":0}})"},
-    // A pseudo number crosses as its 32 bits, from either sign.
-    {R"({"id":1,"call":"Sum","arguments":{"list":[],"one":-2}})",
-     R"({"code":0,"id":1,"result":{"one":4294967294,"sum":0}})"},
-    {R"({"id":1,"call":"Sum","arguments":{"list":[4294967295]}})",
-     R"({"code":0,"id":1,"result":{"one":0,"sum":4294967295}})"},
-    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"text":"\u00e4"}})",
-     "{\"code\":0,\"id\":1,\"result\":{\"text\":\"\xC3\xA4\"}}"},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[1,2,3]}})", R"({"code":0,"id":1,"result":{"sum":6}})"},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[]}})", R"({"code":0,"id":1,"result":{"sum":0}})"},
+    // A pseudo number crosses as its 32 bits, from either sign. What nobody asked for is ignored.
+    {R"({"id":1,"call":"Sum","arguments":{"list":[-2],"more":null}})",
+     R"({"code":0,"id":1,"result":{"sum":4294967294}})"},
+    {R"({"id":1,"call":"Sum","arguments":{"list":[4294967295]}})", R"({"code":0,"id":1,"result":{"sum":4294967295}})"},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"parts":[{"text":"\u00e4","record":{"a":"b"}}]}})",
+     "{\"code\":0,\"id\":1,\"result\":{\"parts\":[{\"record\":{\"a\":\"b\"},\"text\":\"\xC3\xA4\"}],\"wanted\":true}}"},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"parts":[{"text":"","record":{"a":1}}]}})", kBadArgument},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"parts":[{"text":""}]}})", kBadArgument},
     {R"({"id":1,"call":"Sum","arguments":{"list":[4294967296]}})", kBadArgument},
     {R"({"id":1,"call":"Sum","arguments":{"list":[-2147483649]}})", kBadArgument},
     {R"({"id":1,"call":"Sum","arguments":{"list":["1"]}})", kBadArgument},
     {R"({"id":1,"call":"Sum","arguments":{}})", kBadArgument},
-    {R"({"id":1,"call":"Text","arguments":{"wanted":1,"text":""}})", kBadArgument},
-    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"text":null}})", kBadArgument},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":1,"parts":[]}})", kBadArgument},
+    {R"({"id":1,"call":"Text","arguments":{"wanted":true,"parts":[null]}})", kBadArgument},
     {R"({"id":1,"call":"Full"})", R"({"code":218103808,"id":1,"result":{}})"},
     {R"({"id":1,"call":"Nobody"})", R"({"code":134217728,"id":1,"result":{}})"},
     {R"({"id":-1,"call":"Sum"})", nullptr},
@@ -107,7 +160,7 @@ TEST_F(DispatcherTest, RefusesWhatWouldCostTooMuch) {
   };
   dispatcher_.OnMessage(1, sum(agent_protocol::kMostNumbers));
   dispatcher_.OnMessage(1, sum(agent_protocol::kMostNumbers + 1));
-  EXPECT_THAT(sent_, ElementsAre(R"({"code":0,"id":1,"result":{"one":0,"sum":0}})", kBadArgument));
+  EXPECT_THAT(sent_, ElementsAre(R"({"code":0,"id":1,"result":{"sum":0}})", kBadArgument));
   sent_.clear();
   const std::string waiting = R"({"id":1,"call":"Fonts"})";
   for (size_t i = 0; i < agent_protocol::kMostHeldRequests; ++i) dispatcher_.OnMessage(1, waiting);

@@ -338,8 +338,7 @@ TEST_F(FontLibraryTest, AFontWithControlCharactersInItsNamesIsServed) {
   ASSERT_NE(id, 0u);
   EXPECT_THAT(library_->Active().Activate(kClient, {id}, kAutoActivated).activated, ElementsAre(id));
   platform::Dictionary record = platform::Dictionary::Create();
-  const Json texts = MakeFontRecord(*library_->Table().Find(id), kAutoActivated);
-  for (const auto& [key, value] : texts.items()) record.Set(key, value.get<std::string>());
+  for (const auto& [key, text] : MakeFontRecord(*library_->Table().Find(id), kAutoActivated)) record.Set(key, text);
   EXPECT_THAT(platform::CreateXMLPropertyList(record), HasSubstr("odd\uFFFD\uFFFD\uFFFD[31m.t1"));
 }
 

@@ -23,7 +23,7 @@ using testing::UnorderedElementsAre;
 
 constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
 constexpr uint32_t kUnavailable = PluginInterface::kServiceUnavailableCode;
-constexpr uint32_t kNotImplemented = PluginInterface::kNotImplementedCode;
+constexpr uint32_t kNotImplemented = PluginInterface::kNotImplemented;
 constexpr uint32_t kAll = 0;
 
 class LibraryCalls : public AgentRing {

@@ -125,18 +125,18 @@ TEST(AgentConnection, ACallToAnAgentThatSaysNothingEnds) {
   const StandIn agent(std::move(pair.theirs), false, [](const std::string&) { return false; });
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
-  EXPECT_EQ(connection.Call("ActivateFonts", Json::object()).code, kGone);
+  EXPECT_EQ(connection.CallByName("ActivateFonts", Json::object()).code, kGone);
   EXPECT_TRUE(connection.IsLost() && connection.HasFallenSilent());
   EXPECT_EQ(agent.Heard(), (std::vector<std::string>{"ActivateFonts", "GetIsOnline"}))
       << "it is asked before it is lost";
-  EXPECT_EQ(connection.Call("ActivateFonts", Json::object()).code, kGone) << "at once";
+  EXPECT_EQ(connection.CallByName("ActivateFonts", Json::object()).code, kGone) << "at once";
 }
 
 TEST(AgentConnection, AnAgentThatReadsNothingIsLostToo) {
   Pair pair;
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
-  EXPECT_EQ(connection.Call("ActivateFonts", {{"text", std::string(8 << 20, 'x')}}).code, kGone);
+  EXPECT_EQ(connection.CallByName("ActivateFonts", {{"text", std::string(8 << 20, 'x')}}).code, kGone);
   EXPECT_TRUE(connection.HasFallenSilent());
 }
 
@@ -152,7 +152,7 @@ TEST(AgentConnection, AnAgentThatIsBusyIsWaitedFor) {
   });
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 4s);
-  EXPECT_EQ(connection.Call("GetScanReport", Json::object()).code, 7u);
+  EXPECT_EQ(connection.CallByName("GetScanReport", Json::object()).code, 7u);
   EXPECT_FALSE(connection.IsLost());
 }
 
@@ -164,7 +164,7 @@ TEST(AgentConnection, ACallFromAReceiverOfNotificationsEndsAsWell) {
   AgentConnection connection(
       std::move(pair.ours),
       [&](const Json&) {
-        code = caller->Call("GetFontIsActivated", Json::object()).code;
+        code = caller->CallByName("GetFontIsActivated", Json::object()).code;
         code.notify_all();
       },
       Ignore, 100ms);
@@ -194,7 +194,7 @@ class SilentAgent : public testing::Test {
     EXPECT_FALSE(error) << error.message();
     return listening;
   }
-  static uint32_t Ask() { return CurrentFacade()->Call("GetIsOnline", Json::object()).code; }
+  static uint32_t Ask() { return CurrentFacade()->Call<calls::GetIsOnline>({}).code; }
   static void AwaitVoice() {
     while (IsAgentSilent()) std::this_thread::yield();
   }

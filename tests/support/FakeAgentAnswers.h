@@ -20,7 +20,6 @@ class AgentAnswers {
     };
     return kNames[static_cast<size_t>(function)];
   }
-  static constexpr uint32_t kNoneActivated = 0x10000000;
   // The facade and the names of rights are the library's own, and what it holds for the client it knows itself.
   static constexpr bool NeedsAgent(AgentFunction function) {
     return function != AgentFunction::GetClientFontActivationStates &&
@@ -106,7 +105,7 @@ class AgentAnswers {
     Note(AgentFunction::GetFontInfoByID, {workgroups, workgroups + count});
     const platform::Dictionary asked(platform::Value::Retain(request));
     const auto found = Agent().fonts.find(static_cast<uint32_t>(std::stoul(asked.GetString("DatabaseID").Text())));
-    if (found == Agent().fonts.end()) return PluginInterface::kNotImplementedCode;
+    if (found == Agent().fonts.end()) return agent_protocol::kNotFound;
     fields->nDatabaseID = found->first;
     *out = MakeRecord(found->second).Release();
     return 0;
@@ -157,7 +156,7 @@ class AgentAnswers {
       font.isHeld = font.isHeld || !font.fails;
       activated += font.isHeld;
     }
-    return count > 0 && activated == 0 ? kNoneActivated : 0;
+    return count > 0 && activated == 0 ? agent_protocol::kNotSupported : 0;
   }
   static Code ANSWER(DeactivateFonts, Facade, uint32_t count, const uint32_t* ids, uint32_t) {
     for (const uint32_t* id = ids; id != ids + count; ++id) {

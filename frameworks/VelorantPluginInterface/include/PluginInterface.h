@@ -9,11 +9,12 @@
 
 #include <cstdint>
 
+#include "agent/include/ResultCodes.h"
 #include "platform/Value.h"
 
 namespace PluginInterface {
 
-using TModuleErrorCode = uint32_t;
+using TModuleErrorCode = agent_protocol::ResultCode;
 using FacadeHandle = uint64_t;
 using ValueRef = platform::ValueRef;
 
@@ -53,10 +54,10 @@ struct FontRecordFields {
   uint8_t agentFields[74];
 };
 
-// Codes that callers compare with numbers.
-inline constexpr TModuleErrorCode kAgentShutdownCode = 0x0200200D;
-inline constexpr TModuleErrorCode kServiceUnavailableCode = 0x0300100E;
-inline constexpr TModuleErrorCode kNotImplementedCode = 0x08000000;
+// The codes that callers compare with.
+using agent_protocol::kAgentShutdownCode;
+using agent_protocol::kNotImplemented;
+using agent_protocol::kServiceUnavailableCode;
 
 }  // namespace PluginInterface
 

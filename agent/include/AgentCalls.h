@@ -1,0 +1,389 @@
+// Every call that the agent serves: its name, its arguments and its result.
+//
+// The agent's handlers, the library's exported functions and the fuzz targets are made from these lists. A call without a
+// handler, or a handler for other arguments, does not compile. docs/PROTOCOL.md says what each call does.
+//
+// To add a call: a struct and one line in a list here, the handler in the agent (the compiler asks for it), a row in
+// docs/PROTOCOL.md.
+//
+// CallEncoding.h converts Arguments and Result to and from JSON. AGENT_FIELDS names the members in that notation, by their
+// own names. A member may be bool, uint32_t, std::string, Record, a struct with AGENT_FIELDS, or a std::vector of these.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+namespace agent_protocol {
+
+// Answered at once, also during a scan.
+#define AGENT_SESSION_CALLS(X)  \
+  X(Hello)                      \
+  X(SetNotifications)           \
+  X(InitThreadInstance)         \
+  X(GetFontVaultPath)           \
+  X(GetIsLoggedIn)              \
+  X(GetIsOnline)                \
+  X(GetIsStandaloneMode)        \
+  X(GetIsReplicationRunning)    \
+  X(GetCurrentReplicationMode)  \
+  X(GetIsGoogleWebFontsEnabled) \
+  X(GetAllWorkgroupsForUser)    \
+  X(GetDefaultLibraryName)      \
+  X(GetSystemWorkgroupID)       \
+  X(GetPermission)
+
+// Held back until the first scan of the library has finished: "not found" must not mean "not yet".
+#define AGENT_FONT_CALLS(X)             \
+  X(GetFontsByPostscriptName)           \
+  X(GetFontsByFamilyName)               \
+  X(GetFontInfoByID)                    \
+  X(FindFontsInSameFamilyForActivation) \
+  X(GetFontIsActivated)                 \
+  X(GetScanReport)                      \
+  X(Rescan)                             \
+  X(ActivateFonts)                      \
+  X(PreviewActivateFonts)               \
+  X(RestoreActivations)                 \
+  X(DeactivateFonts)                    \
+  X(GetClientFontActivationStates)      \
+  X(GetFontConflicts)                   \
+  X(KeepActivations)                    \
+  X(CreateTopLevelSet)                  \
+  X(AddFontsToSets)                     \
+  X(GetSets)                            \
+  X(CanExportFonts)                     \
+  X(ExportFonts)
+
+#define AGENT_CALLS(X)   \
+  AGENT_SESSION_CALLS(X) \
+  AGENT_FONT_CALLS(X)
+
+#define AGENT_FIELDS(...)                                       \
+  static constexpr std::string_view kFieldNames = #__VA_ARGS__; \
+  auto Fields() { return std::tie(__VA_ARGS__); }               \
+  auto Fields() const { return std::tie(__VA_ARGS__); }
+
+using Numbers = std::vector<uint32_t>;
+using Record = std::map<std::string, std::string>;  // a font or a workgroup; numbers and flags are decimal text
+
+namespace calls {
+
+struct Nothing {
+  AGENT_FIELDS()
+};
+
+struct IDs {
+  Numbers fontIDs;
+  AGENT_FIELDS(fontIDs)
+};
+
+struct Flags {
+  Numbers flags;  // 1 or 0 for each font asked for, in that order
+  AGENT_FIELDS(flags)
+};
+
+struct Value {
+  uint32_t value = 0;
+  AGENT_FIELDS(value)
+};
+
+struct Lookup {
+  std::string name;
+  Numbers workgroupIDs;  // all, if empty or with a 0 in it
+  AGENT_FIELDS(name, workgroupIDs)
+};
+
+// Each font asked for stands in exactly one of the lists.
+struct Activated {
+  Numbers activated;  // active now, by this call or before
+  Numbers failed;
+  Numbers refused;  // by the agent's configuration
+  AGENT_FIELDS(activated, failed, refused)
+};
+
+// Session.
+
+struct Hello {
+  struct Arguments {
+    bool notifications = false;
+    AGENT_FIELDS(notifications)
+  };
+  struct Result {
+    uint32_t protocol = 0;
+    AGENT_FIELDS(protocol)
+  };
+};
+
+struct SetNotifications {
+  struct Arguments {
+    bool wanted = false;
+    AGENT_FIELDS(wanted)
+  };
+  using Result = Nothing;
+};
+
+struct InitThreadInstance {
+  struct Arguments : Nothing {};
+  using Result = Nothing;
+};
+
+struct GetFontVaultPath {
+  struct Arguments : Nothing {};
+  struct Result {
+    std::string path;
+    AGENT_FIELDS(path)
+  };
+};
+
+struct GetIsLoggedIn {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct GetIsOnline {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct GetIsStandaloneMode {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct GetIsReplicationRunning {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct GetCurrentReplicationMode {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct GetIsGoogleWebFontsEnabled {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct GetAllWorkgroupsForUser {
+  struct Arguments {
+    bool includeSpecial = false;  // also the workgroup of the operating system's fonts
+    AGENT_FIELDS(includeSpecial)
+  };
+  struct Result {
+    std::vector<Record> workgroups;
+    AGENT_FIELDS(workgroups)
+  };
+};
+
+struct GetDefaultLibraryName {
+  struct Arguments : Nothing {};
+  struct Result {
+    std::string name;
+    AGENT_FIELDS(name)
+  };
+};
+
+struct GetSystemWorkgroupID {
+  struct Arguments : Nothing {};
+  struct Result {
+    uint32_t workgroupID = 0;
+    AGENT_FIELDS(workgroupID)
+  };
+};
+
+struct GetPermission {
+  struct Arguments {
+    std::string right;
+    AGENT_FIELDS(right)
+  };
+  using Result = Value;
+};
+
+// Fonts.
+
+struct GetFontsByPostscriptName {
+  struct Arguments : Lookup {};
+  using Result = IDs;
+};
+
+struct GetFontsByFamilyName {
+  struct Arguments : Lookup {};
+  using Result = IDs;
+};
+
+struct GetFontInfoByID {
+  struct Arguments {
+    uint32_t fontID = 0;
+    AGENT_FIELDS(fontID)
+  };
+  struct Result {
+    Record record;
+    AGENT_FIELDS(record)
+  };
+};
+
+struct FindFontsInSameFamilyForActivation {
+  struct Arguments {
+    uint32_t fontID = 0;  // may be 0: then no file of a name is preferred for being the asked one
+    uint32_t familyID = 0;
+    Numbers workgroupIDs;
+    AGENT_FIELDS(fontID, familyID, workgroupIDs)
+  };
+  struct Result {
+    std::vector<Record> records;
+    AGENT_FIELDS(records)
+  };
+};
+
+struct GetFontIsActivated {
+  struct Arguments : IDs {};
+  using Result = Flags;
+};
+
+struct GetScanReport {
+  struct Problem {
+    std::string path;
+    std::string message;
+    AGENT_FIELDS(path, message)
+  };
+  struct Arguments : Nothing {};
+  struct Result {
+    uint32_t files = 0;  // that hold a usable face
+    uint32_t faces = 0;
+    std::vector<Problem> problems;
+    AGENT_FIELDS(files, faces, problems)
+  };
+};
+
+struct Rescan {
+  struct Arguments : Nothing {};
+  using Result = Nothing;
+};
+
+// Activation.
+
+struct ActivateFonts {
+  struct Arguments {
+    Numbers fontIDs;
+    uint32_t kind = 0;  // kAutoActivated, kPreviewActivated or kActivated
+    AGENT_FIELDS(fontIDs, kind)
+  };
+  using Result = Activated;
+};
+
+struct PreviewActivateFonts {
+  struct Arguments : IDs {};
+  using Result = Activated;
+};
+
+struct RestoreActivations {
+  struct Arguments : IDs {};
+  using Result = Activated;
+};
+
+struct DeactivateFonts {
+  struct Arguments {
+    Numbers fontIDs;
+    bool alsoUser = false;  // also what the user activated
+    AGENT_FIELDS(fontIDs, alsoUser)
+  };
+  struct Result {
+    Numbers failed;  // only the operating system can deactivate these
+    AGENT_FIELDS(failed)
+  };
+};
+
+struct GetClientFontActivationStates {
+  struct Arguments : IDs {};
+  using Result = Flags;
+};
+
+struct GetFontConflicts {
+  struct Arguments : IDs {};
+  struct Result {
+    Numbers conflicts;  // for each font the ID of the active font that it conflicts with, or 0
+    AGENT_FIELDS(conflicts)
+  };
+};
+
+struct KeepActivations {
+  struct Arguments : Nothing {};
+  using Result = Nothing;
+};
+
+// Sets and copies.
+
+struct CreateTopLevelSet {
+  struct Arguments {
+    std::string name;
+    uint32_t workgroupID = 0;
+    Numbers fontIDs;
+    AGENT_FIELDS(name, workgroupID, fontIDs)
+  };
+  struct Result {
+    uint32_t setID = 0;
+    AGENT_FIELDS(setID)
+  };
+};
+
+struct AddFontsToSets {
+  struct Arguments {
+    Numbers setIDs;
+    Numbers fontIDs;
+    AGENT_FIELDS(setIDs, fontIDs)
+  };
+  using Result = Nothing;
+};
+
+struct GetSets {
+  struct Set {
+    uint32_t setID = 0;
+    std::string name;
+    uint32_t workgroupID = 0;
+    Numbers fontIDs;
+    AGENT_FIELDS(setID, name, workgroupID, fontIDs)
+  };
+  struct Arguments : Nothing {};
+  struct Result {
+    std::vector<Set> sets;
+    AGENT_FIELDS(sets)
+  };
+};
+
+struct CanExportFonts {
+  struct Arguments : IDs {};
+  using Result = Value;
+};
+
+struct ExportFonts {
+  struct Arguments {
+    Numbers fontIDs;
+    std::string folder;  // an absolute path
+    AGENT_FIELDS(fontIDs, folder)
+  };
+  struct Result {
+    std::vector<std::string> copies;  // paths
+    Numbers failed;
+    AGENT_FIELDS(copies, failed)
+  };
+};
+
+}  // namespace calls
+
+// The name of a call as it stands in a request. Defined for the calls of the lists only.
+template <class Call>
+struct CallName;
+#define AGENT_CALL_NAME(name)                   \
+  template <>                                   \
+  struct CallName<calls::name> {                \
+    static constexpr const char* kText = #name; \
+  };
+AGENT_CALLS(AGENT_CALL_NAME)
+#undef AGENT_CALL_NAME
+
+}  // namespace agent_protocol
