@@ -308,7 +308,7 @@ TEST_F(PDFReaderFixture, CostGrowsWithTheFileWhateverItHolds) {
   for (const auto& make : makers) {
     const std::string one = make(2000), two = make(4000);
     const auto first = Parse(one), second = Parse(two);
-    EXPECT_LE(first->GetBytesRead(), 17 * one.size() + 65536);
+    EXPECT_LE(first->GetBytesRead(), 16 * one.size() + 65536);
     EXPECT_LE(second->GetBytesRead(), first->GetBytesRead() * two.size() / one.size() * 11 / 10);
   }
   EXPECT_EQ(Parse(shared(2000))->GetFontRecords().size(), 1000u);

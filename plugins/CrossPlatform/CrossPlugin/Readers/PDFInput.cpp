@@ -14,8 +14,9 @@ bool IsBracket(int c) { return c == '[' || c == ']' || c == '(' || c == ')' || c
 }  // namespace
 
 void PDFInput::Begin() {
-  mBlockLength = mPosition = 0;
-  mBlockBegin = 0;
+  mBlock = {};
+  mPosition = mWindowLength = 0;
+  mBlockBegin = mWindowBegin = 0;
   mBytesRead = 0;
   mLength = std::max<std::streamoff>(mStream.GetStreamLength(), 0);
 }
@@ -23,33 +24,48 @@ void PDFInput::Begin() {
 bool PDFInput::Take(uint64_t count) {
   // A sound file is read about four times, with a block for each of its objects.
   constexpr uint64_t kTimes = 16, kLeast = 65536;
-  mBytesRead += count;
-  if (mBytesRead <= kTimes * static_cast<uint64_t>(mLength) + kLeast) return true;
+  if (mBytesRead + count <= kTimes * static_cast<uint64_t>(mLength) + kLeast) {
+    mBytesRead += count;
+    return true;
+  }
   OutputIndentedAndFormattedString(0, "Giving up on a PDF whose objects overlap");
   mError = -1;
   return false;
 }
 
 void PDFInput::SeekAndReadBlock(std::streamoff position) {
-  mBlockLength = mPosition = 0;
+  mBlock = {};
+  mPosition = 0;
   mBlockBegin = position;
-  // After an earlier failure the stream would refuse to seek.
-  mStream.clear();
-  mStream.seekg(position);
   ReadBlock();
 }
 
 void PDFInput::ReadBlock() {
-  mBlockBegin += static_cast<std::streamoff>(mBlockLength);
-  mBlockLength = mPosition = 0;
-  if (!Take(mBlock.size())) return;
-  std::streamsize size = mBlock.size();
-  const int error = ReadStream(mStream, size, mBlock.data());
-  mBlockLength = static_cast<size_t>(size);
-  if (error == 0 || size > 0) return;
-  mError = error;
-  OutputIndentedAndFormattedString(0, "FontParserPDF::ReadBlock() got error %d after reading %d bytes", error,
-                                   static_cast<int>(size));
+  mBlockBegin += static_cast<std::streamoff>(mBlock.size());
+  mBlock = {};
+  mPosition = 0;
+  if (!Take(kBlockSize)) return;
+  const std::streamoff windowEnd = mWindowBegin + static_cast<std::streamoff>(mWindowLength);
+  const auto wanted = std::min<std::streamoff>(kBlockSize, mLength - mBlockBegin);
+  if (mBlockBegin < mWindowBegin || mBlockBegin + wanted > windowEnd) ReadWindow(mBlockBegin);
+  if (mBlockBegin >= mWindowBegin) {
+    const std::string_view window(mWindow.data(), mWindowLength);
+    mBlock = window.substr(std::min(static_cast<size_t>(mBlockBegin - mWindowBegin), mWindowLength), kBlockSize);
+  }
+  if (!mBlock.empty()) return;
+  mError = -1;
+  OutputIndentedAndFormattedString(0, "FontParserPDF::ReadBlock() got error %d after reading %d bytes", mError, 0);
+}
+
+void PDFInput::ReadWindow(std::streamoff begin) {
+  mWindowBegin = begin;
+  mWindowLength = 0;
+  // After an earlier failure the stream would refuse to seek.
+  mStream.clear();
+  mStream.seekg(begin);
+  std::streamsize size = mWindow.size();
+  ReadStream(mStream, size, mWindow.data());
+  mWindowLength = static_cast<size_t>(size);
 }
 
 std::string PDFInput::ReadRange(std::streamoff begin, std::streamoff end) {

@@ -1,8 +1,9 @@
 // The bytes of a PDF file as characters, tokens and lines, with the limits that keep a broken file from being read at
 // length. Reads through the parser's stream and sets the parser's error field, which ends every loop over tokens.
 //
-// All input goes through a block of 256 bytes; a seek reads a block anew. What one parser reads is limited to a multiple of
-// the file's size, so that objects that overlap cost no more than that. One thread.
+// All input goes through a block of 256 bytes; a seek takes a block anew. Blocks come from a window of the file, so that
+// objects that stand close together are read from the disk once. What one parser takes is limited to a multiple of the
+// file's size, so that objects that overlap cost no more than that. One thread.
 #pragma once
 
 #include <array>
@@ -20,18 +21,18 @@ class PDFInput {
   PDFInput(const PDFInput&) = delete;
   PDFInput& operator=(const PDFInput&) = delete;
 
-  // Begins at the start of the stream, which has just been opened.
+  // Begins at the start of the stream, which has just been opened. Others may move the stream's position at any time.
   void Begin();
   void SeekAndReadBlock(std::streamoff position);
   // Where the next character stands in the file.
   std::streamoff GetCurrentPosition() const { return mBlockBegin + static_cast<std::streamoff>(mPosition); }
   std::streamoff GetStreamLength() const { return mLength; }
-  // What was read of the file so far, in bytes, rereading counted again.
+  // How many bytes were taken so far, those that were taken again counted again.
   uint64_t GetBytesRead() const { return mBytesRead; }
 
   // Up to 256 bytes from where the last block ended; none is an error.
   void ReadBlock();
-  std::string_view Block() const { return {mBlock.data(), mBlockLength}; }
+  std::string_view Block() const { return mBlock; }
   // The next character, or kEnd; the end of the file is an error.
   static constexpr int kEnd = -1;
   int ReadCharacter();
@@ -62,23 +63,29 @@ class PDFInput {
  private:
   static constexpr size_t kMaxText = 256;
 
+  static constexpr size_t kBlockSize = 256;
+
   bool Take(uint64_t count);
+  void ReadWindow(std::streamoff begin);
   bool ReadEscape();
   void ReadPlainToken();
 
   FStreamWrapper& mStream;
   int& mError;
   std::string m_sWork;
-  std::array<char, 256> mBlock{};
-  size_t mBlockLength = 0, mPosition = 0;
+  std::string_view mBlock;  // within the window
+  size_t mPosition = 0;
   std::streamoff mBlockBegin = 0;
+  std::array<char, 8192> mWindow{};
+  size_t mWindowLength = 0;
+  std::streamoff mWindowBegin = 0;
   std::streamoff mLength = 0;
   uint64_t mBytesRead = 0;
 };
 
 inline int PDFInput::PeekCharacter() {
-  if (mPosition == mBlockLength) ReadBlock();
-  return mPosition < mBlockLength ? static_cast<unsigned char>(mBlock[mPosition]) : kEnd;
+  if (mPosition == mBlock.size()) ReadBlock();
+  return mPosition < mBlock.size() ? static_cast<unsigned char>(mBlock[mPosition]) : kEnd;
 }
 
 inline int PDFInput::ReadCharacter() {
