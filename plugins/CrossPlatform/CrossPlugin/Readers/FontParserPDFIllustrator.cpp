@@ -85,9 +85,9 @@ void FontParserPDF::ProcessIllustratorData(const PDFObject& object) {
   PDFObject next = object;
   while (visited.insert({next.nObjectNumber, next.nGeneration}).second &&
          OpenObject(next, "Illustrator data", __func__)) {
-    const std::string& key = mInput.LastToken();
+    std::string key;
     do {
-      mInput.ProcessToken();
+      key = mInput.ProcessToken();
     } while (key != "/Private" && key != "/AIPrivateData2" && key != "endobj" && mError == 0);
     if (mError != 0 || key == "endobj") return;
     const bool isData = key == "/AIPrivateData2";
