@@ -96,7 +96,7 @@ class FontParserPDF : public FontParser {
 
   void ProcessFonts();
   void ReadFont(PDFFontRecord& font);
-  void ProcessFontKey(const std::string& key, PDFFontRecord& font, int& depth);
+  void ProcessFontKey(const std::string& key, PDFFontRecord& font);
   void SkipWidths();
   void ProcessFontMetadata();
   void ReadMetadataFonts(std::set<std::string>& names);

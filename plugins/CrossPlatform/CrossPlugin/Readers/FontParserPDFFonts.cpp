@@ -67,12 +67,12 @@ void FontParserPDF::ReadFont(PDFFontRecord& font) {
       const std::streamoff end = mInput.GetCurrentPosition() - static_cast<std::streamoff>(key.size());
       if (--depth == 0) font.sGlyphsureDictionary = mInput.ReadRange(begin, end);
     } else {
-      ProcessFontKey(key, font, depth);
+      ProcessFontKey(key, font);
     }
   }
 }
 
-void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font, int& depth) {
+void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font) {
   if (key == "/Type") {
     std::string type = mInput.ProcessToken();
     StripPDFLabel(type);
@@ -88,9 +88,9 @@ void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font, 
     font.embedded = true;
     mInput.ProcessLine();
   } else if (key == "/Encoding") {
-    const std::string& encoding = mInput.ProcessToken();
-    font.encoding = EncodingOf(encoding);
-    if (encoding == "<<") ++depth;
+    // A dictionary as its value is counted like any other.
+    mInput.SkipWhitespace();
+    font.encoding = mInput.PeekCharacter() == '<' ? PDFFontEncoding::kOther : EncodingOf(mInput.ProcessToken());
   } else if (key == "/FirstChar" || key == "/LastChar") {
     mInput.ProcessToken();
   } else if (key == "/Widths") {
