@@ -67,16 +67,18 @@ class FakeAgent {
 
 // Takes the data for what the list of kinds says.
 PluginInterface::TModuleErrorCode OnNotification(PluginInterface::ECallbackKind kind, void* data) {
-  using namespace PluginInterface;
+  using PluginInterface::EventPayload;
+  EventPayload payload = EventPayload::kNothing;
+#define PAYLOAD(number, name, of) \
+  if (kind == number) payload = EventPayload::k##of;
+  AGENT_EVENTS(PAYLOAD)
+#undef PAYLOAD
   if (!data) return 0;
-  switch (kind) {
-    case kOnlineStateChanged:
-    case kGoogleWebFontsEnabled:
-    case kFontActivated:
-    case kFontDeactivated:
-    case kFontMissing:
-    case kDesignActivationNonCompliant: static_cast<void>(*static_cast<volatile uint32_t*>(data)); break;
-    default: CHECK(Value::Retain(static_cast<ValueRef>(data)).Is(platform::ValueType::kDictionary));
+  if (payload == EventPayload::kDictionary) {
+    CHECK(Value::Retain(static_cast<PluginInterface::ValueRef>(data)).Is(platform::ValueType::kDictionary));
+  } else {
+    CHECK(payload != EventPayload::kNothing);
+    static_cast<void>(*static_cast<volatile uint32_t*>(data));
   }
   return 0;
 }

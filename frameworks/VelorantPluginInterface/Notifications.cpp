@@ -21,26 +21,16 @@ Registrations& Registered() {
   return *registrations;
 }
 
-enum class Carried { kNothing, kFontID, kFlag, kDictionary };
+using PluginInterface::EventPayload;
 
-// The receivers take the data for what the list of kinds says, whatever it is.
-Carried CarriedBy(PluginInterface::ECallbackKind kind) {
-  using namespace PluginInterface;
+EventPayload PayloadOf(PluginInterface::ECallbackKind kind) {
   switch (kind) {
-    case kFontActivated:
-    case kFontDeactivated:
-    case kFontMissing:
-    case kDesignActivationNonCompliant: return Carried::kFontID;
-    case kOnlineStateChanged:
-    case kGoogleWebFontsEnabled: return Carried::kFlag;
-    case kLoggedInStateChanged:
-    case kGoogleReplicationProgress:
-    case kPreviewPNGsRendered:
-    case kBulkReplicationProgress:
-    case kIncrementalReplicationProgress:
-    case kFontServerReplicationProgress: return Carried::kDictionary;
-    default: return Carried::kNothing;
+#define PAYLOAD(number, name, payload) \
+  case PluginInterface::k##name: return EventPayload::k##payload;
+    AGENT_EVENTS(PAYLOAD)
+#undef PAYLOAD
   }
+  return EventPayload::kNothing;  // of a newer agent
 }
 
 bool IsNumber(const nlohmann::json& json) { return json.is_number_unsigned() && json.get<uint64_t>() <= UINT32_MAX; }
@@ -64,18 +54,18 @@ void Deliver(const nlohmann::json& message) {
   const auto found = message.find("notify");
   if (found == message.end() || !IsNumber(*found)) return;
   const auto kind = static_cast<PluginInterface::ECallbackKind>(found->get<uint32_t>());
-  const Carried carried = CarriedBy(kind);
-  const auto content = message.find(carried == Carried::kFontID ? "fontID" : "payload");
+  const EventPayload payload = PayloadOf(kind);
+  const auto content = message.find(payload == EventPayload::kFontID ? "fontID" : "payload");
   uint32_t number = 0;
   platform::Value value;
   void* data = nullptr;
-  if (carried != Carried::kNothing && content != message.end()) {
-    if (carried == Carried::kDictionary) {
+  if (payload != EventPayload::kNothing && content != message.end()) {
+    if (payload == EventPayload::kDictionary) {
       value = ValueOfJson(*content);
       if (!value.Is(platform::ValueType::kDictionary)) return;
       data = value.Ref();
     } else {
-      if (!IsNumber(*content) && !(carried == Carried::kFlag && content->is_boolean())) return;
+      if (!IsNumber(*content) && !(payload == EventPayload::kFlag && content->is_boolean())) return;
       number = content->get<uint32_t>();
       data = &number;
     }

@@ -22,7 +22,6 @@ HostAppInterface* HostAppInterface::GetHostAppInterface() {
 }
 
 void PhotoshopInterface::RebuildWorkgroupsMenu() { Panels().CheckForTypekit(); }
-void PhotoshopInterface::HandlePanelDataChanged() { Panels().PushDataChangedNotification(); }
 
 void PhotoshopInterface::SetCanExportFontsForDocument(bool can) {
   if (OneTrackedDocument* document = CurrentDocument()) document->SetCanExportFontsForDocument(can);
@@ -36,32 +35,9 @@ bool PhotoshopInterface::CanExportFontsForDocument() {
 void PhotoshopInterface::SetLoggedInState(bool, EServerType serverType) {
   Panels().PushLoggedInStateChangedNotification(serverType);
 }
-void PhotoshopInterface::SetIsOnline(bool isOnline) { Panels().PushOnlineStateChangedNotification(isOnline); }
-void PhotoshopInterface::FontActivated(unsigned int fontID) { Panels().PushFontActivatedNotification(fontID); }
-void PhotoshopInterface::DesignActivationFailedComplianceCheck(unsigned int fontID) {
-  Panels().PushFontNonCompliantNotification(fontID);
-}
-void PhotoshopInterface::FontDeactivated(unsigned int fontID) { Panels().PushFontDeactivatedNotification(fontID); }
-void PhotoshopInterface::FontMissing(unsigned int fontID) { Panels().PushFontMissingNotification(fontID); }
-void PhotoshopInterface::BulkReplicationProgress(const platform::Dictionary& details) {
-  Panels().PushBulkReplicationProgressNotification(details);
-}
-void PhotoshopInterface::BulkReplicationStopped() { Panels().PushBulkReplicationStoppedNotification(); }
-void PhotoshopInterface::IncrementalReplicationProgress(const platform::Dictionary& details) {
-  Panels().PushIncrementalReplicationProgressNotification(details);
-}
-void PhotoshopInterface::IncrementalReplicationStopped() { Panels().PushIncrementalReplicationStoppedNotification(); }
-void PhotoshopInterface::GoogleReplicationProgress(const platform::Dictionary& details) {
-  Panels().PushGoogleReplicationProgressNotification(details);
-}
-void PhotoshopInterface::GoogleReplicationStopped() { Panels().PushGoogleReplicationStoppedNotification(); }
-void PhotoshopInterface::GoogleWebFontsEnabled(bool enabled) { Panels().PushGoogleWebFontsEnabledNotificaton(enabled); }
-void PhotoshopInterface::FontServerReplicationProgress(const platform::Dictionary& details) {
-  Panels().PushFontServerReplicationProgressNotification(details);
-}
-void PhotoshopInterface::FontServerReplicationStopped() { Panels().PushFontServerReplicationStoppedNotification(); }
-void PhotoshopInterface::PreviewPNGsRendered(const platform::Dictionary& fontPNGs) {
-  Panels().SendFontImages(fontPNGs);
-}
-void PhotoshopInterface::SmartListsChanged() { Panels().PushSmartListsChangedNotification(); }
-void PhotoshopInterface::OfflineDownloadFinished() { Panels().PushOfflineDownloadFinishedNotification(); }
+void PhotoshopInterface::SetPanelsEnabled(bool enabled) { Panels().SetEnabled(enabled); }
+
+#define FORWARD_TO_PANELS(operation, push, parameters, arguments) \
+  void PhotoshopInterface::operation parameters { Panels().push(arguments); }
+HOST_EVENTS(FORWARD_TO_PANELS)
+#undef FORWARD_TO_PANELS

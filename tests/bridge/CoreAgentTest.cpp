@@ -342,7 +342,7 @@ TEST_F(CoreAgent, AgentIsLookedForEverySixSeconds) {
   EXPECT_EQ(looks(1006), 3u);
   EXPECT_TRUE(MarquineGlobals::sConnectedToCore);
   agent.Kill(false);
-  ui->onShown = [&] { EXPECT_TRUE(Traced("SetEnabled(0) called")) << "the panels are off before the box"; };
+  ui->onShown = [&] { EXPECT_FALSE(host.arePanelsEnabled) << "the panels are off before the box"; };
   EXPECT_EQ(looks(1012), 3u);
   EXPECT_FALSE(MarquineGlobals::sPluginServicesEnabled);
   EXPECT_EQ(ui->TakeShown(), Shown{"box FontManagerNotFoundMessage"});

@@ -72,7 +72,7 @@ TEST_F(Notices, KeepTheFontDataCacheUpToDate) {
 
 TEST_F(Notices, AShutdownOfTheAgentDisablesThePanelsBeforeItIsShown) {
   CoreAgentInterface& manager = Connect();
-  ui->onShown = [&] { EXPECT_TRUE(Traced("SetEnabled(0) called")); };
+  ui->onShown = [&] { EXPECT_FALSE(listener.arePanelsEnabled); };
   CoreAgentNotificationCallback(PluginInterface::kAgentShutdown, nullptr);
   manager.ProcessNotifications();
   EXPECT_EQ(ui->TakeShown(), std::vector<std::string>{"box FontManagerNotFoundMessage"});

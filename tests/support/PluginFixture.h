@@ -26,7 +26,9 @@ class CountingHost : public HostAppInterface {
  public:
   void RebuildWorkgroupsMenu() override {}
   void SetMissingFontsDialogNeeded() override { ++missingFontsDialogs; }
+  void SetPanelsEnabled(bool enabled) override { arePanelsEnabled = enabled; }
   int missingFontsDialogs = 0;
+  bool arePanelsEnabled = true;
 };
 
 class PluginFixture : public ::testing::Test {

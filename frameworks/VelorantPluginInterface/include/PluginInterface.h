@@ -18,31 +18,45 @@ using TModuleErrorCode = agent_protocol::ResultCode;
 using FacadeHandle = uint64_t;
 using ValueRef = platform::ValueRef;
 
-// What the agent tells through the notification callback. The payload behind `data` is given with each kind; it is
-// borrowed for the length of the call.
+// What `data` of the notification callback points to. It is borrowed for the length of the call.
+enum class EventPayload {
+  kNothing,     // null
+  kFlag,        // const int32_t*, used as a boolean
+  kFontID,      // const uint32_t*
+  kDictionary,  // ValueRef of a dictionary
+};
+
+// What the agent tells through the notification callback: X(number, Name, payload). Progress dictionaries hold "stepIndex",
+// "numSteps" and "text"; LoggedInStateChanged holds "isLoggedIn" (boolean) and "serverType" (integer); PreviewPNGsRendered
+// holds font IDs as decimal text, each with a dictionary with "pngBytes" and two file names.
+#define AGENT_EVENTS(X)                             \
+  X(0, AgentShutdown, Nothing)                      \
+  X(1, OnlineStateChanged, Flag)                    \
+  X(2, LoggedInStateChanged, Dictionary)            \
+  X(3, WorkgroupsChanged, Nothing)                  \
+  X(4, UserPermissionsChanged, Nothing)             \
+  X(8, FontActivated, FontID)                       \
+  X(9, FontDeactivated, FontID)                     \
+  X(10, FontMissing, FontID)                        \
+  X(14, GoogleWebFontsEnabled, Flag)                \
+  X(15, GoogleReplicationProgress, Dictionary)      \
+  X(16, GoogleReplicationStopped, Nothing)          \
+  X(17, PreviewPNGsRendered, Dictionary)            \
+  X(18, SmartListsChanged, Nothing)                 \
+  X(19, BulkReplicationProgress, Dictionary)        \
+  X(20, BulkReplicationStopped, Nothing)            \
+  X(21, IncrementalReplicationProgress, Dictionary) \
+  X(22, IncrementalReplicationStopped, Nothing)     \
+  X(23, PanelDataChanged, Nothing)                  \
+  X(24, DesignActivationNonCompliant, FontID)       \
+  X(25, OfflineDownloadFinished, Nothing)           \
+  X(27, FontServerReplicationProgress, Dictionary)  \
+  X(28, FontServerReplicationStopped, Nothing)
+
 enum ECallbackKind : uint32_t {
-  kAgentShutdown = 0,
-  kOnlineStateChanged = 1,    // const int32_t*, used as a boolean
-  kLoggedInStateChanged = 2,  // ValueRef of a dictionary: "isLoggedIn" boolean, "serverType" integer
-  kWorkgroupsChanged = 3,
-  kUserPermissionsChanged = 4,
-  kFontActivated = 8,               // const uint32_t*, the font ID
-  kFontDeactivated = 9,             // const uint32_t*
-  kFontMissing = 10,                // const uint32_t*
-  kGoogleWebFontsEnabled = 14,      // const int32_t*, used as a boolean
-  kGoogleReplicationProgress = 15,  // ValueRef of a dictionary, as the other progress kinds
-  kGoogleReplicationStopped = 16,
-  kPreviewPNGsRendered = 17,  // ValueRef of a dictionary: font ID as decimal text to a dictionary with "pngBytes" ...
-  kSmartListsChanged = 18,
-  kBulkReplicationProgress = 19,
-  kBulkReplicationStopped = 20,
-  kIncrementalReplicationProgress = 21,
-  kIncrementalReplicationStopped = 22,
-  kPanelDataChanged = 23,
-  kDesignActivationNonCompliant = 24,  // const uint32_t*
-  kOfflineDownloadFinished = 25,
-  kFontServerReplicationProgress = 27,
-  kFontServerReplicationStopped = 28,
+#define AGENT_EVENT_KIND(number, name, payload) k##name = number,
+  AGENT_EVENTS(AGENT_EVENT_KIND)
+#undef AGENT_EVENT_KIND
 };
 
 // Runs on the library's reader thread. Its result is not looked at.

@@ -11,41 +11,18 @@ using platform::Value;
 
 namespace {
 
-enum class Payload { kNone, kBoolean, kEnabled, kDictionary, kFontID, kFontPNGs };
+using PluginInterface::EventPayload;
 
 struct Kind {
   PluginInterface::ECallbackKind kind;
   std::string_view key;
-  Payload payload;
+  EventPayload payload;
 };
 
 constexpr Kind kKinds[] = {
-    {PluginInterface::kAgentShutdown, kPluginNotification_AgentShutdown, Payload::kNone},
-    {PluginInterface::kOnlineStateChanged, kPluginNotification_OnlineStateChanged, Payload::kBoolean},
-    {PluginInterface::kLoggedInStateChanged, kPluginNotification_LoggedInStateChanged, Payload::kDictionary},
-    {PluginInterface::kWorkgroupsChanged, kPluginNotification_WorkgroupsChanged, Payload::kNone},
-    {PluginInterface::kUserPermissionsChanged, kPluginNotification_UserPermissionsChanged, Payload::kNone},
-    {PluginInterface::kFontActivated, kPluginNotification_FontActivated, Payload::kFontID},
-    {PluginInterface::kFontDeactivated, kPluginNotification_FontDeactivated, Payload::kFontID},
-    {PluginInterface::kFontMissing, kPluginNotification_FontMissing, Payload::kFontID},
-    {PluginInterface::kGoogleWebFontsEnabled, kPluginNotification_GoogleWebFontsEnabled, Payload::kEnabled},
-    {PluginInterface::kGoogleReplicationProgress, kPluginNotification_GoogleReplicationProgress, Payload::kDictionary},
-    {PluginInterface::kGoogleReplicationStopped, kPluginNotification_GoogleReplicationStopped, Payload::kNone},
-    {PluginInterface::kPreviewPNGsRendered, kPluginNotification_PreviewPNGsRendered, Payload::kFontPNGs},
-    {PluginInterface::kSmartListsChanged, kPluginNotification_SmartListsChanged, Payload::kNone},
-    {PluginInterface::kBulkReplicationProgress, kPluginNotification_BulkReplicationProgress, Payload::kDictionary},
-    {PluginInterface::kBulkReplicationStopped, kPluginNotification_BulkReplicationStopped, Payload::kNone},
-    {PluginInterface::kIncrementalReplicationProgress, kPluginNotification_IncrementalReplicationProgress,
-     Payload::kDictionary},
-    {PluginInterface::kIncrementalReplicationStopped, kPluginNotification_IncrementalReplicationStopped,
-     Payload::kNone},
-    {PluginInterface::kPanelDataChanged, kPluginNotification_PanelDataChanged, Payload::kNone},
-    {PluginInterface::kDesignActivationNonCompliant, kPluginNotification_DesignActivationNonCompliant,
-     Payload::kFontID},
-    {PluginInterface::kOfflineDownloadFinished, kPluginNotification_OfflineDownloadFinished, Payload::kNone},
-    {PluginInterface::kFontServerReplicationProgress, kPluginNotification_FontServerReplicationProgress,
-     Payload::kDictionary},
-    {PluginInterface::kFontServerReplicationStopped, kPluginNotification_FontServerReplicationStopped, Payload::kNone},
+#define KIND(number, name, payload) {PluginInterface::k##name, kPluginNotification_##name, EventPayload::k##payload},
+    AGENT_EVENTS(KIND)
+#undef KIND
 };
 
 void CopyAllPairs(platform::ValueRef from, Dictionary& to) {
@@ -53,23 +30,32 @@ void CopyAllPairs(platform::ValueRef from, Dictionary& to) {
   for (size_t i = 0; i < source.Count(); ++i) to.Set(source.KeyAt(i), source.ValueAt(i));
 }
 
-void Pack(const Kind& kind, void* data, Dictionary& out) {
-  out.Set(kind.key, Boolean::From(true));
-  if (!data) return;
+// Most payloads stand beside the event's key. A flag stands under it; the flag of web fonts and the previews have keys of
+// their own.
+void PackPayload(const Kind& kind, void* data, Dictionary& out) {
   switch (kind.payload) {
-    case Payload::kNone: break;
-    case Payload::kBoolean: out.Set(kind.key, Boolean::From(*static_cast<int32_t*>(data) != 0)); break;
-    case Payload::kEnabled:
-      out.Set(kPluginNotification_Enabled, Boolean::From(*static_cast<int32_t*>(data) != 0));
+    case EventPayload::kNothing: break;
+    case EventPayload::kFlag: {
+      const bool hasOwnKey = kind.kind == PluginInterface::kGoogleWebFontsEnabled;
+      out.Set(hasOwnKey ? kPluginNotification_Enabled : kind.key, Boolean::From(*static_cast<int32_t*>(data) != 0));
       break;
-    case Payload::kDictionary: CopyAllPairs(static_cast<platform::ValueRef>(data), out); break;
-    case Payload::kFontID:
+    }
+    case EventPayload::kFontID:
       out.Set(kPluginNotification_FontActivation_Font_ID, Number::FromInteger(*static_cast<int32_t*>(data)));
       break;
-    case Payload::kFontPNGs:
-      out.Set(kPluginNotification_FontPNGs, Value::Retain(static_cast<platform::ValueRef>(data)));
+    case EventPayload::kDictionary:
+      if (kind.kind == PluginInterface::kPreviewPNGsRendered) {
+        out.Set(kPluginNotification_FontPNGs, Value::Retain(static_cast<platform::ValueRef>(data)));
+      } else {
+        CopyAllPairs(static_cast<platform::ValueRef>(data), out);
+      }
       break;
   }
+}
+
+void Pack(const Kind& kind, void* data, Dictionary& out) {
+  out.Set(kind.key, Boolean::From(true));
+  if (data) PackPayload(kind, data, out);
 }
 
 }  // namespace

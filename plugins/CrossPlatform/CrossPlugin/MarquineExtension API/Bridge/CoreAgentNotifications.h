@@ -23,12 +23,6 @@ class CoreAgentPluginNotification {
   int16_t Respond();
 
  private:
-  void RespondToLoggedInState();
-  bool RespondToStateChange();
-  bool RespondToFont();
-  bool RespondToReplication();
-  bool RespondToPanelEvent();
-
   platform::Dictionary mDictionary;
   CoreAgentInterface* mAgent;  // not owned
 };

@@ -45,61 +45,8 @@ TModuleErrorCode PanelManager::SetEnabled(bool enabled) {
 }
 TModuleErrorCode PanelManager::SelectSocket(bool closeListeningSocket) { FAN_OUT(SelectSocket(closeListeningSocket)); }
 TModuleErrorCode PanelManager::PopNotifications() { FAN_OUT(PopNotifications()); }
-TModuleErrorCode PanelManager::SendFontImages(const platform::Dictionary& fontPNGs) {
-  FAN_OUT(SendFontImages(fontPNGs));
-}
-TModuleErrorCode PanelManager::PushLoggedInStateChangedNotification(EServerType serverType) {
-  FAN_OUT(PushLoggedInStateChangedNotification(serverType));
-}
-TModuleErrorCode PanelManager::PushOnlineStateChangedNotification(bool isOnline) {
-  FAN_OUT(PushOnlineStateChangedNotification(isOnline));
-}
-TModuleErrorCode PanelManager::PushGoogleWebFontsEnabledNotificaton(bool enabled) {
-  FAN_OUT(PushGoogleWebFontsEnabledNotificaton(enabled));
-}
-TModuleErrorCode PanelManager::PushFontActivatedNotification(unsigned int fontID) {
-  FAN_OUT(PushFontActivatedNotification(fontID));
-}
-TModuleErrorCode PanelManager::PushFontDeactivatedNotification(unsigned int fontID) {
-  FAN_OUT(PushFontDeactivatedNotification(fontID));
-}
-TModuleErrorCode PanelManager::PushFontMissingNotification(unsigned int fontID) {
-  FAN_OUT(PushFontMissingNotification(fontID));
-}
-TModuleErrorCode PanelManager::PushFontNonCompliantNotification(unsigned int fontID) {
-  FAN_OUT(PushFontNonCompliantNotification(fontID));
-}
-TModuleErrorCode PanelManager::PushBulkReplicationProgressNotification(const platform::Dictionary& details) {
-  FAN_OUT(PushBulkReplicationProgressNotification(details));
-}
-TModuleErrorCode PanelManager::PushBulkReplicationStoppedNotification() {
-  FAN_OUT(PushBulkReplicationStoppedNotification());
-}
-TModuleErrorCode PanelManager::PushIncrementalReplicationProgressNotification(const platform::Dictionary& details) {
-  FAN_OUT(PushIncrementalReplicationProgressNotification(details));
-}
-TModuleErrorCode PanelManager::PushIncrementalReplicationStoppedNotification() {
-  FAN_OUT(PushIncrementalReplicationStoppedNotification());
-}
-TModuleErrorCode PanelManager::PushGoogleReplicationProgressNotification(const platform::Dictionary& details) {
-  FAN_OUT(PushGoogleReplicationProgressNotification(details));
-}
-TModuleErrorCode PanelManager::PushGoogleReplicationStoppedNotification() {
-  FAN_OUT(PushGoogleReplicationStoppedNotification());
-}
-TModuleErrorCode PanelManager::PushFontServerReplicationProgressNotification(const platform::Dictionary& details) {
-  FAN_OUT(PushFontServerReplicationProgressNotification(details));
-}
-TModuleErrorCode PanelManager::PushFontServerReplicationStoppedNotification() {
-  FAN_OUT(PushFontServerReplicationStoppedNotification());
-}
-TModuleErrorCode PanelManager::PushDataChangedNotification() { FAN_OUT(PushDataChangedNotification()); }
-TModuleErrorCode PanelManager::PushSmartListsChangedNotification() { FAN_OUT(PushSmartListsChangedNotification()); }
-TModuleErrorCode PanelManager::PushOfflineDownloadFinishedNotification() {
-  FAN_OUT(PushOfflineDownloadFinishedNotification());
-}
-TModuleErrorCode PanelManager::PushTypekitEnabledNotification(bool enabled) {
-  FAN_OUT(PushTypekitEnabledNotification(enabled));
-}
-
+#define PANEL_PUSH(operation, push, parameters, arguments) \
+  TModuleErrorCode PanelManager::push parameters { FAN_OUT(push(arguments)); }
+PANEL_PUSHES(PANEL_PUSH)
+#undef PANEL_PUSH
 #undef FAN_OUT

@@ -1,5 +1,5 @@
-// The one place through which the rest of the plug-in reaches the panels: each operation is repeated on all of them, and
-// the first that fails ends it with its code. Main thread only. It owns the panels and never lets one go.
+// The one place through which the rest of the plug-in reaches the panels. Each operation is repeated on all panels; the first
+// failure ends it and is its result. Main thread only. Owns the panels for the life of the process.
 //
 // No transport is built yet: OpenSocket and RegisterPlugPlug say so, and the set of panels stays empty.
 #pragma once
@@ -24,28 +24,10 @@ class PanelManager {
   unsigned int GetSocketPort();  // the first port of any panel; 0 if there is none
   TModuleErrorCode SetEnabled(bool enabled);
   TModuleErrorCode PopNotifications();
-  TModuleErrorCode SendFontImages(const platform::Dictionary& fontPNGs);
   void CheckForTypekit();
-
-  TModuleErrorCode PushLoggedInStateChangedNotification(EServerType serverType);
-  TModuleErrorCode PushOnlineStateChangedNotification(bool isOnline);
-  TModuleErrorCode PushGoogleWebFontsEnabledNotificaton(bool enabled);
-  TModuleErrorCode PushFontActivatedNotification(unsigned int fontID);
-  TModuleErrorCode PushFontDeactivatedNotification(unsigned int fontID);
-  TModuleErrorCode PushFontMissingNotification(unsigned int fontID);
-  TModuleErrorCode PushFontNonCompliantNotification(unsigned int fontID);
-  TModuleErrorCode PushBulkReplicationProgressNotification(const platform::Dictionary& details);
-  TModuleErrorCode PushBulkReplicationStoppedNotification();
-  TModuleErrorCode PushIncrementalReplicationProgressNotification(const platform::Dictionary& details);
-  TModuleErrorCode PushIncrementalReplicationStoppedNotification();
-  TModuleErrorCode PushGoogleReplicationProgressNotification(const platform::Dictionary& details);
-  TModuleErrorCode PushGoogleReplicationStoppedNotification();
-  TModuleErrorCode PushFontServerReplicationProgressNotification(const platform::Dictionary& details);
-  TModuleErrorCode PushFontServerReplicationStoppedNotification();
-  TModuleErrorCode PushDataChangedNotification();
-  TModuleErrorCode PushSmartListsChangedNotification();
-  TModuleErrorCode PushOfflineDownloadFinishedNotification();
-  TModuleErrorCode PushTypekitEnabledNotification(bool enabled);
+#define PANEL_PUSH(operation, push, parameters, arguments) TModuleErrorCode push parameters;
+  PANEL_PUSHES(PANEL_PUSH)
+#undef PANEL_PUSH
 
  private:
   std::set<MarquinePanel*> mPanels;
