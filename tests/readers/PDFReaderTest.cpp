@@ -68,12 +68,12 @@ TEST_F(PDFReaderFixture, FontsOfAPage) {
        "/Resources 7 0 R",
        and_({{7, "<< /ColorSpace << /C [/Lab] >> /Font << /X 5 0 R >> >>"}}),
        {}},
-      {"names within names are none",
+      {"a longer key is another key",
        "/Resources << /XObject << /Font5 9 0 R >> /Font<</F#31 5 0 R>> >>",
        fonts,
        {"A"}},
       {"of a font that can't be found on, none is read", "/Font << /X 5 0 R /Y 9 0 R /Z 6 0 R >>", fonts, {"A"}},
-      {"a direct font is none, nor what follows", "/Font << /X << /BaseFont /C >> /Y 5 0 R >>", fonts, {}},
+      {"a direct font hides what follows", "/Font << /X << /BaseFont /C >> /Y 5 0 R >>", fonts, {}},
       {"a wrong generation is another object", "/Font << /X 5 1 R /Y 6 0 R >>", fonts, {}},
   };
   for (const Case& c : cases) EXPECT_EQ(NamesOf(OnePage(c.page, c.others)), c.names) << c.rule;

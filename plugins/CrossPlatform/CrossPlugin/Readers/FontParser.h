@@ -25,8 +25,8 @@ class FontParser {
   virtual void Parse() = 0;
   // 0 until something failed.
   virtual int GetError() const { return mError; }
-  // The fonts as font records, with identification data if wanted. Which of the two the subclass does with the array is
-  // told there: append to the given array, or put a new array in its place.
+  // The fonts as font records, with identification data if wanted. Each subclass documents what it does
+  // with the array: it appends to the given one, or puts a new one in its place.
   virtual void GetObsoleteGlyphsureData(bool wantGlyphsure, platform::Array* outFontArray) = 0;
 
   // A parser for the kind of file that the content shows; null, which is traced, for an unknown kind and for a file that

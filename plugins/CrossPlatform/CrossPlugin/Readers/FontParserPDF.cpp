@@ -20,8 +20,8 @@ bool FontParserPDF::FindHeader() {
   constexpr int kTries = 1000;
   for (int i = 0; i < kTries && mError == 0; ++i) {
     m_nHeaderOffset = mInput.GetCurrentPosition();
-    // The character that ends a try is not looked at again, so that of "%%PDF" the header is not seen. Every offset counts
-    // from what is found here.
+    // The character that ends a try is not read again, so "%%PDF" hides the header. Every offset counts from the place
+    // found here, so a smarter search would read other objects.
     const auto isNext = [&](char c) { return mInput.ReadCharacter() == c; };
     if (std::all_of(kMark.begin(), kMark.end(), isNext)) return true;
   }
@@ -35,7 +35,7 @@ void FontParserPDF::ReadDocument() {
   if (m_PageTree.IsKnown()) {
     const int32_t pages = ProcessPages();
     Visited visited;
-    // Nodes of the tree use up the count as pages do, so that a deep tree leaves pages unread. What fonts a document has
+    // Inner nodes use up the count too, so the last pages of a deep tree stay unread. The font list of such a document
     // depends on it.
     for (size_t i = 0; i < m_vKids.size() && static_cast<int64_t>(i) < pages && mError == 0; ++i) {
       const PDFObject kid = m_vKids[i];
@@ -82,8 +82,8 @@ void FontParserPDF::ProcessXRefSection(int32_t offset) {
 bool FontParserPDF::ProcessXRefSubsections(int32_t offset) {
   mInput.SeekAndReadBlock(m_nHeaderOffset + offset);
   const std::string& line = mInput.ProcessLine();
-  // Programs that put something before the file, or took it away, left offsets that are a little off. The last step is 4 and
-  // not 3: files that were read so in the past are read so.
+  // Some programs add or remove bytes before the header and leave the offsets as they were. The last step is 4, not 3:
+  // all objects of such a file are found by it.
   if (line == "ref") {
     m_nHeaderOffset -= 1;
   } else if (line == "ef") {
@@ -109,7 +109,7 @@ void FontParserPDF::ReadXRefSubsection(int32_t firstObject) {
   const int64_t last = std::min<int64_t>(int64_t{firstObject} + count, std::numeric_limits<int32_t>::max());
   for (int64_t number = firstObject; number < last && mError == 0; ++number) {
     const int32_t offset = mInput.GetCurrentNumber();
-    // The generation is compared where the object stands, and there is nothing at the offset of a free entry.
+    // FindObject compares the generation with the object's own, and finds nothing at the offset of a free entry.
     mInput.GetCurrentNumber();
     mInput.ReadCharacter();
     m_vXRef.push_back({static_cast<int32_t>(number), offset});

@@ -1,8 +1,8 @@
-// Lists the fonts of a PDF file, and reads and forms the identification data that stand in its font dictionaries.
+// Lists the fonts of a PDF file, and reads and formats the identification data in its font dictionaries.
 //
 // It follows cross-reference tables, page tree, resources and font objects in their plain form. Object streams and
-// cross-reference streams stay unread, so that a file that uses them gives no fonts and no error. Wrong input ends the part
-// that is being read; the fonts found before stay. What is read never exceeds a multiple of the file's size.
+// cross-reference streams are not read: a file that uses them has no fonts and no error here. Wrong input ends the function
+// that reads it and keeps the fonts found before. The bytes read never exceed a multiple of the file's size.
 #pragma once
 
 #include <cstddef>
@@ -28,7 +28,7 @@ class FontParserPDF : public FontParser {
   // Whether no identification data may be written into this document: it is encrypted or PDF/X. Reads the whole file.
   bool IsUnsluggableDocument();
 
-  // In the order in which they were found; a font object that is used at several places stands once.
+  // In the order in which they were found. A font object that is used in several places has one record.
   const std::vector<PDFFontRecord>& GetFontRecords() const { return m_vFontRecords; }
   uint64_t GetBytesRead() const { return mInput.GetBytesRead(); }
 
@@ -40,18 +40,17 @@ class FontParserPDF : public FontParser {
   // A new record from a font; a null outRecord does nothing.
   static void ConvertPDFFontToFontRecord(const PDFFontRecord& font, platform::Dictionary* outRecord,
                                          bool wantGlyphsure);
-  // The value of the first such key of the whole text, whatever dictionary it stands in. False, with the value untouched,
-  // without it and for an empty value.
+  // Reads the value of the first such key in the whole text, in whatever dictionary. Returns false and leaves the value
+  // untouched if there is no such key or the value is empty.
   static bool ParseKeyFromGlyphsureBuffer(std::string_view dictionaryText, std::string_view pdfKey,
                                           std::string& outValue);
-  // Puts such a value into the record.
+  // Reads such a value into the record.
   static void AddKeyValueToFontRecord(std::string_view dictionaryText, std::string_view pdfKey,
                                       std::string_view recordKey, platform::Dictionary record);
   // Appends a font's identification data to the dictionary text of a PDF font, which must begin with "<<". Nothing for a
   // null font and for a record of less than two keys.
   static void ConvertFontRecordToPDFFont(const platform::Dictionary& record, PDFFontRecord* font);
-  // The key under which a key of a font record stands in a PDF; false, with the results untouched, if it stands there under
-  // none.
+  // The PDF key for a key of a font record. Returns false and leaves the results untouched for a key that has none.
   static bool PDFKeyForGlyphsureKey(std::string_view key, bool& outIsText, std::string& outPdfKey);
   // A line of a cross-reference table.
   static std::string CreateXRefEntry(int32_t offset, int32_t generation);

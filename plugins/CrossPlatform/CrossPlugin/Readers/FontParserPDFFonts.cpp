@@ -44,7 +44,7 @@ void FontParserPDF::ProcessFonts() {
     if (mError != 0) return;
     if (!visited.insert({object.nObjectNumber, object.nGeneration}).second) continue;
     OutputIndentedAndFormattedString(0, " processing font %d ...", object.nObjectNumber);
-    // One font that can't be found ends the list. What fonts a damaged document has depends on it.
+    // A font that can't be found ends the list. The font list of a damaged document depends on it.
     if (!OpenObject(object, "font", __func__)) return;
     PDFFontRecord font;
     font.object = object;
@@ -83,12 +83,12 @@ void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font) 
     font.name = mInput.ProcessToken();
     StripPDFFontName(font.name);
   } else if (key == "/CharSet" || key == "/FontFile" || key == "/FontFile2" || key == "/FontFile3") {
-    // Types as the records always had them, though the format has them the other way round.
+    // The format assigns these types differently. Readers of the records expect them as they are here.
     if (key != "/CharSet") font.type = key == "/FontFile" ? PDFFontType::kTrueType : PDFFontType::kType1;
     font.embedded = true;
     mInput.ProcessLine();
   } else if (key == "/Encoding") {
-    // A dictionary as its value is counted like any other.
+    // ReadFont counts the brackets of a dictionary.
     mInput.SkipWhitespace();
     font.encoding = mInput.PeekCharacter() == '<' ? PDFFontEncoding::kOther : EncodingOf(mInput.ProcessToken());
   } else if (key == "/FirstChar" || key == "/LastChar") {
@@ -107,7 +107,7 @@ void FontParserPDF::SkipWidths() {
   }
 }
 
-// The list is read with the tokens of the file and not as XML, so that a compressed one gives nothing.
+// Reads the list as PDF tokens, not as XML, so a compressed stream adds no fonts.
 void FontParserPDF::ProcessFontMetadata() {
   if (FindObject(m_Metadata)) {
     if (mInput.ProcessToken() == "obj") {
@@ -181,7 +181,8 @@ bool FontParserPDF::HoldsPDFXMark() {
   bool found = false;
   if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) return found;
   mInput.Begin();
-  // A mark that falls across two blocks is not seen, so that the answer for a document stays what it always was.
+  // A mark that crosses the border of two blocks is missed. Documents keep or lose their identification data by this
+  // answer, so it must not change.
   do {
     mInput.ReadBlock();
     found = mInput.Block().find("GTS_PDFX") != std::string_view::npos;

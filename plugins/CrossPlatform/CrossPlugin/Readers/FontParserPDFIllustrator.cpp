@@ -12,16 +12,16 @@
 namespace {
 
 constexpr size_t kChunk = 1024;
-// What is unpacked from a small file can be of any size; font names stand at the beginning.
+// A small file can unpack to any size. Font names are near the beginning.
 constexpr size_t kMaxUnpacked = size_t{512} * 1024 * 1024;
-// Documents within documents; more than these are a trap.
+// How deep documents may be nested, so that one that contains itself ends.
 constexpr int kMaxNesting = 3;
 thread_local int sNesting = 0;
 
 // Inflates chunk by chunk into a file.
 class Inflater {
  public:
-  // This version is what data of the time was written for, and any later one takes it.
+  // zlib compares only the first digit with its own version.
   Inflater() : mIsReady(inflateInit_(&mStream, "1.2.1", sizeof mStream) == Z_OK) {}
   ~Inflater() {
     if (mIsReady) inflateEnd(&mStream);

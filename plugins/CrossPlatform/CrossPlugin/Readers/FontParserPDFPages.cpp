@@ -87,7 +87,7 @@ void FontParserPDF::ProcessKids(const PDFObject& kid) {
 
 void FontParserPDF::FollowReference(const PDFObject& object, const char* what, Visited& visited,
                                     void (FontParserPDF::*process)()) {
-  // A reference that stands where an object should leads to another object; more than a few of them are no document.
+  // Bounds the recursion over chains of references.
   constexpr int kMaxDepth = 32;
   if (mDepth == kMaxDepth || !visited.insert({object.nObjectNumber, object.nGeneration}).second) return;
   ++mDepth;
@@ -109,7 +109,7 @@ void FontParserPDF::ProcessResources() {
 
 void FontParserPDF::ProcessResourceDictionary(std::string token) {
   int depth = 0;
-  // It ends with the first array that no key here skips, though a dictionary may follow it. What fonts a document has
+  // The first array that no key here skips ends the resources, even if fonts follow it. The font list of such a document
   // depends on it.
   for (; mError == 0 && token != "]" && token != "endobj"; token = mInput.ProcessToken()) {
     if (token == "<<") {

@@ -122,8 +122,8 @@ void PDFInput::ReadPlainToken() {
 bool PDFInput::ReadEscape() {
   const int first = ReadCharacter(), second = ReadCharacter();
   if (second == kEnd) return false;
-  // Right for two decimal digits only. Names in slugs that were written for such documents came out of this, so that they
-  // would no longer be found if the letters were read better.
+  // Right for two decimal digits only. Stored identification data hold names that were read this way; they must still
+  // match, so the letters A to F stay wrong.
   m_sWork.push_back(static_cast<char>(first * 16 + second - '0'));
   return true;
 }

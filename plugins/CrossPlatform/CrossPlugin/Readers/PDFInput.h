@@ -1,9 +1,9 @@
 // The bytes of a PDF file as characters, tokens and lines, with the limits that keep a broken file from being read at
 // length. Reads through the parser's stream and sets the parser's error field, which ends every loop over tokens.
 //
-// All input goes through a block of 256 bytes; a seek takes a block anew. Blocks come from a window of the file, so that
-// objects that stand close together are read from the disk once. What one parser takes is limited to a multiple of the
-// file's size, so that objects that overlap cost no more than that. One thread.
+// All input goes through a block of 256 bytes; a seek takes a block anew. Blocks come from a window of the file, so
+// objects that are close together are read from the disk once. The bytes that one parser takes are limited to a multiple
+// of the file's size, which also bounds the cost of objects that overlap. One thread.
 #pragma once
 
 #include <array>
@@ -24,7 +24,7 @@ class PDFInput {
   // Begins at the start of the stream, which has just been opened. Others may move the stream's position at any time.
   void Begin();
   void SeekAndReadBlock(std::streamoff position);
-  // Where the next character stands in the file.
+  // The offset of the next character in the file.
   std::streamoff GetCurrentPosition() const { return mBlockBegin + static_cast<std::streamoff>(mPosition); }
   std::streamoff GetStreamLength() const { return mLength; }
   // How many bytes were taken so far, those that were taken again counted again.
@@ -39,11 +39,10 @@ class PDFInput {
   int PeekCharacter();
   void SkipWhitespace();
 
-  // The next token, at most 256 characters, which stands until the next call; empty at the end of the file, and also where
-  // a "\" stands alone.
+  // The next token, at most 256 characters, valid until the next call. Empty at the end of the file, and for a lone "\".
   const std::string& ProcessToken();
   const std::string& LastToken() const { return m_sWork; }
-  // The characters up to the end of the line, at most 256, which stand until the next call.
+  // The characters up to the end of the line, at most 256, valid until the next call.
   const std::string& ProcessLine();
   // The next token as a number; 0 for another token. Numbers stop at the limit of 32 bits.
   int32_t GetCurrentNumber();
