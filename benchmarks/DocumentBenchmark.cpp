@@ -43,7 +43,7 @@ void AppendNoise(std::string& bytes, size_t count) {
 // A document of about this size with one layer of text, whose composite image is raw noise.
 std::string Document(size_t size) {
   std::string plain = host::NewLayeredFile(true);
-  host::ByteSource source(plain);
+  platform::ByteSource source(plain);
   host::LayeredFile structure;
   host::Pieces pieces;
   if (!host::ParseLayeredFile(source, structure).empty() ||
@@ -51,7 +51,7 @@ std::string Document(size_t size) {
     Fail("the document can't be made");
   }
   std::string bytes = pieces.Join(plain);
-  host::ByteSource made(bytes);
+  platform::ByteSource made(bytes);
   host::ParseLayeredFile(made, structure);
   constexpr uint64_t kWidth = 8192, kChannels = 3;
   const uint64_t height = size / (kWidth * kChannels);

@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   constexpr size_t kWindow = size_t{128} * 1024;
   const size_t before = kWindow - std::min(kWindow, size / 2);
   DocumentBytes inFile;
-  CHECK(inFile.Open(sFolder.Write("document", std::string(before, 'x') + document)));
+  CHECK(!inFile.Open(sFolder.Write("document", std::string(before, 'x') + document)));
   CHECK(Scan(inFile) == names);
 
   static constexpr const char* kNames[] = {"document.ai", "document.psd", "document.aep", "document.txt"};

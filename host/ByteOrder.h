@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "host/ByteSource.h"
+#include "platform/ByteSource.h"
 
 namespace host {
 
@@ -13,7 +13,7 @@ namespace host {
 // reads is checked once. The source must outlive it.
 class BigEndianReader {
  public:
-  BigEndianReader(ByteSource& source, uint64_t offset, uint64_t end)
+  BigEndianReader(platform::ByteSource& source, uint64_t offset, uint64_t end)
       : source_(&source), offset_(offset), end_(std::min(end, source.Size())), ok_(offset <= end_) {}
 
   uint64_t Read(int width) {
@@ -35,7 +35,7 @@ class BigEndianReader {
   bool Ok() const { return ok_; }
 
  private:
-  ByteSource* source_;
+  platform::ByteSource* source_;
   uint64_t offset_;
   uint64_t end_;
   bool ok_;

@@ -49,9 +49,9 @@ std::string OpenFile(const std::string& path, DocumentContent& content) {
   return CheckKind(info);
 }
 
-ByteSource SourceOf(const DocumentContent& content) { return {content.file.Get(), content.state.size}; }
+platform::ByteSource SourceOf(const DocumentContent& content) { return {content.file.Get(), content.state.size}; }
 
-std::string CheckPDF(ByteSource& source) {
+std::string CheckPDF(platform::ByteSource& source) {
   if (source.View(0, kFarthestHeader).substr(0, kFarthestHeader).find("%PDF-") == std::string_view::npos) {
     return "the file is no PDF document: it does not begin with \"%PDF-\"";
   }
@@ -60,7 +60,7 @@ std::string CheckPDF(ByteSource& source) {
   return hasEnd ? "" : "the file is truncated: its cross-reference at the end is missing";
 }
 
-std::string ReadStructure(const std::string& path, ByteSource& source, DocumentContent& content) {
+std::string ReadStructure(const std::string& path, platform::ByteSource& source, DocumentContent& content) {
   const std::string extension = ExtensionOf(path);
   FontNames names;
   std::string problem;
@@ -83,7 +83,7 @@ std::string ReadStructure(const std::string& path, ByteSource& source, DocumentC
   return "";
 }
 
-bool AreEqual(ByteSource& one, uint64_t at, ByteSource& other, uint64_t otherAt, uint64_t count) {
+bool AreEqual(platform::ByteSource& one, uint64_t at, platform::ByteSource& other, uint64_t otherAt, uint64_t count) {
   constexpr uint64_t kPiece = 65536;
   while (count > 0) {
     const auto size = static_cast<size_t>(std::min(count, kPiece));
@@ -102,7 +102,7 @@ std::string ReadDocument(const std::string& path, DocumentContent& content) {
   DocumentContent read;
   std::string problem = OpenFile(path, read);
   if (!problem.empty()) return Line(path, problem);
-  ByteSource source = SourceOf(read);
+  platform::ByteSource source = SourceOf(read);
   problem = ReadStructure(path, source, read);
   // What a failed read left out looks like damage.
   if (source.Error()) problem = platform::DescribeError(source.Error());
@@ -119,7 +119,7 @@ bool ShowTheSame(const DocumentContent& one, const DocumentContent& other) {
   const LayeredFile &first = one.structure, &second = other.structure;
   const uint64_t rest = one.state.size - first.layersAndMask;
   if (first.resources != second.resources || rest != other.state.size - second.layersAndMask) return false;
-  ByteSource source = SourceOf(one), otherSource = SourceOf(other);
+  platform::ByteSource source = SourceOf(one), otherSource = SourceOf(other);
   return AreEqual(source, 0, otherSource, 0, first.resources) &&
          AreEqual(source, first.layersAndMask, otherSource, second.layersAndMask, rest);
 }
@@ -131,7 +131,7 @@ std::string StageDocument(const DocumentContent& content, DocumentFormat format,
   LayeredFile structure = content.structure;
   if (!content.file) {
     made = NewLayeredFile(format == DocumentFormat::kPSB);
-    ByteSource source(made);
+    platform::ByteSource source(made);
     ParseLayeredFile(source, structure);
   }
   const uint64_t size = content.file ? content.state.size : made.size();

@@ -21,7 +21,7 @@ bool NeedsEscape(char byte) { return byte == '(' || byte == ')' || byte == '\\';
 // Reads single bytes of [at, end).
 class ByteReader {
  public:
-  ByteReader(ByteSource& source, uint64_t at, uint64_t end) : source_(source), at_(at), end_(end) {}
+  ByteReader(platform::ByteSource& source, uint64_t at, uint64_t end) : source_(source), at_(at), end_(end) {}
 
   // False at the end.
   bool Next(char& byte) {
@@ -38,7 +38,7 @@ class ByteReader {
   }
 
  private:
-  ByteSource& source_;
+  platform::ByteSource& source_;
   uint64_t at_, end_;
   std::string_view bytes_;
 };
@@ -86,7 +86,7 @@ bool ReadSet(ByteReader reader, std::vector<std::string>& names) {
 
 // The place of the next beginning of a set that lies in [at, end) as a whole, or `end`. By the C library, whose time does
 // not grow with the number of slashes.
-uint64_t FindSet(ByteSource& source, uint64_t at, uint64_t end) {
+uint64_t FindSet(platform::ByteSource& source, uint64_t at, uint64_t end) {
   while (at < end && end - at >= kSetBegin.size()) {
     std::string_view bytes = source.View(at, kSetBegin.size());
     bytes = bytes.substr(0, std::min<uint64_t>(bytes.size(), end - at));
@@ -100,7 +100,7 @@ uint64_t FindSet(ByteSource& source, uint64_t at, uint64_t end) {
 
 }  // namespace
 
-void FontNames::ReadFrom(ByteSource& source, uint64_t begin, uint64_t end) {
+void FontNames::ReadFrom(platform::ByteSource& source, uint64_t begin, uint64_t end) {
   uint64_t at = FindSet(source, begin, end);
   while (at < end) {
     const uint64_t content = at + kSetBegin.size();

@@ -5,7 +5,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "host/ByteSource.h"
+#include "platform/ByteSource.h"
 
 namespace host {
 
@@ -17,7 +17,7 @@ namespace host {
 constexpr size_t kLongestFontName = 4096;  // in bytes of UTF-8
 class FontNames {
  public:
-  void ReadFrom(ByteSource& source, uint64_t begin, uint64_t end);
+  void ReadFrom(platform::ByteSource& source, uint64_t begin, uint64_t end);
   const std::vector<std::string>& Found() const { return names_; }
 
  private:

@@ -21,7 +21,7 @@ std::string Truncated(const std::string& what, uint64_t offset, uint64_t needed,
          std::to_string(there) + " are there";
 }
 
-std::string ParseHeader(ByteSource& source, LayeredFile& file) {
+std::string ParseHeader(platform::ByteSource& source, LayeredFile& file) {
   if (!HasLayeredFileSignature(source.View(0, kHeaderSize))) {
     return "the file is no PSD document: it does not begin with \"8BPS\"";
   }
@@ -99,7 +99,7 @@ bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
 }
 
 // The layers in [begin, end); `problem` says why they cannot be walked.
-void ParseLayers(ByteSource& source, LayeredFile& file, uint64_t lengthField, uint64_t begin, uint64_t end) {
+void ParseLayers(platform::ByteSource& source, LayeredFile& file, uint64_t lengthField, uint64_t begin, uint64_t end) {
   LayerInfo& layers = file.layers;
   BigEndianReader reader(source, begin, end);
   layers.lengthField = lengthField;
@@ -132,7 +132,7 @@ bool HasWideLength(std::string_view key) {
 }
 
 // Documents of 16 and 32 bits keep their layers in a block of their own, behind the global mask.
-void FindDeepLayers(ByteSource& source, LayeredFile& file, uint64_t at) {
+void FindDeepLayers(platform::ByteSource& source, LayeredFile& file, uint64_t at) {
   BigEndianReader reader(source, at, file.layersAndMaskEnd);
   reader.Skip(reader.Read(4));  // the global mask
   while (reader.Ok() && reader.Left() >= 12) {
@@ -153,7 +153,7 @@ void FindDeepLayers(ByteSource& source, LayeredFile& file, uint64_t at) {
   if (reader.Left() >= 12) file.layerProblem = "unknown data behind the layers" + At(reader.Offset());
 }
 
-void ParseLayersAndMask(ByteSource& source, LayeredFile& file) {
+void ParseLayersAndMask(platform::ByteSource& source, LayeredFile& file) {
   const uint64_t begin = file.layersAndMask + static_cast<uint64_t>(file.LengthWidth());
   if (begin == file.layersAndMaskEnd) return;
   BigEndianReader reader(source, begin, file.layersAndMaskEnd);
@@ -171,7 +171,7 @@ void ParseLayersAndMask(ByteSource& source, LayeredFile& file) {
 
 bool HasLayeredFileSignature(std::string_view bytes) { return bytes.starts_with(kSignature); }
 
-std::string ParseLayeredFile(ByteSource& source, LayeredFile& file) {
+std::string ParseLayeredFile(platform::ByteSource& source, LayeredFile& file) {
   file = LayeredFile();
   std::string problem = ParseHeader(source, file);
   BigEndianReader reader(source, kHeaderSize, source.Size());

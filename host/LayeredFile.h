@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/ByteSource.h"
+#include "platform/ByteSource.h"
 
 namespace host {
 
@@ -45,7 +45,7 @@ bool HasLayeredFileSignature(std::string_view bytes);
 // Reads the structure, without the pixels. The result is empty, or says what is wrong and at which offset: a file that is no
 // layered document, a header with impossible values, a section that reaches beyond the end of the file, a composite image
 // that is cut off. After a failed read (ByteSource::Error) it says nothing useful.
-std::string ParseLayeredFile(ByteSource& source, LayeredFile& file);
+std::string ParseLayeredFile(platform::ByteSource& source, LayeredFile& file);
 
 // The parts of the file, as [begin, end), that are not known to be pixels.
 std::vector<std::pair<uint64_t, uint64_t>> PartsWithoutPixels(const LayeredFile& file, uint64_t size);

@@ -5,10 +5,11 @@ set -euo pipefail
 
 declare -A groups=(
   [build]="g++ cmake ninja-build ccache pkg-config libplist-dev libexempi-dev libyajl-dev libxml2-dev libicu-dev
-           libfreetype-dev libfontconfig-dev libsqlite3-dev libedit-dev nlohmann-json3-dev libboost-dev zlib1g-dev"
+           libfreetype-dev libfontconfig-dev libsqlite3-dev libedit-dev libqpdf-dev nlohmann-json3-dev libboost-dev
+           zlib1g-dev"
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
-  [test]="libgtest-dev libgmock-dev libimage-exiftool-perl python3"
-  [bench]="libbenchmark-dev poppler-utils"
+  [test]="libgtest-dev libgmock-dev libimage-exiftool-perl poppler-utils python3 python3-jsonschema"
+  [bench]="libbenchmark-dev libimage-exiftool-perl poppler-utils"
   [lint]="clang-format-14 clang-tidy-14"
 )
 

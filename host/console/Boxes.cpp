@@ -5,7 +5,7 @@
 #include <sstream>
 #include <vector>
 
-#include "host/console/PlainText.h"
+#include "platform/PlainText.h"
 
 namespace console {
 
@@ -24,7 +24,9 @@ bool HasText(const Dictionary& box) {
 }
 
 // Texts of boxes may hold names of files and fonts.
-std::string TextOf(const Dictionary& dictionary, const char* key) { return OneLine(dictionary.GetString(key).Text()); }
+std::string TextOf(const Dictionary& dictionary, const char* key) {
+  return platform::OneLine(dictionary.GetString(key).Text());
+}
 
 // The lines of header and message.
 std::vector<std::string> TitleOf(const Dictionary& box) {
@@ -35,7 +37,7 @@ std::vector<std::string> TitleOf(const Dictionary& box) {
   if (text.empty()) text = box.GetString("Kind").Text();
   std::vector<std::string> lines;
   std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(OneLine(line));
+  for (std::string line; std::getline(stream, line);) lines.push_back(platform::OneLine(line));
   return lines;
 }
 
@@ -112,7 +114,7 @@ bool Dialogue::AskForText() {
   if (!HasText(box_)) return true;
   const std::string initial = box_.GetString("Default").Text();
   std::string line;
-  if (!Ask("text" + (initial.empty() ? "" : " (" + OneLine(initial) + ")") + ": ", line)) return false;
+  if (!Ask("text" + (initial.empty() ? "" : " (" + platform::OneLine(initial) + ")") + ": ", line)) return false;
   answer_.text = line.empty() ? initial : line;
   return true;
 }
@@ -169,7 +171,7 @@ bool Dialogue::AskForButton() {
   const Array buttons = box_.GetArray("Buttons");
   std::string prompt;
   for (size_t i = 0; i < buttons.Count(); ++i) {
-    prompt += "[" + std::to_string(i + 1) + "] " + OneLine(String(buttons.At(i)).View()) + "  ";
+    prompt += "[" + std::to_string(i + 1) + "] " + platform::OneLine(String(buttons.At(i)).View()) + "  ";
   }
   if (buttons.Count() == 0) prompt = "[1] OK  ";
   std::string line;

@@ -4,9 +4,9 @@
 #include <filesystem>
 
 #include "host/console/Commands.h"
-#include "host/console/PlainText.h"
 #include "host/console/Preferences.h"
 #include "host/console/Words.h"
+#include "platform/PlainText.h"
 
 namespace console {
 
@@ -78,7 +78,7 @@ std::string CommonStart(const std::vector<std::string>& words) {
   for (const std::string& word : words) {
     size_t same = 0;
     while (same < common.size() && same < word.size() && common[same] == word[same]) ++same;
-    while (same > 0 && same < common.size() && IsContinuation(common[same])) --same;
+    while (same > 0 && same < common.size() && platform::IsContinuation(common[same])) --same;
     common.resize(same);
   }
   return common;

@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "host/console/PlainText.h"
 #include "host/console/Report.h"
+#include "platform/PlainText.h"
 
 namespace console {
 
@@ -21,10 +21,10 @@ void Write(const Json& object) {
 class JsonReport : public Report {
  public:
   void Note(const std::string& file, const std::string& line) override {
-    std::fprintf(stderr, "%s: %s\n", OneLine(file).c_str(), OneLine(line).c_str());
+    std::fprintf(stderr, "%s: %s\n", platform::OneLine(file).c_str(), platform::OneLine(line).c_str());
   }
   void Listing(const std::vector<std::string>& lines) override {
-    for (const std::string& line : lines) std::fprintf(stderr, "%s\n", OneLine(line).c_str());
+    for (const std::string& line : lines) std::fprintf(stderr, "%s\n", platform::OneLine(line).c_str());
   }
   void Finish() override {}
 

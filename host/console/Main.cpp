@@ -11,7 +11,6 @@
 #include "host/console/Boxes.h"
 #include "host/console/Commands.h"
 #include "host/console/Options.h"
-#include "host/console/PlainText.h"
 #include "host/console/Report.h"
 #include "host/console/Sandbox.h"
 #include "host/console/Session.h"
@@ -19,6 +18,7 @@
 #include "host/console/Terminal.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/PlainText.h"
 
 namespace console {
 
@@ -30,7 +30,7 @@ constexpr size_t kLongestPipedScript = 1u << 20;
 constexpr const char* kCloseGivesBack = "CloseFontsOnDocClose";
 
 int Refuse(const std::string& line) {
-  std::fprintf(stderr, "%s\n", OneLine(line).c_str());
+  std::fprintf(stderr, "%s\n", platform::OneLine(line).c_str());
   return kStatusUnknown;
 }
 
@@ -89,7 +89,7 @@ bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes) {
     if (problem.empty()) {
       RunCommand(context, words);
     } else {
-      std::fprintf(stderr, "%s\n", OneLine(problem).c_str());
+      std::fprintf(stderr, "%s\n", platform::OneLine(problem).c_str());
       isUnderstood = terminal.HasUser();
     }
   }
@@ -129,7 +129,7 @@ std::vector<std::string> DocumentsIn(const std::string& folder) {
 void DescribeLibrary(const Sandbox& sandbox, const LibrarySummary& library) {
   std::fprintf(stderr, "library: %zu %s in %zu %s of\n", library.faces, library.faces == 1 ? "font" : "fonts",
                library.files, library.files == 1 ? "file" : "files");
-  for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", OneLine(folder).c_str());
+  for (const std::string& folder : sandbox.Library()) std::fprintf(stderr, "  %s\n", platform::OneLine(folder).c_str());
 }
 
 std::unique_ptr<Report> MakeReport(const Options& options) {

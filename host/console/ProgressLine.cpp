@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "host/console/PlainText.h"
+#include "platform/PlainText.h"
 
 namespace console {
 
@@ -27,7 +27,7 @@ size_t WidthOfTerminal() {
 
 std::string HeadOf(const platform::Dictionary& progress) {
   const std::string header = progress.GetString("Header").Text();
-  return OneLine(header.empty() ? progress.GetString("WindowTitle").Text() : header);
+  return platform::OneLine(header.empty() ? progress.GetString("WindowTitle").Text() : header);
 }
 
 }  // namespace
@@ -69,7 +69,7 @@ void ProgressLine::Draw(const platform::Dictionary& progress) {
   }
   const std::string status = progress.GetString("Status").Text();
   if (!status.empty()) line += "  " + status;
-  line = FirstCharacters(OneLine(line), WidthOfTerminal() - 1);
+  line = platform::FirstCharacters(platform::OneLine(line), WidthOfTerminal() - 1);
   std::fprintf(stderr, "\r\033[K%s", line.c_str());
   std::fflush(stderr);
 }

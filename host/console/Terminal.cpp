@@ -12,8 +12,8 @@
 
 #include "host/ModalSession.h"
 #include "host/console/Complete.h"
-#include "host/console/PlainText.h"
 #include "host/console/Signals.h"
+#include "platform/PlainText.h"
 #include "platform/RunLoop.h"
 #include "platform/TextEncoding.h"
 
@@ -148,7 +148,7 @@ int Terminal::State::GetCharacter(EditLine* editor, wchar_t* character) {
   const size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
   std::string bytes(1, *byte);
   while (bytes.size() < length && (byte = self->ReadByte(RunInDefaultMode))) {
-    if (!IsContinuation(*byte)) {
+    if (!platform::IsContinuation(*byte)) {
       self->unread = byte;
       break;
     }
@@ -171,17 +171,18 @@ unsigned char Terminal::State::Complete(EditLine* editor, int) {
   if (candidates.words.empty()) return CC_ERROR;
   const std::string common = CommonStart(candidates.words);
   // The editor can't hold a name that is not UTF-8; it is only listed.
-  std::string text(ValidStart(common));
+  std::string text(platform::ValidStart(common));
   const std::string_view present = upToCursor.substr(candidates.start);
   const bool isWhole = candidates.words.size() == 1 && text == common;
   if (isWhole && !text.ends_with('/')) text += " ";
   if (text != present && text.size() >= present.size()) {
-    el_deletestr(editor, static_cast<int>(CountCharacters(present)));  // it shows bytes and deletes characters
+    el_deletestr(editor,
+                 static_cast<int>(platform::CountCharacters(present)));  // it shows bytes and deletes characters
     el_insertstr(editor, text.c_str());
     return CC_REFRESH;
   }
   std::fputs("\n", stderr);
-  for (const std::string& word : candidates.words) std::fprintf(stderr, "%s  ", OneLine(word).c_str());
+  for (const std::string& word : candidates.words) std::fprintf(stderr, "%s  ", platform::OneLine(word).c_str());
   std::fputs("\n", stderr);
   return CC_REDISPLAY;
 }

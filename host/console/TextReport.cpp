@@ -1,8 +1,8 @@
 // The report for a reader: a document's name, then a line for each thing about it, and a tally at the end.
 #include <cstdio>
 
-#include "host/console/PlainText.h"
 #include "host/console/Report.h"
+#include "platform/PlainText.h"
 
 namespace console {
 
@@ -27,7 +27,7 @@ class TextReport : public Report {
     Row("", line);
   }
   void Listing(const std::vector<std::string>& lines) override {
-    for (const std::string& line : lines) std::printf("%s\n", OneLine(line).c_str());
+    for (const std::string& line : lines) std::printf("%s\n", platform::OneLine(line).c_str());
     head_.clear();
     std::fflush(stdout);
   }
@@ -51,17 +51,17 @@ class TextReport : public Report {
   }
   void WriteError(const std::string& file, const std::string& message) override {
     std::fflush(stdout);
-    std::fprintf(stderr, "%s: %s\n", OneLine(file).c_str(), OneLine(message).c_str());
+    std::fprintf(stderr, "%s: %s\n", platform::OneLine(file).c_str(), platform::OneLine(message).c_str());
   }
 
   // The document's name, unless what stands above is about it as well.
   void Head(const std::string& file) {
     if (file == head_) return;
-    std::printf("%s%s\n", head_.empty() ? "" : "\n", OneLine(file).c_str());
+    std::printf("%s%s\n", head_.empty() ? "" : "\n", platform::OneLine(file).c_str());
     head_ = file;
   }
   static void Row(const char* label, const std::string& text) {
-    std::printf("  %-*s %s\n", kLabelWidth, label, OneLine(text).c_str());
+    std::printf("  %-*s %s\n", kLabelWidth, label, platform::OneLine(text).c_str());
     std::fflush(stdout);
   }
 

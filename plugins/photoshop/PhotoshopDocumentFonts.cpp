@@ -47,7 +47,7 @@ void PhotoshopFontUtils::GetDocumentFonts(const std::string& path, std::vector<s
                                           bool bOpeningNewDocument) {
   if (bOpeningNewDocument) replaceSubstitutes = 1;
   DocumentBytes bytes;
-  if (path.empty() || !bytes.Open(path)) return;
+  if (path.empty() || bytes.Open(path)) return;
   const size_t before = fontNames.size();
   const OffsetRanges names = FindNames(bytes);
   NameBudget budget(bytes.Size());

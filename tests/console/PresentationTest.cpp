@@ -2,9 +2,9 @@
 #include <gmock/gmock.h>
 
 #include "host/console/Boxes.h"
-#include "host/console/PlainText.h"
 #include "host/console/Report.h"
 #include "host/console/TraceRecorder.h"
+#include "platform/PlainText.h"
 #include "platform/Presenter.h"
 #include "platform/RunLoop.h"
 #include "platform/Trace.h"
@@ -192,9 +192,9 @@ TEST(PlainText, WhatActsOnATerminalIsEscaped) {
       {"a \xe2\x80\xae", "a \\u202e"},  // writes from right to left
       {"g\xf6\xc3", "g\\xf6\\xc3"},
   };
-  for (const auto& [text, shown] : rows) EXPECT_EQ(OneLine(text), shown);
-  EXPECT_EQ(ValidStart("g\xf6.psd"), "g");
-  EXPECT_EQ(ValidStart("größe"), "größe");
+  for (const auto& [text, shown] : rows) EXPECT_EQ(platform::OneLine(text), shown);
+  EXPECT_EQ(platform::ValidStart("g\xf6.psd"), "g");
+  EXPECT_EQ(platform::ValidStart("größe"), "größe");
 }
 
 TEST(Report, JsonLinesHaveTheirKeysInOrder) {

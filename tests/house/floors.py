@@ -38,7 +38,7 @@ def floor_of(path):
     parts = path.split('/')
     if parts[0] == 'frameworks':
         return parts[1]
-    if parts[0] in ('platform', 'core-agent', 'agent', 'host') + CHECKERS:
+    if parts[0] in ('platform', 'core-agent', 'agent', 'host', 'docfonts') + CHECKERS:
         return parts[0]
     return None
 
@@ -53,6 +53,8 @@ def may_include(path, target):
         return False
     if any(fnmatch.fnmatch(target, pattern) for pattern in PUBLISHED):
         return True
+    if own == 'docfonts':
+        return HEIGHT.get(other, 99) <= HEIGHT['readers']
     if own in HEIGHT:
         return other == 'core-agent' or HEIGHT.get(other, 99) < HEIGHT[own]
     return False

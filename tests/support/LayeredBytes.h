@@ -12,7 +12,7 @@
 namespace test_support {
 
 inline std::string ParseLayered(std::string_view bytes, host::LayeredFile& file) {
-  host::ByteSource source(bytes);
+  platform::ByteSource source(bytes);
   return host::ParseLayeredFile(source, file);
 }
 
@@ -27,7 +27,7 @@ inline std::string AddTexts(std::string_view bytes, const std::vector<host::Text
 }
 
 inline std::vector<std::string> FontNamesIn(std::string_view bytes) {
-  host::ByteSource source(bytes);
+  platform::ByteSource source(bytes);
   host::FontNames names;
   names.ReadFrom(source, 0, bytes.size());
   return names.Found();

@@ -4,39 +4,8 @@
 
 #include "Readers/PatternSearch.h"
 
-namespace {
-// Fits beside everything else into the cache of one processor.
-constexpr size_t kWindowSize = size_t{128} * 1024;
-}  // namespace
-
-bool DocumentBytes::Open(const std::string& path) {
-  unsigned long long size = 0;
-  if (mFile.Open(path, GFile::eRead | GFile::eBinary) != 0 || mFile.GetFileSize(size) != 0) return false;
-  mSize = static_cast<size_t>(size);
-  return true;
-}
-
-bool DocumentBytes::Load(size_t at, size_t count) {
-  if (mHasFailed) return false;
-  mHasFailed = mFile.SetFilePosition(GFile::eFromStart, at) != 0 || mFile.Read(count, mBuffer) != 0;
-  mWindow = mHasFailed ? std::string_view() : std::string_view(mBuffer.data(), mBuffer.size());
-  mWindowBegin = at;
-  return !mHasFailed;
-}
-
-std::string_view DocumentBytes::View(size_t at, size_t least) {
-  if (at >= mSize) return {};
-  least = std::min(least, mSize - at);
-  if (at < mWindowBegin || at + least > mWindowBegin + mWindow.size()) {
-    // One byte before the place stays in sight for who asks what stands before a match.
-    const size_t begin = at > 0 ? at - 1 : 0;
-    if (!Load(begin, std::min(mSize - begin, std::max(least + 1, kWindowSize)))) return {};
-  }
-  return mWindow.substr(at - mWindowBegin);
-}
-
 bool DocumentBytes::Find(size_t from, size_t limit, std::string_view pattern, char forbiddenPrevious, size_t& at) {
-  limit = std::min(limit, mSize);
+  limit = std::min(limit, Size());
   size_t next = from;
   while (next < limit && limit - next >= pattern.size()) {
     const std::string_view window = View(next, pattern.size()).substr(0, limit - next);
@@ -60,7 +29,7 @@ bool DocumentBytes::Find(size_t from, size_t limit, std::string_view pattern, ch
 
 bool DocumentBytes::FindPair(size_t from, char first, char second, char otherSecond, size_t& at) {
   constexpr size_t kPairSize = 2;
-  while (from < mSize && mSize - from >= kPairSize) {
+  while (from < Size() && Size() - from >= kPairSize) {
     const std::string_view window = View(from, kPairSize);
     if (window.size() < kPairSize) return false;
     if (const char* found = ::FindPair(window.data(), window.data() + window.size(), first, second, otherSecond)) {

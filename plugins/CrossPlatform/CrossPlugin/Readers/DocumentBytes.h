@@ -1,29 +1,27 @@
-// The bytes of a document as a search sees them: all of them, of which a small window stands in memory. A document is read
-// from its beginning to its end at the speed of the processor's cache; going back costs reading the window again.
+// Searches in the bytes of a document, which is read as platform/ByteSource.h says.
 //
-// A read that fails ends every search with "not found" and is remembered: what was found is void then. One thread.
+// A read that fails ends every search with "not found" and is remembered: what was found before is void then. Not
+// thread-safe.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "GFile.h"
+#include "platform/ByteSource.h"
 
 class DocumentBytes {
  public:
-  // None until Open.
-  DocumentBytes() = default;
-  // Bytes in memory, which the caller keeps.
-  explicit DocumentBytes(std::string_view bytes) : mWindow(bytes), mSize(bytes.size()) {}
-  DocumentBytes(const DocumentBytes&) = delete;
-  DocumentBytes& operator=(const DocumentBytes&) = delete;
+  DocumentBytes() = default;                                          // empty until Open
+  explicit DocumentBytes(std::string_view bytes) : mSource(bytes) {}  // which the caller keeps
 
-  // False if the file can't be opened or its size not asked. Once.
-  bool Open(const std::string& path);
-  size_t Size() const { return mSize; }
-  bool HasFailed() const { return mHasFailed; }
+  // Once. Fails for anything but a regular file that can be read.
+  std::error_code Open(const std::string& path) { return mSource.Open(path); }
+  size_t Size() const { return mSource.Size(); }
+  bool HasFailed() const { return static_cast<bool>(mSource.Error()); }
+  const std::error_code& Error() const { return mSource.Error(); }
+  // For a reader that does more than search.
+  platform::ByteSource& Source() { return mSource; }
 
   // The first match in [from, limit) that is not preceded by the forbidden byte; 0 forbids nothing, and matches at `from`
   // and the byte behind it are accepted unseen. `at` is written on success only.
@@ -35,14 +33,13 @@ class DocumentBytes {
   std::string Copy(size_t begin, size_t end);
 
  private:
-  // What stands from `at` on: at least so many bytes, or all that are left; empty after a failure.
-  std::string_view View(size_t at, size_t least);
-  bool Load(size_t at, size_t count);
+  // The bytes from `at` on: at least so many, or all that are left; empty after a failure.
+  std::string_view View(size_t at, size_t least) {
+    // The byte before stays in the window for who asks what precedes a match.
+    if (at == 0) return mSource.View(0, least);
+    const std::string_view view = mSource.View(at - 1, least + 1);
+    return view.empty() ? view : view.substr(1);
+  }
 
-  GFile mFile;
-  std::vector<char> mBuffer;
-  std::string_view mWindow;
-  size_t mWindowBegin = 0;
-  size_t mSize = 0;
-  bool mHasFailed = false;
+  platform::ByteSource mSource;
 };

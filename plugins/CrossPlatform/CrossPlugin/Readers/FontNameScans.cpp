@@ -152,11 +152,14 @@ bool CommonFunctionality::FileExtensionIs(const std::string& path, const std::st
   return GStringUtils::OSToLowerCase(path.substr(dot)) == GStringUtils::OSToLowerCase(wanted);
 }
 
-void CommonFunctionality::GetFontNamesFromNonXMPSectionOfAdobeDocument(const char* path,
-                                                                       std::vector<std::string>& outNames) {
-  DocumentBytes bytes;
-  if (!path || !*path || !bytes.Open(path)) return;
+void ScanForFontNames(DocumentBytes& bytes, const std::string& path, std::vector<std::string>& outNames) {
   const size_t before = outNames.size();
   RunPasses(bytes, path, outNames);
   if (bytes.HasFailed()) outNames.resize(before);
+}
+
+void CommonFunctionality::GetFontNamesFromNonXMPSectionOfAdobeDocument(const char* path,
+                                                                       std::vector<std::string>& outNames) {
+  DocumentBytes bytes;
+  if (path && *path && !bytes.Open(path)) ScanForFontNames(bytes, path, outNames);
 }

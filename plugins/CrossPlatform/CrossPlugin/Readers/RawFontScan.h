@@ -52,3 +52,7 @@ class NameBudget {
  private:
   size_t mLeft;
 };
+
+// Appends the font names in the bytes of a document, duplicates too. The path's extension says which patterns come first.
+// No names if the bytes can't be read.
+void ScanForFontNames(DocumentBytes& bytes, const std::string& path, std::vector<std::string>& outNames);

@@ -1,4 +1,4 @@
-#include "host/console/PlainText.h"
+#include "platform/PlainText.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -6,14 +6,14 @@
 
 #include "platform/TextEncoding.h"
 
-namespace console {
+namespace platform {
 
 namespace {
 
 // The length in bytes of the well-formed character at the start of the text; 0 if there is none.
 size_t LengthOfFirst(std::string_view text) {
   for (size_t length = 1; length <= 4 && length <= text.size(); ++length) {
-    if (platform::IsValidUTF8(text.substr(0, length))) return length;
+    if (IsValidUTF8(text.substr(0, length))) return length;
   }
   return 0;
 }
@@ -77,4 +77,4 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
-}  // namespace console
+}  // namespace platform

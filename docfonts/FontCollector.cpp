@@ -1,0 +1,88 @@
+#include "docfonts/FontCollector.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "Identification/FontKeys.h"
+#include "Identification/FontRecords.h"
+#include "Readers/Document/DocumentReaders.h"
+#include "platform/Files.h"
+
+namespace docfonts {
+
+namespace {
+
+using platform::Array;
+using platform::Dictionary;
+using platform::String;
+using namespace GlyphsureSupport;
+
+// A style behind a comma and one behind a hyphen are the same name; readers differ in which they give.
+std::string KeyOf(std::string name) {
+  std::replace(name.begin(), name.end(), ',', '-');
+  return name;
+}
+
+class Merger {
+ public:
+  explicit Merger(Report& report) : mReport(report) {}
+
+  void Take(const char* source, const Array& records) {
+    for (size_t i = 0; i < records.Count(); ++i) {
+      const Dictionary record(records.At(i));
+      const std::string name = record.GetString(kGS_PostScriptNameKey).Text();
+      if (!name.empty()) TakeRecord(source, name, record);
+    }
+  }
+
+ private:
+  void TakeRecord(const char* source, const std::string& name, const Dictionary& record) {
+    const auto [place, isNew] = mPlaces.emplace(KeyOf(name), mReport.fonts.size());
+    if (isNew) mReport.fonts.push_back({.name = name});
+    Font& font = mReport.fonts[place->second];
+    if (font.found.empty() || font.found.back() != source) font.found.push_back(source);
+    if (const String embedded = record.GetString(kDocumentFont_EmbeddedKey)) font.embedded = embedded.View() == "1";
+    Fill(font.subset, record, kDocumentFont_SubsetTagKey);
+    Fill(font.type, record, kDocumentFont_TypeKey);
+    Fill(font.type, record, kAdobeXMPFontData_TypeKey);
+    // A record of the name alone identifies nothing.
+    for (size_t i = 0; i < record.Count(); ++i) {
+      const std::string key(record.KeyAt(i));
+      if (key == kGS_PostScriptNameKey || !IsSluggableKey(key)) continue;
+      if (const String value{record.ValueAt(i)}) font.slug.emplace(key, value.Text());
+    }
+  }
+  static void Fill(std::string& field, const Dictionary& record, std::string_view key) {
+    if (field.empty()) field = record.GetString(key).Text();
+  }
+
+  Report& mReport;
+  std::unordered_map<std::string, size_t> mPlaces;
+};
+
+}  // namespace
+
+Report CollectFonts(const std::string& path) {
+  Report report{.file = path};
+  ReadableDocument document(path);
+  if (const std::error_code error = document.Open()) {
+    report.problems.push_back(platform::DescribeError(error));
+    return report;
+  }
+  report.kind = document.KindName();
+  DocumentFonts fonts;
+  for (const DocumentReader& reader : DocumentReaders()) {
+    if (reader.sniff(document)) reader.read(document, fonts);
+  }
+  report.problems = fonts.problems;
+  if (document.Bytes().HasFailed()) report.problems.push_back(platform::DescribeError(document.Bytes().Error()));
+  Merger merger(report);
+  merger.Take("pdf", fonts.pdf);
+  merger.Take("parser", fonts.parser);
+  merger.Take("scan", fonts.scan);
+  merger.Take("list", fonts.list);
+  merger.Take("slug", fonts.slug);
+  return report;
+}
+
+}  // namespace docfonts
