@@ -3,6 +3,7 @@
 #include "Bridge/FontManagerInterface.h"
 #include "Identification/FontClassification.h"
 #include "Identification/FontKeys.h"
+#include "Services/MarquineGlobals.h"
 
 namespace docfonts {
 
@@ -11,6 +12,9 @@ using platform::Dictionary;
 using namespace GlyphsureSupport;
 
 std::string Resolver::Connect() {
+  // As whom the agent's library knows this program.
+  MarquineGlobals::IdentifyPluginBundleID("com.velorant.docfonts");
+  MarquineGlobals::IdentifyPluginHostApp(platform::String::FromUTF8("docfonts"));
   bool isRunning = false;
   FontManagerInterface::CompatibleFontManagerIsRunning(nullptr, isRunning);
   if (isRunning && FontManagerInterface::ConnectedManager()) return "";

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -147,7 +148,8 @@ int Program::Run() {
   return status_;
 }
 
-void SetState(const std::string& folder) {
+void SetState(const std::string& given) {
+  const std::string folder = std::filesystem::absolute(given).string();
   platform::Places places;
   places.fileSystemRoot = folder + "/root";
   places.home = folder + "/home";

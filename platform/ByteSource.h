@@ -38,6 +38,8 @@ class PLATFORM_API ByteSource {
   }
   // Of the first read that failed. A file that became shorter is std::errc::io_error.
   const std::error_code& Error() const { return error_; }
+  // Of the file, owned by this object or by who gave it; -1 if there is none.
+  int FileDescriptor() const { return descriptor_; }
   // How many bytes were read from the file so far.
   uint64_t BytesRead() const { return bytesRead_; }
 

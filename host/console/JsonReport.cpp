@@ -34,12 +34,10 @@ class JsonReport : public Report {
     for (const ActivatedFont& font : opened.activated) {
       activated.push_back({{"name", font.name}, {"file", font.file}, {"why", font.why}});
     }
-    Write({{"event", "opened"},
-           {"file", opened.file},
-           {"named", opened.named},
-           {"active", opened.active},
-           {"activated", activated},
-           {"missing", opened.missing}});
+    Json object = {{"event", "opened"},       {"file", opened.file},    {"named", opened.named},
+                   {"active", opened.active}, {"activated", activated}, {"missing", opened.missing}};
+    if (!opened.readers.empty()) object["readers"] = opened.readers;
+    Write(object);
   }
   void WriteSaving(const std::string& file, const std::vector<std::string>& atRisk) override {
     Write({{"event", "saving"}, {"file", file}, {"atRisk", atRisk}});

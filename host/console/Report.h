@@ -24,6 +24,8 @@ struct OpenedReport {
   std::vector<std::string> active;
   std::vector<ActivatedFont> activated;
   std::vector<std::string> missing;
+  // The fonts of a document that names none in a way that host and plug-in understand, as docfonts lists them.
+  std::vector<std::string> readers{};
 };
 
 class Report {

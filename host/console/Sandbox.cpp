@@ -94,6 +94,7 @@ std::string Sandbox::AgentExecutable() const { return app_ + "/agent/" + agent_p
 std::string Sandbox::InterfaceFramework() const { return app_ + "/agent/VelorantPluginInterface.framework"; }
 std::string Sandbox::UserInterfaceFramework() const { return app_ + "/agent/PluginFiles/VelorantPlugins.framework"; }
 std::string Sandbox::EventsFramework() const { return app_ + "/host/Frameworks/PlugPlug.framework"; }
+std::string Sandbox::FontListerExecutable() const { return app_ + "/docfonts/docfonts"; }
 std::string Sandbox::PluginBundle() const { return app_ + "/host/Plug-ins/AutoActivation.plugin"; }
 
 std::string Sandbox::Prepare(const SandboxOptions& options) {

@@ -46,6 +46,7 @@ class Sandbox {
   std::string UserInterfaceFramework() const;  // boxes, texts, preferences
   std::string EventsFramework() const;         // between the plug-in and its panel
   std::string PluginBundle() const;
+  std::string FontListerExecutable() const;  // docfonts
   std::string ActiveFolder() const { return activeFolder_; }
   std::string AgentErrors() const {
     return folder_ + "/logs/agent.err";

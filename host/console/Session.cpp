@@ -9,6 +9,7 @@
 #include "host/DocumentFile.h"
 #include "host/Problems.h"
 #include "host/console/BatchProgress.h"
+#include "host/console/FontLister.h"
 #include "host/console/Slug.h"
 #include "platform/TextEncoding.h"
 #include "platform/Trace.h"
@@ -222,6 +223,11 @@ void Session::ReportOpened(const KnownDocument& document, const ActiveFiles& bef
   }
   for (const std::string& name : activated) {
     opened.activated.push_back({name, after.at(name), WhyActivated(name, opened.named)});
+  }
+  if (opened.named.empty() && !document.path.empty()) {
+    const ListedFonts listed = ListFonts(sandbox_.FontListerExecutable(), document.path);
+    opened.readers = listed.names;
+    if (!listed.problem.empty()) report_.Note(document.name, "its fonts can't all be listed: " + listed.problem);
   }
   report_.Opened(opened);
 }

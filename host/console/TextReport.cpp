@@ -70,7 +70,11 @@ class TextReport : public Report {
 
 void TextReport::WriteOpened(const OpenedReport& opened) {
   Head(opened.file);
-  Row("names", Joined(opened.named, "no fonts"));
+  if (opened.named.empty() && !opened.readers.empty()) {
+    Row("readers", Joined(opened.readers, ""));
+  } else {
+    Row("names", Joined(opened.named, "no fonts"));
+  }
   if (opened.named.empty() && opened.activated.empty()) return;
   Row("active", Joined(opened.active, "none"));
   const char* label = "activated";

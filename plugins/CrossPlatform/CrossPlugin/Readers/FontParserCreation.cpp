@@ -1,5 +1,6 @@
 // Which parser reads which kind of file. Stands apart from FontParser, which the parsers derive from.
 #include "Readers/FontParser.h"
+#include "Readers/FontParserEPS.h"
 #include "Readers/FontParserPDF.h"
 #include "Services/DiagnosticLog.h"
 
@@ -23,9 +24,8 @@ std::unique_ptr<FontParser> FontParser::CreateParserWithFile(const std::string& 
       OutputIndentedAndFormattedString(0, "PDF compatible file found");
       return std::make_unique<FontParserPDF>(url, path);
     case kEPSFile:
-      // Nothing reads them yet.
       OutputIndentedAndFormattedString(0, "EPS compatible file found");
-      return nullptr;
+      return std::make_unique<FontParserEPS>(url, path);
     case kUnknownFile: break;
   }
   OutputIndentedAndFormattedString(0, "Unknown file type found");

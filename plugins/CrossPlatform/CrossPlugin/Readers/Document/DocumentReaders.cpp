@@ -2,7 +2,8 @@
 
 #include "Identification/FontMerging.h"
 #include "Readers/Document/PDFFontList.h"
-#include "Readers/FontParser.h"
+#include "Readers/FontParserEPS.h"
+#include "Readers/FontParserPDF.h"
 #include "Readers/RawFontScan.h"
 #include "Readers/XMPFontMetadata.h"
 
@@ -17,12 +18,12 @@ void ReadMetadata(ReadableDocument& document, DocumentFonts& fonts) {
   }
 }
 
+template <class Parser>
 void Parse(ReadableDocument& document, DocumentFonts& fonts) {
-  const auto parser =
-      FontParser::CreateParserWithFile(document.Path(), true, FontParser::GetDefaultSystemPathStyle());
-  if (!parser) return;
-  parser->Parse();
-  parser->GetObsoleteGlyphsureData(true, &fonts.parser);
+  // By the kind that the document has. CreateParserWithFile knows less of them.
+  Parser parser(platform::FileURL::FromFileSystemRepresentation(document.Path()), document.Path());
+  parser.Parse();
+  parser.GetObsoleteGlyphsureData(true, &fonts.parser);
 }
 
 void Scan(ReadableDocument& document, DocumentFonts& fonts) {
@@ -31,24 +32,23 @@ void Scan(ReadableDocument& document, DocumentFonts& fonts) {
   MergeFontsIntoFontsArray(CreateFontArrayFromVectorOfPostscriptNames(names), fonts.scan);
 }
 
+bool IsPostScript(ReadableDocument& document) {
+  return document.Kind() == EDocumentKind::kPostScript || document.Kind() == EDocumentKind::kEPS;
+}
+
 // Any file may hold metadata, whatever its kind.
 bool IsAny(ReadableDocument&) { return true; }
 
 // Text that looks like a font's name in a PDF or in PostScript need not be one; those have readers that understand them.
-bool IsScanned(ReadableDocument& document) {
-  const EDocumentKind kind = document.Kind();
-  return kind != EDocumentKind::kPDF && kind != EDocumentKind::kPostScript && kind != EDocumentKind::kEPS;
-}
+bool IsScanned(ReadableDocument& document) { return document.Kind() != EDocumentKind::kPDF && !IsPostScript(document); }
 
 bool IsPDF(ReadableDocument& document) {
   return document.Kind() == EDocumentKind::kPDF || document.Kind() == EDocumentKind::kIllustrator;
 }
 
 constexpr DocumentReader kDocumentReaders[] = {
-    {IsPDF, ListFontsOfPDF},
-    {IsPDF, Parse},
-    {IsScanned, Scan},
-    {IsAny, ReadMetadata},
+    {IsPDF, ListFontsOfPDF}, {IsPDF, Parse<FontParserPDF>}, {IsPostScript, Parse<FontParserEPS>},
+    {IsScanned, Scan},       {IsAny, ReadMetadata},
 };
 
 }  // namespace

@@ -1,0 +1,21 @@
+// Any bytes as a PDF whose fonts are listed: each has a name, and what is missing is told.
+#include "Check.h"
+#include "Identification/FontKeys.h"
+#include "Input.h"
+#include "Readers/Document/PDFFontList.h"
+#include "tests/support/TempFolder.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const test_support::TempFolder sFolder;
+  ReadableDocument document(sFolder.Write("document.pdf", BytesOf(data, size)));
+  CHECK(!document.Open());
+  DocumentFonts fonts;
+  ListFontsOfPDF(document, fonts);
+  for (size_t i = 0; i < fonts.pdf.Count(); ++i) {
+    const platform::Dictionary font(fonts.pdf.At(i));
+    CHECK(!font.GetString(GlyphsureSupport::kGS_PostScriptNameKey).IsEmpty());
+    CHECK(font.GetString(kDocumentFont_EmbeddedKey));
+  }
+  for (const std::string& problem : fonts.problems) CHECK(!problem.empty());
+  return 0;
+}

@@ -1,0 +1,222 @@
+// Reading the comments of an EPS file. FontParserEPSFonts.cpp holds its fonts, FontParserEPSWriter.cpp writes them.
+#include "Readers/FontParserEPS.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "Services/DiagnosticLog.h"
+
+enum class FontParserEPS::EComment : int { kFonts, kFontSpecs, kResources, kEmbeddedFont, kEnd };
+
+struct FontParserEPS::CommentRow {
+  std::string_view text;
+  EComment kind;
+};
+
+namespace {
+
+constexpr std::string_view kPSCommentDocumentFonts = "%%DocumentFonts: ";
+constexpr std::string_view kPSCommentDocumentFontSpecs = "%%DocumentFontSpecs: ";
+constexpr std::string_view kPSCommentDocumentSuppliedResources = "%%DocumentSuppliedResources: ";
+constexpr std::string_view kPSCommentEmbedFontBegin = "%ADOBeginSubsetFont:";
+constexpr std::string_view kPSCommentEmbedFontEnd = "%ADOEndSubsetFont";
+constexpr std::string_view kPSCommentDocumentNeededResources = "%%DocumentNeededResources: ";
+constexpr std::string_view kEndOfPSComments = "%%EndComments";
+constexpr std::string_view kPSCommentDocumentNeededFonts = "%%DocumentNeededFonts: ";
+constexpr std::string_view kPSCommentContinue = "%%+ ";
+constexpr std::string_view kPSCommentDocumentResourceFontTag = "font ";
+constexpr std::string_view kPSCommentAtEnd = "(atend)";
+constexpr std::string_view kAddGlyphs = "AddGlyphs";
+constexpr std::string_view kFontNameEntry = "/FontName /";
+
+// Binary data can have lines of any length. No comment is looked for behind this many bytes of a line.
+constexpr size_t kLongestLine = size_t{64} * 1024;
+
+bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
+
+}  // namespace
+
+bool FontParserEPS::ReadNextBlock() {
+  mBlockOffset += static_cast<std::streamoff>(mBlock.size());
+  mBlockPosition = mNextFeed = 0;
+  mBlock.resize(kBlockSize);
+  std::streamsize size = kBlockSize;
+  ReadStream(mStream, size, mBlock.data());
+  mBlock.resize(static_cast<size_t>(std::max<std::streamsize>(size, 0)));
+  return !mBlock.empty();
+}
+
+// How many bytes of the block stand before the next CR or LF in it.
+size_t FontParserEPS::LengthUpToLineEnd() {
+  const std::string_view block(mBlock.data(), mBlock.size());
+  // A line feed far away is not looked for again for each carriage return before it.
+  if (mNextFeed <= mBlockPosition) mNextFeed = std::min(block.find('\n', mBlockPosition), block.size());
+  const std::string_view line = block.substr(mBlockPosition, mNextFeed - mBlockPosition);
+  return std::min(line.find('\r'), line.size());
+}
+
+bool FontParserEPS::ReadNextLine(std::string& outLine, std::streamoff& outOffset) {
+  outLine.clear();
+  outOffset = mBlockOffset + static_cast<std::streamoff>(mBlockPosition);
+  while (mBlockPosition < mBlock.size() || ReadNextBlock()) {
+    const size_t length = LengthUpToLineEnd();
+    outLine.append(mBlock.data() + mBlockPosition, std::min(length, kLongestLine - outLine.size()));
+    mBlockPosition += length;
+    if (mBlockPosition == mBlock.size()) continue;
+    const char end = mBlock[mBlockPosition++];
+    // Both characters together, in either order, are one end.
+    if ((mBlockPosition < mBlock.size() || ReadNextBlock()) && IsLineEnd(mBlock[mBlockPosition]) &&
+        mBlock[mBlockPosition] != end) {
+      ++mBlockPosition;
+    }
+    return true;
+  }
+  return false;
+}
+
+// Takes the next line in hand; false if there is none. A last line without an end counts.
+bool FontParserEPS::Advance() {
+  if (mIsLastLine) return false;
+  mIsLastLine = !ReadNextLine(mLine, mLineOffset);
+  return !mIsLastLine || !mLine.empty();
+}
+
+bool FontParserEPS::HasBinaryHeader() const {
+  constexpr char kMagic[] = {'\xC5', '\xD0', '\xD3', '\xC6'};
+  return std::memcmp(mHeader.data(), kMagic, sizeof kMagic) == 0;
+}
+
+std::streamoff FontParserEPS::LocatePostScriptSource() {
+  mHeader = {};
+  mStream.seekg(0);
+  std::streamsize size = kHeaderSize;
+  const bool isWhole = ReadStream(mStream, size, mHeader.data()) == 0;
+  if (!isWhole || !HasBinaryHeader()) {
+    std::fill(mHeader.begin() + sizeof(uint32_t), mHeader.end(), '\0');
+    return 0;
+  }
+  std::streamoff offset = 0;
+  for (size_t i = 0; i < sizeof(uint32_t); ++i) {
+    offset |= std::streamoff{static_cast<unsigned char>(mHeader[sizeof(uint32_t) + i])} << (8 * i);
+  }
+  return offset;
+}
+
+// The comment in the line in hand, and where it ends there; null if there is none. The order of the rows decides, not that
+// of the places.
+const FontParserEPS::CommentRow* FontParserEPS::FindComment(size_t& outEnd) const {
+  static constexpr CommentRow kComments[] = {
+      {kPSCommentDocumentFonts, EComment::kFonts},
+      {kPSCommentDocumentFontSpecs, EComment::kFontSpecs},
+      {kPSCommentDocumentSuppliedResources, EComment::kResources},
+      {kPSCommentEmbedFontBegin, EComment::kEmbeddedFont},
+      {kPSCommentDocumentNeededResources, EComment::kResources},
+      {kEndOfPSComments, EComment::kEnd},
+      {kPSCommentDocumentNeededFonts, EComment::kFonts},
+  };
+  const size_t first = mLine.find('%');
+  if (first == std::string::npos) return nullptr;
+  for (const CommentRow& row : kComments) {
+    const size_t at = mLine.find(row.text, first);
+    if (at == std::string::npos) continue;
+    outEnd = at + row.text.size();
+    return &row;
+  }
+  return nullptr;
+}
+
+void FontParserEPS::Parse() {
+  if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) {
+    mError = -1;
+    return;
+  }
+  mBlockOffset = LocatePostScriptSource();
+  mStream.seekg(mBlockOffset);
+  bool hasFontData = false;
+  size_t end = 0;
+  for (bool hasLine = Advance(); hasLine && mError == 0;) {
+    const CommentRow* const comment = FindComment(end);
+    if (comment && comment->kind != EComment::kEnd) {
+      hasFontData = true;
+      // The line behind the section is in hand then.
+      hasLine = ReadSection(comment->kind, end);
+      continue;
+    }
+    if (comment) {
+      if (mGlyphsureOffset == 0) mGlyphsureOffset = mLineOffset;
+      if (!hasFontData) break;
+    }
+    hasLine = Advance();
+  }
+  OutputIndentedAndFormattedString(0, "Stopped reading after line at offset %d (offset is in CHARACTERS, not bytes).",
+                                   static_cast<int>(mLineOffset));
+  mStream.close();
+}
+
+bool FontParserEPS::ReadSection(EComment comment, size_t end) {
+  switch (comment) {
+    case EComment::kFonts: return ReadPSCommentDocumentFonts(end);
+    case EComment::kFontSpecs: return ReadPSCommentDocumentFontSpecs(end);
+    case EComment::kResources: return ReadPSCommentDocumentResources(end);
+    case EComment::kEmbeddedFont: return ReadPSCommentEmbedFont(end);
+    case EComment::kEnd: break;
+  }
+  return Advance();
+}
+
+bool FontParserEPS::AdvanceToContinuation(bool& outHasLine, size_t& outEnd) {
+  outHasLine = Advance();
+  const size_t at = outHasLine ? mLine.find(kPSCommentContinue) : std::string::npos;
+  if (at == std::string::npos) return false;
+  outEnd = at + kPSCommentContinue.size();
+  return true;
+}
+
+bool FontParserEPS::ReadPSCommentDocumentFonts(size_t end) {
+  bool hasLine = true;
+  do {
+    const std::string name = mLine.substr(end);
+    // The fonts are in a comment of the same name at the end of the file. Several names on a line are one name: identified
+    // documents of old name their fonts so, and are found again by it.
+    if (!name.starts_with(kPSCommentAtEnd)) RegisterFont(name);
+  } while (AdvanceToContinuation(hasLine, end));
+  return hasLine;
+}
+
+bool FontParserEPS::ReadPSCommentDocumentResources(size_t end) {
+  bool hasLine = true;
+  do {
+    if (mLine.find(kPSCommentDocumentResourceFontTag) == std::string::npos) continue;
+    RegisterFont(mLine.substr(std::min(end + kPSCommentDocumentResourceFontTag.size(), mLine.size())));
+  } while (AdvanceToContinuation(hasLine, end));
+  return hasLine;
+}
+
+bool FontParserEPS::ReadPSCommentDocumentFontSpecs(size_t end) {
+  bool hasLine = true;
+  // New data go where the old ones begin.
+  mGlyphsureOffset = mLineOffset;
+  do {
+    RegisterFontWithGlyphsure(mLine.substr(end));
+  } while (AdvanceToContinuation(hasLine, end));
+  return hasLine;
+}
+
+bool FontParserEPS::ReadPSCommentEmbedFont(size_t end) {
+  const std::string comment = mLine.substr(end);
+  std::string name;
+  bool hasLine = false;
+  while ((hasLine = Advance()) && mLine.find(kPSCommentEmbedFontEnd) == std::string::npos) {
+    if (!mLine.starts_with(kFontNameEntry)) continue;
+    name = mLine.substr(kFontNameEntry.size());
+    const size_t blank = name.find(' ');
+    name.erase(std::min(blank != std::string::npos ? blank : name.find('\t'), name.size()));
+  }
+  if (!name.empty()) {
+    RegisterFont(name);
+  } else if (comment.find(kAddGlyphs) == std::string::npos) {
+    // One that adds glyphs belongs to a part of the font that came before.
+    RegisterFont(comment);
+  }
+  return hasLine && Advance();
+}

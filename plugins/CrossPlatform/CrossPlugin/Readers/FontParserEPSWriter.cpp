@@ -1,0 +1,112 @@
+// Writing identification data into an EPS file.
+#include <cstring>
+#include <limits>
+
+#include "Readers/FontParserEPS.h"
+#include "Services/DiagnosticLog.h"
+#include "platform/ByteSource.h"
+#include "platform/Files.h"
+#include "platform/PlainText.h"
+
+using platform::Array;
+using platform::Dictionary;
+using platform::String;
+
+namespace {
+
+constexpr size_t kLongestValue = 255;
+// Fields of the binary header, in bytes from its start.
+constexpr size_t kPostScriptLengthField = 8;
+constexpr size_t kTIFFOffsetField = 20;
+
+uint32_t FieldAt(const std::string& header, size_t at) {
+  uint32_t value = 0;
+  for (size_t i = 0; i < sizeof value; ++i) value |= uint32_t{static_cast<unsigned char>(header[at + i])} << (8 * i);
+  return value;
+}
+
+void SetField(std::string& header, size_t at, uint32_t value) {
+  for (size_t i = 0; i < sizeof value; ++i) header[at + i] = static_cast<char>(value >> (8 * i));
+}
+
+// No more than the entry has room for, and no end of a line, which would end the comment.
+std::string ValueOf(const String& text) {
+  std::string value(platform::ValidStart(text.View().substr(0, kLongestValue)));
+  for (char& c : value) {
+    if (c == '\r' || c == '\n') c = ' ';
+  }
+  return value;
+}
+
+}  // namespace
+
+void FontParserEPS::XMLOutputGenerator(const Dictionary& record, std::string& outText) {
+  outText += "<FONTSPEC";
+  std::string name;
+  for (size_t i = 0; i < record.Count(); ++i) {
+    const String value(record.ValueAt(i));
+    if (!value || !OutputKeyForGlyphsureKey(record.KeyAt(i), name)) continue;
+    // Nothing is escaped: readers take what stands between the quotation marks as it is.
+    outText += " " + name + "=\"" + ValueOf(value) + "\"";
+  }
+  outText += "/>";
+}
+
+std::string FontParserEPS::WriteFontRecordsToBuffer() const {
+  std::string text;
+  const Array fonts = Fonts();
+  for (size_t i = 0; i < fonts.Count(); ++i) {
+    text += text.empty() ? "%%DocumentFontSpecs: " : "%%+ ";
+    XMLOutputGenerator(Dictionary(fonts.At(i)), text);
+    text += "\r";
+  }
+  return text;
+}
+
+// The binary header of the file with so many bytes more; empty for a file without one.
+std::string FontParserEPS::HeaderBehind(size_t gap) const {
+  if (!HasBinaryHeader()) return {};
+  std::string header(mHeader.begin(), mHeader.end());
+  const auto more = static_cast<uint32_t>(gap);
+  const uint32_t image = FieldAt(header, kTIFFOffsetField);
+  if (mGlyphsureOffset <= static_cast<std::streamoff>(image)) SetField(header, kTIFFOffsetField, image + more);
+  SetField(header, kPostScriptLengthField, FieldAt(header, kPostScriptLengthField) + more);
+  // The offset of a Windows metafile stays: readers of such files don't count on it once data were written.
+  return header;
+}
+
+int FontParserEPS::AllocateGapInFile(std::streamoff offset, const std::string& text) {
+  platform::ByteSource file;
+  std::error_code error = file.Open(mPath);
+  const auto size = static_cast<std::streamoff>(file.Size());
+  const std::string header = HeaderBehind(text.size());
+  const bool fits = header.empty() || size <= std::numeric_limits<uint32_t>::max() - std::streamoff(text.size());
+  if (!error && (offset < std::streamoff(header.size()) || offset > size || !fits)) {
+    error = std::make_error_code(std::errc::invalid_argument);
+  }
+  platform::StagedFile staged;
+  if (!error) {
+    const auto at = static_cast<uint64_t>(offset);
+    error = staged.StagePieces(mPath, file.FileDescriptor(), {{header, header.size(), at}, {text, at, file.Size()}});
+  }
+  if (!error) error = staged.Commit();
+  if (!error) {
+    if (!header.empty()) std::memcpy(mHeader.data(), header.data(), header.size());
+    return 0;
+  }
+  OutputIndentedAndFormattedString(0, "ERROR: '%s' can't be written: %s", mPath.c_str(), error.message().c_str());
+  return -1;
+}
+
+void FontParserEPS::Save() {
+  mError = 0;
+  const std::string text = WriteFontRecordsToBuffer();
+  if (text.empty()) return;
+  if (mGlyphsureOffset == 0) {
+    // Without the end of its header a file has no place for comments.
+    OutputIndentedAndFormattedString(0, "ERROR: '%s' has no end of comments", mPath.c_str());
+    mError = -1;
+    return;
+  }
+  mError = AllocateGapInFile(mGlyphsureOffset, text);
+}
