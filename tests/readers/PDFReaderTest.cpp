@@ -25,8 +25,9 @@ class PDFReaderFixture : public ::testing::Test {
     return parser;
   }
   Names NamesIn(const std::string& bytes) {
+    const auto parser = Parse(bytes);
     Names names;
-    for (const PDFFontRecord& font : Parse(bytes)->GetFontRecords()) names.push_back(font.name);
+    for (const PDFFontRecord& font : parser->GetFontRecords()) names.push_back(font.name);
     return names;
   }
   Names NamesOf(const PDFObjects& objects) { return NamesIn(PDFFile().Add(objects).Bytes()); }

@@ -184,6 +184,8 @@ TEST_F(PDFSlugFixture, PrivateDataAreUnpackedAndParsed) {
   const test_support::ScopedVariable variable("TMPDIR", temporary.c_str());
   const std::string inner = WithFonts({{5, Font("A")}, {6, Font("Inner")}});
   const std::string tag = "%AI12_CompressedData";
+  const std::string postScript =
+      "%!PS-Adobe-3.0\n%%DocumentNeededFonts: Inner\n%%+ A\n%%EndComments\n" + std::string(1000, '\n');
   struct Case {
     const char* rule;
     std::string stream;
@@ -198,6 +200,8 @@ TEST_F(PDFSlugFixture, PrivateDataAreUnpackedAndParsed) {
       {"flate takes no notice of the length",
        "<< /Length 1 /Filter [/FlateDecode] >> stream\n" + Deflated(inner),
        {"A", "Inner"}},
+      {"PostScript", Stream(postScript), {"A", "Inner"}},
+      {"PostScript, compressed", Stream(tag + Deflated(postScript)), {"A", "Inner"}},
       {"a length beyond the file", "<< /Length 2147483647 >> stream\n" + inner, {"A"}},
       {"a wrong length", "<< /Length 10 >> stream\n" + inner, {"A"}},
       {"not flate at all", Stream(inner, "/Filter [/FlateDecode]"), {"A"}},
