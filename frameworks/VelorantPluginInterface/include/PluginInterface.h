@@ -1,10 +1,25 @@
-// The agent interface library's exported functions: one list from which the library, the plug-in's table of pointers and
-// the fakes of the tests are made.
+// The functions that the agent interface library exports. The library, the plug-in's table of pointers and the fakes of
+// the tests are all generated from this one list.
 //
-// Strings are NUL-terminated UTF-8. Font IDs, workgroup IDs and counts are 32-bit unsigned; 0 as a workgroup means all.
-// A result of type TModuleErrorCode is 0 for success. Values (platform::ValueRef) put into an out parameter belong to the
-// caller; those marked "filled" are given empty by the caller and are appended to. Calls block until the agent has
-// answered; an agent that is gone gives one of the agent-gone codes. Every function may be called from any thread.
+// Conventions of all functions, unless a description below says otherwise:
+//
+// Threads    Any thread may call any function.
+// Blocking   A call blocks until the agent replies. If the agent is silent for 20 seconds (10 minutes for ExportFonts),
+//            the call fails and later calls fail at once until the agent replies again. Functions that need no agent
+//            are marked "local".
+// Results    TModuleErrorCode: 0 is success; agent/include/ResultCodes.h lists the others. kAgentShutdownCode and
+//            kServiceUnavailableCode mean that the agent is gone: relaunch it, call ResetPluginFacadeInstance and try
+//            again. A null pointer where a value is needed gives kNullPointer. Nothing throws.
+// Arguments  Strings are NUL-terminated UTF-8. IDs and counts are 32-bit unsigned. As a workgroup ID, 0 means all
+//            workgroups. An array parameter may be null if its count is 0. The library borrows every argument for the
+//            call and keeps none.
+// Out        `out...` and `out` must not be null. A ValueRef stored there belongs to the caller, who releases it. A
+//            "filled" array is created by the caller; the function appends to it.
+// Buffers    `size` is in bytes and includes the NUL. Text that does not fit gives kInvalidParam and an empty string.
+//
+// Parameters called `zero`, `alsoZero`, `one`, `alsoOne` and `flag` are part of the binary interface, but their meaning
+// is not known. Callers pass the value that the name says (the description gives the value of `flag`); this library
+// ignores them.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +33,8 @@ using TModuleErrorCode = agent_protocol::ResultCode;
 using FacadeHandle = uint64_t;
 using ValueRef = platform::ValueRef;
 
-// What `data` of the notification callback points to. It is borrowed for the length of the call.
+// What `data` of the notification callback points to. The callback borrows it for the call. A flag, font ID or
+// dictionary is null if the agent sent none.
 enum class EventPayload {
   kNothing,     // null
   kFlag,        // const int32_t*, used as a boolean
@@ -26,9 +42,11 @@ enum class EventPayload {
   kDictionary,  // ValueRef of a dictionary
 };
 
-// What the agent tells through the notification callback: X(number, Name, payload). Progress dictionaries hold "stepIndex",
-// "numSteps" and "text"; LoggedInStateChanged holds "isLoggedIn" (boolean) and "serverType" (integer); PreviewPNGsRendered
-// holds font IDs as decimal text, each with a dictionary with "pngBytes" and two file names.
+// The events that the notification callback receives: X(number, Name, payload). The dictionaries contain:
+//   ...Progress           "stepIndex" and "numSteps" (integers), "text" (string)
+//   LoggedInStateChanged  "isLoggedIn" (boolean), "serverType" (integer)
+//   PreviewPNGsRendered   for each font its ID as decimal text; the value is a dictionary with "pngBytes" (data) or
+//                         with the paths "pngFilename" and "2xPNGFilename"
 #define AGENT_EVENTS(X)                             \
   X(0, AgentShutdown, Nothing)                      \
   X(1, OnlineStateChanged, Flag)                    \
@@ -59,10 +77,13 @@ enum ECallbackKind : uint32_t {
 #undef AGENT_EVENT_KIND
 };
 
-// Runs on the library's reader thread. Its result is not looked at.
+// Runs on the library's reader thread, one call at a time, in the order in which the agent sent the events. It may call
+// any function of this interface. Keep it short: until it returns, no further event is delivered, and replies to other
+// threads wait. The library ignores the result. An exception must not leave it.
 using NotificationCallback = TModuleErrorCode (*)(ECallbackKind kind, void* data);
 
-// What GetFontInfoByID writes of a font beside its dictionary; it starts at the record's font ID.
+// The fixed part of a font record, which GetFontInfoByID fills. The layout belongs to the binary interface. This
+// library sets nDatabaseID, the font ID, and leaves agentFields zero.
 struct FontRecordFields {
   uint32_t nDatabaseID;
   uint8_t agentFields[74];
@@ -74,6 +95,117 @@ using agent_protocol::kNotImplemented;
 using agent_protocol::kServiceUnavailableCode;
 
 }  // namespace PluginInterface
+
+// The functions by subject. The list below them is in the order of the plug-in's table.
+//
+// --- Instance and life cycle ---
+// GetPluginFacadeInstance        Local. Returns the current handle for the parameter `h`; 0 if there is no memory. Get
+//                                it anew for each call, because a relaunch of the agent replaces it. An old handle
+//                                gives kAgentShutdownCode, a handle that never existed gives kInvalidParam.
+// ResetPluginFacadeInstance      Local. Discards the handle and its connection. The agent takes back what this process
+//                                activated; the next connection asks for it again.
+// InitAppInstance                Connects. An agent that cannot be reached is a success here, because the caller asks
+//                                GetIsCoreAgentProcessRunning next. kVersionMismatch if the agent speaks another
+//                                protocol. hostType is a constant of the host program and build a constant of the
+//                                caller; this library ignores both.
+// InitThreadInstance             Asks whether the agent can serve fonts. kAgentNotFound if it cannot be reached,
+//                                kInvalidVault if it cannot use its database.
+// DestroyThreadInstance          Orderly end of a client. Fonts that this process activated for documents stay active.
+//                                Previews end, and so do activations that were restored after a relaunch of the agent.
+//                                Closes the connection. The next call connects again.
+// CleanUpOnShutdown              The same, and discards the handle.
+// EnableDesignActivation         Not served: kNotImplemented.
+// RegisterForNotifications       Adds the callback and connects. Registering it again changes nothing. The callback
+//                                stays registered if connecting fails and when the agent is relaunched.
+// UnregisterForNotifications     Local. Removes the callback. Waits until a running callback returns, unless that
+//                                callback is the caller; afterwards the callback is not called any more. Always 0.
+//
+// --- Logging and folders: local ---
+// BeginLogging                   Opens the log file logName in the log folder for appending. The name must not contain
+//                                a "/". kInvalidParam, kCouldNotMakeFolder or kCouldNotOpenFile on failure. `h` is
+//                                ignored.
+// Log                            Appends text as it is, without a line end. kNotInitialized before BeginLogging. `h` is
+//                                ignored.
+// OSDoesDirectoryExist           Returns 1 or 0; 0 for a null path.
+// OSCreateDirectory              Creates a folder and its parents. An existing folder is a success.
+//
+// --- State: one 32-bit integer in *out. On failure *out is unchanged, so set it to the default first ---
+// GetIsCoreAgentProcessRunning   Local. 1 if an agent is connected, or its process runs and it is not silent.
+// GetAreSchemaVersionsInSync     1 if the agent speaks the same protocol, 0 if not. Connects.
+// GetIsLoggedIn, GetIsOnline, GetIsStandaloneMode
+//                                Always 1: this agent serves one user without a server.
+// GetIsReplicationRunning, GetCurrentReplicationMode, GetIsGoogleWebFontsEnabled
+//                                Always 0.
+//
+// --- Fonts ---
+// GetFontsByPostscriptName       Writes the IDs of the fonts with exactly this name, the library's fonts first, then by
+//                                ID. Writes at most `capacity` (in elements) and drops the rest. *outCount is the
+//                                number written. An empty list of workgroups, or a 0 in it, means all.
+// GetFontsByFamilyName           The same for a family name, ignoring case.
+// GetFontInfoByID                `request` is a dictionary with "DatabaseID" (decimal text). Fills *outFields and
+//                                creates *outDictionary, the font record. kInvalidParam without a usable ID, kNotFound
+//                                for an unknown font. The workgroups are ignored, because a font is in one workgroup
+//                                only.
+// FindFontsInSameFamilyForActivation
+//                                `fontRecord` is a dictionary with "AssignedFamilyID" and, optionally, "DatabaseID"
+//                                (both decimal text). Appends one font record (dictionary) for each PostScript name of
+//                                the family. kInvalidParam without a family ID.
+// GetFontIsActivated             outFlags has room for `count` elements: 1 for an active font, 0 for others and unknown
+//                                ones.
+// GetClientFontActivationStates  The same for fonts that this process activated and still holds.
+// GetFontConflicts               outConflictingIDs has room for `count` elements: for each font the ID of the active
+//                                font that it conflicts with, or 0.
+//
+// --- Activation ---
+// ActivateFonts                  Activates fonts. `kind` is an AgentActivationState: kAutoActivated for a document,
+//                                kPreviewActivated until this process ends, kActivated until the user deactivates it. A
+//                                font that is active already is a success. Fonts that could not be activated come back
+//                                in failedIDs, fonts that the agent's configuration forbids in refusedIDs. Capacities
+//                                are in elements; what does not fit is dropped. Both lists may be null, both counts
+//                                (numbers written) must not. Failed fonts do not make the call fail.
+// PreviewActivateFonts           Activates fonts until this process ends. Succeeds if at least one font is active; ask
+//                                GetFontIsActivated for each.
+// DeactivateFonts                Ends the activations by this process, and those that an earlier process left behind,
+//                                but not those by the user. kCantDeactivateSystemFonts if only the operating system can
+//                                deactivate one of the fonts; the others are deactivated all the same.
+//
+// --- Workgroups and rights ---
+// GetAllWorkgroupsForUser        *outArray receives dictionaries with "WorkgroupID", "WorkgroupName" and
+//                                "WorkgroupType", all strings; null on failure. includeSpecial adds the workgroup of
+//                                the operating system's fonts. The meaning of `flag` is not known; the plug-in passes
+//                                false.
+// GetDefaultLibraryName          Writes the name of the library.
+// GetSystemWorkgroupID           The ID of the workgroup of the operating system's fonts. On failure *out is unchanged.
+// IsAllWorkgroups                Local. 1 for 0 and for -2, which the plug-in uses for "all"; otherwise 0.
+// GetPermission                  1 in *out if the user has the right, otherwise 0. On failure *out is unchanged.
+//                                `right` is the name from GetCanActivateAcrossWorkgroupsColumnID or
+//                                GetExportFontsColumnID. `flag` is always 1. This library ignores the workgroup,
+//                                because it has the same rights in all of them.
+//
+// --- Sets and copies ---
+// CreateTopLevelSet              Creates a set of fonts in a workgroup. On failure *outSetID is unchanged and no set
+//                                exists. kNotFound for an unknown font.
+// AddFontsToSets                 Adds all fonts to all sets, or nothing: kNotFound for an unknown set or font.
+// CanExportFonts                 1 in *out if all fonts are known, otherwise 0. On failure *out is unchanged.
+// ExportFonts                    Copies the font files to `folder`, an absolute path. An existing file is not replaced;
+//                                the copy gets another name. kCouldNotCopyFile if a file could not be copied; the
+//                                others are copied all the same.
+// GetFontVaultPath               Writes the folder of the agent's databases.
+//
+// --- Names: local; write the name of a column or right. Their result is a TModuleErrorCode ---
+// Get...ColumnID                 The key of that column in a font record, or the name of a right for
+//                                GetCanActivateAcrossWorkgroupsColumnID and GetExportFontsColumnID. kNotImplemented and
+//                                an empty name for a column that the agent does not have.
+//
+// --- Not served: kNotImplemented; out parameters stay as they were ---
+// Web fonts                      GetGoogleFonts, SetGoogleWebFontsEnabled. CanAccessGoogleFonts returns 0, for no.
+// Panel                          TrackFontPanelClick.
+// Rendered names                 RenderFontNamePreviewPNGs, GetRenderedPNGsDirectory (which writes an empty string).
+//                                The fixed arguments 14, 400, 30 and 1 follow smartListID. That the first three are a
+//                                point size, a width and a height is a guess from the values.
+// Smart lists                    RenameSmartList, DeleteSmartList, GetSmartList, GetPanelSmartListTree,
+//                                QueryForSmartListFonts, GetAllSmartLists, CreateSmartList, SetSmartListQuery,
+//                                GetSmartListFonts. A query is three lists of IDs; a list may be empty.
 
 // X(name, result, (parameters)) in the order of the table.
 // clang-format off
@@ -180,7 +312,7 @@ using agent_protocol::kServiceUnavailableCode;
     (PluginInterface::FacadeHandle h, char* buffer, uint32_t size))                                                    \
   X(RenderFontNamePreviewPNGs, PluginInterface::TModuleErrorCode,                                                      \
     (PluginInterface::FacadeHandle h, uint32_t highPriorityCount, const uint32_t* highPriorityIDs, uint32_t count,     \
-     const uint32_t* fontIDs, uint32_t panelValue, uint32_t pointSize, uint32_t width, uint32_t height, uint32_t one)) \
+     const uint32_t* fontIDs, uint32_t smartListID, uint32_t pointSize, uint32_t width, uint32_t height, uint32_t one)) \
   X(RenameSmartList, PluginInterface::TModuleErrorCode,                                                                \
     (PluginInterface::FacadeHandle h, uint32_t smartListID, const char* name))                                         \
   X(DeleteSmartList, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, uint32_t smartListID))       \

@@ -1,7 +1,9 @@
-// The host as the rest of the plug-in sees it, without knowing which host it is.
+// The host as the rest of the plug-in sees it, whatever host that is. The plug-in reports news through these
+// operations; the implementation for a host passes them on, for example to its panels.
 //
-// Every operation of the base does nothing, so that a host implements what concerns it. Main thread only. Nothing here
-// fails or throws.
+// Main thread only. The operations of the base do nothing, so that an implementation overrides only what concerns its
+// host. Nothing here reports an error or throws. Arguments are borrowed for the call; a dictionary that an
+// implementation wants to keep must be retained.
 #pragma once
 
 #include <map>
@@ -10,28 +12,33 @@
 #include "Bridge/HostEvents.h"
 #include "platform/Value.h"
 
-// Which server a login concerns, as the agent numbers them. 3 is a server that this plug-in has no dealings with.
+// The server that a login belongs to, with the agent's numbers. The plug-in ignores logins to server 3.
 enum EServerType : int { kServerTypeDefault = 1, kServerTypeIgnored = 3 };
 
 class HostAppInterface {
  public:
-  // The one host object, made on first use and kept for the life of the process.
+  // Returns the one host object. Never null. Created on first use and never deleted; each host program defines this
+  // function. The caller does not own the result.
   static HostAppInterface* GetHostAppInterface();
+  // Replaces the host object. Not owned; null makes the next call create a new one.
   static void SetForTesting(HostAppInterface* host) { sm_pHostApp = host; }
 
-  // The list of workgroups changed. Despite its name, an implementation may update anything that shows workgroups.
+  // The list of workgroups changed. Despite the name, an implementation may update anything that depends on them.
   virtual void RebuildWorkgroupsMenu() = 0;
-  // Whether the fonts of the current document may be exported; kept with the document. False without a document.
+  // Whether the user may export the fonts of the current document. The value is stored with that document. Without a
+  // document setting it does nothing and reading it gives false.
   virtual void SetCanExportFontsForDocument(bool) {}
   virtual bool CanExportFontsForDocument() { return false; }
   virtual void SetMissingFontsDialogNeeded() {}
+  // The user logged in (true) or out of a server.
   virtual void SetLoggedInState(bool, EServerType) {}
-  // The plug-in's services were switched off or on: panels follow.
+  // The plug-in's services were switched on or off; panels switch with them.
   virtual void SetPanelsEnabled(bool) {}
   virtual void FontActivationRecognized(unsigned int) {}
   virtual void LumetypeReplicationProgress(const platform::Dictionary&) {}
   virtual void LumetypeReplicationStopped() {}
-  // One for each line of HOST_EVENTS. Font IDs are those of the agent; dictionaries are borrowed for the call.
+  // One operation for each line of HOST_EVENTS. Font IDs are the agent's. Dictionaries of progress contain "stepIndex",
+  // "numSteps" and "text"; PreviewPNGsRendered gets one entry for each font (see PluginInterface.h).
 #define HOST_OPERATION(operation, push, parameters, arguments) \
   virtual void operation parameters {}
   HOST_EVENTS(HOST_OPERATION)
@@ -40,5 +47,5 @@ class HostAppInterface {
 
  private:
   static HostAppInterface* sm_pHostApp;
-  std::map<std::string, std::string> mProperties;  // part of the object's form; nothing reads it
+  std::map<std::string, std::string> mProperties;  // never read; it keeps the size of the object
 };

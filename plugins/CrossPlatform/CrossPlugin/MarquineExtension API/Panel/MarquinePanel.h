@@ -1,6 +1,8 @@
-// A font panel as the panel manager sees it: one transport with its protocol.
+// A font panel as the panel manager sees it: one transport to a panel's page, with its protocol.
 //
-// Results are codes, 0 for success. Main thread only. Dictionaries are borrowed for the call.
+// Main thread only. Results are codes of ErrorCodes.h, 0 for success. The panel manager calls the panels in turn and
+// stops at the first error, which it returns. Arguments are borrowed for the call. No call may block; the plug-in's
+// timer calls SelectSocket and PopNotifications several times a second.
 #pragma once
 
 #include <string>
@@ -9,7 +11,7 @@
 #include "ErrorCodes.h"
 #include "platform/Value.h"
 
-// Pushes that no operation of the host forwards by itself; the columns are those of HOST_EVENTS.
+// Pushes that do not forward an operation of the host. The columns are those of HOST_EVENTS.
 #define PANEL_ONLY_PUSHES(X)                                                          \
   X(none, PushLoggedInStateChangedNotification, (EServerType serverType), serverType) \
   X(none, PushTypekitEnabledNotification, (bool enabled), enabled)
@@ -21,18 +23,23 @@
 class MarquinePanel {
  public:
   virtual ~MarquinePanel();
-  // Starts to listen for the panel's page. A transport without a socket returns 0 and does nothing.
+  // Starts to listen for the panel's page. A transport without a socket does nothing and returns 0.
   virtual TModuleErrorCode OpenSocket() = 0;
-  // Accepts a waiting connection and answers what it has sent; never blocks. With closeListeningSocket no further
-  // connection is accepted.
+  // Accepts a waiting connection, reads what the page sent and answers it. After closeListeningSocket the panel accepts
+  // no further connection.
   virtual TModuleErrorCode SelectSocket(bool closeListeningSocket) = 0;
-  virtual unsigned int GetSocketPort() = 0;                           // 0 without a socket
-  virtual TModuleErrorCode SendMessage(const std::string& text) = 0;  // one JSON message, UTF-8
+  // Returns the TCP port on which the panel listens, or 0 without a socket.
+  virtual unsigned int GetSocketPort() = 0;
+  // Sends one message to the page at once: one JSON text in UTF-8.
+  virtual TModuleErrorCode SendMessage(const std::string& text) = 0;
+  // Tells the page whether the plug-in's services are on.
   virtual TModuleErrorCode SetEnabled(bool enabled) = 0;
-  // Sends what was pushed since the last call.
+  // Sends the pushes that were queued since the last call.
   virtual TModuleErrorCode PopNotifications() = 0;
+  // Called when the user's workgroups changed.
   virtual TModuleErrorCode CheckForTypekit() = 0;
-  // News. They are queued and sent by PopNotifications, except for images and progress, which are sent at once.
+  // One operation for each line of PANEL_PUSHES: tells the page one piece of news. Images and progress are sent at
+  // once; the others are queued until PopNotifications. Font IDs are the agent's.
 #define PANEL_PUSH(operation, push, parameters, arguments) virtual TModuleErrorCode push parameters = 0;
   PANEL_PUSHES(PANEL_PUSH)
 #undef PANEL_PUSH

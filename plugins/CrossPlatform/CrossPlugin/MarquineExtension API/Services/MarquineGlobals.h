@@ -11,7 +11,7 @@ class FontActivationTracker;
 
 namespace MarquineGlobals {
 
-// What the agent tells of its server.
+// The kind of host program, as the plug-in announces it to the agent (InitAppInstance).
 enum class HostType : int {
   kUnknown = 0,
   kPhotoshop = 2,
