@@ -5,6 +5,7 @@
 #include "frameworks/VelorantPlugins/Exports.h"
 #include "frameworks/VelorantPlugins/Preferences.h"
 #include "frameworks/VelorantPlugins/Texts.h"
+#include "frameworks/VelorantPlugins/include/PreferenceKeys.h"
 #include "platform/Presenter.h"
 #include "platform/Trace.h"
 
@@ -17,58 +18,34 @@ using platform::Value;
 
 namespace {
 
-enum class Kind { kSwitch, kNumber };
-
-// A preference that the user can see and change.
-struct Shown {
-  const char* key;
-  Kind kind;
-  bool isFirstRunDefault;  // the first start writes it
-};
-
-constexpr Shown kShown[] = {
-    {"EnablePlugin", Kind::kSwitch, true},
-    {"EnableGlyphsure", Kind::kSwitch, true},
-    {"PickBestMatch", Kind::kSwitch, true},
-    {"SupportEmbeddedObjects", Kind::kSwitch, true},
-    {"ActivateEntireFamilies", Kind::kSwitch, true},
-    {"ActivateLocally", Kind::kSwitch, false},
-    {"ActivateGlobally", Kind::kSwitch, false},
-    {"CloseFontsOnDocClose", Kind::kSwitch, true},
-    {"CloseFontsOnHostAppQuit", Kind::kSwitch, true},
-    {"SuppressHostAppDialogs", Kind::kSwitch, true},
-    {"SuppressPluginCoreDialogs", Kind::kSwitch, true},
-    {"RMF5", Kind::kNumber, false},
-    {"EnableLogging", Kind::kSwitch, false},
-};
-
 Array Entries() {
   Array entries = Array::Create();
-  for (const Shown& shown : kShown) {
+  for (const PreferenceRow& shown : kPreferenceRows) {
+    if (!shown.isInBox) continue;
     const int32_t held = Preferences::Shared().GetInteger(shown.key);
     Dictionary entry = Dictionary::Create();
     entry.Set("Key", shown.key);
     entry.Set("Label", texts::Localized(std::string(shown.key) + "Label"));
-    entry.Set("Value",
-              shown.kind == Kind::kSwitch ? Value(Boolean::From(held != 0)) : Value(Number::FromInteger(held)));
+    entry.Set("Value", shown.kind == PreferenceKind::kSwitch ? Value(Boolean::From(held != 0))
+                                                             : Value(Number::FromInteger(held)));
     entries.Append(entry);
   }
   return entries;
 }
 
-const Shown* Find(std::string_view key) {
-  for (const Shown& shown : kShown) {
-    if (shown.key == key) return &shown;
+const PreferenceRow* FindInBox(std::string_view key) {
+  for (const PreferenceRow& row : kPreferenceRows) {
+    if (row.isInBox && row.key == key) return &row;
   }
   return nullptr;
 }
 
 // The value as it is stored; null if it is not of the preference's kind.
-Value Accepted(const Shown& shown, const Value& value) {
+Value Accepted(const PreferenceRow& shown, const Value& value) {
   const Number number(value);
   const bool fits =
       value.Is(platform::ValueType::kInteger) && number.Integer() >= INT32_MIN && number.Integer() <= INT32_MAX;
-  if (shown.kind == Kind::kNumber) return fits ? value : Value();
+  if (shown.kind == PreferenceKind::kNumber) return fits ? value : Value();
   if (value.Is(platform::ValueType::kBoolean)) return value;
   return fits ? Value(Boolean::From(number.Integer() != 0)) : Value();
 }
@@ -107,10 +84,10 @@ void VPFSetStringPreferenceForKey(const char* key, const char* value) {
   }
 }
 
-// The plug-in keeps its workgroup before it writes the defaults of a first start, so that not every key counts here.
+// Only keys that a first start writes count: the plug-in stores its workgroup before it writes them.
 int32_t VPFDoPreferencesExist() {
-  for (const Shown& shown : kShown) {
-    if (shown.isFirstRunDefault && Preferences::Shared().Contains(shown.key)) return 1;
+  for (const PreferenceRow& row : kPreferenceRows) {
+    if (row.firstValue && Preferences::Shared().Contains(row.key)) return 1;
   }
   return 0;
 }
@@ -124,7 +101,7 @@ void VPFShowPreferences() {
   Dictionary accepted = Dictionary::Create();
   for (size_t i = 0; i < given.Count(); ++i) {
     const std::string key(given.KeyAt(i));
-    const Shown* shown = Find(key);
+    const PreferenceRow* shown = FindInBox(key);
     const Value value = shown ? Accepted(*shown, given.ValueAt(i)) : Value();
     if (value) {
       accepted.Set(key, value);

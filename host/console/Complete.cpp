@@ -38,7 +38,7 @@ std::vector<std::string> WordsFor(Completion completion, const std::vector<std::
       break;
     case Completion::kListing: words.assign(ListingNames().begin(), ListingNames().end()); break;
     case Completion::kPreference:
-      for (const PreferenceEntry& entry : PreferenceTable()) words.emplace_back(entry.key);
+      for (const PreferenceRow& row : OfferedPreferences()) words.emplace_back(row.key);
       break;
     case Completion::kDocument: words = openDocuments; break;
     case Completion::kPath:

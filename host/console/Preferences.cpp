@@ -8,32 +8,9 @@ namespace console {
 
 namespace {
 
-constexpr PreferenceEntry kPreferences[] = {
-    {"EnablePlugin", PreferenceKind::kSwitch, "activate the fonts of documents"},
-    {"EnableGlyphsure", PreferenceKind::kSwitch, "use and write identification data in documents"},
-    {"PickBestMatch", PreferenceKind::kSwitch, "choose among several files without asking"},
-    {"ActivateEntireFamilies", PreferenceKind::kSwitch, "activate the whole family of each font"},
-    {"CloseFontsOnDocClose", PreferenceKind::kSwitch, "give fonts back when their last document closes"},
-    {"CloseFontsOnHostAppQuit", PreferenceKind::kSwitch, "give fonts back when the host quits"},
-    {"SuppressHostAppDialogs", PreferenceKind::kSwitch, "dismiss the host's window about missing fonts"},
-    {"SuppressPluginCoreDialogs", PreferenceKind::kSwitch, "show no boxes of the agent"},
-    {"SupportEmbeddedObjects", PreferenceKind::kSwitch, "look into embedded objects"},
-    {"ActivateLocally", PreferenceKind::kSwitch, "activate for this user only"},
-    {"ActivateGlobally", PreferenceKind::kSwitch, "activate for all users"},
-    {"EnableLogging", PreferenceKind::kSwitch, "keep a diagnostic log"},
-    {"SuppressPanelLaunch", PreferenceKind::kSwitch, "do not open the font panel by itself"},
-    {"CurrentWorkgroup", PreferenceKind::kNumber, "the selected workgroup"},
-    {"RMF5", PreferenceKind::kNumber, "milliseconds until a document is reopened with its fonts"},
-    {"CS5PanelWidth", PreferenceKind::kNumber, "width of the font panel"},
-    {"CS5PanelHeight", PreferenceKind::kNumber, "height of the font panel"},
-    {"LastAddress", PreferenceKind::kText, "server of the last login"},
-    {"LastPort", PreferenceKind::kText, "port of the last login"},
-    {"LastUsername", PreferenceKind::kText, "user of the last login"},
-};
-
-const PreferenceEntry* FindEntry(const std::string& key) {
-  for (const PreferenceEntry& entry : kPreferences) {
-    if (key == entry.key) return &entry;
+const PreferenceRow* FindRow(const std::string& key) {
+  for (const PreferenceRow& row : kPreferenceRows) {
+    if (row.help && key == row.key) return &row;
   }
   return nullptr;
 }
@@ -45,14 +22,20 @@ bool ReadNumber(const std::string& text, int32_t& number) {
 
 }  // namespace
 
-std::span<const PreferenceEntry> PreferenceTable() { return kPreferences; }
+std::vector<PreferenceRow> OfferedPreferences() {
+  std::vector<PreferenceRow> offered;
+  for (const PreferenceRow& row : kPreferenceRows) {
+    if (row.help) offered.push_back(row);
+  }
+  return offered;
+}
 
 std::string CheckPreference(const std::string& key, const std::string& value) {
-  const PreferenceEntry* entry = FindEntry(key);
-  if (!entry) return "unknown preference '" + key + "'";
+  const PreferenceRow* row = FindRow(key);
+  if (!row) return "unknown preference '" + key + "'";
   int32_t number = 0;
-  if (entry->kind == PreferenceKind::kSwitch && value != "0" && value != "1") return key + " is 0 or 1";
-  if (entry->kind == PreferenceKind::kNumber && !ReadNumber(value, number)) return key + " is a number";
+  if (row->kind == PreferenceKind::kSwitch && value != "0" && value != "1") return key + " is 0 or 1";
+  if (row->kind == PreferenceKind::kNumber && !ReadNumber(value, number)) return key + " is a number";
   return "";
 }
 
@@ -81,7 +64,7 @@ std::string Preferences::Set(const std::string& key, const std::string& value) {
   const auto setText = Find<void (*)(const char*, const char*)>("VPFSetStringPreferenceForKey");
   if (!setSwitch || !setNumber || !setText) return problem_.empty() ? "the framework keeps no preferences" : problem_;
   int32_t number = 0;
-  switch (FindEntry(key)->kind) {
+  switch (FindRow(key)->kind) {
     case PreferenceKind::kSwitch: setSwitch(key.c_str(), value == "1" ? 1 : 0); break;
     case PreferenceKind::kNumber:
       ReadNumber(value, number);
@@ -106,16 +89,16 @@ void Preferences::Override(const std::string& key, bool value) const {
   setDetails(details.Ref());
 }
 
-std::string Preferences::ValueOf(const PreferenceEntry& entry) const {
-  switch (entry.kind) {
-    case PreferenceKind::kSwitch: return GetSwitch(entry.key) ? "1" : "0";
+std::string Preferences::ValueOf(const PreferenceRow& row) const {
+  switch (row.kind) {
+    case PreferenceKind::kSwitch: return GetSwitch(row.key) ? "1" : "0";
     case PreferenceKind::kNumber: {
       const auto get = Find<int32_t (*)(const char*)>("VPFGetLongPreferenceForKey");
-      return std::to_string(get ? get(entry.key) : 0);
+      return std::to_string(get ? get(row.key) : 0);
     }
     case PreferenceKind::kText: {
       const auto get = Find<platform::ValueRef (*)(const char*)>("VPFGetStringPreferenceForKey");
-      return get ? platform::String(platform::Value::Adopt(get(entry.key))).Text() : "";
+      return get ? platform::String(platform::Value::Adopt(get(row.key))).Text() : "";
     }
   }
   return "";
@@ -124,8 +107,8 @@ std::string Preferences::ValueOf(const PreferenceEntry& entry) const {
 std::vector<std::string> Preferences::Describe() const {
   if (!bundle_) return {"no preferences: " + problem_};
   std::vector<std::string> lines;
-  for (const PreferenceEntry& entry : kPreferences) {
-    lines.push_back(std::string(entry.key) + " = " + ValueOf(entry) + "  (" + entry.help + ")");
+  for (const PreferenceRow& row : OfferedPreferences()) {
+    lines.push_back(std::string(row.key) + " = " + ValueOf(row) + "  (" + row.help + ")");
   }
   return lines;
 }

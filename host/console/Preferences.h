@@ -1,24 +1,16 @@
 // The plug-in's preferences, read and changed through the user-interface framework that keeps them.
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
+#include "frameworks/VelorantPlugins/include/PreferenceKeys.h"
 #include "platform/Bundle.h"
 
 namespace console {
 
-enum class PreferenceKind { kSwitch, kNumber, kText };
-
-struct PreferenceEntry {
-  const char* key;
-  PreferenceKind kind;
-  const char* help;
-};
-
-// The preferences that a user may change.
-std::span<const PreferenceEntry> PreferenceTable();
+// The preferences that the console offers.
+std::vector<PreferenceRow> OfferedPreferences();
 
 class Preferences {
  public:
@@ -38,7 +30,7 @@ class Preferences {
  private:
   template <typename Function>
   Function Find(const char* name) const;
-  std::string ValueOf(const PreferenceEntry& entry) const;
+  std::string ValueOf(const PreferenceRow& row) const;
 
   std::string problem_;
   platform::BundleRef bundle_;

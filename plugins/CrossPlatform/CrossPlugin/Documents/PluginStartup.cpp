@@ -7,6 +7,7 @@
 #include "Readers/XMPFontMetadata.h"
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
+#include "frameworks/VelorantPlugins/include/PreferenceKeys.h"
 
 using platform::String;
 
@@ -135,21 +136,14 @@ TModuleErrorCode CommonFunctionality::Shutdown() {
 void CommonFunctionality::InitializeCommonPreferences() {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (!ui || ui->DoPreferencesExist()) return;
-  constexpr std::pair<const char*, bool> kDefaults[] = {
-      {"EnablePlugin", true},
-      {"EnableGlyphsure", true},
-      {"SuppressHostAppDialogs", true},
-      {"SuppressPluginCoreDialogs", false},
-      {"PickBestMatch", true},
-      {"SupportEmbeddedObjects", true},
-      {"CloseFontsOnHostAppQuit", true},
-      {"CloseFontsOnDocClose", false},
-      {"ActivateEntireFamilies", false},
-  };
-  for (const auto& [key, value] : kDefaults) ui->SetPreferenceForKey(key, value);
-  ui->SetLongPreferenceForKey("CS5PanelWidth", 260);
-  ui->SetLongPreferenceForKey("CS5PanelHeight", 350);
-  ui->SetPreferenceForKey("DropDownSelection", false);
+  for (const PreferenceRow& row : kPreferenceRows) {
+    if (!row.firstValue) continue;
+    if (row.kind == PreferenceKind::kSwitch) {
+      ui->SetPreferenceForKey(row.key, *row.firstValue != 0);
+    } else {
+      ui->SetLongPreferenceForKey(row.key, *row.firstValue);
+    }
+  }
 }
 
 namespace {
