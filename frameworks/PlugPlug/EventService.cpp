@@ -12,7 +12,7 @@ namespace {
 
 bool IsNamed(const char* text) { return text && *text; }
 
-// Counts a dispatch, also when a listener's exception passes through.
+// Counts a dispatch until the end of the scope, also when a listener throws.
 class Depth {
  public:
   explicit Depth(int& depth) : depth_(depth) { ++depth_; }
@@ -24,7 +24,7 @@ class Depth {
   int& depth_;
 };
 
-// Events that beget events without end are stopped here, before the stack ends.
+// Limits the nesting, so that listeners which dispatch endlessly do not overflow the stack.
 constexpr int kDeepestDispatch = 64;
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The listeners and extensions of the process, behind the exported functions. Main thread only.
 //
-// A dispatch calls the listeners that were there when it began, in the order of adding. A listener may add and remove
-// listeners and dispatch again: one removed meanwhile is not called any more, one added meanwhile is called from the next
+// A dispatch calls the listeners that exist when it begins, in the order in which they were added. A listener may add
+// and remove listeners and dispatch. A removed listener is not called any more; an added one is called from the next
 // event on.
 #pragma once
 
@@ -16,15 +16,16 @@ class EventService {
  public:
   static EventService& Shared();
 
-  // The same callback with another context is another listener; the same pair for one type counts once.
+  // A pair of callback and context is one listener. Adding the same pair again for a type changes nothing.
   csxs::event::EventErrorCode AddListener(const char* type, csxs::event::EventCallback callback, void* context);
-  // OperationFailed if there is no such listener.
+  // Returns OperationFailed if there is no such listener.
   csxs::event::EventErrorCode RemoveListener(const char* type, csxs::event::EventCallback callback, void* context);
-  // Success also if nobody listens to the type: the event is lost. OperationFailed if the event names an extension that is
-  // not loaded; then nobody is called.
+  // Returns Success even if the type has no listener; the event is then lost. Returns OperationFailed and calls nothing
+  // if the event names an extension that is not loaded.
   csxs::event::EventErrorCode Dispatch(const csxs::event::Event& event);
 
-  // What may be named in events. Loading twice is no error; unloading what is not loaded is OperationFailed.
+  // The extensions that events may name. Loading twice is a success; unloading one that is not loaded is
+  // OperationFailed.
   csxs::event::EventErrorCode LoadExtension(const char* extensionID);
   csxs::event::EventErrorCode UnloadExtension(const char* extensionID);
 
@@ -33,12 +34,12 @@ class EventService {
     std::string type;
     csxs::event::EventCallback callback = nullptr;
     void* context = nullptr;
-    bool isRemoved = false;  // while a dispatch still holds it
+    bool isRemoved = false;  // a running dispatch may still hold it
   };
   using Listeners = std::vector<std::shared_ptr<Listener>>;
   Listeners::iterator Find(const char* type, csxs::event::EventCallback callback, void* context);
 
   Listeners listeners_;
   std::set<std::string, std::less<>> extensions_;
-  int depth_ = 0;  // of dispatches within dispatches
+  int depth_ = 0;  // of nested dispatches
 };

@@ -1,4 +1,4 @@
-// Making fonts active and giving them back.
+// Activating and deactivating fonts.
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
@@ -34,7 +34,7 @@ TModuleErrorCode PreviewActivateFonts(FacadeHandle h, uint32_t count, const uint
   return Guarded([&] {
     const auto reply = CallAgent<calls::PreviewActivateFonts>(h, {NumbersOf(count, fontIDs)});
     Remember(reply.result, HoldKind::kPreview);
-    // Some fonts can fail while the others are active. The caller has no list to learn which, so it asks for their states.
+    // Some fonts may have failed while others are active. The caller gets no list, so it asks for their states.
     return reply.result.activated.empty() ? reply.code : kSuccess;
   });
 }
@@ -43,7 +43,7 @@ TModuleErrorCode DeactivateFonts(FacadeHandle h, uint32_t count, const uint32_t*
   if (count > 0 && !fontIDs) return kNullPointer;
   return Guarded([&] {
     const auto reply = CallAgent<calls::DeactivateFonts>(h, {NumbersOf(count, fontIDs), /*alsoUser=*/false});
-    // With fonts of the system's among them the call fails, and the others are given back all the same.
+    // If system fonts are among them, the call fails but the others are deactivated.
     if (!IsAgentGone(reply.code)) ProcessFonts().Remove({fontIDs, fontIDs + count});
     return reply.code;
   });

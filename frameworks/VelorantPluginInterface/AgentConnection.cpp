@@ -17,12 +17,12 @@ namespace plugin_interface {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;  // does not run while the machine sleeps
+using Clock = std::chrono::steady_clock;  // does not advance while the machine sleeps
 
-// The small question, which the agent answers at any time, and the number of its reply, which nobody waits for.
+// The probe, which the agent answers at any time, and its ID. Nobody waits for its reply.
 using Probe = agent_protocol::calls::GetIsOnline;
 constexpr uint64_t kProbeID = 0;
-// Copying files to a slow disk keeps the agent from everything else.
+// The agent does nothing else while it copies files to a slow disk.
 using LongCall = agent_protocol::calls::ExportFonts;
 constexpr int kLongCallFactor = 30;
 
@@ -38,7 +38,7 @@ bool IsReadableBefore(int socket, Clock::time_point end) {
   return poll(&ready, 1, static_cast<int>(TimeUntil(end).count())) > 0;
 }
 
-// After this time a blocked operation on the socket fails; 0 for never.
+// Sets the time after which a blocked operation on the socket fails; 0 for never.
 void SetTimeout(int socket, int option, std::chrono::milliseconds time) {
   timeval value{};
   value.tv_sec = time.count() / 1000;
@@ -48,7 +48,7 @@ void SetTimeout(int socket, int option, std::chrono::milliseconds time) {
 
 }  // namespace
 
-// Shared with the reader thread, which may outlive the connection when a notification's receiver ends it.
+// Shared with the reader thread, which may outlive the connection if a notification handler deletes it.
 struct AgentConnection::State {
   platform::Descriptor socket;
   NotificationHandler onNotification;
@@ -62,14 +62,14 @@ struct AgentConnection::State {
   std::map<uint64_t, RawReply> replies;
   uint64_t lastID = 0;
   bool isLost = false;
-  bool isSilent = false;  // the reason for it
-  bool isClosed = false;  // by this side
+  bool isSilent = false;  // lost because the agent was silent
+  bool isClosed = false;  // closed by this side
   Clock::time_point lastHeard;
   std::thread::id reader;
   bool readerHasEnded = false;
   std::condition_variable readerEnded;
 
-  std::deque<Json> notifications;  // read and not yet delivered; the reader thread's alone
+  std::deque<Json> notifications;  // not yet delivered; used by the reader thread only
 
   bool ReadOne();
   bool ReadOneBefore(Clock::time_point end);
@@ -77,7 +77,8 @@ struct AgentConnection::State {
   void Lose(bool silent = false);
 };
 
-// Reads one message and puts it where it belongs; false if there is none to come.
+// Reads one message and stores it as a reply or notification. Returns false when the connection ends or the message is
+// malformed.
 bool AgentConnection::State::ReadOne() {
   std::string text;
   if (platform::ReceiveMessage(socket.Get(), text)) return false;
@@ -105,7 +106,7 @@ bool AgentConnection::State::ReadOne() {
   return true;
 }
 
-// On the reader thread, which reads nothing else meanwhile.
+// The reader thread only, because it changes the socket's timeout.
 bool AgentConnection::State::ReadOneBefore(Clock::time_point end) {
   SetTimeout(socket.Get(), SO_RCVTIMEO, TimeUntil(end));
   const bool hasRead = ReadOne();
@@ -113,7 +114,7 @@ bool AgentConnection::State::ReadOneBefore(Clock::time_point end) {
   return hasRead;
 }
 
-// An agent that has stopped reads nothing: once the socket is full, this fails after the patience.
+// A stopped agent reads nothing: once the socket buffer is full, this fails after the patience.
 void AgentConnection::State::Send(const std::string& request) {
   const std::lock_guard lock(sending);
   const std::error_code error = platform::SendMessage(socket.Get(), request);
@@ -139,7 +140,7 @@ AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandle
   state_->onLost = onLost;
   state_->patience = patience;
   SetTimeout(state_->socket.Get(), SO_SNDTIMEO, patience);
-  // On its own from the start: a lost connection may lie about for long before somebody takes it down.
+  // Detached from the start, because a lost connection may exist for a long time before it is deleted.
   std::thread([state = state_] { ReadUntilLost(state); }).detach();
 }
 
@@ -189,7 +190,7 @@ RawReply AgentConnection::AwaitReply(uint64_t id, Patience patience) {
   std::unique_lock lock(state.mutex);
   const bool isReader = state.reader == std::this_thread::get_id();
   const Clock::time_point sent = Clock::now();
-  Clock::time_point probed;  // the last silence in which the small question was asked
+  Clock::time_point probed;  // start of the silence in which the probe was sent
   while (!state.isLost && !state.replies.contains(id)) {
     const Clock::time_point quietSince = std::max(sent, state.lastHeard);
     const bool hasProbed = probed == quietSince;

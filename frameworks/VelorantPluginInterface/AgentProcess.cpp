@@ -23,7 +23,7 @@ bool IsNumber(const std::string& text) {
   return !text.empty();
 }
 
-// The one argument of an agent is its state folder; given relative, it is meant from where the agent was started.
+// An agent's only argument is its state folder. A relative one starts at the agent's working folder.
 bool ServesFolder(const fs::path& process, const fs::path& runtimeFolder) {
   std::string commandLine;
   if (platform::ReadFile((process / "cmdline").string(), commandLine)) return false;
@@ -50,7 +50,7 @@ bool IsAgentProcessRunning(const std::string& runtimeFolder) {
   for (const platform::RunningApplication& application : platform::RunningApplications()) {
     if (application.identifier == agent_protocol::kAgentIdentifier) return true;
   }
-  // One that was launched a moment ago has not announced itself yet.
+  // A just launched agent has not announced itself yet.
   std::error_code error;
   const fs::path folder = fs::weakly_canonical(runtimeFolder, error);
   for (const fs::directory_entry& entry : fs::directory_iterator("/proc", error)) {

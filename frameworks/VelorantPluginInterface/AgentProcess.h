@@ -1,11 +1,11 @@
-// Whether an agent of this user's state folder runs, be it ready to answer or only just started.
+// Finds out whether an agent of this user's state folder is running, even if it is not ready yet.
 #pragma once
 
 #include <string>
 
 namespace plugin_interface {
 
-// The runtime folder is the one that the agent's socket is in.
+// runtimeFolder is the folder of the agent's socket.
 bool IsAgentProcessRunning(const std::string& runtimeFolder);
 
 }  // namespace plugin_interface

@@ -1,4 +1,4 @@
-// How the exported functions ask the agent.
+// Helpers with which the exported functions call the agent.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace plugin_interface {
 
-// Throws BadMessage if the result is not that of the call.
+// Throws BadMessage if the result does not match the call.
 template <class Call>
 Reply<Call> CallAgent(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
   ResultCode code = kSuccess;
@@ -18,16 +18,16 @@ Reply<Call> CallAgent(PluginInterface::FacadeHandle handle, const typename Call:
   return facade ? facade->Call<Call>(arguments) : Reply<Call>{code, {}};
 }
 
-// A list of numbers as an argument. A null list is an empty one.
+// Copies an array of numbers. A null array is an empty one.
 Numbers NumbersOf(uint32_t count, const uint32_t* numbers);
 
-// Writes as many numbers as there is room for and returns how many. A null list has no room.
+// Writes as many numbers as there is room for and returns their number. A null array has no room.
 uint32_t WriteNumbers(const Numbers& numbers, uint32_t* out, uint32_t capacity);
 
-// Writes the numbers that the agent gave, one for each font asked for. kInvalidMessage if their count is another.
+// Writes the agent's answers, one for each font. kInvalidMessage if their number is not `count`.
 TModuleErrorCode WriteAnswers(const Numbers& answers, uint32_t count, uint32_t* out);
 
-// Asks for the "value" of a call. On a failure *out stays as it was.
+// Calls the agent and writes the "value" of the result. On failure *out is unchanged.
 template <class Call>
 TModuleErrorCode ReadValue(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments,
                            int32_t* out) {
@@ -39,7 +39,7 @@ TModuleErrorCode ReadValue(PluginInterface::FacadeHandle handle, const typename 
   });
 }
 
-// Writes the text and its end; kInvalidParam and an empty text if it does not fit.
+// Writes the text and a NUL. kInvalidParam and an empty text if it does not fit.
 TModuleErrorCode WriteText(std::string_view text, char* buffer, uint32_t size);
 
 }  // namespace plugin_interface

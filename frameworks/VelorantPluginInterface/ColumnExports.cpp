@@ -1,4 +1,4 @@
-// The names of columns and rights. A column is named by the key under which a font record holds it.
+// The names of columns and rights. The name of a column is its key in a font record.
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 
@@ -6,7 +6,7 @@ using namespace plugin_interface;
 
 #define COLUMN(function, text) \
   uint32_t function(char* buffer, uint32_t size) { return WriteText(text, buffer, size); }
-// What the agent keeps no column of. The buffer is left with an empty name.
+// For columns that the agent does not have. Writes an empty name.
 #define NO_COLUMN(function)                        \
   uint32_t function(char* buffer, uint32_t size) { \
     WriteText("", buffer, size);                   \

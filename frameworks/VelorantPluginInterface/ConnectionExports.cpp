@@ -1,4 +1,4 @@
-// Instances, their life, notifications, and questions about the state of things.
+// Instances and their life cycle, notifications, and state queries.
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/AgentProcess.h"
 #include "frameworks/VelorantPluginInterface/Calls.h"
@@ -24,7 +24,7 @@ TModuleErrorCode ResetPluginFacadeInstance() {
   return kSuccess;
 }
 
-// An agent that can't be reached is no failure here: the caller asks next whether it runs, and has words for that.
+// An unreachable agent is not a failure here: the caller asks next whether it is running and tells the user.
 TModuleErrorCode InitAppInstance(FacadeHandle h, uint32_t, uint32_t) {
   return Guarded([&] {
     uint32_t code = kSuccess;
@@ -41,7 +41,7 @@ TModuleErrorCode InitThreadInstance(FacadeHandle h) {
   });
 }
 
-// An orderly goodbye: the caller has given back what it did not want to leave active.
+// An orderly end: the caller has deactivated what should not stay active.
 TModuleErrorCode DestroyThreadInstance(FacadeHandle h) {
   return Guarded([&] {
     uint32_t code = kSuccess;
@@ -80,7 +80,7 @@ TModuleErrorCode GetIsCoreAgentProcessRunning(FacadeHandle h, int32_t* out) {
     uint32_t code = kSuccess;
     const auto facade = FacadeOf(h, code);
     const bool isThere = (facade && facade->IsConnected()) || IsAgentProcessRunning(platform::GetPlaces().runtime);
-    // One that has stopped is no agent to its callers, who would wait for it and report fonts as missing.
+    // A silent agent counts as not running: otherwise callers would wait for it and report fonts as missing.
     *out = isThere && !IsAgentSilent() ? 1 : 0;
     return kSuccess;
   });

@@ -18,21 +18,21 @@ namespace {
 
 constexpr auto kPause = std::chrono::milliseconds(10);
 constexpr int kMostRelaunches = 5;
-constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // for an agent that somebody else starts
+constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // between checks for another process's agent
 
 platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
   std::error_code error;
   return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
 }
 
-// An agent that was launched a moment ago does not listen yet. Its callers relaunch without a pause, and ask no second time
-// whether it runs, so the waiting is done here, as long as there is a process to wait for.
+// A just launched agent does not listen yet. Callers relaunch without a pause and do not check again whether it is
+// running, so wait here while its process exists.
 platform::Descriptor AwaitAgent(const std::string& runtimeFolder, AgentConnection::Patience patience) {
   const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {
     platform::Descriptor socket = ReachAgent(runtimeFolder);
     if (socket || std::chrono::steady_clock::now() >= end) return socket;
-    // Asked after the socket: an agent that began to listen in between is found by the next round.
+    // Check the process after the socket: the next round finds an agent that began to listen in between.
     if (!IsAgentProcessRunning(runtimeFolder)) return ReachAgent(runtimeFolder);
     std::this_thread::sleep_for(kPause);
   }
@@ -46,11 +46,12 @@ struct Facades {
   std::condition_variable discarded;
   std::shared_ptr<Facade> current;
   PluginInterface::FacadeHandle lastHandle = 0;
-  int relaunches = 0;  // since an agent was last reached
+  int relaunches = 0;  // since the last connection
   HeldFonts held;
 
-  // Takes away a facade whose agent is gone if another agent answers, and makes one if there is none. The mutex is held.
-  // What was taken away is to be retired without it: that waits for a reader, which may be in a callback that calls here.
+  // Detaches a facade whose agent is gone if another agent answers, and creates one if there is none. Call with the
+  // mutex locked, but retire the returned facade without it: retiring waits for a reader thread, which may be in a
+  // callback that calls here.
   std::shared_ptr<Facade> Renew(const std::string& runtimeFolder) {
     std::shared_ptr<Facade> replaced;
     if (current && current->IsLost() && !isSilent && ReachAgent(current->RuntimeFolder())) {
@@ -61,13 +62,13 @@ struct Facades {
   }
 };
 
-// Never destroyed: a reader thread may still run when the process ends.
+// Leaked on purpose: a reader thread may still run when the process ends.
 Facades& All() {
   static auto* facades = new Facades;
   return *facades;
 }
 
-// Waits on a reader's thread that has nothing more to read, until the lost facade is discarded or an agent answers.
+// Runs on a reader thread that has nothing more to read. Waits until the lost facade is discarded or an agent answers.
 void ReturnToNextAgent() {
   Facades& all = All();
   std::shared_ptr<Facade> renewed;
@@ -83,7 +84,7 @@ void ReturnToNextAgent() {
     renewed = all.current;
   }
   replaced->Retire();
-  // The socket of an agent that is being killed takes connections for a moment longer than the agent keeps them.
+  // A dying agent's socket accepts connections a moment longer than the agent keeps them, so repeat.
   while (IsAgentGone(Guarded([&] { return renewed->Connect(); }))) {
     std::unique_lock lock(all.mutex);
     if (all.current == renewed) all.discarded.wait_for(lock, kBetweenLooks);
@@ -91,7 +92,7 @@ void ReturnToNextAgent() {
   }
 }
 
-// Returns when the agent has answered a greeting, which may take for ever, or when there is none.
+// Waits until the agent has answered a greeting, which may take forever, or has ended.
 void AwaitVoice(const std::string& runtimeFolder) {
   for (;;) {
     std::error_code error;
@@ -102,13 +103,13 @@ void AwaitVoice(const std::string& runtimeFolder) {
       if (!platform::SendMessage(socket.Get(), hello)) platform::ReceiveMessage(socket.Get(), reply);
       return;
     }
-    // It does not listen yet, or takes no more connections.
+    // The agent does not listen yet or accepts no more connections.
     if (!IsAgentProcessRunning(runtimeFolder)) return;
     std::this_thread::sleep_for(kBetweenLooks);
   }
 }
 
-// From here on callers are not made to wait for this agent. Without a thread that notices its answer they have to.
+// From now on callers do not wait for this agent. If no thread can be created to notice its answer, they have to.
 void NoteSilence(const std::string& runtimeFolder) {
   Facades& all = All();
   if (all.isSilent.exchange(true)) return;
@@ -119,7 +120,7 @@ void NoteSilence(const std::string& runtimeFolder) {
         return kSuccess;
       });
       all.isSilent = false;
-      // The open documents' fonts come back, as after a restart of the agent.
+      // Connect to get the fonts of open documents back, as after a restart of the agent.
       Guarded([] { return CurrentFacade()->Connect(); });
     }).detach();
     return kSuccess;
@@ -190,7 +191,7 @@ uint32_t Facade::ConnectAlone() {
     if (isRetired_) return kAgentShutdownCode;
     connection_ = connection;
   }
-  // Only now: a callback may call back, and its calls must find the connection.
+  // Request notifications last: a callback may call the library and needs the connection.
   return connection->Call<calls::SetNotifications>({.wanted = true}).code;
 }
 

@@ -1,10 +1,10 @@
-// One handle's worth of agent: the connection that is made when it is first needed and, once lost, stays lost.
+// The agent behind one handle: connects when it is first needed. A lost connection stays lost.
 //
-// A relaunched agent is reached through a new facade. Handles that were replaced answer with an agent-gone code.
+// A relaunched agent is reached through a new facade. Calls with an old handle return an agent-gone code.
 //
-// An agent that runs and does not answer (AgentConnection.h) costs its caller the waiting once. From then on every call
-// gets kReplyTimeout at once, which is no reason to relaunch, until the agent has answered or its process has ended: a
-// thread waits for that, and then connects again.
+// If the agent runs but does not answer (AgentConnection.h), one caller waits. Later calls return kReplyTimeout at
+// once, which is no reason to relaunch. A thread waits until the agent answers or its process ends, and then connects
+// again.
 #pragma once
 
 #include <cstdint>
@@ -18,31 +18,31 @@
 
 namespace plugin_interface {
 
-// Any thread may use any operation.
+// Thread-safe.
 class Facade {
  public:
-  // The agent's socket lies in the runtime folder.
+  // runtimeFolder is the folder of the agent's socket.
   Facade(PluginInterface::FacadeHandle handle, HeldFonts& held, std::string runtimeFolder)
       : handle_(handle), held_(held), runtimeFolder_(std::move(runtimeFolder)) {}
 
   PluginInterface::FacadeHandle Handle() const { return handle_; }
   const std::string& RuntimeFolder() const { return runtimeFolder_; }
-  // Connects unless that is done: 0, an agent-gone code, kReplyTimeout, or kVersionMismatch for an agent that speaks
-  // another protocol. An agent that has just been started is waited for; without one the answer comes at once. Callers
-  // relaunch for as long as they get an agent-gone code; after a few relaunches that brought no agent it is kAgentNotFound.
+  // Connects if not connected. Returns 0, an agent-gone code, kReplyTimeout, or kVersionMismatch for an agent with
+  // another protocol. Waits for an agent that has just been started; returns at once if there is none. Callers relaunch
+  // the agent while they get an agent-gone code; after several relaunches without success it returns kAgentNotFound.
   uint32_t Connect();
-  // Connects if need be and asks; the agent's code, or one of those above. Throws BadMessage if the result is not that of
-  // the call.
+  // Connects if necessary and calls the agent. Returns the agent's code or one of those above. Throws BadMessage if the
+  // result does not match the call.
   template <class C>
   Reply<C> Call(const typename C::Arguments& arguments) {
     return ReadReply<C>(CallByName(agent_protocol::CallName<C>::kText, agent_protocol::ToJson(arguments)));
   }
   bool IsConnected() const;
   bool IsLost() const;
-  // Ends the connection; the next call makes a new one. With keepFonts what the process holds stays active for good and
-  // is no longer its own; otherwise the agent gives it back, and a new connection asks for it again.
+  // Closes the connection; the next call connects again. With keepFonts, the fonts that this process holds stay active
+  // and are not held any more. Otherwise the agent deactivates them, and a new connection requests them again.
   void Disconnect(bool keepFonts);
-  // Ends the connection; every later call gets an agent-gone code.
+  // Closes the connection; all later calls return an agent-gone code.
   void Retire();
 
  private:
@@ -63,17 +63,19 @@ class Facade {
   bool isRetired_ = false;
 };
 
-// The process's current facade, made if there is none. One whose agent is gone is replaced when an agent answers again,
-// here or by itself: a client may have open documents and yet ask nothing more, and their fonts shall not wait for it.
+// Returns the current facade of the process and creates it if necessary. A facade whose agent is gone is replaced as
+// soon as an agent answers, by this call or in the background: a client with open documents may not call for a long
+// time, but its fonts must come back.
 std::shared_ptr<Facade> CurrentFacade();
-// The facade of a handle; null with a code for one that was replaced (agent gone) or never given (invalid parameter).
+// Returns the facade of a handle. Returns null and sets `code` for a handle that was replaced (agent gone) or never
+// existed (kInvalidParam).
 std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t& code);
-// The next CurrentFacade makes a new one. keepFonts as for Disconnect.
+// Makes the next CurrentFacade create a new one. keepFonts as for Disconnect.
 void DiscardFacade(bool keepFonts);
-// Whether the agent runs and does not answer.
+// True if the agent runs but does not answer.
 bool IsAgentSilent();
 void SetPatienceForTesting(AgentConnection::Patience patience);
-// What the process holds, through whatever facade.
+// The fonts that the process holds, independent of facades.
 HeldFonts& ProcessFonts();
 
 }  // namespace plugin_interface

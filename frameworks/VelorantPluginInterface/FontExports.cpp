@@ -1,4 +1,4 @@
-// Looking fonts up, and what the agent says of one.
+// Looking fonts up and reading their records.
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Values.h"
@@ -53,7 +53,7 @@ TModuleErrorCode GetFontsByFamilyName(FacadeHandle h, const char* name, const ui
   return LookUp<calls::GetFontsByFamilyName>(h, name, {workgroupIDs, workgroupCount}, {outFontIDs, capacity, outCount});
 }
 
-// The list of workgroups cannot choose here, because a font is in one workgroup only. Callers pass pseudo numbers in it.
+// Ignores the workgroups, because a font is in one workgroup only, and callers pass pseudo IDs.
 TModuleErrorCode GetFontInfoByID(FacadeHandle h, const uint32_t*, uint32_t, ValueRef request,
                                  FontRecordFields* outFields, ValueRef* outDictionary) {
   if (!outFields || !outDictionary) return kNullPointer;

@@ -1,4 +1,4 @@
-// What keeps exceptions inside the library.
+// Keeps exceptions inside the library.
 #pragma once
 
 #include <new>
@@ -10,8 +10,8 @@
 
 namespace plugin_interface {
 
-// Runs a body that nothing may leave but a code: that of an exported function, whose caller may be of another make, or of
-// a thread.
+// Runs a body and converts its exceptions to codes. For exported functions, whose callers may be built differently, and
+// for threads.
 template <class Body>
 TModuleErrorCode Guarded(const Body& body) {
   try {
@@ -23,7 +23,7 @@ TModuleErrorCode Guarded(const Body& body) {
   } catch (const std::bad_alloc&) {
     return kOutOfMemory;
   } catch (const std::system_error&) {
-    return kOutOfMemory;  // no further thread for the connection
+    return kOutOfMemory;  // no thread available for the connection
   }
 }
 

@@ -1,5 +1,5 @@
-// What this process has had activated and not given back. An agent that was killed forgets what its clients asked for;
-// the library asks for it again on the next connection, so that the fonts of open documents do not go with the agent.
+// The fonts that this process activated and has not deactivated. An agent that was killed forgets them, so the library
+// requests them again on the next connection.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,10 @@ namespace plugin_interface {
 
 enum class HoldKind { kDocument, kPreview };
 
-// Any thread.
+// Thread-safe.
 class HeldFonts {
  public:
-  void Add(const std::vector<uint32_t>& fontIDs, HoldKind kind);  // a document's hold outweighs a preview's
+  void Add(const std::vector<uint32_t>& fontIDs, HoldKind kind);  // a document's hold replaces a preview's
   void Remove(const std::vector<uint32_t>& fontIDs);
   void Clear();
   std::vector<uint32_t> Of(HoldKind kind) const;

@@ -1,4 +1,4 @@
-// The plug-in's log file, and folders. Nothing here asks the agent.
+// The plug-in's log file and folder functions. Nothing here calls the agent.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -41,7 +41,7 @@ bool WriteAll(int file, const char* text) {
 
 }  // namespace
 
-// A name without folders: the log lies in the folder of logs, and what was logged before stays.
+// The name must not contain folders. The file is in the log folder and is appended to.
 TModuleErrorCode BeginLogging(FacadeHandle, const char* logName) {
   if (!logName) return kNullPointer;
   return Guarded([&] {

@@ -15,7 +15,7 @@ struct Registrations {
   std::vector<PluginInterface::NotificationCallback> callbacks;
 };
 
-// Never destroyed: a reader thread may still run when the process ends.
+// Leaked on purpose: a reader thread may still run when the process ends.
 Registrations& Registered() {
   static auto* registrations = new Registrations;
   return *registrations;
@@ -30,7 +30,7 @@ EventPayload PayloadOf(PluginInterface::ECallbackKind kind) {
     AGENT_EVENTS(PAYLOAD)
 #undef PAYLOAD
   }
-  return EventPayload::kNothing;  // of a newer agent
+  return EventPayload::kNothing;  // an event of a newer agent
 }
 
 bool IsNumber(const nlohmann::json& json) { return json.is_number_unsigned() && json.get<uint64_t>() <= UINT32_MAX; }

@@ -1,5 +1,5 @@
 // The callbacks that clients of the library have registered, and the delivery of the agent's notifications to them.
-// Registrations belong to the process and outlive connections: after a relaunch of the agent nobody registers again.
+// Registrations belong to the process, so they survive a relaunch of the agent.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -8,13 +8,13 @@
 
 namespace plugin_interface {
 
-// A callback that is registered already stays so.
+// Does nothing if the callback is registered already.
 void AddCallback(PluginInterface::NotificationCallback callback);
-// After it has returned the callback does not run and is not called any more, unless it is the callback that asks.
+// When it returns, the callback is not running and is not called any more, unless the callback itself is the caller.
 void RemoveCallback(PluginInterface::NotificationCallback callback);
 
-// Calls every registered callback with one message of the agent's, on the calling thread. A message that is no
-// notification, or carries something else than its kind does, is dropped.
+// Calls every registered callback with one message of the agent, on the calling thread. Drops a message that is not a
+// notification or whose payload does not match its kind.
 void Deliver(const nlohmann::json& message);
 
 }  // namespace plugin_interface

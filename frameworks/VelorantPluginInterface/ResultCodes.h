@@ -1,4 +1,4 @@
-// What the result codes of agent_protocol mean to the library.
+// Groups the result codes of agent_protocol for the library.
 #pragma once
 
 #include "agent/include/ResultCodes.h"
@@ -8,10 +8,10 @@ namespace plugin_interface {
 using namespace agent_protocol;  // the calls and their codes
 using TModuleErrorCode = agent_protocol::ResultCode;
 
-// Callers that get one of these relaunch the agent and ask again.
+// Callers that get one of these relaunch the agent and try again.
 inline bool IsAgentGone(TModuleErrorCode code) { return code == kAgentShutdownCode || code == kServiceUnavailableCode; }
 
-// Nothing can be asked now, for whatever reason.
+// The agent cannot be asked now, for whatever reason.
 inline bool IsUnreachable(TModuleErrorCode code) {
   return IsAgentGone(code) || code == kAgentNotFound || code == kReplyTimeout;
 }

@@ -1,4 +1,4 @@
-// Functions of the table that the agent does not serve: each says so.
+// Functions of the table that the agent does not serve. They return kNotImplemented.
 #include "frameworks/VelorantPluginInterface/Exports.h"
 
 using PluginInterface::FacadeHandle;
@@ -9,7 +9,7 @@ using PluginInterface::ValueRef;
 TModuleErrorCode EnableDesignActivation(FacadeHandle) { return kNotImplemented; }
 TModuleErrorCode TrackFontPanelClick(FacadeHandle, uint32_t, const char*) { return kNotImplemented; }
 
-// There is no library of web fonts in this edition, hence no access to one.
+// This edition has no library of web fonts.
 int32_t CanAccessGoogleFonts(FacadeHandle) { return 0; }
 TModuleErrorCode GetGoogleFonts(FacadeHandle, ValueRef) { return kNotImplemented; }
 TModuleErrorCode SetGoogleWebFontsEnabled(FacadeHandle, int32_t) { return kNotImplemented; }

@@ -1,4 +1,4 @@
-// Between the wire's notation and property-list values.
+// Converts between JSON and property-list values.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +12,14 @@
 
 namespace plugin_interface {
 
-// Strings, integers, reals, booleans, arrays and objects; null for null and for text that is no UTF-8.
+// Converts strings, integers, reals, booleans, arrays and objects. Returns null for null and for text that is not valid
+// UTF-8.
 platform::Value ValueOfJson(const nlohmann::json& json);
 
 platform::Dictionary DictionaryOf(const agent_protocol::Record& record);
 platform::Array ArrayOf(const std::vector<agent_protocol::Record>& records);
 
-// A number that a dictionary holds as decimal text, as font records do; nothing if absent or beyond 32 bits.
+// Reads a number that is stored as decimal text, as in font records; nothing if it is missing or does not fit 32 bits.
 std::optional<uint32_t> NumberInText(const platform::Dictionary& dictionary, std::string_view key);
 
 }  // namespace plugin_interface

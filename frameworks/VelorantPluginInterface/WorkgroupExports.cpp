@@ -1,4 +1,4 @@
-// Workgroups, rights, sets, and copies of font files.
+// Workgroups, rights, sets and copying font files.
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Values.h"

@@ -25,7 +25,7 @@ std::string DescriptionOf(const Dictionary& record) {
   if (!version.IsEmpty()) AppendPart(description, texts::Formatted("FontVersion", version.View()));
   AppendPart(description, record.GetString("FontKind").View());
   AppendPart(description, record.GetString("WorkgroupName").View());
-  // Two files can agree in all of that.
+  // Two files can be equal in all of the above.
   AppendPart(description, record.GetString("OutlineFileName").View());
   if (record.GetString("IsActive").View() == "1") AppendPart(description, texts::Localized("FontIsActive"));
   return description;

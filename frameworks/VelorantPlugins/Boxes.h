@@ -1,4 +1,4 @@
-// What all boxes have in common: making one, and what its answer means. Boxes reach the user through platform::RunBox.
+// Shared by all boxes: creating one and reading its answer. Boxes reach the user through platform::RunBox.
 #pragma once
 
 #include <cstdint>
@@ -9,23 +9,23 @@
 
 namespace boxes {
 
-// A box of this kind with the localized texts of the two keys (null: none) and of the buttons.
+// Creates a box of this kind with the localized texts of the two keys (null for none) and of the buttons.
 platform::Dictionary MakeBox(const char* kind, const char* headerKey, const char* messageKey,
                              std::initializer_list<const char*> buttonKeys);
 
 inline constexpr int32_t kClosed = 0;
-// Runs the box; the chosen button, from 1, or kClosed. An answer beyond the box's buttons counts as closed.
+// Returns the button that the answer chose, from 1, or kClosed. A number beyond the box's buttons counts as closed.
 int32_t ButtonOf(const platform::Dictionary& box, const platform::Dictionary& answer);
 
-// A number that a record holds as decimal text or as an integer.
+// Reads a number that is stored as decimal text or as an integer.
 int64_t NumberOf(const platform::Dictionary& record, std::string_view key, int64_t otherwise);
-// A flag that a dictionary holds as a boolean or, as the plug-in stores them, as a number.
+// Reads a flag that is stored as a boolean or, as the plug-in does, as a number.
 bool FlagOf(const platform::Dictionary& dictionary, std::string_view key, bool otherwise);
 
-// A copy of the font record with a "Description" for the reader: foundry, version, kind, workgroup, file name, whether it is active.
-// In it the possible replacements are copies of the same kind.
+// Copies the font record and adds a "Description" for the user: foundry, version, kind, workgroup, file name, and
+// whether the font is active. Describes the possible replacements, too.
 platform::Dictionary DescribeFont(const platform::Dictionary& record);
-// Each record of the array described; what is no dictionary is left out.
+// Describes each record of the array; skips entries that are not dictionaries.
 platform::Array DescribeFonts(const platform::Array& records);
 
 }  // namespace boxes

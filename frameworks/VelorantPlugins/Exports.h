@@ -1,4 +1,4 @@
-// Declares every exported function from the one list, so that the compiler holds each definition to its type.
+// Declares every exported function from the one list, so that the compiler checks the type of each definition.
 #pragma once
 
 #include "frameworks/VelorantPlugins/include/UIFramework.h"

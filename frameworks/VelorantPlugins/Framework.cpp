@@ -1,4 +1,4 @@
-// Start of the framework, what it is told about its host, and texts.
+// Initialization of the framework, the details of the host, and texts.
 #include <string_view>
 
 #include "frameworks/VelorantPlugins/Exports.h"
@@ -16,7 +16,7 @@ constexpr int32_t kNoDetails = 1;
 
 int32_t VPFIsVersionCompatible(const char* version) { return version && std::string_view(version) == "1.0" ? 1 : 0; }
 
-// A second start begins anew, with the details, the language and the file of preferences of this moment.
+// A second call starts anew, with the current details, language and preferences file.
 int32_t VPFInitializeFramework(platform::ValueRef hostDetails) {
   const Dictionary details(Value::Retain(hostDetails));
   if (!details) return kNoDetails;

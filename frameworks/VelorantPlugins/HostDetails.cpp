@@ -7,14 +7,14 @@ void TakeText(const platform::Dictionary& details, const char* key, std::string&
   if (!value.IsEmpty()) text = value.Text();
 }
 
-// A bundle of an edition that is not known here is shown by its own name.
+// An unknown edition is shown by its bundle name.
 std::string EditionName(const std::string& bundleName) {
   if (bundleName == "MarquinePrimePlugin") return "Marquine Prime";
   if (bundleName == "HarbinetPlugin") return "Harbinet";
   return bundleName;
 }
 
-// The plug-in names its host by the key of its kind, which is nothing to show to a user.
+// The plug-in passes an internal key for the host, which is not for the user.
 std::string HostName(const std::string& key) { return key == "PhotoshopCC2020" ? "Document Host" : key; }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What the plug-in told about its host and about the font manager behind it. Main thread only.
+// What the plug-in reported about its host and the font manager. Main thread only.
 #pragma once
 
 #include <string>
@@ -8,13 +8,13 @@
 struct HostDetails {
   static HostDetails& Shared();
 
-  // Takes the keys that are there and leaves the others: "HostApp", "PluginVersion", "VelorantPluginInterfaceVersion",
-  // "FontManager" (the bundle name of an edition of the font manager).
+  // Takes the keys that are present and keeps the other values: "HostApp", "PluginVersion",
+  // "VelorantPluginInterfaceVersion", "FontManager" (the bundle name of an edition of the font manager).
   void Take(const platform::Dictionary& details);
 
-  std::string hostApp = "Document Host";  // the name, as the user reads it
+  std::string hostApp = "Document Host";  // shown to the user
   std::string pluginVersion;
   std::string interfaceVersion;
-  std::string fontManager = "Velorant";  // the edition's name, as the user reads it
+  std::string fontManager = "Velorant";  // the edition's name, shown to the user
   bool isOnline = false;
 };

@@ -1,4 +1,4 @@
-// Boxes that tell or ask one thing.
+// Boxes that show or ask one thing.
 
 #include "frameworks/VelorantPlugins/Boxes.h"
 #include "frameworks/VelorantPlugins/Exports.h"
@@ -13,7 +13,7 @@ using platform::Value;
 
 namespace {
 
-constexpr int32_t kTwoButtons = 2;  // the button set; every other number is one button
+constexpr int32_t kTwoButtons = 2;  // the button set; every other number means one button
 
 struct ButtonPair {
   std::string_view messageKey;
@@ -21,14 +21,14 @@ struct ButtonPair {
   const char* second;
 };
 
-// What the two buttons of a message say; "OK" and "Cancel" for all others.
+// The texts of the two buttons; "OK" and "Cancel" for all other messages.
 constexpr ButtonPair kButtonPairs[] = {
     {"NotLoggedInOfferLoginMessage", "Log In", "Cancel"},
     {"LoggedOffOfferLoginMessage", "Log In", "Cancel"},
     {"MPCoreAgentMissingMessage", "Try Again", "Cancel"},
     {"HBCoreAgentMissingMessage", "Try Again", "Cancel"},
     {"SomeFontsOfflineMessage", "Go Online", "Stay Offline"},
-    // The fonts are collected whatever the answer is, so that neither button promises anything else.
+    // The fonts are collected whatever the answer is, so the buttons must not promise anything else.
     {"MissingFontsExportMessage", "OK", "Close"},
     {"MissingFontsOfflineExportMessage", "OK", "Close"},
 };
@@ -40,7 +40,7 @@ ButtonPair ButtonsOf(std::string_view messageKey) {
   return {messageKey, "OK", "Cancel"};
 }
 
-// Shows fonts below a text.
+// Shows fonts with a text above them.
 void ShowFonts(const char* kind, const char* headerKey, const char* messageKey, const Array& fonts) {
   Dictionary box = boxes::MakeBox(kind, headerKey, messageKey, {"OK"});
   box.Set("Fonts", boxes::DescribeFonts(fonts));
@@ -56,7 +56,7 @@ int32_t VPFShowMessageBox(const char* header, const char* message, int32_t butto
                        : boxes::MakeBox("message", header, message, {"OK"});
   if (message) box.Set("Key", message);
   const int32_t button = boxes::ButtonOf(box, platform::RunBox(box));
-  // Closing a box is its last button.
+  // Closing the box counts as its last button.
   return button == boxes::kClosed ? static_cast<int32_t>(box.GetArray("Buttons").Count()) : button;
 }
 
@@ -67,7 +67,7 @@ int32_t VPFAskForOneString(const char* prompt, const char* label, const char* in
   if (initial) box.Set("Default", initial);
   const Dictionary answer = platform::RunBox(box);
   if (boxes::ButtonOf(box, answer) != 1) return 0;
-  // Confirmed without a text of its own: the default stands.
+  // If the user confirmed without typing, use the default.
   String text = answer.GetString("Text");
   if (!text) text = box.GetString("Default");
   if (!text) text = String::FromUTF8("");

@@ -66,7 +66,7 @@ void Preferences::Refresh(bool isLocked) {
   isRead_ = true;
   std::string problem = Read();
   if (!problem.empty()) {
-    // What is damaged now may have been replaced by another program before the lock is ours.
+    // Another program may have replaced the damaged file before we got the lock, so read again.
     std::error_code noLock;
     std::optional<platform::FileLock> lock;
     if (!isLocked) lock.emplace(path_, &noLock);
@@ -76,7 +76,7 @@ void Preferences::Refresh(bool isLocked) {
   stamp_ = StampOf(path);
 }
 
-// What is wrong with the text of the file; empty if the file was read, is not there or cannot be read.
+// Returns what is wrong with the contents; empty if the file was read, does not exist or cannot be read.
 std::string Preferences::Read() {
   isFileKept_ = false;
   std::string text;
@@ -168,7 +168,7 @@ void Preferences::Change(const Dictionary& values, std::string_view removed) {
   const std::error_code noFolder = platform::MakeFolder(FolderOf(path_), 0700);
   std::error_code noLock;
   const platform::FileLock lock(path_, &noLock);
-  // What another program wrote before the lock was ours must not be lost.
+  // Keep what another program wrote before we got the lock.
   if (!noLock) Refresh(true);
   for (size_t i = 0; i < values.Count(); ++i) values_.Set(values.KeyAt(i), values.ValueAt(i));
   if (!removed.empty()) values_.Remove(removed);

@@ -1,4 +1,4 @@
-// Preferences as the plug-in and the user see them.
+// Preferences: reading and storing by the plug-in, and the box for the user.
 #include <string>
 
 #include "frameworks/VelorantPlugins/Boxes.h"
@@ -55,7 +55,7 @@ Value Accepted(const PreferenceRow& shown, const Value& value) {
 int8_t VPFGetPreferenceForKey(const char* key) {
   if (!key) return 0;
   const int32_t value = Preferences::Shared().GetInteger(key);
-  // What is no byte counts as on.
+  // A value that does not fit a byte counts as on.
   return value >= INT8_MIN && value <= INT8_MAX ? static_cast<int8_t>(value) : 1;
 }
 

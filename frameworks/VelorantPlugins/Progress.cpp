@@ -1,4 +1,4 @@
-// The progress window. There is one; showing it again while it is up updates it.
+// The one progress window. Showing it again while it is open updates it.
 #include "frameworks/VelorantPlugins/Exports.h"
 #include "platform/Presenter.h"
 

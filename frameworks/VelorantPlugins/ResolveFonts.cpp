@@ -1,4 +1,4 @@
-// The window in which the user chooses fonts for those that have no certain match.
+// The window in which the user chooses replacements for fonts without a certain match.
 #include "frameworks/VelorantPlugins/Boxes.h"
 #include "frameworks/VelorantPlugins/Exports.h"
 #include "frameworks/VelorantPlugins/Texts.h"
@@ -12,7 +12,7 @@ using platform::Value;
 
 namespace {
 
-// The chosen font goes into the problem font's own record, where the classification looks for it.
+// Writes the chosen font into the problem font's own record, where the classification expects it.
 void TakeChoice(Dictionary problemFont, const Dictionary& choices) {
   const std::string name = problemFont.GetString("PostScriptName").Text();
   const Number choice(choices.Get(name));

@@ -25,14 +25,14 @@ const char* Find(std::span<const Text> texts, std::string_view key) {
   return nullptr;
 }
 
-// What stands for a placeholder, its brackets included; null if it is none.
+// Returns the text for a placeholder, which includes its brackets; null if it is unknown.
 const std::string* ValueOf(std::string_view placeholder) {
   if (placeholder == "[FONT_MANAGER_MODIFIER]") return &HostDetails::Shared().fontManager;
   if (placeholder == "[host app]") return &HostDetails::Shared().hostApp;
   return nullptr;
 }
 
-// One pass, so that a value that looks like a placeholder stays as it is.
+// One pass, so that a value that looks like a placeholder is not replaced.
 std::string FillPlaceholders(std::string_view text) {
   std::string filled;
   while (!text.empty()) {

@@ -1,4 +1,4 @@
-// The texts that the user reads, in the user's language. Main thread only.
+// The texts for the user, in the user's language. Main thread only.
 #pragma once
 
 #include <span>
@@ -7,26 +7,26 @@
 
 namespace texts {
 
-// The key is the English form or an identifier. "%@" and "%d" are filled in by whoever asks for the text, placeholders in
-// square brackets here.
+// The key is the English text or an identifier. The caller fills in "%@" and "%d"; placeholders in square brackets are
+// filled in here.
 struct Text {
   const char* key;
   const char* text;
 };
 
-// A language without a text for a key falls back to English, which has a text for every key.
+// A text that a language lacks falls back to English, which is complete.
 struct Language {
   const char* code;  // ISO 639
   std::span<const Text> texts;
 };
 extern const std::span<const Text> kEnglish, kFrench, kGerman, kItalian, kJapanese, kPortuguese, kSpanish;
 
-// Takes the first of the user's languages that has texts; without a call it is English.
+// Chooses the first of the user's languages that has texts. English before the first call.
 void ChooseLanguage();
 
-// The text with its placeholders filled in; the key itself, unchanged, if there is no such text.
+// Returns the text with its placeholders filled in, or the key itself if there is no such text.
 std::string Localized(std::string_view key);
-// The text with its one "%@" or "%d" replaced.
+// The same with its one "%@" or "%d" replaced.
 std::string Formatted(std::string_view key, std::string_view argument);
 
 }  // namespace texts

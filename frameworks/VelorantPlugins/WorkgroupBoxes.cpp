@@ -1,4 +1,4 @@
-// Boxes with a chooser of workgroups: the command box and the chooser alone.
+// The boxes with a choice of workgroups: the command box and the chooser.
 #include "frameworks/VelorantPlugins/Boxes.h"
 #include "frameworks/VelorantPlugins/Exports.h"
 #include "frameworks/VelorantPlugins/HostDetails.h"
@@ -29,7 +29,7 @@ constexpr CommandButton kCommandButtons[] = {
     {"Cancel", kVPFCommandCancelled, false},
 };
 
-// The number of the boxes with a chooser of workgroups that are up now.
+// The number of open boxes with a choice of workgroups.
 int sShown = 0;
 
 class Shown {
@@ -40,7 +40,7 @@ class Shown {
   Shown& operator=(const Shown&) = delete;
 };
 
-// Each workgroup by "Name", "ID" and "IsLocalPersonal".
+// Converts each workgroup to "Name", "ID" and "IsLocalPersonal".
 Array ChoicesOf(const Array& workgroups) {
   Array choices = Array::Create();
   for (size_t i = 0; i < workgroups.Count(); ++i) {
@@ -55,7 +55,7 @@ Array ChoicesOf(const Array& workgroups) {
   return choices;
 }
 
-// The ID that the answer chose, if it is one of the box's.
+// Returns the ID that the answer chose if the box offered it, and `otherwise` if not.
 int32_t ChosenWorkgroup(const Dictionary& box, const Dictionary& answer, int32_t otherwise) {
   const Number choice(answer.Get("Choice"));
   const Array choices = box.GetArray("Workgroups");

@@ -1,4 +1,4 @@
-// Paths of files in the host's aliases and in the platform's bookmarks, and back.
+// Converts paths to and from the host's aliases and the platform's bookmarks.
 #include <algorithm>
 #include <cstring>
 #include <vector>
@@ -42,7 +42,7 @@ SPErr PhotoshopFontUtils::FullPathToAlias(const std::string& path, Handle* alias
   return sPSAlias->MakeFromUnicodePath(text.data(), sASZString->LengthAsUnicode(string.Get()), alias);
 }
 
-// The bookmark calls stand ready for a path that is kept from one day to another; no flow keeps one now.
+// For paths that are stored for later. Nothing stores one at present.
 SPErr PhotoshopFontUtils::BookmarkToFullPath(const platform::Data& bookmark, char* destination, size_t maximum) {
   destination[0] = '\0';
   const std::string path = platform::ResolveBookmark(bookmark);

@@ -1,11 +1,11 @@
-// A holder of one host suite, acquired on demand and given back at the end of every host call, so that a suite pointer
-// never outlives a call into the plug-in. Use of a suite that the host does not give throws its error as an unsigned
-// integer; who is called by the host catches that. Main thread only.
+// A holder of one host suite. It acquires the suite on demand and releases it at the end of every host call, so that a
+// suite pointer never outlives a call into the plug-in. If the host does not offer the suite, a use throws the host's
+// error as an unsigned int; the functions that the host calls catch it. Main thread only.
 #pragma once
 
 #include "host/include/HostSuites.h"
 
-// Taken from every incoming message.
+// Set from each message of the host.
 extern const host_sdk::SPBasicSuite* sSPBasic;
 extern host_sdk::SPPluginRef gPlugInRef;
 
@@ -15,7 +15,7 @@ class AutoSuiteBase {
   AutoSuiteBase(const AutoSuiteBase&) = delete;
   AutoSuiteBase& operator=(const AutoSuiteBase&) = delete;
 
-  // With bThrow an error is thrown as an unsigned integer.
+  // With bThrow, throws an error as an unsigned int.
   void AcquireSuite(bool bThrow);
   void ReleaseSuite();
   host_sdk::SPErr GetLastError() const { return mError; }
@@ -33,7 +33,7 @@ template <class T>
 class AutoSuite : public AutoSuiteBase {
  public:
   using AutoSuiteBase::AutoSuiteBase;
-  // The suite, or null if the host does not give it. Never throws: for destructors.
+  // Returns the suite, or null if the host does not offer it. Never throws: for destructors.
   const T* IfPresent() noexcept {
     if (!mSuite) AcquireSuite(false);
     return static_cast<const T*>(mSuite);
@@ -53,10 +53,10 @@ extern AutoSuite<host_sdk::PSHandleSuite> sPSHandle;
 extern AutoSuite<host_sdk::ASZStringSuite> sASZString;
 extern AutoSuite<host_sdk::ASZStringSuite2> sASZString2;
 
-// Gives all of them back.
+// Releases all suites.
 void PIUSuitesRelease();
 
-// One call of the host: gives them back at its end, however it ends.
+// Releases all suites at the end of one host call, also when an exception ends it.
 struct SuitesForOneCall {
   SuitesForOneCall() = default;
   ~SuitesForOneCall() { PIUSuitesRelease(); }

@@ -13,7 +13,7 @@ PSFU_FreeZone* PhotoshopFontUtils::sFreeZone = nullptr;
 
 namespace {
 
-// A text of the walk in an array that the zone holds; null, with the error, without one.
+// Reads a text into an array that the zone owns. Returns null, with the error, on failure.
 template <class GetLength, class GetText>
 const char* ReadText(PSFU_FreeZone& zone, SPErr& error, const GetLength& getLength, const GetText& getText) {
   uint32_t length = 0;
@@ -61,7 +61,7 @@ SPErr NoteTextOfList(PIActionList list, uint32_t index, FourCharCode key, PSFU_F
 
 bool IsObject(FourCharCode type) { return type == kTypeObject || type == kTypeGlobalObject; }
 
-// The zone of one walk, also if the host lacks a suite and the walk is left by an exception.
+// Sets the zone of one walk and resets it at the end, also when a missing suite throws.
 class CurrentZone {
  public:
   explicit CurrentZone(PSFU_FreeZone*& place) : mPlace(place) { mPlace = &mZone; }
@@ -105,7 +105,7 @@ SPErr PhotoshopFontUtils::ProcessInfoFromDescriptor(PIActionDescriptor descripto
   return error;
 }
 
-// The items of a list stand under the list's own key.
+// Traces the items of a list under the list's own key.
 SPErr PhotoshopFontUtils::ProcessInfoFromList(PIActionList list, FourCharCode key, DescriptorTexts& found) {
   uint32_t count = 0;
   SPErr error = sPSActionList->GetCount(list, &count);

@@ -1,4 +1,4 @@
-// From the list of a document's font names to fonts that are active, and the data of its fonts for a slug.
+// Activates the fonts of a document, and builds the data of its fonts for a slug.
 #include "Bridge/FontManagerInterface.h"
 #include "Bridge/HostAppInterface.h"
 #include "Documents/AllTrackedDocuments.h"
@@ -21,7 +21,7 @@ constexpr int kArraysNotMade = -148;
 constexpr int kNoFontArray = -43;
 constexpr int kLookUpFailed = -1;
 
-// The arrays and answers of one activation.
+// The arrays and results of one activation.
 struct Activation {
   const bool bOpeningNewDocument;
   int& numFontsActivated;
@@ -40,7 +40,7 @@ struct Activation {
   int missing = 0;
 };
 
-// What the document needs: its slug narrowed to the names in its bytes. Null if it needs nothing.
+// The fonts that the document needs: its slug, reduced to the names that its file uses. Null if it needs none.
 Array CombinedFonts(Activation& run) {
   if (run.useGlyphsure) {
     const Array read = Array::Create();
@@ -49,13 +49,13 @@ Array CombinedFonts(Activation& run) {
   }
   PSGetDocumentFonts(run.documentFontNames, run.filePath, run.bOpeningNewDocument);
   if (run.slugFonts.Count() == 0 && run.documentFontNames.Count() == 0) return Array();
-  // A document that the host cannot list is taken at its slug's word.
+  // If the document's font names cannot be read, use the whole slug.
   if (run.documentFontNames.Count() == 0) return run.slugFonts.Copy();
   return CreateGlyphsureSlugsWithGlyphsureFontsAndDocumentFonts(run.slugFonts, run.documentFontNames);
 }
 
 void Resolve(Activation& run) {
-  // The preference is read afresh: the classification may have run the event loop.
+  // Reads the preference again, because the classification may have run the event loop.
   if (run.unresolved.Count() == 0 || run.ui->GetPickBestMatch()) return;
   run.ui->ShowResolveFonts(run.unresolved);
   run.allResolved = AllFontsResolved(run.unresolved, run.fontsToOpen);
@@ -87,7 +87,7 @@ void Finish(Activation& run) {
   if (!run.bOpeningNewDocument) {
     HostAppInterface::GetHostAppInterface()->SetCanExportFontsForDocument(run.document->GetCanExportFontsForDocument());
   }
-  // Under pick-best-match the array is kept even when it is empty; whether fonts are missing is told by counting.
+  // With pick-best-match the array is kept even if empty; callers count its entries to see whether fonts are missing.
   const bool isSolved = run.allResolved && run.openResult == 0 && !run.pickBestMatch;
   run.document->SetUnresolvedFonts(isSolved ? Array() : run.unresolved);
   if (run.missing > 0 && run.pickBestMatch) run.ui->ShowSomeLayersMissingFontsMessage();
@@ -112,7 +112,7 @@ int ActivateFontsForDocument(bool bOpeningNewDocument, int& numFontsActivated, c
   CommonFunctionality::RemoveFontsThatHaveNoPossibleReplacement(combined);
   ProcessDocumentFontsForAutoActivation(combined, run.fontsToOpen, run.unresolved, run.useGlyphsure, run.pickBestMatch,
                                         FontManagerInterface::sm_pFontManager->GetCurrentWorkgroupID(), nullptr);
-  // The host's own default font never counts as a problem.
+  // The host's default font never counts as a problem.
   CommonFunctionality::RemoveMatchingFonts(run.unresolved, "MyriadPro");
   Resolve(run);
   if (run.fontsToOpen.Count() > 0) {
@@ -155,7 +155,7 @@ void UpdateGlyphsureSlugsForDocument(const std::string& path) {
   const int status =
       CreateGlyphsureDataForDocument(path, fonts, FontManagerInterface::kAllWorkgroupsID, false, allFound);
   if ((status & 0xFFFF) != 0 || !fonts) {
-    // What the document holds already is worth more than what a failed look-up has found.
+    // Do not replace the document's slug with the result of a failed look-up.
     OutputIndentedAndFormattedString(0, "CreateGlyphsureDataForDocument('%s') returned %d", path.c_str(), status);
     return;
   }

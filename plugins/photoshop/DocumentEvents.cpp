@@ -11,7 +11,7 @@
 using namespace host_sdk;
 
 namespace {
-// Raised once for every notification: it tells pre-save and post-save notifications apart.
+// Incremented at every notification: odd for a pre-save, even for a post-save notification.
 unsigned sNumberOfSaveEventsHandled = 0;
 }  // namespace
 
@@ -34,7 +34,8 @@ void NoteOpenTime(OneTrackedDocument& document, const std::string& path) {
                                    static_cast<int>(document.GetTimeOpenEventWasHandled()), path.c_str());
 }
 
-// The counter is lowered on normal return only: an exception leaves it raised, and the close and reopen stays idle.
+// The counter is decremented on normal return only. After an exception it stays above 0, and documents are no longer
+// closed and reopened.
 void HandleOpenedDocumentGuarded(const std::string& path) {
   ++gOpenDocumentCallCounter;
   HandleOpenedDocument(path, false);
@@ -64,11 +65,11 @@ SPErr OpenEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
                                        path.c_str());
     }
   } else if (document && document->GetTimeOpenEventWasHandled() == 0) {
-    // The window hook saw it first.
+    // The window hook has handled this document already.
     NoteOpenTime(*document, path);
     if (document->GetUnresolvedFonts()) HandleOpenedDocumentGuarded(path);
   }
-  // Found afresh: the handling may have run the event loop, and the document have been closed in it.
+  // Look it up again: the handling may have run the event loop and the document may have been closed.
   document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
   if (document) UpdateHandle(*document, path);
   return kNoErr;
@@ -82,8 +83,8 @@ void HandleOpenedDocument(const std::string& path, bool silently) {
   const auto document = std::make_shared<OneTrackedDocument>();
   document->SetIdentifier(FontActivationTracker::GenerateUniqueIdentifier());
   document->SetCanExportFontsForDocument(manager->CanActivateFromAllWorkgroups());
-  // For a path that is tracked already nothing is added: the older record keeps the handle and the path, and this run only
-  // adds use counts under its own identifier, which the quit gives back.
+  // Adds nothing for a path that is tracked already: the older record keeps the handle and the path. This run then only
+  // adds use counts under its own identifier, which are released at quit.
   AllTrackedDocuments::AddDocument(document, path);
   int numActivated = 0;
   if (silently) {
@@ -146,7 +147,7 @@ SPErr MakeEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
 
 namespace {
 
-// The record of the document being saved, with the path under which it is saved; null if it is not tracked.
+// Returns the record of the document that is being saved, with its new path; null if it is not tracked.
 OneTrackedDocument* FindSavedDocument(const std::string& path, int id) {
   if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) return document;
   if (id == 0) return nullptr;
@@ -169,7 +170,7 @@ SPErr SaveEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
   std::string path;
   PhotoshopFontUtils::GetCurrentDocumentPathUnstableInCS6(&path);
   OutputIndentedAndFormattedString(0, "Document name is '%s'", path.c_str());
-  // The host tells twice of a save, and only the second time has the file been written.
+  // The host announces a save twice. Only at the second time is the file written.
   if (DescriptorHasKey(descriptor, Code("DocI")) && sNumberOfSaveEventsHandled % 2 == 1) {
     OutputIndentedAndFormattedString(0, "Doing nothing because this is a pre-save event.");
   } else if (const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
@@ -200,7 +201,7 @@ SPErr CloseEvent(FourCharCode, PIActionDescriptor, int32_t, void*) {
 
 namespace {
 
-// A failed query protects the document.
+// If the query fails, treat the document as open.
 bool HasBeenClosed(const OneTrackedDocument& document) {
   const std::string path = document.GetDocumentFilePath();
   OutputIndentedAndFormattedString(0, "Considering whether '%s' has been closed.", path.c_str());
@@ -224,7 +225,7 @@ void HandleClosedDocument() {
   while (at < documents.size()) {
     const size_t before = documents.size();
     if (HasBeenClosed(*documents[at])) AllTrackedDocuments::RemoveClosedDocument(documents[at].get());
-    // The list has changed, so it is walked from its beginning; a record that could not be removed is passed.
+    // The list has changed, so start again from its beginning. Skip a record that could not be removed.
     at = documents.size() < before ? 0 : at + 1;
   }
 }

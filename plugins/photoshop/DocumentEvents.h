@@ -1,5 +1,4 @@
-// The host's document notifiers turned into font work: what happens, in which order, when a document is opened, made,
-// saved or closed. Main thread only.
+// What the plug-in does when the host opens, makes, saves or closes a document, and in which order. Main thread only.
 #pragma once
 
 #include <string>
@@ -21,20 +20,19 @@ host_sdk::SPErr CloseEvent(host_sdk::FourCharCode event, host_sdk::PIActionDescr
 
 void HandleOpenedDocument(const std::string& path, bool silently);
 void HandleClosedDocument();
-// Catches documents that the host has opened but not yet told of.
+// Finds and handles documents that the host has opened but not announced yet.
 void DetectAndHandleNewlyOpenedDocuments(bool silently);
 
-// From the list of a document's font names to fonts that are active. Always -1, also after success; callers look at
-// numFontsActivated.
+// Activates the fonts of a document. Always returns -1, also on success; callers use numFontsActivated.
 int ActivateFontsForDocument(bool bOpeningNewDocument, int& numFontsActivated, const std::string& filePath,
                              OneTrackedDocument* document);
 
-// The document's fonts with their database records, for a slug or a set. 0, or -43 if no font array could be read; where a
-// look-up failed another status, with what was found. A slug is only written after 0.
+// Builds an array of the document's fonts with their database records, for a slug or a set. Returns 0, or -43 if no
+// font array could be read. If a look-up failed, returns its status with what was found. Write a slug only after 0.
 int CreateGlyphsureDataForDocument(const std::string& path, platform::Array& out, long workgroupID, bool allInfo,
                                    bool& allFontsFound);
 void UpdateGlyphsureSlugsForDocument(const std::string& path);
 void RemoveAllGlyphsureSlugsForDocument(const std::string& path);
 
-// The counters back to their first state.
+// Resets the counters.
 void ResetDocumentEventsForTesting();

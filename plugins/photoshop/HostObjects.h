@@ -1,4 +1,4 @@
-// Host objects that free themselves, and the host's ways of reading a property. Results are host errors, 0 for success.
+// RAII holders of host objects, and the host's ways to read a property. Results are host errors, 0 for success.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 #include "photoshop/AutoSuite.h"
 
-// A scope's hold on one object of the host.
+// Owns one host object and frees it at the end of the scope.
 template <class T, void (*Free)(T) noexcept>
 class HostObject {
  public:
@@ -28,7 +28,7 @@ class HostObject {
   T mObject = nullptr;
 };
 
-// They run in destructors, so they never throw: an object whose suite the host does not give stays with the host.
+// Called by destructors, so they never throw. If the host does not offer the suite, the object is leaked to the host.
 void FreeDescriptor(host_sdk::PIActionDescriptor descriptor) noexcept;
 void FreeReference(host_sdk::PIActionReference reference) noexcept;
 void FreeList(host_sdk::PIActionList list) noexcept;
@@ -41,7 +41,7 @@ using ScopedList = HostObject<host_sdk::PIActionList, FreeList>;
 using ScopedHandle = HostObject<host_sdk::Handle, FreeHandle>;
 using ScopedZString = HostObject<host_sdk::ASZString, FreeZString>;
 
-// Where a value goes; the member that the value's type needs must be set.
+// The destination of a value. Set the member that matches the value's type.
 struct HostValue {
   int32_t* integer = nullptr;  // integer, boolean, enumerated
   double* real = nullptr;
@@ -51,19 +51,20 @@ struct HostValue {
   ScopedDescriptor* object = nullptr;
 };
 
-// Reads the value of a key by its type. An absent key is no error and writes nothing; "Parm" without the place it needs.
+// Reads the value of a key by its type. A missing key is not an error and writes nothing. Returns "Parm" if the
+// matching member of `out` is not set.
 host_sdk::SPErr PIUGetSingleItemFromDescriptor(host_sdk::PIActionDescriptor descriptor, host_sdk::FourCharCode key,
                                                const HostValue& out);
-// A property of the current object of a class; key 0 hands the whole object to out.object.
+// Reads a property of the current object of a class. Key 0 stores the whole object in out.object.
 host_sdk::SPErr PIUGetInfo(host_sdk::FourCharCode objectClass, host_sdk::FourCharCode key, const HostValue& out);
-// The same of the n-th object, from 1.
+// The same for the object with this index, which starts at 1.
 host_sdk::SPErr PIUGetInfoByIndex(uint32_t index, host_sdk::FourCharCode objectClass, host_sdk::FourCharCode key,
                                   const HostValue& out);
 host_sdk::SPErr PIUSelectByID(host_sdk::FourCharCode objectClass, int id);
 
-// Whether the descriptor holds the key; false for null or an empty one.
+// True if the descriptor has the key; false for a null or empty descriptor.
 bool DescriptorHasKey(host_sdk::PIActionDescriptor descriptor, host_sdk::FourCharCode key);
-// The code's bytes as they lie in memory, up to the first zero.
+// The code's bytes in memory order, up to the first zero.
 std::string FourChar(uint32_t code);
 // The code's four bytes, high byte first.
 std::string FourCharTypeToStdString(uint32_t code);

@@ -20,13 +20,13 @@ constexpr size_t kCancelButtonIndex = 2;
 constexpr int kEscapeKeyCode = 53;
 constexpr int kAlertAnswered = 1000;
 
-// Our override until the exchange, the platform's own method after it.
+// Before the exchange our override, afterwards the platform's own method.
 platform::OrderWindowMethod sOtherMethod = &orderOverrideWindow;
 platform::RunModalMethod sOtherRunModal = &runModalOverride;
 
 FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
 
-// Whether the window of a document in this state is to be dismissed; says in the trace why not.
+// Returns whether to dismiss the window of a document in this state. Traces the reason if not.
 bool ShouldDismiss(const std::string& title, OneTrackedDocument* document) {
   if (!PhotoshopFontUtils::isCurrentDocumentBeingOpened(document)) {
     OutputIndentedAndFormattedString(
@@ -65,7 +65,7 @@ OneTrackedDocument* FindCurrentDocument(const std::string& title) {
 }
 
 void SuppressIfSolved(Window& window) {
-  // The host's open event has not come yet: this is where the fonts get activated.
+  // The host has not announced the open yet, so the fonts get activated here.
   DetectAndHandleNewlyOpenedDocuments(false);
   const std::string title = window.Title();
   OneTrackedDocument* document = FindCurrentDocument(title);
@@ -115,7 +115,7 @@ bool isSuppressibleWindow(const Window& window) {
 bool clickPSMissingFontsWindowCancelButton(Window& window) {
   const auto& subviews = window.ContentSubviews();
   if (subviews.size() < kFewestSubviews || subviews[kCancelButtonIndex].className != "NSButton") return false;
-  // The button is only checked: it is the Escape key that dismisses the window.
+  // The layout check only looks at the button; the Escape key dismisses the window.
   platform::KeyEvent event;
   event.windowNumber = window.Number();
   event.characters = event.charactersIgnoringModifiers = "\x1B";
@@ -126,7 +126,7 @@ bool clickPSMissingFontsWindowCancelButton(Window& window) {
 }
 
 void orderOverrideWindow(Window& window, WindowOrdering place, int relativeTo) {
-  // The cheap tests come first: this runs for every window.
+  // Cheap tests first: this runs for every window.
   if (MarquineGlobals::ArePluginServicesEnabled() && MarquineGlobals::GetSuppressingHostAppDialogs() &&
       isSuppressibleWindow(window)) {
     const SuitesForOneCall suites;

@@ -1,5 +1,5 @@
-// The host's "Missing Fonts" window: seen at the moment it would appear, and dismissed where the fonts are now there. Main
-// thread only.
+// Intercepts the host's "Missing Fonts" window when it is about to appear, and dismisses it if the fonts are available
+// by now. Main thread only.
 #pragma once
 
 #include <string>
@@ -7,24 +7,24 @@
 
 #include "platform/Window.h"
 
-// Puts the override in place of the platform's order-window method; called once, never undone.
+// Replaces the platform's order-window method by the override. Called once, never undone.
 void SwizzleNSWindowOrderOverride();
 
-// Marks of the window, in seven languages.
+// Texts that identify the window, in seven languages.
 const std::vector<std::string>& suppressibleTitles();
 bool hasSuppressibleTitle(const platform::Window& window);
 bool isSuppressibleWindow(const platform::Window& window);
-// Sends Escape to a window of the layout that the host builds; true if it was sent.
+// Sends Escape to the window if it has the layout of the missing-fonts window. Returns true if it was sent.
 bool clickPSMissingFontsWindowCancelButton(platform::Window& window);
-// Runs for every window that the host orders, and always orders it as asked.
+// Runs for every window that the host orders. Always orders the window as asked.
 void orderOverrideWindow(platform::Window& window, platform::WindowOrdering place, int relativeTo);
 
-// Exchanges the platform's run-modal method of alerts for the override below. This host shows its missing fonts in a
-// window, so nothing calls it here.
+// Replaces the platform's run-modal method of alerts by the override below. This host shows missing fonts in a window,
+// so nothing calls this function here.
 void SwizzleNSAlertRunModal();
-// Returns 1000 without showing an alert about missing fonts, and 0 for an alert within an alert. Shows any other through
-// the platform's method and returns its answer. Only in force after the exchange.
+// Returns 1000 for an alert about missing fonts, without showing it, and 0 for an alert within an alert. Shows any
+// other alert with the platform's method and returns its answer. Effective only after SwizzleNSAlertRunModal.
 int runModalOverride(platform::Alert& alert);
 
-// The platform's methods back in place; with what is pending of ReplaceMissingFonts.h.
+// Restores the platform's methods and resets what is pending in ReplaceMissingFonts.h.
 void ResetMissingFontsWindowForTesting();

@@ -1,5 +1,5 @@
-// The repeating timer that keeps the plug-in alive between host calls: 100 times a second, also in modal loops, and not
-// while the machine sleeps. Main thread only.
+// The repeating timer that does the plug-in's work between host calls. It fires 100 times a second, also in modal
+// loops, but not while the machine sleeps. Main thread only.
 #pragma once
 
 #include "platform/RunLoop.h"
@@ -14,7 +14,7 @@ class NotificationTimer {
   NotificationTimer& operator=(const NotificationTimer&) = delete;
 
   void initWithCallback(Callback callback);
-  void installTimer();  // nothing if it is installed
+  void installTimer();  // does nothing if it is installed
   void uninstallTimer();
 
  private:

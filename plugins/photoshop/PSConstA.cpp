@@ -25,7 +25,7 @@ std::string KeyName(FourCharCode key) {
   if (key <= kLastRuntimeKey && sPSActionControl->TypeIDToStringID(key, runtimeName, sizeof runtimeName) == kNoErr) {
     return runtimeName;
   }
-  // A code can be a class or a type too.
+  // Other names of the same code belong to classes or types.
   for (const PSConstant& constant : PSConstA) {
     if (constant.code == key && std::string_view(constant.name).find("key") != std::string_view::npos) {
       return constant.name;

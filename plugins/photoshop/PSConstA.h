@@ -1,4 +1,4 @@
-// Names of the host's codes, for lines of the log. Main thread only.
+// Names of the host's codes, for log lines. Main thread only.
 #pragma once
 
 #include <span>
@@ -11,9 +11,9 @@ struct PSConstant {
   const char* name;
 };
 
-// This host's own constants, in the order of its terminology file. A code that is not among them has no name here.
+// This host's constants, in the order of its terminology file. Other codes have no name here.
 extern const std::span<const PSConstant> PSConstA;
 
-// The name of a key: that of its constant; for a key that got its code while the host runs, the host's own name of it; for
-// one that nobody knows its four characters between apostrophes.
+// The name of a key: its constant's; for a key that got its code at run time, the host's name; for an unknown key, its
+// four characters in apostrophes.
 std::string KeyName(host_sdk::FourCharCode key);

@@ -1,4 +1,4 @@
-// A scope that holds the objects that a walk has met and gives all of them back at its end. Main thread only.
+// Owns the objects that a walk meets and frees them all at the end of the scope. Main thread only.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ class PSFU_FreeZone {
   PSFU_FreeZone(const PSFU_FreeZone&) = delete;
   PSFU_FreeZone& operator=(const PSFU_FreeZone&) = delete;
 
-  // Each hands out what it now holds.
+  // Takes ownership and returns the raw pointer.
   host_sdk::PIActionDescriptor Add(ScopedDescriptor descriptor) {
     return mDescriptors.emplace_back(std::move(descriptor)).Get();
   }

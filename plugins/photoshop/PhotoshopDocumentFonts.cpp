@@ -1,4 +1,4 @@
-// Reading the font names of an open document from its file: the host offers no list of them.
+// Reads the font names of an open document from its file, because the host offers no list of them.
 #include "GString.h"
 #include "Readers/CommonFunctionality.h"
 #include "Services/DiagnosticLog.h"
@@ -11,8 +11,8 @@ namespace {
 constexpr std::string_view kNameBegin = "/Name (";
 constexpr size_t kByteOrderMarkSize = 2;
 
-// Takes an escaping backslash away in either place of a pair. A backslash in the second place shifts the pairs by one byte
-// for the rest of the name; names of old documents were read so, and it is no general unescape.
+// Removes an escaping backslash at either position of a byte pair. A backslash at the second position shifts the pairs
+// by one byte for the rest of the name. Do not make it a general unescape: the names in old documents depend on it.
 std::string Unescape(std::string_view text) {
   std::string name;
   for (size_t at = 0; at + 1 < text.size(); at += 2) {
@@ -26,7 +26,7 @@ std::string Unescape(std::string_view text) {
       name.push_back(c);
     }
   }
-  // Half a unit, which a shift leaves at the end, is no character.
+  // A shift can leave half a unit at the end; drop it.
   if (name.size() % 2 != 0) name.pop_back();
   return name;
 }

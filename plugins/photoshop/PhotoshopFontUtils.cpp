@@ -1,4 +1,4 @@
-// The queries about documents.
+// Queries about documents.
 #include "photoshop/PhotoshopFontUtils.h"
 
 #include "Documents/AllTrackedDocuments.h"
@@ -74,7 +74,7 @@ int PhotoshopFontUtils::IndexOfDocumentWithPath(const std::string& path) {
   if (wanted.empty()) GetCurrentDocumentPathUnstableInCS6(&wanted);
   int32_t count = 0;
   if (wanted.empty() || CountDocuments(count) != kNoErr) return -1;
-  // Downward, so that of a file that is open twice the last one wins.
+  // Backwards, so that the last one wins if a file is open twice.
   for (int index = count; index >= 1; --index) {
     std::string candidate;
     if (PathOfDocument(static_cast<uint32_t>(index), candidate) != kNoErr) return -1;
@@ -132,7 +132,7 @@ std::string PhotoshopFontUtils::GetUTF8EncodedPathFromFileAlias(Handle alias) {
   AliasToFullPath(alias, buffer, sizeof buffer);
   if (buffer[0] == '\0') return "";
   if (VelorantFileUtils::GetFileModificationDate(buffer) == 0) {
-    // Nothing further is tried, whatever the line says: a document that is not on disk yields no path.
+    // The log line promises a search, but there is none: a document that is not on disk has no path.
     OutputIndentedAndFormattedString(0, "AliasToFullPath() returned '%s', which does not exist. Looking elsewhere.",
                                      buffer);
     return "";
@@ -160,7 +160,7 @@ bool PhotoshopFontUtils::IsTrackedDocumentBeingOpened(OneTrackedDocument& docume
     return false;
   }
   if (document.GetTimeOpenEventWasHandled() != 0) {
-    // Whole seconds: exactly 4 still counts, and the line says five.
+    // Whole seconds: exactly 4 still counts, although the log line says five.
     if (platform::Clock::WholeSeconds() - document.GetTimeOpenEventWasHandled() > kSecondsOfOpening) return false;
     OutputIndentedAndFormattedString(0, "Document 0x%08x (%s) got an openEvent within the last five seconds.", handle,
                                      path.c_str());

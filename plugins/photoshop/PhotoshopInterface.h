@@ -1,4 +1,4 @@
-// HostAppInterface for this host: news goes to the panels, the can-export flag to the current document.
+// HostAppInterface for this host. Forwards news to the panels and stores the can-export flag in the current document.
 #pragma once
 
 #include "Bridge/HostAppInterface.h"

@@ -1,4 +1,4 @@
-// Closing the current document and opening a path, as the host's own events.
+// Closes the current document and opens a path by playing the host's events.
 #include <memory>
 
 #include "Services/DiagnosticLog.h"

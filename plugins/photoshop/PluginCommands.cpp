@@ -38,7 +38,7 @@ VPFDictionary MakeBox(const VPFInterfaceRef& ui) {
   return box;
 }
 
-// True if the box is to be shown again.
+// Returns true if the box should be shown again.
 bool RunCommand(int code) {
   switch (code) {
     case kVPFCommandAbout: ShowAbout(); return true;
@@ -50,7 +50,7 @@ bool RunCommand(int code) {
   }
 }
 
-// Tells the user what stands in the way; false if nothing does.
+// Tells the user why the command cannot run. Returns false if it can.
 bool IsBlocked(const VPFInterfaceRef& ui) {
   if (!Manager()->IsLoggedIn()) {
     ui->ShowNotLoggedInMessageBox(false);
@@ -78,7 +78,7 @@ SPErr HandleCommandBoxAction() {
     const VPFDictionary box = MakeBox(ui);
     int choice = Manager()->GetCurrentWorkgroupID();
     const int code = ui->ShowCommandBox(box.GetDictionary(), choice);
-    // Stored before the command runs, so that the command works in the chosen workgroup.
+    // Store the choice before the command runs, because the command works in the chosen workgroup.
     if (code != kVPFCommandCancelled) Manager()->SetDefaultWorkgroupID(choice);
     again = RunCommand(code);
   }
@@ -108,7 +108,7 @@ void DoMakeDocumentSet() {
   if (!Manager() || !Manager()->ConnectedToCoreAgent()) return;
   const int workgroupID = Manager()->GetCurrentWorkgroupID();
   if (Manager()->IsAllWorkgroupsSelected()) {
-    // A set needs one workgroup to live in.
+    // A set belongs to one workgroup.
     const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
     if (ui->IsValid()) ui->ShowMessageBox("CommandNotAvailableHeader", "CreateDocSetNotAvailableMessage", 0);
     return;
@@ -142,7 +142,7 @@ void DoCollectForOutput() {
   Array fonts;
   bool allFound = false;
   CreateGlyphsureDataForDocument(path, fonts, workgroupID, true, allFound);
-  // The rest of the fonts are still collected.
+  // Collect the other fonts anyway.
   if (!allFound) ui->ShowFontsMissingForExportMessageBox(!Manager()->IsOnline());
   if (error == kNoErr) {
     Manager()->CollectFontsUsedByCurrentDocument(PhotoshopFontUtils::FileNameOnly(path), identifier, fonts);

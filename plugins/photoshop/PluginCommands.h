@@ -1,9 +1,9 @@
-// The command box and the three commands behind its buttons that act on the current document. Main thread only.
+// The command box, and its three commands that work on the current document. Main thread only.
 #pragma once
 
 #include "host/include/HostSuites.h"
 
-// 0, or "fbar" if no font manager or no user-interface object exists.
+// Returns 0, or "fbar" if there is no font manager or no user interface.
 host_sdk::SPErr HandleCommandBoxAction();
 void DoCheckDocFonts();
 void DoMakeDocumentSet();

@@ -1,4 +1,4 @@
-// The order in which services start and stop, and what each call of the host leads to.
+// Starts and stops the services in their order, and dispatches the host's calls.
 #include "photoshop/PluginMain.h"
 
 #include <cstring>
@@ -25,7 +25,7 @@ namespace {
 constexpr int kGetSocketPortOperation = 4;
 constexpr const char* kSuppressPanelLaunch = "SuppressPanelLaunch";
 
-// What the host keeps for the plug-in between calls.
+// The plug-in's globals, which the host keeps between calls.
 struct Globals {
   uint64_t reserved;
   SPPluginRef plugin;
@@ -39,7 +39,7 @@ bool sentStartNotification = false;
 bool registeredPlugPlug = false;
 SDKPlugPlug sPPLib;
 
-// Never ended: it goes with the process, as the loop that it stands in does.
+// Leaked on purpose: lives as long as the process, like the run loop that holds it.
 NotificationTimer* notificationTimer = nullptr;
 
 const CommonFunctionality::StaticPluginInitializer sInitializer("com.velorant.AutoActivationPlugin.PS21");
@@ -49,8 +49,7 @@ struct Notifier {
   NotifierCallback callback;
 };
 
-// The host's suites are given back at the end of every host call, and a notifier is one. A suite that the host does not
-// give is the notifier's error.
+// Wraps a notifier: releases the host's suites at the end of the call, and turns a missing suite into the result.
 template <NotifierCallback Handler>
 SPErr Notified(FourCharCode event, PIActionDescriptor descriptor, int32_t options, void* userData) {
   const SuitesForOneCall suites;
@@ -68,7 +67,7 @@ constexpr Notifier kNotifiers[] = {
     {Code("save"), Notified<SaveEvent>},
 };
 
-// Asks the host to open the panel, once per user. True once it was sent or is not to be sent.
+// Asks the host to open the panel, once per user. Returns true if the event was sent or must not be sent.
 bool SendStartNotification(const VPFInterfaceRef& ui) {
   sPPLib.Load();
   if (ui->GetPreferenceForKey(kSuppressPanelLaunch)) return true;
@@ -91,8 +90,8 @@ void processNotifications(platform::RunLoopTimer&, void*) {
   panels->PopNotifications();
 }
 
-// A user's shorter delay never survives a restart; a longer one does. "RMF4" is the key of an earlier release and is raised
-// alike, though only "RMF5" is read.
+// A shorter delay is raised to the default at every start; a longer one stays. "RMF4" is the key of an earlier release.
+// It is raised as well, although only "RMF5" is read.
 void RaiseReplaceDelays() {
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (!ui) return;
@@ -112,7 +111,8 @@ SPErr AddNotifiers() {
   return kNoErr;
 }
 
-// Stops at the first error. A suite that the host does not give is such an error, and not a reason to skip what follows.
+// Stops at the first error. A missing suite is such an error; it is returned, so that the caller still ends the XMP
+// library.
 SPErr RemoveNotifiers() {
   if (!sPSActionControl.IfPresent()) return sPSActionControl.GetLastError();
   for (const Notifier& notifier : kNotifiers) {
@@ -124,7 +124,7 @@ SPErr RemoveNotifiers() {
 
 const SPBlocksSuite* AcquireBlocks() {
   const void* suite = nullptr;
-  sSPBasic->AcquireSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &suite);  // what is missing shows when it is used
+  sSPBasic->AcquireSuite(kSPBlocksSuite, kSPBlocksSuiteVersion, &suite);  // a missing suite is noticed on use
   return static_cast<const SPBlocksSuite*>(suite);
 }
 
@@ -145,7 +145,7 @@ const SPBlocksSuite* AcquireBlocksForStart() {
 void AllocateGlobals(const SPBlocksSuite* blocks, SPMessageData* message) {
   void* block = nullptr;
   const SPErr error = blocks ? blocks->AllocateBlock(sizeof(Globals), "globals", &block) : kSuiteNotFound;
-  // A long, which leaves StartupPlugin for the host.
+  // Thrown as a long, which passes through StartupPlugin to the host.
   PhotoshopFontUtils::ThrowSPErr(error);
   if (!block) return PhotoshopFontUtils::ThrowSPErr(kBadParameters);
   std::memset(block, 0, sizeof(Globals));
@@ -157,7 +157,7 @@ void AllocateGlobals(const SPBlocksSuite* blocks, SPMessageData* message) {
 void StartServices() {
   SwizzleNSWindowOrderOverride();
   MarquineGlobals::SetSuppressingHostAppDialogs(true);
-  // The panel's socket opens before anything else that can fail.
+  // Open the panel's socket before anything that can fail.
   PanelManager::GetSharedInstance()->OpenSocket();
   notificationTimer = new NotificationTimer;
   notificationTimer->initWithCallback(processNotifications);
@@ -170,14 +170,14 @@ SPErr StartupPlugin(SPMessageData* message) {
   if (sNumberOfTimesStartupPluginHasBeenCalled++ > 0) return kNoErr;
   const SPBlocksSuite* blocks = AcquireBlocksForStart();
   AllocateGlobals(blocks, message);
-  // After either the plug-in stays, inert, and its commands tell the user what is wrong.
+  // After either exception the plug-in stays loaded but idle; its commands tell the user what is wrong.
   const auto swallow = [] { OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n"); };
   try {
     StartServices();
   } catch (int) {
     swallow();
   } catch (unsigned int) {
-    swallow();  // a suite that the host does not give
+    swallow();  // a missing suite
   }
   ReleaseBlocks(blocks);
   return gNotifierOn ? kNoErr : AddNotifiers();
@@ -187,13 +187,13 @@ SPErr ShutDownServices(SPMessageData* message) {
   MarquineGlobals::SetSuppressingHostAppDialogs(false);
   FontManagerInterface::OnHostAppShuttingDown(false);
   MarquineGlobals::CleanUpOnShutdown();
-  // No block on entry is no error: the start may not have come so far.
+  // A missing block is not an error: the start may have failed before it.
   const SPBlocksSuite* blocks = AcquireBlocks();
   if (blocks && gGlobals) blocks->FreeBlock(gGlobals);
   gGlobals = nullptr;
   message->globals = nullptr;
   ReleaseBlocks(blocks);
-  if (!gNotifierOn) return kNoErr;  // the XMP library is then left up
+  if (!gNotifierOn) return kNoErr;  // leaves the XMP library initialized
   const SPErr error = RemoveNotifiers();
   TerminateGlyphsureXMP();
   return error;
@@ -207,7 +207,7 @@ SPErr ShutdownPlugin(SPMessageData* message) {
   } catch (unsigned int missingSuite) {
     return static_cast<SPErr>(missingSuite);
   } catch (...) {
-    return -1;  // the host learns that the shutdown failed; there is nobody else to tell
+    return -1;  // tells the host that the shutdown failed
   }
 }
 

@@ -1,20 +1,21 @@
-// The plug-in's front door: the one entry that the host calls, for everything. Main thread only.
+// The plug-in's entry: the one function that the host calls. Main thread only.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-// caller and selector: "SP Interface" with "Startup", "Shutdown" or "About"; "PS Photoshop" with "Do It". message is the
-// host's SPMessageData; null does nothing. Returns 0 or a host error; a suite that the host does not give is such an error.
+// `caller` and `selector` are "SP Interface" with "Startup", "Shutdown" or "About", or "PS Photoshop" with "Do It".
+// `message` is the host's SPMessageData; null does nothing. Returns 0 or a host error, which can also be that of a
+// missing suite.
 //
-// The host must expect exceptions all the same, from the entry as from the notifiers and timers that a start adds: a start
-// that can't have its globals from the host throws the host's error as a long, and what a library throws in the middle of
-// the work (std::bad_alloc, for example) passes through. Only "Shutdown" lets nothing out.
+// The host must be prepared for exceptions from the entry, and from the notifiers and timers that a start adds. A start
+// that cannot allocate its globals throws the host's error as a long. Exceptions of libraries (std::bad_alloc, for
+// example) pass through. Only "Shutdown" never throws.
 extern "C" __attribute__((visibility("default"))) int32_t AutoPluginMain(const char* caller, const char* selector,
                                                                          void* message);
 
-// Cleared when the plug-in is loaded. Hosts that load the plug-in by a file put its name here; this host does not.
+// Empty after loading. Hosts that load the plug-in from a file store its name here; this host does not.
 extern std::string gPluginFileName;
 
-// Every static back to its first state; a timer that runs is ended.
+// Resets all statics and stops a running timer.
 void ResetPluginMainForTesting();

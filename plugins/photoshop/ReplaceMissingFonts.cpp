@@ -33,7 +33,7 @@ void CloseAndReopen(int documentID) {
   } else if (platform::Window::Modal()) {
     OutputIndentedAndFormattedString(0, "Skipping close/reopen because a modal window is displayed.");
   } else if (platform::EncodeText(path, platform::TextEncoding::kMacRoman)) {
-    // A path that the host's file system strings cannot carry is left alone.
+    // Do not close a document whose path the host's file strings cannot hold.
     PhotoshopFontUtils::PlayeventClose();
     PhotoshopFontUtils::PlayeventOpen(path);
   }
@@ -47,7 +47,7 @@ void CloseAndReopen(int documentID) {
 void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documentID) {
   OutputIndentedAndFormattedString(1, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)",
                                    __func__, gOpenDocumentCallCounter, gShowingAlertCallCounter);
-  // Armed still, it fires again in a second.
+  // The timer stays armed and fires again in a second.
   if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
   std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });
   timer.Invalidate();
@@ -69,7 +69,7 @@ void DeferredReplaceMissingFonts(int documentID) {
   auto timer = platform::RunLoopTimer::After(
       delay / 1000.0, kRetrySeconds,
       [documentID](platform::RunLoopTimer& fired) { replaceMissingFontsTimerCallback(fired, documentID); });
-  // The default mode holds it back while the host is in a modal loop.
+  // The default mode keeps the timer from firing in a modal loop.
   platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
   sTimers.push_back(timer);
 }

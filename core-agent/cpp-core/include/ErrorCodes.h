@@ -1,7 +1,7 @@
-// The one number by which the core library and the agent interface report failure.
+// The error code of the core library and the agent interface.
 //
-// Bits 31 to 24 hold the error's number within its class, 23 to 12 the package (0 general, 1 core library, 2 agent SDK
-// and data, 4 agent services, 7 other), 11 to 0 the class within the package. 0 is success.
+// Bits 31 to 24 are the number of the error within its class, 23 to 12 the package (0 general, 1 core library, 2 agent
+// SDK and data, 4 agent services, 7 other), 11 to 0 the class within the package. 0 is success.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ inline constexpr TModuleErrorCode kStopped = 0x14000000;
 inline constexpr TModuleErrorCode kUnknownError = 0x15000000;
 }  // namespace CoreErrorCodes
 
-// The row's name; "Unknown error code" when there is no row. Any thread.
+// Returns the name of a code, or "Unknown error code" for an unknown one. Any thread.
 std::string GetNameForErrorCode(TModuleErrorCode code);
-// The row's code; CoreErrorCodes::kUnknownError when there is no row. Any thread.
+// Returns the code of a name, or CoreErrorCodes::kUnknownError for an unknown one. Any thread.
 TModuleErrorCode GetErrorCodeForName(const std::string& name);

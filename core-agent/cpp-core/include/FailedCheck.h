@@ -1,4 +1,4 @@
-// The one form in which the core library reports a failed check: logged once, and the code goes to the caller.
+// How the core library reports a failed check: it logs the check once and returns the code to the caller.
 #pragma once
 
 #include <string>
@@ -6,31 +6,31 @@
 #include "ErrorCodes.h"
 #include "GLogger.h"
 
-// Logs "Error='...'  File='...'  Line=...  Expression='...'  Code='...'  " for the identifier of a subject area, with the
-// code's name, the source's path as the compiler was given it (from core-agent/ on it is always the same) and the code as
-// a decimal number.
+// Logs "Error='...'  File='...'  Line=...  Expression='...'  Code='...'  " under the identifier of a subject area: the
+// code's name, the source path as the compiler got it (the part from core-agent/ on is always the same), and the code
+// as a decimal number.
 void ReportFailedCheck(const std::string& identifier, TModuleErrorCode code, const char* file, int line,
                        const char* expression, GLogger::LoggingLevel level = GLogger::kError);
 
-// Reports the expression's code and returns it from the calling function if it is not 0.
+// If the expression's code is not 0, reports it and returns it from the calling function.
 #define RETURN_IF_ERROR(identifier, expression) \
   RETURN_REPORTED_CODE(identifier, GLogger::kError, expression, #expression)
-// The same at another level.
+// The same at another log level.
 #define RETURN_IF_ERROR_AT(identifier, level, expression) \
   RETURN_REPORTED_CODE(identifier, level, expression, #expression)
 
-// Reports and returns the code if the condition, a test that must be false, is true.
+// Reports and returns the code if the condition is true.
 #define RETURN_IF(identifier, condition, code) RETURN_IF_AS(identifier, GLogger::kError, condition, code, #condition)
 #define RETURN_IF_AT(identifier, level, condition, code) RETURN_IF_AS(identifier, level, condition, code, #condition)
 
-// Returns a code that was reported where it arose.
+// Returns a nonzero code without reporting it, because it was reported where it occurred.
 #define PASS_ON_ERROR(expression)                                  \
   do {                                                             \
     const TModuleErrorCode passedCode = (expression);              \
     if (passedCode != CoreErrorCodes::kSuccess) return passedCode; \
   } while (false)
 
-// For the macros above, which take an expression's text before its own macros are expanded.
+// Used by the macros above, which take an expression's text before macros in it are expanded.
 #define RETURN_IF_AS(identifier, level, condition, code, text) \
   RETURN_REPORTED_CODE(identifier, level, (condition) ? (code) : CoreErrorCodes::kSuccess, text)
 #define RETURN_REPORTED_CODE(identifier, level, result, text)                      \

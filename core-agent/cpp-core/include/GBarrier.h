@@ -1,11 +1,11 @@
-// Lets a number of threads go on once all of them have come. Good for one use.
+// Blocks a number of threads until all of them have arrived. Works once.
 #pragma once
 
 #include "GSystemLock.h"
 
 class GBarrier {
  public:
-  explicit GBarrier(unsigned int threadCount);  // 0 is an assertion failure
+  explicit GBarrier(unsigned int threadCount);  // 0 fails an assertion
   virtual ~GBarrier();
   GBarrier(const GBarrier&) = delete;
   GBarrier& operator=(const GBarrier&) = delete;

@@ -1,4 +1,4 @@
-// The characters that XML requires to be escaped, with their entities. The ampersand comes first, so that escaping does
+// The characters that XML requires to be escaped, with their entities. The ampersand is first, so that escaping does
 // not escape its own output.
 #pragma once
 

@@ -1,4 +1,4 @@
-// A signal that one waiter takes (Signal), or that all waiters pass, later ones too, until Reset (Broadcast).
+// A condition. Signal wakes one waiter. Broadcast lets all waiters pass, including later ones, until Reset.
 #pragma once
 
 #include <ctime>
@@ -14,7 +14,7 @@ class GCondition {
   GCondition& operator=(const GCondition&) = delete;
 
   virtual TModuleErrorCode Wait();
-  // lock_codes::kWaitTimedOut when the time ran out, lock_codes::kSystemFailure on any other failure.
+  // Returns lock_codes::kWaitTimedOut when the time is up, lock_codes::kSystemFailure on any other failure.
   virtual TModuleErrorCode TimedWait(unsigned int milliseconds);
   virtual TModuleErrorCode Signal();
   virtual TModuleErrorCode Broadcast();

@@ -1,4 +1,4 @@
-// Key and value files: a line "key = value" each, "#" begins a comment, keys are lowered, no sections and no quoting.
+// Files with one "key = value" per line. "#" begins a comment; keys are lowered; there are no sections and no quoting.
 #pragma once
 
 #include <map>
@@ -11,10 +11,10 @@ class GConfigurationFile {
  public:
   using Values = std::map<std::string, std::string>;
 
-  // Replaces what was in `out`. An illegal line is reported to the log and skipped. Always 0.
+  // Replaces the contents of `out`. Logs and skips an illegal line. Always returns 0.
   static TModuleErrorCode ParseString(const std::string& text, Values& out);
-  // On failure `out` is untouched.
+  // On failure `out` is unchanged.
   static TModuleErrorCode ParseFile(const GFileSystemSpec& spec, Values& out);
-  // Writes in key order with "\r\n" behind each line. After a failed write the file keeps what had been written.
+  // Writes in the order of keys, with "\r\n" after each line. A failed write leaves a partial file.
   static TModuleErrorCode WriteFile(const GFileSystemSpec& spec, const Values& values);
 };

@@ -1,4 +1,4 @@
-// A moment, as far as the logger needs it.
+// A point in time, with what the logger needs.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ class GDateTime {
   static GDateTime Now();
   // Seconds since the epoch.
   explicit GDateTime(double seconds) : mSeconds(seconds) {}
-  // "2026-11-24T16:07:07Z", with milliseconds before the zone if asked for. Always UTC.
+  // Formats as "2026-11-24T16:07:07Z", optionally with milliseconds before the zone. Always UTC.
   std::string ToISO8601(bool withMilliseconds) const;
 
  private:

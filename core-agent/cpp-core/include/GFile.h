@@ -1,5 +1,5 @@
-// A buffered file of the system. Every operation returns a TModuleErrorCode, 0 for success; a failure is logged once
-// under "FileSystem", and what it would have given out stays untouched. One thread at a time. The destructor closes.
+// A buffered file. Every operation returns a TModuleErrorCode, 0 for success. A failure is logged once under
+// "FileSystem" and leaves out parameters unchanged. Use by one thread at a time. The destructor closes the file.
 #pragma once
 
 #include <cstdint>
@@ -22,25 +22,25 @@ class GFile {
   GFile(const GFile&) = delete;
   GFile& operator=(const GFile&) = delete;
 
-  // Mode bits of EMode; without eRead and eWrite nothing can be opened, and eBinary changes nothing here. Closes an
-  // open file first. GFileSystem::kFileNotFound for a file to be read that is not there, else kOpenFailed. A folder can be
-  // opened for reading, as the system has it; reading from it fails.
+  // `mode` is a combination of EMode bits. At least eRead or eWrite is required; eBinary has no effect here. Closes an
+  // open file first. Returns GFileSystem::kFileNotFound if a file to read does not exist, otherwise kOpenFailed on
+  // failure. A folder can be opened for reading, but reading from it fails.
   virtual TModuleErrorCode Open(const GFileSystemSpec& spec, int mode);
   virtual TModuleErrorCode Close();
   virtual bool IsOpen() const { return mFile != nullptr; }
   virtual GFileSystemSpec GetFileSpec() const { return mSpec; }
   virtual TModuleErrorCode GetFileSize(unsigned long long& size);
   virtual TModuleErrorCode SetFileSize(unsigned long long size);
-  // Offsets backwards are given as two's complement.
+  // Give a backward offset as two's complement.
   virtual TModuleErrorCode SetFilePosition(EPosition from, unsigned long long offset);
   virtual TModuleErrorCode GetFilePosition(unsigned long long& position);
-  // From the present position to the end. CoreErrorCodes::kOutOfMemory if there is more than memory takes.
+  // Reads from the current position to the end. CoreErrorCodes::kOutOfMemory if it does not fit in memory.
   virtual TModuleErrorCode Read(std::vector<char>& bytes);
   virtual TModuleErrorCode Read(std::vector<unsigned char>& bytes);
   virtual TModuleErrorCode Read(std::string& text);
-  // Exactly so many bytes; fewer in the file is a failure.
+  // Reads exactly `count` bytes; fails if there are fewer.
   virtual TModuleErrorCode Read(unsigned long long count, std::vector<char>& bytes);
-  virtual TModuleErrorCode Read(unsigned short& value);  // in the machine's byte order, as the other numbers
+  virtual TModuleErrorCode Read(unsigned short& value);  // in machine byte order, like the other numbers
   virtual TModuleErrorCode Read(unsigned int& value);
   virtual TModuleErrorCode Write(const std::vector<char>& bytes);
   virtual TModuleErrorCode Write(const char* bytes, unsigned long long count);
@@ -48,10 +48,10 @@ class GFile {
   virtual TModuleErrorCode Write(unsigned short value);
   virtual TModuleErrorCode Write(unsigned int value);
   virtual TModuleErrorCode Flush();
-  // Files here have no second fork: CoreErrorCodes::kNotSupported.
+  // Always CoreErrorCodes::kNotSupported: files here have no resource fork.
   virtual TModuleErrorCode OpenResourceFork(const GFileSystemSpec& spec, int mode);
 
-  // The mode for fopen, without the "b" that OSGetModeString adds; empty without the bits 1 and 2.
+  // Returns the mode for fopen without the "b" that OSGetModeString adds; empty without eRead and eWrite.
   static std::string GetModeString(int mode);
   static std::string OSGetModeString(int mode);
 
@@ -64,5 +64,5 @@ class GFile {
 
   std::FILE* mFile = nullptr;
   GFileSystemSpec mSpec;
-  EDirection mDirection = EDirection::kNone;  // of the last transfer
+  EDirection mDirection = EDirection::kNone;  // direction of the last transfer
 };

@@ -1,14 +1,13 @@
-// JSON for callers that work with codes: each step of building and reading a tree gives a TModuleErrorCode, and a
-// failure is reported under "Miscellaneous".
+// JSON for callers that use error codes: each step of building and reading a tree returns a TModuleErrorCode, and
+// failures are reported under "Miscellaneous".
 //
 //   Parse              kInvalidParam for malformed text; nothing is thrown
 //   Set, Add           kOutOfMemory; newValue is the added node
 //   GetValueForKey     kNotFound without the key, kError for a value of another kind, reported at debug level only; the
 //                      output is written on success
 //
-// What a node throws passes through: an addition to a value of the wrong kind, an element that is no integer in the
-// array readers, malformed UTF-8 in a text. Integers go through 64 bits and are cut to the wanted type without a
-// report.
+// Exceptions of a node pass through: adding to a value of the wrong kind, an array element that is not an integer, and
+// malformed UTF-8 in a text. Integers are read as 64 bits and truncated to the requested type without a report.
 #pragma once
 
 #include <concepts>
@@ -31,9 +30,9 @@ using restful_mapper::Json::Parser;
 template <class T>
 concept Integer = (std::integral<T> && !std::same_as<T, bool>) || std::is_enum_v<T>;
 
-// The parser holds the tree of `node`.
+// The parser owns the tree of `node`.
 TModuleErrorCode Parse(Parser& parser, const std::string& text, Node& node);
-// The value is untouched on failure.
+// The value is unchanged on failure.
 TModuleErrorCode Parse(const std::string& text, nlohmann::json& value);
 
 bool HasValueForKey(const Node& jsonValue, const std::string& key);
@@ -50,7 +49,7 @@ TModuleErrorCode GetValueForKey(const Node& jsonValue, const std::string& key, N
 TModuleErrorCode GetValueForKey(const Node& jsonValue, const std::string& key, std::string& value);
 TModuleErrorCode GetValueForKey(const Node& jsonValue, const std::string& key, double& value);
 TModuleErrorCode GetValueForKey(const Node& jsonValue, const std::string& key, bool& value);
-// All elements, in place of what was there.
+// Reads all elements and replaces the contents of the vector.
 TModuleErrorCode GetValueForKey(const Node& jsonValue, const std::string& key, std::vector<unsigned int>& value);
 TModuleErrorCode GetValueForKey(const Node& jsonValue, const std::string& key, std::set<unsigned int>& value);
 
@@ -71,7 +70,8 @@ TModuleErrorCode SetValueForKey(T value, const std::string& key, const Node& jso
   return SetValueForKey(static_cast<int64_t>(value), key, jsonValue, newValue);
 }
 
-// Reads the node as an integer and so throws for one of any other kind. A caller that hands over an array counts on it.
+// Reads the node as an integer and throws for any other kind. Do not change it: callers that pass an array depend on
+// the exception.
 template <std::same_as<Node> T>
 TModuleErrorCode SetValueForKey(const T& value, const std::string& key, const Node& jsonValue, Node& newValue) {
   return SetValueForKey(static_cast<int64_t>(value.to_int()), key, jsonValue, newValue);
@@ -90,7 +90,7 @@ TModuleErrorCode AddValueToArray(T value, const Node& jsonValue, Node& newValue)
   return AddValueToArray(static_cast<int64_t>(value), jsonValue, newValue);
 }
 
-// The words of JSON Patch (RFC 6902).
+// The keys and operations of JSON Patch (RFC 6902).
 const std::string& GetJSONPatchOpKey();
 const std::string& GetJSONPatchPathKey();
 const std::string& GetJSONPatchValueKey();

@@ -1,4 +1,4 @@
-// A string-keyed map of values, whose values may again hold trees. It owns its values.
+// A map from strings to values, which can themselves be trees. Owns its values.
 #pragma once
 
 #include <map>
@@ -18,20 +18,20 @@ class GKVTree {
   void Assign(const GKVTree& other) { mValues = other.mValues; }
   void Clear() { mValues.clear(); }
   bool IsEmpty() const { return mValues.empty(); }
-  std::vector<std::string> GetKeys() const;  // in order
-  // Null for a missing key.
+  std::vector<std::string> GetKeys() const;  // sorted
+  // Returns null for a missing key.
   const GValue* GetValuePtrForKey(const std::string& key) const;
   GValue* GetWritableValuePtrForKey(const std::string& key);
   void SetValueForKey(const GValue& value, const std::string& key);     // replaces or inserts
   GValue::EValueType GetValueTypeForKey(const std::string& key) const;  // kValueType_NULL for a missing key
   void ClearValueForKey(const std::string& key) { mValues.erase(key); }
 
-  // The XML form: an element "kvtree" with a child "kv" for each entry, in order of key, that has the attribute "key"
-  // and one child "value". On failure, with a code of GLibXMLSerializable, GValue or GLibXML, or kItemAlreadyExists for
-  // a repeated key, the tree is unchanged.
+  // Reads the XML form: an element "kvtree" with a child "kv" for each entry, sorted by key, which has the attribute
+  // "key" and one child "value". On failure the tree is unchanged and the code is one of GLibXMLSerializable, GValue or
+  // GLibXML, or kItemAlreadyExists for a repeated key.
   TModuleErrorCode SetFromXMLNode(const GLibXMLNode& node);
   TModuleErrorCode SetFromXMLBuffer(const char* buffer, size_t length);
-  // As GValue::WriteToXMLStream. A tree without entries writes nothing.
+  // Like GValue::WriteToXMLStream. An empty tree writes nothing.
   TModuleErrorCode WriteToXMLStream(std::ostream& stream, const std::string& prefix = "", bool pretty = false,
                                     unsigned indent = 0) const;
   TModuleErrorCode ConvertToJSON(nlohmann::json& json) const;  // an object; written on success

@@ -1,4 +1,4 @@
-// The core library's way into libxml2.
+// The core library's access to libxml2.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,8 @@ class GLibXML {
  public:
   static constexpr TModuleErrorCode kParseFailed = 0x0100100F;
 
-  // kParseFailed, reported under "LibXML", for text that is not well-formed, beyond 2 GB, nested deeper than 256
-  // elements, or with a document type: what could declare entities is refused before it is read. `doc` is written on
-  // success. Nothing is fetched, and nothing is printed.
+  // Returns kParseFailed, reported under "LibXML", for text that is not well-formed, is longer than 2 GB, is nested
+  // deeper than 256 elements, or has a document type (refused before it can declare entities). `doc` is set on success.
+  // Never loads anything else and never prints.
   static TModuleErrorCode ParseBuffer(const char* buffer, size_t length, GLibXMLDoc& doc);
 };

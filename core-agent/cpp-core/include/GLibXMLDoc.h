@@ -15,7 +15,7 @@ class GLibXMLDoc {
   explicit GLibXMLDoc(_xmlDoc* owned) : mDoc(owned) {}
 
   bool IsNull() const { return !mDoc; }
-  // kNullObject for an object without a document. The node is good as long as this document.
+  // Returns kNullObject if there is no document. The node is valid as long as this document.
   TModuleErrorCode GetRootElement(GLibXMLNode& root) const;
 
  private:

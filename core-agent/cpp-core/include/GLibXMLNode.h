@@ -1,5 +1,5 @@
-// One node of an XML document, not owned: it is good as long as its GLibXMLDoc. A node of a null pointer is a valid
-// object that is of no kind, and has no name, no attributes and no neighbours.
+// A non-owning node of an XML document, valid as long as its GLibXMLDoc. A node of a null pointer is allowed; it has no
+// kind, name, attributes or neighbours.
 #pragma once
 
 #include <string>
@@ -21,14 +21,14 @@ class GLibXMLNode {
   bool IsText() const;
   bool IsCDATASection() const;
   bool IsBlank() const;         // white space between elements, or a comment
-  std::string GetName() const;  // of an element, without its prefix
+  std::string GetName() const;  // an element's name without its prefix
   GLibXMLNode GetFirstChild() const;
   GLibXMLNode GetNext() const;
 
-  // False if there is no such attribute; `value` is then untouched. kNullObject and kWrongNodeType are reported for a
-  // node that can't have one.
+  // Returns false, with `value` unchanged, if there is no such attribute. Reports kNullObject or kWrongNodeType for a
+  // node that cannot have attributes.
   bool GetAttribute(const char* name, std::string& value) const;
-  // The text and the CDATA sections of an element; kUnexpectedNodes if it holds anything else but comments.
+  // Returns the text and CDATA sections of an element; kUnexpectedNodes if it contains anything else except comments.
   TModuleErrorCode GetText(std::string& text) const;
 
  private:

@@ -1,4 +1,4 @@
-// What the classes with an XML form share: the codes of their refusals, and the checks of structure.
+// Shared by the classes with an XML form: error codes and checks of structure.
 #pragma once
 
 #include <string>
@@ -21,13 +21,13 @@ class GLibXMLSerializable {
   static constexpr TModuleErrorCode kInvalidAttributeContent = 0x0A001008;
   static constexpr TModuleErrorCode kRequiredTextIsBlank = 0x0B001008;
 
-  // Refusals are reported under the identifier.
-  // The node must be an element of this name, whatever its prefix: kWrongNodeType, kWrongElementName.
+  // Errors are reported under the identifier.
+  // Checks that the node is an element with this name, whatever its prefix: kWrongNodeType, kWrongElementName.
   static TModuleErrorCode CheckElement(const std::string& identifier, const GLibXMLNode& node, const char* name);
-  // A child that stands where only elements may, blank nodes aside: kInvalidTextContent, kInvalidCDATASection,
+  // For a child where only elements and blank nodes are allowed: kInvalidTextContent, kInvalidCDATASection,
   // kInvalidChildNode.
   static TModuleErrorCode CheckChild(const std::string& identifier, const GLibXMLNode& child);
-  // kMissingRequiredAttribute if the attribute is missing or empty; `value` is written on success.
+  // Returns kMissingRequiredAttribute if the attribute is missing or empty. `value` is set on success.
   static TModuleErrorCode GetRequiredAttribute(const std::string& identifier, const GLibXMLNode& node, const char* name,
                                                std::string& value);
 };

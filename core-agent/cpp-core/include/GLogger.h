@@ -1,5 +1,5 @@
-// The core library's log: a level for each subject area, and any number of appenders that receive finished lines.
-// It is separate from the plug-in's diagnostic log. Any thread may log; one line is written at a time.
+// The core library's log: a level for each subject area, and any number of appenders that receive finished lines. It is
+// separate from the plug-in's diagnostic log. Thread-safe; one line is written at a time.
 #pragma once
 
 #include <cstdarg>
@@ -15,7 +15,7 @@ class GKVTree;
 class GLogAppender {
  public:
   virtual ~GLogAppender();
-  // Gets whole lines, ending in a newline, while the logger's lock is held. A log call made from here is dropped.
+  // Receives whole lines, ending in a newline, while the logger is locked. Log calls from here are dropped.
   virtual void Log(const std::string& line) = 0;
 };
 
@@ -35,13 +35,13 @@ class GLogger {
 
   static GLogger* GetSharedInstance();
 
-  // The formats are those of printf.
+  // The formats are printf formats.
   void LogError(const std::string& identifier, std::string format, ...);
   void LogWarning(const std::string& identifier, std::string format, ...);
   void LogInfo(const std::string& identifier, std::string format, ...);
   void LogDebug(const std::string& identifier, std::string format, ...);
   void Log(const std::string& identifier, const LoggingLevel& level, std::string format, ...);
-  void LogString(std::string format, ...);  // whatever the levels
+  void LogString(std::string format, ...);  // at every level
   void Logv(const std::string& identifier, LoggingLevel level, const std::string& format, va_list arguments);
   void LogvString(const std::string& format, va_list arguments);
 
@@ -49,15 +49,15 @@ class GLogger {
   void SetDefaultLoggingLevel(LoggingLevel level);
   LoggingLevel GetDefaultLoggingLevel();
   void SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level);
-  // kInvalid if neither the identifier nor the default has a level.
+  // Returns kInvalid if neither the identifier nor the default has a level.
   LoggingLevel GetLoggingLevelForIdentifier(const std::string& identifier);
   void SetLoggingLevelsFromKVTree(const GKVTree& levels);
   void ResetAllLoggingLevels();
 
-  // Takes the appender over; null removes the one registered. Identifiers of appenders keep their case. From inside an
-  // appender the change of appenders is refused, without effect: the lock is held.
+  // Takes ownership of the appender. Null removes the registered one. Identifiers of appenders are case-sensitive. Has
+  // no effect when called from an appender, because the logger is locked.
   void SetAppender(const std::string& identifier, GLogAppender* appender);
-  GLogAppender* GetAppender(const std::string& identifier);  // still the logger's; null if there is none
+  GLogAppender* GetAppender(const std::string& identifier);  // owned by the logger; may be null
   void RemoveAllAppenders();
   void OSRegisterDefaultAppender();
   static const std::string& GetDefaultAppenderIdentifier();
@@ -69,7 +69,7 @@ class GLogger {
   size_t BufferSizeForTesting() const { return mBuffer.size(); }
 
  protected:
-  void ClearLoggingLevels();  // not even the default keeps a level
+  void ClearLoggingLevels();  // also the default's
 
  private:
   const char* FormatIntoBuffer(const std::string& format, va_list arguments);
@@ -79,5 +79,5 @@ class GLogger {
   GMutex mLevelMutex;
   std::map<std::string, LoggingLevel> mLevels;  // by lower-case identifier
   const std::string mDefaultIdentifier = "default";
-  std::vector<char> mBuffer;  // the text of the last line; it grows and never shrinks
+  std::vector<char> mBuffer;  // text of the last line; never shrinks
 };

@@ -1,7 +1,7 @@
-// Locks that know their owner and report instead of blocking for ever or throwing.
+// Locks that know their owner and report errors instead of blocking forever or throwing.
 //
-// Codes: 0 the lock is held; kNotAvailable this thread can't have it (a plain mutex locked again by its owner, an
-// unlock by a thread that does not own it); kBusy another thread has it and the time is used up.
+// Codes: 0 locked; kNotAvailable this thread cannot lock it (a plain mutex locked again by its owner) or unlock it
+// (owned by another thread); kBusy another thread owns it and the time is up.
 #pragma once
 
 #include <pthread.h>
@@ -17,7 +17,8 @@ inline constexpr TModuleErrorCode kInvalid = 0x0200100B;
 inline constexpr TModuleErrorCode kSystemFailure = 0x01000000;
 inline constexpr TModuleErrorCode kFailedToAcquireLock = 0x0100101D;
 
-// The system's ETIMEDOUT, EAGAIN and EINVAL as kBusy, kNotAvailable and kInvalid, any other failure as kSystemFailure.
+// Maps ETIMEDOUT and EAGAIN and EINVAL of the system to kBusy, kNotAvailable and kInvalid, any other failure to
+// kSystemFailure.
 TModuleErrorCode FromSystemError(int error);
 }  // namespace lock_codes
 
@@ -26,7 +27,7 @@ class GLockable {
   virtual ~GLockable();
   virtual TModuleErrorCode Lock() = 0;
   virtual TModuleErrorCode TryLock() = 0;
-  // 0 tries once. The form here tries again in steps of at most 50 milliseconds while the lock is busy.
+  // 0 tries once. This version tries again every 50 milliseconds or less while the lock is busy.
   virtual TModuleErrorCode TryLockWithTimeout(unsigned int milliseconds);
   virtual TModuleErrorCode Unlock() = 0;
 };
@@ -52,11 +53,11 @@ class GMutex : public GLockable {
   TModuleErrorCode WaitUntilFree(unsigned int timeout);
   bool IsOwner() const { return mCount > 0 && pthread_equal(mOwner, pthread_self()); }
 
-  // Guards the count and the owner only; it is never held while the owner's critical section runs.
+  // Guards only the count and the owner; never held during the owner's critical section.
   GSystemLock mSystem;
   unsigned int mCount = 0;
   bool mRecursive;
-  pthread_t mOwner{};  // means something while the count is above 0
+  pthread_t mOwner{};  // valid while the count is above 0
 };
 
 class GRecursiveMutex : public GMutex {

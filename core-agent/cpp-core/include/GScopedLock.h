@@ -1,8 +1,8 @@
-// Holds a lock for the length of a scope: `const GScopedLock lock(mMutex);`. A strategy decides how the lock is taken;
-// without one the caller blocks until the lock is free.
+// Holds a lock until the end of the scope: `const GScopedLock lock(mMutex);`. A strategy decides how to lock; without
+// one the constructor blocks until the lock is free.
 //
-// Never throws. A failure is logged under "Lockable" (Debug for a lock, Error for an unlock) and leaves IsLocked as it
-// was, so a caller that goes on without asking IsLocked may run without the lock. One thread per object.
+// Never throws. A failure is logged under "Lockable" (Debug for a lock, Error for an unlock) and leaves IsLocked
+// unchanged, so a caller that does not check IsLocked may run without the lock. Use an object on one thread only.
 #pragma once
 
 #include <memory>
@@ -23,14 +23,14 @@ class GBlockingLockStrategy : public GLockStrategy {
 
 class GScopedLock {
  public:
-  // The lockable is not owned and must outlive the object. A null strategy stands for a GBlockingLockStrategy.
+  // The lockable is not owned and must outlive this object. A null strategy means GBlockingLockStrategy.
   explicit GScopedLock(GLockable& lockable, bool lockNow = true, std::unique_ptr<GLockStrategy> strategy = nullptr);
   ~GScopedLock();  // unlocks if this object holds the lock
   GScopedLock(const GScopedLock&) = delete;
   GScopedLock& operator=(const GScopedLock&) = delete;
 
-  bool Lock();    // true at once if this object already holds the lock
-  bool Unlock();  // fails without touching the lockable if this object does not hold the lock
+  bool Lock();    // true at once if this object is locked already
+  bool Unlock();  // fails if this object is not locked
   bool IsLocked() const { return mLocked; }
 
  private:

@@ -1,4 +1,4 @@
-// One instance of a class for the life of the process, made on first use by whichever thread comes first.
+// One instance of a class for the life of the process, created on first use. Thread-safe.
 #pragma once
 
 #include <atomic>

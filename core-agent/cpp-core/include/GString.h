@@ -1,4 +1,4 @@
-// A UTF-8 text with the platform's own string object beside it, and conversions between encodings.
+// A UTF-8 string with an optional string object of the platform, and conversions between encodings.
 #pragma once
 
 #include <string>
@@ -16,17 +16,19 @@ class GString {
   const std::string& GetUTF8String() const { return mUTF8; }
   const platform::String& GetOSString() const { return mOSString; }
   void SetUTF8String(const std::string& text, bool updateOSString);
-  // The object is shared; the flag says whether the old one is let go now, which sharing makes good in either case.
+  // Shares the object. The flag says whether to release the old one now; it has no effect, because objects are
+  // reference-counted.
   void SetOSString(const platform::String& object, bool releaseOld);
 
-  // A quick test of shape and no decoder: see the source for what passes.
+  // A quick check of the form, not a decoder; the source says what passes.
   static bool ValidateUTF8String(const std::string& text);
-  // UTF-8 to code points; a failure is logged and gives an empty result.
+  // Converts UTF-8 to code points. A failure is logged and gives an empty result.
   static void Convert(const std::string& text, std::u32string& out);
-  // UTF-8 to 32-bit units in the machine's byte order and back; refused text gives an empty result.
+  // Converts UTF-8 to 32-bit units in machine byte order and back. Invalid text gives an empty result.
   static std::wstring OSUtf8ToUnicode(const std::string& text);
   static std::string OSUnicodeToUtf8(const std::wstring& wide);
-  // Big-endian UTF-16 without a byte-order mark; an odd number of bytes or a lone surrogate gives an empty result.
+  // Converts big-endian UTF-16 without a byte-order mark. An odd number of bytes or a lone surrogate gives an empty
+  // result.
   static std::string OSUtf16BigEndianToUtf8(std::string_view bytes);
   static std::string OSUtf8ToUtf8(const std::string& bytes);
 

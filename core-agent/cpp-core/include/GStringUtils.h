@@ -1,5 +1,5 @@
-// Operations on text, which is UTF-8 unless told otherwise. No operation throws; a failure gives an empty result, 0 or
-// a code. All are safe on any thread.
+// Operations on text, which is UTF-8 unless noted. Nothing throws; a failure gives an empty result, 0 or a code.
+// Thread-safe.
 #pragma once
 
 #include <cstdarg>
@@ -13,7 +13,8 @@ class GStringUtils {
  public:
   enum EStringEncoding : int { kStringEncoding_SingleByte = 1, kStringEncoding_UTF8 = 2 };
 
-  // Comparison. Below 0, 0 or above 0; a null pointer counts as the empty string; another encoding gives 0.
+  // Comparison. Returns a number below, equal to or above 0. A null pointer counts as an empty string; any other
+  // encoding gives 0.
   static int OSCompareStringsNoCase(EStringEncoding encoding, const char* a, const char* b);
   static int OSCompareStringsNoCase(EStringEncoding encoding, const char* a, size_t lengthA, const char* b,
                                     size_t lengthB);
@@ -22,16 +23,16 @@ class GStringUtils {
   static int CompareStringsNoCase(EStringEncoding encoding, const char* a, const std::string& b);
   static int CompareStringsNoCase(EStringEncoding encoding, const char* a, const char* b);
   static bool ISUTF8StringLessThanNoCase(const std::string& a, const std::string& b);
-  // Where the part begins in the text, ASCII letters alike in both cases; std::string::npos if it does not occur.
+  // Returns the position of the part, ignoring the case of ASCII letters, or std::string::npos.
   static size_t StringFindNoCase(const std::string& text, const std::string& part);
   static bool BeginsWith(const std::string& text, const std::string& part);
   static bool EndsWith(const std::string& text, const std::string& part);
   static bool Contains(const std::string& text, const std::string& part);
-  // Whether the whole text matches the expression, of the form that ICU takes. A malformed expression, malformed UTF-8
-  // and an expression that would backtrack for seconds match nothing.
+  // True if the whole text matches the ICU regular expression. A malformed expression, malformed UTF-8, or an
+  // expression that backtracks for seconds matches nothing.
   static bool IsRegExMatch(const std::string& text, const std::string& expression);
 
-  // Case and space, byte by byte in the C locale.
+  // Case and white space, byte by byte in the C locale.
   static std::string OSToLowerCase(const std::string& text);
   static std::string OSToUpperCase(const std::string& text);
   static std::string StripWhitespace(const std::string& text);
@@ -49,7 +50,7 @@ class GStringUtils {
                                std::vector<std::string>& tokens);
   static std::string Join(const std::vector<std::string>& pieces, const std::string& separator);
 
-  // Numbers, each by stream extraction from the stripped text; 0 where nothing can be extracted.
+  // Numbers, by stream extraction from the stripped text; 0 if nothing can be extracted.
   static bool IsNumber(const std::string& text);
   static bool UTF8StringToBool(const std::string& text);
   static int16_t UTF8StringToSInt16(const std::string& text);
@@ -63,13 +64,13 @@ class GStringUtils {
   static std::string AsciiStringFromNumber(int64_t number);
   static std::string AsciiStringFromUnsignedNumber(uint64_t number);
   static bool IsValidHexChar(char c);
-  static std::string HexadecimalString(const std::string& bytes);  // two lower-case digits a byte
+  static std::string HexadecimalString(const std::string& bytes);  // two lower-case digits per byte
 
   // Editing.
   static std::string StringReplace(const std::string& text, const std::string& from, const std::string& to,
                                    size_t maxCount = SIZE_MAX);
-  // Takes whole characters off the end until the text has at most so many bytes. Malformed text is left as it is, with
-  // CoreErrorCodes::kNullPointer.
+  // Removes whole characters at the end until the text has at most maxBytes bytes. Malformed text is unchanged and
+  // gives CoreErrorCodes::kNullPointer.
   static TModuleErrorCode OSTruncateUTF8String(std::string& text, size_t maxBytes);
   static std::vector<char> StringToByteVector(const std::string& text);
   static std::vector<unsigned char> StringToUByteVector(const std::string& text);
@@ -77,7 +78,7 @@ class GStringUtils {
   // Escaping.
   static std::string EscapeRequiredXMLEntities(const std::string& text);
   static std::string UnescapeRequiredXMLEntities(const std::string& text);
-  // A whole URL keeps its reserved characters, a component does not. Unreserved ones stay in both.
+  // Reserved characters are escaped in a component but not in a whole URL. Unreserved characters are never escaped.
   static std::string EscapeURL(const std::string& text, bool isWholeURL);
   static std::string EscapeURLComponent(const std::string& text);
   static std::string EscapeJSON(const std::string& text);

@@ -1,10 +1,10 @@
-// Questions about the machine, as far as the rest needs them.
+// Functions of the operating system.
 #pragma once
 
 class GSystem {
  public:
-  // Counted; the first call has SIGPIPE ignored, so that a send to a closed connection fails instead of ending the
-  // host.
+  // Counts its calls. The first one ignores SIGPIPE, so that sending on a closed connection fails instead of
+  // terminating the host.
   static void InitializeSockets();
   static bool IsWindows() { return false; }
 };

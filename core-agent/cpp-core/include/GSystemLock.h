@@ -1,6 +1,5 @@
-// The system mutex and the system condition on which the library's locks, conditions and barriers are built.
-// Every operation gives the system's error number, 0 for success. A failure to make or to destroy them stops the
-// process.
+// The system mutex and condition on which locks, conditions and barriers are built. Every operation returns the
+// system's error number, 0 for success. A failure to create or destroy them aborts the process.
 #pragma once
 
 #include <pthread.h>
@@ -14,11 +13,11 @@ class GSystemLock {
 
   int Lock() { return pthread_mutex_lock(&mMutex); }
   int Unlock() { return pthread_mutex_unlock(&mMutex); }
-  // For whoever holds the mutex; they may come back without a signal.
+  // Call with the mutex locked. Can return without a signal.
   int Wait() { return pthread_cond_wait(&mCondition, &mMutex); }
   int WaitUntil(const timespec& time) {
     return pthread_cond_timedwait(&mCondition, &mMutex, &time);
-  }  // of GUtils' clock
+  }  // on the clock of GUtils
   int Signal() { return pthread_cond_signal(&mCondition); }
   int Broadcast() { return pthread_cond_broadcast(&mCondition); }
 

@@ -1,8 +1,8 @@
-// A thread with a name, a state, a result, and a place in the registry of all threads.
+// A thread with a name, a state, a result, and an entry in the registry of all threads.
 //
-// A thread may be started again once it has finished. One that was asked to stop before its entry function began never
-// runs it and stays at kStopRequested, for good. Nothing forces an entry function to end: it reads GetThreadState and
-// leaves when it sees kStopRequested. A thread's own lock is never held while the registry's is asked for.
+// A finished thread may be started again. A thread that was asked to stop before its entry function began never runs it
+// and stays at kStopRequested forever. Nothing forces an entry function to end: it checks GetThreadState and returns on
+// kStopRequested. A thread's own lock is never held while taking the registry's.
 #pragma once
 
 #include <pthread.h>
@@ -23,16 +23,18 @@ class GThread {
   using EntryFunction = void* (*)(void* argument);
 
   GThread(EntryFunction entry, void* argument);
-  // Asks the thread to stop, waits for it, and leaves the registry.
+  // Asks the thread to stop, waits for it, and removes it from the registry.
   virtual ~GThread();
   GThread(const GThread&) = delete;
   GThread& operator=(const GThread&) = delete;
 
-  // Nothing unless it has not started yet or has finished. The thread has its name and its OS data when this returns.
+  // Does nothing unless the thread has not started yet or has finished. The thread has its name and its OS data when
+  // this returns.
   void StartThread();
-  // With wait, returns once the thread has finished; not for the thread itself, which would wait for ever.
+  // With `wait`, blocks until the thread has finished; must not be called by the thread itself then.
   void StopThread(bool wait);
-  // Starts, waits, and gives the entry function's result. Where it did not run: null, or what an earlier run gave.
+  // Starts the thread, waits, and returns the entry function's result. If it did not run, returns null or the result of
+  // an earlier run.
   void* RunSynchronously();
 
   EThreadState GetThreadState() const;
@@ -40,13 +42,13 @@ class GThread {
   void SetName(const std::string& name);
   void* GetResult() const;
 
-  // The object of the calling thread, or null if it is none of these.
+  // Returns the object of the calling thread, or null if it has none.
   static GThread* GetCurrentThreadObject();
 
  private:
   using OSData = std::optional<pthread_t>;
 
-  GThread();  // the object of the thread that first uses the registry
+  GThread();  // for the thread that first uses the registry
   static void OSThreadingSetup();
   static void OSThreadSetup();
   static void OSThreadCleanup();

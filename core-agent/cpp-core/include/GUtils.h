@@ -1,11 +1,11 @@
-// Small helpers of the core library.
+// Helpers of the core library.
 #pragma once
 
 #include <ctime>
 
 class GUtils {
  public:
-  // The moment so many milliseconds from now, on the clock that the library's timed waits run by: the monotonic one, so
-  // that a change of the time of day neither shortens nor prolongs a wait.
+  // Returns the time that is so many milliseconds from now, on the monotonic clock, which the timed waits use: setting
+  // the time of day changes no wait.
   static timespec FutureMillisecondsToAbsTime(unsigned int milliseconds);
 };

@@ -1,5 +1,5 @@
-// The core library's variant: one typed value, or an array of values of one type. Copies share their elements; Assign
-// replaces them.
+// The core library's variant: one typed value, or an array of values of one type. Copies share their elements until
+// Assign replaces them.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -57,7 +57,7 @@ class GValue {
   static constexpr const char* kStrElementName_str = "str";
   static constexpr const char* kStrElementName_integer = "integer";
 
-  // One element; which field is in use follows from which pointer is set.
+  // One element. The pointer that is set says which field is used.
   struct GValueImpl {
     int64_t integral = 0;  // integers, booleans and the bits of a double
     boost::shared_ptr<std::string> text;
@@ -87,7 +87,7 @@ class GValue {
   template <class T>
   void Assign(const std::set<T>& values);
 
-  // The wrong type gives kValueTypeError, an index past the end kArrayIndexError; `out` is written on success only.
+  // A wrong type gives kValueTypeError, an index past the end kArrayIndexError. `out` is set on success only.
   TModuleErrorCode GetValue(bool& out, size_t index = 0) const;
   TModuleErrorCode GetValue(char& out, size_t index = 0) const;
   TModuleErrorCode GetValue(unsigned char& out, size_t index = 0) const;
@@ -104,21 +104,21 @@ class GValue {
   template <class T>
   TModuleErrorCode GetValue(std::set<T>& out) const;
 
-  // The element as text: "true" or "false", decimal numbers, the string itself. kValueConversionError for a tree or
-  // null.
+  // Returns the element as text: "true" or "false", a decimal number, or the string itself. kValueConversionError for a
+  // tree or null.
   TModuleErrorCode GetValueAsUTF8String(std::string& out, size_t index = 0) const;
 
-  // The XML form: an element "value" with the attributes type, isArray and size, and a child "str", "integer" or
-  // "kvtree" for each element. Other holders of a shared vector keep what they have. On failure, with a code of
-  // GLibXMLSerializable or kValueSizeMismatch, the value is unchanged. A null value is written and can't be read back:
+  // Reads the XML form: an element "value" with the attributes type, isArray and size, and a child "str", "integer" or
+  // "kvtree" for each element. Other holders of a shared vector keep their values. On failure the value is unchanged
+  // and the code is one of GLibXMLSerializable or kValueSizeMismatch. A null value is written but cannot be read back:
   // its type name is refused like an unknown one.
   TModuleErrorCode SetFromXMLNode(const GLibXMLNode& node);
-  // Element names carry the prefix, if it is not empty, before a colon. Nothing is written on failure:
-  // kInvalidTextContent for a text that XML can't hold, kNotSupported for trees in trees beyond what a reader takes.
+  // Writes element names with the prefix and a colon, unless the prefix is empty. Writes nothing on failure:
+  // kInvalidTextContent for text that XML cannot contain, kNotSupported for trees nested deeper than a reader accepts.
   TModuleErrorCode WriteToXMLStream(std::ostream& stream, const std::string& prefix = "", bool pretty = false,
                                     unsigned indent = 0) const;
-  // A value of its own kind, or an array of such. kEmptyValueBytes for a single value without an element,
-  // kValueConversionError for malformed UTF-8; `json` is written on success.
+  // Converts to a JSON value of the same kind, or an array of them. kEmptyValueBytes for a single value without an
+  // element, kValueConversionError for malformed UTF-8. `json` is set on success.
   TModuleErrorCode ConvertToJSON(nlohmann::json& json) const;
 
   EValueType GetValueType() const { return m_eValueType; }
@@ -141,13 +141,13 @@ class GValue {
   TModuleErrorCode Check(EValueType type, size_t index) const;
 
   EValueType m_eValueType = kValueType_NULL;
-  bool m_isArray = false;  // made as an array, whatever its length
+  bool m_isArray = false;  // created as an array, whatever its length
   boost::shared_ptr<std::vector<GValueImpl>> m_dataPtr;
 };
 
 template <class T>
 TModuleErrorCode GValue::GetValue(std::vector<T>& out) const {
-  // That of an array without elements too.
+  // Checks the type of an empty array, too.
   if (const TModuleErrorCode code = CheckType(GValue(T{}).m_eValueType)) return code;
   std::vector<T> values;
   for (size_t i = 0; i < m_dataPtr->size(); ++i) {
@@ -173,7 +173,7 @@ void GValue::Assign(const std::vector<T>& values) {
   GValue one;
   one.Assign(T{});
   const EValueType type = one.m_eValueType;
-  for (auto&& value : values) {  // bits of a vector of booleans too
+  for (auto&& value : values) {  // also the proxies of a vector of booleans
     one.Assign(static_cast<const T&>(value));
     elements.push_back(one.m_dataPtr->front());
   }

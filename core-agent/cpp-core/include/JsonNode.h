@@ -1,7 +1,7 @@
-// A named value of a JSON tree: typed reads that throw on misuse, search, and adding.
+// A named value of a JSON tree: typed reads that throw on misuse, search, and additions.
 //
-// A node is a live view: the value belongs to the tree of the Parser that made it, and whatever is added through one
-// node shows through all. A node must not outlive its Parser. Nodes of one tree are used by one thread at a time.
+// A node is a live view: the value belongs to the tree of its Parser, and additions through one node are visible
+// through all. A node must not outlive its Parser. Use the nodes of a tree on one thread at a time.
 //
 // A node's name serves error messages: "root", the key, or a path such as name[3] or name["key"]. A read of the wrong
 // kind and an addition to a value of the wrong kind throw std::runtime_error with
@@ -19,8 +19,8 @@ namespace restful_mapper::Json {
 
 class Node {
  public:
-  Node() = default;  // no value: every test is false
-  // Throws std::runtime_error for a null value. The value is not owned.
+  Node() = default;  // no value: every test returns false
+  // Throws std::runtime_error for a null value. Does not own the value.
   Node(const std::string& name, yajl_val value);
 
   const std::string& name() const { return name_; }
@@ -28,20 +28,20 @@ class Node {
 
   bool is_null() const;
   bool is_string() const;
-  bool is_int() const;     // a number that fits into 64 bits; such a number passes is_double too
+  bool is_int() const;     // a number that fits into 64 bits; is_double is true, too
   bool is_double() const;  // a number that fits into a double
   bool is_bool() const;
   bool is_array() const;
   bool is_map() const;
 
-  // In the local character set; throws if the text is not well-formed UTF-8.
+  // Converts to the local character set; throws if the text is not well-formed UTF-8.
   std::string to_string() const;
   int to_int() const;  // the low 32 bits
   int64_t to_int64() const;
   double to_double() const;
   bool to_bool() const;
   std::vector<Node> to_array() const;
-  std::map<std::string, Node> to_map() const;  // of a repeated key the first, as find gives it
+  std::map<std::string, Node> to_map() const;  // the first of a repeated key, like find
   std::vector<std::string> to_string_array() const;
   std::vector<int> to_int_array() const;
   std::vector<double> to_double_array() const;
@@ -51,12 +51,13 @@ class Node {
   std::map<std::string, double> to_double_map() const;
   std::map<std::string, bool> to_bool_map() const;
 
-  // One step into an object. Without such a key, or in another kind of value, false with `out` untouched.
+  // Search one level of an object. Return false, with `out` unchanged, if there is no such key or the value is not an
+  // object.
   bool exists(const std::string& key) const;
   bool find(const std::string& key, Node& out) const;
 
-  // Add to the end of an object. The bytes of a text are taken as they are, without the conversion that to_string does.
-  // A key is not looked for, so a second add of one writes it twice. False, with nothing changed, if memory runs out.
+  // Append to an object. The bytes of a text are stored unchanged, without the conversion of to_string. An existing key
+  // is not replaced: adding it again writes it twice. Return false, with nothing changed, if there is no memory.
   bool add_string(const std::string& key, const std::string& value, Node& out) const;
   bool add_int(const std::string& key, int value, Node& out) const;
   bool add_int64(const std::string& key, int64_t value, Node& out) const;
@@ -64,7 +65,7 @@ class Node {
   bool add_bool(const std::string& key, bool value, Node& out) const;
   bool add_array(const std::string& key, Node& out) const;
   bool add_map(const std::string& key, Node& out) const;
-  // Add to the end of an array; the new node's name is empty.
+  // Append to an array. The new node has an empty name.
   bool add_string(const std::string& value, Node& out) const;
   bool add_int(int value, Node& out) const;
   bool add_int64(int64_t value, Node& out) const;
@@ -73,7 +74,7 @@ class Node {
   bool add_array(Node& out) const;
   bool add_map(Node& out) const;
 
-  // The value's text, compact; throws what the Emitter throws.
+  // Returns compact JSON text; throws like Emitter.
   std::string dump() const;
   std::vector<std::string> dump_array() const;
   std::map<std::string, std::string> dump_map() const;

@@ -1,7 +1,7 @@
-// Owns one JSON tree, made from a text. A new Parser holds an empty object, which is how a message begins.
+// Owns one JSON tree that was parsed from text. A new Parser has an empty object, to build a message.
 //
 // root, exists, empty and find throw std::runtime_error with "No JSON loaded in parser" after a failed load. A path is
-// one key, or keys from the outermost on. The nodes given out must not outlive the Parser.
+// one key, or several from the outermost on. Nodes must not outlive the Parser.
 #pragma once
 
 #include <yajl/yajl_tree.h>
@@ -16,14 +16,14 @@ namespace restful_mapper::Json {
 
 class Parser {
  public:
-  Parser();  // of "{}"
+  Parser();  // loads "{}"
   explicit Parser(const std::string& text);
   Parser(const Parser&) = delete;
   Parser& operator=(const Parser&) = delete;
 
-  // Lets the old tree go, then parses the text as far as its first NUL. Throws std::runtime_error with
-  // "JSON parse error:\n" and the reason for malformed JSON, malformed UTF-8, and values nested deeper than kDeepest.
-  // The library's test of UTF-8 is of shape only: a text with a surrogate is taken, and throws when it is read.
+  // Frees the old tree, then parses the text up to its first NUL. Throws std::runtime_error with "JSON parse error:\n"
+  // and the reason for malformed JSON, malformed UTF-8, and values nested deeper than kDeepest. The UTF-8 check is
+  // incomplete: an encoded surrogate passes here and throws when it is read.
   void load(const std::string& text);
   bool is_loaded() const { return root_ != nullptr; }
 

@@ -1,4 +1,4 @@
-// The exception by which the REST layer reports a code.
+// The exception with which the REST layer reports a code.
 #pragma once
 
 #include <stdexcept>

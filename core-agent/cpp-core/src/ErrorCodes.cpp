@@ -15,8 +15,8 @@ constexpr Row kRows[] = {
 #include "ErrorCodeTable.inc"
 };
 
-// The table in one direction: built on first use, under a mutex of its own around which the pointer is tested twice;
-// from then on read without a lock, and never freed.
+// The table in one direction, created on first use by double-checked locking. Read without a lock afterwards; never
+// freed.
 template <class Map, auto Key, auto Value>
 const Map& GetRowsAs() {
   static std::mutex sMutex;

@@ -8,7 +8,7 @@
 GCondition::GCondition() = default;
 GCondition::~GCondition() = default;
 
-// Takes the signal once it is there; null waits for ever.
+// Waits for the signal and consumes it; null waits forever.
 int GCondition::WaitForSignal(const timespec* end) {
   if (const int error = mSystem.Lock()) return error;
   int error = 0;

@@ -38,7 +38,7 @@ TModuleErrorCode GConfigurationFile::ParseString(const std::string& text, Values
 TModuleErrorCode GConfigurationFile::ParseFile(const GFileSystemSpec& confFileSpec, Values& out) {
   GFile confFile;
   std::string configString;
-  // The log shows an expression as it stands here, and people search logs for it.
+  // Keep the spelling of the expressions: the log shows them, and people search for them.
   // clang-format off
   RETURN_IF_ERROR(kLogIdentifier, confFile.Open(confFileSpec, GFile::eRead|GFile::eBinary));
   // clang-format on
@@ -57,7 +57,7 @@ TModuleErrorCode GConfigurationFile::WriteFile(const GFileSystemSpec& confFileSp
     ss << key << "=" << value << "\r\n";
     RETURN_IF_ERROR(kLogIdentifier, confFile.Write(ss.str()));
   }
-  // What is smaller than the buffer meets a full disk only here.
+  // A file smaller than the buffer meets a full disk only here.
   RETURN_IF_ERROR(kLogIdentifier, confFile.Close());
   return CoreErrorCodes::kSuccess;
 }

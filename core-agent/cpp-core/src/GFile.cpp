@@ -22,7 +22,7 @@ bool TakeMemory(std::vector<char>& bytes, unsigned long long count) {
   return false;
 }
 
-// A folder has a size, often a huge one, and no byte.
+// A folder has a size, but no bytes to read.
 bool HasNoByte(std::FILE* file) { return std::ungetc(std::getc(file), file) == EOF; }
 
 }  // namespace
@@ -42,8 +42,8 @@ std::string GFile::GetModeString(int mode) {
 std::string GFile::OSGetModeString(int mode) { return GetModeString(mode) + "b"; }
 
 TModuleErrorCode GFile::Open(const GFileSystemSpec& spec, int mode) {
-  if (mFile) Close();  // logs a failure itself; the stream is gone either way
-  // fopen would stop at a NUL and open a different file.
+  if (mFile) Close();  // logs a failure itself; the stream is closed in any case
+  // fopen would stop at the NUL and open another file.
   RETURN_IF("FileSystem", spec.GetFullPath().find('\0') != std::string::npos, kOpenFailed);
   errno = 0;
   std::FILE* file = std::fopen(spec.GetFullPath().c_str(), OSGetModeString(mode).c_str());
@@ -58,7 +58,7 @@ TModuleErrorCode GFile::Open(const GFileSystemSpec& spec, int mode) {
 TModuleErrorCode GFile::Close() {
   RETURN_IF("FileSystem", mFile == nullptr, kFileNotOpen);
   std::FILE* file = mFile;
-  mFile = nullptr;  // fclose ends the stream whatever it returns
+  mFile = nullptr;  // fclose ends the stream even if it fails
   RETURN_IF("FileSystem", std::fclose(file) != 0, kSystemFailure);
   mSpec = GFileSystemSpec();
   return CoreErrorCodes::kSuccess;
@@ -104,7 +104,7 @@ TModuleErrorCode GFile::RemainingSize(unsigned long long& remaining) {
   return CoreErrorCodes::kSuccess;
 }
 
-// The C library wants a change of position between a write and a read.
+// The C library requires a change of position between a write and a read.
 TModuleErrorCode GFile::TurnTo(EDirection direction) {
   RETURN_IF("FileSystem", mFile == nullptr, kFileNotOpen);
   if (mDirection != direction)

@@ -50,7 +50,7 @@ std::string WithoutSeparatorsAround(const std::string& component) {
   return start == std::string::npos ? "" : head.substr(start);
 }
 
-// Where the extension's dot stands in the last component; npos without one. A leading dot begins a name.
+// The position of the extension's dot in the last component, or npos. A leading dot is part of the name.
 size_t ExtensionDot(const std::string& path) {
   const size_t name = path.rfind('/') + 1;
   const size_t dot = path.rfind('.');

@@ -6,7 +6,7 @@ namespace {
 
 constexpr const char* kLogIdentifier = "Miscellaneous";
 
-// The checks carry the names of the parameters in their texts.
+// The texts of the checks contain the names of the parameters.
 #define RETURN_IF_NOT_ADDED(condition) RETURN_IF(kLogIdentifier, condition, CoreErrorCodes::kOutOfMemory)
 #define RETURN_IF_NOT_FOUND(expression) RETURN_IF_ERROR_AT(kLogIdentifier, GLogger::kDebug, expression)
 #define RETURN_IF_WRONG_KIND(condition) RETURN_IF_AT(kLogIdentifier, GLogger::kDebug, condition, CoreErrorCodes::kError)
@@ -20,7 +20,7 @@ TModuleErrorCode Parse(Parser& parser, const std::string& text, Node& node) {
     logger->LogDebug(kLogIdentifier, "Attempting to parse JSON: %s", text.c_str());
     parser.load(text);
     node = parser.root();
-  } catch (...) {  // whatever it is, the text is at fault, and callers know codes only
+  } catch (...) {  // the text is malformed, and callers expect a code
     logger->LogDebug(kLogIdentifier, "Failed to parse JSON: %s", text.c_str());
     err = CoreErrorCodes::kInvalidParam;
   }

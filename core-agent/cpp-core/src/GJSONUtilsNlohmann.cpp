@@ -1,4 +1,4 @@
-// The parse into a value of the other JSON library, whose header is too large for the rest of GJSONUtils.
+// Parses into a value of the other JSON library; separate, because its header is large.
 #include <nlohmann/json.hpp>
 
 #include "GJSONUtils.h"

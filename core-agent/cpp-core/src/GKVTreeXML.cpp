@@ -10,7 +10,7 @@ namespace {
 constexpr const char* kLogIdentifier = "KVTree";
 using Codes = GLibXMLSerializable;
 
-// A tree within a tree takes three elements of depth, of which the parser takes 256.
+// A nested tree takes three levels of elements, and the parser allows 256.
 constexpr unsigned kDeepestTree = 80;
 
 }  // namespace
@@ -56,7 +56,7 @@ TModuleErrorCode GKVTree::ProcessKVXMLNode(const GLibXMLNode& node) {
 TModuleErrorCode GKVTree::CheckForXML(unsigned depth) const {
   RETURN_IF(kLogIdentifier, depth > kDeepestTree, CoreErrorCodes::kNotSupported);
   for (const auto& [key, value] : mValues) {
-    // A reader refuses an empty key.
+    // Readers refuse an empty key.
     RETURN_IF(kLogIdentifier, key.empty(), Codes::kMissingRequiredAttribute);
     RETURN_IF(kLogIdentifier, !XMLElementWriter::CanHold(key), Codes::kInvalidAttributeContent);
     PASS_ON_ERROR(value.CheckForXML(depth));

@@ -17,7 +17,7 @@ struct FreeParser {
 };
 using Parser = std::unique_ptr<xmlParserCtxt, FreeParser>;
 
-// Called at the start of a document type, before anything is declared.
+// Called at the start of a document type, before its declarations.
 void RefuseDocumentType(void* parser, const xmlChar*, const xmlChar*, const xmlChar*) {
   xmlStopParser(static_cast<xmlParserCtxt*>(parser));
 }

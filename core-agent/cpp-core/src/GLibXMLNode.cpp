@@ -22,7 +22,7 @@ bool GLibXMLNode::IsBlank() const {
 std::string GLibXMLNode::GetName() const {
   if (!IsElement()) return "";
   const std::string name = TextOf(mNode->name);
-  return name.substr(name.find(':') + 1);  // the prefix stays in the name where nobody declared it
+  return name.substr(name.find(':') + 1);  // an undeclared prefix stays part of the name
 }
 
 GLibXMLNode GLibXMLNode::GetFirstChild() const { return GLibXMLNode(IsElement() ? mNode->children : nullptr); }

@@ -10,7 +10,7 @@
 
 namespace {
 
-// A lock for a scope that may be refused. GScopedLock would report its failure to the logger that asks.
+// A scoped lock that may fail silently. GScopedLock would report the failure to this logger.
 class HeldMutex {
  public:
   explicit HeldMutex(GMutex& mutex) : mMutex(mutex), mIsHeld(mutex.Lock() == CoreErrorCodes::kSuccess) {}
@@ -26,8 +26,8 @@ class HeldMutex {
   bool mIsHeld;
 };
 
-// The thread whose appenders run now. All loggers share the record: of two that write at the same time the later one has
-// it, and a call from inside the other's appender ends at that logger's lock, which its owner can't take twice.
+// The thread whose appenders are running, shared by all loggers. If two loggers write at the same time, the later one
+// is recorded; a call from an appender of the other ends at that logger's mutex, which its owner cannot lock twice.
 struct LoggingThread {
   std::mutex mutex;
   std::thread::id thread;
@@ -50,7 +50,7 @@ void SetLoggingThread(std::thread::id thread) {
   record.thread = thread;
 }
 
-// The identifier becomes part of a format: a "%" in it would fetch arguments that nobody gave.
+// The identifier becomes part of a format, so a "%" in it must be escaped.
 std::string EscapedForFormat(const std::string& identifier) {
   return GStringUtils::StringReplace(identifier, "%", "%%");
 }
@@ -74,7 +74,7 @@ const std::string& GLogger::GetDefaultAppenderIdentifier() {
   return sIdentifier;
 }
 
-// The formats come by value: va_start takes no reference.
+// The formats are passed by value: va_start takes no reference.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 #define LOG_AT(level)                         \
   va_list arguments;                          \
@@ -103,7 +103,7 @@ void GLogger::Logv(const std::string& identifier, LoggingLevel level, const std:
   LogvString("[" + EscapedForFormat(identifier) + "]\t[" + LevelToString(level) + "]\t" + format, arguments);
 }
 
-// A call made from inside an appender is dropped.
+// Drops calls from an appender.
 void GLogger::LogvString(const std::string& format, va_list arguments) {
   if (IsLoggingOnThisThread()) return;
   const HeldMutex lock(mAppenderMutex);
@@ -157,7 +157,7 @@ GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& i
   if (!lock) return kInvalid;
   const auto found = mLevels.find(GStringUtils::OSToLowerCase(identifier));
   if (found != mLevels.end()) return found->second;
-  // Only this comparison keeps case; all others have lowered the identifier.
+  // Only this comparison is case-sensitive; the others lower the identifier first.
   if (identifier == GetDefaultLoggingIdentifier()) return kInvalid;
   const auto byDefault = mLevels.find(GetDefaultLoggingIdentifier());
   return byDefault == mLevels.end() ? kInvalid : byDefault->second;
@@ -177,7 +177,7 @@ void GLogger::SetAppender(const std::string& identifier, GLogAppender* appender)
   const HeldMutex lock(mAppenderMutex);
   if (!lock) return;
   std::unique_ptr<GLogAppender>& entry = mAppenders[identifier];
-  if (entry.get() != appender) entry.reset(appender);  // one that is set again is not deleted
+  if (entry.get() != appender) entry.reset(appender);  // setting the same one again must not delete it
   if (!appender) mAppenders.erase(identifier);
 }
 

@@ -1,4 +1,4 @@
-// The logger's levels from a tree: apart from GLogger.cpp, because trees report to the logger.
+// Sets the logger's levels from a tree. Separate from GLogger.cpp, because trees report to the logger.
 #include "GKVTree.h"
 #include "GLogger.h"
 

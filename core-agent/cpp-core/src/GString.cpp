@@ -41,8 +41,8 @@ void GString::SetOSString(const platform::String& object, bool) {
   mUTF8 = object.Text();
 }
 
-// Bytes with the high bit set are collected in runs. What a lead byte announces is not looked at, and a run before a
-// NUL is let go whatever its length.
+// Bytes with the high bit are collected in runs. The length that a lead byte announces is not checked, and a run before
+// a NUL is dropped whatever its length.
 bool GString::ValidateUTF8String(const std::string& text) {
   size_t run = 0;
   for (const char c : text) {

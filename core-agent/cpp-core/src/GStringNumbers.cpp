@@ -1,4 +1,4 @@
-// The number family of GStringUtils.
+// Numbers, part of GStringUtils.
 #include <cstdlib>
 #include <sstream>
 
@@ -17,8 +17,7 @@ T Extract(const std::string& text) {
 
 }  // namespace
 
-// Asks whether the last character contributed a digit, so "12a" is no number and "0x" is one; callers have settled on
-// it.
+// Tests only whether the last character contributed a digit: "12a" is not a number, "0x" is one. Callers depend on it.
 bool GStringUtils::IsNumber(const std::string& text) {
   if (text.empty()) return false;
   const int number = std::atoi(text.c_str());

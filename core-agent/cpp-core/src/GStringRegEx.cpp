@@ -1,5 +1,5 @@
-// Regular expressions of GStringUtils, through ICU: its matcher keeps its state off the stack and takes a limit of
-// time.
+// Regular expressions, part of GStringUtils, with ICU: its matcher keeps its state off the stack and accepts a time
+// limit.
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
@@ -9,7 +9,7 @@
 #include "platform/TextEncoding.h"
 
 bool GStringUtils::IsRegExMatch(const std::string& text, const std::string& expression) {
-  // In the matcher's own units, some milliseconds each: an expression that backtracks without end matches nothing.
+  // In the matcher's units of some milliseconds. An expression that backtracks longer matches nothing.
   constexpr int32_t kTimeLimit = 200;
   if (!platform::IsValidUTF8(text) || !platform::IsValidUTF8(expression)) return false;
   if (text.size() > INT32_MAX || expression.size() > INT32_MAX) return false;

@@ -1,4 +1,5 @@
-// The operation of GStringUtils that reports a failed check; the logger, to which checks are reported, uses the others.
+// The function of GStringUtils that reports a failed check. Separate, because the logger, which receives the report,
+// uses the others.
 #include "FailedCheck.h"
 #include "GStringUtils.h"
 #include "platform/TextEncoding.h"

@@ -27,7 +27,8 @@ int CompareSingleByte(std::string_view a, std::string_view b) {
   return order != 0 ? order : LengthDifference(a.size(), b.size());
 }
 
-// The cheap way first; anything but ASCII letters that differ, or an empty text, goes to the localized comparison.
+// Compares ASCII first, which is cheap. Anything that differs beyond ASCII letters, or an empty text, goes to the
+// localized comparison.
 int CompareUtf8(std::string_view a, std::string_view b) {
   if (a.empty() && b.empty()) return 0;
   if (a.empty() || b.empty()) return platform::CompareLocalizedCaseless(a, b);

@@ -5,7 +5,7 @@
 
 #include "FailedCheck.h"
 
-// All threads that were made and not yet destroyed.
+// All threads that exist.
 class GThreadRegistry : public GRecursiveMutex {
  public:
   static GThreadRegistry& Get() {
@@ -48,7 +48,7 @@ class GThreadRegistry : public GRecursiveMutex {
     mIsSetUp = true;
     GThread::OSThreadingSetup();
     NextNumber();
-    Add(new GThread);  // stays for the life of the process
+    Add(new GThread);  // lives as long as the process
   }
 
   static void ReportIfUnlocked(const GScopedLock& lock) {
@@ -61,7 +61,7 @@ class GThreadRegistry : public GRecursiveMutex {
   bool mIsSetUp = false;
 };
 
-// The three places where a platform prepares for threads. The threads of this one need nothing.
+// Hooks for platforms that must prepare threads. Nothing to do here.
 void GThread::OSThreadingSetup() {}
 void GThread::OSThreadSetup() {}
 void GThread::OSThreadCleanup() {}
@@ -99,7 +99,7 @@ void GThread::StartThread() {
   {
     const GScopedLock lock(mMutex);
     if (mState != EThreadState::kNotStarted && mState != EThreadState::kFinished) return;
-    if (mState == EThreadState::kFinished) mFinished->Wait();  // an earlier run's broadcast must not pass for ours
+    if (mState == EThreadState::kFinished) mFinished->Wait();  // an earlier broadcast must not count for this run
     mState = EThreadState::kStarting;
     mStartBarrier = barrier = std::make_shared<GBarrier>(2);
     mFinished->Reset();
@@ -139,9 +139,9 @@ void GThread::Run() {
   }
   OSThreadCleanup();
   SetOSData(std::nullopt);
-  // After the OS data: once the state says finished the object may be destroyed at any moment.
+  // Last, after the OS data: once the state is kFinished, the object may be destroyed at any time.
   if (isToRun) SetThreadState(EThreadState::kFinished);
-  // Not a signal: whoever waits second, the destructor after StopThread(true), would then wait for ever.
+  // Not Signal: a second waiter, such as the destructor after StopThread(true), would wait forever.
   finished->Broadcast();
 }
 

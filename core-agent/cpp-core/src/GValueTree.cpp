@@ -1,4 +1,4 @@
-// The parts of GValue that know trees.
+// The parts of GValue that use trees.
 #include <boost/make_shared.hpp>
 
 #include "FailedCheck.h"

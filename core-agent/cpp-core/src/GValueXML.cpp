@@ -28,7 +28,7 @@ bool FitsType(GValue::EValueType type, int64_t value) {
     case GValue::kValueType_short: return IsWithin<int16_t>(value);
     case GValue::kValueType_long: return IsWithin<int32_t>(value);
     case GValue::kValueType_ulong: return IsWithin<uint32_t>(value);
-    default: return true;  // 64 bits: a double's, or a number without a sign
+    default: return true;  // 64 bits: a double's bits, or an unsigned number
   }
 }
 
@@ -96,7 +96,7 @@ TModuleErrorCode GValue::SetFromXMLNode(const GLibXMLNode& node) {
     PASS_ON_ERROR(Codes::CheckChild(kLogIdentifier, child));
     PASS_ON_ERROR(ReadElement(type, child, elements.emplace_back()));
   }
-  // A tree without entries writes nothing, so it may be missing among the children. A single one can be put back.
+  // An empty tree writes nothing, so it may be missing among the children. A single one can be restored.
   const bool areTreesMissing = type == kValueType_kvtree && elements.size() < count;
   if (areTreesMissing && count == 1) elements.emplace_back().tree = boost::make_shared<GKVTree>();
   RETURN_IF(kLogIdentifier, hasSize && elements.size() != count && !areTreesMissing, kValueSizeMismatch);

@@ -57,7 +57,7 @@ void Emitter::emit_json(const std::string& text) {
   emit_tree(parser.root().value());
 }
 
-// The generator refuses what is nested too deep before the stack could end.
+// The generator limits the depth, so the recursion cannot overflow the stack.
 void Emitter::emit_tree(yajl_val value) {
   if (!value) return;
   switch (value->type) {
@@ -73,7 +73,7 @@ void Emitter::emit_tree(yajl_val value) {
     case yajl_t_true: emit(true); break;
     case yajl_t_false: emit(false); break;
     case yajl_t_null: emit_null(); break;
-    case yajl_t_any: break;  // never a value's type
+    case yajl_t_any: break;  // not the type of any value
   }
 }
 

@@ -9,7 +9,7 @@ namespace restful_mapper::Json {
 
 namespace {
 
-// What stands behind ", found"; nothing for a null.
+// The text after ", found"; empty for null.
 std::string DescribeValue(yajl_val value) {
   std::ostringstream text;
   if (YAJL_IS_STRING(value))

@@ -1,4 +1,4 @@
-// The adding operations of Node. The tree's parts come from malloc, because yajl_tree_free gives them to free.
+// The additions of Node. Allocates with malloc, because yajl_tree_free calls free.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -35,14 +35,14 @@ OwnedValue NewNumber(long long integer, double real, unsigned int flags, const c
   return value->u.number.r ? std::move(value) : nullptr;
 }
 
-// Both bits, as the parser sets them for such a text.
+// Sets both bits, as the parser does for an integer.
 OwnedValue NewInteger(int64_t integer) {
   char text[32];
   std::snprintf(text, sizeof text, "%lld", static_cast<long long>(integer));
   return NewNumber(integer, static_cast<double>(integer), YAJL_NUMBER_INT_VALID | YAJL_NUMBER_DOUBLE_VALID, text);
 }
 
-// The double bit alone, so that 5.0 is not written as an integer.
+// Sets the double bit only, so that 5.0 is not written as an integer.
 OwnedValue NewDouble(double real) {
   char text[32];
   std::snprintf(text, sizeof text, "%.17g", real);
@@ -53,7 +53,7 @@ OwnedValue NewBool(bool value) { return NewValue(value ? yajl_t_true : yajl_t_fa
 
 template <class T>
 bool GrowByOne(T*& items, size_t count) {
-  void* grown = std::realloc(items, (count + 1) * sizeof(T));  // NOLINT(bugprone-sizeof-expression): pointers are meant
+  void* grown = std::realloc(items, (count + 1) * sizeof(T));  // NOLINT(bugprone-sizeof-expression): array of pointers
   if (grown) items = static_cast<T*>(grown);
   return grown != nullptr;
 }

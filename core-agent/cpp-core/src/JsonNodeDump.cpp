@@ -1,4 +1,4 @@
-// The texts of Node, apart from the reads because the emitter stands above them.
+// The text output of Node. Separate from the reads, because the emitter depends on them.
 #include "JsonEmitter.h"
 #include "JsonNode.h"
 

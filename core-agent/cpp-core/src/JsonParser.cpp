@@ -10,7 +10,7 @@ namespace {
   throw std::runtime_error("JSON parse error:\n" + reason);
 }
 
-// Where a string or a comment that begins at i has ended; the parser takes both kinds of comment.
+// Returns the end of the string or comment that begins at i. The parser accepts both kinds of comment.
 size_t SkipString(std::string_view text, size_t i) {
   for (++i; i < text.size() && text[i] != '"'; ++i) {
     if (text[i] == '\\') ++i;
@@ -59,7 +59,7 @@ Parser::Parser(const std::string& text) { load(text); }
 
 void Parser::load(const std::string& text) {
   root_.reset();
-  // Freeing a tree takes some of the stack for each level, so one that is too deep must not be made.
+  // Freeing a tree recurses, so refuse a text that is too deep before it becomes a tree.
   if (text.size() > kDeepest && IsDeeperThan(text.c_str(), kDeepest)) ThrowParseError("values are nested too deep");
   char reason[1024] = "";
   root_.reset(yajl_tree_parse(text.c_str(), reason, sizeof reason));

@@ -7,7 +7,8 @@
 
 namespace {
 
-// A reader takes a bare carriage return for a line feed, and every line end or tab in an attribute for a blank.
+// Escapes what a reader would change: a bare carriage return becomes a line feed, and line ends and tabs in attributes
+// become blanks.
 std::string Escaped(const std::string& text, bool isAttribute) {
   std::string out = GStringUtils::StringReplace(GStringUtils::EscapeRequiredXMLEntities(text), "\r", "&#13;");
   if (!isAttribute) return out;
@@ -52,6 +53,6 @@ bool XMLElementWriter::CanHold(const std::string& text) {
     return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
   };
   if (!platform::IsValidUTF8(text) || std::any_of(text.begin(), text.end(), isControl)) return false;
-  // U+FFFE and U+FFFF are no characters.
+  // U+FFFE and U+FFFF are not characters.
   return text.find("\xEF\xBF\xBE") == std::string::npos && text.find("\xEF\xBF\xBF") == std::string::npos;
 }

@@ -10,14 +10,14 @@ class XMLElementWriter {
  public:
   using Attributes = std::vector<std::pair<std::string, std::string>>;
 
-  // With pretty, each element stands on a line of its own behind its indent in tabs.
+  // With `pretty`, writes each element on a line of its own, indented by tabs.
   XMLElementWriter(std::ostream& stream, const std::string& prefix, bool pretty);
 
   void Open(const char* name, const Attributes& attributes, unsigned indent);
   void Close(const char* name, unsigned indent);
   void WriteTextElement(const char* name, const std::string& text, unsigned indent);
 
-  // Whether XML can hold the text: well-formed UTF-8 without control characters other than tab and line ends.
+  // True if XML can contain the text: well-formed UTF-8 without control characters other than tab and line ends.
   static bool CanHold(const std::string& text);
 
  private:
@@ -25,6 +25,6 @@ class XMLElementWriter {
   void EndLine();
 
   std::ostream& mStream;
-  std::string mPrefix;  // with its colon
+  std::string mPrefix;  // including the colon
   bool mIsPretty;
 };

@@ -52,11 +52,11 @@ void AllTrackedDocuments::RemoveClosedDocument(const OneTrackedDocument* closed)
     if (tracker && ui) {
       tracker->CloseAllFontsForIdentifier(identifier, ui->GetCloseFontsOnDocClose(), false, platform::Array());
     }
-    // Searched afresh: a progress box runs the event loop, and a close that came in may have taken the record out.
+    // Search again: a progress box runs the event loop, and a close in it may have removed the record.
     const auto position = std::find_if(list.begin(), list.end(), isIt);
     if (position != list.end()) list.erase(position);
   } catch (...) {
-    // The record stays, so that a later close event tries again.
+    // Keep the record, so that a later close event tries again.
     OutputIndentedAndFormattedString(0, "Exception thrown in %s()", "RemoveClosedDocument");
   }
 }

@@ -1,5 +1,5 @@
-// The documents that the plug-in knows to be open, in order of adding: the bridge between the host's way of naming a
-// document, a path or an ID, and the tracker's, an identifier. The list holds the records. Main thread only.
+// The documents that the plug-in knows to be open, in the order in which they were added. Translates between the host's
+// names for a document, a path or an ID, and the tracker's identifier. Owns the records. Main thread only.
 #pragma once
 
 #include <memory>
@@ -13,16 +13,16 @@ class AllTrackedDocuments {
   using DocumentList = std::vector<std::shared_ptr<OneTrackedDocument>>;
 
   static DocumentList& GetDocumentList();
-  // Files the record under the path; null stands for a new one. If the path is tracked already nothing is added, and the
-  // record stays as it is.
+  // Adds the record with this path; null adds a new record. Does nothing if the path is tracked already.
   static void AddDocument(std::shared_ptr<OneTrackedDocument> record, const std::string& path);
-  // Closes the document's fonts as the preferences say and lets the record go. An exception leaves it in the list.
+  // Closes the document's fonts as the preferences say and removes the record. If that throws, the record stays.
   static void RemoveClosedDocument(const OneTrackedDocument* record);
-  // The first record that matches, or null. Paths compare byte for byte; an empty one finds the first untitled record.
+  // Return the first record that matches, or null. Paths are compared byte for byte; an empty path finds the first
+  // untitled record.
   static OneTrackedDocument* FindTrackedDocumentByPath(const std::string& path);
   static OneTrackedDocument* FindTrackedDocumentByHandle(long handle);
   static OneTrackedDocument* FindTrackedDocumentByIdentifier(const std::string& identifier);
-  // These three are for a host that tells which document is meant; this one does not, and no flow calls them.
+  // For hosts that say which document is meant. This host does not, and nothing calls these three.
   static OneTrackedDocument* GetCurrentDocument();
   static void SetCurrentDocument(const std::string& identifier);
   static OneTrackedDocument* GetMostRecentlyOpenedDocument();

@@ -1,4 +1,4 @@
-// The reading part of CommonFunctionality: what a document's file says of its fonts, and the filters on it.
+// The part of CommonFunctionality that reads a document's fonts from its file and filters them.
 #include "Identification/FontClassification.h"
 #include "Identification/FontMerging.h"
 #include "Readers/CommonFunctionality.h"
@@ -22,7 +22,7 @@ void CommonFunctionality::RemoveFontsThatHaveNoPossibleReplacement(Array fontArr
     const Dictionary font(fontArray.At(i));
     const String name = font.GetString(kGS_PostScriptNameKey);
     if (!name || font.GetArray(kGS_PossibleReplacementsKey).Count() > 0) continue;
-    // These two are internal to the host; every other font stays, whatever its replacements.
+    // These two are internal to the host. Other fonts always stay, whatever their replacements are.
     if (name.View() != "PhotoshopKinsokuHard" && name.View() != "AdobeInvisFont") continue;
     OutputIndentedAndFormattedString(0, "%s() removing '%s' from problemFonts", __func__, name.CString());
     fontArray.RemoveAt(i);

@@ -1,6 +1,6 @@
-// The record of one document that the plug-in knows to be open in the host. Path, handle and identifier are independent of
-// one another; only the identifier is constant during the record's life. A record can be closed while work on it runs the
-// event loop, so such work holds it by Hold().
+// The record of one document that is open in the host. Path, handle and identifier are independent of each other; only
+// the identifier never changes. Work on a record can run the event loop, which may close it, so such work keeps it
+// alive with Hold().
 #pragma once
 
 #include <ctime>
@@ -11,9 +11,9 @@
 
 class OneTrackedDocument : public std::enable_shared_from_this<OneTrackedDocument> {
  public:
-  // A share of the record; null for one that nobody shares.
+  // Shares ownership of the record; null if it is not owned by a shared_ptr.
   std::shared_ptr<OneTrackedDocument> Hold() { return weak_from_this().lock(); }
-  // The host's document ID; 0 until known.
+  // The host's document ID; 0 if unknown.
   long GetDocumentHandle() const { return mDocumentHandle; }
   void SetDocumentHandle(long handle) { mDocumentHandle = handle; }
   // UTF-8; empty for an untitled document.
@@ -28,7 +28,7 @@ class OneTrackedDocument : public std::enable_shared_from_this<OneTrackedDocumen
   void SetCanExportFontsForDocument(bool can) { mCanExportFonts = can; }
   bool GetNeedsToBeSluggedOnClose() const { return mNeedsToBeSluggedOnClose; }
   void SetNeedsToBeSluggedOnClose(bool needs) { mNeedsToBeSluggedOnClose = needs; }
-  // Seconds since the epoch, 0 until it happened; the setters take the present time.
+  // Seconds since the epoch; 0 before the event. The setters store the current time.
   std::time_t GetTimeOpenEventWasHandled() const { return mTimeOpenEventWasHandled; }
   void SetTimeOpenEventWasHandled();
   std::time_t GetTimeSaveEventWasHandled() const { return mTimeSaveEventWasHandled; }
@@ -36,7 +36,7 @@ class OneTrackedDocument : public std::enable_shared_from_this<OneTrackedDocumen
   long GetLastKnownModificationTime() const { return mLastKnownModificationTime; }
   void SetLastKnownModificationTime(long time);
   unsigned long long RetrieveModificationTimeFromFile() const;  // 0 on failure
-  // Fonts left over by the classification, and fonts that the agent refused; null if there are none to speak of.
+  // The fonts that the classification could not resolve, and the fonts that the agent refused; null if there are none.
   platform::Array GetUnresolvedFonts() const { return mUnresolvedFonts; }
   void SetUnresolvedFonts(const platform::Array& fonts) { mUnresolvedFonts = fonts; }
   platform::Array GetNoncompliantFonts() const { return mNoncompliantFonts; }
@@ -49,7 +49,7 @@ class OneTrackedDocument : public std::enable_shared_from_this<OneTrackedDocumen
   std::time_t mTimeOpenEventWasHandled = 0;
   std::time_t mTimeSaveEventWasHandled = 0;
   long mLastKnownModificationTime = 0;
-  std::string mReserved;  // part of the record; always empty
+  std::string mReserved;  // always empty; keeps the layout
   std::string mDocumentFilePath;
   std::string mIdentifier;
   std::string mKnownFontUsage;

@@ -1,4 +1,4 @@
-// The start and stop part of CommonFunctionality.
+// Startup and shutdown of CommonFunctionality.
 #include "Bridge/AgentLaunch.h"
 #include "Bridge/FontManagerInterface.h"
 #include "Bridge/VPILoader.h"
@@ -17,7 +17,7 @@ constexpr TModuleErrorCode kNoInterface = 2;
 constexpr TModuleErrorCode kNotLoggedIn = 3;
 constexpr TModuleErrorCode kNoWorkgroups = 4;
 
-GMutex sMutex;  // held through the whole of Startup and Shutdown
+GMutex sMutex;  // locked for the whole of Startup and Shutdown
 int numberOfTimesStartupMethodHasBeenCalled = 0;
 int numberOfTimesShutdownMethodHasBeenCalled = 0;
 
@@ -37,7 +37,7 @@ bool IsFailed(const VPFInterfaceRef& ui) {
          status == VPFInterface::kNoURL || !ui->IsValid();
 }
 
-// The login and the workgroup check ask only where work could be done at all.
+// Check the login and the workgroup only if the plug-in could work at all.
 bool CanCheck(const VPFInterfaceRef& ui) {
   return MarquineGlobals::ArePluginServicesEnabled() && FontManagerInterface::sm_pFontManager && ui && ui->IsValid() &&
          ui->GetEnabledAutoActivationPref();
@@ -90,7 +90,7 @@ TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
                                      xmp);
     return static_cast<TModuleErrorCode>(xmp);
   }
-  // Optimistic: the steps from here on only ever take these back.
+  // Assume success; the following steps only ever reset these.
   MarquineGlobals::SetLoggedIn(true);
   MarquineGlobals::SetPluginServicesEnabled(true);
   MarquineGlobals::SetConnectedToCore(true);
@@ -164,7 +164,7 @@ Identity IdentityOfBundle(const std::string& identifier) {
   return identity;
 }
 
-// The branch of a platform whose binaries carry a version resource of their own.
+// For a platform whose binaries have a version resource of their own.
 Identity IdentityOfBinary(const std::string& path) {
   Identity identity;
   char version[1024] = {}, hostApp[128] = {};

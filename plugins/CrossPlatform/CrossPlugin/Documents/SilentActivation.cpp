@@ -1,4 +1,4 @@
-// Activating a document's fonts from its file alone, with no dialog.
+// Activates a document's fonts from its file alone, without dialogs.
 #include "Bridge/FontManagerInterface.h"
 #include "Documents/AllTrackedDocuments.h"
 #include "Identification/FontClassification.h"
@@ -66,7 +66,7 @@ TModuleErrorCode CommonFunctionality::ActivateFontsForDocumentSilently(bool useG
     ProcessDocumentFontsForAutoActivation(allFonts, run.fontsToOpen, run.unresolved, useGlyphsure, pickBestMatch,
                                           manager->GetCurrentWorkgroupID(), nullptr);
     if (run.unresolved.Count() > 0) {
-      // From the list that nothing reads any more: what stays unresolved keeps the host's pseudo fonts.
+      // Filters a list that is not used any more, so unresolved fonts keep the host's pseudo fonts.
       RemoveFontsThatHaveNoPossibleReplacement(allFonts);
       if (document) document->SetUnresolvedFonts(run.unresolved);
     }

@@ -1,4 +1,4 @@
-// The comparison of two candidates: one table, a stage a row, of which the first that decides ends it.
+// Compares two candidates: a table with one stage per row. The first stage that decides ends the comparison.
 #include <iterator>
 
 #include "Bridge/VPILoader.h"
@@ -28,13 +28,13 @@ namespace {
 struct Pair {
   const Dictionary& first;
   const Dictionary& second;
-  const Dictionary& context;  // null if there is no document font to compare with
+  const Dictionary& context;  // null without a document font to compare with
 };
 
-// -1 if only the first has the property, 1 if only the second has it.
+// Returns -1 if only the first has the property, 1 if only the second has it, otherwise 0.
 int ThatWhichHas(bool inFirst, bool inSecond) { return inFirst == inSecond ? 0 : inFirst ? -1 : 1; }
 
-// The value of the context decides if exactly one record has it.
+// Decides if exactly one record has the same value as the context.
 int KeyValueStringMatch(const Dictionary& context, const Dictionary& first, const Dictionary& second,
                         std::string_view key) {
   const String wanted = context.GetString(key);
@@ -46,7 +46,7 @@ int CompareActive(const Pair& pair) {
   return ThatWhichHas(KeyValueIs(pair.first, kGS_IsActiveKey, "1"), KeyValueIs(pair.second, kGS_IsActiveKey, "1"));
 }
 
-// Of two active fonts. One-sided on purpose: if neither is a system font, the one asked about first stands.
+// For two active fonts. One-sided on purpose: if neither is a system font, it prefers the first argument.
 int CompareNonSystem(const Pair& pair) {
   if (!KeyValueIs(pair.first, kGS_IsActiveKey, "1")) return 0;
   OutputIndentedAndFormattedString(0, "...Two active fonts - one must be a system font.");
@@ -54,7 +54,7 @@ int CompareNonSystem(const Pair& pair) {
   return KeyValueIs(pair.second, kGS_IsSystemKey, "1") ? 0 : 1;
 }
 
-// The flags in a record can be older than the agent's state.
+// Asks the agent, because the flags in a record can be outdated.
 int CompareAgentState(const Pair& pair) {
   if (!KeyHasNonZeroValue(pair.first, kGS_DatabaseIDKey) || !KeyHasNonZeroValue(pair.second, kGS_DatabaseIDKey))
     return 0;
@@ -77,7 +77,7 @@ int CompareFoundryWithDocument(const Pair& pair) {
   return KeyValueStringMatch(pair.context, pair.first, pair.second, kGS_FoundryKey);
 }
 
-// The place of a kind in the order of preference; 0 for a kind that is not in it and so decides nothing.
+// The rank of the record's kind in the order of preference. 0 for any other kind, which does not decide.
 int FormatRank(const Dictionary& record) {
   if (KeyValueContains(record, kGS_KindKey, kGS_Kind_OpenType)) return 1;
   if (KeyValueIs(record, kGS_KindKey, kGS_Kind_Postscript)) return 2;
@@ -90,7 +90,7 @@ int CompareFormat(const Pair& pair) {
   return first < second ? -1 : 1;
 }
 
-// The one comparison here that keeps case.
+// The only comparison here that respects case.
 int CompareAdobe(const Pair& pair) {
   const auto isAdobe = [](const Dictionary& record) {
     return record.GetString(kGS_FoundryKey).View().find("Adobe") != std::string_view::npos;
@@ -115,14 +115,14 @@ int CompareVersionNumbers(const Pair& pair) {
   return first == second ? 0 : first > second ? -1 : 1;
 }
 
-// Puts the lower version first, the reverse of the stage above: fonts in old documents were chosen so.
+// Prefers the lower version, unlike the stage above. Do not correct it: fonts in old documents were chosen so.
 int CompareVersionTexts(const Pair& pair) {
   if (HaveVersionNumbers(pair)) return 0;
   return platform::CompareNumerically(pair.first.GetString(kGS_VersionKey).View(),
                                       pair.second.GetString(kGS_VersionKey).View());
 }
 
-// A record without the flag is neither "1" nor "0", so it does not decide.
+// Decides only if both records have the flag.
 int CompareFlag(const Pair& pair, std::string_view key) {
   if (KeyValueIs(pair.first, key, "1") && KeyValueIs(pair.second, key, "0")) return -1;
   return KeyValueIs(pair.second, key, "1") && KeyValueIs(pair.first, key, "0") ? 1 : 0;
@@ -131,7 +131,8 @@ int CompareFlag(const Pair& pair, std::string_view key) {
 int CompareTemporary(const Pair& pair) { return CompareFlag(pair, kGS_IsTempKey); }
 int CompareVault(const Pair& pair) { return CompareFlag(pair, kGS_IsVaultKey); }
 
-// What each stage traces when it puts the first or the second record first, null for nothing, and its words for a reader.
+// For each stage the trace lines for preferring the first or the second record (null for none), and the reason in
+// words.
 struct Stage {
   MatchStage stage;
   int (*compare)(const Pair&);

@@ -1,4 +1,4 @@
-// Putting the best candidate first, and the trace of why.
+// Sorts the candidates, the best first, and traces the reason.
 #include <map>
 #include <utility>
 #include <vector>
@@ -14,7 +14,7 @@ using platform::String;
 
 namespace {
 
-// Merge sort by hand: the library's sorts may not be given a comparison that is no strict order.
+// Our own merge sort, because the comparison is not a strict weak order, which the library's sorts require.
 class BestMatchSort {
  public:
   explicit BestMatchSort(const Dictionary& context) : context_(context) {}
@@ -27,7 +27,7 @@ class BestMatchSort {
     Merge(records, begin, middle, end);
   }
 
-  // Why the first stands before the second, which follows it in the result: such neighbours have been compared.
+  // The stage that decided between two neighbours in the result, which have always been compared.
   MatchStage StageOf(const Dictionary& first, const Dictionary& second) const {
     const auto found = stages_.find({first.Ref(), second.Ref()});
     return found == stages_.end() ? MatchStage::kNone : found->second;

@@ -37,13 +37,14 @@ Dictionary FirstActive(const Array& candidates) {
 
 constexpr const char* kIsPerfectMatch = "perfect match with the document's data";
 
-// What a font's candidates come to: a match with its reason, or nothing.
+// The outcome for a font: a match with its reason, or none.
 struct Choice {
   Dictionary match;
   const char* reason = "";
 };
 
-// The order of proof: identity, a lone candidate for a bare name, the user's standing preference, what is active already.
+// Tries in this order: identity, a single candidate for a record with nothing but a name, the user's preference for the
+// best match, and an active font.
 Choice Choose(const Dictionary& font, const Array& candidates, bool pickBestMatch) {
   Dictionary perfect;
   if (CountPerfectMatches(font, candidates, perfect) >= 1) return {perfect, kIsPerfectMatch};
@@ -54,7 +55,7 @@ Choice Choose(const Dictionary& font, const Array& candidates, bool pickBestMatc
   return {};
 }
 
-// The sort has traced why the first candidate is the best; that another one was taken, or another reason, is told here.
+// The sort traced why the first candidate is the best. This traces that another was chosen, or another reason.
 void TraceChoice(const Choice& choice, const Array& candidates, const char* name) {
   const Dictionary best(candidates.At(0));
   if (!(choice.match == best)) {
@@ -96,7 +97,7 @@ int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts,
   return 0;
 }
 
-// Tells the progress to hide, also when an exception passes through.
+// Hides the progress at the end of the scope, also after an exception.
 class ProgressEnd {
  public:
   explicit ProgressEnd(VPFInterface* progress) : progress_(progress), exceptions_(std::uncaught_exceptions()) {}
@@ -197,7 +198,7 @@ int CountActiveFonts(const Array& matchedFonts) {
     if (KeyValueIs(match, kGS_IsActiveKey, "1")) {
       ++count;
     } else {
-      // The answer is not used; the look-up is what the desktop's font service was always asked at this place.
+      // The result is ignored. Keep the call: the desktop's font service was always asked here.
       FontManagerInterface::IsFontActive(match.GetString(kGS_AssignedFamilyGroupNameKey).Text());
     }
   }

@@ -1,4 +1,4 @@
-// Finding the database record of each font in use, for a slug, and the look-up by ID.
+// Finds the database record of each used font for a slug, and looks fonts up by ID.
 #include <vector>
 
 #include "Bridge/FontDataPreviouslyGottenFromDatabase.h"
@@ -17,7 +17,7 @@ using platform::String;
 
 namespace {
 
-// A copy of the first record that the database has for the font; null if it has none.
+// Copies the first record that the database has for the font; null if it has none.
 int GetGlyphsureDataForBestMatch(FontManagerInterface& manager, const Dictionary& record, int workgroupID,
                                  Dictionary& best) {
   Array found = Array::Create();
@@ -27,8 +27,8 @@ int GetGlyphsureDataForBestMatch(FontManagerInterface& manager, const Dictionary
   return status;
 }
 
-// One walk over the fonts that puts the database's records in their places. An entry whose record was found under another
-// name is emptied and leaves the array only at the end: the index of names knows the entries by their places.
+// Walks over the fonts and replaces them by the database's records. An entry whose record was found under another name
+// is emptied and removed only at the end, because the index of names refers to positions.
 class Enrichment {
  public:
   Enrichment(FontManagerInterface& manager, Array& fonts, int workgroupID, bool excludeInactiveFonts,
@@ -45,9 +45,9 @@ class Enrichment {
   Enrichment(const Enrichment&) = delete;
   Enrichment& operator=(const Enrichment&) = delete;
 
-  // The status of the last look-up; 1000 has ended the walk.
+  // Returns the status of the last look-up. 1000 ends the walk.
   int Walk() {
-    // From the end, so that an index stays valid: what is replaced or added stands at it or above.
+    // Backwards, so that indexes stay valid: changes happen at i or above.
     for (size_t i = fonts_.Count(); i-- > 0 && status_ != kErrorMarquineNotRunning;) {
       if (fonts_.At(i)) EnrichOne(i);
     }
@@ -75,7 +75,7 @@ class Enrichment {
     MergeGlyphsureDictionaryIntoArray(fonts_, best, &index_);
   }
 
-  // No look-up: the status stays.
+  // Uses no look-up, so the status stays.
   bool MergeCached(const String& name) {
     Dictionary cached;
     uint32_t fontID = 0;
@@ -86,7 +86,7 @@ class Enrichment {
     return true;
   }
 
-  // The family of a font that is not known by name joins the array whole.
+  // Adds the whole family of a font that is not known by name.
   void MergeFamily(Dictionary record) {
     if (!record.Contains(kGS_FamilyKey)) {
       const std::string_view name = record.GetString(kGS_PostScriptNameKey).View();
@@ -99,7 +99,7 @@ class Enrichment {
     MergeFontsIntoFontsArray(found, fonts_, &index_);
   }
 
-  // A name that is too long to be looked up belongs to no font of the database; that is no failure of the look-up.
+  // A name that is too long for a look-up belongs to no font of the database; that is not a failed look-up.
   void NoteStatus(const String& name) {
     hasFailed_ |= status_ != 0 && name.View().size() < FontManagerInterface::kNameBufferSize;
   }
@@ -111,10 +111,10 @@ class Enrichment {
   const bool excludesInactive_, triesFamilies_;
   int status_ = 0;
   bool hasFailed_ = false;
-  std::vector<size_t> emptied_;  // falling
+  std::vector<size_t> emptied_;  // in descending order
 };
 
-// False if the agent did not say of every font of the database whether it is active.
+// Returns false if the agent did not report the state of every font of the database.
 bool RemoveInactive(FontManagerInterface& manager, Array& fonts) {
   const auto states = manager.GetFontIsActivated(fonts);
   bool areAllKnown = true;
@@ -148,7 +148,7 @@ int AppendGlyphsureDataToFonts(Array fonts, int workgroupID, bool excludeInactiv
     failed = enrichment.HasFailed();
   }
   if (excludeInactiveFonts && !RemoveInactive(*manager, fonts)) failed = true;
-  // True is the normal case, and the line is only a line.
+  // True is the normal case; this only traces it.
   if (!bGetAllFontInfo && RemoveUnsluggableGlyphsureKeys(fonts)) {
     OutputIndentedAndFormattedString(0, "ERROR:  RemoveUnsluggableGlyphsureKeys() apparently failed.");
   }
@@ -170,7 +170,7 @@ Array CreateFontInfoArrayFromVectorOfIDs(FontManagerInterface& manager, const st
   for (const uint64_t id : ids) {
     String psName = name;
     if (isFamilyName) {
-      std::string found;  // stays empty if the agent does not say
+      std::string found;  // empty if the agent does not know
       manager.GetPostscriptNameByID(found, workgroupID, static_cast<unsigned>(id));
       psName = String::FromUTF8(found);
     }
@@ -206,7 +206,7 @@ int FindIDsForBestMatches(const Array& documentFonts, Array* outMatchedFonts, in
   if (!documentFonts || !outMatchedFonts) return kErrorBadArgument;
   *outMatchedFonts = Array::Create();
   for (size_t i = 0; i < documentFonts.Count(); ++i) {
-    // Nothing accumulates: the last font with IDs wins.
+    // The results are not accumulated: the last font with IDs wins.
     const Array found = FindIDsForOneFont(*manager, Dictionary(documentFonts.At(i)), static_cast<int>(i), workgroupID);
     if (found) *outMatchedFonts = found;
   }

@@ -1,18 +1,18 @@
-// The vocabulary of font records. A record is one string-keyed dictionary; numbers and flags in it are decimal text, flags
-// "1" and "0". An ordered array of records is a font array, in which the PostScript name identifies a font.
+// The keys of font records. A record is a dictionary with string keys. Its numbers and flags are decimal text, flags
+// "1" and "0". A font array is an ordered array of records, in which the PostScript name identifies a font.
 #pragma once
 
 #include <string_view>
 
 namespace GlyphsureSupport {
 
-inline constexpr std::string_view kGS_PostScriptNameKey = "PostScriptName";  // the identity of a record
+inline constexpr std::string_view kGS_PostScriptNameKey = "PostScriptName";  // identifies the record
 inline constexpr std::string_view kGS_KindKey = "FontKind";
 inline constexpr std::string_view kGS_FoundryKey = "Foundry";
 inline constexpr std::string_view kGS_VersionKey = "Version";
 inline constexpr std::string_view kGS_KerningChecksumKey = "KerningChecksum";        // at most 20 bits
-inline constexpr std::string_view kGS_ChecksumKey = "Checksum";                      // the older, version 1.1
-inline constexpr std::string_view kGS_Glyphsure_1_2_Key = "Glyphsure_1.2_Checksum";  // the newer, version 1.2
+inline constexpr std::string_view kGS_ChecksumKey = "Checksum";                      // the older one, version 1.1
+inline constexpr std::string_view kGS_Glyphsure_1_2_Key = "Glyphsure_1.2_Checksum";  // the newer one, version 1.2
 inline constexpr std::string_view kGS_OutlineFileSizeKey = "OutlineFileSize";        // compared as text
 inline constexpr std::string_view kGS_OutlineFileNameKey = "OutlineFileName";
 inline constexpr std::string_view kGS_FamilyKey = "Family";
@@ -37,11 +37,11 @@ inline constexpr std::string_view kGS_IsSystemKey = "IsSystem";
 inline constexpr std::string_view kGS_IsLocalKey = "IsLocal";
 inline constexpr std::string_view kGS_IsAutoActivatedKey = "IsAutoActivated";
 
-inline constexpr std::string_view kGS_Kind_OpenType = "OpenType";  // part of the kind of every OpenType font
+inline constexpr std::string_view kGS_Kind_OpenType = "OpenType";  // contained in the kind of every OpenType font
 inline constexpr std::string_view kGS_Kind_Postscript = "Postscript";
 inline constexpr std::string_view kGS_Kind_TrueType = "TrueType";
 
-// What Adobe applications wrote into a document's XMP, in the vocabulary of the document's creator. Never in a slug.
+// What Adobe applications wrote into a document's XMP, in their own terms. Never in a slug.
 inline constexpr std::string_view kAdobeXMPFontData_FamilyKey = "AdobeXMPFontData_Family";
 inline constexpr std::string_view kAdobeXMPFontData_FaceKey = "AdobeXMPFontData_Face";
 inline constexpr std::string_view kAdobeXMPFontData_TypeKey = "AdobeXMPFontData_Type";
@@ -49,8 +49,8 @@ inline constexpr std::string_view kAdobeXMPFontData_VersionStringKey = "AdobeXMP
 inline constexpr std::string_view kAdobeXMPFontData_CompositeKey = "AdobeXMPFontData_Composite";
 inline constexpr std::string_view kAdobeXMPFontData_FontFileNameKey = "AdobeXMPFontData_FontFileName";
 
-// What the slug reader asks a structure for, ended by a null view. The last three are kinds and no keys; readers of old
-// slugs ask for them all the same.
+// The keys that the slug reader asks for, ended by a null view. The last three are kinds, not keys; keep them, because
+// readers of old slugs ask for them.
 inline constexpr std::string_view kAllGlyphsureCFKeys[] = {
     kGS_PostScriptNameKey,
     kGS_KindKey,
@@ -88,13 +88,13 @@ inline constexpr std::string_view kAllGlyphsureCFKeys[] = {
     std::string_view(),
 };
 
-// How a name is to be looked up.
+// The kind of name to look up.
 enum TypeOfFontName : int { kPostScriptName = 0, kFamilyName = 1 };
 
-// How far renaming of kinds and foundries goes: all of it, or only the mapping that old and new data both need.
+// The extent of renaming kinds and foundries: all, or only the mapping that both old and new data need.
 enum ExtentOfMapping : int { kFullMapping = 0, kPairMappingOnly = 1 };
 
-// What the font data operations report beside 0.
+// Statuses of the font data operations other than 0.
 inline constexpr int kErrorBadArgument = -50;
 inline constexpr int kErrorMarquineNotRunning = 1000;
 

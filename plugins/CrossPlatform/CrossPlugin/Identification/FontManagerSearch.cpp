@@ -1,4 +1,4 @@
-// How FontManagerInterface finds the candidates of a document font.
+// Finds the candidates of a document font. Part of FontManagerInterface.
 #include <cstring>
 #include <vector>
 
@@ -25,7 +25,7 @@ String NameOfKind(const Dictionary& record, TypeOfFontName kind) {
   return String();
 }
 
-// An array whose first element is the font's record; null with a trace line on failure.
+// Returns an array whose first element is the font's record. On failure, traces a line and returns null.
 Array ParseInfo(const char* xml) {
   const platform::PropertyListResult parsed = platform::ParseXMLPropertyList(xml);
   Array list(parsed.value);
@@ -51,7 +51,7 @@ int16_t FontManagerInterface::GetGlyphsureData(const Dictionary& record, TypeOfF
   const String name = NameOfKind(record, kind);
   if (!name || !inOut || !*inOut) return -1;
   int status = -1;
-  // A name that does not fit the buffer of the look-up is not looked up.
+  // Do not look up a name that does not fit the look-up's buffer.
   if (name.View().size() < kNameBufferSize) {
     status = GetGlyphsureDataForFontName(name.CString(), kind, excludedRemote, workgroupID, inOut);
     if (status == 0 && inOut->Count() == 0) {
@@ -121,7 +121,7 @@ int FontManagerInterface::AppendRecordOf(const FontOrSetInfoRec& found, const ch
   AddDecimal(info, kGS_IsActiveKey, "kGS_IsActiveKey", state == kStateActive || state == kStateTemporarilyActive);
   AddDecimal(info, kGS_ActivationStateKey, "kGS_ActivationStateKey", state);
   if (!result) result = Array::Create();
-  // Of a list of n records those from n - 1 on, n of them: with the one-element list of the agent, its one record.
+  // From a list of n records, take the one at n - 1: for the agent's list, its only record.
   result.Append(list.At(list.Count() - 1));
   return status;
 }
@@ -134,7 +134,7 @@ int16_t FontManagerInterface::GetGlyphsureDataForFontName(const char* name, Type
   Array result;
   int status = CountNamedFonts(name, kind, workgroupID, &count, scratch);
   if (status != 0) count = 0;
-  // The status of the last font is the one reported; a lost connection ends the loop, another failure only its font.
+  // Reports the status of the last font. A lost connection ends the loop, another failure only skips the font.
   for (long index = 1; index <= count && status != kErrorMarquineNotRunning; ++index) {
     FontOrSetInfoRec found;
     status = GetNamedFontInfo(name, kind, workgroupID, index, scratch, &found);

@@ -1,16 +1,16 @@
-// Is this database font exactly the font that the document means, and of several, which is the best. Pure functions over
-// records, apart from one agent call in the comparison. Main thread only.
+// Decides whether a database font is exactly the font that the document means, and which of several is the best. Pure
+// functions on records, except for one agent call in the comparison. Main thread only.
 //
-// Why a font was taken stands in the trace, in lines of two fixed forms that the front end of a host reads:
+// The trace says why a font was chosen, in lines of two fixed forms that the host's console parses:
 //
 //   Preferred '<file>' over '<file>' for '<PostScript name>': <words>
 //   Matched '<PostScript name>' with '<file>': <words>
 //
-// The first is written when several candidates were found and names the chosen one and the next best, the second once for
-// each font that was matched. The words are those of DescribeMatchStage, or of the classification. A file is the record's
-// path, or else its file name, or else "font <ID>"; it may itself hold an apostrophe, so a reader divides the line at
-// "' over '", at "' with '", and at the last "' for '" and "': ". The name is that in the document. The last line about a
-// name holds.
+// The first names the chosen candidate and the next best; it is written if there are several. The second is written
+// once for each matched font. The words are those of DescribeMatchStage or of the classification. A file is the
+// record's path, its file name, or "font <ID>". It may contain an apostrophe, so a parser splits the line at "' over
+// '", at "' with '", and at the last "' for '" and "': ". The name is the one in the document. The last line about a
+// name is the valid one.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@
 
 namespace GlyphsureSupport {
 
-// Which stage of the comparison put one record before the other, in the order of the stages.
+// The stage of the comparison that decided, in the order of the stages.
 enum class MatchStage {
   kActive,
   kNonSystem,
@@ -36,30 +36,30 @@ enum class MatchStage {
   kVersionText,
   kTemporary,
   kVault,
-  kNone,  // tied
+  kNone,  // no stage decided
 };
 
-// The reason in words for a reader of the trace.
+// The reason in words, for the trace.
 const char* DescribeMatchStage(MatchStage stage);
 
-// Negative puts the first record first, positive the second, 0 ties. context is the document's record, or null. stage may be
-// null; it receives the stage that decided.
+// Returns a negative number if the first record is better, a positive one if the second is, 0 for a tie. `context` is
+// the document's record, or null. `stage` receives the stage that decided; it may be null.
 int PickBestMatchCallBack(const platform::Dictionary& first, const platform::Dictionary& second,
                           const platform::Dictionary& context, MatchStage* stage = nullptr);
 
-// Sorts by the comparison, best first, and traces why the first is preferred to the second. Safe with a comparison that is
-// one-sided: the pairs are compared in the order in which the records arrived, and what the comparison says is taken.
+// Sorts the candidates, the best first, and traces why the first is better than the second. Works with a one-sided
+// comparison: it compares pairs in their original order and takes the result as it is.
 void SortByBestMatch(platform::Array candidates, const platform::Dictionary& context);
 
-// The lines above.
+// Trace the lines described above.
 void TracePreferred(const platform::Dictionary& chosen, const platform::Dictionary& other, const char* documentName,
                     const char* words);
 void TraceMatched(const platform::Dictionary& chosen, const char* documentName, const char* words);
 
-// source came from a document, candidate from the agent.
+// `source` is the document's record, `candidate` the agent's.
 bool IsPerfectMatch(const platform::Dictionary& source, const platform::Dictionary& candidate);
 bool IsXMPMatch(const platform::Dictionary& source, const platform::Dictionary& candidate);
-// True if exactly one candidate matches; outMatch, not null, receives it or else null.
+// True if exactly one candidate matches. outMatch, which must not be null, receives it, or null.
 bool AdobeXMPMatchesExactlyOnePossibleReplacement(const platform::Dictionary& source, const platform::Array& candidates,
                                                   platform::Dictionary* outMatch);
 

@@ -59,14 +59,14 @@ void LogPairs(const Dictionary& first, const Dictionary& second) {
   }
 }
 
-// 1 if the source knows more, -1 if the destination does. Two conflicting records of one size rank 0.
+// Returns 1 if the source has more keys, -1 if the destination has, 0 if they have the same number.
 int Rank(const Dictionary& source, const Dictionary& destination) {
   if (source.Count() != destination.Count()) return source.Count() > destination.Count() ? 1 : -1;
   LogPairs(source, destination);
   return 0;
 }
 
-// Puts the record in the place of another; the record in the new place may have another name.
+// Replaces the entry at this position. The new record may have another name.
 void ReplaceEntry(Array& array, FontNameIndex& index, size_t at, const Dictionary& record) {
   index.Replaced(at, NameOf(Dictionary(array.At(at))), NameOf(record));
   array.Set(at, record);
@@ -75,7 +75,7 @@ void ReplaceEntry(Array& array, FontNameIndex& index, size_t at, const Dictionar
 // Merges the source's entry i into the destination's entry of the same name.
 void MergeOne(int i, const Dictionary& source, Array& destinationArray, FontNameIndex& index, size_t at) {
   const Dictionary destination(destinationArray.At(at));
-  if (destination == source) return;  // the very same record: nothing to merge
+  if (destination == source) return;  // the same record
   const char* name = NameOf(source).CString();
   const Comparison comparison = CompareCommonKeys(source, destination);
   if (comparison.conflicts == 0 && comparison.common < source.Count()) {
@@ -97,7 +97,7 @@ void MergeOne(int i, const Dictionary& source, Array& destinationArray, FontName
         "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already has more complete info for that font.",
         i, name);
   } else {
-    // This wording stands for records of one size also when their values differ.
+    // Also used for records of the same size whose values differ.
     OutputIndentedAndFormattedString(
         0,
         "Ignoring entry %d in srcFontArray (for '%s') because dstFontArray already has identical info for that font.",
@@ -161,7 +161,7 @@ void MergeFontsIntoFontsArray(const Array& srcFontArray, Array dstFontArray, Fon
 
 namespace {
 
-// What GetGlyphsureDictionaryFromArrayWithPostscriptName finds, for many names: the first entry of exactly the name, or the
+// GetGlyphsureDictionaryFromArrayWithPostscriptName for many names: finds the first entry with exactly the name, or the
 // first Multiple Master font of which the name is an instance, whichever comes first.
 class SlugIndex {
  public:

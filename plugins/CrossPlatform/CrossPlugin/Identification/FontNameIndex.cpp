@@ -54,8 +54,8 @@ void FontNameIndex::Erase(Entries& entries, const std::string& key, size_t index
   }
 }
 
-// A form that the loose or the strict comparison gives is itself a name that both leave as it is, so an entry that stands
-// under it in exact_ answers to it too.
+// The loose and strict comparisons leave their own results unchanged, so an entry of that name in exact_ matches a
+// loose or strict form, too.
 std::optional<size_t> FontNameIndex::Find(std::string_view name) const {
   size_t found = First(exact_, name);
   if (found == kNowhere) {

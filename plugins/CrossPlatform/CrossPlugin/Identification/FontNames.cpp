@@ -27,7 +27,7 @@ bool IsInstanceOf(std::string_view wanted, std::string_view base) {
   return wanted.size() > base.size() && wanted[base.size()] == '_' && wanted.starts_with(base);
 }
 
-// A name's bytes as the comparison sees them, one by one, so that comparing takes no memory.
+// Iterates over a name's bytes as the comparison sees them, without allocating memory.
 class NormalizedBytes {
  public:
   static constexpr int kEnd = -1;
@@ -94,7 +94,7 @@ String CreateStringStrippingIllegalCharsInPostScriptName(const String& name) {
 bool DoesArrayContainFontWithPostScriptName(const Array& fontArray, const String& name, size_t* outIndex) {
   if (!fontArray || !name) return false;
   const size_t count = fontArray.Count();
-  // One walk for the three passes: what the looser ones would find is kept until the strictest is through.
+  // One loop for all three passes: remembers what the looser passes would find until the strictest is done.
   size_t loose = count, strict = count;
   for (size_t i = 0; i < count; ++i) {
     const String held = NameAt(fontArray, i);
@@ -138,7 +138,7 @@ Dictionary GetGlyphsureDictionaryFromArrayWithPostscriptName(const Array& fontAr
 
 bool PSNameMightHaveCruftAppended(const char* name, size_t bufferSize, char* outName) {
   if (!name || !outName || bufferSize == 0 || *name == '\0') return false;
-  const std::string text = name;  // a copy: the output may be the same buffer
+  const std::string text = name;  // a copy, because outName may be the same buffer
   const auto propose = [&](std::string_view shorter) {
     const size_t length = std::min(shorter.size(), bufferSize - 1);
     std::memcpy(outName, shorter.data(), length);
@@ -154,7 +154,7 @@ bool PSNameMightHaveCruftAppended(const char* name, size_t bufferSize, char* out
 }
 
 String CreateResolvedMMFontName(const String& name) {
-  // In characters, of which the last two are never looked at.
+  // In UTF-16 units; the last two are never examined.
   const std::u16string text = platform::UTF8ToUTF16(name.View()).value_or(std::u16string());
   bool isMarked = false;
   for (size_t i = 0; i + 2 < text.size(); ++i) {

@@ -22,7 +22,7 @@ constexpr std::string_view kSluggableKeys[] = {
     kGS_OutlineFileNameKey, kGS_FamilyKey,
 };
 
-// One more than the largest kerning checksum.
+// The largest kerning checksum plus one.
 constexpr uint32_t kKerningChecksumLimit = 0x100000;
 
 struct KindPair {
@@ -39,7 +39,7 @@ constexpr KindPair kFromTypecellar[] = {
     {"DFont", "TrueType", true},
 };
 
-// "TrueType" has no way back: "DFont" is lost on purpose.
+// "TrueType" is not mapped back: "DFont" is lost on purpose.
 constexpr KindPair kToTypecellar[] = {
     {"Postscript", "PS Pair", false},
     {"PostScript - MM", "PS MM", true},
@@ -84,7 +84,7 @@ Dictionary CreateGlyphsureDictionaryWithFamilyName(const String& familyName) {
 int CreateXMLGlyphsureSlug(const Array& fontArray, String* outString) {
   if (!fontArray || !outString) return kErrorBadArgument;
   const std::string xml = platform::CreateXMLPropertyList(fontArray);
-  // A failed conversion stores nothing and is no error: the caller asks the string.
+  // A failed conversion leaves the string unset and is not an error; the caller tests the string.
   if (!xml.empty()) *outString = String::FromUTF8(xml);
   return 0;
 }
@@ -158,7 +158,8 @@ String CreateTypecellarFoundryNameFromMarquineFoundryName(const String& foundry)
 bool MapTypecellarFoundryNameToMarquineFoundryName(Dictionary record) {
   const String foundry = record.GetString(kGS_FoundryKey);
   if (!foundry) return false;
-  // The name says one direction and the call goes the other: stored slugs were compared in this form from the start.
+  // Despite its name this maps in the other direction. Do not correct it: stored slugs have always been compared in
+  // this form.
   const String mapped = CreateTypecellarFoundryNameFromMarquineFoundryName(foundry);
   if (mapped.View() == foundry.View()) return false;
   OutputIndentedAndFormattedString(0, "In %s(), changing '%s' to '%s'", __func__, foundry.CString(), mapped.CString());

@@ -1,4 +1,4 @@
-// The step of FontRecords.h that asks whether a font manager exists.
+// The function of FontRecords.h that needs to know whether there is a font manager.
 #include "Bridge/FontManagerInterface.h"
 #include "Identification/FontRecords.h"
 

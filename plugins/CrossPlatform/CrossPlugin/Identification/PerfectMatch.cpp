@@ -1,4 +1,4 @@
-// Exact identity, by the identification data of a slug or by what an Adobe application wrote.
+// Exact identity by the data of a slug, or by what an Adobe application wrote.
 #include <cstdlib>
 
 #include "GStringUtils.h"
@@ -17,8 +17,8 @@ namespace {
 
 enum class Comparison { kText, kChecksum };
 
-// What is compared, in this order. An equal value of a proof that is not 0 ends the walk as a success: the keys behind it,
-// the kerning checksum and the file size with them, are not looked at.
+// The keys that are compared, in order. An equal, nonzero value of a proof ends the comparison as a match: later keys,
+// such as the kerning checksum and the file size, are not compared.
 struct IdentityKey {
   std::string_view key;
   Comparison comparison;
@@ -39,7 +39,7 @@ constexpr IdentityKey kIdentityKeys[] = {
 };
 constexpr int kMostKeysWithoutMatch = 2;
 
-// A 0 on either side says nothing.
+// A 0 on either side means unknown.
 bool AreSameChecksums(const std::string& wanted, const std::string& held) {
   const auto a = static_cast<uint32_t>(std::atoll(wanted.c_str()));
   const auto b = static_cast<uint32_t>(std::atoll(held.c_str()));
@@ -48,10 +48,10 @@ bool AreSameChecksums(const std::string& wanted, const std::string& held) {
   return false;
 }
 
-// compared counts the keys that the source defines, whatever comes of them.
+// Increments `compared` if the source has the key, whatever the result is.
 bool KeysHaveSameValueIfDefined(const Dictionary& source, const Dictionary& candidate, const IdentityKey& row,
                                 int& compared) {
-  if (!source.Contains(row.key)) return true;  // the document does not say
+  if (!source.Contains(row.key)) return true;  // the document has no value
   ++compared;
   if (!candidate.Contains(row.key)) return false;
   const std::string wanted = platform::TrimWhitespace(source.GetString(row.key).View());
@@ -74,7 +74,7 @@ bool HasEnoughToCompare(const Dictionary& source, const Dictionary& candidate) {
   return false;
 }
 
-// Only letters of ASCII match in another case. The third parameter has no effect; old callers passed it.
+// Ignores the case of ASCII letters only. The third parameter has no effect; old callers pass it.
 bool DoValuesExistAndMatch(const String& a, const String& b, bool) {
   return a && b && GStringUtils::OSToLowerCase(a.Text()) == GStringUtils::OSToLowerCase(b.Text());
 }
@@ -99,7 +99,7 @@ bool DoTypesMatch(const String& xmpType, const String& kind) {
   return false;
 }
 
-// An XMP version is the name table's whole text; what stands behind the first ";" is no version.
+// An XMP version is the whole text of the name table; the part after the first ";" is not compared.
 bool DoVersionsMatch(const String& xmpVersion, const String& version) {
   if (!xmpVersion || !version) return false;
   const std::string_view text = xmpVersion.View().substr(0, xmpVersion.View().find(';'));
@@ -108,7 +108,7 @@ bool DoVersionsMatch(const String& xmpVersion, const String& version) {
 
 bool DoNamesMatch(const String& a, const String& b) { return DoValuesExistAndMatch(a, b, false); }
 
-// What is compared, all of it whatever the outcome of one, and what a mismatch traces.
+// The keys that are compared, and what a mismatch traces. All of them are compared, whatever the results.
 struct XMPKey {
   std::string_view sourceKey;
   std::string_view candidateKey;

@@ -1,4 +1,4 @@
-// The books themselves, and opening fonts.
+// The records of fonts and documents, and opening fonts.
 #include "Tracking/FontActivationTracker.h"
 
 #include <cstdlib>
@@ -29,7 +29,7 @@ struct FontActivationTracker::OpenRun {
   bool wantsFamilies = false;
   Array fontsToActivate = Array::Create();
   std::set<std::string> activeNames{};
-  std::map<std::string, bool> activeFamilies{};  // what the operating system said; it is asked once for each family
+  std::map<std::string, bool> activeFamilies{};  // the operating system's answer, asked once for each family
   void* handle = nullptr;
   ProgressRef progress = nullptr;
 };
@@ -178,8 +178,8 @@ Array FontActivationTracker::CollectFamily(OpenRun& run, const Dictionary& match
     run.manager.FindFontsInSameFamilyForActivation(matched, run.fonts, run.manager.GetCurrentWorkgroupID(),
                                                    &familyFonts);
     RemoveActivatedFonts(familyFonts, 0, false);
-    // The matched font's name is compared with itself, so one named family font left means that the family list speaks
-    // for it: the query returns the matched font too, and one dropped as active must not return.
+    // If any named family member is left, use the list as it is: it already contains the matched font, unless that was
+    // dropped because it is active.
     if (matched.Contains(kGS_PostScriptNameKey) && HasFontWithName(familyFonts)) return familyFonts;
   }
   familyFonts.Append(matched);
@@ -216,7 +216,7 @@ bool FontActivationTracker::IsFamilyActive(OpenRun& run, const std::string& fami
   return entry->second;
 }
 
-// False if the font is active already; true whether or not it joins the batch.
+// Returns false if the font is active already, and true whether or not it was added to the batch.
 bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& font, const String& name,
                                                uint32_t fontID, const std::string& familyName) {
   if (KeyValueIs(font, kGS_IsActiveKey, "1")) {
@@ -225,7 +225,7 @@ bool FontActivationTracker::QueueForActivation(OpenRun& run, const Dictionary& f
     return false;
   }
   if (font.Contains(kGS_IsActiveKey) && IsFamilyActive(run, familyName)) {
-    // A line is all that happens: the font goes on like any other.
+    // Only traced: the font is handled like any other.
     OutputIndentedAndFormattedString(
         0, "The OS thinks the '%s' font family is active, but Nexcore says '%s' is not. Treating it as a system font",
         familyName.c_str(), name.CString());
@@ -278,7 +278,7 @@ int FontActivationTracker::RunBatch(OpenRun& run, Array activated, Array refused
   const int result = run.manager.ActivateFontsByID(run.fontsToActivate, run.identifier, &run.handle, counted, refused,
                                                    &ProgressCallback, &context);
   if (refused.Count() > 0) {
-    // Everything that this run opened is taken back at once.
+    // Close at once everything that this run opened.
     CloseAllFontsForIdentifier(run.identifier, true, false, Array());
     return result;
   }
@@ -349,7 +349,7 @@ size_t FontActivationTracker::CountFontsOpenedForIdentifier(const std::string& i
 
 namespace {
 
-// Neither the system nor an automatic activation made it active.
+// True if neither the system nor an automatic activation activated the font.
 bool IsManuallyActivated(const Dictionary& font, int workgroupID) {
   FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
   if (!manager) return false;

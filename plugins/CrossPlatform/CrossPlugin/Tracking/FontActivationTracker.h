@@ -1,14 +1,17 @@
-// The books of which document holds which font; the only part that asks the agent to activate or give back fonts for
-// documents. A font opened for a document stays open until the last document that uses it has gone, and a font that was
-// active before is never deactivated. Documents are known by their document identifier alone.
+// Records which document uses which font. Only this class asks the agent to activate or deactivate fonts for documents.
+// A font that was opened for a document stays open until the last document that uses it is closed. A font that was
+// active before is never deactivated. A document is known by its identifier only.
 //
-// Always true, as long as no close with deactivation is in progress: a font's nRefCount is the number of times its ID stands
-// in the vectors of m_mDocuments that have not been closed. A close that an exception of the agent ended leaves fonts whose
-// count no vector stands for; they wait for the quit. The first registration fixes bWasAlreadyActive, sFirstDocument and the
-// handle for good. The mutex guards the three maps and is held across agent calls while closing. The agent calls of a close
-// can run the host's loop and with it another open or close on the same thread, which then goes on without the mutex: no
-// iterator and no reference into a map is held across an agent call. The pointer to the user interface is not owned and may
-// be null.
+// Invariant, except during a close with deactivation: a font's nRefCount is the number of times its ID is in the
+// vectors of m_mDocuments that are not closed. If an exception of the agent ends a close, some fonts keep counts
+// without a vector entry; they are closed at quit. The first registration sets bWasAlreadyActive, sFirstDocument and
+// the handle for good.
+//
+// Locking: the mutex guards the three maps and is held across agent calls while closing. Those calls can run the host's
+// event loop, and an open or close on the same thread then proceeds without the mutex. So no iterator or reference into
+// a map is kept across an agent call.
+//
+// The pointer to the user interface is not owned and may be null.
 #pragma once
 
 #include <map>
@@ -36,7 +39,7 @@ class FontActivationTracker {
   };
   struct DocumentFonts {
     std::string identifier;
-    std::vector<uint32_t> fontIDs;  // in order of registration, with repeats
+    std::vector<uint32_t> fontIDs;  // in order of registration, with duplicates
   };
 
   explicit FontActivationTracker(VPFInterface* ui);
@@ -45,33 +48,35 @@ class FontActivationTracker {
   FontActivationTracker& operator=(const FontActivationTracker&) = delete;
 
   static std::string GenerateUniqueIdentifier();
-  // The identifier where the system can make no UUID: one random byte as text, never 0, and none twice before all 255 are
-  // used up. A repetition goes into the log, as the two documents then share their counts.
+  // Fallback when the system cannot create a UUID: one random byte as decimal text, never 0. It repeats only after all
+  // 255 are used; a repetition is logged, because the two documents then share their counts.
   static std::string GenerateFallbackIdentifier();
 
-  // Registers the matched fonts under the identifier and activates them in one batch. activated and refused may be null.
-  // 0, 1000 without a connected font manager, or the batch's result. An exception of the agent passes through.
+  // Registers the matched fonts for the document and activates them in one batch. `activated` and `refused` may be null
+  // handles. Returns 0, 1000 without a connected font manager, or the result of the batch. Exceptions of the agent pass
+  // through.
   int OpenFontsForIdentifier(const platform::Array& fonts, const std::string& identifier, bool bShowProgress,
                              platform::Array activated, platform::Array refused);
   void RegisterFontWithDocument(const platform::Dictionary& font, const platform::String& name, uint32_t fontID,
                                 bool bWasAlreadyActive, const std::string& identifier, void* handle);
-  // A progress box that a close shows stays when it has ended, for the caller to hide; only an open hides its own.
+  // A close leaves its progress box open; the caller hides it. An open hides its own.
   int CloseAllFontsForIdentifier(const std::string& identifier, bool bDeactivateClosedFonts, bool bShowProgress,
                                  platform::Array fontsDeactivated);
-  // For the quit: any font still on the books goes, whatever its count.
+  // For quit: closes all fonts, whatever their counts.
   int CloseAllFonts(bool bDeactivateClosedFonts, bool bShowProgress);
 
   size_t CountFontsRegisteredForIdentifier(const std::string& identifier);
-  // Fonts first registered by this document that are open; of them those that were active before are counted apart.
+  // Counts the open fonts that this document registered first. alreadyActive receives the number of those that were
+  // active before.
   size_t CountFontsOpenedForIdentifier(const std::string& identifier, size_t& alreadyActive);
-  // Removes the fonts that the operating system has active; with removeOnlyManuallyActivated only those that neither the
-  // system nor an automatic activation made active.
+  // Removes from the array the fonts that the operating system has active. With removeOnlyManuallyActivated, removes
+  // only those that neither the system nor an automatic activation activated.
   static void RemoveActivatedFonts(platform::Array fontArray, int workgroupID, bool removeOnlyManuallyActivated);
   void EndFontChangeSession(bool bShowProgress);
   void AddUnresolvedFont(const std::string& identifier, const std::string& fontName);  // not locked
   std::vector<std::string>& GetUnresolvedFonts(const std::string& identifier);         // not locked
 
-  // For tests that hold the counts against the vectors.
+  // For tests that compare the counts with the vectors.
   const std::map<uint32_t, FontInfo>& GetFontsForTesting() const { return m_mFonts; }
   const std::map<std::string, DocumentFonts>& GetDocumentsForTesting() const { return m_mDocuments; }
 

@@ -1,4 +1,4 @@
-// Giving fonts back: for one document, and for the quit.
+// Closes fonts, for one document or at quit.
 #include "Bridge/FontManagerInterface.h"
 #include "GScopedLock.h"
 #include "Services/DiagnosticLog.h"
@@ -15,15 +15,15 @@ struct FontActivationTracker::CloseRun {
   bool bDeactivate;
   bool bShowProgress;
   bool allClosed;
-  std::vector<uint32_t> fontIDs{};  // what is closed: a document's vector, or all fonts in the order of their IDs
+  std::vector<uint32_t> fontIDs{};  // the fonts to close: a document's, or all in the order of their IDs
   FontManagerInterface::ActivationStates states{};
   ProgressRef progress{};
 };
 
 namespace {
 
-// True if this was the last registration. A vector that outlived a quit can name a font more often than it is counted;
-// such a font stays open until the next quit.
+// Returns true if this was the last registration. After a quit, a remaining vector can contain a font more often than
+// it is counted; such a font stays open until the next quit.
 bool LowerCount(FontActivationTracker::FontInfo& info) { return info.nRefCount-- == 1; }
 
 }  // namespace
@@ -42,14 +42,14 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
     OutputIndentedAndFormattedString(0, "No fonts registered for '%s'", identifier.c_str());
     m_mDocuments.erase(document);
   } else {
-    // The entry goes before the agent is called, so that an open or close from inside the calls finds books that are right:
-    // nothing is lowered twice, and what is registered meanwhile stays.
+    // Remove the entry before calling the agent, so that an open or close during the calls finds correct records:
+    // nothing is decremented twice, and what is registered meanwhile stays.
     run.fontIDs = std::move(document->second.fontIDs);
     m_mDocuments.erase(document);
     try {
       result = CloseRegisteredFonts(run, fontsDeactivated);
     } catch (...) {
-      // Counts already lowered stay so; the IDs not yet reached wait for the quit.
+      // Counts that were decremented stay so. The fonts that were not reached are closed at quit.
       manager->EndActivationChange();
       manager->SetCountForLongOperations(1);
       OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFontsForIdentifier() exiting abnormally");
@@ -84,7 +84,7 @@ int FontActivationTracker::CloseInBatch(CloseRun& run, Array fontsDeactivated) {
     FontInfo& info = found->second;
     OutputIndentedAndFormattedString(0, "Considering whether to deactivate databaseID %d", fontID);
     if (!LowerCount(info)) run.allClosed = false;
-    // Without deactivation the entry stays open, so that the quit can still find it.
+    // Without deactivation keep the entry, so that the quit finds it.
     if (!run.bDeactivate) continue;
     const char* name = info.postScriptName.CString();
     if (info.nRefCount > 0) {
@@ -106,7 +106,7 @@ int FontActivationTracker::CloseInBatch(CloseRun& run, Array fontsDeactivated) {
   return run.manager.DeactivateFonts(fontsToDeactivate, nullptr, fontsDeactivated, &ProgressCallback, &context);
 }
 
-// The agent's status; one that is no success is traced.
+// Returns the agent's status and traces a failure.
 int FontActivationTracker::DeactivateOne(CloseRun& run, const FontInfo& info) {
   const int status = run.manager.DeactivateFont(info.font, info.handle);
   if (status != 0) OutputIndentedAndFormattedString(0, "XTDeactivateFont returned %d", status);
@@ -151,7 +151,7 @@ int FontActivationTracker::CloseAllFonts(bool bDeactivateClosedFonts, bool bShow
   try {
     result = CloseBooks(run);
   } catch (...) {
-    // At quit, losing track is better than holding up the host.
+    // At quit, losing records is better than blocking the host.
     manager->EndActivationChange();
     m_mFonts.clear();
     OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() exiting abnormally");

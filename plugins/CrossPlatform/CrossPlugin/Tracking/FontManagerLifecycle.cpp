@@ -1,4 +1,4 @@
-// The statics of FontManagerInterface that make the one manager and end it.
+// Creates and deletes the one manager: statics of FontManagerInterface.
 #include "Bridge/CoreAgentInterface.h"
 #include "Bridge/FontManagerInterface.h"
 #include "Bridge/VPILoader.h"

@@ -1,4 +1,4 @@
-// The operations of MarquineGlobals that reach the agent's table and the tracker.
+// The operations of MarquineGlobals that use the agent's table or the tracker.
 #include "Bridge/VPILoader.h"
 #include "Services/MarquineGlobals.h"
 #include "Services/MarquineGlobalsState.h"
@@ -14,8 +14,8 @@ FontActivationTracker* GetSharedFontActivationTracker() {
   return state.sFontActivationTracker;
 }
 
-// Empty on purpose. Elsewhere it makes the host redraw its front window's state by taking the front from it for a moment.
-// The windows of this platform have no such state, and no program here can give or take the front.
+// Empty on purpose. On other platforms it takes the front from the host for a moment, so that the host redraws its
+// front window. Windows here have no such state.
 void BackgroundForegroundApp() {}
 
 void CleanUpOnShutdown() {

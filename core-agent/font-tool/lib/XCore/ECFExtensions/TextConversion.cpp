@@ -31,7 +31,7 @@ void Store(PlatformString destination, std::string_view bytes) {
   std::memcpy(destination + 1, bytes.data(), bytes.size());
 }
 
-// Well-formed text is its own conversion, and a converter costs more to open than most texts to convert.
+// Well-formed text needs no conversion, and opening a converter costs more than converting most texts.
 bool IsItsOwnConversion(const std::string& text) { return local_charset == "UTF-8" && platform::IsValidUTF8(text); }
 
 }  // namespace

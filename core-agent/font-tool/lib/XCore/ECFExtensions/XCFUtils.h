@@ -1,6 +1,5 @@
-// Typed access to dictionaries and arrays. A read of a missing key, or of a value of another type, gives the null
-// object, false with the output untouched, or 0. Writes replace what was there. Font records keep their numbers as
-// decimal text.
+// Typed access to dictionaries and arrays. Reading a missing key, or a value of another type, returns the null object,
+// 0, or false with the output unchanged. Writing replaces the old value. Font records store numbers as decimal text.
 #pragma once
 
 #include <string>
@@ -29,12 +28,12 @@ bool GetLongLongFromDict(const Dictionary& dictionary, std::string_view key, lon
 bool GetFloatFromDict(const Dictionary& dictionary, std::string_view key, float& out);
 bool GetDoubleFromDict(const Dictionary& dictionary, std::string_view key, double& out);
 
-// The value must be a string; its decimal integer.
+// Reads a string as a decimal integer.
 long GetLongFromDictString(const Dictionary& dictionary, std::string_view key,
                            platform::TextEncoding encoding = platform::TextEncoding::kUTF8);
-// Asserts both arguments.
+// Asserts that both arguments are set.
 String XCFGetCFStringFromDictionary(const Value& dictionary, std::string_view key);
-// Asserts that the value is there; false if it is no number.
+// Asserts that the value is set; returns false if it is not a number.
 bool GetNumberFromCFValue(const Value& value, long long& out);
 
 void PutBoolIntoDict(Dictionary dictionary, std::string_view key, bool value);
@@ -62,12 +61,12 @@ enum class CompareOptions { kExact, kCaseless };
 bool CFDictionaryDoesStringValueContain(const Dictionary& dictionary, std::string_view key, std::string_view text,
                                         CompareOptions options);
 
-// The whole file; null for an empty file and on failure, with a line on standard output.
+// Reads a whole file. Returns null for an empty file and on failure, with a line on standard output.
 platform::Data XCFCreateCFDataRefFromPath(const std::string& path);
-// Null for a null or empty path and on failure; a parse error is printed on standard output. The options say how the
-// platform would store the list and change nothing here.
+// Returns null for a null or empty path and on failure; prints a parse error to standard output. `options` has no
+// effect here.
 Value XCFCreateCFPropertyListFromPath(const char* path, unsigned options = 0);
-// Replace the file whole or leave it; false on failure.
+// Replace the file atomically. Return false on failure.
 bool XCFWriteCFPropertyListToXMLFile(const Value& list, const std::string& path);
 bool XCFWriteCFDataRefToXMLFile(const platform::Data& data, const std::string& path);
 

@@ -32,7 +32,7 @@ std::string FindLaunchConfiguration() {
   return FileExistsAtPath(local.c_str()) ? local : InCompanyFolder(platform::UserLibraryFolder());
 }
 
-// The executable that was launched; empty on failure.
+// Returns the path of the launched executable, empty on failure.
 std::string LaunchConfigured(const std::string& configuration) {
   OutputIndentedAndFormattedString(0, "Will attempt to open '%s'", configuration.c_str());
   if (!FileExistsAtPath(configuration.c_str())) {
@@ -44,7 +44,7 @@ std::string LaunchConfigured(const std::string& configuration) {
   std::string executable = values["nexcore.path"];
   if (!platform::IsExecutableFile(executable)) return "";
   std::string error;
-  // Exactly one argument, unsplit.
+  // The whole text is one argument; it is not split.
   if (!platform::LaunchDetached(executable, values["nexcore.args"], "", &error)) {
     std::fprintf(stderr, "%s\n", error.c_str());
     return "";
@@ -72,7 +72,7 @@ TModuleErrorCode GetPathToRunningProcessExe(const std::string& name, std::string
   const platform::String wanted = platform::UniqueString(name);
   TModuleErrorCode result = CoreErrorCodes::kUnknownError;
   for (const platform::RunningApplication& application : platform::RunningApplications()) {
-    // The identity of the name's object is tested and not its characters; the last match wins.
+    // Compares the interned string objects, not their characters. The last match wins.
     if (!(application.localizedName == wanted)) continue;
     if (application.executablePath.size() <= name.size()) continue;
     outFolder = application.executablePath.substr(0, application.executablePath.size() - name.size());
@@ -151,7 +151,7 @@ TModuleErrorCode SetFrontApplication(int) { return CoreErrorCodes::kNotSupported
 
 namespace {
 
-// What a user types at a prompt is meant from the current folder, and "~" is the user's own folder.
+// Resolves what a user types at a prompt: "~" is the home folder, relative paths start at the current folder.
 std::string AbsolutePath(const std::string& typed) {
   std::string path = typed;
   const char* home = std::getenv("HOME");

@@ -1,5 +1,5 @@
-// Finding and starting the agent, and the small process and file utilities around it. Nothing here shows anything to the
-// user, except the two that are boxes.
+// Finds and starts the agent, with small helpers for processes and files. Only ShowSaveFolderDialog and ShowMessage
+// show anything to the user.
 #pragma once
 
 #include <chrono>
@@ -8,19 +8,21 @@
 #include "ErrorCodes.h"
 #include "platform/Bundle.h"
 
-// Starts the agent as its launch configuration says, without a look whether it runs already. 0 launched, -1 not. outFolder
-// may be null; it receives the executable's folder, ending in "/".
+// Starts the agent that the launch configuration names, whether or not one is running. Returns 0, or -1 if it could not
+// be started. outFolder receives the executable's folder, ending in "/"; it may be null.
 int FindAndLaunchNexcore(std::string* outFolder);
 
-// The folder of a running program, ending in "/". 0 or CoreErrorCodes::kUnknownError.
+// Finds the folder of a running program, ending in "/". Returns 0, or CoreErrorCodes::kUnknownError with outFolder
+// unchanged.
 TModuleErrorCode GetPathToRunningProcessExe(const std::string& name, std::string& outFolder);
 
-// The same for a program that was launched a moment ago: waits until it has announced itself, but not longer than a few
-// seconds (or what a test says).
+// The same for a program that was just launched: waits until it has announced itself, at most 5 seconds unless a test
+// sets another time.
 TModuleErrorCode AwaitPathToRunningProcessExe(const std::string& name, std::string& outFolder);
 void SetAnnouncementPatienceForTesting(std::chrono::milliseconds patience);
 
-// The value of the first line that holds the key and an "=", in a file of the user's Library folder.
+// Reads a file in a folder of the user's Library. Sets `out` to the text after the "=" of the first line that contains
+// the key and an "=". Returns 0 or CoreErrorCodes::kUnknownError.
 TModuleErrorCode GetConfiguredPath(const std::string& folder, const std::string& file, const std::string& key,
                                    std::string& out);
 
@@ -30,19 +32,20 @@ bool ReadFieldFromVersionResource(const char* path, const char* key, unsigned lo
 bool ReadVersionResource(const char* path, unsigned long size, char* out);
 
 bool FileExistsAtPath(const char* path);
-// Only for a program that runs. Without one it gives CoreErrorCodes::kNotFound, as looking on would hang the host.
+// Sets outPID to the process of a running bundle. Returns CoreErrorCodes::kNotFound at once if it is not running;
+// waiting would hang the host.
 TModuleErrorCode GetProcessID(const std::string& bundleID, int& outPID);
-// There is no front program among the programs of this desktop: CoreErrorCodes::kNotSupported.
+// Always CoreErrorCodes::kNotSupported: this desktop has no front program.
 TModuleErrorCode SetFrontApplication(int pid);
 
-// Asks for a folder to write to. nameFormat, with the document's name for its one "%@", is the name offered. Returns 0
-// and an absolute path in outPath (it need not exist), or -1 if the user cancels.
+// Asks the user for a folder to write to. Offers nameFormat as the name, with the document's name in place of its "%@".
+// Returns 0 with an absolute path in outPath, which need not exist, or -1 if the user cancels.
 int ShowSaveFolderDialog(const std::string& documentName, std::string& outPath, const std::string& title,
                          const std::string& message, const std::string& nameFormat);
 void ShowMessage(const std::string& text);
 
-// The bundle of an identifier, looked up once; null if there is none.
+// Returns the loaded bundle with this identifier, or null.
 platform::BundleRef GetBundleWithIdentifierReliably(const std::string& identifier);
-// A bundle in the private frameworks folder of the plug-in's own bundle; null if it is not there.
+// Returns a bundle of the private frameworks folder of the plug-in's bundle, or null if it is not there.
 platform::BundleRef LoadPrivateFramework(const std::string& pluginBundleIdentifier, const std::string& name);
 void ForgetPrivateFrameworksFolderForTesting();

@@ -1,5 +1,5 @@
-// What the plug-in does about an event of the agent: changes its own state and passes the news on to the host side.
-// CoreAgentPluginNotification's and CoreAgentInterface's operations for it.
+// Handles the agent's events: changes the plug-in's state and forwards the news to the host side. Operations of
+// CoreAgentPluginNotification and CoreAgentInterface.
 #include "Bridge/CoreAgentInterface.h"
 #include "Bridge/CoreAgentNotifications.h"
 #include "Bridge/CoreAgentSupport.h"
@@ -84,7 +84,7 @@ void RespondToShutdown(const Dictionary&) {
   }
 }
 
-// Font events. Without an ID nothing happens. A missing font is traced as deactivated, a non-compliant one as activated.
+// Font events. Does nothing without an ID. A missing font is traced as deactivated, a non-compliant one as activated.
 template <class Tell>
 void RespondToFont(const Dictionary& event, const char* trace, const Tell& tell) {
   const int64_t id = event.GetInteger(kPluginNotification_FontActivation_Font_ID, -1);
@@ -156,7 +156,7 @@ struct Response {
   void (*respond)(const Dictionary& event);
 };
 
-// An event is looked for in this order, because the pairs of a payload may have the key of another event.
+// Searched in this order, because a payload may contain the key of another event.
 constexpr Response kResponses[] = {
     {kPluginNotification_OnlineStateChanged, RespondToOnlineState},
     {kPluginNotification_LoggedInStateChanged, RespondToLoggedInState},

@@ -1,4 +1,4 @@
-// Activation states, activation, and the two commands that make a set and collect fonts.
+// Activation states, activation, and the two commands that make a set and collect fonts. Part of CoreAgentInterface.
 #include <algorithm>
 #include <cstdio>
 
@@ -19,9 +19,9 @@ using platform::String;
 namespace {
 
 constexpr uint32_t kOrdinaryActivation = 1;
-constexpr size_t kLongestSetName = 255;  // characters, as the platform counts them
+constexpr size_t kLongestSetName = 255;  // UTF-16 units
 
-// Without half a character at the end.
+// Returns the first `count` UTF-16 units, without half a surrogate pair at the end.
 std::string FirstCharacters(const std::string& text, size_t count) {
   std::u16string units = platform::UTF8ToUTF16(text).value_or(std::u16string());
   units.resize(std::min(units.size(), count));
@@ -33,7 +33,7 @@ uint32_t FontIDOf(const Dictionary& record) {
   return static_cast<uint32_t>(XCFUtils::GetLongFromDictString(record, kGS_DatabaseIDKey));
 }
 
-// Compares the agent's answer with what the cache says; the agent's answer stands.
+// Logs the agent's answer, and the cache's if it differs. The agent's answer is used.
 void LogActivation(const std::string& name, uint32_t fontID, bool isActive) {
   OutputIndentedAndFormattedString(
       0, isActive ? "VPI says that %s (fontID %d) is active" : "VPI says that %s (fontID %d) is NOT active",
@@ -53,8 +53,8 @@ void LogActivation(const std::string& name, uint32_t fontID, bool isActive) {
 
 namespace {
 
-// A preview reports no list of the fonts that failed, so the agent is asked which are active now. Writes the others to the
-// front of `failed`, which has room for all, and returns how many they are; none if the agent can't say.
+// A preview does not list the fonts that failed, so this asks the agent which fonts are active. Writes the others to
+// the front of `failed`, which has room for all, and returns their number; 0 if the agent fails.
 uint32_t ListInactive(const std::vector<uint32_t>& ids, std::vector<uint32_t>& failed) {
   std::vector<uint32_t> flags(ids.size());
   const auto count = static_cast<uint32_t>(ids.size());
@@ -89,7 +89,7 @@ FontManagerInterface::ActivationStates CoreAgentInterface::GetFontIsActivated(co
   const auto count = static_cast<uint32_t>(ids.size());
   if (AgentTable().pfGetFontIsActivated(GetFacade(), count, ids.data(), flags.data()) != 0) return states;
   for (size_t i = 0; i < ids.size(); ++i) {
-    // Paired by position in their own lists: a record without a name shifts the names that the log shows.
+    // IDs and names are paired by their positions in two lists, so a record without a name shifts the names in the log.
     LogActivation(i < names.size() ? names[i] : "", ids[i], flags[i] != 0);
     states[ids[i]] = flags[i] != 0;
   }
@@ -158,8 +158,8 @@ int CoreAgentInterface::ActivateFontsByID(const Array& fonts, const std::string&
   uint32_t failedCount = 0, refusedCount = 0;
   const TModuleErrorCode code = ActivateByPreference(ids, failedIDs, refusedIDs, failedCount, refusedCount);
   if (code == 0 && activated) {
-    // Four entries count for each reported failure; the agent's callers have always read its list so. What lies beyond
-    // the buffer is left out.
+    // Each reported failure covers four entries of the list. Do not correct it: the agent's callers have always read
+    // the list so. Entries beyond the buffer are ignored.
     failedIDs.resize(std::min<size_t>(static_cast<size_t>(failedCount) * 4, failedIDs.size()));
     CreateFontArrayWithErrorsRemoved(fonts, activated, failedIDs);
   }
@@ -231,13 +231,13 @@ int CoreAgentInterface::CollectFontsUsedByCurrentDocument(const std::string& doc
                             reason);
     return -1;
   } catch (...) {
-    // The command must never end the host; what was thrown is traced.
+    // The command must never terminate the host, so it only traces the exception.
     OutputIndentedAndFormattedString(0, "Exception thrown somewhere under CollectFontsUsedByCurrentDocument().");
     return 0;
   }
 }
 
-// -1 on every path, success included; callers do not read it.
+// Returns -1 on every path, also on success; callers ignore it.
 int CoreAgentInterface::MakeSetForDocumentFonts(const String& defaultName, const Array& fonts) {
   if (!defaultName || IsAllWorkgroupsSelected()) return -1;
   try {

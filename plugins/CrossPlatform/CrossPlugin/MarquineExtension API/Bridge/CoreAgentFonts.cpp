@@ -1,4 +1,4 @@
-// Looking fonts up, and turning agent data into font records.
+// Looks fonts up and turns agent data into font records. Part of CoreAgentInterface.
 #include <algorithm>
 #include <cstring>
 
@@ -20,10 +20,10 @@ namespace {
 constexpr uint32_t kPostScriptNameCapacity = 1024;
 constexpr uint32_t kFamilyNameCapacity = 4096;
 
-// By the agent's state, 0 to 11.
+// Indexed by the agent's state, 0 to 11.
 constexpr int kPluginStates[] = {1, 3, 3, 3, 2, 2, 2, 0, 0, 3, 3, 2};
 
-// Appends what the agent finds in some workgroups, cut to the buffer's capacity.
+// Appends the fonts that the agent finds in some workgroups, at most as many as the buffer holds.
 TModuleErrorCode Query(TypeOfFontName kind, const std::string& name, const std::vector<uint32_t>& workgroups,
                        std::vector<uint64_t>& out) {
   const bool byFamily = kind == kFamilyName;
@@ -144,7 +144,7 @@ int CoreAgentInterface::GetGlyphsureInfo(unsigned, const Dictionary& fontInfo, c
   String text;
   const int status = CreateXMLGlyphsureSlug(one, &text);
   if (status != 0) return status;
-  // A copy that does not fit is no error: the caller finds its buffer as it was.
+  // Text that does not fit leaves the buffer unchanged and is not an error.
   if (text.View().size() < *inOutSize) std::memcpy(xmlBuffer, text.CString(), text.View().size() + 1);
   return 0;
 }

@@ -1,4 +1,4 @@
-// Connecting, relaunching, and the questions about state and workgroups.
+// Connecting, relaunching, and questions about state and workgroups.
 #include "Bridge/CoreAgentInterface.h"
 
 #include "Bridge/AgentLaunch.h"
@@ -17,7 +17,7 @@ constexpr uint32_t kBuildConstant = 21;
 constexpr size_t kVaultPathSize = 1024;
 constexpr size_t kLibraryNameSize = 128;
 
-// The codes of a thread instance that could not be made; the second of each pair is that of an older agent.
+// Codes of InitThreadInstance. The second of each pair comes from an older agent.
 constexpr TModuleErrorCode kAgentNotFound = 0x02002005, kAgentNotFoundOld = 0x02007005;
 constexpr TModuleErrorCode kWrongMode = 0x03002005, kWrongModeOld = 0x03007005;
 constexpr TModuleErrorCode kVaultInUse = 0x02002008, kVaultInUseOld = 0x02007008;
@@ -260,7 +260,8 @@ int CoreAgentInterface::GetAllWorkgroupsForUser(Array* out, bool addAllWorkgroup
     if (!name) continue;
     Dictionary renamed = workgroup.Copy();
     renamed.Set(kGS_WorkgroupNameKey, name);
-    // An integer where the agent gave text: readers of text take a renamed workgroup for type 0, and count on it.
+    // Store an integer where the agent sent text: readers of text then see type 0 for a renamed workgroup, and depend
+    // on it.
     XCFUtils::PutLongIntoDict(renamed, kGS_WorkgroupTypeKey, type);
     out->Set(i, renamed);
   }

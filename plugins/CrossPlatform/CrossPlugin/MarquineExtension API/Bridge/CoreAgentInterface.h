@@ -1,5 +1,6 @@
-// The font manager behind the agent function table: every question becomes calls of the table, agent data becomes font
-// records, and an agent that has gone is relaunched and the command retried until it answers or somebody says stop.
+// The font manager that asks the agent. It turns every question into calls of the agent function table and makes font
+// records from the results. If the agent is gone during a command, it relaunches the agent and repeats the command
+// until the agent replies or relaunching is given up. Main thread only, except EnqueueNotification.
 #pragma once
 
 #include <functional>
@@ -9,7 +10,7 @@
 
 class CoreAgentInterface : public FontManagerInterface {
  public:
-  CoreAgentInterface();  // connects
+  CoreAgentInterface();  // connects to the agent; failures show in MarquineGlobals
   ~CoreAgentInterface() override;
 
   bool ConnectedToCoreAgent() override { return true; }
@@ -62,9 +63,10 @@ class CoreAgentInterface : public FontManagerInterface {
   void InitializeCoreAgent(const platform::String& hostApp);
   void DeleteCoreAgent();
   void EnqueueNotification(std::unique_ptr<CoreAgentPluginNotification> notification);
-  // Agent activation state to plug-in activation state; 0 for any state that has none.
+  // Converts the agent's activation state to the plug-in's. 0 for a state without a counterpart.
   static int ComputePluginActivationState(long agentState);
-  // Replaces the agent's state in a record by the plug-in's, with the flags that follow from it. -1 for null.
+  // Replaces the agent's activation state in a record by the plug-in's and sets the flags that follow from it. Returns
+  // -1 for null.
   static int ConvertActivationStateValues(Dictionary record);
   int GetSpecialWorkgroupID(long type);
   int GetSystemWorkgroupID();
@@ -74,16 +76,17 @@ class CoreAgentInterface : public FontManagerInterface {
   bool AttemptRelaunchTryAgain();
   static int LaunchZephyneAgentIfNeeded();
   static int RelaunchZephyneAgent();
-  // Reports for ever and never returns: part of the class's form that nobody may call.
+  // Loops forever, calling `progress`. Part of the class's form; never call it.
   [[noreturn]] static void HandleProgress(ProgressFunction progress, void* context);
-  // Appends each record with a nonzero ID that is not in the list.
+  // Appends to `out` the records of `in` whose ID is not 0 and not in the list.
   static void CreateFontArrayWithErrorsRemoved(const Array& in, Array out, const FontIDs& failedIDs);
 
-  static void ResetForTesting();  // the cached IDs and the time of the last look at the agent
+  static void ResetForTesting();  // resets the cached IDs and the time of the last check
 
  private:
   using Command = std::function<TModuleErrorCode()>;
-  // Calls until the result is none of the agent-gone codes, or relaunching is given up.
+  // Repeats the command until it returns a code other than the agent-gone ones, or until relaunching is given up.
+  // Returns the last code.
   TModuleErrorCode CallWithRelaunch(const Command& command);
   TModuleErrorCode ActivateByPreference(const FontIDs& ids, FontIDs& failed, FontIDs& refused, uint32_t& failedCount,
                                         uint32_t& refusedCount);

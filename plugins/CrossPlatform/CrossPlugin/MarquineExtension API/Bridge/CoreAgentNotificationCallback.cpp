@@ -1,4 +1,4 @@
-// Packs what the agent reports, on whatever thread it comes, and queues it for the main thread.
+// Packs the agent's notifications on the thread on which they arrive, and queues them for the main thread.
 #include "Bridge/CoreAgentInterface.h"
 #include "Bridge/CoreAgentNotifications.h"
 #include "Bridge/NotificationKeys.h"
@@ -30,7 +30,7 @@ void CopyAllPairs(platform::ValueRef from, Dictionary& to) {
   for (size_t i = 0; i < source.Count(); ++i) to.Set(source.KeyAt(i), source.ValueAt(i));
 }
 
-// Most payloads stand beside the event's key. A flag stands under it; the flag of web fonts and the previews have keys of
+// Most payloads are stored beside the event's key, a flag under it. The flag of web fonts and the previews have keys of
 // their own.
 void PackPayload(const Kind& kind, void* data, Dictionary& out) {
   switch (kind.payload) {

@@ -15,7 +15,7 @@ void CoreAgentPluginNotificationQueue::EnqueueNotification(std::unique_ptr<CoreA
 }
 
 std::unique_ptr<CoreAgentPluginNotification> CoreAgentPluginNotificationQueue::DequeueNotification() {
-  // With one consumer a count above zero cannot fall before the pop.
+  // There is one consumer, so a count above 0 cannot fall before the pop.
   if (mCount == 0) return nullptr;
   const GScopedLock lock(mMutex);
   std::unique_ptr<CoreAgentPluginNotification> oldest = std::move(mNotifications.front());
@@ -28,7 +28,7 @@ int CoreAgentPluginNotificationQueue::ProcessAllNotifications() {
   int handled = 0;
   std::unique_ptr<CoreAgentPluginNotification> current = DequeueNotification();
   while (current) {
-    // The next is taken before the current one responds.
+    // Take the next one before the current one responds.
     std::unique_ptr<CoreAgentPluginNotification> next = DequeueNotification();
     current->Respond();
     ++handled;

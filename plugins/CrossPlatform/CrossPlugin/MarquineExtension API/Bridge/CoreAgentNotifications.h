@@ -1,4 +1,4 @@
-// What the agent reports, packed on whatever thread it comes and worked through on the main thread.
+// The agent's notifications: packed on the thread on which they arrive, queued, and handled on the main thread.
 #pragma once
 
 #include <atomic>
@@ -12,14 +12,14 @@
 
 class CoreAgentInterface;
 
-// One event: a boolean under the key of its kind, and the payload beside it.
+// One event: a dictionary with a boolean under the key of its kind, and the payload beside it.
 class CoreAgentPluginNotification {
  public:
   explicit CoreAgentPluginNotification(CoreAgentInterface* agent)
       : mDictionary(platform::Dictionary::Create()), mAgent(agent) {}
   platform::Dictionary& GetDictionary() { return mDictionary; }
 
-  // Does the event's work. Main thread. -1 when no manager exists, otherwise 0.
+  // Handles the event. Main thread. Returns -1 if there is no manager, otherwise 0.
   int16_t Respond();
 
  private:
@@ -27,22 +27,22 @@ class CoreAgentPluginNotification {
   CoreAgentInterface* mAgent;  // not owned
 };
 
-// In order of arrival. The mutex is held for one push or one pop only.
+// A first-in, first-out queue. The mutex is held for one push or one pop only.
 class CoreAgentPluginNotificationQueue {
  public:
   ~CoreAgentPluginNotificationQueue();
-  // Any thread; takes it over; a null one is ignored.
+  // Any thread. Takes ownership. Ignores null.
   void EnqueueNotification(std::unique_ptr<CoreAgentPluginNotification> notification);
-  // The oldest, or null. Main thread, the only consumer.
+  // Returns the oldest, or null. Main thread, which is the only consumer.
   std::unique_ptr<CoreAgentPluginNotification> DequeueNotification();
-  // Responds to all; how many there were.
+  // Handles all queued notifications and returns their number.
   int ProcessAllNotifications();
 
  private:
   GMutex mMutex;
-  std::atomic<size_t> mCount{0};  // of what is queued, so that an empty queue is seen without the lock
+  std::atomic<size_t> mCount{0};  // queue length, to see an empty queue without locking
   std::deque<std::unique_ptr<CoreAgentPluginNotification>> mNotifications;
 };
 
-// Registered with the agent. The result is CoreErrorCodes::kUnknownError on every path: that is what the agent always got.
+// Registered with the agent. Always returns CoreErrorCodes::kUnknownError, which is what the agent has always received.
 TModuleErrorCode CoreAgentNotificationCallback(PluginInterface::ECallbackKind kind, void* data);

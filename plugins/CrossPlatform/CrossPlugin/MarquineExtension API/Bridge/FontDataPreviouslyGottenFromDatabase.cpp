@@ -14,7 +14,7 @@ namespace {
 
 struct Cache {
   std::map<uint32_t, FontOrSetInfoRec> idToInfoRec;
-  // The IDs of each PostScript name, so that a look-up by name does not walk everything.
+  // The IDs by PostScript name, so that a look-up by name need not search all records.
   std::unordered_map<std::string, std::set<uint32_t>> idsByName;
 };
 
@@ -31,7 +31,7 @@ const char* Text(const FontOrSetInfoRec& record, std::string_view key) {
 
 void FontDataPreviouslyGottenFromDatabase::Add(uint32_t fontID, const FontOrSetInfoRec& record) {
   Cache& cache = GetCache();
-  // The first record stays. A later one is let go: a reference kept for it could be reached by nobody.
+  // Keep the first record of an ID.
   if (!cache.idToInfoRec.emplace(fontID, record).second) return;
   const platform::String name = record.fontInfo.GetString(kGS_PostScriptNameKey);
   if (name) cache.idsByName[name.Text()].insert(fontID);
@@ -79,7 +79,7 @@ bool FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphsureDataForActiveFon
     if (record.activationState == kStateInactive) continue;
     const platform::String status = record.fontInfo.GetString(kGS_ActivationStateKey);
     if (!status) continue;
-    // A font that was fetched inactive keeps its old status here; callers then ask the agent.
+    // A font that was inactive when it was fetched keeps that status here, so callers ask the agent.
     const int state = platform::IntegerOfText(status.View());
     if (state != kStateTemporarilyActive && state != kStateActive) continue;
     OutputIndentedAndFormattedString(0,

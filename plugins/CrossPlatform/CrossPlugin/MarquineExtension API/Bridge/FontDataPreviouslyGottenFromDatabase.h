@@ -1,7 +1,7 @@
-// What the agent has told of fonts so far, with what has been learned of their activation since. Main thread only.
+// A cache of the font records that the agent returned, with the activations that it announced since. Main thread only.
 //
-// Always true: the first record of an ID stays. A font counts as active here only if the state kept beside the record and
-// the "ActivationStatus" inside it agree.
+// The first record of an ID stays. A font counts as active only if both the state beside the record and the
+// "ActivationStatus" inside it say so.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@
 
 class FontDataPreviouslyGottenFromDatabase {
  public:
-  // An ID already known keeps its older record.
+  // Keeps the older record of an ID that is known already.
   static void Add(uint32_t fontID, const FontOrSetInfoRec& record);
-  // Follows the agent's notices. A font that becomes active ends the activity of all others of its PostScript name.
+  // Follows the agent's notifications. When a font becomes active, all others with its PostScript name become inactive.
   static void SetFontActivationState(uint32_t fontID, bool isActive);
-  // The record with the lowest ID that is active under exactly this name, as a copy; the out values are left alone if
-  // there is none.
+  // Copies the record with the lowest ID that is active and has exactly this name. Returns false, with the out values
+  // unchanged, if there is none.
   static bool CreateCopyOfGlyphsureDataForActiveFont(const std::string& postScriptName, platform::Dictionary& record,
                                                      uint32_t& fontID);
   static void DeleteAll();

@@ -70,7 +70,8 @@ bool FontManagerInterface::IsFontActive(const std::string& name) {
 }
 
 bool FontManagerInterface::IsFontActive(const unsigned char* pascalName) {
-  // Read as UTF-8, though the text form writes MacRoman: a name beyond ASCII counts as inactive, and so is asked for.
+  // Read as UTF-8, although the other form writes MacRoman. So a name beyond ASCII counts as inactive and is requested
+  // from the agent.
   const String name = String::FromUTF8(STLStringFromPlatformString(pascalName));
   return name && platform::IsPostScriptNameActive(name.Text());
 }
@@ -244,7 +245,7 @@ void FontManagerInterface::HandleSelectWorkgroup() {
 }
 
 bool FontManagerInterface::CheckSelectWorkgroup() {
-  // First, whatever follows: a login must find the flag on.
+  // Set it before anything else: a login must find the flag set.
   MarquineGlobals::SetUserHasWorkgroups(true);
   if (sValidWorkgroupSelected) return true;
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();

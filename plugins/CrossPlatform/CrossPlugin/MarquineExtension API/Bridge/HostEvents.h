@@ -1,5 +1,5 @@
-// News that the host side passes on to the panels: one list from which the operations of HostAppInterface, the panel
-// manager's fan-out and the panels' operations are made.
+// News that the host side forwards to the panels. The operations of HostAppInterface, the panel manager's fan-out and
+// the panels' operations are generated from this one list.
 //
 // To add a push: a line here, its implementation in MarquinePanel's subclasses, and, if an event of the agent causes it, a
 // line in AGENT_EVENTS and one in AgentNotificationResponses.cpp.

@@ -1,11 +1,11 @@
-// Keys of notifications, and of the agent's dictionaries that come with them.
+// The keys in notifications and in the agent's dictionaries that come with them.
 #pragma once
 
 #include <string_view>
 
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 
-// One key for each event of the agent, as in "kPluginNotification_FontActivated".
+// One key for each event of the agent, for example "kPluginNotification_FontActivated".
 #define NOTIFICATION_KEY(number, name, payload) \
   inline constexpr std::string_view kPluginNotification_##name = "kPluginNotification_" #name;
 AGENT_EVENTS(NOTIFICATION_KEY)
@@ -16,7 +16,7 @@ inline constexpr std::string_view kPluginNotification_FontActivation_Font_ID =
 inline constexpr std::string_view kPluginNotification_Enabled = "kPluginNotification_Enabled";
 inline constexpr std::string_view kPluginNotification_FontPNGs = "kPluginNotification_FontPNGs";
 
-// Declared by the agent for long tasks; nothing here reads them.
+// For long tasks of the agent; never read.
 inline constexpr std::string_view kPluginNotification_TaskStarted = "kPluginNotification_TaskStarted";
 inline constexpr std::string_view kPluginNotification_TaskProgress = "kPluginNotification_TaskProgress";
 inline constexpr std::string_view kPluginNotification_TaskFinished = "kPluginNotification_TaskFinished";

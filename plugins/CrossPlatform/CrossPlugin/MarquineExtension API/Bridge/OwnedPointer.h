@@ -1,12 +1,12 @@
-// An object that one thread makes and ends while others look whether it is there. Made for statics.
+// A static pointer to an object that one thread creates and deletes while other threads test whether it exists.
 #pragma once
 
 #include <atomic>
 #include <cstddef>
 #include <memory>
 
-// Whoever reads it on another thread than the owner's must know by other means that the object does not end meanwhile.
-// An exit of the process leaves the object alone: its end may need what static destructors have taken away already.
+// Another thread that uses the object must ensure by other means that it is not deleted meanwhile. The object is not
+// deleted at process exit, because its destructor may need statics that are gone by then.
 template <class T>
 class OwnedPointer {
  public:

@@ -1,4 +1,4 @@
-// How the user-interface framework is found: it lies beside the agent. And the boxes whose words depend on the edition.
+// Finds the user-interface framework, which is beside the agent, and shows the boxes whose texts depend on the edition.
 #include "Bridge/AgentLaunch.h"
 #include "Bridge/FontManagerInterface.h"
 #include "Services/DiagnosticLog.h"
@@ -12,11 +12,11 @@ constexpr const char* kInterfaceVersion = "1.0";
 
 FontManagerInterface* Manager() { return FontManagerInterface::sm_pFontManager.get(); }
 
-// The folder of the running agent, which is started if need be.
+// Finds the folder of the running agent and starts the agent if necessary.
 bool FindAgentFolder(std::string& folder) {
   if (GetPathToRunningProcessExe("Nexcore", folder) == CoreErrorCodes::kSuccess) return true;
   if (FindAndLaunchNexcore(nullptr) != 0) return false;
-  // The boxes are not looked for a second time: without them the plug-in does nothing until the host starts again.
+  // Wait for it: the framework is searched only once, and without it the plug-in does nothing until the host restarts.
   return AwaitPathToRunningProcessExe("Nexcore", folder) == CoreErrorCodes::kSuccess;
 }
 
@@ -73,7 +73,7 @@ bool VPFInterface::StartFramework() {
   return true;
 }
 
-// Without a live manager the edition is not known, and these show nothing.
+// Without a manager the edition is unknown, and these show nothing.
 
 bool VPFInterface::ShowCoreAgentMissingMessageBox() {
   if (!Manager()) return false;

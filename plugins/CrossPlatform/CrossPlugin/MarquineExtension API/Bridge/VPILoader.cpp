@@ -11,8 +11,8 @@
 namespace {
 
 constexpr const char* kLibraryName = "VelorantPluginInterface.framework";
-// Kept until the process ends. A static destructor must not take it away: whoever asks for it later in the exit would search
-// for the library again, and launch an agent.
+// Leaked on purpose: a call during process exit, after a static destructor, would search for the library again and
+// launch an agent.
 VPILoader* sInstance = nullptr;
 
 void Replace(VPILoader* instance) {
@@ -66,12 +66,12 @@ void VPILoader::FindLibrary() {
   }
   sFrameworkVersion = bundle->Info().GetString("CFBundleShortVersionString").Text();
   ResetFunctionPointers(this, bundle.get());
-  if (nMissingFunctions > 0) VerifyThatAllMembersAre(true);  // names them
+  if (nMissingFunctions > 0) VerifyThatAllMembersAre(true);  // logs their names
 }
 
 namespace {
 
-// The lookups run in the table's order, but that of QueryForSmartListFonts comes directly after DeleteSmartList's.
+// Looks up in the table's order, except that QueryForSmartListFonts comes directly after DeleteSmartList.
 constexpr std::string_view kLookedUpEarly = "QueryForSmartListFonts";
 constexpr std::string_view kPlaceOfEarlyLookup = "DeleteSmartList";
 
@@ -114,7 +114,7 @@ bool VPILoader::IsLoaded(std::string* path, std::string* version, int* missing) 
     OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because all %d functions are missing.",
                                      nMissingFunctions);
   } else {
-    // Missing functions are reported in these words; support staff searches logs for them.
+    // Do not correct these words, which report missing functions: support staff search logs for them.
     OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because of one or more null inputs.");
   }
   return false;
@@ -125,7 +125,7 @@ platform::String VPILoader::VersionStringRef() const { return platform::String::
 bool VPILoader::VerifyThatAllMembersAre(bool nonNull) const {
   bool isAsExpected = true;
   const auto check = [&](const char* member, bool isSet) {
-    // The last member of the table was never checked, and logs are compared with those of old.
+    // Never check the last member of the table: logs are compared with older ones.
     if (isSet == nonNull || std::string_view(member) == "pfCanAccessGoogleFonts") return;
     OutputIndentedAndFormattedString(0, nonNull ? "ERROR:  this->%s is NULL." : "ERROR:  this->%s is not NULL.",
                                      member);

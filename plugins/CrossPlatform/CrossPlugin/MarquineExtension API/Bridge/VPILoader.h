@@ -1,5 +1,5 @@
-// The agent function table: finds the agent interface library at run time and resolves its functions by name. The only
-// route to the agent. Written once, during the first GetSharedInstance on the main thread; read from then on.
+// The agent function table, the only route to the agent: finds the agent interface library at run time and resolves its
+// functions by name. The first GetSharedInstance, on the main thread, fills the table; from then on it is read-only.
 #pragma once
 
 #include <memory>
@@ -11,17 +11,18 @@
 
 class VPILoader {
  public:
-  // The instance; the first call searches the library, later ones never do. Never null.
+  // Returns the one instance, never null. The first call searches for the library; later calls never do.
   static VPILoader* GetSharedInstance();
 
   virtual ~VPILoader();
   VPILoader(const VPILoader&) = delete;
   VPILoader& operator=(const VPILoader&) = delete;
 
-  // Copies out where the library came from, its version and how many functions it lacks; whether the table can be used.
+  // Returns whether the table can be used. Sets the library's path, its version and the number of missing functions. A
+  // null argument gives false.
   bool IsLoaded(std::string* path, std::string* version, int* missing);
   platform::String VersionStringRef() const;
-  // Fills the table from a bundle; a null bundle clears it and leaves the count of missing functions alone.
+  // Fills the table from a bundle. A null bundle clears the table and leaves the number of missing functions unchanged.
   static void ResetFunctionPointers(VPILoader* self, platform::Bundle* bundle);
   bool VerifyThatAllMembersAre(bool nonNull) const;
 
@@ -34,7 +35,8 @@ class VPILoader {
       PLUGIN_INTERFACE_FUNCTIONS(PLUGIN_INTERFACE_COUNT);
 #undef PLUGIN_INTERFACE_COUNT
 
-  // Tests: forgets the instance, so that the next call searches again; or puts a table of their own in its place.
+  // For tests: the first forgets the instance, so that the next call searches again; the second installs an empty
+  // table.
   static void ResetForTesting();
   static VPILoader* UseEmptyTableForTesting();
   void SetMissingFunctionsForTesting(int missing) { nMissingFunctions = missing; }
@@ -44,11 +46,12 @@ class VPILoader {
   void FindLibrary();
   platform::BundleRef FindBundle();
 
-  // Empty while the library came out of the plug-in's own bundle; else the folder searched, then folder and library name.
+  // Empty if the library is in the plug-in's own bundle; otherwise the library's path, or the folder that was searched.
   std::string sFrameworkPath;
   std::string sFrameworkVersion;
-  int nMissingFunctions = kTableSize;  // a failed load and a library that lacks every function are one state
+  int nMissingFunctions = kTableSize;  // a failed load looks like a library without functions
 };
 
-// The functions' first argument. Fetched anew for each call: a relaunch of the agent replaces it. 0 without a library.
+// Returns the handle that most functions take first; 0 without a library. Get it anew for each call, because a relaunch
+// of the agent replaces it.
 PluginInterface::FacadeHandle GetFacade();

@@ -32,7 +32,7 @@ void PanelManager::CheckForTypekit() {
   for (MarquinePanel* panel : mPanels) panel->CheckForTypekit();
 }
 
-// Repeats a call on every panel; the first code other than 0 is reported and returned.
+// Calls every panel; reports and returns the first code other than 0.
 #define FAN_OUT(call)                                          \
   for (auto it = mPanels.begin(); it != mPanels.end(); ++it) { \
     RETURN_IF_ERROR("Miscellaneous", (*it)->call);             \

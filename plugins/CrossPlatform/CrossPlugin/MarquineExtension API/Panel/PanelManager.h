@@ -1,7 +1,7 @@
-// The one place through which the rest of the plug-in reaches the panels. Each operation is repeated on all panels; the first
-// failure ends it and is its result. Main thread only. Owns the panels for the life of the process.
+// The only route from the rest of the plug-in to the panels. Repeats each operation on all panels; the first failure
+// ends it and is the result. Owns the panels for the life of the process. Main thread only.
 //
-// No transport is built yet: OpenSocket and RegisterPlugPlug say so, and the set of panels stays empty.
+// No transport exists yet: OpenSocket and RegisterPlugPlug return kNotImplemented, and there are no panels.
 #pragma once
 
 #include <set>
@@ -21,7 +21,7 @@ class PanelManager {
   TModuleErrorCode OpenSocket();
   TModuleErrorCode RegisterPlugPlug(SDKPlugPlug* plugPlug);
   TModuleErrorCode SelectSocket(bool closeListeningSocket);
-  unsigned int GetSocketPort();  // the first port of any panel; 0 if there is none
+  unsigned int GetSocketPort();  // the first port that is not 0; 0 if no panel has one
   TModuleErrorCode SetEnabled(bool enabled);
   TModuleErrorCode PopNotifications();
   void CheckForTypekit();

@@ -41,7 +41,7 @@ csxs::event::EventErrorCode SDKPlugPlug::RemoveEventListener(const char* type, c
 }
 
 csxs::event::EventErrorCode SDKPlugPlug::DispatchEvent(const csxs::event::Event* event) {
-  // The neighbour's pointer is tested: a service that is there at all has both.
+  // Tests the other pointer: a service that was found has both.
   if (!pfPlugPlugRemoveEventListener) return csxs::event::kEventErrorCode_OperationFailed;
   return pfPlugPlugDispatchEvent(event);
 }

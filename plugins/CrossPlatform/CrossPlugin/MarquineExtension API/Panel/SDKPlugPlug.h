@@ -1,4 +1,4 @@
-// The host's extension event service, found and loaded at run time from inside the host's bundle.
+// The host's event service, loaded at run time from the host's bundle.
 #pragma once
 
 #include "frameworks/PlugPlug/include/PlugPlugEvents.h"
@@ -8,8 +8,8 @@ class SDKPlugPlug {
  public:
   static constexpr int kLoadFailure = 31;
 
-  int Load();    // 0 or kLoadFailure; entry points found before the first missing one stay set
-  int Unload();  // the entry points stay as they are
+  int Load();    // 0 or kLoadFailure; the functions before the first missing one stay set
+  int Unload();  // the function pointers stay set
   int LoadExtension(const char* extensionID);
   int UnloadExtension(const char* extensionID);
   csxs::event::EventErrorCode AddEventListener(const char* type, csxs::event::EventCallback callback, void* context);

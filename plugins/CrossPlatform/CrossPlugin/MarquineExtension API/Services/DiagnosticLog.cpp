@@ -22,7 +22,7 @@ void OutputFormattedDebugString(const char* format, ...) {
 }
 
 int OutputIndentedAndFormattedString(int indentChange, const char* format, ...) {
-  char buffer[kBufferSize];  // on the stack at every call depth; vsnprintf ends the text
+  char buffer[kBufferSize];  // on the stack, because calls can nest
   va_list arguments;
   va_start(arguments, format);
   const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);

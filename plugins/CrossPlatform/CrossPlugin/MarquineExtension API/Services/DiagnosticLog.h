@@ -1,26 +1,27 @@
-// The plug-in's log, which the agent's library keeps, and the trace of its functions, which is dropped unless somebody
-// listens (platform/Trace.h). Main thread only, except the trace.
+// The plug-in's log, which the agent's library writes to a file, and the trace of its functions, which is dropped
+// unless a listener is installed (platform/Trace.h). Main thread only, except the trace.
 #pragma once
 
 #include "platform/Value.h"
 
 inline constexpr const char* kPluginLogFilename =
-    "VelorantFontManagementPlugins.log";  // not used: the host names the log
+    "VelorantFontManagementPlugins.log";  // not used; the host chooses the name
 
-// Opens the agent-side log file and writes its header, whether or not logging is on.
+// Opens the log file of the agent's library and writes its header, even if logging is off.
 void InitLogging(const char* logName);
 void StartLogging();
 void StopLogging();
 
-// To standard output and, while logging is on, to the agent-side log.
+// Writes to standard output and, while logging is on, to the log file.
 void OutputSimpleDebugString(const char* text);
-// The same, formatted as printf does (at most 65,535 bytes), with a newline added where there is none.
+// The same with a printf format (at most 65,535 bytes). Adds a newline if there is none at the end.
 void OutputFormattedDebugString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// A trace line: +1 at the start of a function, -1 at its exits, 0 for notes. Returns the length of the whole text.
+// Writes a trace line. indentChange is +1 at the start of a function, -1 at its exits and 0 for notes. Returns the
+// length of the whole text.
 int OutputIndentedAndFormattedString(int indentChange, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// Traces that a function was entered and, however it is left, that it was. The name must outlive the object.
+// Traces the entry to a function and, however the scope ends, the exit. The name must outlive the object.
 class TracedCall {
  public:
   explicit TracedCall(const char* name) : mName(name) { OutputIndentedAndFormattedString(1, "Entering %s()", mName); }
@@ -35,7 +36,7 @@ class TracedCall {
 void ReleaseModeHeapCheck(const char* where, int line);
 
 namespace FontDebugUtils {
-// Does nothing; debug builds of old once printed the names.
+// Does nothing. Old debug builds printed the names.
 void DumpFontNames(const platform::Array& fonts, const char* title);
 }  // namespace FontDebugUtils
 

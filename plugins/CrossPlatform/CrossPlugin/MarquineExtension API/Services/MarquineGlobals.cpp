@@ -119,7 +119,7 @@ std::string GetHostAppCategory() {
   return "";
 }
 
-// The agent's start counts on the identified host: the argument has no effect.
+// Ignores the argument: the start of the agent depends on the host that was identified.
 HostType GetHostTypeFromHostAppID(const String&) {
   if (HostAppIsInDesign()) return HostType::kInDesign;
   if (HostAppIsInCopy()) return HostType::kInCopy;
@@ -145,7 +145,7 @@ VPFInterfaceRef GetSharedVPFInterface() {
   if (state.noInterfaceForTesting) return nullptr;
   if (!state.sVPFInterface) {
     if (!state.sHostApp) OutputIndentedAndFormattedString(0, "ERROR: sHostApp is NULL in %s()", __func__);
-    // Never deleted, also when a shutdown forgets it: windows of the framework may still be on the screen then.
+    // Never deleted, not even by a shutdown: windows of the framework may still be open.
     static auto* const sKept = new std::vector<VPFInterface*>;
     state.sVPFInterface = new VPFInterface(state.sHostApp, state.sPluginVersion, state.sPluginBundleIdentifier.Text(),
                                            state.sVelorantPluginInterfaceVersion);

@@ -1,5 +1,5 @@
-// What the plug-in is, which host it serves, and whether it may work at all. Main thread only; the identifying calls are
-// made once while the plug-in is loaded.
+// The identity of the plug-in and of its host, and whether the plug-in may work. Main thread only. Call the Identify
+// functions once while the plug-in is loaded.
 #pragma once
 
 #include <string>
@@ -22,8 +22,8 @@ enum class HostType : int {
   kAfterEffects = 7,
 };
 
-inline bool sPluginServicesEnabled = false;  // nothing has ruled the plug-in out
-inline bool sConnectedToCore = false;        // the agent connection stands
+inline bool sPluginServicesEnabled = false;  // no failure has switched the plug-in off
+inline bool sConnectedToCore = false;        // connected to the agent
 inline bool sLoggedIn = false;
 inline bool sUserHasWorkgroups = false;
 inline bool sBulkReplicationRunning = false;
@@ -31,7 +31,7 @@ inline bool sIncrementalReplicationRunning = false;
 inline bool sSuppressingHostAppDialogs = false;
 inline bool sDisplayedSchemaError = false;
 
-// The one test whether the plug-in may work: services enabled, logged in, and the user has workgroups.
+// True if the plug-in may work: services are enabled, the user is logged in and has workgroups.
 bool ArePluginServicesEnabled();
 void SetPluginServicesEnabled(bool enabled);
 void SetConnectedToCore(bool connected);
@@ -57,9 +57,10 @@ platform::String GetPluginHostApp();
 std::string GetPluginHostAppMinimumVersion();  // empty if unset
 platform::String GetPluginVersion();
 platform::String GetPluginInterfaceVersion();
-std::string GetPluginBundleIdentifier();  // asserts that it was identified
-std::string GetPluginBinaryPath();        // that of the identified bundle if no path was identified
-// The last part of that path without its extension; a path without a separator (':', '\\', '/') stands as it is.
+std::string GetPluginBundleIdentifier();  // asserts that it is set
+std::string GetPluginBinaryPath();        // the identified bundle's path if none is set
+// The last component of that path without its extension. A path without a separator (':', '\\', '/') is returned
+// unchanged.
 std::string GetPluginFileName();
 std::string GetHostAppCategory();  // two letters; asserts a known host
 bool HostAppIsInCopy();
@@ -70,20 +71,20 @@ bool HostAppIsAfterEffects();
 bool HostAppIsQuark();
 HostType GetHostTypeFromHostAppID(const platform::String& hostAppID);
 HostType GetHostTypeFromHostAppID(const std::string& hostAppID);
-// The host's name for a plug-in's bundle identifier; empty for an unknown one.
+// Maps a plug-in's bundle identifier to the host's name. Empty for an unknown one.
 std::string MapBundleIDtoHostApp(const std::string& bundleIdentifier);
 
-// Created on first use. The interface is never deleted, CleanUpOnShutdown only forgets it.
+// Created on first use. The interface is never deleted; CleanUpOnShutdown only forgets it.
 VPFInterfaceRef GetSharedVPFInterface();
 FontActivationTracker* GetSharedFontActivationTracker();
 
-// Makes the host redraw the state of its front window. There is no such state on this platform, so it does nothing.
+// Does nothing. On other platforms it makes the host redraw the state of its front window.
 void BackgroundForegroundApp();
-// Calls the function twice: hosts notice a changed font list only at the second look.
+// Calls the function twice, because hosts notice a changed font list only at the second call.
 void RefreshActiveFontList(void (*function)(void*), void* context);
 void CleanUpOnShutdown();
 
-// Tests: every static back to its first state; an interface of their own, owned by the test, or none at all.
+// For tests: the first resets all statics; the others set an interface that the test owns, or none.
 void ResetForTesting();
 void SetSharedVPFInterfaceForTesting(VPFInterface* interface);
 void SetNoVPFInterfaceForTesting();

@@ -1,4 +1,4 @@
-// The retained part of the globals, for the two source files that write it.
+// The stored part of the globals, for the two source files that write it.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ struct State {
   platform::String sHostAppMinimumVersion;
   std::string pPluginBinaryPath;
   VPFInterface* sVPFInterface = nullptr;                    // never deleted
-  FontActivationTracker* sFontActivationTracker = nullptr;  // owned; made and destroyed on the tracker's floor
+  FontActivationTracker* sFontActivationTracker = nullptr;  // owned; created and deleted by the tracking code
   bool noInterfaceForTesting = false;
 };
 

@@ -1,4 +1,4 @@
-// What a progress window shows: the dictionary that the user-interface framework takes.
+// The contents of a progress window, as the dictionary that the user-interface framework takes.
 #pragma once
 
 #include <string>
@@ -21,12 +21,12 @@ class ProgressProperties {
   int mMax;
 };
 
-// While fonts are activated or given back: the header tells how many remain, the status which font it is.
+// Progress of activating or deactivating fonts: the header shows how many remain, the status shows the current font.
 class FontProgressProperties : public ProgressProperties {
  public:
-  // The header format holds one "%d" for the remaining count.
+  // headerFormat contains one "%d" for the number of remaining fonts.
   FontProgressProperties(int max, const std::string& windowTitle, const std::string& headerFormat);
-  // At the maximum the header stays as it was.
+  // At the maximum the header does not change.
   void SetCurrentProgress(int current) override;
   void SetCurrentPostscriptName(const std::string& name);
 

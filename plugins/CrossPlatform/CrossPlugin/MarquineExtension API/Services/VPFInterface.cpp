@@ -42,7 +42,7 @@ bool VPFInterface::isHostAppUsingNextGenPlugin() {
   return core && core->IsLoaded();
 }
 
-// Calls the table's entry if there is one, and gives the default otherwise.
+// Calls the function of the table, or gives the default if it is missing.
 #define CALL_OR(name, otherwise, ...) ((mTable && mTable->pf##name) ? mTable->pf##name(__VA_ARGS__) : (otherwise))
 #define CALL(name, ...)                                            \
   do {                                                             \

@@ -1,7 +1,8 @@
-// Every message box, localized text and preference of the plug-in, through the user-interface framework, which is found
-// and loaded at construction. Without a framework every method does nothing and gives its default. Main thread only.
+// All message boxes, localized texts and preferences of the plug-in, through the user-interface framework. The
+// constructor finds and loads the framework. Without it every method does nothing and returns its default. Main thread
+// only.
 //
-// Code that may meet a null pointer holds it as a VPFInterfaceRef, through which every call is safe.
+// Code that may have a null pointer holds it as a VPFInterfaceRef, whose calls are safe.
 #pragma once
 
 #include <string>
@@ -16,7 +17,7 @@ inline constexpr int kPhotoshopDefaultRMFDelayMilliseconds = 4000;
 
 struct VPFFunctionTable {
   platform::BundleRef bundle;
-  bool isShared = false;  // the framework came from the fixed folder
+  bool isShared = false;  // loaded from the fixed folder
 #define UI_FRAMEWORK_MEMBER(name, result, parameters) result(*pf##name) parameters = nullptr;
   UI_FRAMEWORK_FUNCTIONS(UI_FRAMEWORK_MEMBER)
 #undef UI_FRAMEWORK_MEMBER
@@ -35,9 +36,9 @@ class VPFInterface {
 
   VPFInterface(const platform::String& hostApp, const platform::String& pluginVersion,
                const std::string& pluginBundleIdentifier, const platform::String& pluginInterfaceVersion);
-  // Stands in for a null pointer: no framework, and none is looked for.
+  // Used in place of a null pointer: has no framework and searches for none.
   VPFInterface();
-  // With a table given: for tests.
+  // For tests: uses the given table.
   explicit VPFInterface(std::unique_ptr<VPFFunctionTable> table);
   ~VPFInterface();
   VPFInterface(const VPFInterface&) = delete;
@@ -73,7 +74,8 @@ class VPFInterface {
   bool GetEnabledLoggingPref() const { return GetPreferenceForKey("EnableLogging"); }
   bool GetSuppressHostAppDialogs() const { return GetPreferenceForKey("SuppressHostAppDialogs"); }
   bool GetSuppressPluginCoreDialogs() const { return GetPreferenceForKey("SuppressPluginCoreDialogs"); }
-  // A plug-in of the next generation in the same process knows its fonts itself: identification on, no best match.
+  // If a next-generation plug-in runs in the same process, it identifies fonts itself: identification counts as on and
+  // pick-best-match as off.
   static bool isHostAppUsingNextGenPlugin();
   bool GetEnabledGlyphsure() const { return isHostAppUsingNextGenPlugin() || GetPreferenceForKey("EnableGlyphsure"); }
   bool GetPickBestMatch() const { return !isHostAppUsingNextGenPlugin() && GetPreferenceForKey("PickBestMatch"); }
@@ -81,9 +83,9 @@ class VPFInterface {
   // Windows.
   void ShowAboutBox();
   void ShowPreferences();
-  // The button, from 1; 1 without a framework. A null key is an absent text.
+  // Returns the button, from 1; 1 without a framework. A null key means no text.
   int ShowMessageBox(const char* headerKey, const char* messageKey, int buttonSet) const;
-  // Nonzero if confirmed; -1 without a framework.
+  // Returns nonzero if the user confirmed; -1 without a framework.
   int AskForOneString(const std::string& prompt, const std::string& label, const std::string& initial,
                       std::string& out);
   void ShowResolveFonts(const platform::Array& problemFonts);
@@ -97,7 +99,7 @@ class VPFInterface {
   void HideProgress();
   void SetIsOnline(bool isOnline);
 
-  // Message boxes; one with two buttons is true when the first was chosen.
+  // Message boxes. Those that return bool have two buttons and return true for the first.
   void ShowFontManagerNotFoundMessageBox();
   void ShowMarquineOldVersionMessageBox();
   void ShowConnectionLostMessageBox();
@@ -117,7 +119,7 @@ class VPFInterface {
   void ShowSomeLayersMissingFontsMessage();
   void ShowVaultInUseMessage(const std::string& path);
   void ShowVaultNotAvailableMessage(const std::string& path);
-  // For the framework's own absence: a plain alert.
+  // Shown if the framework itself is missing: a plain alert.
   static void ShowVPFNotFoundMessageBox();
 
  private:
@@ -132,10 +134,10 @@ class VPFInterface {
   std::unique_ptr<VPFFunctionTable> mTable;
 };
 
-// A pointer to the shared interface, not owned, through which calls are safe when it is null.
+// A non-owning pointer to the shared interface. Calls through it are safe even if it is null.
 class VPFInterfaceRef {
  public:
-  VPFInterfaceRef(VPFInterface* interface = nullptr) : mInterface(interface) {}  // NOLINT: it stands for the pointer
+  VPFInterfaceRef(VPFInterface* interface = nullptr) : mInterface(interface) {}  // NOLINT: acts as a pointer
   explicit operator bool() const { return mInterface != nullptr; }
   VPFInterface* operator->() const { return mInterface ? mInterface : Absent(); }
   VPFInterface* Get() const { return mInterface; }

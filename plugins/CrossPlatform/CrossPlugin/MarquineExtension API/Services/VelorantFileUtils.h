@@ -1,4 +1,4 @@
-// The modification date of a file as an unsigned number (nanoseconds since the epoch), in which 0 means failure.
+// The modification date of a file in nanoseconds since the epoch; 0 means failure.
 #pragma once
 
 #include <string>
