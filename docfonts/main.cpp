@@ -10,6 +10,7 @@
 #include <cstring>
 #include <deque>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -79,6 +80,7 @@ class Program {
   const Options& options_;
   FileWalk walk_;
   std::deque<bool> isNamed_;  // of the documents whose reports are awaited
+  std::shared_ptr<const platform::FontSnapshot> system_;
   Resolver resolver_;
   Progress progress_;
   TextStyle style_;
@@ -118,7 +120,9 @@ bool Program::Take(Report report) {
   const bool isNamed = isNamed_.front();
   isNamed_.pop_front();
   progress_.Count(report.file);
-  for (Font& font : report.fonts) font.active = platform::IsPostScriptNameActive(font.name);
+  // A run counts what is active at its start.
+  if (!system_) system_ = platform::GetFontSnapshot();
+  for (Font& font : report.fonts) font.active = system_->postScriptNames.contains(font.name);
   if (options_.missing) std::erase_if(report.fonts, [](const Font& font) { return font.active; });
   if (options_.resolve) resolver_.Resolve(report);
   // A folder holds many files that are no documents.

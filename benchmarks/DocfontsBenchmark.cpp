@@ -1,0 +1,80 @@
+// The fonts of a folder of documents, against exiftool on the same folder, and identification data written into a large EPS
+// file, against cp and sync.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "Floor.h"
+#include "Readers/FontParserEPS.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kDocuments = 2000, kFolders = 40;
+constexpr size_t kMiB = size_t{1} << 20, kEPSSize = 256 * kMiB;
+const std::string kStart = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\n%%EndComments\n";
+
+[[noreturn]] void Fail(const std::string& what) {
+  std::fprintf(stderr, "DocfontsBenchmark: %s\n", what.c_str());
+  std::exit(2);
+}
+
+void Run(const std::string& command) {
+  if (std::system(command.c_str()) != 0) Fail(command + " fails");
+}
+
+std::string Quoted(const std::string& path) { return "'" + path + "'"; }
+
+// Documents of all kinds that the tree has, over and over, and EPS files between them.
+void FillFolder(const test_support::TempFolder& folder) {
+  std::vector<fs::path> documents;
+  for (const char* samples : {SOURCE_DIR "/samples", SOURCE_DIR "/tests/readers/pdf"}) {
+    for (const auto& entry : fs::directory_iterator(samples)) {
+      const std::string extension = entry.path().extension();
+      if (extension == ".psd" || extension == ".pdf") documents.push_back(entry.path());
+    }
+  }
+  constexpr size_t kEPSKinds = 4;
+  const std::string page(20'000, '\n');
+  for (int i = 0; i < kDocuments; ++i) {
+    const std::string place = "documents/" + std::to_string(i % kFolders) + "/" + std::to_string(i);
+    const size_t kind = static_cast<size_t>(i) % (documents.size() + kEPSKinds);
+    if (kind < documents.size()) {
+      fs::create_directories(fs::path(folder / place).parent_path());
+      fs::copy_file(documents[kind], folder / (place + documents[kind].extension().string()));
+    } else {
+      folder.Write(place + ".eps", "%!PS-Adobe-3.0 EPSF-3.0\n%%DocumentFonts: A\n%%+ B\n%%EndComments\n" + page);
+    }
+  }
+}
+
+void SaveData(const std::string& path) {
+  FontParserEPS parser(platform::FileURL::FromFileSystemRepresentation(path), path);
+  parser.Parse();
+  parser.RegisterFontWithGlyphsure("<FONTSPEC NAME=\"A-Bold\" KIND=\"OpenType\" FOUNDRY=\"F\" CHECKSUM=\"1\"/>");
+  parser.Save();
+  if (parser.GetError() != 0) Fail(path + " can't be written");
+}
+
+}  // namespace
+
+int main() {
+  benchmark::Begin();
+  const test_support::TempFolder folder;
+  FillFolder(folder);
+  const std::string documents = Quoted(folder / "documents");
+  benchmark::Compare(
+      "fonts of 2000 documents, against exiftool", 0.1, 3,
+      [&] { Run(Quoted(APP_DIR "/docfonts/docfonts") + " -r " + documents + " >/dev/null 2>&1 || test $? = 1"); },
+      [&] { Run("exiftool -r -fast " + documents + " >/dev/null 2>&1 || test $? = 1"); });
+
+  const std::string file = folder.Write("large.eps", kStart + std::string(kEPSSize, '\n'));
+  const std::string copy = folder / "copy.eps";
+  benchmark::Compare(
+      "data into an EPS of 256 MiB, against cp and sync", 1.5, 7, [&] { SaveData(file); },
+      [&] { Run("rm -f " + Quoted(copy) + " && cp " + Quoted(file) + " " + Quoted(copy) + " && sync " + Quoted(copy)); });
+  return benchmark::Finish();
+}
