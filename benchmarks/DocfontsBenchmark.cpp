@@ -75,6 +75,8 @@ int main() {
   const std::string copy = folder / "copy.eps";
   benchmark::Compare(
       "data into an EPS of 256 MiB, against cp and sync", 1.5, 7, [&] { SaveData(file); },
-      [&] { Run("rm -f " + Quoted(copy) + " && cp " + Quoted(file) + " " + Quoted(copy) + " && sync " + Quoted(copy)); });
+      [&] {
+        Run("rm -f " + Quoted(copy) + " && cp " + Quoted(file) + " " + Quoted(copy) + " && sync " + Quoted(copy));
+      });
   return benchmark::Finish();
 }

@@ -273,6 +273,18 @@ TEST_F(Life, NewDocumentIsEditedSavedAndFoundAgain) {
   EXPECT_THAT(opened["activated"], SizeIs(1));
 }
 
+TEST_F(Life, ReadersListTheFontsThatThePluginDoesNotRead) {
+  const std::string file = folder_.Write("a.eps", "%!PS-Adobe-3.0 EPSF-3.0\n%%DocumentFonts: A-Bold\n%%EndComments\n");
+  const HostResult result =
+      RunScript("open " + file + "\nopen " SOURCE_DIR "/samples/leaflet.pdf\nopen " + kNoText + "\n");
+  EXPECT_EQ(result.status, 0) << result.errors;
+  const std::vector<Json> opened = Events(result, "opened");
+  ASSERT_THAT(opened, SizeIs(3));
+  EXPECT_THAT(opened[0]["readers"], ElementsAre("A-Bold"));
+  EXPECT_THAT(opened[1]["readers"], ElementsAre("NimbusSans-Bold", "NimbusRoman-Italic"));
+  EXPECT_FALSE(opened[2].contains("readers"));
+}
+
 TEST_F(Life, ShowsGoToStandardErrorBesideJson) {
   const HostResult result =
       RunScript("open " + kPoster + "\nshow documents\nshow fonts\nshow windows\nshow trace 5\nshow preferences\n");
