@@ -19,7 +19,7 @@
 #include "platform/Folders.h"
 #include "platform/LocalSocket.h"
 #include "platform/Process.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 using namespace GlyphsureSupport;
 using platform::Array;

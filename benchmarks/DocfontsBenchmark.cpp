@@ -7,7 +7,7 @@
 
 #include "Floor.h"
 #include "Readers/FontParserEPS.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

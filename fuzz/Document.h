@@ -9,7 +9,7 @@
 #include "Identification/FontKeys.h"
 #include "Input.h"
 #include "Readers/XMPFontMetadata.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace document_fuzzing {
 

@@ -17,7 +17,7 @@
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
 #include "platform/Folders.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

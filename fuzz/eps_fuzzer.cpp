@@ -4,7 +4,7 @@
 #include "Identification/FontKeys.h"
 #include "Input.h"
 #include "Readers/FontParserEPS.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "tests/support/LayeredBytes.h"
+#include "support/LayeredBytes.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "Identification/FontKeys.h"
 #include "Input.h"
 #include "Readers/Document/PDFFontList.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const test_support::TempFolder sFolder;

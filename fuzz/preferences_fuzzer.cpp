@@ -8,7 +8,7 @@
 #include "platform/Folders.h"
 #include "platform/PropertyList.h"
 #include "platform/Trace.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

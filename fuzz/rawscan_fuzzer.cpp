@@ -5,7 +5,7 @@
 #include "Check.h"
 #include "Input.h"
 #include "Readers/CommonFunctionality.h"
-#include "tests/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -19,26 +19,36 @@ EXPORTS = {
 
 
 class Compiler:
-    """The build's own compiler, with every folder of headers that the build gives to any source."""
+    """The build's own compiler, with the flags that the build gives to its sources."""
 
     def __init__(self, build, top):
         self.top = top
+        self.build = build
         self.scratch = os.path.join(build, 'house')
         os.makedirs(self.scratch, exist_ok=True)
+        self.flags = {}  # by source, relative to the top
         with open(os.path.join(build, 'compile_commands.json'), encoding='utf-8') as file:
-            commands = [shlex.split(entry['command']) for entry in json.load(file)]
-        program = next(word for word in commands[0] if word.endswith('++'))
-        folders = {}
-        for words in commands:
-            for at, word in enumerate(words):
-                if word.startswith('-I'):
-                    folders[(word,)] = None
-                elif word == '-isystem':
-                    folders[(word, words[at + 1])] = None
-        self.command = [program, '-std=c++20', '-Wall', '-Wextra', '-Werror', '-Wno-unused-parameter']
-        self.command += [word for folder in folders for word in folder]
-        # What the build tells its tests; headers of the tests may use it.
-        self.command += ['-DSOURCE_DIR=""', '-DAPP_DIR=""']
+            for entry in json.load(file):
+                words = shlex.split(entry['command'])
+                self.program = next(word for word in words if word.endswith('++'))
+                self.flags[os.path.relpath(entry['file'], top)] = self.flags_of(words)
+        self.all_flags = list(dict.fromkeys(flag for flags in self.flags.values() for flag in flags))
+
+    @staticmethod
+    def flags_of(words):
+        """Folders of headers and definitions, each with its option as one word."""
+        system = ['-isystem' + words[at + 1] for at, word in enumerate(words) if word == '-isystem']
+        return [word for word in words if word.startswith(('-I', '-D'))] + system
+
+    def command(self, flags):
+        return [self.program, '-std=c++20', '-Wall', '-Wextra', '-Werror', '-Wno-unused-parameter', *flags]
+
+    def flags_for(self, header):
+        """Those of the source that is nearest to the header; tests include what each of them links."""
+        if header.startswith(('tests/', 'fuzz/', 'benchmarks/')):
+            return self.all_flags
+        stem = os.path.splitext(header)[0]
+        return self.flags[max(self.flags, key=lambda path: len(os.path.commonprefix([path, stem])))]
 
     def errors_of(self, header):
         """What the compiler says to a source that includes this header, twice, and nothing else."""
@@ -48,16 +58,23 @@ class Compiler:
             with open(name + '.cpp', 'w', encoding='utf-8') as file:
                 file.write(source)
         cache = ['ccache'] if shutil.which('ccache') else []
-        run = subprocess.run(cache + self.command + ['-c', name + '.cpp', '-o', name + '.o'],
+        run = subprocess.run(cache + self.command(self.flags_for(header)) + ['-c', name + '.cpp', '-o', name + '.o'],
                              capture_output=True, text=True, check=False)
         lines = [line for line in run.stderr.splitlines() if 'error' in line] or run.stderr.splitlines()
         return lines[0] if run.returncode else ''
 
+    def finds(self, source, header):
+        """Whether the source could include the header."""
+        code = f'#if !__has_include("{header}")\n#error\n#endif\n'
+        run = subprocess.run(self.command(self.flags[source]) + ['-E', '-x', 'c++', '-'], input=code, cwd=self.scratch,
+                             capture_output=True, text=True, check=False)
+        return run.returncode == 0
+
     def names_of_list(self, header, macro):
         """The first argument of each X of the list."""
-        source = f'#include "{header}"\n#define NAME_OF(name, ...) EXPORTED name\n{macro}(NAME_OF)\n'
-        run = subprocess.run(self.command + ['-E', '-P', '-x', 'c++', '-'], input=source, capture_output=True, text=True,
-                             check=True)
+        source = f'#include "{os.path.join(self.top, header)}"\n#define NAME_OF(name, ...) EXPORTED name\n{macro}(NAME_OF)\n'
+        run = subprocess.run(self.command(self.flags_for(header)) + ['-E', '-P', '-x', 'c++', '-'], input=source,
+                             capture_output=True, text=True, check=True)
         words = run.stdout.split()
         return {words[at + 1] for at, word in enumerate(words) if word == 'EXPORTED'}
 

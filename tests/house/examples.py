@@ -4,12 +4,9 @@ import subprocess
 import tempfile
 
 import built
-import floors
+import includes
 import sizes
 from tree import Tree
-
-PLUGIN = 'plugins/CrossPlatform/CrossPlugin/'
-BRIDGE = PLUGIN + 'MarquineExtension API/Bridge/'
 
 
 def function_of(lines):
@@ -18,36 +15,16 @@ def function_of(lines):
 
 # (rule, sources, what the one breach says; None: there is none)
 TREES = [
-    (floors.includes_follow_the_floors,
-     {'platform/A.cpp': '#include "agent/B.h"\n', 'agent/B.h': ''}, 'platform/A.cpp (platform) must not include'),
-    (floors.includes_follow_the_floors,
-     {'agent/A.cpp': '#include "Bridge/B.h"\n', BRIDGE + 'B.h': ''}, 'agent/A.cpp (agent) must not include'),
-    (floors.includes_follow_the_floors,
-     {'host/A.cpp': '#include "agent/Private.h"\n', 'agent/Private.h': ''}, 'must not include agent/Private.h'),
-    (floors.includes_follow_the_floors,
-     {'host/A.cpp': '#include "agent/include/Public.h"\n', 'agent/include/Public.h': ''}, None),
-    (floors.includes_follow_the_floors,
-     {BRIDGE + 'A.cpp': '#include "Identification/FontMatching.h"\n', PLUGIN + 'Identification/FontMatching.h': ''},
-     '(bridge) must not include'),
-    (floors.includes_follow_the_floors,
-     {BRIDGE + 'A.cpp': '#include "Identification/FontKeys.h"\n', PLUGIN + 'Identification/FontKeys.h': ''}, None),
-    (floors.includes_follow_the_floors,
-     {PLUGIN + 'Tracking/A.cpp': '#include "Panel/B.h"\n', PLUGIN + 'MarquineExtension API/Panel/B.h': ''},
-     '(tracking) must not include'),
-    (floors.includes_follow_the_floors,
-     {'core-agent/cpp-core/src/A.cpp': '#include "Services/B.h"\n', PLUGIN + 'MarquineExtension API/Services/B.h': ''},
-     '(core-agent) must not include'),
-    (floors.includes_follow_the_floors,
-     {'agent/A.cpp': '#include "support/B.h"\n', 'tests/support/B.h': ''}, '(agent) must not include'),
-    (floors.includes_follow_the_floors, {'agent/A.cpp': '#include "Absent.h"\n'}, '"Absent.h" is no file of the tree'),
-    (floors.includes_follow_the_floors, {'newfolder/A.cpp': ''}, 'no floor is told'),
-    (floors.no_include_circles,
+    (includes.includes_take_no_side_way,
+     {'platform/A.cpp': '#include "../agent/B.h"\n', 'agent/B.h': ''}, 'platform/A.cpp: "../agent/B.h" leaves'),
+    (includes.includes_take_no_side_way, {'platform/A.cpp': '#include "platform/B..h"\n', 'platform/B..h': ''}, None),
+    (includes.no_include_circles,
      {'agent/A.h': '', 'agent/A.cpp': '#include "agent/B.h"\n', 'agent/B.h': '', 'agent/B.cpp': '#include "agent/A.h"\n'},
      'a circle: agent/A -> agent/B -> agent/A'),
-    (floors.no_include_circles,
+    (includes.no_include_circles,
      {'agent/A.h': '', 'agent/A.cpp': '#include "agent/A.h"\n#include "agent/B.h"\n', 'agent/B.h': '#include "agent/A.h"\n'},
      'a circle'),
-    (floors.no_include_circles,
+    (includes.no_include_circles,
      {'agent/A.h': '', 'agent/A.cpp': '#include "agent/A.h"\n', 'agent/B.h': '#include "agent/A.h"\n'}, None),
     (sizes.files_and_functions_stay_small, {'agent/A.h': '\n' * (sizes.LONGEST_FILE + 1)}, 'lines; at most'),
     (sizes.files_and_functions_stay_small, {'agent/A.h': '\n' * sizes.LONGEST_FILE}, None),
@@ -95,13 +72,20 @@ def of_exports(compiler):
                                      ('a library with less', 'Listed', 'does not export AlsoListed'),
                                      ('a library as listed', 'Listed,AlsoListed', None)):
             source = ''.join(f'extern "C" int {function}() {{ return 1; }}\n' for function in code.split(','))
-            subprocess.run(compiler.command + ['-shared', '-fPIC', '-x', 'c++', '-', '-o', library], input=source,
+            subprocess.run(compiler.command([]) + ['-shared', '-fPIC', '-x', 'c++', '-', '-o', library], input=source,
                            text=True, check=True)
             yield complaint_of(name, built.differences(library, built.exports_of(library), listed), expected)
 
 
-def rules_that_miss(build, top):
+def of_floors(compiler, tree):
+    source, header, allowed = includes.FLOORS[0]
+    yield complaint_of('a floor', includes.floors_are_refused(tree, compiler, [(source, header, not allowed)]),
+                       f'{source} cannot include')
+
+
+def rules_that_miss(build, top, tree):
     compiler = built.Compiler(build, top)
+    yield from filter(None, of_floors(compiler, tree))
     for rule, sources, expected in TREES:
         yield from filter(None, [complaint_of(rule.__name__, rule(Tree(sources)), expected)])
     yield from filter(None, of_headers(compiler, top))

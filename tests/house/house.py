@@ -8,7 +8,7 @@ import sys
 
 import built
 import examples
-import floors
+import includes
 import sizes
 from tree import Tree
 
@@ -19,12 +19,13 @@ def main():
     rule, source, build = sys.argv[1], os.path.abspath(sys.argv[2]), os.path.abspath(sys.argv[3])
     tree = Tree.of_checkout(source)
     rules = {
-        'floors': lambda: floors.includes_follow_the_floors(tree),
-        'circles': lambda: floors.no_include_circles(tree),
+        'floors': lambda: includes.floors_are_refused(tree, built.Compiler(build, source)),
+        'ways': lambda: includes.includes_take_no_side_way(tree),
+        'circles': lambda: includes.no_include_circles(tree),
         'sizes': lambda: sizes.files_and_functions_stay_small(tree),
         'headers': lambda: built.headers_compile_alone(tree, built.Compiler(build, source)),
         'exports': lambda: built.bundles_export_their_lists(built.Compiler(build, source), os.path.join(build, 'app')),
-        'examples': lambda: examples.rules_that_miss(build, source),
+        'examples': lambda: examples.rules_that_miss(build, source, tree),
     }
     if rule not in rules:
         sys.exit(f'unknown rule "{rule}"; there are: ' + ', '.join(rules))

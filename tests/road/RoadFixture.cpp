@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 std::string RoadTest::LayOut(const std::set<std::string>& leftOut) const {
   const fs::path app = folder_ / "app", real = APP_DIR;
   fs::remove_all(app);
-  for (const char* entry : {"host/host", "host/Plug-ins", "host/Frameworks", "agent/Nexcore",
+  for (const char* entry : {"lib", "host/host", "host/Plug-ins", "host/Frameworks", "agent/Nexcore",
                             "agent/VelorantPluginInterface.framework", "agent/PluginFiles"}) {
     if (leftOut.contains(entry)) continue;
     fs::create_directories((app / entry).parent_path());

@@ -1,0 +1,52 @@
+# The folder of the programs. They find each other by relative paths, so its layout is the same in the build tree (build/app)
+# and where it is installed, and it can be moved.
+include(GNUInstallDirs)
+set(APP_DIR ${CMAKE_BINARY_DIR}/app)
+set(APP_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/velorant)
+
+# place_in_app(TARGET FOLDER): builds and installs the program or library in FOLDER, relative to the folder of the programs.
+# The target finds libplatform.so relative to itself.
+function(place_in_app target folder)
+  file(RELATIVE_PATH to_libraries /${folder} /lib)
+  string(REGEX REPLACE "/$" "" origin "$ORIGIN/${to_libraries}")
+  set_target_properties(${target} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY ${APP_DIR}/${folder}
+    LIBRARY_OUTPUT_DIRECTORY ${APP_DIR}/${folder}
+    INSTALL_RPATH ${origin}
+    BUILD_WITH_INSTALL_RPATH ON)
+  install(TARGETS ${target}
+    RUNTIME DESTINATION ${APP_INSTALL_DIR}/${folder}
+    LIBRARY DESTINATION ${APP_INSTALL_DIR}/${folder})
+endfunction()
+
+# put_on_path(NAME PROGRAM): installs a link NAME, by which users call the program. PROGRAM is relative to the folder of the
+# programs.
+function(put_on_path name program)
+  file(RELATIVE_PATH to_program ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/velorant/${program})
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  file(CREATE_LINK ${to_program} ${CMAKE_BINARY_DIR}/bin/${name} SYMBOLIC)
+  install(FILES ${CMAKE_BINARY_DIR}/bin/${name} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+# add_bundle(TARGET NAME KIND FOLDER PLIST [RESOURCE ...]): a loadable shared object NAME with its Info.plist and resources
+# in FOLDER/NAME.KIND.
+function(add_bundle target name kind folder plist)
+  set(bundle ${folder}/${name}.${kind})
+  set_target_properties(${target} PROPERTIES PREFIX "" SUFFIX "" OUTPUT_NAME ${name} LIBRARY_OUTPUT_DIRECTORY ${bundle})
+  configure_file(${plist} ${bundle}/Info.plist COPYONLY)
+  foreach(resource ${ARGN})
+    get_filename_component(file ${resource} NAME)
+    configure_file(${resource} ${bundle}/Resources/${file} COPYONLY)
+  endforeach()
+endfunction()
+
+# add_app_bundle(TARGET NAME KIND FOLDER PLIST [RESOURCE ...]): the same, installed with the programs. FOLDER is relative to
+# the folder of the programs.
+function(add_app_bundle target name kind folder plist)
+  place_in_app(${target} ${folder}/${name}.${kind})
+  add_bundle(${target} ${name} ${kind} ${APP_DIR}/${folder} ${plist} ${ARGN})
+  install(FILES ${plist} DESTINATION ${APP_INSTALL_DIR}/${folder}/${name}.${kind})
+  if(ARGN)
+    install(FILES ${ARGN} DESTINATION ${APP_INSTALL_DIR}/${folder}/${name}.${kind}/Resources)
+  endif()
+endfunction()
