@@ -1,17 +1,25 @@
 #!/usr/bin/env bash
-# build.sh BUILD-TYPE [TARGET ...] - configures and builds these targets (default: all) in build/.
-# Environment: BUILD_DIR another folder, JOBS how many compilers run at a time, SANITIZE as the build's option, TESTS=ON
-# with tests and benchmarks, whose libraries a machine that only runs the programs does not have.
-# Everything that is said goes to standard error; a failure shows the first errors and ends with one line and status 1.
+# build.sh PRESET [TARGET ...] - builds these targets (default: all) as a preset of CMakePresets.json says. The presets
+# develop and release share build/; each other one has build-PRESET/.
+# Environment: BUILD_DIR another folder, JOBS how many compilers run at a time.
+# Messages go to standard error; a failure shows the first errors and ends with one line and status 1.
 set -euo pipefail
 
 top=$(cd "$(dirname "$0")/.." && pwd)
-type=${1:?usage: build.sh BUILD-TYPE [TARGET ...]}
+preset=${1:?usage: build.sh PRESET [TARGET ...]}
 shift
-build=${BUILD_DIR:-$top/build}
 jobs=${JOBS:-$(nproc)}
-# The same source in another checkout is the same object.
-export CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$top
+case $preset in
+  # The names before there were presets.
+  RelWithDebInfo) preset=develop ;;
+  Debug) preset=$([ "${SANITIZE:-}" = thread ] && echo tsan || echo asan) ;;
+  Release) preset=bench ;;
+esac
+case $preset in
+  develop | release) build=$top/build ;;
+  *) build=$top/build-$preset ;;
+esac
+build=${BUILD_DIR:-$build}
 
 fail() { echo "build: $*" >&2; exit 1; }
 
@@ -24,16 +32,17 @@ log=$build/build.log
 
 explain() { grep -m3 -E 'error:|Error|FAILED' "$log" >&2 || tail -n5 "$log" >&2; }
 
-cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt" 2>/dev/null || true; }
-had_tests=$(cached TESTS)
-tests=${TESTS:-${had_tests:-OFF}}
-if [ ! -f "$build/build.ninja" ] || [ "$(cached CMAKE_BUILD_TYPE)" != "$type" ] ||
-  [ "$(cached SANITIZE)" != "${SANITIZE:-}" ] || [ "$had_tests" != "$tests" ]; then
-  echo "configuring ($type)" >&2
-  cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE="$type" -DSANITIZE="${SANITIZE:-}" -DTESTS="$tests" >>"$log" 2>&1 || {
+# The preset that the folder was configured with. A developer's build serves a user as well: it holds the same programs.
+configured=$(cat "$build/.preset" 2>/dev/null || true)
+[ "$preset:$configured" != release:develop ] || preset=develop
+if [ "$configured" != "$preset" ] || [ ! -f "$build/build.ninja" ] || [ "$top/CMakePresets.json" -nt "$build/.preset" ]; then
+  echo "configuring ($preset)" >&2
+  rm -f "$build/.preset"
+  (cd "$top" && cmake --preset "$preset" -B "$build") >>"$log" 2>&1 || {
     explain
     fail "the build could not be configured; see $log"
   }
+  echo "$preset" >"$build/.preset"
 fi
 
 run_ninja() { ninja -C "$build" -j "$jobs" "$@" 9>&-; }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install.sh GROUP ... - installs the Debian packages of these groups that are missing, and nothing else.
-# Groups: build, fonts, test, bench, lint. Everything that is said goes to standard error; failure is one line and status 1.
+# Groups: build, fonts, test, bench, lint, fuzz. Everything that is said goes to standard error; failure is one line and status 1.
 set -euo pipefail
 
 declare -A groups=(
@@ -9,8 +9,9 @@ declare -A groups=(
            zlib1g-dev"
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
   [test]="libgtest-dev libgmock-dev libimage-exiftool-perl python3 python3-jsonschema"
-  [bench]="libbenchmark-dev libimage-exiftool-perl poppler-utils"
-  [lint]="clang-format-14 clang-tidy-14"
+  [bench]="libimage-exiftool-perl poppler-utils"
+  [lint]="git clang-format-14 clang-tidy-14"
+  [fuzz]="clang libclang-rt-14-dev"
 )
 
 fail() { echo "install: $*" >&2; exit 1; }
