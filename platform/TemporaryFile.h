@@ -1,5 +1,5 @@
-// A file for data that another part of the program reads by path and that nobody else may see: of mode 0600, in the folder
-// for temporary files (TMPDIR, or else /tmp), under a name that can't be guessed. It goes with the object. One thread.
+// A private file for data that another part of this process reads by path. It has mode 0600 and no name in its folder, so
+// the kernel removes it with the object and also when the process is killed. Not thread-safe.
 #pragma once
 
 #include <string>
@@ -18,12 +18,15 @@ class PLATFORM_API TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  // Makes the file, open for writing. Once.
+  // The folder for temporary files: TMPDIR, or else /tmp.
+  static std::string Folder();
+  // Makes the file in that folder and opens it for writing. Call it once.
   std::error_code Create();
   // Appends.
   std::error_code Write(std::string_view bytes);
-  // Empty while there is no file.
+  // Opens the file within this process only (needs /proc). Empty while there is no file.
   const std::string& Path() const { return path_; }
+  // Closes the file, which removes it unless a reader still has it open.
   void Remove();
 
  private:

@@ -13,7 +13,9 @@
 
 #include "platform/Bookmark.h"
 #include "platform/FileLock.h"
+#include "platform/TemporaryFile.h"
 #include "support/FullDisk.h"
+#include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 
 namespace platform {
@@ -35,6 +37,26 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNothingBeside) {
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"file", "source"}));
   EXPECT_FALSE(CopyFile(source, path));
   EXPECT_EQ(TempFolder::Content(path), std::string(5000, 'x'));
+}
+
+TEST(Files, ATemporaryFileHasNoNameThatCouldStayBehind) {
+  const TempFolder folder;
+  TemporaryFile file;
+  {
+    const test_support::ScopedVariable variable("TMPDIR", folder.Path().c_str());
+    ASSERT_FALSE(file.Create());
+  }
+  EXPECT_TRUE(folder.Names().empty());
+  ASSERT_FALSE(file.Write("some"));
+  ASSERT_FALSE(file.Write("thing"));
+  EXPECT_FALSE(CheckReadable(file.Path()));
+  EXPECT_EQ(TempFolder::Content(file.Path()), "something");
+  const std::string path = file.Path();
+  file.Remove();
+  EXPECT_EQ(file.Path(), "");
+  EXPECT_TRUE(CheckReadable(path));
+  const test_support::ScopedVariable missing("TMPDIR", (folder / "missing").c_str());
+  EXPECT_TRUE(TemporaryFile().Create());
 }
 
 TEST(Files, WhatIsStagedAndNotCommittedGoesAway) {

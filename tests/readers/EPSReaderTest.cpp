@@ -1,5 +1,7 @@
 // The comments of EPS files: which fonts they give, and how identification data are written among them.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -92,7 +94,7 @@ TEST_F(EPSReader, FindsTheFontsOfEachComment) {
       {"glyphs added to an earlier part are no font", "%ADOBeginSubsetFont: A AddGlyphs\n%ADOEndSubsetFont\n", ""},
       {"one that does not end", "%ADOBeginSubsetFont: A AddGlyphs\n/FontName /B x\n", "B"},
       {"a Multiple Master instance is its font", "%%DocumentFonts: MinionMM_367 wt\n", "MinionMM"},
-      {"not text", "%%DocumentFonts: \xFF\n%%+ \n%%+ A\n", "A"},
+      {"a name that is not UTF-8", "%%DocumentFonts: \x8A\n%%+ \n%%+ A\n", "\xC3\xA4|A"},
       {"identification data", "%%DocumentFontSpecs: <FONTSPEC NAME=\"A\"   KIND=\"K v\" NEW=\"x\" CHECKSUM=\"7\"/>\n",
        "A:FontKind=K v,Checksum=7"},
       {"cut off", "%%DocumentFontSpecs: <FONTSPEC NAME=\"A\" KIND=\"K\n%%+ <FONTSPEC NAME=\"B\"\n", "A|B"},
@@ -176,6 +178,14 @@ TEST_F(EPSWriter, MovesThePreviewBehindTheData) {
     EXPECT_TRUE(postScript.starts_with(kStart + "%%DocumentFontSpecs: "));
     EXPECT_TRUE(postScript.ends_with(kSlug + kEnd));
   }
+  // The last way to open a file is by its name in the system encoding; the data go into that file.
+  const std::string named = folder.Write("\x8A.eps", kStart + kEnd);
+  FontParserEPS byName = Parser(folder / "\xC3\xA4.eps");
+  Fill(byName);
+  byName.Save();
+  EXPECT_EQ(byName.GetError(), 0);
+  EXPECT_EQ(TempFolder::Content(named), kStart + kSlug + kEnd);
+  EXPECT_EQ(folder.Names().count("\xC3\xA4.eps"), 0u);
   // A preview that comes first stays where it is.
   std::string first = "\xC5\xD0\xD3\xC6" + Number(36) + Number(40) + Number(32) + Number(4) + Number(32) + Number(4) +
                       "\xFF\xFF\0\0"s + "IMAG" + kStart + kEnd;
@@ -203,6 +213,13 @@ TEST_F(EPSWriter, AFailedSaveLeavesTheOldFile) {
   {
     const std::string path = folder.Write("full.eps", text);
     const test_support::FullDisk full(10);
+    EXPECT_FALSE(saves(path));
+    EXPECT_EQ(TempFolder::Content(path), text);
+  }
+  if (geteuid() != 0) {
+    // The folder would allow to replace the file; its own mode does not.
+    const std::string path = folder.Write("read-only.eps", text);
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
     EXPECT_FALSE(saves(path));
     EXPECT_EQ(TempFolder::Content(path), text);
   }

@@ -3,6 +3,7 @@
 
 #include "Readers/FontParserPDF.h"
 #include "support/PDFFile.h"
+#include "support/ProcessIO.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -111,6 +112,7 @@ TEST_F(PDFReaderFixture, ObjectsAreFoundFromTheHeaderOnAndInTheNewestSection) {
   PDFFile file;
   file.Add(objects).Add({{5, Font("New")}}).Add({{9, "null"}});
   EXPECT_THAT(NamesIn(file.Bytes()), ElementsAre("New"));
+  EXPECT_EQ(Parse(PDFFile().Add(objects, "/Size 9").Add({{9, "null"}}, "/Size 7").Bytes())->GetSize(), 9);
   EXPECT_TRUE(NamesIn(file.Bytes() + std::string(100, ' ')).empty()) << "the end of the file is not searched further";
 
   // Offsets that are off, as the table's own is: of "xref" the line shows less.
@@ -224,6 +226,18 @@ TEST_F(PDFReaderFixture, EncryptedAndExchangeDocumentsTakeNoIdentification) {
   marked[7] = "<< /GTS_PDFXVersion (PDF/X-1) >>";
   const std::string bytes = PDFFile().Add(marked).Bytes();
   EXPECT_TRUE(Parse(bytes)->IsUnsluggableDocument());
+  // A damaged font list ends the reading of fonts, not the search for the mark.
+  PDFFile damaged;
+  damaged.Add(
+      OnePage("/Font 9 0 R", {{7, "<< /Filler (" + std::string(600, 'x') + ") /GTS_PDFXVersion (PDF/X-1) >>"}}));
+  const std::string entry = "xref\n1 1\n", beyond = "9 1\n0009999999 00000 n \n";
+  std::string text = damaged.Bytes();
+  text.insert(text.rfind(entry) + 5, beyond);
+  const auto parser = Parse(text);
+  EXPECT_NE(parser->GetError(), 0);
+  const uint64_t read = parser->GetBytesRead();
+  EXPECT_TRUE(parser->IsUnsluggableDocument());
+  EXPECT_GT(parser->GetBytesRead(), read);
   // Where the mark falls across two blocks of 256 bytes it is not seen.
   EXPECT_FALSE(Parse(std::string(256 - 4 - bytes.find("GTS_PDFX") % 256, ' ') + bytes)->IsUnsluggableDocument());
 }
@@ -310,6 +324,9 @@ TEST_F(PDFReaderFixture, CostGrowsWithTheFileWhateverItHolds) {
     const std::string one = make(2000), two = make(4000);
     const auto first = Parse(one), second = Parse(two);
     EXPECT_LE(first->GetBytesRead(), 16 * one.size() + 65536);
+    const uint64_t before = test_support::BytesReadByProcess();
+    const uint64_t counted = Parse(one)->GetBytesRead();
+    EXPECT_LE(test_support::BytesReadByProcess() - before, counted + 8192);
     EXPECT_LE(second->GetBytesRead(), first->GetBytesRead() * two.size() / one.size() * 11 / 10);
   }
   EXPECT_EQ(Parse(shared(2000))->GetFontRecords().size(), 1000u);

@@ -12,6 +12,7 @@ void FStreamWrapper::open(const char* path, std::ios_base::openmode mode) {
     mStream.setstate(std::ios_base::failbit);
   } else {
     mStream.open(path, mode);
+    if (mStream.good()) mPath = path;
   }
 }
 

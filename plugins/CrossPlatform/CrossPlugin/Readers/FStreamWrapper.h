@@ -9,10 +9,17 @@
 
 class FStreamWrapper {
  public:
+  FStreamWrapper() = default;
+  // For who reads in blocks of its own: a read takes from the file what is asked for and no more.
+  struct Unbuffered {};
+  explicit FStreamWrapper(Unbuffered) { mStream.rdbuf()->pubsetbuf(nullptr, 0); }
+
   // The stream's own operations, with the stream's own meaning.
   //
   // Refuses what is no regular file, since opening a pipe could wait forever. An open stream stays open and gets its fail bit.
   void open(const char* path, std::ios_base::openmode mode);
+  // The place that was opened last; empty before the first success.
+  const std::string& Path() const { return mPath; }
   bool is_open() const { return mStream.is_open(); }
   void close() { mStream.close(); }
   void read(char* buffer, std::streamsize size) { mStream.read(buffer, size); }
@@ -39,6 +46,7 @@ class FStreamWrapper {
 
  private:
   std::fstream mStream;
+  std::string mPath;
 };
 
 // Reads `size` bytes. 0; or -1 with `size` set to what came and the end-of-file state cleared.

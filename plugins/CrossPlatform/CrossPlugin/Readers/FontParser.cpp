@@ -43,7 +43,7 @@ bool ReadPieceOfLine(FStreamWrapper& stream, std::string& outPiece, bool& outIsC
 bool CanBeOpened(const std::string& path) { return !platform::CheckReadable(path); }
 
 void AddEmbeddedFile(std::string named, const std::string& folder, std::vector<std::string>& outPaths) {
-  // Most producers put a blank between the comment and the path.
+  // Blanks before the path are skipped: most producers put one behind the comment, and no file would be found with it.
   named.erase(0, named.find_first_not_of(" \t"));
   std::string ignored, name;
   if (CanBeOpened(named)) {

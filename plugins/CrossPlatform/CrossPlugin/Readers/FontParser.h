@@ -46,6 +46,6 @@ class FontParser {
 
   const platform::FileURL mURL;
   const std::string mPath;
-  FStreamWrapper mStream;
+  FStreamWrapper mStream{FStreamWrapper::Unbuffered()};
   int mError = 0;
 };

@@ -175,9 +175,9 @@ bool FontParserEPS::AdvanceToContinuation(bool& outHasLine, size_t& outEnd) {
 bool FontParserEPS::ReadPSCommentDocumentFonts(size_t end) {
   bool hasLine = true;
   do {
+    // Several names on a line are one name: identified documents of old name their fonts so, and are found again by it.
     const std::string name = mLine.substr(end);
-    // The fonts are in a comment of the same name at the end of the file. Several names on a line are one name: identified
-    // documents of old name their fonts so, and are found again by it.
+    // "(atend)" is no name: the fonts are in a comment of the same name at the end of the file.
     if (!name.starts_with(kPSCommentAtEnd)) RegisterFont(name);
   } while (AdvanceToContinuation(hasLine, end));
   return hasLine;

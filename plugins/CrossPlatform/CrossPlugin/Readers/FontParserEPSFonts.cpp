@@ -6,6 +6,7 @@
 #include "Identification/FontRecords.h"
 #include "Readers/FontParserEPS.h"
 #include "Services/DiagnosticLog.h"
+#include "XCore/ECFExtensions/TextConversion.h"
 
 using namespace GlyphsureSupport;
 using platform::Array;
@@ -71,8 +72,9 @@ void FontParserEPS::Append(const Dictionary& record) {
 }
 
 void FontParserEPS::RegisterFont(const std::string& name) {
-  const String text = String::FromUTF8(name);
-  if (name.empty() || !text) return;
+  // Producers write names in whatever encoding they run in.
+  const String text = CFStringCreateWithUncertainEncoding(name.c_str());
+  if (text.View().empty()) return;
   // A subset tag and what an application added stay in the name: what was written under it is found by it.
   const Dictionary record = CreateGlyphsureDictionary(text);
   ResolveDictionaryMMFontName(record);

@@ -1,4 +1,7 @@
 // Writing identification data into an EPS file.
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstring>
 #include <limits>
 
@@ -71,13 +74,18 @@ std::string FontParserEPS::HeaderBehind(size_t gap) const {
   const uint32_t image = FieldAt(header, kTIFFOffsetField);
   if (mGlyphsureOffset <= static_cast<std::streamoff>(image)) SetField(header, kTIFFOffsetField, image + more);
   SetField(header, kPostScriptLengthField, FieldAt(header, kPostScriptLengthField) + more);
-  // The offset of a Windows metafile stays: readers of such files don't count on it once data were written.
+  // The offset of a Windows metafile stays as it was. A metafile behind the PostScript is not found there afterwards; the
+  // files that were written so far are like that.
   return header;
 }
 
 int FontParserEPS::AllocateGapInFile(std::streamoff offset, const std::string& text) {
+  // Parse may have found the file at another place than the path says.
+  const std::string& place = mStream.Path();
   platform::ByteSource file;
-  std::error_code error = file.Open(mPath);
+  std::error_code error = file.Open(place);
+  // The file is replaced, which the folder's mode alone would allow.
+  if (!error && access(place.c_str(), W_OK) != 0) error = std::error_code(errno, std::generic_category());
   const auto size = static_cast<std::streamoff>(file.Size());
   const std::string header = HeaderBehind(text.size());
   const bool fits = header.empty() || size <= std::numeric_limits<uint32_t>::max() - std::streamoff(text.size());
@@ -87,14 +95,14 @@ int FontParserEPS::AllocateGapInFile(std::streamoff offset, const std::string& t
   platform::StagedFile staged;
   if (!error) {
     const auto at = static_cast<uint64_t>(offset);
-    error = staged.StagePieces(mPath, file.FileDescriptor(), {{header, header.size(), at}, {text, at, file.Size()}});
+    error = staged.StagePieces(place, file.FileDescriptor(), {{header, header.size(), at}, {text, at, file.Size()}});
   }
   if (!error) error = staged.Commit();
   if (!error) {
     if (!header.empty()) std::memcpy(mHeader.data(), header.data(), header.size());
     return 0;
   }
-  OutputIndentedAndFormattedString(0, "ERROR: '%s' can't be written: %s", mPath.c_str(), error.message().c_str());
+  OutputIndentedAndFormattedString(0, "ERROR: '%s' can't be written: %s", place.c_str(), error.message().c_str());
   return -1;
 }
 
@@ -103,7 +111,7 @@ void FontParserEPS::Save() {
   const std::string text = WriteFontRecordsToBuffer();
   if (text.empty()) return;
   if (mGlyphsureOffset == 0) {
-    // Without the end of its header a file has no place for comments.
+    // An offset of 0 is an error here: data must not go before the first line, by which the file is told.
     OutputIndentedAndFormattedString(0, "ERROR: '%s' has no end of comments", mPath.c_str());
     mError = -1;
     return;

@@ -125,7 +125,9 @@ bool FontParserPDF::ProcessTrailer(int32_t& outPrevious) {
     if (token.empty()) continue;
     OutputIndentedAndFormattedString(0, "Processing XRefSection type '%s'", token.c_str());
     if (token == ">>") return hasPrevious;
-    if (token == "/Prev") {
+    if (token == "/Size") {
+      m_nSize = std::max(m_nSize, mInput.GetCurrentNumber());
+    } else if (token == "/Prev") {
       outPrevious = mInput.GetCurrentNumber();
       hasPrevious = true;
     } else if (token == "/Root" || token == "/Encrypt") {

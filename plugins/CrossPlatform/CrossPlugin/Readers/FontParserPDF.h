@@ -2,7 +2,8 @@
 //
 // It follows cross-reference tables, page tree, resources and font objects in their plain form. Object streams and
 // cross-reference streams are not read: a file that uses them has no fonts and no error here. Wrong input ends the function
-// that reads it and keeps the fonts found before. The bytes read never exceed a multiple of the file's size.
+// that reads it and keeps the fonts found before. The bytes read never exceed a multiple of the file's size; those of
+// Illustrator's private data are limited on their own.
 #pragma once
 
 #include <cstddef>
@@ -28,9 +29,12 @@ class FontParserPDF : public FontParser {
   // Whether no identification data may be written into this document: it is encrypted or PDF/X. Reads the whole file.
   bool IsUnsluggableDocument();
 
-  // In the order in which they were found. A font object that is used in several places has one record.
+  // In the order in which they were found. A font object has one record, however often the pages name it.
   const std::vector<PDFFontRecord>& GetFontRecords() const { return m_vFontRecords; }
+  // The cost of all reading so far, as PDFInput counts it.
   uint64_t GetBytesRead() const { return mInput.GetBytesRead(); }
+  // The largest "/Size" of the trailers: one more than the highest object number, as the file says. 0 without one.
+  int32_t GetSize() const { return m_nSize; }
 
   // Without its leading "/".
   static void StripPDFLabel(std::string& name);
@@ -110,6 +114,7 @@ class FontParserPDF : public FontParser {
 
   PDFInput mInput{mStream, mError};
   std::streamoff m_nHeaderOffset = 0;
+  int32_t m_nSize = 0;
   std::vector<XRefEntry> m_vXRef;  // by object number once all sections are read
   PDFObject m_Catalog, m_PageTree, m_Metadata, m_Illustrator, m_Encryption;
   Objects m_vKids, m_vFonts;

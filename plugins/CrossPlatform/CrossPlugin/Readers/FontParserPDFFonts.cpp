@@ -179,6 +179,8 @@ bool FontParserPDF::IsUnsluggableDocument() {
 
 bool FontParserPDF::HoldsPDFXMark() {
   bool found = false;
+  // An error that Parse ended with would end the search after one block.
+  mError = 0;
   if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) return found;
   mInput.Begin();
   // A mark that crosses the border of two blocks is missed. Documents keep or lose their identification data by this

@@ -12,9 +12,13 @@
 namespace {
 
 constexpr size_t kChunk = 1024;
-// A small file can unpack to any size. Font names are near the beginning.
-constexpr size_t kMaxUnpacked = size_t{512} * 1024 * 1024;
-// How deep documents may be nested, so that one that contains itself ends.
+// A small file can unpack to any size, so the size is limited by what was read so far. What goes beyond is cut off: a
+// PostScript document keeps the fonts of its header, a PDF loses its table of objects and with it all fonts.
+constexpr size_t kMaxUnpacked = size_t{64} * 1024 * 1024, kMinUnpacked = size_t{1024} * 1024, kMaxRatio = 64;
+
+size_t UnpackLimit(size_t packed) { return std::min(kMaxUnpacked, kMinUnpacked + kMaxRatio * packed); }
+
+// How deep documents may be nested.
 constexpr int kMaxNesting = 3;
 thread_local int sNesting = 0;
 
@@ -30,11 +34,13 @@ class Inflater {
   Inflater& operator=(const Inflater&) = delete;
 
   bool IsReady() const { return mIsReady; }
-  // Adds to outCount what was written, in bytes. False when the data end, which they also do where they are damaged.
+  // Adds to outCount what was written, in bytes. False when the data end, are damaged or reach the limit.
   bool Inflate(std::array<char, kChunk>& chunk, std::streamsize size, platform::TemporaryFile& file, size_t& outCount) {
     std::array<char, kChunk> output;
     mStream.next_in = reinterpret_cast<Bytef*>(chunk.data());
     mStream.avail_in = static_cast<uInt>(size);
+    mPacked += static_cast<size_t>(size);
+    const size_t limit = UnpackLimit(mPacked);
     int result = Z_OK;
     do {
       mStream.next_out = reinterpret_cast<Bytef*>(output.data());
@@ -43,14 +49,15 @@ class Inflater {
       const size_t count = kChunk - mStream.avail_out;
       if (file.Write({output.data(), count})) return false;
       outCount += count;
-    } while (result == Z_OK && mStream.avail_out == 0 && outCount < kMaxUnpacked);
+    } while (result == Z_OK && mStream.avail_out == 0 && outCount < limit);
     // Nothing is left of a chunk that filled the output exactly.
-    return (result == Z_OK || result == Z_BUF_ERROR) && outCount < kMaxUnpacked;
+    return (result == Z_OK || result == Z_BUF_ERROR) && outCount < limit;
   }
 
  private:
   z_stream mStream{};
   bool mIsReady;
+  size_t mPacked = 0;  // bytes given to Inflate so far
 };
 
 // Both return how many bytes went into the file.
@@ -143,10 +150,13 @@ void FontParserPDF::DecodeAIPrivateData(EFilterType filterType, int32_t streamLe
     mStream.seekg(-size, std::ios_base::cur);
     OutputIndentedAndFormattedString(0, "Handling tag '%s' with NO decoding", tag.c_str());
   }
+  // Documents that contain themselves must end.
+  if (sNesting == kMaxNesting) return;
   platform::TemporaryFile file;
-  if (file.Create()) return;
-  const std::string path = file.Path();
+  const bool isCreated = !file.Create();
+  const std::string path = isCreated ? file.Path() : platform::TemporaryFile::Folder();
   OutputIndentedAndFormattedString(0, "Creating temp file \"%s\"", path.c_str());
+  if (!isCreated) return;
   const size_t count =
       filterType == kFilterFlate ? CopyInflated(mStream, file) : CopyPlain(mStream, streamLength, file);
   if (count > 0) ParsePrivateFile(path);
@@ -156,7 +166,7 @@ void FontParserPDF::DecodeAIPrivateData(EFilterType filterType, int32_t streamLe
 
 void FontParserPDF::ParsePrivateFile(const std::string& path) {
   const auto parser = CreateParserWithFile(path, true, GetDefaultSystemPathStyle());
-  if (!parser || sNesting == kMaxNesting) return;
+  if (!parser) return;
   ++sNesting;
   parser->Parse();
   --sNesting;

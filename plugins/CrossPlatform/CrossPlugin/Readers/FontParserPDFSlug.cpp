@@ -113,7 +113,9 @@ void FontParserPDF::AddKeyValueToFontRecord(std::string_view dictionaryText, std
                                             std::string_view recordKey, Dictionary record) {
   std::string value;
   if (!ParseKeyFromGlyphsureBuffer(dictionaryText, pdfKey, value)) return;
-  record.Set(recordKey, std::string_view(value));
+  const String text = String::FromUTF8(value);
+  if (!text) return;
+  record.Set(recordKey, text);
   OutputIndentedAndFormattedString(0, "AddKeyValueToFontRecord adding '%s'='%s'", std::string(recordKey).c_str(),
                                    value.c_str());
 }

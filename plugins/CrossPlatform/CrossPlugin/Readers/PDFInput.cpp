@@ -17,14 +17,14 @@ void PDFInput::Begin() {
   mBlock = {};
   mPosition = mWindowLength = 0;
   mBlockBegin = mWindowBegin = 0;
-  mBytesRead = 0;
   mLength = std::max<std::streamoff>(mStream.GetStreamLength(), 0);
+  // A sound file costs up to about eight times its size, since each of its objects costs a block.
+  constexpr uint64_t kTimes = 16, kLeast = 65536;
+  mLimit = mBytesRead + kTimes * static_cast<uint64_t>(mLength) + kLeast;
 }
 
 bool PDFInput::Take(uint64_t count) {
-  // A sound file is read about four times, with a block for each of its objects.
-  constexpr uint64_t kTimes = 16, kLeast = 65536;
-  if (mBytesRead + count <= kTimes * static_cast<uint64_t>(mLength) + kLeast) {
+  if (mBytesRead + count <= mLimit) {
     mBytesRead += count;
     return true;
   }
@@ -44,10 +44,10 @@ void PDFInput::ReadBlock() {
   mBlockBegin += static_cast<std::streamoff>(mBlock.size());
   mBlock = {};
   mPosition = 0;
-  if (!Take(kBlockSize)) return;
   const std::streamoff windowEnd = mWindowBegin + static_cast<std::streamoff>(mWindowLength);
   const auto wanted = std::min<std::streamoff>(kBlockSize, mLength - mBlockBegin);
-  if (mBlockBegin < mWindowBegin || mBlockBegin + wanted > windowEnd) ReadWindow(mBlockBegin);
+  const bool isInWindow = mBlockBegin >= mWindowBegin && mBlockBegin + wanted <= windowEnd;
+  if (!(isInWindow ? Take(kBlockSize) : ReadWindow(mBlockBegin))) return;
   if (mBlockBegin >= mWindowBegin) {
     const std::string_view window(mWindow.data(), mWindowLength);
     mBlock = window.substr(std::min(static_cast<size_t>(mBlockBegin - mWindowBegin), mWindowLength), kBlockSize);
@@ -57,15 +57,21 @@ void PDFInput::ReadBlock() {
   OutputIndentedAndFormattedString(0, "FontParserPDF::ReadBlock() got error %d after reading %d bytes", mError, 0);
 }
 
-void PDFInput::ReadWindow(std::streamoff begin) {
+bool PDFInput::ReadWindow(std::streamoff begin) {
+  // A jump may be followed by the next one, so it reads only a block. Who reads on gets more each time.
+  const std::streamoff end = mWindowBegin + static_cast<std::streamoff>(mWindowLength);
+  const bool readsOn = mWindowLength > 0 && begin >= mWindowBegin && begin <= end;
+  mWindowSize = readsOn ? std::min(2 * mWindowSize, mWindow.size()) : kBlockSize;
+  std::streamsize size = std::clamp<std::streamoff>(mLength - begin, 0, static_cast<std::streamoff>(mWindowSize));
   mWindowBegin = begin;
   mWindowLength = 0;
+  if (!Take(std::max(static_cast<uint64_t>(size), uint64_t{kBlockSize}))) return false;
   // After an earlier failure the stream would refuse to seek.
   mStream.clear();
   mStream.seekg(begin);
-  std::streamsize size = mWindow.size();
   ReadStream(mStream, size, mWindow.data());
   mWindowLength = static_cast<size_t>(size);
+  return true;
 }
 
 std::string PDFInput::ReadRange(std::streamoff begin, std::streamoff end) {

@@ -2,8 +2,8 @@
 // length. Reads through the parser's stream and sets the parser's error field, which ends every loop over tokens.
 //
 // All input goes through a block of 256 bytes; a seek takes a block anew. Blocks come from a window of the file, so
-// objects that are close together are read from the disk once. The bytes that one parser takes are limited to a multiple
-// of the file's size, which also bounds the cost of objects that overlap. One thread.
+// objects that are close together are read from the disk once. Each block costs the bytes that are read from the disk for
+// it, at least 256. The total cost is limited to a multiple of the file's size, also where objects overlap. Not thread-safe.
 #pragma once
 
 #include <array>
@@ -21,13 +21,14 @@ class PDFInput {
   PDFInput(const PDFInput&) = delete;
   PDFInput& operator=(const PDFInput&) = delete;
 
-  // Begins at the start of the stream, which has just been opened. Others may move the stream's position at any time.
+  // Begins at the start of the stream, which has just been opened, and allows its multiple of bytes once more. Others may
+  // move the stream's position at any time.
   void Begin();
   void SeekAndReadBlock(std::streamoff position);
   // The offset of the next character in the file.
   std::streamoff GetCurrentPosition() const { return mBlockBegin + static_cast<std::streamoff>(mPosition); }
   std::streamoff GetStreamLength() const { return mLength; }
-  // How many bytes were taken so far, those that were taken again counted again.
+  // The cost in bytes so far, of all that was begun. Not less than what was read from an unbuffered stream.
   uint64_t GetBytesRead() const { return mBytesRead; }
 
   // Up to 256 bytes from where the last block ended; none is an error.
@@ -65,7 +66,7 @@ class PDFInput {
   static constexpr size_t kBlockSize = 256;
 
   bool Take(uint64_t count);
-  void ReadWindow(std::streamoff begin);
+  bool ReadWindow(std::streamoff begin);
   bool ReadEscape();
   void ReadPlainToken();
 
@@ -77,9 +78,10 @@ class PDFInput {
   std::streamoff mBlockBegin = 0;
   std::array<char, 8192> mWindow{};
   size_t mWindowLength = 0;
+  size_t mWindowSize = kBlockSize;  // how much was asked for
   std::streamoff mWindowBegin = 0;
   std::streamoff mLength = 0;
-  uint64_t mBytesRead = 0;
+  uint64_t mBytesRead = 0, mLimit = 0;
 };
 
 inline int PDFInput::PeekCharacter() {

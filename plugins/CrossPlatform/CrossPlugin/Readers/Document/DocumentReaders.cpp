@@ -39,8 +39,11 @@ bool IsPostScript(ReadableDocument& document) {
 // Any file may hold metadata, whatever its kind.
 bool IsAny(ReadableDocument&) { return true; }
 
-// Text that looks like a font's name in a PDF or in PostScript need not be one; those have readers that understand them.
-bool IsScanned(ReadableDocument& document) { return document.Kind() != EDocumentKind::kPDF && !IsPostScript(document); }
+// Text that looks like a font's name in a PDF or in PostScript need not be one; those have readers that understand them. The
+// documents of Illustrator are scanned in either form.
+bool IsScanned(ReadableDocument& document) {
+  return document.HasIllustratorExtension() || (document.Kind() != EDocumentKind::kPDF && !IsPostScript(document));
+}
 
 bool IsPDF(ReadableDocument& document) {
   return document.Kind() == EDocumentKind::kPDF || document.Kind() == EDocumentKind::kIllustrator;

@@ -50,9 +50,11 @@ const ReadableDocument::KindRow* ReadableDocument::FindKind() {
   }
   size_t at = 0;
   if (!mBytes.Find(0, kPDFHeaderRange, kPDFKind.bytes, 0, at)) return &kUnknownKind;
-  const bool isIllustrator =
-      CommonFunctionality::FileExtensionIs(mPath, "ai") || CommonFunctionality::FileExtensionIs(mPath, "ait");
-  return isIllustrator ? &kIllustratorKind : &kPDFKind;
+  return HasIllustratorExtension() ? &kIllustratorKind : &kPDFKind;
+}
+
+bool ReadableDocument::HasIllustratorExtension() const {
+  return CommonFunctionality::FileExtensionIs(mPath, "ai") || CommonFunctionality::FileExtensionIs(mPath, "ait");
 }
 
 EDocumentKind ReadableDocument::Kind() {

@@ -30,6 +30,8 @@ class ReadableDocument {
   EDocumentKind Kind();
   // "psd", "psb", "ai", "aep", "pdf", "ps", "eps", "jpeg", "tiff", "png"; for an unknown kind empty.
   const char* KindName();
+  // ".ai" or ".ait", in whatever case.
+  bool HasIllustratorExtension() const;
 
  private:
   struct KindRow;
