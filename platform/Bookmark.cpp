@@ -17,8 +17,8 @@ namespace {
 constexpr const char* kPathKey = "Path";
 constexpr const char* kFileKey = "File";
 
-// What stays the same when a file is renamed, and is not given to the next file too: the number of a file that was deleted
-// comes again, its time of birth does not. Nothing if there is no such file.
+// The identity of a file: stays the same when the file is renamed and is not reused for another file. An inode number
+// is reused, the time of birth is not. Nothing if there is no such file.
 std::optional<std::string> IdentityOf(const std::string& path) {
   struct statx info;
   if (statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, STATX_INO | STATX_BTIME, &info) != 0) return std::nullopt;
@@ -61,7 +61,7 @@ std::string ResolveBookmark(const Data& bookmark) {
   const Dictionary read(ParseXMLPropertyList(TextOf(bookmark)).value);
   std::string path(TextOf(Data(read.Get(kPathKey))));
   if (path.empty() || path.front() != '/') return "";
-  // A program that saves a document often puts a new file in the old one's place, so the path comes first.
+  // Test the path first: programs often replace a document's file when they save.
   if (IdentityOf(path)) return path;
   return FindInFolder(std::filesystem::path(path).parent_path(), read.GetString(kFileKey).View());
 }

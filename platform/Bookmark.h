@@ -1,5 +1,6 @@
-// Data that finds a file again on another day: under its path, or, if nothing stands there any more, under the new name that
-// the same file got in its folder. The data can be stored; they hold the path, which is not to be shown to other users.
+// Data that finds a file again later: by its path first; if nothing is there, by its identity among the files of its
+// folder, where it may have been renamed. The data may be stored. It contains the path, so do not show it to other
+// users. Thread-safe.
 #pragma once
 
 #include <string>
@@ -9,10 +10,11 @@
 
 namespace platform {
 
-// Of an existing file or folder; a relative path is taken from the working folder. Null if there is none.
+// Creates the bookmark of an existing file or folder. A relative path starts at the working folder. Null if nothing is
+// at the path.
 PLATFORM_API Data CreateBookmark(const std::string& path);
-// The absolute path of what the bookmark was made of; empty if that is gone or was moved to another folder, or if the data
-// are no bookmark. Nobody is asked and nothing is mounted for it.
+// Returns the absolute path of the file or folder. Empty if it is gone or was moved to another folder, or if the data
+// is not a bookmark. Shows no dialog and mounts nothing.
 PLATFORM_API std::string ResolveBookmark(const Data& bookmark);
 
 }  // namespace platform

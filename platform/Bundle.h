@@ -1,5 +1,6 @@
-// Loadable bundles: a folder Name.framework or Name.plugin that holds Info.plist (XML) and a shared object
-// named like the folder without its extension. Creating and finding are for any thread, a bundle itself for one at a time.
+// Loadable bundles: a folder Name.framework or Name.plugin that contains Info.plist (XML) and a shared object with the
+// name of the folder without its extension. Create, WithIdentifier and Main are thread-safe; a bundle itself is used by
+// one thread at a time.
 #pragma once
 
 #include <memory>
@@ -15,34 +16,36 @@ using BundleRef = std::shared_ptr<Bundle>;
 
 class PLATFORM_API Bundle {
  public:
-  // Reads Info.plist; null with a reason in *error (may be null) if folder or Info.plist are missing or malformed.
-  // Nothing is loaded yet. The same folder gives the same object as long as one is held.
+  // Reads Info.plist but loads no code. The same folder returns the same object while a reference exists. Returns null,
+  // with a reason in *error (may be null), if the folder or Info.plist is missing or malformed.
   static BundleRef Create(const std::string& folder, std::string* error = nullptr);
-  // Among the bundles created and still held: the one whose CFBundleIdentifier is this.
+  // Returns the existing bundle with this CFBundleIdentifier, or null.
   static BundleRef WithIdentifier(std::string_view identifier);
-  // The bundle of the running program: the folder of its executable, with no Info.plist. Its private frameworks
-  // stand in "Frameworks" beside the executable.
+  // The bundle of the running program: the folder of its executable, without an Info.plist. Its private frameworks are
+  // in "Frameworks" beside the executable.
   static BundleRef Main();
 
   ~Bundle();
   const std::string& Folder() const { return folder_; }
   const std::string& Identifier() const { return identifier_; }
   const Dictionary& Info() const { return info_; }
-  // The folder as a file URL: "file:///a%20b/Name.framework/", percent-encoded as RFC 3986 says, with a slash at the end.
+  // The folder as a file URL: "file:///a%20b/Name.framework/", percent-encoded by RFC 3986, with a slash at the end.
   std::string URL() const;
   std::string ExecutablePath() const;
   std::string PrivateFrameworksFolder() const;  // folder + "/Frameworks"
 
-  // The text of a key in the bundle's own strings table: the XML property list "Resources/TABLE.strings", a dictionary
-  // of strings. The key itself where table or key are missing. Read anew at each call.
+  // Returns the text of a key in the bundle's strings table: the XML property list "Resources/TABLE.strings", a
+  // dictionary of strings. Returns the key itself if the table or the key is missing. Reads the table at every call.
   std::string LocalizedString(const std::string& key, const std::string& table) const;
 
-  // Loads the shared object with its static constructors; true if it is loaded. A failure says why in *error.
+  // Loads the shared object and runs its static constructors. Returns true if it is loaded, otherwise false with a
+  // reason in *error (may be null). Refuses a truncated file, which would crash the process.
   bool Load(std::string* error = nullptr);
   bool IsLoaded() const { return handle_ != nullptr; }
-  // The exported function of this name, loading the object if need be; null if there is none.
+  // Returns the exported function with this name, loading the object first if necessary. Null if that fails. Valid
+  // until Unload.
   void* FunctionForName(const char* name);
-  // The object stays mapped when the Bundle goes, unless it is unloaded here.
+  // Unloads the object. Without this call the object stays loaded when the Bundle is destroyed.
   void Unload();
 
  private:

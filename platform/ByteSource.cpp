@@ -11,9 +11,9 @@
 namespace platform {
 
 namespace {
-// Of a reader that goes forward; fits into the cache of one processor.
+// For forward reading; fits into a processor's cache.
 constexpr size_t kForwardSize = size_t{128} * 1024;
-// Of a reader that jumps: about one object of a document.
+// For random reading: about one object of a document.
 constexpr size_t kJumpSize = size_t{16} * 1024;
 }  // namespace
 
@@ -43,13 +43,13 @@ std::string_view ByteSource::Find(uint64_t at, size_t count) {
     if (at >= window.begin && at + count <= window.begin + window.size) target = &window;
   }
   if (!target) {
-    // A reader that goes on where its window ends keeps the other windows for the places that it comes back to.
+    // Sequential reading reuses the current window and keeps the others for positions to which the reader returns.
     Window& current = windows_[current_];
     const bool goesOn = at >= current.begin && at <= current.begin + current.size;
     target = goesOn ? &current
                     : &*std::min_element(windows_.begin(), windows_.end(),
                                          [](const Window& a, const Window& b) { return a.lastUse < b.lastUse; });
-    // A piece larger than that is the only one in memory.
+    // A view larger than a window is the only one in memory.
     if (count > kForwardSize) windows_ = {};
     if (!Load(*target, at, std::max(count, goesOn ? kForwardSize : kJumpSize))) return {};
   }

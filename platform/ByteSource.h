@@ -1,5 +1,5 @@
-// The bytes of a document, in memory or in a file. Of a file only a few windows are in memory, so that documents of any size
-// can be read: forward in large steps, and here and there without losing what was read before. Not thread-safe.
+// The bytes of a document, in memory or in a file. Only a few windows of a file are in memory, so that documents of any
+// size can be read, forward in large steps or at random without losing what was read before. Not thread-safe.
 #pragma once
 
 #include <array>
@@ -18,29 +18,29 @@ namespace platform {
 class PLATFORM_API ByteSource {
  public:
   ByteSource() = default;                                                               // empty until Open
-  explicit ByteSource(std::string_view bytes) : size_(bytes.size()), window_(bytes) {}  // which the caller keeps
+  explicit ByteSource(std::string_view bytes) : size_(bytes.size()), window_(bytes) {}  // owned by the caller
   ByteSource(int descriptor, uint64_t size)
-      : descriptor_(descriptor), size_(size) {}  // of an open regular file, as well
+      : descriptor_(descriptor), size_(size) {}  // an open regular file, owned by the caller
   ByteSource(const ByteSource&) = delete;
   ByteSource& operator=(const ByteSource&) = delete;
 
-  // Opens a regular file, once. Fails like ReadFile, and without waiting for a pipe or a device.
+  // Opens a regular file. Call it once. Fails like ReadFile, and does not wait for a pipe or a device.
   std::error_code Open(const std::string& path);
 
   uint64_t Size() const { return size_; }
-  // The bytes from `at` on: at least `count` of them, fewer only at the end of the document. Valid until the next call.
-  // Empty once a read failed.
+  // Returns the bytes from `at` on: at least `count` of them, or fewer at the end of the document. Valid until the next
+  // call. Empty after a failed read.
   std::string_view View(uint64_t at, size_t count) {
     if (at >= windowBegin_ && at - windowBegin_ < window_.size() && count <= window_.size() - (at - windowBegin_)) {
       return window_.substr(static_cast<size_t>(at - windowBegin_));
     }
     return Find(at, count);
   }
-  // Of the first read that failed. A file that became shorter is std::errc::io_error.
+  // The error of the first failed read. std::errc::io_error if the file has become shorter.
   const std::error_code& Error() const { return error_; }
-  // Of the file, owned by this object or by who gave it; -1 if there is none.
+  // The file's descriptor, owned by this object or by the caller; -1 without a file.
   int FileDescriptor() const { return descriptor_; }
-  // How many bytes were read from the file so far.
+  // The number of bytes read from the file so far.
   uint64_t BytesRead() const { return bytesRead_; }
 
  private:

@@ -8,9 +8,9 @@ namespace platform {
 
 namespace {
 
-// Not a number while the system's clocks are used.
+// NaN while the system's clocks are used.
 std::atomic<double> sDriven{std::nan("")};
-// The time of day less the steady clock, while they are driven.
+// The time of day minus the steady clock, while they are driven.
 std::atomic<double> sDrivenOffset{0};
 
 template <class SystemClock>

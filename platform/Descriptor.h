@@ -1,11 +1,11 @@
-// A file descriptor that closes itself.
+// A file descriptor that closes itself. Used by one thread at a time.
 #pragma once
 
 #include "platform/Export.h"
 
 namespace platform {
 
-// Below 0 there is none. It is moved, never copied.
+// Owns at most one descriptor; negative means none. Can be moved but not copied.
 class PLATFORM_API Descriptor {
  public:
   Descriptor() = default;

@@ -1,4 +1,4 @@
-// Marks what libplatform offers to the programs and bundles that share it.
+// Marks the symbols that libplatform exports. All others are hidden.
 #pragma once
 
 #ifdef PLATFORM_BUILD

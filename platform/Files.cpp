@@ -15,8 +15,8 @@ namespace platform {
 
 namespace {
 
-// Dates before the epoch are negative numbers as unsigned ones. The epoch itself, which archives give to files, can't be 0,
-// since that means failure: it is the number that as a date would be the year 1677, which no file system can store.
+// Dates before the epoch wrap around to large numbers. The epoch itself, which archives assign to files, cannot be 0,
+// because that means failure. It is stored as the number that would be the year 1677, which no file system can store.
 constexpr uint64_t kNanoseconds = 1000000000u;
 constexpr uint64_t kDateOfEpoch = uint64_t{1} << 63;
 
@@ -37,12 +37,12 @@ std::error_code ReadFile(const std::string& path, std::string& content) {
   std::error_code error;
   const Descriptor fd = OpenRegularFile(path, info, error);
   if (!fd) return error;
-  // A file may tell of any size without taking room on the disk.
+  // A file can claim any size without using disk space.
   static const uint64_t sMemory =
       static_cast<uint64_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<uint64_t>(sysconf(_SC_PAGE_SIZE));
   if (static_cast<uint64_t>(info.st_size) >= sMemory) return std::make_error_code(std::errc::file_too_large);
   std::string bytes;
-  // One byte more than the file has, so that its end is seen without growing.
+  // One byte more than the file has, to see its end without growing the buffer.
   bytes.resize(static_cast<size_t>(info.st_size) + 1);
   size_t filled = 0;
   for (;;) {

@@ -16,13 +16,13 @@ std::string Environment(const char* name) {
 
 std::string Either(std::string value, const std::string& otherwise) { return value.empty() ? otherwise : value; }
 
-// A relative path counts as unset, as the base-directory convention says.
+// A relative path counts as unset, by the base-directory specification.
 std::string FolderOfEnvironment(const char* name) {
   std::string value = Environment(name);
   return value.starts_with('/') ? value : "";
 }
 
-// Under sudo the variable may name the folder of another user, which must not be filled with root's files.
+// With sudo the variable may name another user's folder, which must not get files of root.
 std::string RuntimeFolder() {
   const std::string runtime = FolderOfEnvironment("XDG_RUNTIME_DIR");
   struct stat info;

@@ -1,4 +1,5 @@
-// Where things are on this machine. A host that keeps a sandbox, or a test, sets every place once at its start.
+// The folders and files of this machine that the programs use. A host with a sandbox, or a test, sets them at its
+// start.
 #pragma once
 
 #include <string>
@@ -8,24 +9,25 @@
 namespace platform {
 
 struct Places {
-  // Put before the absolute paths of the local domain: "/Library/Frameworks", "/Library".
+  // Prefix of the absolute paths of the local domain, "/Library" and "/Library/Frameworks". Empty for the real ones.
   std::string fileSystemRoot;
-  // The user's home folder; "Library" below it is the user domain. Empty if the environment names none: what belongs below
-  // it then goes below the root.
+  // The user's home folder; "Library" in it is the user domain. If the environment names none, it stays empty and the
+  // paths below it start at the root.
   std::string home;
-  // A folder of mode 0700 for sockets and the list of running applications.
+  // The folder for sockets and the list of running applications. Its users create it with mode 0700.
   std::string runtime;
-  // The fontconfig file that says which fonts are active; empty means the desktop's own.
+  // The fontconfig file that says which fonts are active. Empty for the user's own configuration.
   std::string fontConfigFile;
-  // The file of the preferences of the user-interface framework.
+  // The file with the preferences of the user-interface framework.
   std::string preferencesFile;
-  // Folder of diagnostic logs.
+  // The folder for diagnostic logs.
   std::string logs;
 };
 
-// Any thread may read; set before the first thread is started.
+// Not thread-safe: set the places before the first other thread starts.
 PLATFORM_API void SetPlaces(const Places& places);
-// Unset fields are filled from the environment (HOME, XDG_RUNTIME_DIR, XDG_CONFIG_HOME, XDG_STATE_HOME).
+// Returns the places. Empty fields are filled from the environment (HOME, XDG_RUNTIME_DIR, XDG_CONFIG_HOME,
+// XDG_STATE_HOME), except fileSystemRoot and fontConfigFile. Any thread may read them.
 PLATFORM_API const Places& GetPlaces();
 
 // Absolute paths without a trailing separator.

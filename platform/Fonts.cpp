@@ -20,7 +20,7 @@ struct ConfigFree {
 };
 using Config = std::unique_ptr<FcConfig, ConfigFree>;
 
-// Null if the configuration cannot be read. An empty file name stands for the user's own configuration.
+// Returns null if the configuration cannot be read. An empty name means the user's own configuration.
 Config LoadConfig(const std::string& file) {
   if (file.empty()) return Config(FcInitLoadConfigAndFonts());
   Config config(FcConfigCreate());
@@ -41,12 +41,12 @@ void AddFont(const FcPattern* pattern, FontSnapshot& snapshot) {
   FcPatternGetBool(pattern, FC_SCALABLE, 0, &scalable);
   int index = 0;
   FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
-  // The upper half of the index numbers the named instances of a variable font, which are no faces of their own.
+  // The upper half of the index numbers the named instances of a variable font, which are not faces.
   if (!scalable || (index >> 16) != 0) return;
   snapshot.fonts.push_back({std::move(name), Text(pattern, FC_FAMILY), Text(pattern, FC_FILE), index & 0xFFFF});
 }
 
-// The time of a file system or of the clock that it takes its times from, in nanoseconds.
+// A time of a file or of the clock that stamps files, in nanoseconds.
 int64_t Nanoseconds(const timespec& time) { return time.tv_sec * int64_t{1'000'000'000} + time.tv_nsec; }
 int64_t FileSystemNow() {
   timespec now{};
@@ -54,7 +54,7 @@ int64_t FileSystemNow() {
   return Nanoseconds(now);
 }
 
-// The identity and the times of a path; all 0 while it does not exist.
+// The identity and the times of a path; all 0 if it does not exist.
 struct Stamp {
   dev_t device = 0;
   ino_t inode = 0;
@@ -66,8 +66,8 @@ struct Stamp {
     if (stat(path.c_str(), &info) != 0) return {};
     return {info.st_dev, info.st_ino, Nanoseconds(info.st_mtim), Nanoseconds(info.st_ctim)};
   }
-  // Whether a change after `time` could leave these very times. The system's clock for files ticks every few
-  // milliseconds; a file system that keeps whole seconds, or pairs of them, shows no fraction.
+  // True if a change after `time` could leave the same times. The system's clock for files ticks every few
+  // milliseconds; a file system with whole seconds, or pairs of them, has no fraction.
   bool MayHideChangeAfter(int64_t time) const {
     constexpr int64_t kTick = 50'000'000, kCoarseTick = 2'000'000'000;
     const int64_t tick = changed % 1'000'000'000 == 0 ? kCoarseTick : kTick;
@@ -75,7 +75,7 @@ struct Stamp {
   }
 };
 
-// A snapshot with what tells whether it is still true.
+// A snapshot with the stamps that show whether it is still valid.
 class StampedSnapshot {
  public:
   explicit StampedSnapshot(std::string configFile) : configFile_(std::move(configFile)) {
@@ -98,8 +98,8 @@ class StampedSnapshot {
   }
 
  private:
-  // Everything that decides what is active: the configuration's files, the folders from which it includes all files, and
-  // all font folders, with those that do not exist yet.
+  // Stamps everything that decides what is active: the configuration files, the folders whose files it includes, and
+  // all font folders, also those that do not exist yet.
   void StampAll(FcConfig& config, int64_t start) {
     std::set<std::string> paths;
     const auto take = [&](FcStrList* list, bool withFolder) {
@@ -116,7 +116,7 @@ class StampedSnapshot {
     isReusable_ = true;
     for (const std::string& path : paths) {
       const Stamp stamp = Stamp::Of(path);
-      // Something may have changed while the fonts were read, or right after that without a trace.
+      // Something may have changed while the fonts were read, or right afterwards without a visible trace.
       if (stamp.MayHideChangeAfter(start)) isReusable_ = false;
       stamps_.emplace_back(path, stamp);
     }

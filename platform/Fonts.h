@@ -1,8 +1,8 @@
-// The fonts that the operating system's font service, fontconfig, has active.
+// The fonts that are active in the operating system's font service, fontconfig.
 //
-// A question is answered from a snapshot of fontconfig. The snapshot is shared by all questions and replaced as soon as
-// a configuration file or a font folder has changed, so an answer is never older than the question. Checking for
-// changes takes a tenth of a millisecond, a new snapshot several. Any thread.
+// Answers come from a snapshot of fontconfig, which all callers share. It is replaced as soon as a configuration file
+// or a font folder has changed, so an answer is never older than the call. The check takes a tenth of a millisecond, a
+// new snapshot several. Thread-safe.
 #pragma once
 
 #include <memory>
@@ -18,22 +18,22 @@ struct ActiveFont {
   std::string postScriptName;  // may be empty
   std::string family;          // the first family name; may be empty
   std::string file;            // the path in the font folder, which may be a link
-  int faceIndex = 0;           // the number of the face in its file, from 0
+  int faceIndex = 0;           // index of the face in its file, from 0
 };
 
 struct FontSnapshot {
   // All scalable faces, in fontconfig's order. Named instances of variable fonts are not listed.
   std::vector<ActiveFont> fonts;
-  // The PostScript names of everything that fontconfig lists: named instances and bitmap fonts too.
+  // The PostScript names of everything that fontconfig lists, including named instances and bitmap fonts.
   std::set<std::string> postScriptNames;
 };
 
-// What is active now. Never null; empty if fontconfig can't read its configuration. Two calls return the same object if
-// nothing has changed in between.
+// Returns what is active now. Never null; empty if fontconfig cannot read its configuration. Returns the same object as
+// long as nothing changes.
 PLATFORM_API std::shared_ptr<const FontSnapshot> GetFontSnapshot();
 
-// Whether a font with exactly this PostScript name is active. A family name is no PostScript name, even if the two are
-// often the same text: "Z003" is not active because the face "Z003-MediumItalic" of that family is.
+// True if a font with exactly this PostScript name is active. Does not compare family names: "Z003" is not active just
+// because the face "Z003-MediumItalic" of that family is.
 PLATFORM_API bool IsPostScriptNameActive(const std::string& name);
 
 PLATFORM_API std::set<std::string> ActivePostScriptNames();

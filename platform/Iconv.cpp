@@ -48,13 +48,13 @@ IconvResult ConvertWithIconv(std::string_view bytes, const char* to, const char*
     } else if (error == E2BIG && room < buffer.size()) {
       continue;  // the buffer is empty again
     } else if (!isIgnoring || error == E2BIG) {
-      result.error = error;  // E2BIG: no buffer has room for this character
+      result.error = error;  // E2BIG: this character fits no buffer
       break;
     } else if (error == EINVAL) {
-      break;  // the rest is a part of a character
+      break;  // the rest is an incomplete character
     } else if (left == leftBefore) {
       ++next, --left;
-    }  // otherwise the C library has left out what it could not convert and reports EILSEQ for it
+    }  // otherwise EILSEQ: the C library dropped what it could not convert
   }
   return result;
 }

@@ -20,7 +20,7 @@ std::string_view Locale() {
   return "";
 }
 
-// "de_AT.UTF-8@euro" becomes "de"; "C", "POSIX" and what is no language become nothing.
+// Converts "de_AT.UTF-8@euro" to "de"; "C", "POSIX" and anything that is not a language to an empty string.
 std::string LanguageOf(std::string_view locale) {
   std::string language(locale.substr(0, locale.find_first_of("_.@-")));
   for (char& c : language) {

@@ -1,4 +1,4 @@
-// Which languages the user reads.
+// The languages that the user prefers.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace platform {
 
-// Language codes of ISO 639 in lower case ("de", "ja"), the preferred one first, without repetition. They come from
-// LC_ALL, LC_MESSAGES or LANG, whichever is set first, and from LANGUAGE before it; as in gettext, LANGUAGE counts only
-// if the locale is not "C" or "POSIX", and these give no language. Read afresh at each call.
+// Returns ISO 639 language codes in lower case ("de", "ja"), each once, the preferred one first. The locale is LC_ALL,
+// LC_MESSAGES or LANG, whichever is set first; the languages of LANGUAGE precede it. As in gettext, the locales "C" and
+// "POSIX" mean no language and disable LANGUAGE. Empty if no language is set. Reads the environment at each call.
 PLATFORM_API std::vector<std::string> PreferredLanguages();
 
 }  // namespace platform

@@ -19,7 +19,7 @@ namespace {
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
-// The address of a socket reached through its folder's descriptor, so that the length of the path does not matter.
+// The address of a socket relative to its folder's descriptor, so that the length of the path does not matter.
 sockaddr_un MakeAddress(int folder, const std::string& name, std::error_code& error) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -45,7 +45,7 @@ Descriptor NewSocket(std::error_code& error) {
 
 constexpr int kSecondsToConnect = 2;
 
-// 0 for none.
+// 0 means no timeout.
 void SetSendTimeout(int fd, int seconds) {
   const timeval timeout{seconds, 0};
   setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
@@ -96,7 +96,7 @@ Descriptor ConnectLocal(const std::string& folder, const std::string& name, std:
     return Descriptor();
   }
   SetSendTimeout(descriptor.Get(), 0);
-  // Whoever made the folder first may listen in it.
+  // Another user may have created the folder first and listen in it.
   if (!IsPeerThisUser(descriptor.Get())) {
     error = std::make_error_code(std::errc::permission_denied);
     return Descriptor();

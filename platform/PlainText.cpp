@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// The length in bytes of the well-formed character at the start of the text; 0 if there is none.
+// Returns the length in bytes of the well-formed character at the start of the text, or 0.
 size_t LengthOfFirst(std::string_view text) {
   for (size_t length = 1; length <= 4 && length <= text.size(); ++length) {
     if (IsValidUTF8(text.substr(0, length))) return length;

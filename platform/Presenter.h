@@ -1,5 +1,5 @@
-// How boxes and progress reach the user. The program with the terminal (the host) sets a presenter; libraries that have
-// something to show call the functions below and never touch the terminal themselves.
+// How boxes and progress reach the user. The program with the terminal (the host) installs a presenter. Libraries call
+// the functions below and never use the terminal themselves. Main thread only.
 #pragma once
 
 #include "platform/Value.h"
@@ -31,19 +31,19 @@ namespace platform {
 //   "Preferences" dictionary, for "preferences": key to new value, of the type that was shown; others may be left out
 struct Presenter {
   void* context = nullptr;
-  // The result is owned by the caller; null counts as closed. Runs modally.
+  // Shows the box and blocks until it is closed. The caller owns the result; null means closed.
   ValueRef (*runBox)(void* context, ValueRef box) = nullptr;
   // "WindowTitle", "Header", "Status" strings, "CurrentProgress", "MaxProgress" integers, "IsIndeterminate" boolean or
   // integer.
   void (*showProgress)(void* context, ValueRef progress) = nullptr;
   void (*updateProgress)(void* context, ValueRef progress) = nullptr;
   void (*hideProgress)(void* context) = nullptr;
-  // Calls the user's attention to the box that is run now.
+  // Draws the user's attention to the current box.
   void (*bringBoxToFront)(void* context) = nullptr;
 };
 
-// Null or a null member: boxes are written to standard error as one line and count as answered with button 1, the rest is
-// dropped.
+// Without a presenter or member, a box is written to standard error as one line and counts as answered with button 1,
+// and the rest is dropped.
 PLATFORM_API void SetPresenter(const Presenter* presenter);
 PLATFORM_API Dictionary RunBox(const Dictionary& box);
 PLATFORM_API void ShowProgress(const Dictionary& progress);

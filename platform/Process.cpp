@@ -35,12 +35,12 @@ std::string ExecutableOf(int pid) {
   return std::string(path, length > 0 ? static_cast<size_t>(length) : 0);
 }
 
-// The start time of a process in clock ticks since the machine started; empty if there is no such process or it is dead
-// and only waits to be reaped.
+// Returns the start time of a process in clock ticks since the machine started; empty if there is no such process or it
+// is a zombie.
 std::string StartTimeOf(int pid) {
   std::string text;
   if (ReadFile("/proc/" + std::to_string(pid) + "/stat", text)) return "";
-  size_t at = text.rfind(')');  // the name before it may hold blanks
+  size_t at = text.rfind(')');  // the name before it may contain blanks
   if (at == std::string::npos || at + 2 >= text.size() || text[at + 2] == 'Z' || text[at + 2] == 'X') return "";
   at += 2;
   for (int field = 3; field < 22; ++field) {
@@ -64,7 +64,7 @@ bool ReadEntry(const std::string& path, RunningApplication& application) {
   const std::string executable = entry.GetString("Executable").Text();
   const std::string started = entry.GetString("StartTime").Text();
   if (pid <= 0 || started.empty() || StartTimeOf(pid) != started || !BelongsToThisUser(pid)) return false;
-  // The system adds a word once the file was replaced, by an update for example; the program still runs.
+  // The system appends a word if the file was replaced, for example by an update; the program still runs.
   const std::string running = ExecutableOf(pid);
   if (running != executable && running != executable + " (deleted)") return false;
   application = {UniqueString(entry.GetString("Name").View()), entry.GetString("Identifier").Text(), executable, pid,
@@ -110,10 +110,10 @@ std::vector<RunningApplication> RunningApplications() {
     if (ReadEntry(path, application)) {
       applications.push_back(std::move(application));
     } else {
-      unlink(path.c_str());  // left behind by a program that was killed
+      unlink(path.c_str());  // left by a killed program
     }
   }
-  // The last started comes last: those who look for a name take the last of it.
+  // Sort the last started one to the end: a search for a name uses the last match.
   std::sort(applications.begin(), applications.end(), [](const auto& a, const auto& b) {
     return std::pair(a.startTime, a.processID) < std::pair(b.startTime, b.processID);
   });
@@ -159,7 +159,7 @@ bool IsExecutableFile(const std::string& path) {
 
 namespace {
 
-// In the child between fork and exec: only calls that are safe there.
+// Runs in the child between fork and exec: only async-signal-safe calls.
 [[noreturn]] void BecomeDetached(const char* executable, char* const* arguments, int output, int report) {
   setsid();
   const pid_t grandchild = fork();
@@ -190,7 +190,7 @@ bool LaunchDetached(const std::string& executable, const std::string& argument, 
   const Descriptor readEnd(ends[0]);
   Descriptor writeEnd(ends[1]);
   char* const arguments[] = {const_cast<char*>(executable.c_str()), const_cast<char*>(argument.c_str()), nullptr};
-  // The program is a grandchild: it belongs to the system at once and never waits to be reaped by us.
+  // Fork twice: the program becomes a child of the system, so we need not wait for it.
   const pid_t child = fork();
   if (child < 0) return fail(errno);
   if (child == 0) BecomeDetached(executable.c_str(), arguments, output.Get(), writeEnd.Get());
@@ -199,7 +199,7 @@ bool LaunchDetached(const std::string& executable, const std::string& argument, 
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
   int reason = 0;
-  ssize_t got = 0;  // nothing once the program runs, since that closes the pipe
+  ssize_t got = 0;  // nothing if the program runs, because exec closes the pipe
   while ((got = read(readEnd.Get(), &reason, sizeof reason)) < 0 && errno == EINTR) {
   }
   if (got == static_cast<ssize_t>(sizeof reason)) return fail(reason);
@@ -217,7 +217,7 @@ void RemovePowerObserver(int token) { Observers().byToken.erase(token); }
 void PostPowerEvent(PowerEvent event) {
   const auto observers = Observers().byToken;
   for (const auto& [token, observer] : observers) {
-    if (Observers().byToken.contains(token)) observer(event);  // unless one before it removed it
+    if (Observers().byToken.contains(token)) observer(event);  // unless an earlier observer removed it
   }
 }
 

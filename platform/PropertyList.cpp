@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// XML holds no control characters but tabulators and line ends, and not the two last code points of the plane.
+// XML allows no control characters except tab and line ends, and neither U+FFFE nor U+FFFF.
 bool IsForXML(std::string_view text) {
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
@@ -85,7 +85,7 @@ std::string CreateXMLPropertyList(const Value& value) {
   plist_to_xml(node.get(), &text, &size);
   const Memory owned(text);
   std::string xml(text ? text : "", text ? size : 0);
-  // A reader takes a bare carriage return for a line end.
+  // A reader would change a bare carriage return to a line feed.
   for (size_t at = xml.find('\r'); at != std::string::npos; at = xml.find('\r', at)) xml.replace(at, 1, "&#13;");
   return xml;
 }

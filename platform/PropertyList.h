@@ -8,21 +8,21 @@
 
 namespace platform {
 
-// Arrays and dictionaries in each other, at most.
+// The greatest nesting of arrays and dictionaries.
 inline constexpr int kDeepestPropertyList = 200;
 
-// The XML text of a value; empty for a null value and for one that XML cannot hold: with a null entry, with control
-// characters other than tabulators and line ends in a text or key, or nested deeper than kDeepestPropertyList.
+// Converts a value to XML. Empty for null and for a value that XML cannot represent: with a null entry, with control
+// characters other than tab and line ends in a text or key, or nested deeper than kDeepestPropertyList.
 PLATFORM_API std::string CreateXMLPropertyList(const Value& value);
 
 struct PropertyListResult {
-  Value value;        // null on failure; containers and leaves are new and can be changed
+  Value value;        // null on failure; containers and leaves are new and may be changed
   std::string error;  // one line, empty on success
 };
 
-// Reads XML in UTF-8 (and nothing else); the outermost element is "plist" or the value's own. A list that is not exactly
-// as the format says is refused as a whole, with the line where it goes wrong: also one with dates or UIDs, with entities
-// of its own, or nested deeper than kDeepestPropertyList. Of equal keys the last counts.
+// Parses XML in UTF-8 (no other encoding). The outermost element is "plist" or the value's own. Refuses a list that
+// violates the format, with the line of the fault: also dates, UIDs, entities of its own, and nesting deeper than
+// kDeepestPropertyList. The last of equal keys counts.
 PLATFORM_API PropertyListResult ParseXMLPropertyList(std::string_view xml);
 
 }  // namespace platform

@@ -1,5 +1,5 @@
-// Reading of property lists. The property-list library's own reader takes lists that end early and numbers that are none
-// for good ones, so that the XML library reads here, and what it read is held against the format.
+// Reads property lists. The property-list library's own reader accepts truncated lists and malformed numbers, so the
+// XML library parses here and this checks the result against the format.
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
@@ -79,18 +79,18 @@ std::optional<std::vector<std::byte>> ParseBase64(std::string_view text) {
   return bytes;
 }
 
-// A text as it is shown in a line for a person.
+// A text for an error line.
 std::string Quoted(std::string_view text) {
   constexpr size_t kLongest = 40;
   std::string shown(text.substr(0, kLongest));
-  while (!IsValidUTF8(shown)) shown.pop_back();  // cut within a character
+  while (!IsValidUTF8(shown)) shown.pop_back();  // cut off within a character
   for (char& c : shown) {
     if (static_cast<unsigned char>(c) < ' ') c = ' ';
   }
   return "'" + shown + (text.size() > kLongest ? "...'" : "'");
 }
 
-// Walks the elements of a list; the first fault ends the walk.
+// Walks the elements of a list. The first fault ends the walk.
 class Reader {
  public:
   Value ReadDocument(const xmlNode* root) {
@@ -171,7 +171,7 @@ class Reader {
     return text;
   }
 
-  // Between elements stand only white space and comments.
+  // Only white space and comments are allowed between elements.
   bool IsElement(const xmlNode* node) {
     if (node->type == XML_ELEMENT_NODE) return true;
     const bool isText = node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
@@ -200,7 +200,7 @@ std::string DescribeSyntaxError(xmlParserCtxt* context) {
   return "the property list is no XML: " + message + " (line " + std::to_string(error->line) + ")";
 }
 
-// What must not reach the parser; empty if nothing stands against it.
+// Returns why the parser must not get this text; empty if it may.
 std::string Objection(std::string_view xml) {
   if (xml.empty()) return "the property list is empty";
   if (xml.size() > INT_MAX) return "the property list is too long";

@@ -26,7 +26,8 @@ double RealSeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// The loop of a desktop's host reports what leaves a callback and goes on; one bad callback must not end the host.
+// Like a desktop's event loop, reports an exception from a callback and continues: one bad callback must not end the
+// host.
 template <class Call>
 void Guarded(const char* what, const Call& call) {
   std::string problem;
@@ -70,7 +71,7 @@ struct RunLoop::State {
   std::map<int, std::function<void()>> descriptors;
   bool stopped = false;
 
-  // One run of the loop. A stop ends the innermost run only; the one around it goes on.
+  // One run of the loop. A stop ends only the innermost run.
   class Run {
    public:
     explicit Run(State& state) : state_(state), around_(std::exchange(state.stopped, false)) {}
@@ -91,7 +92,7 @@ struct RunLoop::State {
     return entry.mode == RunLoopMode::kCommon || entry.mode == mode;
   }
 
-  // The date of the timer that fires next in this mode; infinity without one.
+  // The date of the next timer in this mode; infinity without one.
   double NextDate(RunLoopMode mode) const {
     double next = HUGE_VAL;
     for (const Entry& entry : timers) {
@@ -119,7 +120,7 @@ struct RunLoop::State {
     std::stable_sort(due.begin(), due.end(),
                      [](const auto& a, const auto& b) { return a->nextFireDate_ < b->nextFireDate_; });
     for (const RunLoopTimerRef& timer : due) {
-      // A callback before it may have taken the timer out or put it off.
+      // An earlier callback may have removed or postponed the timer.
       if (Contains(timer) && timer->nextFireDate_ <= now) Fire(*timer, now);
     }
     std::erase_if(timers, [](const Entry& entry) { return !entry.timer->valid_; });
@@ -128,7 +129,7 @@ struct RunLoop::State {
   static void Fire(RunLoopTimer& timer, double now) {
     if (!timer.valid_ || timer.firing_) return;
     if (timer.interval_ > 0) {
-      // Dates that were missed are skipped, as a real loop does.
+      // Missed dates are skipped.
       const double steps = std::floor((now - timer.nextFireDate_) / timer.interval_) + 1;
       timer.nextFireDate_ += std::max(1.0, steps) * timer.interval_;
     }
@@ -139,7 +140,8 @@ struct RunLoop::State {
     if (!timer.valid_) timer.callback_ = nullptr;
   }
 
-  // Those that were posted until now. One by one, so that a callback that runs the loop again lets the others pass.
+  // Runs what has been posted so far, one by one, so that a callback that runs the loop again does not block the
+  // others.
   void RunPosted() {
     std::unique_lock lock(mutex);
     for (size_t left = posted.size(); left > 0 && !posted.empty(); --left) {
@@ -161,11 +163,11 @@ struct RunLoop::State {
     [[maybe_unused]] const ssize_t written = write(wake.Get(), &one, sizeof one);
   }
 
-  // Waits at most so long for a descriptor or a posted callback, and serves what is ready.
+  // Waits for a descriptor or a posted callback, at most `seconds`, and handles what is ready.
   void Poll(double seconds) {
     std::vector<pollfd> polled{{wake.Get(), POLLIN, 0}};
     for (const auto& [descriptor, callback] : descriptors) polled.push_back({descriptor, POLLIN, 0});
-    // Of callbacks that were left by a run around this one, or posted by a callback, no wake is pending any more.
+    // For callbacks left by an outer run, or posted by a callback, no wake-up is pending any more.
     if (HasPosted()) seconds = 0;
     const int milliseconds = static_cast<int>(std::clamp(std::ceil(seconds * 1000), 0.0, 60000.0));
     const int ready = poll(polled.data(), polled.size(), milliseconds);
@@ -179,7 +181,7 @@ struct RunLoop::State {
       if (found == descriptors.end()) continue;
       const auto callback = found->second;
       if (polled[i].revents & POLLNVAL) {
-        // Closed by its owner but still watched; it would be ready for ever.
+        // Closed by its owner but still watched: it would be ready forever.
         ReportProblem("The watched descriptor " + std::to_string(polled[i].fd) +
                       " is closed; it is not watched any more");
         descriptors.erase(found);
@@ -241,7 +243,7 @@ bool RunLoop::RunUntil(const std::function<bool()>& condition, double mostRealSe
     const double left = end - RealSeconds();
     if (left <= 0 || state_->stopped) return false;
     const double due = state_->NextDate(mode) - Clock::Steady();
-    // A driven clock stands while this waits: only a timer that is due already ends the wait.
+    // A driven clock does not advance here, so only a timer that is already due ends the wait.
     const double next = Clock::IsDriven() && due > 0 ? left : std::min(left, due);
     state_->Poll(std::max(0.0, next));
     LookForSleep(*this);

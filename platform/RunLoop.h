@@ -1,8 +1,8 @@
 // The event loop of a process: timers, callbacks posted from other threads, and descriptors to watch.
 //
-// Timers and watched descriptors belong to the thread that runs the loop; Post and Wake may be called from any.
-// A callback may run the loop again (a modal loop). An exception that leaves a callback is reported on
-// standard error and to the trace, and the loop goes on.
+// Timers and watched descriptors belong to the thread that runs the loop. Post and Wake are thread-safe. A callback may
+// run the loop again (a modal loop). An exception from a callback is reported to standard error and the trace, and the
+// loop continues.
 #pragma once
 
 #include <functional>
@@ -14,28 +14,28 @@ namespace platform {
 
 enum class RunLoopMode : uint8_t {
   kDefault,  // ordinary events
-  kModal,    // while a modal window or a menu is up
-  kCommon,   // for timers only: fires in both
+  kModal,    // while a modal window or a menu is open
+  kCommon,   // for timers only: in both modes
 };
 
 class RunLoop;
 
 class RunLoopTimer;
-// The loop and whoever holds a reference share the timer. A loop keeps the timers that were added to it.
+// The loop and the holders of a reference share the timer. A loop keeps the timers that were added to it.
 using RunLoopTimerRef = std::shared_ptr<RunLoopTimer>;
 
-// Times are those of Clock::Steady, so that a user who sets the clock neither stops a timer nor fires it early.
+// Times are on Clock::Steady, so setting the time of day affects no timer.
 class PLATFORM_API RunLoopTimer {
  public:
   using Callback = std::function<void(RunLoopTimer&)>;
 
-  // Fires once after so many seconds, and then every `interval` seconds if that is above 0.
+  // Creates a timer that fires once after `seconds`, and then every `interval` seconds if that is above 0.
   static RunLoopTimerRef After(double seconds, double interval, Callback callback);
 
   double NextFireDate() const { return nextFireDate_; }  // in seconds of Clock::Steady
-  void FireAfter(double seconds);                        // from now on; replaces the next date
+  void FireAfter(double seconds);                        // replaces the next date; counts from now
   bool IsValid() const { return valid_; }
-  // The timer never fires again. It drops its callback once that has returned.
+  // Stops the timer for good. It releases its callback when that has returned.
   void Invalidate();
 
  private:
@@ -59,22 +59,22 @@ class PLATFORM_API RunLoop {
   void AddTimer(const RunLoopTimerRef& timer, RunLoopMode mode);
   void RemoveTimer(const RunLoopTimerRef& timer);
 
-  // Any thread: runs the callback on the loop's thread, in whatever mode it is, in the order of posting.
+  // Thread-safe. Runs the callback on the loop's thread, in any mode, in the order of posting.
   void Post(std::function<void()> callback);
 
-  // Calls back while the descriptor is readable or hung up, until removed. The descriptor is not owned.
+  // Calls the callback while the descriptor is readable or hung up, until it is removed. Does not own the descriptor.
   void WatchDescriptor(int descriptor, std::function<void()> callback);
   void UnwatchDescriptor(int descriptor);
 
-  // Runs for a number of seconds of Clock::Steady. With a driven clock it steps the clock from timer to timer, polls
-  // descriptors and posted callbacks at each step without waiting, and returns with the clock at the end;
-  // with the system's time it really waits. Stop ends it early.
+  // Runs for a number of seconds of Clock::Steady. With a driven clock it advances the clock from timer to timer, polls
+  // descriptors and posted callbacks at each step without waiting, and returns with the clock at the end. With the
+  // system's clock it really waits. Stop ends it early.
   void RunFor(double seconds, RunLoopMode mode = RunLoopMode::kDefault);
-  // Runs until the condition holds, or for at most so many seconds of real time; true if it holds. The condition is
-  // tested before any wait and after each callback. A driven clock stands still meanwhile.
+  // Runs until the condition is true, or for at most mostRealSeconds of real time. Returns whether the condition is
+  // true. Tests it before each wait and after each callback. A driven clock stands still meanwhile.
   bool RunUntil(const std::function<bool()>& condition, double mostRealSeconds,
                 RunLoopMode mode = RunLoopMode::kDefault);
-  // From a callback: ends the innermost run once the callback has returned; the runs around it go on.
+  // Call from a callback: ends the innermost run when the callback has returned. Outer runs continue.
   void Stop();
 
  private:

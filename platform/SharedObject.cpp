@@ -35,13 +35,13 @@ bool ReadAt(int file, uint64_t offset, Record& record) {
   return pread(file, &record, sizeof record, static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof record);
 }
 
-// The size that the headers ask of the file.
+// The file size that the headers require.
 uint64_t NeededSize(int file, const FileHeader& header) {
   uint64_t needed = std::max(End(header.e_phoff, uint64_t{header.e_phnum} * sizeof(ProgramHeader)),
                              End(header.e_shoff, uint64_t{header.e_shnum} * sizeof(SectionHeader)));
   for (unsigned i = 0; i < header.e_phnum; ++i) {
     ProgramHeader segment;
-    if (!ReadAt(file, End(header.e_phoff, i * sizeof segment), segment)) break;  // cut off, as the table's end says
+    if (!ReadAt(file, End(header.e_phoff, i * sizeof segment), segment)) break;  // truncated
     needed = std::max(needed, End(segment.p_offset, segment.p_filesz));
   }
   for (unsigned i = 0; i < header.e_shnum; ++i) {
@@ -60,7 +60,7 @@ std::string ProblemOfSharedObject(const std::string& path) {
   FileHeader header;
   if (!file || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) || !ReadAt(file.Get(), 0, header) ||
       !IsNativeObject(header)) {
-    return "";  // the linker says what is wrong
+    return "";  // the linker reports what is wrong
   }
   const auto size = static_cast<uint64_t>(info.st_size);
   const uint64_t needed = NeededSize(file.Get(), header);

@@ -1,4 +1,4 @@
-// A look at a shared object before the dynamic linker maps it.
+// Checks a shared object before the dynamic linker maps it.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace platform {
 
-// What keeps the file from being loaded whole, as "PATH: reason"; empty if nothing does. The dynamic linker maps a file
-// without asking for its size, and touching what is beyond the end of a file that was cut off ends the process. What is
-// not an object of this machine's class is left to the linker, which refuses it with a reason. Any thread.
+// Returns why the file cannot be loaded, as "PATH: reason", or an empty string. The dynamic linker does not check the
+// size of a file, and access beyond the end of a truncated one crashes the process. Objects of another machine class
+// are left to the linker, which refuses them with a reason. Thread-safe.
 PLATFORM_API std::string ProblemOfSharedObject(const std::string& path);
 
 }  // namespace platform

@@ -27,14 +27,14 @@ bool IsASCII(std::string_view text) {
 char LowerASCII(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 bool AreEqualASCIILetters(char a, char b) { return LowerASCII(a) == LowerASCII(b); }
 
-// Nothing if a character cannot be converted exactly.
+// Returns nothing if a character has no exact conversion.
 std::optional<std::string> ConvertExactly(std::string_view bytes, const char* to, const char* from) {
   IconvResult result = ConvertWithIconv(bytes, to, from);
   if (result.openError != 0 || result.error != 0 || result.replaced > 0) return std::nullopt;
   return std::move(result.text);
 }
 
-// The C library's table of MacRoman differs from the published one in two places, so that ICU converts here.
+// Uses ICU, because the C library's table of MacRoman differs from the published one in two places.
 class MacRoman {
  public:
   MacRoman() : converter_(ucnv_open("macintosh", &status_)) {
@@ -89,7 +89,7 @@ std::optional<unsigned> ReadDigits(std::string_view text, size_t count, int base
   return value;
 }
 
-// "\\" is a backslash, "\ooo" one of the first 256 characters, "\uxxxx" a UTF-16 unit.
+// Decodes "\\" as a backslash, "\ooo" as one of the first 256 characters, and "\uxxxx" as a UTF-16 unit.
 std::optional<std::string> DecodeNonLossyASCII(std::string_view bytes) {
   std::u16string units;
   for (size_t i = 0; i < bytes.size();) {
@@ -151,7 +151,7 @@ int Sign(int value) { return (value > 0) - (value < 0); }
 
 int CompareBytes(std::string_view a, std::string_view b) { return Sign(a.compare(b)); }
 
-// Texts longer than ICU's index range compare by bytes.
+// Texts longer than ICU's index range are compared by bytes.
 constexpr size_t kLongestForICU = static_cast<size_t>(std::numeric_limits<int32_t>::max()) / 4;
 
 bool AreForICU(std::string_view a, std::string_view b) {
@@ -187,7 +187,7 @@ bool IsValidUTF8(std::string_view text) {
       ++at;
       continue;
     }
-    // One sequence is at most 4 bytes, so the macro's 32-bit indexes are taken relative to it.
+    // A sequence has at most 4 bytes, so the macro's 32-bit indexes are relative to it.
     const int32_t most = static_cast<int32_t>(std::min<size_t>(size - at, 4));
     int32_t length = 0;
     UChar32 point;
@@ -247,7 +247,7 @@ int CompareLocalizedCaseless(std::string_view a, std::string_view b) {
   const std::lock_guard lock(sMutex);
   UErrorCode status = U_ZERO_ERROR;
   if (!sCollator) {
-    // The collation of the C locale goes by code points, case and all; the root's is everybody's.
+    // The C locale would compare code points, case-sensitively; use the root collation instead.
     const icu::Locale locale = icu::Locale::getDefault();
     const bool isC = std::string_view(locale.getName()) == "en_US_POSIX";
     sCollator.reset(icu::Collator::createInstance(isC ? icu::Locale::getRoot() : locale, status));
@@ -281,7 +281,7 @@ int CompareNumerically(std::string_view a, std::string_view b) {
   return static_cast<int>(i < a.size()) - static_cast<int>(j < b.size());
 }
 
-// Nearly all text that is compared is ASCII, which needs no conversion.
+// Fast path: nearly all compared text is ASCII, which needs no conversion.
 
 bool EqualCaseless(std::string_view a, std::string_view b) {
   if (!IsASCII(a) || !IsASCII(b)) return CompareCaseless(a, b) == 0;
@@ -341,11 +341,11 @@ double RealOfText(std::string_view text) {
   text.remove_prefix(start);
   const bool hasPlus = text.front() == '+';
   if (hasPlus) text.remove_prefix(1);
-  // Plain decimal numbers only: words for infinity begin like font versions of no number.
+  // Accepts plain decimal numbers only: words for infinity look like the start of some font versions.
   double value = 0.0;
   const size_t digits = !hasPlus && text.starts_with('-') ? 1 : 0;
   if (digits >= text.size() || !((text[digits] >= '0' && text[digits] <= '9') || text[digits] == '.')) return 0.0;
-  // Whatever the locale is, unlike the C library's function.
+  // Independent of the locale, unlike the C library's function.
   return std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc() ? value : 0.0;
 }
 

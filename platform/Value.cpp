@@ -39,7 +39,7 @@ bool EqualDictionaries(const DictionaryContents& a, const DictionaryContents& b,
   return true;
 }
 
-// Values nested deeper than this count as different; no property list that can be read nests so deep.
+// Values nested deeper count as different; no readable property list nests so deep.
 constexpr int kDeepestComparison = 1000;
 
 bool EqualContents(const Value& a, const Value& b, int depth) {

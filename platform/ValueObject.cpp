@@ -4,7 +4,7 @@ namespace platform {
 
 namespace {
 
-// Containers hand their children over here before they go, so that deep nesting is taken down in a loop.
+// Destroyed containers move their children here, so that deep nesting is destroyed in a loop instead of by recursion.
 thread_local std::vector<Value>* sOrphans = nullptr;
 
 void GiveUpChildren(ValueObject& object, std::vector<Value>& orphans) {
@@ -54,7 +54,7 @@ size_t DictionaryContents::Find(std::string_view key) const noexcept {
 void DictionaryContents::Set(std::string_view key, const Value& value) {
   const size_t at = Find(key);
   if (at != kAbsent) {
-    // The former value goes last: it may hold the dictionary's own key text.
+    // Destroy the former value last: it may own the text of `key`.
     const Value former = std::exchange(entries_[at].second, value);
     return;
   }

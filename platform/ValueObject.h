@@ -1,4 +1,4 @@
-// What stands behind a Value handle. Internal to the platform library.
+// The object behind a Value handle. Internal to the platform library.
 #pragma once
 
 #include <atomic>
@@ -17,8 +17,8 @@ struct ArrayContents {
   std::vector<Value> entries;
 };
 
-// Few keys are searched one by one; from kIndexFrom on an index is kept beside the entries. A dictionary of one key holds
-// room for one, with the second it makes room for those of a record.
+// Searches few keys linearly; from kIndexFrom on keeps an index. A dictionary with one key reserves one entry; the
+// second key reserves the entries of a record.
 class DictionaryContents {
  public:
   static constexpr size_t kIndexFrom = 40;

@@ -48,7 +48,7 @@ int Alert::PlatformRunModal(Alert& alert) {
   box.Set("Kind", "message");
   box.Set("Message", alert.MessageText());
   const int64_t button = RunBox(box).GetInteger("Button");
-  return kFirstButton - 1 + static_cast<int>(std::max<int64_t>(button, 1));  // closing it is the first button
+  return kFirstButton - 1 + static_cast<int>(std::max<int64_t>(button, 1));  // closing counts as the first button
 }
 
 void ExchangeRunModalMethod(RunModalMethod& method) { std::swap(sRunModal, method); }

@@ -1,5 +1,5 @@
-// Windows of the host as a plug-in sees them: a title, a number, a content view with named subviews, key events. The host
-// owns its windows; they are used on its main thread only.
+// The host's windows as a plug-in sees them: a title, a number, a content view with named subviews, and key events. The
+// host owns its windows. Main thread only.
 #pragma once
 
 #include <functional>
@@ -14,7 +14,7 @@ namespace platform {
 struct KeyEvent {
   int type = 10;               // 10 is key down
   double x = 0, y = 0;         // in points, from the window's lower left corner
-  unsigned modifierFlags = 0;  // bits as the platform numbers them
+  unsigned modifierFlags = 0;  // the platform's bits
   double timestamp = 0.0;      // in seconds since the machine started
   int windowNumber = 0;
   std::string characters;
@@ -43,19 +43,19 @@ class PLATFORM_API Window {
   Window& operator=(const Window&) = delete;
 
   const std::string& Title() const { return title_; }
-  int Number() const { return number_; }  // from 1, never used again
+  int Number() const { return number_; }  // from 1; never reused
   const std::vector<View>& ContentSubviews() const { return subviews_; }
   bool IsVisible() const { return visible_; }
 
-  // Shows or hides the window through the method in force (see ExchangeOrderWindowMethod). relativeTo is the number of
-  // another window, 0 for all; the order among windows is not kept.
+  // Shows or hides the window with the current method (see ExchangeOrderWindowMethod). relativeTo is the number of
+  // another window, 0 for all. The order among windows is not stored.
   void OrderWindow(WindowOrdering place, int relativeTo);
-  void SendEvent(const KeyEvent& event);  // to the handler that the window was made with
+  void SendEvent(const KeyEvent& event);  // calls the handler given to the constructor
 
-  // The platform's own method, which shows or hides.
+  // The platform's own method: shows or hides the window.
   static void PlatformOrderWindow(Window& window, WindowOrdering place, int relativeTo);
 
-  // The window for which a modal loop runs now; null outside one. The host sets it.
+  // The window of the current modal loop; null outside one. The host sets it.
   static Window* Modal();
   static void SetModal(Window* window);
 
@@ -67,29 +67,29 @@ class PLATFORM_API Window {
   bool visible_ = false;
 };
 
-// Puts the given method in force and stores the one that was in force into it, so that a call through the same
-// variable reaches the former method.
+// Installs the given method and stores the previous one in the variable, so that a call through it reaches the previous
+// method.
 PLATFORM_API void ExchangeOrderWindowMethod(OrderWindowMethod& method);
 
 class Alert;
 using RunModalMethod = int (*)(Alert& alert);
 
-// A text that the host shows, and waits until the user has answered. Main thread only.
+// A text that the host shows until the user has answered. Main thread only.
 class PLATFORM_API Alert {
  public:
   explicit Alert(std::string messageText) : messageText_(std::move(messageText)) {}
   const std::string& MessageText() const { return messageText_; }
 
-  // Shows the alert through the method in force and returns the answer: 1000 for the first button, 1001 for the second.
+  // Shows the alert with the current method and returns the answer: 1000 for the first button, 1001 for the second.
   int RunModal();
-  // The platform's own method, which shows a box.
+  // The platform's own method: shows a box.
   static int PlatformRunModal(Alert& alert);
 
  private:
   std::string messageText_;
 };
 
-// As ExchangeOrderWindowMethod.
+// Like ExchangeOrderWindowMethod.
 PLATFORM_API void ExchangeRunModalMethod(RunModalMethod& method);
 
 }  // namespace platform

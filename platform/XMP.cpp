@@ -15,7 +15,7 @@ namespace {
 }
 
 std::mutex sMutex;
-int sUsers = 0;  // of the library, guarded by sMutex
+int sUsers = 0;  // users of the library, guarded by sMutex
 
 bool StartLibrary() {
   const std::lock_guard lock(sMutex);
@@ -29,7 +29,7 @@ void EndLibrary() {
   if (sUsers > 0 && --sUsers == 0) xmp_terminate();
 }
 
-// "slug[1]" and a field become "slug[1]/prefix:field".
+// Combines "slug[1]" and a field to "slug[1]/prefix:field".
 std::string FieldPath(const char* structPath, const char* fieldNs, const char* field) {
   StringBuffer prefix;
   if (!xmp_namespace_prefix(fieldNs, prefix.Get())) throw XMP_Error(0, std::string("no prefix for ") + fieldNs);
@@ -55,7 +55,7 @@ void TXMPMeta::Terminate() { EndLibrary(); }
 bool TXMPMeta::RegisterNamespace(const char* uri, const char* suggestedPrefix, std::string* registeredPrefix) {
   StringBuffer registered;
   if (!xmp_register_namespace(uri, suggestedPrefix, registered.Get())) {
-    // False also means that another prefix than the suggested one is in use.
+    // False can also mean that another prefix than the suggested one is used.
     if (!xmp_namespace_prefix(uri, registered.Get())) return false;
   }
   if (registeredPrefix) *registeredPrefix = registered.Text();

@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// The library sets these itself when it writes or reads.
+// The library sets these properties itself when it writes or reads.
 bool IsOwnedByLibrary(const std::string& schema, std::string_view path) {
   if (schema == NS_PHOTOSHOP) return path.ends_with(":LegacyIPTCDigest");
   if (schema != NS_XAP) return false;
@@ -19,12 +19,12 @@ bool IsOwnedByLibrary(const std::string& schema, std::string_view path) {
          path.ends_with(":CreateDate");
 }
 
-// Many files also hold these in the form of Exif, which stores numbers with fewer digits.
+// Many files also store these as Exif, with fewer digits in numbers.
 bool IsRoundedByFiles(const std::string& schema) { return schema == NS_EXIF || schema == NS_TIFF; }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Equal but for the last digits of the numbers in them.
+// Equal except for the last digits of numbers.
 bool AreNearlyEqual(const std::string& one, const std::string& other) {
   constexpr double kPrecision = 1e-5;
   const char *a = one.c_str(), *b = other.c_str();

@@ -1,5 +1,5 @@
-// Whether a write of metadata reached the file. The text of the metadata can't tell: the library groups properties anew
-// when it reads them, adds some of its own and keeps what a camera wrote in the file's own form as well.
+// Checks whether a write of metadata reached the file. The text of the metadata cannot be compared: the library
+// regroups properties when it reads them, adds some of its own, and keeps what a camera wrote in the file's own form.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace platform {
 
-// The path of a property that `found` should hold and doesn't, or should no longer hold; empty if there is none.
-// `original` is what the file held before `wanted` was put; `found` was read back after it.
+// Returns the path of a property that `found` should contain but does not, or should not contain any more; empty if
+// there is none. `original` is the file's metadata before `wanted` was written; `found` was read back afterwards.
 std::string FindLostProperty(const PropertyMap& original, const PropertyMap& wanted, const PropertyMap& found);
 
 }  // namespace platform

@@ -1,5 +1,4 @@
-// What this system needs of the XMP library beyond its functions: owned handles, and metadata as a list. Only the sources
-// that call the library include it.
+// Helpers for the XMP library: owned handles, and metadata as a list. Included only by sources that call the library.
 #pragma once
 
 #include <exempi/xmp.h>
@@ -30,11 +29,11 @@ struct FreeMeta {
 };
 using MetaHandle = std::unique_ptr<_Xmp, FreeMeta>;
 
-// Compact RDF without a packet wrapper. False if the library fails.
+// Writes compact RDF without a packet wrapper. Returns false if the library fails.
 bool SerializeMeta(XmpPtr meta, std::string& text);
 
-// The text of every property, item and field by namespace and path. Empty ones are left out: the library gives none back
-// when it reads a file.
+// The text of every property, item and field by namespace and path. Empty ones are left out, because the library drops
+// them when it reads a file.
 using PropertyMap = std::map<std::pair<std::string, std::string>, std::string>;
 PropertyMap ListProperties(XmpPtr meta);
 

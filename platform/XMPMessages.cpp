@@ -28,7 +28,7 @@ bool SendAll(int socket, std::string_view bytes) {
 
 bool WaitForInput(int socket, Clock::time_point deadline) {
   for (;;) {
-    // Rounded up, so that the last wait isn't a busy one.
+    // Round up to avoid a busy last wait.
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     pollfd input{socket, POLLIN, 0};
     const int ready = poll(&input, 1, static_cast<int>(std::clamp<int64_t>(left, 0, INT_MAX)));

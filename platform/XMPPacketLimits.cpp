@@ -10,12 +10,12 @@ namespace platform {
 
 namespace {
 
-constexpr size_t kDeepest = 1000;         // elements, of which a level of an array takes two
+constexpr size_t kDeepest = 1000;         // elements; a level of an array takes two
 constexpr size_t kMostInGroup = 2000;     // properties of one namespace or structure
 constexpr size_t kMostItems = 1'000'000;  // elements and attributes of all kinds
 
 struct Count {
-  std::vector<size_t> groups;  // of the open elements: what each holds so far
+  std::vector<size_t> groups;  // number of entries in each open element
   size_t items = 0;
   std::string excess;
 
@@ -56,7 +56,7 @@ std::string DescribeExcess(const std::string& packet) {
       xmlCreatePushParserCtxt(&handler, nullptr, nullptr, 0, nullptr), &xmlFreeParserCtxt);
   if (!parser) return "needs more memory than there is";
   parser->_private = &count;
-  // Texts longer than ten megabytes and many levels are for us to refuse.
+  // Disable the parser's own limits on length and depth; we check them.
   xmlCtxtUseOptions(parser.get(), XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
   const int failure = xmlParseChunk(parser.get(), packet.data(), static_cast<int>(packet.size()), 1);
   if (!count.excess.empty()) return count.excess;

@@ -1,12 +1,12 @@
-// Whether metadata that came from a document is small enough to be worked on in this process: the XMP library goes down
-// into it by recursion, and looks up each property among all those of its group.
+// Checks whether a document's metadata is small enough to process here: the XMP library recurses into it, and searches
+// all properties of a group for each property.
 #pragma once
 
 #include <string>
 
 namespace platform {
 
-// Empty if it is; else what it has too much of, as the end of a sentence: "has more than 2000 properties in one group".
+// Empty if it is small enough; otherwise the end of a sentence: "has more than 2000 properties in one group".
 std::string DescribeExcess(const std::string& packet);
 
 }  // namespace platform

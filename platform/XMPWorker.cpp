@@ -20,7 +20,7 @@ namespace platform {
 
 namespace {
 
-// The worker stands beside this library, wherever that is.
+// The worker is in the folder of this library.
 std::string ProgramBesideLibrary() {
   Dl_info info{};
   dladdr(reinterpret_cast<const void*>(&ProgramBesideLibrary), &info);
@@ -28,7 +28,7 @@ std::string ProgramBesideLibrary() {
   return library.substr(0, library.rfind('/') + 1) + "xmp-worker";
 }
 
-// Owns what posix_spawn wants to be told.
+// Owns the attributes and actions for posix_spawn.
 class SpawnPlan {
  public:
   explicit SpawnPlan(int input) {
@@ -37,7 +37,7 @@ class SpawnPlan {
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     posix_spawnattr_init(&attributes);
-    // A process group of its own: Ctrl-C at the terminal is for the program that started it.
+    // Its own process group: Ctrl-C at the terminal is meant for the program that started it.
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     sigset_t none, all;
     sigemptyset(&none);
@@ -92,14 +92,14 @@ void XMPWorker::Stop() {
   process_ = 0;
 }
 
-// Why there was no answer; the process is gone afterwards.
+// Returns why there was no answer. The process is gone afterwards.
 std::string XMPWorker::Explain(bool isLate, uint32_t seconds) {
   const std::string tooLong = "the XMP library took more than " + std::to_string(seconds) + " seconds";
   if (isLate) {
     Stop();
     return tooLong;
   }
-  // The other end is closed, so that the process is ending or, if it closed it by mistake, is ended.
+  // The other side is closed: the process is ending or, if it closed it by mistake, is terminated here.
   kill(process_, SIGTERM);
   int status = 0;
   const bool isKnown = waitpid(process_, &status, 0) == process_;
@@ -118,14 +118,14 @@ std::string XMPWorker::Explain(bool isLate, uint32_t seconds) {
 bool XMPWorker::Ask(const XMPMessage& request, XMPMessage& answer, std::string* problem) {
   const std::lock_guard lock(mutex_);
   if (process_ != 0 && owner_ != getpid()) Stop();
-  // One that was killed while it had nothing to do is no fault of this request.
+  // A worker that was killed while idle must not make this request fail.
   if (process_ != 0 && waitpid(process_, nullptr, WNOHANG) != 0) process_ = 0;
   if (request.path.size() > kLargestXMPText || request.packet.size() > kLargestXMPText) {
     *problem = "its metadata is larger than " + std::to_string(kLargestXMPText >> 20) + " MiB";
     return false;
   }
   if (process_ == 0 && !Start(problem)) return false;
-  // What limits this process limits its work there too.
+  // The limits of this process apply to its work there, too.
   rlimit fileSize{};
   getrlimit(RLIMIT_FSIZE, &fileSize);
   prlimit(process_, RLIMIT_FSIZE, &fileSize, nullptr);

@@ -1,5 +1,5 @@
-// The XMP worker: the program xmp-worker beside this library, which reads and writes the metadata of documents. It is
-// started with the first request, serves many, and is ended and started again when it takes too long. Any thread.
+// The XMP worker: the program xmp-worker beside this library, which reads and writes the metadata of documents. Started
+// with the first request, it serves many. It is killed and restarted when it takes too long. Thread-safe.
 #pragma once
 
 #include <sys/types.h>
@@ -15,7 +15,7 @@ namespace platform {
 
 class PLATFORM_API XMPWorker {
  public:
-  // The one that everybody asks.
+  // The one instance that all callers use.
   static XMPWorker& Shared();
 
   explicit XMPWorker(std::string program) : program_(std::move(program)) {}
@@ -23,8 +23,8 @@ class PLATFORM_API XMPWorker {
   XMPWorker(const XMPWorker&) = delete;
   XMPWorker& operator=(const XMPWorker&) = delete;
 
-  // Fills in the answer to a request whose `number` is the seconds of processor time that it may take. False if there is
-  // none, with the reason in *problem: it could not be started, took too long, needed too much memory or broke down.
+  // Sends a request, whose `number` is the seconds of processor time allowed, and receives the answer. Returns false,
+  // with the reason in *problem, if the worker could not be started, took too long, needed too much memory or crashed.
   bool Ask(const XMPMessage& request, XMPMessage& answer, std::string* problem);
 
  private:
@@ -34,8 +34,8 @@ class PLATFORM_API XMPWorker {
 
   std::mutex mutex_;
   const std::string program_;
-  pid_t process_ = 0;  // 0 while there is none
-  pid_t owner_ = 0;    // the process that started it: a fork of that process must not use it
+  pid_t process_ = 0;  // 0 if there is none
+  pid_t owner_ = 0;    // the process that started it; a fork of that process must not use it
   Descriptor socket_;
 };
 

@@ -1,4 +1,4 @@
-// What the XMP worker may use.
+// The limits of the XMP worker.
 #pragma once
 
 #include <cstdint>
@@ -6,11 +6,11 @@
 namespace platform {
 
 inline constexpr uint64_t kWorkerMemory = uint64_t{1} << 30;  // bytes of address space
-inline constexpr int kWorkerOutOfMemory = 3;                  // its exit status when it needs more
-inline constexpr uint32_t kPatienceFactor = 3;                // real time, as a multiple of its processor time
+inline constexpr int kWorkerOutOfMemory = 3;                  // exit status when it needs more
+inline constexpr uint32_t kPatienceFactor = 3;                // real time as a multiple of processor time
 
-// The sanitizers reserve far more address space than that for tables of their own, so that their builds go without the
-// limit of memory. And they report on standard error, where else only the library's remarks on damaged files would go.
+// Sanitizers reserve much more address space, so their builds have no memory limit. They report to standard error,
+// where otherwise only the library's remarks on damaged files go.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool kIsSanitized = true;
 #elif defined(__has_feature)
