@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "Floor.h"
+#include "Identification/FontKeys.h"
+#include "Readers/XMPFontMetadata.h"
 #include "host/ByteOrder.h"
 #include "host/DocumentOperations.h"
 #include "host/TextLayer.h"
@@ -107,17 +109,32 @@ void OpenAndClose(const std::string& path) {
   Check(documents.Close(id));
 }
 
-void EditAndSave(const std::string& path) {
+// As the plug-in does when the host has saved the document.
+void WriteSlug(const std::string& path) {
+  static int sRun = 0;
+  platform::Array fonts = platform::Array::Create();
+  for (const char* name : {"First", "Second"}) {
+    platform::Dictionary font = platform::Dictionary::Create();
+    font.Set(GlyphsureSupport::kGS_PostScriptNameKey, name);
+    font.Set(GlyphsureSupport::kGS_VersionKey, std::to_string(++sRun));
+    fonts.Append(font);
+  }
+  if (WriteXMPGlyphsureSlugToFile(path, fonts) != CoreErrorCodes::kSuccess) Fail("the slug can't be written");
+}
+
+void EditAndSave(const std::string& path, bool withSlug = false) {
   host::DocumentOperations documents([](host_sdk::SPPluginRef) { return false; });
   int32_t id = 0;
   Check(documents.Open(path, &id));
   Check(documents.Edit(id, "Second"));
   Check(documents.Save(id));
+  if (withSlug) WriteSlug(path);
   Check(documents.Close(id));
 }
 
-void Copy(const std::string& from, const std::string& to) {
-  const std::string command = "cp '" + from + "' '" + to + "' && sync '" + to + "'";
+void Copy(const std::string& from, const std::string& to, bool isSynced) {
+  unlink(to.c_str());
+  const std::string command = "cp '" + from + "' '" + to + "'" + (isSynced ? " && sync '" + to + "'" : "");
   Check(std::system(command.c_str()) == 0 ? "" : "cp failed");
 }
 
@@ -138,6 +155,7 @@ double PeakOf(const std::function<void()>& work) {
 
 int main() {
   benchmark::Begin();
+  if (InitializeGlyphsureXMP() != 0) Fail("the XMP library can't be started");
   const Folder folder;
   const std::string small = folder.Write("/small.psb", Document(kMiB));
   const std::string medium = folder.Write("/medium.psb", Document(64 * kMiB));
@@ -146,8 +164,15 @@ int main() {
       "open, 512 MiB", 4, kRuns, [&] { OpenAndClose(large); }, [&] { ReadOnce(large); });
   benchmark::Compare(
       "open, edit, save, close, 64 MiB, synced", 2.5, kRuns, [&] { EditAndSave(medium); },
-      [&] { Copy(medium, medium + ".copy"); });
+      [&] { Copy(medium, medium + ".copy", true); });
+  benchmark::Compare(
+      "open, edit, save with slug, close, 64 MiB, synced", 2.5, kRuns, [&] { EditAndSave(medium, true); },
+      [&] { Copy(medium, medium + ".copy", true); });
+  benchmark::Compare(
+      "open, edit, save with slug, close, 64 MiB, cp", 4, kRuns, [&] { EditAndSave(medium, true); },
+      [&] { Copy(medium, medium + ".copy", false); });
   const double floor = PeakOf([&] { EditAndSave(small); });
   benchmark::Report("peak memory, 512 MiB against 1 MiB", PeakOf([&] { EditAndSave(large); }), floor, 1.2, "MiB");
+  TerminateGlyphsureXMP();
   return benchmark::Finish();
 }

@@ -7,8 +7,10 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "host/ByteOrder.h"
 #include "host/FontSets.h"
 #include "host/TextLayer.h"
+#include "platform/LayeredPacket.h"
 #include "platform/TextEncoding.h"
 
 namespace host {
@@ -83,6 +85,24 @@ std::string ReadStructure(const std::string& path, platform::ByteSource& source,
   return "";
 }
 
+// Others put metadata about each font into the file as soon as it is saved. With room for that, they need not write the
+// whole file once more.
+void AddPacketRoom(const LayeredFile& structure, platform::ByteSource& source, size_t fonts, Pieces& pieces) {
+  constexpr size_t kRoom = 2048, kRoomForFont = 1024, kLargestSection = 16u << 20, kLengthField = 4;
+  const uint64_t begin = structure.resources + kLengthField;
+  BigEndianReader reader(source, structure.resources, source.Size());
+  const uint64_t size = reader.Read(kLengthField);
+  if (!reader.Ok() || size > kLargestSection) return;
+  const auto length = static_cast<size_t>(size);
+  std::string roomy;
+  if (!platform::MakePacketRoom(source.View(begin, length).substr(0, length), kRoom + fonts * kRoomForFont, roomy)) {
+    return;
+  }
+  std::string section;
+  AppendBigEndian(section, roomy.size(), kLengthField);
+  pieces.Replace(structure.resources, begin + size, section + roomy);
+}
+
 bool AreEqual(platform::ByteSource& one, uint64_t at, platform::ByteSource& other, uint64_t otherAt, uint64_t count) {
   constexpr uint64_t kPiece = 65536;
   while (count > 0) {
@@ -143,6 +163,8 @@ std::string StageDocument(const DocumentContent& content, DocumentFormat format,
     for (const std::string& name : fontNames) layers.push_back({"Text in " + name, name});
     const std::string problem = AddTextLayers(structure, size, layers, pieces);
     if (!problem.empty()) return Line(path, problem);
+    platform::ByteSource file = SourceOf(content), memory(made);
+    AddPacketRoom(structure, content.file ? file : memory, content.fontNames.size() + fontNames.size(), pieces);
   }
   const std::error_code error = content.file ? staged.StagePieces(path, content.file.Get(), pieces.List())
                                              : staged.Stage(path, pieces.Join(made));

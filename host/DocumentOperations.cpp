@@ -109,6 +109,9 @@ std::string DocumentOperations::OpenFile(const std::string& path, int32_t* id) {
     documents_.BringToFront(open->id);
     return "";
   }
+  if (const std::error_code error = platform::FinishInterruptedWrite(path)) {
+    return path + ": a save that was interrupted can't be finished: " + platform::DescribeError(error);
+  }
   Document read;
   std::string problem = ReadDocument(path, read.content);
   if (!problem.empty()) return problem;

@@ -24,6 +24,17 @@ void Pieces::Add(const Pieces& more) {
   }
 }
 
+void Pieces::Replace(uint64_t begin, uint64_t end, std::string_view bytes) {
+  for (auto piece = list_.begin(); piece != list_.end(); ++piece) {
+    if (piece->begin > begin || piece->end < end) continue;
+    const uint64_t rest = piece->end;
+    piece->end = begin;
+    list_.insert(piece + 1, {std::string(bytes), end, rest});
+    size_ += bytes.size() - (end - begin);
+    return;
+  }
+}
+
 std::string Pieces::Join(std::string_view old) const {
   std::string joined;
   for (const platform::FilePiece& piece : list_) {

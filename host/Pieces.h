@@ -15,6 +15,8 @@ class Pieces {
   void AddBytes(std::string_view bytes);
   void AddRange(uint64_t begin, uint64_t end);  // [begin, end) of the old file
   void Add(const Pieces& more);
+  // Bytes in the place of [begin, end) of the old file, which one of the ranges holds; nothing is done if none does.
+  void Replace(uint64_t begin, uint64_t end, std::string_view bytes);
 
   uint64_t Size() const { return size_; }  // in bytes, of the new file
   const std::vector<platform::FilePiece>& List() const { return list_; }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <ctime>
+#include <filesystem>
 
 namespace platform {
 
@@ -29,6 +30,27 @@ std::error_code WriteAll(int fd, std::string_view bytes) {
     if (written < 0 && errno == EINTR) continue;
     if (written < 0) return LastError();
     bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return {};
+}
+
+std::error_code WriteAllAt(int fd, uint64_t offset, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = pwrite(fd, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return LastError();
+    bytes.remove_prefix(static_cast<size_t>(written));
+    offset += static_cast<uint64_t>(written);
+  }
+  return {};
+}
+
+std::error_code ReadAllAt(int fd, uint64_t offset, std::string& bytes) {
+  for (size_t have = 0; have < bytes.size();) {
+    const ssize_t got = pread(fd, bytes.data() + have, bytes.size() - have, static_cast<off_t>(offset + have));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got < 0 ? LastError() : std::make_error_code(std::errc::io_error);
+    have += static_cast<size_t>(got);
   }
   return {};
 }
@@ -73,6 +95,29 @@ std::string FolderOf(const std::string& path) {
   const size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string NameOf(const std::string& path) {
+  constexpr size_t kLongestKept = 200;
+  const std::string name = path.substr(path.rfind('/') + 1);
+  return name.size() > kLongestKept ? name.substr(name.size() - kLongestKept) : name;
+}
+
+std::string BehindLinks(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(path, error)) return path;
+  const std::filesystem::path target = std::filesystem::canonical(path, error);
+  return error ? path : target.string();
+}
+
+std::string HiddenBeside(const std::string& path, const char* kind, const struct stat& info) {
+  return FolderOf(path) + "/." + kind + "-" + std::to_string(info.st_ino) + "-" + NameOf(path);
+}
+
+bool IsOwnFile(const std::string& hidden, const struct stat& info) {
+  struct stat there;
+  if (lstat(hidden.c_str(), &there) != 0 || !S_ISREG(there.st_mode)) return false;
+  return there.st_uid == info.st_uid || there.st_uid == geteuid();
 }
 
 void SyncFolder(const std::string& folder) {

@@ -29,7 +29,13 @@ PLATFORM_API std::error_code CheckReadable(const std::string& path);
 // stands whole beside it (".unfinished-..."). Who reads it in that moment may see half of each; a program that ends or a
 // disk that fails there leaves the content beside it, which FinishInterruptedWrite puts in place.
 PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
-// Finishes what a process was killed in, as told above; nothing to do is no error. Staging a file does it too.
+// Replaces `old` at the offset by as many other bytes, whole or not at all: both stand in a journal beside the file
+// (".patch-...") until the file holds the new ones. Who reads it in that moment may see a part of each; what a killed
+// program or machine left is finished by FinishInterruptedWrite. If the file holds something else than `old`,
+// std::errc::operation_canceled with nothing changed. On failure the old bytes are there, or the journal stays.
+PLATFORM_API std::error_code PatchFile(const std::string& path, uint64_t offset, std::string_view old,
+                                       std::string_view bytes);
+// Finishes what a process was killed in, as told above; nothing to do is no error. Staging and patching a file do it too.
 PLATFORM_API std::error_code FinishInterruptedWrite(const std::string& path);
 // A part of a new file: bytes, and behind them the range [begin, end) of the file that it is made from.
 struct FilePiece {

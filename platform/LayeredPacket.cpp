@@ -1,12 +1,10 @@
 #include "platform/LayeredPacket.h"
 
 #include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <string_view>
 
 #include "platform/Descriptor.h"
+#include "platform/FileBytes.h"
 
 namespace platform {
 
@@ -15,17 +13,14 @@ namespace {
 constexpr uint64_t kHeaderSize = 26;
 constexpr uint32_t kLargestResources = 256u << 20;
 constexpr uint32_t kPacketResource = 1060;
-
-bool ReadAt(int file, uint64_t offset, std::string& bytes) {
-  size_t have = 0;
-  while (have < bytes.size()) {
-    const ssize_t got = pread(file, bytes.data() + have, bytes.size() - have, static_cast<off_t>(offset + have));
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return false;
-    have += static_cast<size_t>(got);
-  }
-  return true;
-}
+constexpr std::string_view kEmptyPacket =
+    "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
+    "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
+    " <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\n"
+    "  <rdf:Description rdf:about=\"\"/>\n"
+    " </rdf:RDF>\n"
+    "</x:xmpmeta>\n"
+    "<?xpacket end=\"w\"?>";
 
 uint32_t Number(std::string_view bytes, size_t at, size_t width) {
   uint32_t number = 0;
@@ -35,7 +30,7 @@ uint32_t Number(std::string_view bytes, size_t at, size_t width) {
 
 bool ReadNumberAt(int file, uint64_t offset, uint32_t& number) {
   std::string bytes(4, '\0');
-  if (!ReadAt(file, offset, bytes)) return false;
+  if (ReadAllAt(file, offset, bytes)) return false;
   number = Number(bytes, 0, 4);
   return true;
 }
@@ -45,15 +40,24 @@ std::string Bytes(size_t number) {
           static_cast<char>(number)};
 }
 
-// The size of the resource at the beginning of the bytes with all that belongs to it; 0 if it doesn't end in them.
-size_t ResourceSize(std::string_view bytes) {
+// One resource at the beginning of the bytes.
+struct Resource {
+  uint32_t id = 0;
+  size_t data = 0, dataSize = 0;
+  size_t size = 0;  // with all that belongs to it
+};
+
+// False if it doesn't end in the bytes.
+bool ReadResource(std::string_view bytes, Resource& resource) {
   constexpr size_t kNameAt = 6;  // behind four characters and the number
-  if (bytes.size() <= kNameAt) return 0;
+  if (bytes.size() <= kNameAt) return false;
   const size_t sizeAt = kNameAt + ((size_t{1} + static_cast<uint8_t>(bytes[kNameAt]) + 1) & ~size_t{1});
-  if (bytes.size() < sizeAt + 4) return 0;
-  const size_t end = sizeAt + 4 + Number(bytes, sizeAt, 4);
-  if (end > bytes.size()) return 0;
-  return end % 2 != 0 && end < bytes.size() ? end + 1 : end;  // padded, but for the last of some writers
+  if (bytes.size() < sizeAt + 4) return false;
+  resource = {Number(bytes, 4, 2), sizeAt + 4, Number(bytes, sizeAt, 4)};
+  const size_t end = resource.data + resource.dataSize;
+  if (end > bytes.size()) return false;
+  resource.size = end % 2 != 0 && end < bytes.size() ? end + 1 : end;  // padded, but for the last of some writers
+  return true;
 }
 
 std::string PacketResource(const std::string& packet) {
@@ -63,23 +67,57 @@ std::string PacketResource(const std::string& packet) {
   return resource;
 }
 
+// A packet in its two parts, between which blanks may stand; false for one of another form.
+bool SplitPacket(std::string_view packet, std::string_view& body, std::string_view& end) {
+  const size_t at = packet.rfind("<?xpacket end=");
+  if (at == std::string_view::npos) return false;
+  body = packet.substr(0, at);
+  end = packet.substr(at);
+  while (!body.empty() && std::string_view(" \t\r\n").find(body.back()) != std::string_view::npos)
+    body.remove_suffix(1);
+  return true;
+}
+
+std::string JoinPacket(std::string_view body, size_t blanks, std::string_view end) {
+  constexpr size_t kLine = 100;
+  std::string packet(body);
+  for (size_t i = 1; i <= blanks; ++i) packet.push_back(i % kLine == 0 || i == blanks ? '\n' : ' ');
+  return packet.append(end);
+}
+
+// The packet with as many blanks as fill the size; false if it is longer without any.
+bool FitPacket(const std::string& packet, size_t size, std::string& fitting) {
+  std::string_view body, end;
+  if (!SplitPacket(packet, body, end) || body.size() + end.size() > size) return false;
+  fitting = JoinPacket(body, size - body.size() - end.size(), end);
+  return true;
+}
+
+// The resource with the packet in it.
+std::string RenewPacket(std::string_view resource, const Resource& old, const std::string& packet) {
+  std::string fitting;
+  if (!FitPacket(packet, old.dataSize, fitting)) return PacketResource(packet);
+  return std::string(resource).replace(old.data, old.dataSize, fitting);
+}
+
 // The resources with the packet where the old one stands, or behind all others. False if they are damaged.
 bool Renew(std::string_view resources, const std::string& packet, std::string& renewed) {
-  const std::string added = PacketResource(packet);
   bool isAdded = false;
   while (!resources.empty()) {
-    const size_t size = ResourceSize(resources);
-    if (size == 0) return false;
-    if (Number(resources, 4, 2) != kPacketResource) {
-      renewed += resources.substr(0, size);
-      if (renewed.size() % 2 != 0) renewed.push_back('\0');
+    Resource resource;
+    if (!ReadResource(resources, resource)) return false;
+    const std::string_view bytes = resources.substr(0, resource.size);
+    resources.remove_prefix(resource.size);
+    if (resource.id != kPacketResource) {
+      renewed += bytes;
     } else if (!isAdded) {
-      renewed += added;
+      renewed += RenewPacket(bytes, resource, packet);
       isAdded = true;
     }
-    resources.remove_prefix(size);
+    if (renewed.size() % 2 != 0 && !resources.empty()) renewed.push_back('\0');
   }
-  if (!isAdded) renewed += added;
+  if (renewed.size() % 2 != 0 && !isAdded) renewed.push_back('\0');
+  if (!isAdded) renewed += PacketResource(packet);
   return true;
 }
 
@@ -88,7 +126,7 @@ bool Renew(std::string_view resources, const std::string& packet, std::string& r
 bool PlanLayeredPacket(const std::string& path, const std::string& packet, Splice& splice, std::string* problem) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   uint32_t colors = 0, size = 0;
-  std::string resources, renewed;
+  std::string renewed;
   *problem = path + ": its image resources are damaged";
   if (!file || !ReadNumberAt(file.Get(), kHeaderSize, colors)) return false;
   splice.at = kHeaderSize + 4 + colors;
@@ -97,12 +135,29 @@ bool PlanLayeredPacket(const std::string& path, const std::string& packet, Splic
     *problem = path + ": its image resources are larger than " + std::to_string(kLargestResources >> 20) + " MiB";
     return false;
   }
-  splice.length = 4 + size;
-  resources.resize(size);
-  if (!ReadAt(file.Get(), splice.at + 4, resources) || !Renew(resources, packet, renewed)) return false;
+  splice.old.resize(4 + size_t{size});
+  if (ReadAllAt(file.Get(), splice.at, splice.old)) return false;
+  if (!Renew(std::string_view(splice.old).substr(4), packet, renewed)) return false;
   splice.bytes = Bytes(renewed.size()) + renewed;
   problem->clear();
   return true;
+}
+
+bool MakePacketRoom(std::string_view resources, size_t room, std::string& roomy) {
+  std::string_view body = kEmptyPacket, end;
+  for (std::string_view left = resources; !left.empty();) {
+    Resource resource;
+    if (!ReadResource(left, resource)) return false;
+    if (resource.id == kPacketResource) {
+      body = left.substr(resource.data, resource.dataSize);
+      break;
+    }
+    left.remove_prefix(resource.size);
+  }
+  const size_t size = body.size();
+  if (!SplitPacket(body, body, end) || size >= body.size() + room + end.size()) return false;
+  roomy.clear();
+  return Renew(resources, JoinPacket(body, room, end), roomy);
 }
 
 }  // namespace platform

@@ -19,13 +19,7 @@ namespace platform {
 
 namespace {
 
-std::string NameOf(const std::string& path) {
-  constexpr size_t kLongestKept = 200;
-  const std::string name = path.substr(path.rfind('/') + 1);
-  return name.size() > kLongestKept ? name.substr(name.size() - kLongestKept) : name;
-}
-
-// A hidden name beside the file. The end of the name stays, since some readers tell formats by it.
+// A hidden name beside the file.
 std::string TemporaryBeside(const std::string& path) {
   static std::atomic<unsigned> sCount{0};
   return FolderOf(path) + "/." + std::to_string(getpid()) + "-" + std::to_string(++sCount) + "-" + NameOf(path);
@@ -48,14 +42,6 @@ int CreateBeside(const std::string& path, std::string& temporary, std::error_cod
 }
 
 int CreateFile(const char* path) { return open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666); }
-
-// The file behind a symbolic link, so that the link stays when the file is replaced.
-std::string BehindLinks(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(path, error)) return path;
-  const std::filesystem::path target = std::filesystem::canonical(path, error);
-  return error ? path : target.string();
-}
 
 // What a user or a program of theirs attached. The system's own attributes (security.*) follow from the place and the
 // rights of the process; where it refuses them, they are the system's to set.
@@ -87,7 +73,7 @@ std::error_code TakeAfter(int fd, const std::string& path, const struct stat& in
 
 // Where the whole new content stands while it is written over a file with several names.
 std::string UnfinishedBeside(const std::string& path, const struct stat& info) {
-  return FolderOf(path) + "/.unfinished-" + std::to_string(info.st_ino) + "-" + NameOf(path);
+  return HiddenBeside(path, "unfinished", info);
 }
 
 // Writes the content of one file over that of another, which stays the same file.
@@ -205,12 +191,11 @@ std::error_code StagedFile::CommitInPlace(const std::string& unfinished) {
 
 std::error_code FinishInterruptedWrite(const std::string& path) {
   const std::string target = BehindLinks(path);
-  struct stat info, content;
+  struct stat info;
   if (stat(target.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return {};
+  if (const std::error_code error = FinishPatch(target, info)) return error;
   const std::string unfinished = UnfinishedBeside(target, info);
-  if (lstat(unfinished.c_str(), &content) != 0) return {};
-  // In a folder that others may write to, the name alone proves nothing.
-  if (!S_ISREG(content.st_mode) || (content.st_uid != info.st_uid && content.st_uid != geteuid())) return {};
+  if (!IsOwnFile(unfinished, info)) return {};
   bool isBegun = false;
   if (const std::error_code error = Overwrite(target, unfinished, &isBegun)) return error;
   unlink(unfinished.c_str());

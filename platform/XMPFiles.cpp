@@ -83,17 +83,21 @@ void Check(const std::string& path, const std::error_code& error) {
   if (error) throw XMP_Error(0, path + ": " + DescribeError(error));
 }
 
-void StageLayered(const std::string& path, const std::string& packet, StagedFile& copy) {
+Splice PlanLayered(const std::string& path, const std::string& packet) {
   Splice splice;
   std::string problem;
   if (!PlanLayeredPacket(path, WithWrapper(packet), splice, &problem)) throw XMP_Error(0, problem);
+  return splice;
+}
+
+void StageLayered(const std::string& path, const Splice& splice, StagedFile& copy) {
   struct stat info;
   std::error_code error;
   const Descriptor file = OpenRegularFile(path, info, error);
   Check(path, error);
   const auto size = static_cast<uint64_t>(info.st_size);
   Check(path,
-        copy.StagePieces(path, file.Get(), {{"", 0, splice.at}, {splice.bytes, splice.at + splice.length, size}}));
+        copy.StagePieces(path, file.Get(), {{"", 0, splice.at}, {splice.bytes, splice.at + splice.old.size(), size}}));
 }
 
 void StageByLibrary(const std::string& path, XMPFormat format, bool scans, const std::string& packet,
@@ -105,6 +109,28 @@ void StageByLibrary(const std::string& path, XMPFormat format, bool scans, const
   if (kind == XMPAnswer::kDone) return;
   throw XMP_Error(static_cast<int>(answer.number), path + ": its metadata can't be written (error " +
                                                        std::to_string(answer.number) + " of the XMP library)");
+}
+
+// On some files the library reports a success that is lost: what was put must be read back, and what was there too.
+void CheckWritten(const std::string& path, const std::string& written, bool scans, const PropertyMap& original,
+                  const PropertyMap& wanted) {
+  XMPMessage answer;
+  const bool isRead = Read(written, scans, answer);
+  const std::string lost = FindLostProperty(original, wanted, PropertiesOf(answer.packet));
+  if (isRead && lost.empty()) return;
+  throw XMP_Error(0, path + ": the metadata that was written cannot be read back: " + lost);
+}
+
+// Writes the metadata into its old place: a few kilobytes, however large the document is.
+void PatchLayered(const std::string& path, const Splice& splice, const PropertyMap& original,
+                  const PropertyMap& wanted) {
+  Check(path, PatchFile(path, splice.at, splice.old, splice.bytes));
+  try {
+    CheckWritten(path, path, false, original, wanted);
+  } catch (const XMP_Error&) {
+    Check(path, PatchFile(path, splice.at, splice.bytes, splice.old));
+    throw;
+  }
 }
 
 }  // namespace
@@ -166,17 +192,13 @@ void TXMPFiles::CloseFile() {
   if (wanted == original) return;  // not a byte changes where nothing is new
   StagedFile copy;
   if (done.format == XMPFormat::kLayered) {
-    StageLayered(done.path, done.wanted, copy);
+    const Splice splice = PlanLayered(done.path, done.wanted);
+    if (splice.old.size() == splice.bytes.size()) return PatchLayered(done.path, splice, original, wanted);
+    StageLayered(done.path, splice, copy);
   } else {
     StageByLibrary(done.path, done.format, done.scans, done.wanted, copy);
   }
-  // On some files the library reports a success that is lost.
-  XMPMessage answer;
-  const bool isRead = Read(copy.TemporaryPath(), done.scans, answer);
-  const std::string lost = FindLostProperty(original, wanted, PropertiesOf(answer.packet));
-  if (!isRead || !lost.empty()) {
-    throw XMP_Error(0, done.path + ": the metadata that was written cannot be read back: " + lost);
-  }
+  CheckWritten(done.path, copy.TemporaryPath(), done.scans, original, wanted);
   Check(done.path, copy.Commit());
 }
 

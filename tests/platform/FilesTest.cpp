@@ -133,6 +133,40 @@ TEST(Files, AnInterruptedWriteIsFinished) {
   EXPECT_EQ(TempFolder::Content(path), "new") << "what others may have put there is not taken";
 }
 
+// The limit of file sizes lets the journal be written and not the file, which leaves what a kill between the two leaves.
+TEST(Files, AnInterruptedPatchIsFinishedUnlessTheFileIsAnother) {
+  const TempFolder folder;
+  const std::string before(6000, '-'), old(100, '-'), bytes(100, 'n');
+  const std::string whole = std::string(5000, '-') + bytes + std::string(900, '-');
+  const struct {
+    std::string there;  // when the file is opened again
+    size_t cut;         // from the end of the journal
+    std::string expected;
+  } rows[] = {
+      {before, 0, whole},    {std::string(5000, '-') + std::string(60, 'n') + std::string(940, '-'), 0, whole},
+      {before, 1, before},   {std::string(5050, '-') + "others" + std::string(944, '-'), 0, {}},
+      {"short", 0, "short"},
+  };
+  for (const auto& row : rows) {
+    const std::string path = folder.Write("file", before);
+    {
+      const FullDisk full(4000);
+      EXPECT_EQ(PatchFile(path, 5000, old, bytes), std::errc::file_too_large);
+    }
+    ASSERT_EQ(folder.Names().size(), 2u);
+    const std::string journal = folder / *folder.Names().begin();
+    std::filesystem::resize_file(journal, std::filesystem::file_size(journal) - row.cut);
+    folder.Write("file", row.there);
+    EXPECT_FALSE(FinishInterruptedWrite(path));
+    EXPECT_EQ(TempFolder::Content(path), row.expected.empty() ? row.there : row.expected);
+    EXPECT_EQ(folder.Names(), (std::set<std::string>{"file"}));
+  }
+  const std::string path = folder.Write("file", before);
+  EXPECT_EQ(PatchFile(path, 4990, bytes, old), std::errc::operation_canceled);
+  EXPECT_FALSE(PatchFile(path, 5000, old, bytes));
+  EXPECT_EQ(TempFolder::Content(path), whole);
+}
+
 TEST(Files, TheSystemsLimitOfFileSizesEndsNoProcess) {
   const TempFolder folder;
   const std::string path = folder.Write("file", "old");

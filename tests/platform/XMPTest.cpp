@@ -123,19 +123,14 @@ TEST_F(XMPTest, WhatOthersWroteStays) {
 }
 
 TEST_F(XMPTest, NothingNewLeavesTheFileAlone) {
-  const auto inode = [](const std::string& path) {
-    struct stat info {};
-    EXPECT_EQ(stat(path.c_str(), &info), 0);
-    return info.st_ino;  // of a new file if it was replaced
-  };
   for (const char* sample : {"no-text.psd", "leaflet.pdf"}) {
     const std::string path = CopyOf(sample), bytes = TempFolder::Content(path);
     ASSERT_TRUE(Write(path, {}));
     EXPECT_EQ(TempFolder::Content(path), bytes) << sample << " gets no empty packet";
     ASSERT_TRUE(Write(path, {"one", "two"}));
-    const auto written = inode(path);
+    const uint64_t written = GetFileModificationDate(path);
     ASSERT_TRUE(Write(path, {"one", "two"}));
-    EXPECT_EQ(inode(path), written) << sample;
+    EXPECT_EQ(GetFileModificationDate(path), written) << sample;
   }
 }
 
@@ -258,6 +253,34 @@ std::string Flat(size_t count) {
   for (size_t i = 0; i < count; ++i) properties += "<t:p" + std::to_string(i) + ">x</t:p" + std::to_string(i) + ">";
   std::string packet = Nested(0);
   return packet.insert(packet.find("<!--"), properties);
+}
+
+// A packet that fits takes the place of the old one. All other resources stay, also two of one number.
+TEST_F(XMPTest, ALayeredDocumentIsWrittenInItsPlaceWhereThatHasRoom) {
+  const std::string twin(
+      "8BIM\x0F\xA1\0\0\0\0\0\5first\0"
+      "8BIM\x0F\xA1\0\0\0\0\0\6second",
+      36);
+  std::string bytes = LayeredWith(TempFolder::Content(SOURCE_DIR "/samples/no-text.psd"), Nested(1));
+  const size_t length = bytes[33];
+  bytes[33] = static_cast<char>(length + twin.size());
+  const std::string path = folder_.Write("document.psd", bytes.insert(34, twin));
+  const auto identity = [&] {
+    struct stat info {};
+    EXPECT_EQ(stat(path.c_str(), &info), 0);
+    return std::pair(info.st_ino, info.st_size);
+  };
+  const auto first = identity();
+  ASSERT_TRUE(Write(path, {"a name that has no room"}));
+  EXPECT_NE(identity(), first);
+  const auto second = identity();
+  for (const char* name : {"other", "the name of another font"}) {
+    ASSERT_TRUE(Write(path, {name}));
+    EXPECT_EQ(identity(), second);
+    EXPECT_EQ(Read(path), std::vector<std::string>{name});
+    EXPECT_THAT(TempFolder::Content(path), testing::HasSubstr(twin));
+  }
+  EXPECT_EQ(folder_.Names().size(), 1u);
 }
 
 // Each of these hung the XMP library, ended it, or kept it busy for minutes.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -158,6 +159,23 @@ void HostProcess::Kill() {
   kill(process_, SIGKILL);
   waitpid(process_, nullptr, 0);
   process_ = -1;
+}
+
+void HostProcess::KillAt(long systemCall, const std::function<void()>& act) {
+  ASSERT_EQ(ptrace(PTRACE_SEIZE, process_, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL), 0);
+  ASSERT_EQ(ptrace(PTRACE_INTERRUPT, process_, nullptr, nullptr), 0);
+  act();
+  constexpr int kSystemCallStop = SIGTRAP | 0x80;
+  for (int status = 0; waitpid(process_, &status, __WALL) == process_ && WIFSTOPPED(status);) {
+    __ptrace_syscall_info info{};
+    const bool isAtCall = WSTOPSIG(status) == kSystemCallStop &&
+                          ptrace(PTRACE_GET_SYSCALL_INFO, process_, sizeof info, &info) > 0 &&
+                          info.op == PTRACE_SYSCALL_INFO_ENTRY && info.entry.nr == static_cast<uint64_t>(systemCall);
+    if (isAtCall) return Kill();
+    const bool isSignal = WSTOPSIG(status) != kSystemCallStop && status >> 16 == 0;
+    if (ptrace(PTRACE_SYSCALL, process_, nullptr, isSignal ? WSTOPSIG(status) : 0) != 0) break;
+  }
+  ADD_FAILURE() << "the host did not come to the system call";
 }
 
 HostResult HostProcess::Finish() {

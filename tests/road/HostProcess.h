@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <sys/types.h>
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -49,6 +50,9 @@ class HostProcess {
   Json NextEvent(const std::string& kind);
   void Signal(int signal) const { kill(process_, signal); }
   void Kill();  // as a crash would
+  // Lets the host run until it is about to make this system call (SYS_...), and kills it then. To be called while the host
+  // waits, with what makes it do so sent already or sent by `act`.
+  void KillAt(long systemCall, const std::function<void()>& act);
   // Ends the input, reads what is left and waits.
   HostResult Finish();
 

@@ -1,5 +1,6 @@
 // Documents and programs over time: what is shared, what is stored, and what a killed program leaves behind.
 #include <gmock/gmock.h>
+#include <sys/syscall.h>
 
 #include <filesystem>
 
@@ -8,12 +9,14 @@
 #include "support/ScopedVariable.h"
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::Not;
 using testing::SizeIs;
+using testing::StartsWith;
 
 namespace road {
 
@@ -372,6 +375,28 @@ TEST_F(Life, AgentThatCouldNotBeStartedAgainIsTriedAgain) {
   const HostResult result = host.Finish();
   EXPECT_THAT(Events(result, "error"), SizeIs(1)) << "told once";
   EXPECT_THAT(result.errors, HasSubstr("the agent was started again"));
+}
+
+// Where the slug is written into its place, and where a file with two names is written over.
+TEST_F(Life, SaveKilledInTheMiddleIsFinishedAtTheNextOpen) {
+  const struct {
+    const char* name;
+    long systemCall;
+  } rows[] = {{"slug.psd", SYS_pwrite64}, {"linked.psd", SYS_ftruncate}};
+  for (const auto& row : rows) {
+    const std::string document = CopyOf(kPoster, row.name);
+    if (row.systemCall == SYS_ftruncate) std::filesystem::create_hard_link(document, folder_ / "second name");
+    HostProcess host(Arguments({"--interactive"}));
+    host.Send("open " + document);
+    host.NextEvent("opened");
+    host.KillAt(row.systemCall, [&] { host.Send("edit C059-Bold\nsave"); });
+    const HostResult next = RunScript("open " + document + "\n");
+    EXPECT_THAT(Errors(next), ElementsAre(document + ": a save that was interrupted is finished"));
+    EXPECT_THAT(folder_.Names(), Each(Not(StartsWith("."))));
+    EXPECT_THAT(Events(next, "opened").at(0)["named"].get<std::vector<std::string>>(), Contains("C059-Bold"));
+    if (row.systemCall != SYS_pwrite64) continue;
+    EXPECT_THAT(OutputOf("exiftool -a -G1 -XMP:all '" + document + "'"), HasSubstr("LiberationSerif-Bold.ttf"));
+  }
 }
 
 TEST_F(Life, KilledHostAndAgentLeaveNothingAfterTheNextStart) {
