@@ -1,4 +1,4 @@
-// Calls that make fonts active and give them back.
+// Calls that activate and deactivate fonts.
 #include "agent/Calls.h"
 
 namespace agent {
@@ -20,7 +20,7 @@ Answer<calls::ActivateFonts> Serve(FontLibrary& library, ClientID client,
   return Activate(library, client, arguments.fontIDs, state);
 }
 
-// The callers of this function see no lists, so the call fails if any font failed.
+// The library's callers get no lists, so the call fails if any font failed.
 Answer<calls::PreviewActivateFonts> Serve(FontLibrary& library, ClientID client,
                                           const calls::PreviewActivateFonts::Arguments& arguments) {
   calls::Activated result = Activate(library, client, arguments.fontIDs, kPreviewActivated);

@@ -63,7 +63,7 @@ void Activations::Reconcile() {
   std::set<uint32_t> owned;
   for (const auto& [path, id] : linkedFiles_) owned.insert(id);
   for (const uint32_t id : parts_.folder.LinkedIDs()) {
-    if (!owned.contains(id)) Unlink(id);  // of an earlier run; what is still asked for is linked anew below
+    if (!owned.contains(id)) Unlink(id);  // left by an earlier run; requested fonts are linked again below
   }
   for (const auto& [id, demand] : demands_) {
     const Font* font = parts_.table.Find(id);
@@ -148,7 +148,7 @@ Activations::Demands Activations::DemandsOf(const std::vector<uint32_t>& fontIDs
   return demands;
 }
 
-// To be called before anybody was told of the links.
+// Call before anybody was notified of the links.
 void Activations::Undo(const std::vector<uint32_t>& fontIDs, const Demands& before,
                        const std::set<std::string>& linkedNow) {
   for (const uint32_t id : fontIDs) demands_.erase(id);
@@ -156,7 +156,7 @@ void Activations::Undo(const std::vector<uint32_t>& fontIDs, const Demands& befo
   for (const std::string& path : linkedNow) UnlinkIfUnasked(path);
 }
 
-// Links what is not linked and notes the client's wish; the files of the new links in linkedNow.
+// Links the files that are not linked and records the client's request. linkedNow receives the files of the new links.
 ActivationOutcome Activations::Link(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state,
                                     std::set<std::string>& linkedNow) {
   ActivationOutcome outcome;
@@ -185,10 +185,11 @@ ActivationOutcome Activations::Link(ClientID client, const std::vector<uint32_t>
   return outcome;
 }
 
-// Nothing is said to be active that the font service does not list: a font that its configuration rejects, say.
+// Removes fonts that the font service does not list, for example because its configuration rejects them: they must not
+// be reported as active.
 void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& linkedNow, ActivationOutcome& outcome) {
   if (linkedNow.empty()) return;
-  // By place, not by name: the font service does not clean names as we do.
+  // Compare file and index, not names: the font service does not clean names as we do.
   std::set<std::pair<uint32_t, int32_t>> seen;
   for (const platform::ActiveFont& font : platform::ActiveFonts()) {
     if (const auto linkID = parts_.folder.IDOfLink(font.file)) seen.emplace(*linkID, font.faceIndex);
@@ -208,7 +209,7 @@ void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& l
   outcome.activated = std::move(stay);
 }
 
-// A kill between linking and storing leaves a link that the next start removes.
+// If the agent is killed between linking and storing, the next start removes the link.
 void Activations::Store(const std::vector<uint32_t>& fontIDs, AgentActivationState state) {
   if (fontIDs.empty()) return;
   if (state == kInactive) {
@@ -230,7 +231,7 @@ void Activations::DropClient(ClientID client, uint32_t fontID) {
 }
 
 std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser) {
-  std::set<uint32_t> ending;  // of what is stored
+  std::set<uint32_t> ending;  // stored activations that end
   for (const auto& [id, demand] : DemandsOf(fontIDs)) {
     if (demand.stored != kInactive && (alsoUser || demand.stored != kActivated)) ending.insert(id);
   }
@@ -283,7 +284,7 @@ AgentActivationState Activations::StateOf(const Font& font) const {
   if (!linkedFiles_.contains(font.path)) return kInactive;
   const auto own = demands_.find(font.id);
   if (own != demands_.end()) return own->second.Strongest();
-  // Nobody asks for this face, but its file is active for another one.
+  // This face was not requested, but its file is active for another one.
   AgentActivationState state = kInactive;
   for (const Font* face : parts_.table.OfFile(font.path)) {
     const auto found = demands_.find(face->id);
@@ -300,12 +301,12 @@ bool Activations::IsHeldBy(ClientID client, uint32_t fontID) const {
 void Activations::OnFileReplaced(const std::string& path) {
   const auto found = linkedFiles_.find(path);
   if (found == linkedFiles_.end()) return;
-  // A hard link still holds the old file.
+  // A hard link still refers to the old file.
   if (parts_.folder.Link(found->second, path).error) UnlinkFile(path);
 }
 
 void Activations::OnFontsGone(const std::string& path, const std::vector<Font>& fonts) {
-  // Who asked for them still does: the file may come back, and then the next Reconcile links it again.
+  // The requests stay: if the file comes back, the next Reconcile links it again.
   for (const Font& font : fonts) {
     if (announced_.contains(path)) events_.deactivated(font.id);
   }

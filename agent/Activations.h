@@ -1,9 +1,9 @@
-// Who asks for which font, and the links that follow from it.
+// Records which font is requested by whom, and maintains the links that follow from it.
 //
-// A face is asked for by clients, each in one state, and by what is stored (the user, or a client that has gone and
-// left its fonts active). A file is linked exactly as long as one of its faces is asked for; all faces of a linked file are
-// active, because fontconfig reads whole files. Two files with a face of the same PostScript name are never active
-// together by us, nor one of ours beside one of the operating system.
+// A face can be requested by clients, each with one state, and by stored activations (by the user, or by a client that
+// ended and left its fonts active). A file is linked exactly as long as one of its faces is requested. All faces of a
+// linked file are active, because fontconfig reads whole files. We never activate two files with a face of the same
+// PostScript name together, nor a file beside a font of that name that the operating system has active.
 #pragma once
 
 #include <cstdint>
@@ -26,11 +26,11 @@ using agent_protocol::AgentActivationState;
 struct ActivationEvents {
   std::function<void(uint32_t fontID)> activated;
   std::function<void(uint32_t fontID)> deactivated;
-  std::function<void(const std::string& line)> report;  // what a person should know
+  std::function<void(const std::string& line)> report;  // a line for people
 };
 
 struct ActivationOutcome {
-  std::vector<uint32_t> activated;  // active now, by this or before
+  std::vector<uint32_t> activated;  // active now, by this call or before
   std::vector<uint32_t> failed;
   std::vector<uint32_t> refused;
 };
@@ -44,28 +44,30 @@ class Activations {
   };
   Activations(const Parts& parts, std::set<std::string> refusedNames, ActivationEvents events);
 
-  // Removes every link that nothing stored asks for: what an agent left behind that was killed.
+  // Removes every link without a stored activation, which a killed agent left.
   void RemoveUnaskedLinks();
-  // After a scan: links what is asked for and not linked, drops links of files that are gone or were moved.
+  // Call after a scan: links requested files that are not linked and removes links of files that are gone or were
+  // moved.
   void Reconcile();
 
-  // Each ID ends in exactly one list of the outcome. kActivated is stored; if that fails, it throws StoreError and what was
-  // active before is active, no more.
+  // Each ID is in exactly one list of the outcome. kActivated is stored. If that fails, throws StoreError, and exactly
+  // the fonts that were active before are active.
   ActivationOutcome Activate(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state);
-  // Ends what this client, and a client that has gone, asked for; with alsoUser what the user asked for, too. Gives the
-  // fonts that only the operating system could deactivate. Throws StoreError with nothing deactivated.
+  // Ends the activations by this client, and those that an earlier client left; with alsoUser also those by the user.
+  // Returns the fonts that only the operating system can deactivate. Throws StoreError with nothing deactivated.
   std::vector<uint32_t> Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser);
   void ReleaseClient(ClientID client);
-  // What the client holds becomes stored and stays active when it goes, and after the agent's end. Given back is what it
-  // holds for a preview, and what it only asked for again after a restart: a client that saw the agent die may have
-  // stopped its font work, and then it chose nothing of this to stay. Throws StoreError with nothing stored or given back.
+  // Stores what the client holds, which then stays active after the client and the agent have ended. Deactivates
+  // previews and fonts that were only requested again after a restart of the agent: a client that saw the agent die may
+  // have stopped its font work, and did not decide that they stay. Throws StoreError with nothing stored or
+  // deactivated.
   void KeepClient(ClientID client);
   void ReleaseAllClients();
 
   AgentActivationState StateOf(const Font& font) const;
   bool IsActive(const Font& font) const { return StateOf(font) != agent_protocol::kInactive; }
   bool IsHeldBy(ClientID client, uint32_t fontID) const;
-  // Another active font with a PostScript name of this font's file; 0 without one.
+  // Returns another active font with a PostScript name of this font's file, or 0.
   uint32_t ConflictOf(const Font& font) const;
 
   void OnFileReplaced(const std::string& path);
@@ -79,7 +81,7 @@ class Activations {
     AgentActivationState Strongest() const;
   };
 
-  using Demands = std::map<uint32_t, Demand>;  // by font ID; none is empty
+  using Demands = std::map<uint32_t, Demand>;  // by font ID; never empty entries
 
   std::vector<uint32_t> HeldBy(ClientID client) const;
   bool IsAskedFor(const std::string& path) const;
@@ -100,8 +102,8 @@ class Activations {
   std::set<std::string> refusedNames_;
   ActivationEvents events_;
   Demands demands_;
-  std::map<std::string, uint32_t> linkedFiles_;  // path to the ID that its link is named by
-  std::set<std::string> announced_;              // linked files whose fonts clients know to be active
+  std::map<std::string, uint32_t> linkedFiles_;  // path to the ID that names its link
+  std::set<std::string> announced_;              // linked files that clients were notified of
 };
 
 }  // namespace agent

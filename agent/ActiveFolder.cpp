@@ -18,7 +18,7 @@ namespace {
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
-// ".ttf" and the like: programs that look at names see what they expect. Anything odd is left out.
+// Keeps extensions such as ".ttf", which some programs look at. Drops unusual ones.
 std::string ExtensionOf(const std::string& file) {
   constexpr size_t kLongest = 7;
   const size_t dot = file.rfind('.');
@@ -29,7 +29,7 @@ std::string ExtensionOf(const std::string& file) {
   return plain && extension.size() > 1 ? extension : "";
 }
 
-// The ID of a link's name; nothing for a name that is none of ours.
+// Returns the ID in a link's name; nothing for a name that is not ours.
 std::optional<uint32_t> IDOfName(std::string_view name) {
   uint32_t id = 0;
   const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), id);
@@ -38,7 +38,7 @@ std::optional<uint32_t> IDOfName(std::string_view name) {
   return id;
 }
 
-// With the exact time of day: the one that the file system gives is coarse, and two changes could share it.
+// Sets the exact time: the file system's own time stamps are coarse, and two changes could get the same.
 void SetTimeOf(const std::string& folder, double secondsFromNow) {
   timespec times[2];
   clock_gettime(CLOCK_REALTIME, &times[1]);
@@ -79,7 +79,7 @@ void ActiveFolder::TakeStock(size_t folder) {
   for (const auto& entry : std::filesystem::directory_iterator(path, error)) {
     const std::string name = entry.path().filename().string();
     if (name.starts_with(".")) {
-      // Between making and renaming, a process was killed.
+      // Left by a process that was killed between creating and renaming.
       if (IDOfName(std::string_view(name).substr(1))) unlink(entry.path().c_str());
     } else if (const auto id = IDOfName(name); id && *id % kFolders == folder) {
       links_[*id] = name;
@@ -94,7 +94,7 @@ ActiveFolder::LinkResult ActiveFolder::Link(uint32_t id, const std::string& file
   unlink(hidden.c_str());
   LinkResult result;
   if (kind_ == LinkKind::kHardPreferred) {
-    // Follows a symbolic link in the library, so that the new name is of the font's own file.
+    // Follow a symbolic link in the library, so that the link is to the font file itself.
     result.symbolic = linkat(AT_FDCWD, file.c_str(), AT_FDCWD, hidden.c_str(), AT_SYMLINK_FOLLOW) != 0;
   } else {
     result.symbolic = true;

@@ -1,9 +1,9 @@
-// The folder of links that makes font files active for every program: fontconfig reads it.
+// The folder of links that activates font files for every program that uses fontconfig.
 //
-// Links are spread over 16 folders by the last hexadecimal digit of the font ID, because every program re-reads the
-// whole folder that changed. A link is "ID.extension": made under a dot-name, which fontconfig ignores, then renamed.
-// fontconfig compares the times of folders in whole seconds, so a change made in the second in which a program loaded
-// its fonts would go unseen: each changed folder is touched once more, 1.5 s later.
+// The links are distributed over 16 folders by the last hexadecimal digit of the font ID, because every program
+// re-reads a changed folder as a whole. A link is "ID.extension": created under a dot-name, which fontconfig ignores,
+// then renamed. fontconfig compares the times of folders in whole seconds, so it would miss a change in the second in
+// which a program loaded its fonts. Each changed folder is therefore touched again 1.5 s later.
 #pragma once
 
 #include <array>
@@ -19,8 +19,8 @@
 namespace agent {
 
 enum class LinkKind {
-  kSymbolic,       // for a folder of our own
-  kHardPreferred,  // for the user's font folder: sandboxed programs see it, but not what a symbolic link points to
+  kSymbolic,       // for our own folder
+  kHardPreferred,  // for the user's font folder, where sandboxed programs cannot see the target of a symbolic link
 };
 
 class ActiveFolder {
@@ -32,26 +32,26 @@ class ActiveFolder {
   ActiveFolder(const ActiveFolder&) = delete;
   ActiveFolder& operator=(const ActiveFolder&) = delete;
 
-  // Makes what is missing, takes stock of the links that are there and removes half-made ones.
+  // Creates missing folders, reads the existing links and removes unfinished ones.
   std::error_code Prepare();
 
   struct LinkResult {
     std::error_code error;
     bool symbolic = false;
   };
-  // Makes or replaces the link of the ID to the file, an absolute path.
+  // Creates or replaces the link from the ID to the file, an absolute path.
   LinkResult Link(uint32_t id, const std::string& file);
-  std::error_code Unlink(uint32_t id);  // no link is no error
+  std::error_code Unlink(uint32_t id);  // a missing link is not an error
   bool IsLinked(uint32_t id) const { return links_.contains(id); }
   std::vector<uint32_t> LinkedIDs() const;
-  // Dates the folders that wait for their second touch as if they had been touched; for the end of the process.
+  // Gives the folders that wait for their second touch the time of that touch. For the end of the process.
   void FinishTouches();
 
   const std::string& Root() const { return root_; }
   bool PrefersHardLinks() const { return kind_ == LinkKind::kHardPreferred; }
-  // Whether a path that fontconfig reports is one of these links, and the ID that such a link is named by.
+  // True if a path from fontconfig is one of these links. IDOfLink returns the ID in the name of such a link.
   bool Holds(const std::string& path) const;
-  // Also true for a link of another agent of the user, which is no font of the operating system either.
+  // Also true for links of other agents of the user, which are not fonts of the operating system either.
   bool IsLinkOfAnyAgent(const std::string& path) const;
   std::optional<uint32_t> IDOfLink(const std::string& path) const;
 

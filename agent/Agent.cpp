@@ -15,7 +15,7 @@ namespace agent {
 
 namespace {
 
-// A client that reconnects at once, or a first client that is still on its way, finds the agent there.
+// Time in which a client that reconnects, or a first client on its way, finds the agent running.
 constexpr double kLinger = 1.0;
 constexpr double kPatienceForFirstClient = 60.0;
 constexpr int kFlushMilliseconds = 200;
@@ -58,7 +58,7 @@ std::error_code Agent::Start() {
   return {};
 }
 
-// Where nothing can be watched, the next request notices the loss.
+// If the folder cannot be watched, the next request notices the loss.
 void Agent::WatchPlace() {
   placeWatch_ = platform::Descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
   if (!placeWatch_) return;
@@ -73,14 +73,14 @@ void Agent::WatchPlace() {
   });
 }
 
-// An agent without its folder could neither store nor make anything active, and a second one may be about to start in its
-// place. So it says so, ends, and makes nothing anew.
+// Without its folder the agent can neither store nor activate anything, and another agent may start in its place. So it
+// reports that, ends, and creates nothing.
 void Agent::CheckPlace() {
   if (isLost_ || lock_.Look() == InstanceLock::Place::kKept) return;
   isLost_ = true;
   log_.Write(configuration_.stateFolder + ": was removed or replaced while the agent ran; the agent ends");
   dispatcher_.RefuseAll(kInvalidVault);
-  EndAfter(kLinger);  // until then clients hear the reason
+  EndAfter(kLinger);  // until then clients get the reason
 }
 
 void Agent::ClearDesktop() {
@@ -155,7 +155,7 @@ void Agent::EndAfter(double seconds) {
 void Agent::Finish() {
   server_.StopListening();
   Notify({{"notify", PluginInterface::kAgentShutdown}});
-  // The links at this place may be those of the agent that came after this one.
+  // A new agent may already own the links here.
   if (library_ && lock_.Look() != InstanceLock::Place::kReplaced) library_->Finish();
   server_.Flush(kFlushMilliseconds);
 }

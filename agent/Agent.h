@@ -1,4 +1,4 @@
-// The agent of one state folder: the library, the clients that are connected, and when to end.
+// The agent of one state folder: owns the library and the connected clients and decides when to end.
 #pragma once
 
 #include <map>
@@ -18,17 +18,17 @@ namespace agent {
 
 class Agent {
  public:
-  // `lock` is that of the state folder; it outlives the agent.
+  // `lock` is the lock of the state folder and must outlive the agent.
   Agent(const Configuration& configuration, const InstanceLock& lock, platform::RunLoop& loop);
   ~Agent();
   Agent(const Agent&) = delete;
   Agent& operator=(const Agent&) = delete;
 
-  // Listens and starts the first scan. A failure to listen is the result.
+  // Listens and starts the first scan. Returns the error if it cannot listen.
   std::error_code Start();
-  // Tells the clients and takes back what they asked for. To be called once, after the loop.
+  // Notifies the clients and deactivates what they requested. Call once, after the loop.
   void Finish();
-  // The state folder was removed, moved or replaced while the agent ran, which stopped the loop.
+  // True if the state folder was removed, moved or replaced while the agent was running, which stopped the loop.
   bool IsLost() const { return isLost_; }
 
  private:
@@ -48,7 +48,7 @@ class Agent {
   void NotifyFont(uint32_t kind, uint32_t fontID);
   void OnGone(ClientID client);
   void EndAfter(double seconds);
-  void KeepRunning();  // undoes EndAfter
+  void KeepRunning();  // cancels EndAfter
 
   Configuration configuration_;
   const InstanceLock& lock_;
@@ -56,10 +56,10 @@ class Agent {
   AgentLog log_;
   Server server_;
   Dispatcher dispatcher_;
-  std::unique_ptr<FontLibrary> library_;  // null if its databases can't be used
-  std::map<ClientID, Client> clients_;    // those that have said hello; others only looked whether somebody answers
+  std::unique_ptr<FontLibrary> library_;  // null if its databases cannot be used
+  std::map<ClientID, Client> clients_;    // that called Hello; others only checked whether an agent answers
   platform::RunLoopTimerRef endTimer_;
-  platform::Descriptor placeWatch_;  // of the state folder and the lock file in it
+  platform::Descriptor placeWatch_;  // watches the state folder and its lock file
   bool isLost_ = false;
 };
 

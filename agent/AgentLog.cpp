@@ -32,7 +32,7 @@ void AgentLog::Write(const std::string& text) const {
   char time[32];
   std::strftime(time, sizeof time, "%Y-%m-%d %H:%M:%S ", localtime_r(&now, &parts));
   const std::string whole = time + line + "\n";
-  // A full disk must not end the agent; the line stood on standard error.
+  // Ignored: a full disk must not end the agent, and the line is on standard error.
   [[maybe_unused]] const ssize_t written = write(file_.Get(), whole.data(), whole.size());
 }
 

@@ -1,5 +1,5 @@
-// What a person should know of the agent's doings: each line goes to standard error and to a file, since an agent that
-// was started by a plug-in has no terminal.
+// The agent's log for people. Each line goes to standard error and to a file, because an agent that a plug-in started
+// has no terminal.
 #pragma once
 
 #include <string>
@@ -13,10 +13,11 @@ class AgentLog {
  public:
   static constexpr size_t kLongestFile = 1 << 20;
 
-  // From here on lines go to the file, too, at its end. A file that has grown beyond kLongestFile is put aside first as
-  // path + ".old", in place of the one before.
+  // From now on also appends lines to the file. A file longer than kLongestFile is first renamed to path + ".old",
+  // replacing an earlier one.
   std::error_code Open(const std::string& path);
-  // One line, without its end; the file gets the time before it. Control characters in it are shown as U+FFFD.
+  // Writes one line, given without its end. The file gets the time before it. Control characters are replaced by
+  // U+FFFD.
   void Write(const std::string& text) const;
 
  private:

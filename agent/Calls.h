@@ -1,4 +1,4 @@
-// The handlers of the calls that need fonts, one for each call of AGENT_FONT_CALLS. Those of the session are members of
+// The handlers of the calls that need fonts, one for each call of AGENT_FONT_CALLS. The session calls are members of
 // Agent. docs/PROTOCOL.md says what each call does.
 #pragma once
 

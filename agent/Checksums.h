@@ -1,4 +1,4 @@
-// Checksums by which one font is told from another on any machine.
+// Checksums that identify a font on any machine.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace agent {
 
-// CRC-32 as in ISO 3309 (polynomial 0xEDB88320); `start` is the result over the bytes before these.
+// CRC-32 of ISO 3309 (polynomial 0xEDB88320). `start` is the result for the preceding bytes.
 uint32_t Crc32(std::string_view bytes, uint32_t start = 0);
 
 // 32-bit FNV-1a; `start` as above.

@@ -1,4 +1,4 @@
-// What nexcore.json in the state folder says.
+// The contents of nexcore.json in the state folder.
 #pragma once
 
 #include <optional>
@@ -10,18 +10,18 @@ namespace agent {
 
 struct Configuration {
   std::string stateFolder;           // absolute
-  std::vector<std::string> library;  // absolute folders; those given relative are meant from the state folder
+  std::vector<std::string> library;  // absolute folders; relative ones start at the state folder
   bool desktop = false;
   bool exitWithLastClient = false;
-  std::set<std::string> refused;  // PostScript names that an administrator does not let be activated
+  std::set<std::string> refused;  // PostScript names of fonts that must not be activated
 
   std::string RuntimeFolder() const { return stateFolder + "/run"; }
   std::string DataFolder() const { return stateFolder + "/agent"; }
-  // Where the links go that make fonts active.
+  // The folder of the links that activate fonts.
   std::string ActiveFolderPath() const;
 };
 
-// Nothing, with one line in error, if the folder or its configuration can't be used.
+// Returns nothing, with one line in `error`, if the folder or its configuration cannot be used.
 std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, std::string& error);
 
 }  // namespace agent

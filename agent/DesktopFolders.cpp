@@ -18,8 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 using Report = std::function<void(const std::string& line)>;
 
-// What the agent of the state folder would link at its next start. Nothing if its database is gone or can't be used: that
-// agent links again what it finds later.
+// The fonts that the agent of the state folder would link at its next start. Nothing if its database is gone or
+// unusable; that agent links later what it finds.
 std::map<uint32_t, int32_t> StoredActivations(const Configuration& configuration) {
   const std::string path = configuration.DataFolder() + "/user.db";
   if (!platform::FileExists(path)) return {};
@@ -30,7 +30,7 @@ std::map<uint32_t, int32_t> StoredActivations(const Configuration& configuration
   }
 }
 
-// Removes the folder if it holds no links and nothing of anybody else.
+// Removes the folder if it contains no links and no files of anybody else.
 void RemoveIfEmpty(const std::string& folder) {
   std::vector<fs::path> children;
   std::error_code error;

@@ -44,7 +44,7 @@ std::string DecodeName(const FT_SfntName& name) {
   return platform::TrimWhitespace(WithoutControls(text));
 }
 
-// How far a record of the name table is what an English user sees; 0 for one that is not looked at.
+// Ranks a record of the name table by how well it suits an English user; 0 if it is not used.
 int Preference(const FT_SfntName& name) {
   constexpr FT_UShort kEnglishUS = 0x0409;
   if (name.platform_id == TT_PLATFORM_MICROSOFT && name.encoding_id <= TT_MS_ID_UNICODE_CS) {
@@ -77,7 +77,7 @@ std::string WithoutVersionWord(const std::string& text) {
   return platform::TrimWhitespace(version.substr(0, version.find(';')));
 }
 
-// Makers whose Type 1 and CFF fonts have only a notice to tell them by.
+// Makers that only the notice of their Type 1 and CFF fonts names.
 std::string MakerInNotice(FT_Face face) {
   static constexpr std::string_view kMakers[] = {"Adobe",    "URW",      "Bitstream", "Monotype",
                                                  "Linotype", "ParaType", "Bigelow",   "International Typeface"};
@@ -101,7 +101,7 @@ std::string VendorOf(FT_Face face) {
   return vendor == "UKWN" ? "" : vendor;  // the registry's own tag for an unknown vendor
 }
 
-// A document stores "unknown", in any case, as "--"; the font's record must say the same to be recognised by it.
+// Documents store "unknown", in any case, as "--"; the record must do the same to be recognised.
 std::string FoundryOf(FT_Face face, const std::string& manufacturer) {
   constexpr const char* kNoFoundry = "--";
   for (const std::string& foundry : {manufacturer, MakerInNotice(face), VendorOf(face)}) {
@@ -135,8 +135,8 @@ uint16_t Short(std::string_view bytes, size_t at) {
   return static_cast<uint16_t>(static_cast<uint8_t>(bytes[at]) << 8 | static_cast<uint8_t>(bytes[at + 1]));
 }
 
-// What is walked for one face. Any number of names may share their bytes, and FreeType copies each;
-// any number of maps from characters may share theirs, and it checks each.
+// The number of bytes processed for one face. Any number of names may share bytes, and FreeType copies each; any number
+// of character maps may share bytes, and it checks each.
 uint64_t CostOf(const SfntTables& tables) {
   constexpr size_t kHeaderSize = 6, kRecordSize = 12, kLengthInRecord = 8;
   const std::string_view names = tables.Table("name"), maps = tables.Table("cmap");
@@ -152,7 +152,7 @@ uint32_t KerningChecksum(const SfntTables& tables, FileReading& reading) {
   return std::max(1u, (whole ^ whole >> 20) & 0xFFFFFu);
 }
 
-// The place tells faces of a collection apart that share their outlines.
+// The place distinguishes faces of a collection that share their outlines.
 void SetOutlineChecksums(const std::vector<std::string_view>& outlines, std::string_view place, FileReading& reading,
                          FontFace& face) {
   uint32_t crc = 0;
@@ -165,14 +165,14 @@ void SetOutlineChecksums(const std::vector<std::string_view>& outlines, std::str
   face.checksum = std::max(1u, Fnv1a(place, fnv));
 }
 
-// A text of a file that does not say in which encoding.
+// Converts a text of unknown encoding.
 std::string TextOf(const char* bytes) {
   const std::string given = bytes ? bytes : "";
   if (platform::IsValidUTF8(given)) return WithoutControls(given);
   return WithoutControls(platform::DecodeText(given, platform::TextEncoding::kMacRoman).value_or(""));
 }
 
-// What both kinds of file have; false with a problem if the face has no use as a font.
+// Reads what both kinds of file have. Returns false with a problem if the face is unusable.
 bool ReadCommon(FT_Face face, FontFace& out, std::string& problem) {
   out.postScriptName = TextOf(FT_Get_Postscript_Name(face));
   if (!FT_IS_SCALABLE(face)) problem = "has no outlines";

@@ -1,4 +1,4 @@
-// One face of a font file, read through FreeType and from its tables.
+// Reads one face of a font file, with FreeType and from its tables.
 #pragma once
 
 #include <ft2build.h>
@@ -25,7 +25,7 @@ class FreeTypeLibrary {
   FT_Library library_ = nullptr;
 };
 
-// False with a line in problem if the face can't be used. The faces of one file are read in one reading.
+// Returns false, with a line in `problem`, if the face cannot be used. Use one FileReading for all faces of a file.
 bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const SfntTables& tables, int index,
                   FileReading& reading, FontFace& face, std::string& problem);
 bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const std::string& fileName, FontFace& face,

@@ -5,7 +5,7 @@
 namespace agent {
 
 namespace {
-// Of sound files even those of many faces stay far below.
+// Sound files, even with many faces, stay far below.
 constexpr uint64_t kTimesItsSize = 16;
 constexpr uint64_t kAlwaysAllowed = uint64_t{1} << 20;
 }  // namespace

@@ -1,6 +1,6 @@
-// What the faces of one font file cost to read, and the checksums over their parts. The faces of a collection share tables,
-// and a file of a few bytes may tell of any number of faces that share all of it, so that a part is walked once, and all
-// that is read together may be some times the file's size and no more.
+// Limits the work for the faces of one font file, and computes checksums of its parts. The faces of a collection share
+// tables, and a tiny file can claim any number of faces that share all of it. So each part is processed once, and all
+// that is processed is limited to a multiple of the file's size.
 #pragma once
 
 #include <cstdint>
@@ -12,14 +12,14 @@ namespace agent {
 
 class FileReading {
  public:
-  // The bytes must outlive this object; parts are views of them.
+  // The bytes must outlive this object. Parts are views of them.
   explicit FileReading(std::string_view bytes);
 
-  // False if so many bytes more are too many; nothing more can be read then.
+  // Returns false if this number of bytes exceeds the limit; nothing more can be read then.
   bool Pay(uint64_t bytes);
   bool IsSpent() const { return isSpent_; }
 
-  // As the functions of these names, over parts of the file; any number if the reading IsSpent.
+  // Like the functions with these names, for parts of the file. The result is undefined if IsSpent.
   uint32_t Crc32(std::string_view part, uint32_t start);
   uint32_t Fnv1a(std::string_view part, uint32_t start);
 

@@ -14,7 +14,7 @@ namespace {
 
 std::string LastProblem() { return std::generic_category().message(errno); }
 
-// Below a given folder only; a given folder itself may be hidden.
+// Applies only below a given folder; the given folder itself may be hidden.
 bool IsHidden(const std::string& name) { return name.starts_with("."); }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Goes through folders and all below them, one folder a step, and gathers their regular files.
+// Walks through folders and their subfolders, one folder per step, and collects their regular files.
 //
-// A folder or file that is reached twice, by links or since two given folders overlap, counts once, so that loops end.
+// A folder or file that is reached twice, through links or because given folders overlap, counts once. So loops end.
 #pragma once
 
 #include <deque>
@@ -25,13 +25,13 @@ struct FoundFile {
 
 class FolderWalk {
  public:
-  // The excluded folder is passed over wherever it is met; it need not exist.
+  // Skips the excluded folder wherever it is found; it need not exist.
   FolderWalk(const std::vector<std::string>& folders, const std::string& excluded);
 
   bool IsDone() const { return waiting_.empty(); }
-  // The folder that the next step reads; empty when done.
+  // The folder that the next step reads; empty at the end.
   std::string Next() const { return waiting_.empty() ? "" : waiting_.front(); }
-  // Reads the next folder; its name, or empty when done. Entries are taken in the order of their names.
+  // Reads the next folder and returns its name, or an empty string at the end. Entries are sorted by name.
   std::string Step();
 
   const std::vector<FoundFile>& Files() const { return files_; }

@@ -1,4 +1,4 @@
-// Calls that look fonts up.
+// Calls that look up fonts.
 #include <map>
 #include <set>
 
@@ -12,7 +12,7 @@ namespace {
 
 using Fonts = std::vector<const Font*>;
 
-// 0 among the workgroups means all, and so does an empty list.
+// A 0 among the workgroups means all, and so does an empty list.
 void KeepWorkgroups(Fonts& fonts, const Numbers& workgroupIDs) {
   const std::set<uint32_t> wanted(workgroupIDs.begin(), workgroupIDs.end());
   if (wanted.empty() || wanted.contains(0)) return;
@@ -28,7 +28,7 @@ calls::IDs IDsOf(Fonts fonts, const Numbers& workgroupIDs) {
 
 Record RecordOf(FontLibrary& library, const Font& font) { return MakeFontRecord(font, library.Active().StateOf(font)); }
 
-// Whether font a represents its PostScript name in the family better than b.
+// True if font a represents its PostScript name in the family better than b.
 bool IsBetterMember(FontLibrary& library, const Font& a, const Font& b, uint32_t askedID, const std::string& kind) {
   const auto rank = [&](const Font& font) {
     if (font.id == askedID) return 3;
@@ -60,8 +60,9 @@ Answer<calls::GetFontInfoByID> Serve(FontLibrary& library, ClientID,
   return calls::GetFontInfoByID::Result{RecordOf(library, *font)};
 }
 
-// The members of a family that can be active together. Of several files with one PostScript name only one can be active, so
-// each name appears once: the asked font itself, else the active one, else one of the asked font's kind, else the first.
+// Returns the members of a family that can be active together. Of several files with one PostScript name only one can
+// be active, so each name occurs once: the requested font itself, else the active one, else one of the requested font's
+// kind, else the first.
 Answer<calls::FindFontsInSameFamilyForActivation> Serve(
     FontLibrary& library, ClientID, const calls::FindFontsInSameFamilyForActivation::Arguments& arguments) {
   library.FreshenSystemFonts(false);

@@ -31,7 +31,7 @@ bool HoldsSameBytes(const std::string& path, const std::string& bytes) {
   return !platform::ReadFile(path, other) && other == bytes;
 }
 
-// A file of its own in the folder, which goes with this object unless it has been given its name.
+// A temporary file in the folder, deleted with this object unless it was given its final name.
 class PartFile {
  public:
   PartFile(const std::string& folder, std::error_code& error) : path_(folder + "/.copy-XXXXXX") {
@@ -54,10 +54,10 @@ class PartFile {
     return fchmod(file_.Get(), 0644) != 0 || fsync(file_.Get()) != 0 ? LastError() : std::error_code();
   }
 
-  // std::errc::file_exists if the name is taken.
+  // Returns std::errc::file_exists if the name is taken.
   std::error_code Name(const std::string& path) const {
     if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) return {};
-    // Network file systems can't rename so, but make a second name.
+    // Network file systems cannot rename without replacing, but can create a link.
     if (errno == EINVAL && link(path_.c_str(), path.c_str()) == 0) return {};
     return LastError();
   }

@@ -1,4 +1,4 @@
-// Copies of font files in a folder of the user's.
+// Copies font files to a folder of the user.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace agent {
 
-// Copies the file into the folder, under its own name or, if another file has that, "name 2.otf" and so on; no file is
-// ever written over, and none is there in part. A file that already holds the same bytes counts as the copy. The copy's
-// path in *copy.
+// Copies the file to the folder, under its own name or, if another file has that, as "name 2.otf" and so on. Never
+// replaces a file and never leaves a partial one. A file with the same bytes counts as the copy. *copy receives the
+// copy's path.
 std::error_code ExportFile(const std::string& file, const std::string& folder, std::string* copy);
 
 }  // namespace agent

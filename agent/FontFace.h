@@ -1,4 +1,4 @@
-// What a font file says of one of its faces, and what identifies the face on any machine.
+// The properties of one face of a font file, and what identifies the face on any machine.
 #pragma once
 
 #include <cstdint>
@@ -7,17 +7,17 @@
 namespace agent {
 
 struct FontFace {
-  int32_t faceIndex = 0;       // place in a collection, else 0
+  int32_t faceIndex = 0;       // index in a collection, otherwise 0
   std::string postScriptName;  // never empty
   std::string family;
   std::string style;
   // "OpenType - PS": CFF outlines. "OpenType - TT": glyf outlines with one of the layout or signature tables GSUB,
-  // GPOS, GDEF, BASE, JSTF, DSIG. "TrueType": glyf outlines without. "Postscript": Type 1. "PostScript - MM": Type 1
-  // with axes.
+  // GPOS, GDEF, BASE, JSTF, DSIG. "TrueType": glyf outlines without these. "Postscript": Type 1. "PostScript - MM":
+  // Type 1 with axes.
   std::string kind;
   // Name 8; else a maker known from the notice; else the vendor of OS/2; else "--".
   std::string foundry;
-  // Name 5 without a leading "Version " and what follows its first ";"; the /version of Type 1.
+  // Name 5 without a leading "Version " and without the part after its first ";", or the /version of a Type 1 font.
   std::string version;
   std::string printerFont;         // Type 1: the file's name
   uint32_t kerningChecksum = 0;    // 20 bits over kern and GPOS; 0 without either

@@ -51,7 +51,8 @@ std::error_code ReadStart(const std::string& path, std::string& bytes) {
   return {};
 }
 
-// The segments of the binary form must follow each other within the file; FreeType takes what is cut off as zeros.
+// Checks that the segments of the binary form follow each other within the file. FreeType would read missing bytes as
+// zeros.
 bool SegmentsAreWhole(std::string_view bytes) {
   while (bytes.size() >= 2 && bytes[0] == '\x80') {
     if (bytes[1] == 3) return true;
@@ -88,7 +89,7 @@ FontFileContent FontFileReader::Read(const std::string& path) const {
   }
   std::string bytes;
   std::error_code error = ReadStart(path, bytes);
-  // Films and archives in a font folder are not read whole to find that they are no fonts.
+  // Do not read large files such as films and archives to find that they are not fonts.
   if (!error && !StartsLikeAFont(bytes) && !IsNamedLikeAFont(path)) return content;
   if (!error) error = platform::ReadFile(path, bytes);
   if (error) return broken(platform::DescribeError(error));

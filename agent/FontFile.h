@@ -1,4 +1,4 @@
-// Font files, read through FreeType: which are fonts, and the faces in them.
+// Reads font files with FreeType: decides which files are fonts and lists their faces.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct FontFileContent {
   std::string problem;  // one line; a collection may have faces and a problem
 };
 
-// Reads files through FreeType. One object serves one thread.
+// Reads files with FreeType. Use an object on one thread only.
 class FontFileReader {
  public:
   FontFileReader();
@@ -27,7 +27,8 @@ class FontFileReader {
   FontFileReader(const FontFileReader&) = delete;
   FontFileReader& operator=(const FontFileReader&) = delete;
 
-  // A file is a font by its content. One that is named like a font and holds none is broken, any other is no font.
+  // The content decides whether a file is a font. A file that is named like a font but is not one is broken; any other
+  // file is not a font.
   FontFileContent Read(const std::string& path) const;
   FontFileContent Parse(std::string_view bytes, const std::string& fileName) const;
 

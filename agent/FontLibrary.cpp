@@ -44,7 +44,7 @@ void FontLibrary::Start() {
 
 void FontLibrary::Rescan() {
   if (scanner_.IsRunning()) {
-    scanAgain_ = true;  // the change may be in a folder that was passed already
+    scanAgain_ = true;  // the change may be in a folder that was scanned already
     return;
   }
   watch_.BeginScan();

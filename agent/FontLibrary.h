@@ -1,5 +1,5 @@
-// The fonts that the agent has, kept in step with the folders, and what is active of them. It owns the two databases,
-// the table, the scanner, the folder of links and the books of activations, and runs the scans on the loop.
+// The agent's fonts, kept up to date with the folders, and their activations. Owns the two databases, the table, the
+// scanner, the folder of links and the activations, and runs the scans on the loop.
 #pragma once
 
 #include <functional>
@@ -22,27 +22,27 @@ struct LibraryEvents {
   std::function<void(uint32_t fontID)> activated;
   std::function<void(uint32_t fontID)> deactivated;
   std::function<void(uint32_t fontID)> missing;
-  std::function<void(const ScanProgress&)> scanProgress;  // now and then while files are read
+  std::function<void(const ScanProgress&)> scanProgress;  // occasionally, while files are read
   std::function<void(bool hadProgress)> scanFinished;
-  std::function<void(const std::string& line)> report;  // for a person
+  std::function<void(const std::string& line)> report;  // a line for people
 };
 
 class FontLibrary {
  public:
-  // Throws StoreError if a database can't be used; nothing is changed then.
+  // Throws StoreError, with nothing changed, if a database cannot be used.
   FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events);
   ~FontLibrary();
   FontLibrary(const FontLibrary&) = delete;
   FontLibrary& operator=(const FontLibrary&) = delete;
 
-  // Clears what an agent left behind that was killed, and starts the first scan.
+  // Removes what a killed agent left and starts the first scan.
   void Start();
-  // The first scan is done: the table can be asked.
+  // True if the first scan has finished, so that the table can be used.
   bool IsReady() const { return scanner_.HasFinishedOnce(); }
-  void Rescan();  // if none runs
-  // Before questions of what is active. The operating system is asked at most every few seconds, unless it must be now.
+  void Rescan();  // if none is running
+  // Call before looking at active fonts. Asks the operating system at most every few seconds, or at once with `now`.
   void FreshenSystemFonts(bool now);
-  // Takes back what clients asked for; what is stored stays linked.
+  // Deactivates what clients requested; stored activations stay linked.
   void Finish();
 
   const FontTable& Table() const { return table_; }
@@ -70,7 +70,7 @@ class FontLibrary {
   bool hadProgress_ = false;
   bool scanAgain_ = false;
   double lastFreshened_ = 0;
-  std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps look whether this object is still there
+  std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps check whether this object still exists
 };
 
 }  // namespace agent

@@ -1,4 +1,4 @@
-// A font as its record crosses the wire: a flat object of texts, in the vocabulary of font records.
+// The record of a font for the socket: a flat object of strings, with the keys of font records.
 #pragma once
 
 #include "agent/FontTable.h"
@@ -8,7 +8,7 @@
 namespace agent {
 
 agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state);
-// Numbers and flags in it are decimal text, as in font records.
+// Its numbers and flags are decimal text, as in font records.
 agent_protocol::Record MakeWorkgroupRecord(const Workgroup& workgroup);
 
 }  // namespace agent

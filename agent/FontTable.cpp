@@ -44,7 +44,7 @@ std::vector<Font> FontTable::ReplaceFile(const std::string& path, const std::vec
     files_.erase(known);
   }
   for (const Font& font : fonts) {
-    // A file that was moved brings its IDs along while the old path may still be on the books.
+    // A moved file keeps its IDs, possibly while the old path is still in the table.
     if (const auto old = fonts_.find(font.id); old != fonts_.end()) {
       Forget(old->second);
       auto& ids = files_[old->second.path];

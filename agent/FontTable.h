@@ -1,4 +1,4 @@
-// All fonts that the agent knows at this moment, by ID, name, family and file.
+// All fonts that the agent knows now, by ID, name, family and file.
 #pragma once
 
 #include <cstdint>
@@ -31,21 +31,21 @@ struct Font {
   FontFace face;
 };
 
-// Fonts of one file stand under one path. Pointers stay valid until their file is replaced or removed.
+// The fonts of a file have one path. Pointers are valid until their file is replaced or removed.
 class FontTable {
  public:
-  // The fonts of a file in place of those that it had; empty removes the file. Gives those that are no longer there.
+  // Replaces the fonts of a file; an empty list removes the file. Returns the fonts that are gone.
   std::vector<Font> ReplaceFile(const std::string& path, const std::vector<Font>& fonts);
-  // The files that the operating system has active by itself, whatever their workgroup.
+  // Sets the files that the operating system has active by itself, in whatever workgroup.
   void SetSystemActiveFiles(std::set<std::string> paths) { systemActive_ = std::move(paths); }
   bool IsSystemActive(const Font& font) const { return systemActive_.contains(font.path); }
 
   const Font* Find(uint32_t id) const;  // null if unknown
-  // In the order of workgroup, then ID.
-  std::vector<const Font*> WithPostScriptName(std::string_view name) const;  // exactly
-  std::vector<const Font*> WithFamilyName(std::string_view name) const;      // whatever the case
+  // Sorted by workgroup, then ID.
+  std::vector<const Font*> WithPostScriptName(std::string_view name) const;  // exact match
+  std::vector<const Font*> WithFamilyName(std::string_view name) const;      // ignoring case
   std::vector<const Font*> WithFamilyID(uint32_t familyID) const;
-  std::vector<const Font*> OfFile(const std::string& path) const;  // in the order of faces
+  std::vector<const Font*> OfFile(const std::string& path) const;  // in the order of the faces
   size_t Count() const { return fonts_.size(); }
 
  private:

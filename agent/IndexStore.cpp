@@ -11,7 +11,7 @@ namespace agent {
 
 namespace {
 
-// Raised whenever the reader finds more or other things in a file: rows of another version are not used.
+// Increase it when the reader finds more or other things in a file: rows of another version are not used.
 constexpr int kIndexVersion = 2;
 
 constexpr const char* kTables = R"(

@@ -1,5 +1,5 @@
-// index.db: what a scan found in each file, so that an unchanged file is not read again. Everything here can be found
-// again by another scan; the file may be deleted at any time, and a damaged one is moved aside and made anew.
+// index.db: what a scan found in each file, so that unchanged files are not read again. It can be created again by a
+// scan, so the file may be deleted at any time. A damaged one is renamed and created anew.
 #pragma once
 
 #include <functional>
@@ -12,14 +12,14 @@
 
 namespace agent {
 
-// Equal identities mean that a file's content was not touched.
+// If identities are equal, the file's content has not changed.
 struct FileIdentity {
   uint64_t device = 0;
   uint64_t inode = 0;
   uint64_t size = 0;
   int64_t modified = 0;  // nanoseconds since the epoch
 
-  // Of what the path leads to; false with a line in problem.
+  // Reads the identity of the file at the path. Returns false with a line in `problem`.
   static bool Of(const std::string& path, FileIdentity& identity, std::string& problem);
   bool IsSameFile(const FileIdentity& other) const { return device == other.device && inode == other.inode; }
   bool operator==(const FileIdentity&) const = default;
@@ -33,11 +33,11 @@ struct IndexedFile {
 
 class IndexStore {
  public:
-  // Throws StoreError if no database can be made. If a damaged one was moved aside, report gets a line.
+  // Throws StoreError if no database can be created. `report` gets a line if a damaged one was renamed.
   IndexStore(const std::string& path, const std::function<void(const std::string&)>& report);
 
   std::vector<IndexedFile> Load();
-  void Put(const IndexedFile& file);  // in place of what was known of the path
+  void Put(const IndexedFile& file);  // replaces the entry of the path
   void Remove(const std::string& path);
 
  private:

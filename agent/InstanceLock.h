@@ -1,4 +1,4 @@
-// One agent for a state folder: a lock on a file there, which the system lets go when its holder dies.
+// Ensures that a state folder has one agent: a lock on a file in it, which the system releases when its holder ends.
 #pragma once
 
 #include <string>
@@ -11,17 +11,17 @@ namespace agent {
 class InstanceLock {
  public:
   enum class Result {
-    kTaken,   // held from here until this object goes
-    kServed,  // another agent lives and answers
-    kFailed,  // neither, with the reason in error
+    kTaken,   // held until this object is destroyed
+    kServed,  // another agent is running and answers
+    kFailed,  // neither; `error` says why
   };
-  // Another agent that holds the lock and does not answer is starting or ending; it is given some seconds for either.
+  // An agent that holds the lock but does not answer is starting or ending. Waits some seconds for it.
   Result Take(const std::string& runtimeFolder, const std::string& socketName, std::error_code& error);
-  // Whether the lock file that Take made is still at its place, where another agent would find it.
+  // Tells whether the lock file that Take created is still in its place, where another agent would find it.
   enum class Place { kKept, kRemoved, kReplaced };
   Place Look() const;
-  // Does not wait and makes nothing. True if no agent lives; none can start then until this object goes, unless the
-  // runtime folder is gone, too.
+  // Neither waits nor creates anything. Returns true if no agent is running; none can start then until this object is
+  // destroyed, unless the runtime folder is gone.
   bool TakeFromDead(const std::string& runtimeFolder, const std::string& socketName);
 
  private:

@@ -1,4 +1,4 @@
-// JSON as the wire and the configuration use it.
+// JSON for the socket and the configuration.
 #pragma once
 
 #include "agent/include/CallEncoding.h"

@@ -51,7 +51,7 @@ void LibraryWatch::Add(const std::string& folder) {
   if (!inotify_) Open();
   if (inotify_ && inotify_add_watch(inotify_.Get(), folder.c_str(), kEvents) >= 0) return;
   if (errno == ENOENT || errno == ENOTDIR) {
-    // It vanished a moment ago; a given folder of this name is a new one when it comes.
+    // It has just vanished. When a given folder with this name comes back, it is a new one.
     if (const auto given = given_.find(folder); given != given_.end()) given->second = {};
     return;
   }

@@ -9,7 +9,7 @@ namespace agent {
 
 namespace {
 
-// Unchanged files cost next to nothing; so many of them make one step.
+// Unchanged files are cheap, so a step handles this many of them.
 constexpr size_t kUnchangedPerStep = 256;
 
 }  // namespace
@@ -82,7 +82,7 @@ void Scanner::TakeSystemFiles() {
     FoundFile file;
     file.path = path;
     if (!FileIdentity::Of(path, file.identity, problem)) continue;
-    // A library's file that the operating system lists by itself stays the library's, and is active.
+    // A file of the library that the operating system also lists stays in the library and is active.
     const auto library = libraryFiles_.find({file.identity.device, file.identity.inode});
     active.insert(library == libraryFiles_.end() ? path : library->second);
     systemFiles_.push_back(std::move(file));
@@ -95,7 +95,7 @@ bool Scanner::TakeFile(const FoundFile& file, uint32_t workgroupID) {
   if (before != seen_.end()) return false;
   seen_[file.path] = workgroupID;
   const auto known = known_.find(file.path);
-  // What could not be read may be readable now, though its date tells nothing.
+  // A file that could not be read may be readable now, even with the same date.
   const bool isUnchanged = known != known_.end() && known->second.identity == file.identity &&
                            known->second.content.verdict != FontVerdict::kBroken;
   if (isUnchanged) {
@@ -113,7 +113,7 @@ bool Scanner::TakeFile(const FoundFile& file, uint32_t workgroupID) {
   return true;
 }
 
-// The index may fail, for want of room or because somebody deleted it, and nothing is lost but time.
+// A failure of the index, for example a full disk or a deleted file, only costs time.
 void Scanner::StoreInIndex(const IndexedFile& file) {
   try {
     parts_.index.Put(file);
@@ -128,7 +128,7 @@ void Scanner::NoteStoreProblem(const std::string& path, const StoreError& error)
     storeProblems_.push_back({path, error.what()});
 }
 
-// False if the fonts can't be given IDs that last.
+// Returns false if the fonts cannot be given lasting IDs.
 bool Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
   std::vector<Font> fonts;
   for (const FontFace& face : file.content.faces) {

@@ -1,9 +1,10 @@
-// Keeps the font table in step with the library folders and with what the operating system has active by itself.
+// Keeps the font table up to date with the library folders and with the fonts that the operating system has active by
+// itself.
 //
-// A scan goes on in small steps, so that whoever runs the loop can answer requests in between: first the folders are
-// walked, then new and changed files are read, one a step, then files that are gone are dropped. The index keeps what
-// was read. Files that the operating system's font service lists, other than our own links and files of the library,
-// make up the workgroup of system fonts.
+// A scan runs in small steps, so that the loop can answer requests in between. It walks the folders, then reads new and
+// changed files, one per step, and then removes files that are gone. The index stores what was read. The workgroup of
+// system fonts contains the files that the operating system's font service lists, except our own links and files of the
+// library.
 #pragma once
 
 #include <functional>
@@ -29,14 +30,14 @@ struct ScanProgress {
 };
 
 struct ScanReport {
-  size_t files = 0;  // that hold at least one usable face
+  size_t files = 0;  // with at least one usable face
   size_t faces = 0;
   std::vector<ScanProblem> problems;
 };
 
 struct ScanEvents {
-  std::function<void(const std::string& folder)> enteringFolder;  // before its entries are read
-  std::function<void(const std::string& path)> fileReplaced;      // its content is another now
+  std::function<void(const std::string& folder)> enteringFolder;  // called before its entries are read
+  std::function<void(const std::string& path)> fileReplaced;      // its content has changed
   std::function<void(const std::string& path, const std::vector<Font>&)> fontsGone;
 };
 
@@ -53,19 +54,19 @@ class Scanner {
   void Start();
   bool IsRunning() const { return running_; }
   bool HasFinishedOnce() const { return finishedOnce_; }
-  // Does a little; returns whether there is more to do. A file whose fonts can't get their IDs, because user.db can't be
-  // written, is left out and told in the report.
+  // Does one step and returns whether there is more to do. A file whose fonts cannot get IDs, because user.db cannot be
+  // written, is left out and reported.
   bool Step();
   ScanProgress Progress() const;
   const ScanReport& Report() const { return report_; }  // of the last finished scan
 
-  // Asks the operating system again and takes over what has changed. A no-op while a scan runs.
+  // Asks the operating system again and updates what has changed. Does nothing during a scan.
   void RefreshSystemFonts();
 
  private:
   void BeginReading();
   bool ReadNext();
-  // True if the file had to be read.
+  // Returns true if the file had to be read.
   bool TakeFile(const FoundFile& file, uint32_t workgroupID);
   bool PutFonts(const IndexedFile& file, uint32_t workgroupID);
   void Drop(const std::string& path);
@@ -81,7 +82,7 @@ class Scanner {
   FontFileReader reader_;
   std::map<std::string, IndexedFile> known_;                           // by path, both workgroups
   std::map<std::pair<uint64_t, uint64_t>, std::string> libraryFiles_;  // device and inode to path
-  std::map<std::string, uint32_t> seen_;  // by path: the workgroup, of the scan that runs or ran last
+  std::map<std::string, uint32_t> seen_;  // by path: the workgroup, in the current or last scan
   std::unique_ptr<FolderWalk> walk_;
   std::vector<FoundFile> systemFiles_;
   size_t next_ = 0;

@@ -19,13 +19,13 @@ namespace agent {
 namespace {
 
 constexpr size_t kMostUnsent = 64u << 20;
-constexpr uint64_t kListeningTag = 0;  // no client has this number
+constexpr uint64_t kListeningTag = 0;  // never a client's number
 
 void MakeNonBlocking(int fd) { fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK); }
 
 platform::Descriptor OpenSpare() { return platform::Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)); }
 
-// 0 if nothing is there.
+// Returns 0 if nothing is there.
 ino_t InodeAt(const std::string& path) {
   struct stat info;
   return lstat(path.c_str(), &info) == 0 ? info.st_ino : 0;
@@ -56,7 +56,7 @@ FrameReader::Result FrameReader::Next(std::string& message) {
 
 Server::Server(platform::RunLoop& loop, ServerEvents events)
     : loop_(loop), events_(std::move(events)), epoll_(epoll_create1(EPOLL_CLOEXEC)), spare_(OpenSpare()) {
-  // An epoll descriptor is itself readable when something that it watches is ready, to read or to write.
+  // An epoll descriptor is readable when one of its descriptors is ready for reading or writing.
   loop_.WatchDescriptor(epoll_.Get(), [this] { OnReady(); });
 }
 
@@ -105,7 +105,7 @@ void Server::OnReady() {
   }
 }
 
-// None if the client has gone, is not ours to serve, or was turned away.
+// Returns none if the client is gone, belongs to another user, or was turned away.
 platform::Descriptor Server::TakeOrTurnAway() {
   std::error_code error;
   platform::Descriptor socket = platform::AcceptLocal(listening_.Get(), error);
@@ -140,7 +140,7 @@ void Server::Receive(ClientID client) {
   connection.reader.Add(std::string_view(buffer.data(), static_cast<size_t>(got)));
   std::string message;
   for (;;) {
-    // A handler may have dropped the client.
+    // The handler may have dropped the client.
     const auto found = connections_.find(client);
     if (found == connections_.end() || found->second.isDropped) return;
     const FrameReader::Result result = found->second.reader.Next(message);

@@ -1,6 +1,6 @@
-// The agent's end of its socket: takes connections and whole messages in the framing of platform/LocalSocket.h, and
-// never waits for a client. A client that breaks the framing or leaves too much unread is disconnected, and so is a new one
-// where this process may open no more files.
+// The agent's side of the socket: accepts connections, and reads and writes messages in the framing of
+// platform/LocalSocket.h. Never waits for a client. Disconnects a client that breaks the framing or leaves too much
+// unread, and a new client if this process can open no more files.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@
 
 namespace agent {
 
-// Cuts a stream of bytes into requests, of at most agent_protocol::kLongestRequest bytes.
+// Splits a stream of bytes into requests of at most agent_protocol::kLongestRequest bytes.
 class FrameReader {
  public:
   void Add(std::string_view bytes) { bytes_.append(bytes); }
@@ -41,13 +41,13 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   std::error_code Listen(const std::string& folder, const std::string& name);
-  // No new client gets through from here on. A socket that another server has put in place of ours stays: somebody may
-  // have deleted the folder and begun anew while we were still there.
+  // Accepts no more clients. Leaves a socket that another server has created in place of ours: the folder may have been
+  // deleted and created again while this server was running.
   void StopListening();
   void Send(ClientID client, std::string_view message);
-  // Takes effect when the loop comes round, so that a handler may drop the client that it serves.
+  // Takes effect in the next round of the loop, so a handler may drop its own client.
   void Drop(ClientID client);
-  // Gives unsent messages a last chance, for at most so long.
+  // Tries to send unsent messages, for at most this time.
   void Flush(int milliseconds);
 
  private:
@@ -56,7 +56,7 @@ class Server {
     FrameReader reader;
     std::string unsent;
     bool isWaitingToWrite = false;
-    bool isDropped = false;  // nothing more is taken from it
+    bool isDropped = false;  // nothing more is read from it
   };
 
   void OnReady();
@@ -71,7 +71,9 @@ class Server {
   ServerEvents events_;
   platform::Descriptor epoll_;
   platform::Descriptor listening_;
-  platform::Descriptor spare_;  // its place takes a client that is turned away; in the queue it would keep us awake
+  // Reserved descriptor: freed to accept and close one client when we are out of descriptors. Otherwise the pending
+  // client would wake the loop forever.
+  platform::Descriptor spare_;
   std::string socketPath_;
   ino_t socketInode_ = 0;
   std::map<ClientID, Connection> connections_;

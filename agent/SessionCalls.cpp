@@ -1,4 +1,4 @@
-// The handlers of the session's calls: members of Agent, because they are about its clients and its state as a whole.
+// The handlers of the session calls. Members of Agent, because they concern its clients and its whole state.
 #include <algorithm>
 #include <iterator>
 
@@ -15,7 +15,7 @@ constexpr const char* kRights[] = {"CanActivateAcrossWorkgroups", "ExportFonts"}
 }  // namespace
 
 Answer<calls::Hello> Agent::Serve(ClientID client, const calls::Hello::Arguments& arguments) {
-  ClearDesktop();  // a client is a program that has just started
+  ClearDesktop();  // a new client is a program that has just started
   clients_[client].wantsNotifications = arguments.notifications;
   KeepRunning();
   return calls::Hello::Result{static_cast<uint32_t>(kProtocolVersion)};
@@ -37,7 +37,7 @@ Answer<calls::GetFontVaultPath> Agent::Serve(ClientID, const calls::GetFontVault
   return calls::GetFontVaultPath::Result{configuration_.DataFolder()};
 }
 
-// This edition serves one user without a server: always logged in, nothing to replicate, no web fonts.
+// This edition serves a single user without a server: always logged in, nothing to replicate, no web fonts.
 #define CONSTANT_STATE(name, number) \
   Answer<calls::name> Agent::Serve(ClientID, const calls::name::Arguments&) { return calls::Value{number}; }
 CONSTANT_STATE(GetIsLoggedIn, 1)

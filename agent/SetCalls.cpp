@@ -1,4 +1,4 @@
-// Calls about sets of fonts and copies of their files.
+// Calls for sets of fonts and copies of their files.
 #include <algorithm>
 #include <set>
 
@@ -10,7 +10,7 @@ namespace agent {
 
 namespace {
 
-constexpr size_t kLongestSetName = 1024;  // in bytes
+constexpr size_t kLongestSetName = 1024;  // bytes
 
 bool AreAllKnown(const FontLibrary& library, const Numbers& fontIDs) {
   return std::all_of(fontIDs.begin(), fontIDs.end(), [&](uint32_t id) { return library.Table().Find(id) != nullptr; });
@@ -57,7 +57,7 @@ Answer<calls::CanExportFonts> Serve(FontLibrary& library, ClientID, const calls:
   return calls::Value{AreAllKnown(library, arguments.fontIDs) ? 1u : 0u};
 }
 
-// Continues after a font that cannot be copied, and then fails as a whole.
+// Continues after a font that cannot be copied, and then fails.
 Answer<calls::ExportFonts> Serve(FontLibrary& library, ClientID, const calls::ExportFonts::Arguments& arguments) {
   if (!arguments.folder.starts_with("/")) return kInvalidParam;
   if (platform::MakeFolder(arguments.folder)) return kCouldNotCopyFile;

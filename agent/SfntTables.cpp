@@ -18,7 +18,7 @@ uint16_t Short(std::string_view bytes, size_t at) {
   return static_cast<uint16_t>(static_cast<uint8_t>(bytes[at]) << 8 | static_cast<uint8_t>(bytes[at + 1]));
 }
 
-// A tag is four characters of ASCII in sound files, and in others whatever stands there.
+// A tag is four ASCII characters in sound files, and anything in others.
 std::string Shown(std::string tag) {
   for (char& c : tag) {
     if (c < ' ' || c > '~') c = '?';

@@ -15,10 +15,11 @@ class SfntTables {
  public:
   static bool IsSfnt(std::string_view bytes);
   static bool IsCollection(std::string_view bytes);
-  // Offsets of the faces: one 0 for a single font. Nothing, with a line in problem, if the header is cut short.
+  // Returns the offsets of the faces: one 0 for a single font. Nothing, with a line in `problem`, if the header is
+  // truncated.
   static std::optional<std::vector<uint32_t>> FaceOffsets(std::string_view bytes, std::string& problem);
-  // The directory at the offset; every table lies whole within the bytes. Nothing, with a line in problem, otherwise.
-  // The bytes must outlive the result.
+  // Parses the directory at the offset. Every table is completely within the bytes. Returns nothing, with a line in
+  // `problem`, otherwise. The bytes must outlive the result.
   static std::optional<SfntTables> Parse(std::string_view bytes, uint32_t offset, std::string& problem);
 
   size_t DirectorySize() const { return directorySize_; }  // in bytes

@@ -6,7 +6,7 @@ namespace agent {
 
 namespace {
 
-// The length in bytes of the unwanted character that the text begins with; 0 if it begins with another one.
+// Returns the length in bytes of an unwanted character at the start of the text, or 0.
 size_t UnwantedLength(std::string_view text) {
   const auto first = static_cast<unsigned char>(text[0]);
   if (first < 0x20 || first == 0x7F) return 1;

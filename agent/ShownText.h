@@ -1,4 +1,4 @@
-// Texts of font files and of the file system, as records and logs may carry them.
+// Makes texts of font files and of the file system safe for records and logs.
 #pragma once
 
 #include <string>
@@ -6,14 +6,14 @@
 
 namespace agent {
 
-// The text without what a record's XML form can't hold or a terminal would obey: control characters and the code points
-// U+FFFE and U+FFFF. Each is replaced by the other text, which may be empty. Malformed UTF-8 passes unchanged.
+// Replaces what a record's XML form cannot contain or a terminal would obey: control characters and the code points
+// U+FFFE and U+FFFF. The replacement may be empty. Malformed UTF-8 is not changed.
 std::string WithoutControls(std::string_view utf8, std::string_view replacement = "");
 
-// A path or the name of a file, which may hold any bytes: what can't be shown is U+FFFD.
+// A path or file name, which may contain any bytes. What cannot be shown becomes U+FFFD.
 std::string ShownPath(std::string_view path);
 
-// UTF-16 in network order as UTF-8. Lone surrogates and an odd last byte are left out.
+// Converts UTF-16 in network order to UTF-8. Drops lone surrogates and an odd last byte.
 std::string DecodeUTF16(std::string_view bytes);
 
 }  // namespace agent

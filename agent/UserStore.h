@@ -1,5 +1,5 @@
-// user.db: what only the user can say again (sets, activations to last) and the numbers under which fonts and families
-// are known to others. It is brought forward by its version and never deleted; a damaged one is never written to.
+// user.db: what cannot be found again by a scan (sets, lasting activations), and the IDs under which others know fonts
+// and families. Migrated by its version and never deleted; a damaged one is never written to.
 #pragma once
 
 #include <cstdint>
@@ -20,14 +20,14 @@ struct FontSet {
   std::vector<uint32_t> fontIDs;
 };
 
-// All operations throw StoreError; what returned has been stored.
+// All functions throw StoreError. What returned has been stored.
 class UserStore {
  public:
-  // Throws also if the file is damaged or of a version later than this program's.
+  // Also throws if the file is damaged or of a later version than this program's.
   explicit UserStore(const std::string& path);
 
-  // The same ID for a path and face for ever; a file that was moved within its file system takes its IDs along.
-  // Above 0 and below 2^31.
+  // Returns a lasting ID for a path and face, above 0 and below 2^31. A file that was moved within its file system
+  // keeps its IDs.
   uint32_t FontID(const std::string& path, const FontFace& face, const FileIdentity& identity);
   uint32_t FamilyID(const std::string& family);
 
@@ -37,7 +37,7 @@ class UserStore {
   void RemoveActivations(const std::vector<uint32_t>& fontIDs);              // all or none
 
   uint32_t CreateSet(const std::string& name, uint32_t workgroupID, const std::vector<uint32_t>& fontIDs);
-  // False, with nothing changed, if one of the sets does not exist.
+  // Returns false, with nothing changed, if one of the sets does not exist.
   bool AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs);
   std::vector<FontSet> Sets();
 

@@ -31,7 +31,7 @@ void SetPlaces(const agent::Configuration& configuration) {
   platform::SetPlaces(places);
 }
 
-// The signals that ask for an orderly end come through a descriptor.
+// Receives the signals that request an orderly end through a descriptor.
 platform::Descriptor CatchEndSignals() {
   sigset_t signals;
   sigemptyset(&signals);
@@ -50,7 +50,8 @@ int Run(const agent::Configuration& configuration) {
       return Fail(configuration.RuntimeFolder() + ": " + platform::DescribeError(error), 1);
     case agent::InstanceLock::Result::kTaken: break;
   }
-  // Before the databases are opened, which may take long: whoever started the agent looks for it at once.
+  // Announce it before opening the databases, which can take long: the process that started the agent looks for it at
+  // once.
   std::string problem;
   const auto announcement =
       platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier, &problem);

@@ -1,13 +1,14 @@
 // Every call that the agent serves: its name, its arguments and its result.
 //
-// The agent's handlers, the library's exported functions and the fuzz targets are made from these lists. A call without a
-// handler, or a handler for other arguments, does not compile. docs/PROTOCOL.md says what each call does.
+// The agent's handlers, the library's exported functions and the fuzz targets are generated from these lists. A call
+// without a handler, or a handler for other arguments, does not compile. docs/PROTOCOL.md says what each call does.
 //
-// To add a call: a struct and one line in a list here, the handler in the agent (the compiler asks for it), a row in
-// docs/PROTOCOL.md.
+// To add a call: a struct and one line in a list here, the handler in the agent (the compiler requires it), and a row
+// in docs/PROTOCOL.md.
 //
-// CallEncoding.h converts Arguments and Result to and from JSON. AGENT_FIELDS names the members in that notation, by their
-// own names. A member may be bool, uint32_t, std::string, Record, a struct with AGENT_FIELDS, or a std::vector of these.
+// CallEncoding.h converts Arguments and Result to and from JSON. AGENT_FIELDS lists the members that are encoded, under
+// their own names. A member may be bool, uint32_t, std::string, Record, a struct with AGENT_FIELDS, or a std::vector of
+// these.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +37,7 @@ namespace agent_protocol {
   X(GetSystemWorkgroupID)       \
   X(GetPermission)
 
-// Held back until the first scan of the library has finished: "not found" must not mean "not yet".
+// Delayed until the first scan of the library has finished: "not found" must not mean "not yet".
 #define AGENT_FONT_CALLS(X)             \
   X(GetFontsByPostscriptName)           \
   X(GetFontsByFamilyName)               \
@@ -82,7 +83,7 @@ struct IDs {
 };
 
 struct Flags {
-  Numbers flags;  // 1 or 0 for each font asked for, in that order
+  Numbers flags;  // 1 or 0 for each requested font, in that order
   AGENT_FIELDS(flags)
 };
 
@@ -93,11 +94,11 @@ struct Value {
 
 struct Lookup {
   std::string name;
-  Numbers workgroupIDs;  // all, if empty or with a 0 in it
+  Numbers workgroupIDs;  // empty, or with a 0 in it, means all
   AGENT_FIELDS(name, workgroupIDs)
 };
 
-// Each font asked for stands in exactly one of the lists.
+// Each requested font is in exactly one of the lists.
 struct Activated {
   Numbers activated;  // active now, by this call or before
   Numbers failed;
@@ -229,7 +230,7 @@ struct GetFontInfoByID {
 
 struct FindFontsInSameFamilyForActivation {
   struct Arguments {
-    uint32_t fontID = 0;  // may be 0: then no file of a name is preferred for being the asked one
+    uint32_t fontID = 0;  // 0: prefer no file because it is the requested font's
     uint32_t familyID = 0;
     Numbers workgroupIDs;
     AGENT_FIELDS(fontID, familyID, workgroupIDs)
@@ -253,7 +254,7 @@ struct GetScanReport {
   };
   struct Arguments : Nothing {};
   struct Result {
-    uint32_t files = 0;  // that hold a usable face
+    uint32_t files = 0;  // with a usable face
     uint32_t faces = 0;
     std::vector<Problem> problems;
     AGENT_FIELDS(files, faces, problems)
@@ -375,7 +376,7 @@ struct ExportFonts {
 
 }  // namespace calls
 
-// The name of a call as it stands in a request. Defined for the calls of the lists only.
+// The name of a call in a request. Defined only for the calls in the lists.
 template <class Call>
 struct CallName;
 #define AGENT_CALL_NAME(name)                   \

@@ -1,13 +1,13 @@
-// What the agent and its clients say to each other, and where they find each other.
+// The messages between the agent and its clients, and where the two find each other.
 //
-// The agent listens on the socket kAgentSocketName in the runtime folder of the state folder (STATE/run). A message is one
-// JSON object in platform/LocalSocket.h's framing.
+// The agent listens on the socket kAgentSocketName in the runtime folder of the state folder (STATE/run). A message is
+// one JSON object in the framing of platform/LocalSocket.h.
 //   request       {"id": 7, "call": "ActivateFonts", "arguments": {...}}       id is unique within the connection
 //   reply         {"id": 7, "code": 0, "result": {...}}                        code is one of ResultCodes.h
 //   notification  {"notify": 8, "fontID": 12}  or {"notify": 19, "payload": {...}}   notify is an ECallbackKind
-// AgentCalls.h lists the calls with their arguments and results, ResultCodes.h the codes, docs/PROTOCOL.md what they do.
-// A connection is one client; what it activated and did not give back is given back when it ends, unless it said so
-// with "KeepActivations".
+// AgentCalls.h lists the calls with their arguments and results, ResultCodes.h the codes; docs/PROTOCOL.md says what
+// they do. A connection is one client. When it ends, the agent deactivates what the client activated and did not
+// deactivate, unless it called "KeepActivations".
 #pragma once
 
 #include <cstddef>
@@ -24,11 +24,11 @@ inline constexpr const char* kAgentIdentifier = "com.velorant.Nexcore";
 inline constexpr const char* kAgentSocketName = "nexcore.sock";
 inline constexpr int32_t kProtocolVersion = 1;
 
-// What one request may cost. The bytes of a request, shorter than those of a reply; a longer one ends the connection.
+// Limits of a request. Its bytes, fewer than in a reply; a longer one ends the connection.
 inline constexpr uint32_t kLongestRequest = 1u << 20;
-// The numbers in a list of a request, and the pairs of set and font of one "AddFontsToSets".
+// The numbers in a list of a request, and the pairs of set and font in "AddFontsToSets".
 inline constexpr size_t kMostNumbers = 65536;
-// What one client may have waiting for the first scan, and all clients together.
+// What may wait for the first scan: requests of one client, and bytes of all clients together.
 inline constexpr size_t kMostHeldRequests = 1000;
 inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 
@@ -49,15 +49,15 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 inline constexpr const char* kConfigurationName = "nexcore.json";
 inline constexpr const char* kActiveFolderName = "active";
 
-// The folder in the user's font folder that holds one folder of links for each state folder used with "desktop". `home`
-// is the user's own folder.
+// The folder in the user's font folder that contains one folder of links for each state folder with "desktop". `home`
+// is the user's home folder.
 inline std::string DesktopLinksFolder(const std::string& home) {
   const char* data = std::getenv("XDG_DATA_HOME");
   return (data && *data == '/' ? data : home + "/.local/share") + std::string("/fonts/nexcore");
 }
 
-// The folder of links of a state folder, an absolute path. In desktop mode its name is a checksum (64-bit FNV-1a) of the
-// state folder's real path, so that each agent has its own.
+// Returns the folder of links of a state folder, an absolute path. In desktop mode its name is a checksum (64-bit
+// FNV-1a) of the state folder's real path, so that each agent has its own.
 inline std::string ActiveFolderOf(const std::string& stateFolder, bool isDesktop, const std::string& home) {
   if (!isDesktop) return stateFolder + "/" + kActiveFolderName;
   std::error_code unresolved;
@@ -76,9 +76,9 @@ enum AgentActivationState : int32_t {
   kInactive = 0,
   kAutoActivated = 1,       // for a document, by a plug-in
   kAutoActivatedAgain = 2,  // restored for a client after a restart of the agent
-  kPreviewActivated = 3,    // for a look, until its client ends
-  kActivated = 4,           // by the user, until the user says otherwise
-  kSystemActive = 5,        // by the operating system; not the agent's to change
+  kPreviewActivated = 3,    // for a preview, until its client ends
+  kActivated = 4,           // by the user, until the user deactivates it
+  kSystemActive = 5,        // by the operating system; the agent cannot change it
 };
 
 }  // namespace agent_protocol

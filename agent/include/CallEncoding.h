@@ -1,7 +1,7 @@
 // Converts the arguments and results of calls (AgentCalls.h) to JSON and back.
 //
-// Reading is strict: a missing member, another type, or a number that does not fit 32 bits throws BadMessage, whose text
-// names the member. Members that are not declared are ignored, so that either side may be newer.
+// Reading is strict: a missing member, another type, or a number that does not fit 32 bits throws BadMessage, which
+// names the member. Unknown members are ignored, so that either side may be newer.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ struct BadMessage : std::runtime_error {
 
 inline constexpr size_t kAnyLength = SIZE_MAX;
 
-// Text for the wire. Bytes that are not valid UTF-8 (paths may hold them) become U+FFFD.
+// Text for the socket. Bytes that are not valid UTF-8, which paths may contain, become U+FFFD.
 inline std::string ToText(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
 namespace encoding {
@@ -46,7 +46,7 @@ void ForEachField(T& value, const Visit& visit) {
   std::apply([&](auto&... members) { (visit(nextName(), members), ...); }, value.Fields());
 }
 
-// Where a value stands, for the text of an error, and the longest list that is read.
+// The position of a value, for error texts, and the longest list that is accepted.
 struct Place {
   std::string_view name;
   size_t longestList = kAnyLength;
@@ -61,7 +61,7 @@ inline void Read(const Json& json, bool& out, const Place& place) {
   out = json.get<bool>();
 }
 
-// Pseudo numbers such as -2 for all workgroups cross the boundary as their 32 bits.
+// Pseudo IDs such as -2 for all workgroups are sent as their 32 bits.
 inline void Read(const Json& json, uint32_t& out, const Place& place) {
   Check(json.is_number_integer(), place, "is not an integer");
   const bool isUnsigned = json.is_number_unsigned();
@@ -141,7 +141,7 @@ T FromJson(const Json& json, std::string_view name, size_t longestList = kAnyLen
   return value;
 }
 
-// One request as it is sent. The reply carries the same number.
+// Encodes one request. The reply has the same ID.
 template <class Call>
 std::string RequestText(uint64_t id, const typename Call::Arguments& arguments) {
   return ToText({{"id", id}, {"call", CallName<Call>::kText}, {"arguments", ToJson(arguments)}});

@@ -1,4 +1,4 @@
-// How deep a message may be nested. What lies deeper would cost its reader many times its bytes, or its stack.
+// The greatest nesting of a message. Deeper nesting would cost the reader many times its bytes, or its stack.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@ namespace agent_protocol {
 
 inline constexpr int kDeepestMessage = 200;
 
-// Whether the arrays and objects of a JSON text stand deeper in each other than that. Of what is no JSON it says anything.
+// True if the arrays and objects of a JSON text are nested deeper than that. Undefined for text that is not JSON.
 inline bool IsTooDeep(std::string_view json) {
   int depth = 0;
   bool isInString = false;
