@@ -16,7 +16,7 @@ namespace {
 
 ActionHost* sActionHost = nullptr;
 
-// What the host could not do is told to the user, and the plug-in gets an error.
+// Reports a failure to the user and returns an error for the plug-in.
 SPErr Told(const std::string& problem) {
   if (problem.empty()) return kNoErr;
   platform::ReportProblem(problem);
@@ -29,7 +29,7 @@ SPErr PlayOpen(const DescriptorData& descriptor) {
   return path.empty() ? kBadParameters : Told(sActionHost->OpenDocument(path));
 }
 
-// Without a word on saving, a document with changes stays open: nobody is asked here.
+// Without a value for saving, a document with changes stays open, because nobody is asked here.
 SPErr PlayClose(const DescriptorData& descriptor) {
   const Document* front = sActionHost->OpenDocuments().Front();
   if (!front) return kNoSuchObject;
@@ -59,13 +59,13 @@ SPErr Play(FourCharCode event, PIActionDescriptor descriptor, int32_t, PIActionD
   const DescriptorData* found = HostObjects::Shared().descriptors.Find(descriptor);
   if (descriptor && !found) return kBadParameters;
   const Notifiers::Deferral deferral(sActionHost->EventNotifiers());
-  // A copy: the plug-in's callbacks run meanwhile and may free theirs.
+  // A copy: the plug-in's callbacks run in between and may free the descriptor.
   const DescriptorData data = found ? *found : DescriptorData();
   SPErr error = kNoSuchObject;  // any other event
   if (event == kEventOpen) error = PlayOpen(data);
   if (event == kEventClose) error = PlayClose(data);
   if (event == kEventSelect) error = PlaySelect(data);
-  if (error == kNoErr && result) *result = nullptr;  // no event here has something to tell
+  if (error == kNoErr && result) *result = nullptr;  // no event here has a result
   return error;
 }
 

@@ -1,4 +1,4 @@
-// The action control suite: properties read through references, events played by a plug-in, notifiers.
+// The action control suite: reads properties through references, plays events for a plug-in, and manages notifiers.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace host {
 
-// What a plug-in can set going. Each operation returns an empty text or a line that says what went wrong.
+// What a plug-in can make the host do. Each function returns an empty text or a line that says what went wrong.
 class ActionHost {
  public:
   virtual ~ActionHost() = default;
@@ -21,7 +21,8 @@ class ActionHost {
   virtual std::string CloseDocument(int32_t id) = 0;
 };
 
-// The host that the suite speaks for from here on; not owned. Without one every call but the names of codes fails.
+// Sets the host that the suite uses; not owned. Without a host every function fails, except those for the names of
+// codes.
 void SetActionHost(ActionHost* host);
 ActionHost* CurrentActionHost();
 

@@ -13,7 +13,7 @@ namespace {
 
 using Kind = ReferenceForm::Kind;
 
-// A reference is at most one property, then the object that has it.
+// A reference has at most one property, and the object that has it.
 struct Target {
   const ReferenceForm* property = nullptr;
   const ReferenceForm* object = nullptr;
@@ -50,7 +50,7 @@ const Document* FindDocument(const DocumentList& documents, const ReferenceForm&
   return found;
 }
 
-// The fonts that the user's programs can use now: lists of equal length.
+// The fonts that programs can use now, as lists of equal length.
 ActionValue FontList() {
   ListData names, families;
   for (const platform::ActiveFont& font : platform::ActiveFonts()) {
@@ -63,7 +63,7 @@ ActionValue FontList() {
   return ObjectValue{TypeIDOfString("fontList"), std::make_shared<const DescriptorData>(std::move(lists))};
 }
 
-// One property, with the way to its value; nothing is put where there is none now.
+// One property, and a function that reads its value; it stores nothing if there is no value now.
 template <class Object>
 struct Property {
   FourCharCode key;

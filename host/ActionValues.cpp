@@ -37,7 +37,7 @@ const ActionValue* DescriptorData::Find(FourCharCode key) const {
 }
 
 FourCharCode TypeOf(const ActionValue& value) {
-  // In the order of the variant's members.
+  // In the order of the variant's types.
   static constexpr FourCharCode kTypes[] = {
       host_sdk::kTypeInteger, host_sdk::kTypeFloat,      host_sdk::kTypeBoolean,
       host_sdk::kTypeText,    host_sdk::kTypeEnumerated, host_sdk::kTypeAlias,

@@ -1,5 +1,5 @@
-// What descriptors, lists and references hold. All of them are values: what is put into another is copied, so that no cycle
-// can arise and freeing one never touches another.
+// The contents of descriptors, lists and references. All are values: putting one into another copies it, so there are
+// no cycles, and freeing one never affects another.
 #pragma once
 
 #include <memory>
@@ -22,14 +22,14 @@ struct EnumeratedValue {
   FourCharCode value = 0;
 };
 
-// A file, as UTF-16 text; a path that is no UTF-8, and one of a cloud document, is kept as bytes.
+// A file as UTF-16 text. The path of a cloud document, and a path that is not UTF-8, is stored as bytes.
 struct AliasData {
   int32_t kind = host_sdk::kAliasKindUnicode;
   std::string bytes;
   std::u16string text;
 
   static AliasData OfPath(const std::string& path);
-  std::string Path() const;  // empty if the text is no valid UTF-16
+  std::string Path() const;  // empty if the text is not valid UTF-16
 };
 
 struct ObjectValue {
@@ -53,13 +53,13 @@ struct ReferenceData {
 using ActionValue = std::variant<int32_t, double, bool, std::string, EnumeratedValue, AliasData, ObjectValue,
                                  std::shared_ptr<const ListData>, ReferenceData>;
 
-// Keys in the order in which they were first put.
+// Keys are in the order in which they were first put.
 struct DescriptorData {
   std::vector<std::pair<FourCharCode, ActionValue>> items;
 
   void Put(FourCharCode key, ActionValue value);
   const ActionValue* Find(FourCharCode key) const;
-  // The value of the key if it has this type; null otherwise.
+  // Returns the value of the key if it has this type, otherwise null.
   template <class T>
   const T* Get(FourCharCode key) const {
     const ActionValue* value = Find(key);

@@ -1,4 +1,4 @@
-// Aliases (which are handles) and strings of the host.
+// The suites of aliases (which are handles) and of strings.
 #include "host/HostObjects.h"
 #include "host/Suites.h"
 #include "host/TextOut.h"
@@ -12,7 +12,7 @@ namespace {
 
 HostObjects& Objects() { return HostObjects::Shared(); }
 
-// The alias, if it is of this kind.
+// Returns the alias if it has this kind, otherwise null.
 const AliasData* FindAlias(Handle alias, int32_t kind) {
   const AliasData* data = Objects().handles.Find(alias);
   return data && data->kind == kind ? data : nullptr;

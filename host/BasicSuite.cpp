@@ -1,4 +1,4 @@
-// Acquiring and releasing suites, and blocks of memory.
+// The basic suite, which acquires and releases suites, and the suite of memory blocks.
 #include <cstring>
 #include <vector>
 

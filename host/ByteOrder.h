@@ -1,4 +1,4 @@
-// Big-endian numbers in bytes, read with bounds and written.
+// Reads and writes big-endian numbers, with bounds checks.
 #pragma once
 
 #include <algorithm>
@@ -9,8 +9,8 @@
 
 namespace host {
 
-// Reads forward in [offset, end) of a source. A read beyond the end gives 0 and makes Ok() false for good, so that a run of
-// reads is checked once. The source must outlive it.
+// Reads forward in [offset, end) of a source. A read beyond the end gives 0 and makes Ok() false for good, so that
+// several reads need one check. The source must outlive it.
 class BigEndianReader {
  public:
   BigEndianReader(platform::ByteSource& source, uint64_t offset, uint64_t end)

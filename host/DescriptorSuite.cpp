@@ -11,7 +11,7 @@ namespace {
 
 HostObjects& Objects() { return HostObjects::Shared(); }
 
-// The value of a key where object, key and type are right; otherwise null with the error.
+// Returns the value if the object exists and the key has this type; otherwise null and the error.
 template <class T>
 const T* Read(PIActionDescriptor descriptor, FourCharCode key, SPErr& error) {
   const DescriptorData* data = Objects().descriptors.Find(descriptor);

@@ -18,7 +18,7 @@ std::string Document::Title() const {
 }
 
 Document& DocumentList::Add(Document document) {
-  // What needs memory comes first, so that a failure changes nothing.
+  // Allocate first, so that a failure changes nothing.
   documents_.reserve(documents_.size() + 1);
   order_.reserve(order_.size() + 1);
   auto added = std::make_unique<Document>(std::move(document));
@@ -47,7 +47,7 @@ Document* DocumentList::Find(int32_t id) const {
 Document* DocumentList::FindByFile(const std::string& path) const {
   for (const auto& document : documents_) {
     if (document->path.empty()) continue;
-    std::error_code error;  // of a file that is gone; it is then the same only by its path
+    std::error_code error;  // set if a file is gone; then only equal paths match
     if (document->path == path || std::filesystem::equivalent(document->path, path, error)) return document.get();
   }
   return nullptr;

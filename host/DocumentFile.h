@@ -1,5 +1,5 @@
-// Reading a document's file, and writing it anew with what was added. Of a file only the structure is kept in memory: what
-// does not change is copied from file to file.
+// Reads a document's file, and writes it again with additions. Only the structure of a file is in memory; what does not
+// change is copied from file to file.
 #pragma once
 
 #include <cstdint>
@@ -16,52 +16,53 @@ enum class DocumentFormat {
   kNone,  // no file yet
   kPSD,
   kPSB,
-  kOther,  // shown and saved as it is; no text can be added
+  kOther,  // opened and saved unchanged; text cannot be added
 };
 
-// Which file it is, and whether it was written since: compared, never looked into. Of no file: as it is made.
+// Identifies a file and its last change; only compared. Default-constructed for no file.
 struct FileState {
   uint64_t device = 0, inode = 0, size = 0;
-  int64_t seconds = 0, nanoseconds = 0;  // of its modification date
+  int64_t seconds = 0, nanoseconds = 0;  // modification date
 
   bool operator==(const FileState& other) const = default;
 };
 
 struct DocumentContent {
   DocumentFormat format = DocumentFormat::kNone;
-  platform::Descriptor file;           // on what was read, which stays even if the file is deleted or replaced
-  FileState state;                     // of the file when it was read
-  LayeredFile structure;               // of PSD and PSB
+  platform::Descriptor file;           // the file that was read, even if it was deleted or replaced
+  FileState state;                     // state of the file when it was read
+  LayeredFile structure;               // PSD and PSB only
   std::vector<std::string> fontNames;  // distinct, in the order found
-  std::string textProblem;             // why no text can be added; empty if it can
+  std::string textProblem;             // why text cannot be added; empty if it can
 };
 
-// The results below are empty or one line, "PATH: what is wrong", with the path as it is given here.
+// The functions below return an empty text or one line, "PATH: what is wrong", with the path as given.
 
-// A missing, empty or unreadable file, a folder or another thing that is no regular file, a layered document or a PDF that
-// is damaged or cut off: `content` is unchanged. A file of an extension of layered documents must be one.
+// Fails, with `content` unchanged, for a missing, empty or unreadable file, a folder or anything else that is not a
+// regular file, and a damaged or truncated layered document or PDF. A file with the extension of layered documents must
+// be one.
 std::string ReadDocument(const std::string& path, DocumentContent& content);
 
-// Whether the two show the same: they are layered documents that differ in their image resources (the metadata) at most.
+// True if both look the same: layered documents that differ at most in their image resources (the metadata).
 bool ShowTheSame(const DocumentContent& one, const DocumentContent& other);
 
-// Stages a new file for the path: the content, or a white picture of the format if it has no file yet, with one text layer
-// for each font above it.
+// Stages a new file for the path: the content, or a white picture if it has no file yet, with one text layer above it
+// for each font.
 std::string StageDocument(const DocumentContent& content, DocumentFormat format,
                           const std::vector<std::string>& fontNames, const std::string& path,
                           platform::StagedFile& staged);
 
-// Of what is there now, following links.
+// The state of the file that is there now; follows links.
 FileState StateOf(const std::string& path);
 FileState StateOf(const platform::Descriptor& file);
 
-// By the extension, in any case; kNone without one.
+// The format by the extension, ignoring case; kNone without an extension.
 DocumentFormat FormatOfExtension(const std::string& path);
-// Whether both names have the same extension, in any case.
+// True if both names have the same extension, ignoring case.
 bool HaveOneExtension(const std::string& path, const std::string& other);
 
-// Absolute and without symbolic links as far as the path exists; of a file that is yet to be made, its folder must exist.
-// The path as given where that fails.
+// Makes the path absolute and resolves symbolic links as far as it exists; for a new file, its folder must exist.
+// Returns the path as given if that fails.
 std::string ResolvedPath(const std::string& path);
 
 }  // namespace host

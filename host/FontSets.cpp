@@ -18,12 +18,12 @@ constexpr size_t kLongestString = 2 * kLongestFontName + kByteOrderMark.size();
 
 bool NeedsEscape(char byte) { return byte == '(' || byte == ')' || byte == '\\'; }
 
-// Reads single bytes of [at, end).
+// Reads the bytes of [at, end) one by one.
 class ByteReader {
  public:
   ByteReader(platform::ByteSource& source, uint64_t at, uint64_t end) : source_(source), at_(at), end_(end) {}
 
-  // False at the end.
+  // Returns false at the end.
   bool Next(char& byte) {
     if (bytes_.empty()) {
       if (at_ >= end_) return false;
@@ -43,8 +43,8 @@ class ByteReader {
   std::string_view bytes_;
 };
 
-// Reads a string from behind its opening parenthesis to its closing one, which must come. One that is too long for a name
-// comes back empty.
+// Reads a string, starting after its opening parenthesis, up to its closing one. Returns false if that is missing.
+// `content` is empty if the string is too long for a name.
 bool ReadString(ByteReader& reader, std::string& content) {
   bool isTooLong = false;
   for (char byte = 0; reader.Next(byte);) {
@@ -66,10 +66,10 @@ std::string NameOf(const std::string& content) {
   return platform::IsValidUTF8(content) ? content : std::string();
 }
 
-// Reads one set from behind its beginning, strings as wholes, up to its bracket. False if that does not come.
+// Reads one set, starting after its beginning, up to its closing bracket. Returns false if that is missing.
 bool ReadSet(ByteReader reader, std::vector<std::string>& names) {
   int depth = 1;
-  size_t matched = 0;  // bytes of kNameKey that were just read; it begins with its only slash
+  size_t matched = 0;  // bytes of kNameKey just read; its only slash is at its start
   for (char byte = 0; reader.Next(byte);) {
     matched = byte == kNameKey[matched] ? matched + 1 : byte == kNameKey[0] ? 1 : 0;
     if (byte == '(') {
@@ -84,8 +84,8 @@ bool ReadSet(ByteReader reader, std::vector<std::string>& names) {
   return false;
 }
 
-// The place of the next beginning of a set that lies in [at, end) as a whole, or `end`. By the C library, whose time does
-// not grow with the number of slashes.
+// Returns the position of the next beginning of a set that is completely in [at, end), or `end`. Uses the C library,
+// whose time does not depend on the number of slashes.
 uint64_t FindSet(platform::ByteSource& source, uint64_t at, uint64_t end) {
   while (at < end && end - at >= kSetBegin.size()) {
     std::string_view bytes = source.View(at, kSetBegin.size());
@@ -104,7 +104,7 @@ void FontNames::ReadFrom(platform::ByteSource& source, uint64_t begin, uint64_t 
   uint64_t at = FindSet(source, begin, end);
   while (at < end) {
     const uint64_t content = at + kSetBegin.size();
-    // Sets do not nest: one that has not ended where the next begins never ends. So no byte is parsed twice.
+    // Sets do not nest: a set that has not ended where the next begins never ends. So each byte is parsed once.
     at = FindSet(source, content, end);
     std::vector<std::string> found;
     if (!ReadSet(ByteReader(source, content, at), found)) continue;

@@ -19,7 +19,7 @@ struct HostApplication::State {
   DocumentOperations documents{[this](SPPluginRef ref) { return ref && ref == plugin.Ref(); }};
   bool isStarted = false;
 
-  // Ends the plug-in's part: nothing calls it any more.
+  // Detaches the plug-in: nothing calls it any more.
   void LetGo() {
     isStarted = false;
     documents.EventNotifiers().Clear();
@@ -37,7 +37,7 @@ HostApplication::~HostApplication() {
 
 std::string HostApplication::Start(const std::string& pluginBundleFolder) {
   if (CurrentActionHost()) return "A host is running in this process already";
-  // What a former run's plug-in kept is of no use to this one.
+  // Drops what the plug-in of an earlier run kept.
   HostObjects::Shared().Clear();
   ForgetAcquisitions();
   SetActionHost(&state_->documents);
@@ -52,7 +52,7 @@ std::string HostApplication::Start(const std::string& pluginBundleFolder) {
 }
 
 std::string HostApplication::Open(const std::string& path, int32_t* id) {
-  state_->documents.EventNotifiers().NotifyDeferred();  // before a window or a box of this document runs the loop
+  state_->documents.EventNotifiers().NotifyDeferred();  // before a window or box of this document runs the loop
   return state_->documents.Open(path, id);
 }
 
@@ -81,7 +81,7 @@ std::string HostApplication::DoIt(int32_t operation, int32_t* port) {
   PIActionParameters parameters = {descriptors.Add(std::move(given))};
   std::string problem;
   {
-    // The command may show boxes, and those run the loop.
+    // The command may show boxes, which run the loop.
     const Notifiers::Deferral deferral(state_->documents.EventNotifiers());
     problem = state_->plugin.Send(kCallerHost, "Do It", &parameters);
   }
@@ -99,7 +99,7 @@ void HostApplication::Wait(double seconds) { platform::RunLoop::Main().RunFor(se
 
 void HostApplication::Quit() {
   if (!state_->isStarted) return;
-  // By ID, since a plug-in may open and close documents meanwhile.
+  // By ID, because a plug-in may open and close documents in between.
   for (const DocumentInfo& document : Documents()) state_->documents.Close(document.id);
   state_->documents.EventNotifiers().NotifyDeferred();
   const std::string problem = state_->plugin.Send(kCallerInterface, "Shutdown");

@@ -5,7 +5,7 @@
 namespace host {
 
 uintptr_t NextObjectNumber() {
-  // No multiple of a pointer's alignment and far below any mapping, so that following one by mistake faults at once.
+  // Not aligned for a pointer and far below any mapping, so that dereferencing it by mistake crashes at once.
   static uintptr_t sNumber = 1;
   return sNumber += 2;
 }

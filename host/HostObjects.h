@@ -1,4 +1,4 @@
-// The objects behind the suites' opaque pointers. One set for the process, since the suites' functions carry no context.
+// The objects behind the suites' opaque pointers. One set per process, because the suites' functions have no context.
 // Main thread only.
 #pragma once
 
@@ -23,11 +23,11 @@ struct HostObjects {
   ObjectTable<host_sdk::ActionList, ListData> lists;
   ObjectTable<host_sdk::HandleBlock, AliasData> handles;
   ObjectTable<host_sdk::ZStringObject, std::string> strings;  // UTF-8
-  // Blocks are memory that the plug-in uses, so these are addresses.
+  // The plug-in uses blocks as memory, so their keys are addresses.
   std::unordered_map<void*, std::unique_ptr<void, BlockFree>> blocks;
 
   static HostObjects& Shared();
-  // Takes back whatever a plug-in that is gone left behind.
+  // Frees everything that an unloaded plug-in left.
   void Clear();
 };
 

@@ -49,7 +49,7 @@ std::string ParseHeader(platform::ByteSource& source, LayeredFile& file) {
   return "";
 }
 
-// Passes a section with its length field; `begin` receives the place of that field.
+// Skips a section with its length field; `begin` receives the position of that field.
 std::string PassSection(BigEndianReader& reader, const char* name, int width, uint64_t& begin) {
   begin = reader.Offset();
   const uint64_t there = reader.Left();
@@ -60,7 +60,7 @@ std::string PassSection(BigEndianReader& reader, const char* name, int width, ui
   return "";
 }
 
-// The bytes of all rows, each behind its length in a table at the beginning.
+// The total length of all rows; a table at the beginning contains the length of each.
 uint64_t RunLengthBytes(BigEndianReader reader, uint64_t rows, int width) {
   uint64_t needed = rows * static_cast<uint64_t>(width);
   if (needed > reader.Left()) return needed;
@@ -74,7 +74,7 @@ std::string CheckImage(BigEndianReader reader, LayeredFile& file) {
   if (!reader.Ok()) return Truncated("the composite image", begin, 2, there);
   if (compression > kLastCompression) return "unknown compression " + std::to_string(compression) + At(begin);
   const uint64_t rows = uint64_t{file.height} * file.channels;
-  uint64_t needed = 0;  // of the other compressions the length is known only by decoding
+  uint64_t needed = 0;  // other compressions must be decoded to know the length
   if (compression == kRawData) needed = (uint64_t{file.width} * file.depth + 7) / 8 * rows;
   if (compression == kRunLengthData) needed = RunLengthBytes(reader, rows, file.isLarge ? 4 : 2);
   if (needed > reader.Left()) return Truncated("the composite image", begin, needed + 2, there);
@@ -82,9 +82,9 @@ std::string CheckImage(BigEndianReader reader, LayeredFile& file) {
   return "";
 }
 
-// Passes one layer's record and adds up the length of its pixels.
+// Skips one layer's record and adds up the length of its pixels.
 bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
-  reader.Skip(16);  // its rectangle
+  reader.Skip(16);  // rectangle
   const uint64_t channels = reader.Read(2);
   for (uint64_t i = 0; i < channels && reader.Ok(); ++i) {
     reader.Skip(2);
@@ -92,13 +92,13 @@ bool PassRecord(BigEndianReader& reader, int lengthWidth, uint64_t& pixels) {
     if (length > UINT64_MAX - pixels) return false;
     pixels += length;
   }
-  reader.Skip(12);  // how it is blended
+  reader.Skip(12);  // blending
   const uint64_t extra = reader.Read(4);
   reader.Skip(extra);
   return reader.Ok();
 }
 
-// The layers in [begin, end); `problem` says why they cannot be walked.
+// Walks the layers in [begin, end); `problem` says why that is impossible.
 void ParseLayers(platform::ByteSource& source, LayeredFile& file, uint64_t lengthField, uint64_t begin, uint64_t end) {
   LayerInfo& layers = file.layers;
   BigEndianReader reader(source, begin, end);
@@ -121,7 +121,7 @@ void ParseLayers(platform::ByteSource& source, LayeredFile& file, uint64_t lengt
   layers.isPresent = reader.Ok();
 }
 
-// Blocks behind the global mask whose length is wider in a .psb.
+// Blocks after the global mask whose length field is wider in a .psb.
 bool HasWideLength(std::string_view key) {
   static constexpr std::array<std::string_view, 13> kWide = {"LMsk", "Lr16", "Lr32", "Layr", "Mt16", "Mt32", "Mtrn",
                                                              "Alph", "FMsk", "lnk2", "FEid", "FXid", "PxSD"};
@@ -131,7 +131,7 @@ bool HasWideLength(std::string_view key) {
   return false;
 }
 
-// Documents of 16 and 32 bits keep their layers in a block of their own, behind the global mask.
+// Documents with 16 or 32 bits have their layers in a separate block after the global mask.
 void FindDeepLayers(platform::ByteSource& source, LayeredFile& file, uint64_t at) {
   BigEndianReader reader(source, at, file.layersAndMaskEnd);
   reader.Skip(reader.Read(4));  // the global mask

@@ -1,4 +1,4 @@
-// How much of the host's is in a plug-in's hands: everything that it was given and has not given back.
+// Counts the host's objects that a plug-in has received and not freed.
 #pragma once
 
 #include <cstddef>

@@ -15,7 +15,7 @@ constexpr const char* kTitle = "Missing Fonts";
 constexpr const char* kInvisibleFont = "AdobeInvisFont";
 constexpr int kEscapeKeyCode = 53;
 
-// The third view is the button that dismisses: plug-ins that dismiss the window for the user look for it there.
+// The third view is the button that dismisses the window: plug-ins look for it there.
 std::vector<platform::View> Views(const std::vector<std::string>& missing) {
   std::string names;
   for (const std::string& name : missing) names += (names.empty() ? "" : ", ") + name;
@@ -38,7 +38,7 @@ std::vector<std::string> MissingFonts(const std::vector<std::string>& names) {
 }
 
 std::shared_ptr<Window> ShowMissingFontsWindow(const std::vector<std::string>& missing) {
-  // Escape may come in the middle of the ordering, before the window shows, and counts then too.
+  // Escape may arrive during the ordering, before the window is visible, and counts then, too.
   const auto isDismissed = std::make_shared<bool>(false);
   auto window =
       std::make_shared<Window>(kTitle, Views(missing), [isDismissed](Window&, const platform::KeyEvent& event) {

@@ -1,4 +1,4 @@
-// A box that holds up the user: while it lives, the loop runs in its modal mode and Window::Modal() is its window.
+// A modal box: during its life the loop runs in its modal mode and Window::Modal() is its window.
 #pragma once
 
 #include <functional>
@@ -10,14 +10,14 @@ namespace host {
 
 class ModalSession {
  public:
-  // Shows a window of this title, through the order-window method in force, above any modal window that is up.
+  // Shows a window with this title, with the current order-window method, above an open modal window.
   explicit ModalSession(const std::string& title);
   ~ModalSession();
   ModalSession(const ModalSession&) = delete;
   ModalSession& operator=(const ModalSession&) = delete;
 
-  // Runs the loop until the condition holds, or for at most so many seconds of real time; true if it holds. The condition
-  // is tested before any wait and after each callback.
+  // Runs the loop until the condition is true, or for at most mostSeconds of real time. Returns whether it is true.
+  // Tests the condition before each wait and after each callback.
   bool RunUntil(const std::function<bool()>& condition, double mostSeconds);
 
  private:

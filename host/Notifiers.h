@@ -1,4 +1,4 @@
-// Who is told of which event. Main thread only.
+// The callbacks for the host's events. Main thread only.
 #pragma once
 
 #include <deque>
@@ -12,23 +12,23 @@ namespace host {
 
 class Notifiers {
  public:
-  // The same callback added twice is called twice.
+  // A callback that is added twice is called twice.
   void Add(FourCharCode event, host_sdk::NotifierCallback callback, void* userData);
-  // Takes away the first that was added for this event; false if there is none.
+  // Removes the oldest entry with this event and callback; false if there is none.
   bool Remove(FourCharCode event, host_sdk::NotifierCallback callback);
   void Clear() { entries_.clear(); }
   bool IsEmpty() const { return entries_.empty(); }
 
-  // Calls those added for the event, in the order of adding, each with a descriptor of its own that is freed after the
-  // call. Callbacks may add and remove: who is removed is not called any more, who is added only next time. What leaves a
-  // callback as an exception is reported, and the others are still called. Throws nothing: without memory for the call, that
-  // is reported too.
+  // Calls the callbacks of the event in the order in which they were added. Each gets its own descriptor, which is
+  // freed after the call. Callbacks may add and remove: a removed callback is not called any more, an added one only
+  // for the next event. An exception of a callback is reported, and the others are still called. Throws nothing;
+  // running out of memory is reported, too.
   void Notify(FourCharCode event, const DescriptorData& descriptor);
-  // Delivers what was deferred, unless a deferral goes on.
+  // Delivers deferred events, unless a deferral is active.
   void NotifyDeferred();
 
-  // While a plug-in plays events itself: what it does is told after it has returned to the host, at the latest from the
-  // run loop, so that nothing re-enters it and it can first take note of a new document.
+  // Defers events while a plug-in plays events itself. They are delivered after it has returned to the host, at the
+  // latest by the run loop, so that nothing re-enters the plug-in and it can first register a new document.
   class Deferral {
    public:
     explicit Deferral(Notifiers& notifiers) : notifiers_(notifiers) { ++notifiers_.deferrals_; }
@@ -54,7 +54,7 @@ class Notifiers {
   int lastSerial_ = 0;
   int deferrals_ = 0;
   std::deque<std::pair<FourCharCode, DescriptorData>> deferred_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // what was posted looks whether this object is there
+  std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted callbacks check whether this object still exists
 };
 
 }  // namespace host

@@ -1,7 +1,7 @@
-// The live objects of one kind that the host handed out as opaque pointers.
+// The existing objects of one kind that the host has handed out as opaque pointers.
 //
-// What goes out is a number in the shape of a pointer, never an address, and no number is given twice: an object that was
-// freed, or one of another kind, is not found, whatever a plug-in does with its pointer.
+// The pointers are unique numbers, never addresses. So an object that was freed or has another kind is not found,
+// whatever a plug-in does with its pointer.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace host {
 
-// Process-wide, so that numbers of different kinds differ too.
+// Unique in the process, also among different kinds.
 uintptr_t NextObjectNumber();
 
 template <class Opaque, class Object>
@@ -22,7 +22,7 @@ class ObjectTable {
     objects_.emplace(number, std::move(object));
     return reinterpret_cast<Opaque*>(number);
   }
-  // Null if there is none; valid until the object is removed.
+  // Returns null if there is none. Valid until the object is removed.
   Object* Find(const Opaque* opaque) {
     const auto found = objects_.find(reinterpret_cast<uintptr_t>(opaque));
     return found == objects_.end() ? nullptr : &found->second;

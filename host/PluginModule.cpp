@@ -14,7 +14,7 @@ std::string PluginModule::Load(const std::string& bundleFolder) {
   std::string problem;
   platform::BundleRef bundle = platform::Bundle::Create(bundleFolder, &problem);
   if (!bundle) return "The plug-in cannot be loaded: " + problem;
-  // Static constructors of the plug-in run here.
+  // Runs the plug-in's static constructors.
   bool isLoaded = false;
   if (!CallGuarded(
           bundle->Folder() + " was loaded", [&] { isLoaded = bundle->Load(&problem); }, &problem) ||

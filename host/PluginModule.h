@@ -1,4 +1,5 @@
-// A plug-in: its bundle, its entry, and what the host keeps for it between calls. Main thread only.
+// A plug-in: its bundle, its entry function, and the globals that the host keeps for it between calls. Main thread
+// only.
 #pragma once
 
 #include <string>
@@ -10,18 +11,18 @@ namespace host {
 
 class PluginModule {
  public:
-  // The results of the calls below are empty or one line that names the bundle.
+  // The functions below return an empty text or one line that names the bundle.
 
-  // Loads the bundle and finds its entry. A bundle without one is unloaded again.
+  // Loads the bundle and finds its entry function. Unloads a bundle without one.
   std::string Load(const std::string& bundleFolder);
   bool IsLoaded() const { return main_ != nullptr; }
   host_sdk::SPPluginRef Ref() const { return ref_; }  // null until loaded
 
-  // Sends a message. An error that the plug-in answers, and an exception, are a failure.
+  // Sends a message. An error code of the plug-in and an exception are failures.
   std::string Send(const char* caller, const char* selector, host_sdk::PIActionParameters* parameters = nullptr);
 
-  // Forgets bundle and entry. The object stays mapped: a plug-in's timers, its window method and its observers stay behind
-  // and end with the process.
+  // Forgets the bundle and its entry. The code stays loaded, because timers, the window method and observers of the
+  // plug-in may remain until the process ends.
   void Release();
 
  private:

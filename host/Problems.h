@@ -1,4 +1,4 @@
-// Exceptions and host errors as lines for the user.
+// Converts exceptions and host errors to lines for the user.
 #pragma once
 
 #include <string>
@@ -7,13 +7,13 @@
 
 namespace host {
 
-// "'Parm' (1348565613)", or the number alone where it spells no code.
+// Returns "'Parm' (1348565613)", or only the number if it is not a four-character code.
 std::string DescribeHostError(host_sdk::SPErr error);
 
-// In a handler only: what the exception now handled is. Plug-ins throw integers as host errors.
+// Call in a catch block only: describes the current exception. Plug-ins throw integers as host errors.
 std::string DescribeCurrentException();
 
-// Runs code of a plug-in. What it throws becomes one line, "WHAT: ...", in *problem; true if nothing was thrown.
+// Runs code of a plug-in. Returns true if it did not throw; otherwise *problem receives one line, "WHAT: ...".
 template <class Call>
 bool CallGuarded(const std::string& what, const Call& call, std::string* problem) {
   try {

@@ -68,7 +68,7 @@ SPErr GetCount(PIActionList list, uint32_t* count) {
   return kNoErr;
 }
 
-// The item where list, index and type are right; otherwise null with the error.
+// Returns the item if the list exists and the index and type are right; otherwise null and the error.
 template <class T>
 const T* Item(PIActionList list, uint32_t index, SPErr& error) {
   const ListData* data = Objects().lists.Find(list);

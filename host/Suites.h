@@ -1,5 +1,5 @@
-// The tables of functions that a plug-in acquires by name and version. Every function answers wrong use (null, an object
-// that was freed or is of another kind, an unknown key) with a host error and leaves its out values alone.
+// The tables of functions that a plug-in acquires by name and version. On wrong use (null, an object that was freed or
+// has another kind, an unknown key) a function returns a host error and leaves its out parameters unchanged.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ const host_sdk::PSHandleSuite& HandleSuite();
 const host_sdk::ASZStringSuite& ZStringSuite();
 const host_sdk::ASZStringSuite2& ZStringSuite2();
 
-size_t AcquiredSuites();  // acquisitions not yet released, over all suites
+size_t AcquiredSuites();  // acquisitions that were not released, over all suites
 void ForgetAcquisitions();
 
 }  // namespace host

@@ -11,8 +11,8 @@ namespace host {
 
 namespace {
 
-// The tree behind the text data, with %T for the text as a string, %L for its length in units and %N for the font's name.
-// The second half repeats the resources of the first, as programs that read either expect.
+// The tree of the text data. %T is the text as a string, %L its length in units and %N the font's name. The second half
+// repeats the resources of the first, because programs read either.
 constexpr std::string_view kEngineDict = R"(
 
 <<
@@ -157,7 +157,7 @@ constexpr std::string_view kResources = R"(	<<
 	>>
 )";
 
-// One pass, so that what was put in is not searched again.
+// One pass, so that replacements are not searched again.
 template <class Replacement>
 std::string Fill(std::string_view form, const Replacement& replacement) {
   std::string filled;
@@ -178,21 +178,21 @@ std::string EngineData(const std::string& text, const std::string& fontName) {
       Fill(kResources, [&](char mark) { return TextDataString(mark == 'N' ? fontName : "Normal"); });
   return Fill(kEngineDict, [&](char mark) {
     if (mark == 'R') return resources;
-    if (mark == 'L') return std::to_string(UnitsOf(text) + 1);  // with the end of the paragraph
+    if (mark == 'L') return std::to_string(UnitsOf(text) + 1);  // including the end of the paragraph
     return TextDataString(text + "\r");
   });
 }
 
 void AppendReal(std::string& out, double value) { AppendBigEndian(out, std::bit_cast<uint64_t>(value), 8); }
 
-// A key, class or value of a descriptor: a code of four characters stands behind a length of 0.
+// A key, class or value of a descriptor: a length of 0 and a four-character code.
 void AppendID(std::string& out, std::string_view id) {
   AppendBigEndian(out, id.size() == 4 ? 0 : id.size(), 4);
   out += id;
 }
 
 void AppendDescriptorHead(std::string& out, std::string_view objectClass, uint64_t count) {
-  AppendBigEndian(out, 1, 4);  // the class's name: an empty text with its zero
+  AppendBigEndian(out, 1, 4);  // class name: an empty text with its zero
   AppendBigEndian(out, 0, 2);
   AppendID(out, objectClass);
   AppendBigEndian(out, count, 4);
@@ -226,7 +226,7 @@ std::string TypeToolData(const std::string& text, const std::string& fontName) {
   const std::string engineData = EngineData(text, fontName);
   std::string data;
   AppendBigEndian(data, kVersion, 2);
-  for (const double each : {1.0, 0.0, 0.0, 1.0, 8.0, 30.0}) AppendReal(data, each);  // upright, at this place
+  for (const double each : {1.0, 0.0, 0.0, 1.0, 8.0, 30.0}) AppendReal(data, each);  // upright, at this position
   AppendBigEndian(data, kTextVersion, 2);
   AppendBigEndian(data, kDescriptorVersion, 4);
   AppendDescriptorHead(data, "TxLr", 5);

@@ -15,9 +15,9 @@ using platform::TextEncoding;
 
 constexpr uint16_t kGrayscale = 1, kRGB = 3, kCMYK = 4, kDuotone = 8, kLab = 9;
 constexpr size_t kLongestLayerName = 255;
-constexpr size_t kAlignment = 4;  // of layer information
+constexpr size_t kAlignment = 4;  // alignment of layer information
 
-// Colour channels of a layer; nothing for a mode that has no layers.
+// The number of colour channels of a layer; nothing for a mode without layers.
 std::optional<int> ColorChannels(uint16_t mode) {
   switch (mode) {
     case kGrayscale:
@@ -33,7 +33,7 @@ void Pad(std::string& bytes, size_t begin, size_t alignment) {
   while ((bytes.size() - begin) % alignment != 0) bytes.push_back('\0');
 }
 
-// The name as a string of at most 255 bytes, and with all its characters in a block of its own.
+// Appends the name as a string of at most 255 bytes, and completely in a separate block.
 void AppendNames(std::string& extra, const std::string& name) {
   const size_t begin = extra.size();
   const std::string shortName =
@@ -54,7 +54,7 @@ void AppendUnicodeName(std::string& extra, const std::string& name) {
   extra += data;
 }
 
-// The record of a layer of no size, which has all channels and no pixels in them.
+// The record of an empty layer, which has all channels without pixels.
 std::string LayerRecord(const TextLayer& layer, int colors, int lengthWidth) {
   std::string extra;
   AppendBigEndian(extra, 0, 4);  // no mask
@@ -70,7 +70,7 @@ std::string LayerRecord(const TextLayer& layer, int colors, int lengthWidth) {
   AppendBigEndian(record, static_cast<uint64_t>(colors) + 1, 2);
   for (int channel = -1; channel < colors; ++channel) {
     AppendBigEndian(record, static_cast<uint64_t>(channel), 2);
-    AppendBigEndian(record, 2, lengthWidth);  // the compression word alone
+    AppendBigEndian(record, 2, lengthWidth);  // only the compression word
   }
   record += "8BIMnorm";
   record += std::string("\xFF\0\0\0", 4);  // opaque, base, visible, filler
@@ -78,7 +78,7 @@ std::string LayerRecord(const TextLayer& layer, int colors, int lengthWidth) {
   return record + extra;
 }
 
-// The layer information with the new layers, from its count on.
+// The layer information with the new layers, from the number of layers on.
 Pieces LayersWith(const LayeredFile& file, const std::vector<TextLayer>& added) {
   const LayerInfo& old = file.layers;
   const int colors = ColorChannels(file.colorMode).value_or(0);
@@ -96,7 +96,7 @@ Pieces LayersWith(const LayeredFile& file, const std::vector<TextLayer>& added) 
   return info;
 }
 
-// The end of the old layer information with the padding that only its length made necessary.
+// The end of the old layer information, with the padding that only its length required.
 uint64_t EndOfOldLayers(const LayeredFile& file) {
   const LayerInfo& old = file.layers;
   const bool isBlock = old.lengthField != file.layersAndMask + static_cast<uint64_t>(file.LengthWidth());
@@ -127,7 +127,7 @@ std::string AddTextLayers(const LayeredFile& file, uint64_t size, const std::vec
 
   const auto width = static_cast<uint64_t>(file.LengthWidth());
   const uint64_t sectionBegin = file.layersAndMask + width;
-  // Without layers the length field of the section's first part is the place, or has to be made with an empty mask.
+  // Without layers, either use the length field of the section's first part, or create it with an empty mask.
   const bool hasLengthField = old.isPresent || sectionBegin < file.layersAndMaskEnd;
   const uint64_t lengthField = old.isPresent ? old.lengthField : sectionBegin;
   const uint64_t oldEnd = old.isPresent ? EndOfOldLayers(file) : sectionBegin + (hasLengthField ? width : 0);

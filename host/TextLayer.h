@@ -1,4 +1,4 @@
-// Text layers for layered documents, and the documents themselves.
+// Creates text layers for layered documents, and new documents.
 #pragma once
 
 #include <string>
@@ -9,21 +9,21 @@
 
 namespace host {
 
-// A text layer without pixels: the next program that edits its text draws it.
+// A text layer without pixels: the next program that edits its text draws them.
 struct TextLayer {
   std::string text;      // UTF-8
   std::string fontName;  // PostScript name
 };
 
-// Empty, or why no text layer can be added to a document of this structure.
+// Returns why text layers cannot be added to a document of this structure; empty if they can.
 std::string TextLayerProblem(const LayeredFile& file);
 
-// Puts the file of this structure and size, with the layers above all others, into `out`, as one that ParseLayeredFile
-// accepts. Every byte stays as it is but the counts and lengths of the layers, and the padding behind them. Empty, or why
-// not; `out` is unchanged then.
+// Sets `out` to the file with this structure and size and with the layers above all others; ParseLayeredFile accepts
+// the result. Changes only the counts and lengths of the layers and the padding after them. Returns an empty text, or
+// the reason, with `out` unchanged.
 std::string AddTextLayers(const LayeredFile& file, uint64_t size, const std::vector<TextLayer>& layers, Pieces& out);
 
-// A white picture without layers.
+// Returns a white picture without layers.
 std::string NewLayeredFile(bool isLarge);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// Handing text to a plug-in's buffer.
+// Copies text to a plug-in's buffer.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace host {
 
-// Puts UTF-8 text and a NUL into a buffer of so many bytes, cut at a whole character where it is too long.
+// Copies UTF-8 text and a NUL to a buffer of `size` bytes. Text that is too long is cut after a whole character.
 inline host_sdk::SPErr CopyText(std::string_view text, char* buffer, uint32_t size) {
   if (!buffer || size == 0) return host_sdk::kBadParameters;
   size_t length = std::min<size_t>(text.size(), size - 1);
@@ -22,7 +22,7 @@ inline host_sdk::SPErr CopyText(std::string_view text, char* buffer, uint32_t si
   return host_sdk::kNoErr;
 }
 
-// As many units as fit, and a zero behind them if there is room.
+// Copies as many units as fit, and a 0 after them if there is room.
 inline host_sdk::SPErr CopyUnits(std::u16string_view text, uint16_t* buffer, uint32_t size) {
   if (!buffer) return host_sdk::kBadParameters;
   const size_t length = std::min<size_t>(text.size(), size);

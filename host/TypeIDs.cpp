@@ -36,7 +36,7 @@ constexpr FixedName kFixedNames[] = {
     {"no", kEnumNo},
 };
 
-// Names that got a code while running. Their codes count from 1 and so lie below every code of four characters.
+// Names that got a code at run time. Their codes start at 1, below every four-character code.
 std::vector<std::string>& RuntimeNames() {
   static std::vector<std::string> sNames;
   return sNames;

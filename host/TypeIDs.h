@@ -1,4 +1,4 @@
-// The codes of the host's events, classes, keys and values, and the names that stand for them.
+// The codes of the host's events, classes, keys and values, and their names.
 #pragma once
 
 #include <string>
@@ -37,9 +37,10 @@ inline constexpr FourCharCode kTypeYesNo = host_sdk::typeYesNo;
 inline constexpr FourCharCode kEnumYes = host_sdk::enumYes;
 inline constexpr FourCharCode kEnumNo = host_sdk::enumNo;
 
-// The code of a name: the fixed one, or one made for the name at its first use, the same for the life of the process.
+// Returns the code of a name: a fixed one, or one that is created at the first use and stays the same for the life of
+// the process.
 FourCharCode TypeIDOfString(std::string_view name);
-// Empty for a code that has no name.
+// Returns an empty text for a code without a name.
 std::string StringOfTypeID(FourCharCode code);
 
 }  // namespace host
