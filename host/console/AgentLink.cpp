@@ -26,8 +26,8 @@ using Json = nlohmann::json;
 
 constexpr int kPauseMilliseconds = 10;
 constexpr int kPatienceMilliseconds = 10000;
-constexpr int kPatienceAfterLastWords = 1000;  // an agent that has complained and does not answer has ended
-constexpr int kPatienceWithSilence = 20000;    // an agent that says nothing for so long has stopped
+constexpr int kPatienceAfterLastWords = 1000;  // an agent that reported an error and does not answer has ended
+constexpr int kPatienceWithSilence = 20000;    // an agent that is silent for this long has stopped
 constexpr uint32_t kAllWorkgroups = 0;
 
 int AgentProcess() {
@@ -45,7 +45,7 @@ bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
   return true;
 }
 
-// The progress of a scan on whatever presenter there is, from the first notification on.
+// Shows the progress of a scan with the current presenter, from the first notification on.
 class ScanProgress {
  public:
   ScanProgress() : properties_(platform::Dictionary::Create()) {}
@@ -83,8 +83,8 @@ bool Send(int socket, uint64_t id, const char* call, const Json& arguments) {
   return !platform::SendMessage(socket, request.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-// Waits until the agent has said something. One that is busy can hold a reply back for minutes, and answers a small
-// question all the same; false for one that does not even do that.
+// Waits for a message of the agent. A busy agent may delay a reply for minutes but still answers a probe. Returns false
+// if it does not even answer that.
 bool AwaitMessage(int socket) {
   for (const bool isLastTime : {false, true}) {
     pollfd ready{socket, POLLIN, 0};
@@ -103,14 +103,14 @@ bool HasEnded(int socket) {
   return got == 0 || (got < 0 && errno != EAGAIN);
 }
 
-// A blocked operation fails after a while: the agent has stopped in the middle of a message.
+// Makes a blocked operation fail after a while, for an agent that stops in the middle of a message.
 void LimitBlocking(int socket) {
   const timeval time{kPatienceWithSilence / 1000, 0};
   setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
   setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof time);
 }
 
-// Sends a request and reads until its reply; nothing if the connection is lost or the agent says nothing any more.
+// Sends a request and waits for its reply. Returns nothing if the connection is lost or the agent is silent.
 std::optional<Answer> Ask(int socket, uint64_t id, const char* call, const Json& arguments,
                           const std::function<void(const Json&)>& onNotification) {
   if (!Send(socket, id, call, arguments)) return std::nullopt;
@@ -160,10 +160,10 @@ std::string AgentLink::EndOldAgent() const {
 std::string AgentLink::Launch() {
   const std::string agent = sandbox_.AgentExecutable();
   const std::string errors = sandbox_.AgentErrors();
-  std::remove(errors.c_str());  // those of the agent before
+  std::remove(errors.c_str());  // those of the previous agent
   std::string error;
   if (!platform::LaunchDetached(agent, sandbox_.Folder(), errors, &error)) return error;
-  // The plug-in finds the agent in the list of running applications, so it must stand there before the plug-in looks.
+  // The plug-in finds the agent in the list of running applications, so wait until it is listed.
   const auto isReady = [this] { return Connect() && AgentProcess() != 0; };
   for (int waited = 0; waited < kPatienceMilliseconds; waited += kPatienceAfterLastWords) {
     if (WaitUntil(isReady, kPatienceAfterLastWords)) return "";
@@ -175,7 +175,7 @@ std::string AgentLink::Launch() {
 
 bool AgentLink::Connect() {
   if (socket_) return true;
-  // The user does not wait for a stopped agent more than once.
+  // Make the user wait for a stopped agent only once.
   if (silentProcess_ != 0 && silentProcess_ == AgentProcess()) return false;
   silentProcess_ = 0;
   std::error_code error;
@@ -234,7 +234,7 @@ std::string AgentLink::SilenceProblem() const {
 
 bool AgentLink::IsConnected() {
   if (!socket_) return false;
-  // Late notifications may still be there before the end of the stream.
+  // Notifications may be pending before the end of the stream.
   for (pollfd ready{socket_.Get(), POLLIN, 0}; poll(&ready, 1, 0) > 0;) {
     std::string ignored;
     if (!platform::ReceiveMessage(socket_.Get(), ignored)) continue;
@@ -248,7 +248,7 @@ bool AgentLink::WaitForActivation(int stop) {
   pollfd ready[] = {{socket_.Get(), POLLIN, 0}, {stop, POLLIN, 0}};
   while (socket_ && poll(ready, 2, -1) > 0 && ready[0].revents != 0) {
     std::string text;
-    if (platform::ReceiveMessage(socket_.Get(), text)) return false;  // noticed again by IsConnected
+    if (platform::ReceiveMessage(socket_.Get(), text)) return false;  // IsConnected notices it, too
     const Json message = Json::parse(text, nullptr, false);
     if (message.is_object() && message.value("notify", Json()) == PluginInterface::kFontActivated) return true;
   }

@@ -1,4 +1,4 @@
-// The front end's own line to the font manager agent. It starts the agent before the plug-in asks for it, shows the
+// The console's own connection to the font manager agent. Starts the agent before the plug-in needs it, shows the
 // progress of its first scan, asks it about font files, and notices when it is gone. Main thread only.
 #pragma once
 
@@ -18,7 +18,7 @@ struct AgentProblem {
 };
 
 struct LibrarySummary {
-  bool isKnown = false;  // there is an agent that could tell
+  bool isKnown = false;  // an agent answered
   size_t files = 0;
   size_t faces = 0;
   std::vector<AgentProblem> problems;
@@ -28,23 +28,23 @@ class AgentLink {
  public:
   explicit AgentLink(const Sandbox& sandbox) : sandbox_(sandbox) {}
 
-  // Starts the agent unless one runs, waits until it has read its library, and shows the progress of that. Empty, or one
-  // line; everything else goes on without an agent.
+  // Starts the agent if none is running, waits until it has read its library, and shows the progress. Returns an empty
+  // text or one line; everything else works without an agent.
   std::string Start(LibrarySummary* summary);
 
-  // Starts the agent again after it has gone, unless there is a new one already. Otherwise like Start.
+  // Starts the agent again if it is gone and there is no new one. Otherwise like Start.
   std::string Restart(LibrarySummary* summary);
 
-  // Whether the agent that we are connected to still lives. Does not wait.
+  // True if the connected agent is still running. Does not wait.
   bool IsConnected();
 
-  // Waits until the agent says that it has activated a font, on a thread of its own while no other operation runs. False
-  // if the stop descriptor becomes readable first, or there is no agent.
+  // Waits until the agent reports that it has activated a font. Runs on its own thread while no other function is
+  // running. Returns false if the stop descriptor becomes readable first, or if there is no agent.
   bool WaitForActivation(int stop);
 
-  // How many files hold a font of this PostScript name; 0 if the agent can't say.
+  // Returns how many files contain a font with this PostScript name; 0 if the agent cannot say.
   size_t CountCandidates(const std::string& postScriptName);
-  // The file of a font; empty if the agent can't say.
+  // Returns the file of a font; empty if the agent cannot say.
   std::string FileOf(uint32_t fontID);
 
  private:
@@ -53,7 +53,7 @@ class AgentLink {
   bool Connect();
   std::string ReadReport(LibrarySummary* summary);
   std::string LastWords() const;
-  void Lose();  // the agent has gone or does not answer
+  void Lose();  // the agent is gone or does not answer
   std::string SilenceProblem() const;
 
   const Sandbox& sandbox_;

@@ -11,7 +11,7 @@ bool ReadNumber(const std::string& text, int32_t& number) {
   return error == std::errc() && end == text.data() + text.size() && number >= 0;
 }
 
-// Takes one key with its values; `at` stands on the key and moves behind the values.
+// Reads one key with its values. Moves `at` from the key to the word after the values.
 std::string TakeKey(const Words& words, size_t& at, Answer& answer) {
   const std::string& key = words[at];
   const bool isPair = key == "font" || key == "pref";

@@ -1,4 +1,4 @@
-// What a user or a script answers to a box.
+// The answer of a user or a script to a box.
 #pragma once
 
 #include <cstdint>
@@ -20,14 +20,14 @@ struct Answer {
   std::map<std::string, std::string> preferences;
 };
 
-// "button 2 text 'My set' choice 3 font NimbusSans-Bold 1 pref PickBestMatch 0", each as often as it makes sense. Empty,
-// or one line that says what is wrong.
+// Parses "button 2 text 'My set' choice 3 font NimbusSans-Bold 1 pref PickBestMatch 0", in any order and number.
+// Returns an empty text, or one line that says what is wrong.
 std::string ReadAnswer(const Words& words, Answer& answer);
 
-// In the form that whoever shows a box expects.
+// Converts the answer to the form that the caller of a box expects.
 platform::Dictionary AnswerDictionary(const Answer& answer);
 
-// Answers for boxes to come, in their order.
+// Answers for future boxes, in order.
 class AnswerQueue {
  public:
   void Add(const Answer& answer) { answers_.push_back(answer); }

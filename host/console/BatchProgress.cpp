@@ -52,7 +52,7 @@ void BatchProgress::Begin(int64_t count) {
 void BatchProgress::End() {
   if (!reader_.joinable()) return;
   uint64_t one = 1;
-  if (write(stop_.Get(), &one, sizeof one) != sizeof one) return;  // an eventfd takes a 1
+  if (write(stop_.Get(), &one, sizeof one) != sizeof one) return;  // adds 1 to the eventfd
   reader_.join();
   if (read(stop_.Get(), &one, sizeof one) != sizeof one) return;
   platform::HideProgress();

@@ -1,5 +1,5 @@
-// Progress while the plug-in has a batch of fonts activated: the plug-in's trace says how many, the agent's notifications
-// say how many are done.
+// Shows progress while the plug-in activates a batch of fonts: the plug-in's trace gives the number of fonts, the
+// agent's notifications give how many are done.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace console {
 class AgentLink;
 class TraceRecorder;
 
-// Watches for the length of its life; shows nothing as long as no batch begins.
+// Watches during its life. Shows nothing until a batch begins.
 class BatchProgress {
  public:
   BatchProgress(AgentLink& agent, TraceRecorder& trace);

@@ -23,12 +23,12 @@ bool HasText(const Dictionary& box) {
   return kind == "text" || kind == "save-folder";
 }
 
-// Texts of boxes may hold names of files and fonts.
+// Texts of boxes may contain names of files and fonts.
 std::string TextOf(const Dictionary& dictionary, const char* key) {
   return platform::OneLine(dictionary.GetString(key).Text());
 }
 
-// The lines of header and message.
+// Returns the lines of header and message.
 std::vector<std::string> TitleOf(const Dictionary& box) {
   std::string text = box.GetString("Header").Text();
   const std::string message = box.GetString("Message").Text();
@@ -41,7 +41,7 @@ std::vector<std::string> TitleOf(const Dictionary& box) {
   return lines;
 }
 
-// A box that only tells something is confirmed; one that asks for a decision is closed.
+// Confirms a box that only informs, and closes a box that asks for a decision.
 Answer DefaultAnswer(const Dictionary& box) {
   Answer answer;
   answer.button = box.GetArray("Buttons").Count() <= 1 && !HasText(box) ? 1 : 0;
@@ -68,7 +68,7 @@ void DrawFonts(const Dictionary& box) {
   }
 }
 
-// What a box that the user is not asked about showed, and how it was answered.
+// Prints a box that the user is not asked about, and its answer.
 void Report(const Dictionary& box, const std::string& outcome) {
   std::string title;
   for (const std::string& line : TitleOf(box)) title += (title.empty() ? "" : "; ") + line;
@@ -76,7 +76,7 @@ void Report(const Dictionary& box, const std::string& outcome) {
   DrawFonts(box);
 }
 
-// One box that the user answers, question by question.
+// One box that the user answers question by question.
 class Dialogue {
  public:
   Dialogue(const AskLine& ask, const Dictionary& box)
@@ -96,7 +96,7 @@ class Dialogue {
   }
 
  private:
-  // Each is false if the user wants to answer no more.
+  // Each returns false if the user wants to answer no more.
   bool Ask(const std::string& prompt, std::string& line) { return ask_(session_, "| " + prompt, line); }
   bool AskForText();
   bool AskForReplacements();
@@ -119,7 +119,7 @@ bool Dialogue::AskForText() {
   return true;
 }
 
-// For each font with several files to choose from, one of them or none.
+// Asks, for each font with several files, which of them to use, or none.
 bool Dialogue::AskForReplacements() {
   const Array fonts = box_.GetArray("Fonts");
   for (size_t i = 0; i < fonts.Count(); ++i) {

@@ -1,6 +1,6 @@
-// Shows boxes and progress to the user. A box is answered by what a script said beforehand, else by the user at the
-// terminal, else by its default; the last and the first leave a line on standard error. While a user is asked, the box is
-// modal: the run loop is in its modal mode, and platform::Window::Modal() is the box. Main thread only.
+// Shows boxes and progress to the user. The answer to a box comes from a script, else from the user at the terminal, else
+// it is the default. Boxes that the user is not asked about are reported on standard error. While a user is asked, the box
+// is modal: the run loop is in its modal mode, and platform::Window::Modal() is the box. Main thread only.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace console {
 
-// Asks for a line, running the loop of the box meanwhile. False if the user wants to answer no more.
+// Asks for a line and runs the loop of the box meanwhile. Returns false if the user wants to answer no more.
 using AskLine = std::function<bool(host::ModalSession& box, const std::string& prompt, std::string& line)>;
 
 class Boxes {
@@ -23,7 +23,7 @@ class Boxes {
   Boxes(const Boxes&) = delete;
   Boxes& operator=(const Boxes&) = delete;
 
-  // Null: there is no user to ask.
+  // Null means that there is no user.
   void SetTerminal(AskLine ask) { ask_ = std::move(ask); }
 
  private:

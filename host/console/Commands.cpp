@@ -28,7 +28,7 @@ bool ReadNumber(const std::string& text, Number& number) {
 
 std::string First(const Words& arguments) { return arguments.empty() ? "" : arguments[0]; }
 
-// An empty name would mean the document in front; a script that builds names must not save over that by mistake.
+// An empty name would mean the front document; a script that builds names must not save over that by mistake.
 std::string CheckName(const Words& arguments) {
   return arguments.empty() || !arguments[0].empty() ? "" : "the name is empty";
 }
@@ -69,7 +69,7 @@ void Save(CommandContext& context, const Words& arguments) { context.session.Sav
 void SaveAs(CommandContext& context, const Words& arguments) { context.session.SaveAs(arguments[0]); }
 void Close(CommandContext& context, const Words& arguments) {
   if (First(arguments) == "all") {
-    context.session.CloseAll();  // a document of this name is closed with the others
+    context.session.CloseAll();  // also closes a document with this name
   } else {
     context.session.Close(First(arguments));
   }

@@ -1,4 +1,4 @@
-// The commands of scripts and of the console. One table gives the parser, the help and the completion.
+// The commands of scripts and the console. The parser, the help and the completion all use one table.
 #pragma once
 
 #include <deque>
@@ -13,7 +13,7 @@ class AnswerQueue;
 class Report;
 class Session;
 
-// What a command works on.
+// The objects that a command works on.
 struct CommandContext {
   Session& session;
   AnswerQueue& answers;
@@ -27,23 +27,23 @@ struct CommandEntry {
   const char* name;
   const char* arguments;
   const char* help;
-  size_t least;  // arguments
+  size_t least;  // number of required arguments
   size_t most;
-  Completion completion;  // of the first argument
-  // Returns one line that says what is wrong with the arguments, or an empty text. Null if any arguments will do.
+  Completion completion;  // how to complete the first argument
+  // Returns one line that says what is wrong with the arguments, or an empty text. Null if all arguments are allowed.
   std::string (*check)(const Words& arguments);
   void (*run)(CommandContext& context, const Words& arguments);
 };
 
 std::span<const CommandEntry> CommandTable();
-const CommandEntry* FindCommand(const std::string& name);  // null if there is none
-std::span<const char* const> ListingNames();               // what "show" shows
+const CommandEntry* FindCommand(const std::string& name);  // null if unknown
+std::span<const char* const> ListingNames();               // the listings of "show"
 
-// Checks the words of a line without doing anything. Returns one line that says what is wrong, or an empty text; no words
-// at all are right.
+// Checks the words of a line without running them. Returns one line that says what is wrong, or an empty text. An empty
+// line is correct.
 std::string CheckCommand(const Words& words);
-// Runs the command; CheckCommand must have found nothing wrong. What it throws becomes an error of the report, so that
-// the session goes on.
+// Runs a command that CheckCommand has accepted. An exception becomes an error of the report, and the session
+// continues.
 void RunCommand(CommandContext& context, const Words& words);
 
 std::string CommandHelp();

@@ -1,4 +1,4 @@
-// What may follow in a command line that is being written.
+// Completes a command line.
 #pragma once
 
 #include <string>
@@ -8,15 +8,15 @@
 namespace console {
 
 struct Candidates {
-  size_t start = 0;                // the place in the line from which a candidate replaces
-  std::vector<std::string> words;  // quoted as the line needs it; sorted
+  size_t start = 0;                // position in the line where a candidate starts
+  std::vector<std::string> words;  // quoted as necessary; sorted
 };
 
-// Commands for the first word; then what the command takes: paths (folders with "/" at their end), open documents, keys
-// of preferences, names of listings.
+// Completes commands for the first word, then what the command takes: paths (folders with "/" at their end), open
+// documents, keys of preferences, names of listings.
 Candidates CompleteLine(std::string_view upToCursor, const std::vector<std::string>& openDocuments);
 
-// The longest text of whole UTF-8 characters with which all candidates begin.
+// Returns the longest common start of all candidates, in whole UTF-8 characters.
 std::string CommonStart(const std::vector<std::string>& words);
 
 }  // namespace console

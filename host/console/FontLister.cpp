@@ -39,7 +39,7 @@ pid_t Start(const std::string& program, const std::string& document, int output,
   return failure == 0 ? process : 0;
 }
 
-// All that the other end writes until it closes; false if that takes too long.
+// Reads everything until the other side closes. Returns false if that takes too long.
 bool ReadToEnd(int descriptor, std::string& text) {
   const auto end = Clock::now() + kPatience;
   for (char block[65536];;) {

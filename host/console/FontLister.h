@@ -1,5 +1,5 @@
-// The program docfonts, asked for the fonts of documents that the plug-in does not read. A document can't harm the host by
-// what it makes a reader do.
+// Runs the program docfonts for documents that the plug-in does not read. It is a separate process, so a malicious
+// document cannot harm the host.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ struct ListedFonts {
   std::string problem;             // one line: why some may be missing; empty if none are
 };
 
-// Waits for the program at that path, half a minute at most.
+// Runs the program and waits for it, at most half a minute.
 ListedFonts ListFonts(const std::string& program, const std::string& document);
 
 }  // namespace console

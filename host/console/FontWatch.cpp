@@ -17,7 +17,7 @@ std::string FontWatch::TargetOf(const std::string& link) const {
   std::error_code error;
   const fs::path target = fs::read_symlink(link, error);
   if (!error) return target.string();
-  // A hard link does not say what it was made from; its name is the font's number.
+  // A hard link does not tell its source; its name is the font's ID.
   const std::string number = fs::path(link).stem().string();
   const std::string file = agent_.FileOf(static_cast<uint32_t>(std::strtoul(number.c_str(), nullptr, 10)));
   return file.empty() ? link : file;

@@ -1,4 +1,4 @@
-// Which fonts the operating system has active, and by which files: the outside view of what the plug-in did.
+// The fonts that the operating system has active, and their files: an outside view of what the plug-in did.
 #pragma once
 
 #include <map>
@@ -10,7 +10,7 @@ namespace console {
 class AgentLink;
 class Sandbox;
 
-// PostScript name to the font's own file: the target of a link that the agent made, never the link.
+// PostScript name to the font's own file: the target of the agent's link, never the link.
 using ActiveFiles = std::map<std::string, std::string>;
 
 class FontWatch {
@@ -18,7 +18,7 @@ class FontWatch {
   FontWatch(const Sandbox& sandbox, AgentLink& agent) : sandbox_(sandbox), agent_(agent) {}
 
   ActiveFiles Look() const;
-  // Those that are active because the agent linked them.
+  // The fonts that are active because the agent linked them.
   ActiveFiles LookAtAgents() const;
 
  private:
@@ -29,7 +29,7 @@ class FontWatch {
   AgentLink& agent_;
 };
 
-// The names of the first that the second has not.
+// The names that are in `first` but not in `second`.
 std::vector<std::string> NamesOnlyIn(const ActiveFiles& first, const ActiveFiles& second);
 
 }  // namespace console

@@ -1,4 +1,4 @@
-// One JSON object a line.
+// The report as one JSON object per line.
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A path that is no UTF-8 shows replacement characters, so that every line stays valid.
+// Replaces malformed UTF-8 in paths, so that every line stays valid.
 void Write(const Json& object) {
   const std::string line = object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
   std::fwrite(line.data(), 1, line.size(), stdout);

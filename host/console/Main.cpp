@@ -24,7 +24,7 @@ namespace console {
 
 namespace {
 
-// Longer than the plug-in waits until it closes and reopens a document to have it drawn with its fonts.
+// Longer than the time after which the plug-in closes and reopens a document.
 constexpr double kUntilReopened = 6;
 constexpr size_t kLongestPipedScript = 1u << 20;
 constexpr const char* kCloseGivesBack = "CloseFontsOnDocClose";
@@ -39,7 +39,7 @@ struct ScriptLine {
   size_t number = 0;
 };
 
-// The whole script is looked at before any of it is done. Empty, or one line.
+// Checks the whole script before any of it runs. Returns an empty text or one line.
 std::string ReadScript(const std::string& path, const std::string& text, std::vector<ScriptLine>& script) {
   size_t number = 0;
   for (size_t start = 0; start < text.size();) {
@@ -54,13 +54,14 @@ std::string ReadScript(const std::string& path, const std::string& text, std::ve
   return "";
 }
 
-// What one run of the program works with.
+// The objects of one run of the program.
 struct Run {
   Signals& signals;
   Session& session;
   Report& report;
 
-  // Whether going on makes no sense: a signal asks to end, the state folder is gone, or nobody reads the report any more.
+  // True if it makes no sense to continue: a signal requests the end, the state folder is gone, or nobody reads the
+  // report any more.
   bool Ends() const { return signals.EndAsked() != 0 || session.IsLost() || std::ferror(stdout) != 0; }
 };
 
@@ -71,7 +72,7 @@ void RunScript(const Run& run, const std::vector<ScriptLine>& script, CommandCon
   }
 }
 
-// False if a line was not understood and there is no user who read that.
+// Returns false if a line was not understood and no user could read that.
 bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes) {
   Terminal terminal(run.signals, [&context] { return context.session.DocumentNames(); });
   run.signals.SetUser(terminal.HasUser());
@@ -98,8 +99,8 @@ bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes) {
   return isUnderstood;
 }
 
-// What a user sees without asking for anything: each document through its whole life, and a copy of it saved, so that the
-// document itself stays as it was. Fonts go back at the close, whatever the user prefers otherwise.
+// The default run: takes each document through its whole life and saves a copy, so that the document itself does not
+// change. Fonts are deactivated at the close, whatever the user's preferences are.
 void Demonstrate(const Run& run, const std::vector<std::string>& files) {
   run.session.OverridePreference(kCloseGivesBack, true);
   for (const std::string& file : files) {
@@ -114,7 +115,7 @@ void Demonstrate(const Run& run, const std::vector<std::string>& files) {
   }
 }
 
-// The documents of a folder in the order of their names, without the pages that describe them.
+// Returns the documents of a folder, sorted by name, without the pages that describe them.
 std::vector<std::string> DocumentsIn(const std::string& folder) {
   std::vector<std::string> files;
   std::error_code error;
@@ -136,7 +137,7 @@ std::unique_ptr<Report> MakeReport(const Options& options) {
   return options.json ? MakeJsonReport() : MakeTextReport();
 }
 
-// Does what the options say in a session that has started. False as RunConsole.
+// Does what the options say in a started session. Returns false like RunConsole.
 bool Work(const Run& run, const Options& options, const std::vector<ScriptLine>& script, AnswerQueue& answers,
           Boxes& boxes) {
   CommandContext context{run.session, answers, run.report};
@@ -153,7 +154,7 @@ bool Work(const Run& run, const Options& options, const std::vector<ScriptLine>&
   return true;
 }
 
-// The exit status, or kStatusSignal and the number of the signal that ended the run.
+// Returns the exit status, or kStatusSignal plus the number of the signal that ended the run.
 int RunHost(const Options& options, const std::vector<ScriptLine>& script) {
   Signals signals;
   const std::unique_ptr<Report> report = MakeReport(options);
@@ -186,7 +187,7 @@ int RunHost(const Options& options, const std::vector<ScriptLine>& script) {
   return report->Errors() == 0 ? kStatusWell : kStatusWrong;
 }
 
-// From a pipe too, such as a shell makes of a command's output.
+// Also reads a pipe, for example from the shell's process substitution.
 std::error_code ReadScriptFile(const std::string& path, std::string& text) {
   const std::error_code error = platform::ReadFile(path, text);
   if (error != std::errc::not_supported) return error;

@@ -1,4 +1,4 @@
-// The host as a program.
+// The host's main program.
 #pragma once
 
 #include <string>
@@ -7,15 +7,15 @@
 namespace console {
 
 inline constexpr int kStatusWell = 0;
-// Something went wrong; the report says what.
+// The exit status if something failed; the report says what.
 inline constexpr int kStatusWrong = 1;
-// A command or option is not known or not well formed; it did nothing.
+// The exit status if a command or option is unknown or malformed; it was not run.
 inline constexpr int kStatusUnknown = 2;
-// Above it: a signal ended the run.
+// Plus the number of the signal that ended the run.
 inline constexpr int kStatusSignal = 128;
 
-// Runs the host with the command line's arguments, without the program's name. Returns the exit status, unless a signal
-// ends the run: then it quits as usual and ends the process by that signal.
+// Runs the host with the command line's arguments (without the program's name). Returns the exit status, unless a
+// signal ends the run: then it quits normally and ends the process with that signal.
 int Main(const std::vector<std::string>& arguments);
 
 }  // namespace console

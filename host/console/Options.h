@@ -1,4 +1,4 @@
-// The command line of the host. One table gives the parser, the help and the shell's completion.
+// The host's command line. The parser, the help and the shell completion all use one table.
 #pragma once
 
 #include <span>
@@ -9,10 +9,10 @@ namespace console {
 
 struct Options {
   std::vector<std::string> files;  // documents, as given
-  std::string script;              // path; empty without one
+  std::string script;              // path; may be empty
   std::vector<std::string> library;
-  std::string state;    // empty: the default of the platform
-  std::string samples;  // a folder of documents for those who name none
+  std::string state;    // empty for the platform's default
+  std::string samples;  // the folder of documents to open if none are named
   bool interactive = false;
   bool json = false;
   bool desktop = false;
@@ -22,18 +22,18 @@ struct Options {
 
 struct OptionEntry {
   const char* name;
-  const char* argument;  // null: it takes none
+  const char* argument;  // null without an argument
   const char* help;
   void (*take)(Options& options, const std::string& value);
 };
 
 std::span<const OptionEntry> OptionTable();
 
-// Options may stand anywhere before "--"; a value follows as the next word or behind "=". Empty, or one line that says
-// what is wrong.
+// Options may be anywhere before "--". A value is the next word or follows "=". Returns an empty text, or one line that
+// says what is wrong.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 std::string HelpText();
-// A line for the shell that completes the options of ./run.
+// Returns a line for the shell that completes the options of ./run.
 std::string CompletionText();
 
 }  // namespace console

@@ -44,7 +44,7 @@ Preferences::Preferences(const std::string& frameworkFolder) {
   if (bundle_ && !bundle_->Load(&problem_)) bundle_ = nullptr;
 }
 
-// A function of the framework's list; null if the framework has none of this name.
+// Returns a function of the framework's list, or null.
 template <typename Function>
 Function Preferences::Find(const char* name) const {
   return bundle_ ? reinterpret_cast<Function>(bundle_->FunctionForName(name)) : nullptr;

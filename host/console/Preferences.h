@@ -1,4 +1,4 @@
-// The plug-in's preferences, read and changed through the user-interface framework that keeps them.
+// Reads and changes the plug-in's preferences through the user-interface framework.
 #pragma once
 
 #include <string>
@@ -16,15 +16,15 @@ class Preferences {
  public:
   explicit Preferences(const std::string& frameworkFolder);
 
-  // False without a framework, and until the plug-in has written the defaults of a first start. It takes any preference
-  // for a sign that it has, so that none may be set before.
+  // False without a framework, and until the plug-in has written the defaults of a first start. Set none before: the
+  // plug-in takes any preference as a sign that it has.
   bool AreThere() const;
-  // Empty, or one line: an unknown key, a value of another kind, or no preferences.
+  // Returns an empty text, or one line: an unknown key, a value of another kind, or no preferences.
   std::string Set(const std::string& key, const std::string& value);
   bool GetSwitch(const std::string& key) const;  // false without a framework
-  // Until the framework is unloaded the switch reads as this value; what is stored does not change.
+  // Makes the switch read as this value until the framework is unloaded; the stored value does not change.
   void Override(const std::string& key, bool value) const;
-  // "KEY = VALUE" for each entry of the table, or a line that says why there are none.
+  // Returns "KEY = VALUE" for each entry of the table, or a line that says why there are none.
   std::vector<std::string> Describe() const;
 
  private:
@@ -36,7 +36,7 @@ class Preferences {
   platform::BundleRef bundle_;
 };
 
-// Empty if the key is known and the value is of its kind.
+// Returns an empty text if the key is known and the value has its kind.
 std::string CheckPreference(const std::string& key, const std::string& value);
 
 }  // namespace console

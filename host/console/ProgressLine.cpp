@@ -11,14 +11,14 @@ namespace console {
 
 namespace {
 
-constexpr int64_t kWorthQuarters = 100;  // below, a plain line at the start says enough
+constexpr int64_t kWorthQuarters = 100;  // fewer steps get only a plain line at the start
 
-// A property list may hold a truth as a number.
+// A property list may store a boolean as a number.
 bool IsIndeterminate(const platform::Dictionary& progress) {
   return progress.GetBoolean("IsIndeterminate") || progress.GetInteger("IsIndeterminate") != 0;
 }
 
-// A line that is too long would be broken, and only its last part drawn over.
+// A line that is too long would wrap, and only its last part would be overwritten.
 size_t WidthOfTerminal() {
   constexpr size_t kUsual = 80;
   winsize size{};

@@ -1,4 +1,4 @@
-// Progress on standard error: one line that is drawn over and over on a terminal, a few plain lines elsewhere.
+// Shows progress on standard error: on a terminal one line that is redrawn, elsewhere a few plain lines.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 namespace console {
 
-// Any thread.
+// Thread-safe.
 class ProgressLine {
  public:
   ProgressLine();
-  // With the keys of platform/Presenter.h.
+  // `progress` has the keys of platform/Presenter.h.
   void Show(const platform::Dictionary& progress);
   void Update(const platform::Dictionary& progress);
   void Hide();
@@ -24,7 +24,7 @@ class ProgressLine {
   std::mutex mutex_;
   bool isTerminal_;
   bool isShown_ = false;
-  int64_t lastQuarter_ = 0;  // that was told as a plain line
+  int64_t lastQuarter_ = 0;  // last quarter that was printed as a plain line
 };
 
 }  // namespace console

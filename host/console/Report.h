@@ -1,7 +1,7 @@
-// What is told to the user: what each document needed and got, and what went wrong.
+// The report for the user: what each document needed and got, and what went wrong.
 //
-// Two forms of the same content. The text is grouped by document and ends with a tally. JSON is one object a line on
-// standard output, which then holds nothing else; notes and listings go to standard error.
+// There are two forms of the same content. The text is grouped by document and ends with a summary. JSON is one object
+// per line on standard output, which contains nothing else; notes and listings go to standard error.
 #pragma once
 
 #include <functional>
@@ -17,14 +17,14 @@ struct ActivatedFont {
   std::string why;
 };
 
-// Documents are named by the path as it was given.
+// Documents are named by the path as given.
 struct OpenedReport {
   std::string file;
-  std::vector<std::string> named;  // all distinct PostScript names that the document names, in the order found
+  std::vector<std::string> named;  // all distinct PostScript names in the document, in the order found
   std::vector<std::string> active;
   std::vector<ActivatedFont> activated;
   std::vector<std::string> missing;
-  // The fonts of a document that names none in a way that host and plug-in understand, as docfonts lists them.
+  // The fonts from docfonts, for a document in which neither host nor plug-in finds any.
   std::vector<std::string> readers{};
 };
 
@@ -33,18 +33,19 @@ class Report {
   virtual ~Report() = default;
 
   void Opened(const OpenedReport& opened);
-  // Before a save: fonts whose identification it can take out of the document, because they are not active now.
+  // Call before a save, with the fonts whose identification the save may remove, because they are not active now.
   void Saving(const std::string& file, const std::vector<std::string>& atRisk);
-  // slug: whose identification the document holds now; lost: whose it held before, though it still names the font.
+  // `slug`: the fonts whose identification the document contains now. `lost`: those whose identification it contained
+  // before, although it still names them.
   void Saved(const std::string& file, const std::vector<std::string>& slug, const std::vector<std::string>& lost);
   void Closed(const std::string& file, const std::vector<std::string>& deactivated);
-  // Something went wrong with this file, folder or program. It makes the exit status 1.
+  // Reports a failure with this file, folder or program. Sets the exit status to 1.
   void Error(const std::string& file, const std::string& message);
-  // A line about a document, such as where its copy lies.
+  // A line about a document, for example where its copy is.
   virtual void Note(const std::string& file, const std::string& line) = 0;
-  // What was asked for with "show".
+  // The result of "show".
   virtual void Listing(const std::vector<std::string>& lines) = 0;
-  // After the last document.
+  // Call after the last document.
   virtual void Finish() = 0;
 
   int Errors() const { return errors_; }
@@ -67,7 +68,7 @@ class Report {
   int errors_ = 0;
 };
 
-// Runs the call. What it throws becomes an error of the report about `what`; true if nothing was thrown.
+// Runs the call. Returns true if it did not throw; an exception becomes an error of the report about `what`.
 bool RunReported(Report& report, const std::string& what, const std::function<void()>& call);
 
 std::unique_ptr<Report> MakeTextReport();

@@ -184,7 +184,7 @@ std::string Sandbox::WriteFontConfiguration() const {
 
 std::string Sandbox::WriteLaunchConfiguration() const {
   const std::string agent = AgentExecutable();
-  // The file's form has no way to write these.
+  // The file format cannot represent these characters.
   for (const std::string& path : {agent, folder_}) {
     if (path.find_first_of("#\r\n") != std::string::npos || path.ends_with(" ")) {
       return path + ": a path with '#', a line end or a blank at its end can't be told to the plug-in";

@@ -1,4 +1,4 @@
-// The state folder of a host: everything that it, the plug-in and the agent keep.
+// A host's state folder: everything that the host, the plug-in and the agent store.
 //
 //   STATE/host.lock      held by the one host that uses the folder; names its process while that lives
 //   STATE/nexcore.json   the agent's configuration; the list of library folders stays until another is given
@@ -9,7 +9,7 @@
 //   STATE/preferences.plist    the user-interface framework's preferences
 //   STATE/copies               where documents are saved that must not be changed themselves
 //
-// Each file is replaced whole or not at all, and only if its content changes.
+// Each file is replaced atomically, and only if its content changes.
 #pragma once
 
 #include <string>
@@ -20,29 +20,29 @@
 namespace console {
 
 struct SandboxOptions {
-  std::string stateFolder;           // empty: below the user's folder of program states
-  std::vector<std::string> library;  // empty: what is stored, or else the folders of Debian's font packages
+  std::string stateFolder;           // empty for the user's folder of program states
+  std::vector<std::string> library;  // empty for the stored list, or else Debian's font folders
   bool desktop = false;              // activate for the user's own programs
 };
 
 class Sandbox {
  public:
   Sandbox() = default;
-  ~Sandbox();  // gives the folder free
+  ~Sandbox();  // releases the folder
   Sandbox(const Sandbox&) = delete;
   Sandbox& operator=(const Sandbox&) = delete;
 
-  // Makes what is missing and tells platform::SetPlaces. Empty, or one line that names the file; then nothing that was
-  // stored is changed or lost.
+  // Creates what is missing and calls platform::SetPlaces. Returns an empty text, or one line that names the file; then
+  // stored data is neither changed nor lost.
   std::string Prepare(const SandboxOptions& options);
 
-  // Whether the folder that Prepare took is still at its place.
+  // True if the folder that Prepare took is still in its place.
   bool IsInPlace() const;
 
   const std::string& Folder() const { return folder_; }
   const std::vector<std::string>& Library() const { return library_; }
   std::string AgentExecutable() const;
-  std::string InterfaceFramework() const;      // by which the plug-in speaks to the agent
+  std::string InterfaceFramework() const;      // through which the plug-in calls the agent
   std::string UserInterfaceFramework() const;  // boxes, texts, preferences
   std::string EventsFramework() const;         // between the plug-in and its panel
   std::string PluginBundle() const;
@@ -51,12 +51,12 @@ class Sandbox {
   std::string AgentErrors() const {
     return folder_ + "/logs/agent.err";
   }  // what the agent started last has complained of
-  // Whether an agent that has started with this folder before reads another configuration now.
+  // True if an agent that started earlier with this folder would now read another configuration.
   bool HasNewAgentConfiguration() const { return newAgentConfiguration_; }
-  // The process that used the folder before and ended without giving it free; 0 if none did.
+  // The process that used the folder before and ended without releasing it; 0 if there is none.
   int KilledPredecessor() const { return killedPredecessor_; }
 
-  // Where a copy of the document goes; two documents of one name get two places within a run.
+  // Where to save a copy of the document. Two documents with one name get two places within a run.
   std::string PlaceForCopy(const std::string& document);
 
  private:
@@ -68,7 +68,7 @@ class Sandbox {
   void SetPlaces(bool desktop) const;
 
   std::string folder_;
-  std::string app_;  // the folder that holds host/ and agent/
+  std::string app_;  // the folder of host/ and agent/
   std::string activeFolder_;
   std::vector<std::string> library_;
   std::vector<std::string> copies_;

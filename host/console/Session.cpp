@@ -18,7 +18,7 @@ namespace console {
 
 namespace {
 
-// The host's placeholder for layers without visible text; no font of this name exists, and none is wanted.
+// The host's placeholder for layers without visible text. No font has this name, and none is needed.
 constexpr const char* kInvisibleFont = "AdobeInvisFont";
 
 #define NAME_OF(name, result, parameters) #name,
@@ -36,14 +36,15 @@ std::string AbsolutePath(const std::string& path) {
   return std::filesystem::absolute(path, error).lexically_normal().string();
 }
 
-// The path as a user in the current folder writes it, if it lies below.
+// Returns the path relative to the current folder if it is below it.
 std::string FromHere(const std::string& path) {
   std::error_code error;
   const std::string here = std::filesystem::current_path(error).string() + "/";
   return !error && path.starts_with(here) ? path.substr(here.size()) : path;
 }
 
-// Lines of the host name the file, as given, by its real path or by its title, and the report names it anyway.
+// Removes the file from a line of the host, because the report names it anyway. The host names it as given, by its real
+// path or by its title.
 std::string WithoutFile(const std::string& line, const std::string& file) {
   const std::string whole = AbsolutePath(file), title = std::filesystem::path(file).filename().string();
   for (const std::string& prefix :
@@ -104,7 +105,7 @@ bool Session::StartPlugin() {
   return false;
 }
 
-// Only a line is known of what went wrong: it begins with a path, or it is the plug-in's. What stops one reader of a
+// Only one line describes the problem: it begins with a path, or it is the plug-in's. What stops one reader of a
 // document's metadata stops the next, so a line is reported once until a document is opened or saved.
 void Session::TakeProblem(const std::string& line) {
   if (!toldProblems_.insert(line).second) return;
@@ -212,7 +213,8 @@ void Session::ReportOpened(const KnownDocument& document, const ActiveFiles& bef
       opened.missing.push_back(name);
     }
   }
-  // Whole families, and other faces of a file. What other documents name came back after a restart of the agent.
+  // Whole families, and other faces of a file, but not fonts that came back for other documents after a restart of the
+  // agent.
   const auto isOthers = [&](const std::string& name) {
     return std::any_of(documents_.begin(), documents_.end(), [&](const KnownDocument& other) {
       return other.id != document.id && Contains(other.fontNames, name);
@@ -269,7 +271,7 @@ void Session::Edit(const std::string& font) {
   }
 }
 
-// Empty for a document without a file, and for one that can't be read, of which the save itself tells.
+// Empty for a document without a file, and for one that cannot be read; the save reports that itself.
 std::vector<std::string> Session::IdentifiedFonts(const KnownDocument& document) const {
   std::vector<std::string> names;
   std::string problem;
@@ -281,7 +283,7 @@ std::vector<std::string> Session::IdentifiedFonts(const KnownDocument& document)
   return names;
 }
 
-// The plug-in writes the identification of active fonts and of no others.
+// The plug-in writes the identification of active fonts only.
 void Session::WarnOfLosses(const KnownDocument& document) {
   if (!preferences_.GetSwitch("EnableGlyphsure")) return;
   std::vector<std::string> atRisk = document.identified;
@@ -320,7 +322,7 @@ void Session::ReportSaved(const KnownDocument& document, const std::string& path
   std::vector<std::string> lost = document.identified;
   std::erase_if(lost, [&](const std::string& name) { return std::find(slug.begin(), slug.end(), name) != slug.end(); });
   report_.Saved(document.name, slug, lost);
-  // A file without active fonts has nothing to be identified, whether it could hold that or not.
+  // A file without active fonts has nothing to identify, whether or not it could store it.
   const ActiveFiles active = fonts_.Look();
   const auto isActive = [&](const std::string& name) { return active.contains(name); };
   if (trace_.HasFailedToWriteSlug(document.path) && preferences_.GetSwitch("EnableGlyphsure") &&
@@ -373,7 +375,7 @@ void Session::CloseAll() {
     const size_t count = documents_.size();
     const std::string name = documents_.front().name;
     Close(name);
-    if (documents_.size() == count) return;  // reported; the host keeps it
+    if (documents_.size() == count) return;  // already reported; the host keeps it
   }
 }
 
@@ -417,7 +419,7 @@ void Session::Follow() {
     std::erase_if(documents_, [&](const KnownDocument& known) { return known.id == lost.id; });
     report_.Error(lost.name, "was closed to be opened again, and could not be opened");
   }
-  // What an operation had opened before it failed.
+  // Documents that a failed operation had opened.
   for (const host::DocumentInfo& info : open) {
     const auto isThis = [&](const KnownDocument& known) { return known.id == info.id; };
     if (std::any_of(documents_.begin(), documents_.end(), isThis)) continue;
@@ -438,8 +440,8 @@ void Session::CheckState() {
                 "was removed or replaced while it was in use, so that no more fonts can be activated");
 }
 
-// A new agent removes the links that no client asks for any more, and the plug-in connects to it at its next question. An
-// agent that can't be started now is tried again before each operation: the user may mend what is wrong meanwhile.
+// A new agent removes the links that no client requests, and the plug-in connects to it at its next call. If the agent
+// cannot be started now, try again before each operation: the user may fix the cause.
 void Session::CheckAgent() {
   if (agent_.IsConnected()) return;
   LibrarySummary library;

@@ -1,5 +1,6 @@
-// One run of the host, seen from outside: it carries out what the user asks for, looks at the operating system's fonts
-// before and after, and reports what each document named, found active, had activated and gave back.
+// One run of the host, observed from outside: carries out the user's commands, looks at the operating system's fonts
+// before and after, and reports which fonts each document named, which were active, and which were activated and
+// deactivated.
 //
 // Documents are named by the path as the user gave it, untitled ones "Untitled-1" and so on.
 #pragma once
@@ -26,25 +27,25 @@ class Session {
   Session(Sandbox& sandbox, Report& report);
   ~Session();
 
-  // Starts agent and plug-in. What is missing is reported; documents can be opened all the same. False if the plug-in
-  // itself can't be loaded.
+  // Starts the agent and the plug-in. Missing parts are reported, but documents can still be opened. Returns false if
+  // the plug-in itself cannot be loaded.
   bool Start(LibrarySummary* library);
 
-  // Each operation reports its outcome; a failed one leaves the others' documents as they are.
+  // Each operation reports its outcome. A failed one does not affect other documents.
   bool Open(const std::string& file);
   void Make();
   void Edit(const std::string& font);
-  // An empty name means the document in front.
+  // An empty name means the front document.
   void Save(const std::string& document);
   void SaveAs(const std::string& file);
-  // The document goes on at the new place, but is named in the report as before.
+  // The document continues at the new path but keeps its name in the report.
   void SaveCopyInSandbox();
   void Close(const std::string& document);
   void CloseAll();
   void DoIt(int32_t operation);
   void Wait(double seconds);
   void SetPreference(const std::string& key, const std::string& value);
-  // For this run only; what the user has stored stays as it is.
+  // For this run only; the stored preference does not change.
   void OverridePreference(const std::string& key, bool value) { preferences_.Override(key, value); }
   void Quit();
 
@@ -55,23 +56,23 @@ class Session {
   void ShowPreferences();
 
   std::vector<std::string> DocumentNames() const;
-  // Whether the state folder was removed or replaced. Then no more documents are opened; open ones can be saved.
+  // True if the state folder was removed or replaced. Then no more documents are opened; open ones can be saved.
   bool IsLost() const { return isLost_; }
 
  private:
   struct KnownDocument {
     std::string name;  // as given
-    std::string path;  // the host's; empty while untitled
+    std::string path;  // the host's path; empty while untitled
     int32_t id = 0;
     std::vector<std::string> fontNames;
-    std::vector<std::string> identified{};  // of those, the ones with identification in the file before its last save
+    std::vector<std::string> identified{};  // those with identification in the file before its last save
   };
 
   // A framework that the plug-in loads.
   struct Part {
     std::string framework;
-    std::span<const char* const> functions;  // that it must have
-    const char* loss;                        // without it
+    std::span<const char* const> functions;  // required functions
+    const char* loss;                        // what does not work without it
   };
 
   void CheckParts();
@@ -80,14 +81,15 @@ class Session {
   void TakeProblem(const std::string& line);
   KnownDocument* Find(const std::string& document);
   KnownDocument* Front();
-  // Catches up; then the document of this name, or the one in front. Null, reported, if there is none.
+  // Catches up, then returns the document with this name, or the front one. Returns null, and reports it, if there is
+  // none.
   KnownDocument* Choose(const std::string& document, const char* operation);
   host::DocumentInfo InfoOf(int32_t id) const;
   // Call before each operation: the loop also runs while the console waits for a command and while a box is open.
   void CatchUp();
-  // Catches up; false, reported, if no more documents can be opened.
+  // Catches up. Returns false, and reports it, if no more documents can be opened.
   bool CanOpen(const std::string& document);
-  // Takes note of what the plug-in did: documents that it closed and opened again have new numbers.
+  // Updates the list after what the plug-in did: documents that it closed and reopened have new IDs.
   void Follow();
   void CheckState();
   void CheckAgent();
@@ -96,7 +98,7 @@ class Session {
   void ReportSaved(const KnownDocument& document, const std::string& path);
   std::vector<std::string> IdentifiedFonts(const KnownDocument& document) const;
   void WarnOfLosses(const KnownDocument& document);
-  bool SaveTo(KnownDocument& document, const std::string* file);  // null: its own file
+  bool SaveTo(KnownDocument& document, const std::string* file);  // null for its own file
 
   Sandbox& sandbox_;
   Report& report_;

@@ -1,4 +1,4 @@
-// What a session shows when it is asked.
+// The listings of a session.
 #include "host/console/Session.h"
 
 namespace console {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP};
 
-// What the handler may touch.
+// The data that the signal handler may use.
 std::atomic<int> sEnd, sWake;
 std::atomic<bool> sHasUser, sInterrupted, sStopped, sContinued, sResized;
 
@@ -43,7 +43,7 @@ void Take(int signal) {
       [[fallthrough]];
     default:
       sEnd = signal;
-      // The next one ends the process, whatever keeps it from ending by itself.
+      // The next signal ends the process, even if it hangs.
       for (const int ending : kEnding) SetHandler(ending, SIG_DFL);
   }
   const uint64_t one = 1;
@@ -59,7 +59,7 @@ Signals::Signals() : wake_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
   sWake = wake_.Get();
   platform::RunLoop::Main().WatchDescriptor(wake_.Get(), [this] {
     if (EndAsked() != 0 || IsInterrupted()) {
-      platform::RunLoop::Main().Stop();  // and the descriptor stays readable, for the runs around this one
+      platform::RunLoop::Main().Stop();  // the descriptor stays readable, for the outer runs
     } else {
       Clear();
     }
@@ -67,9 +67,9 @@ Signals::Signals() : wake_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
   for (const int ending : kEnding) {
     struct sigaction inherited = {};
     sigaction(ending, nullptr, &inherited);
-    if (inherited.sa_handler != SIG_IGN) SetHandler(ending, &Take);  // nohup, or a job in the background
+    if (inherited.sa_handler != SIG_IGN) SetHandler(ending, &Take);  // with nohup, or in a background job
   }
-  // Not ignored, since a program that we start would inherit that.
+  // Not ignored, because programs that we start would inherit that.
   for (const int other : {SIGPIPE, SIGCONT, SIGWINCH}) SetHandler(other, &Take);
 }
 
@@ -115,7 +115,7 @@ void Signals::StopProcess() {
 void EndBySignal(int signal) {
   SetHandler(signal, SIG_DFL);
   raise(signal);
-  std::abort();  // the signal is blocked
+  std::abort();  // reached if the signal is blocked
 }
 
 }  // namespace console

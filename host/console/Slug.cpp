@@ -44,7 +44,7 @@ bool ReadSlugNames(const std::string& path, std::vector<std::string>* names, std
   try {
     platform::TXMPFiles file;
     platform::TXMPMeta meta;
-    // A file of a kind that holds no XMP has no identification data either.
+    // A file type without XMP has no identification data either.
     if (OpenFile(file, path) && file.GetXMP(&meta)) *names = NamesIn(meta);
   } catch (const platform::XMP_Error& error) {
     *problem = error.what();

@@ -1,4 +1,4 @@
-// The identification data that a save put into a document, read back from the file as any other program would.
+// Reads the identification data that a save wrote into a document, as any other program would.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace console {
 
-// The PostScript names in the order of the document's slug; empty if the file has none or holds no XMP. False, with one
-// line in *problem, if the file can't be read.
+// Returns the PostScript names in the order of the document's slug; empty if the file has none or cannot contain XMP.
+// Returns false, with one line in *problem, if the file cannot be read.
 bool ReadSlugNames(const std::string& path, std::vector<std::string>* names, std::string* problem);
 
 }  // namespace console

@@ -26,14 +26,14 @@ constexpr double kForEver = 1e9;  // seconds
 constexpr wchar_t kInterruptKey = 3;
 constexpr wchar_t kReplacement = 0xFFFD;
 
-// Runs the loop until the condition holds.
+// Runs the loop until the condition is true.
 using RunLoopUntil = std::function<void(const std::function<bool()>&)>;
 
 void RunInDefaultMode(const std::function<bool()>& condition) {
   platform::RunLoop::Main().RunUntil(condition, kForEver);
 }
 
-// Byte by byte, so that what follows is left to whoever reads next. Waits unless the input is known to be ready.
+// Reads one byte, so that the rest is left for the next reader. Waits unless input is known to be ready.
 std::optional<char> ReadByteNow() {
   char byte = 0;
   ssize_t got = 0;
@@ -57,12 +57,12 @@ struct Terminal::State {
 
   Signals& signals;
   std::function<std::vector<std::string>()> openDocuments;
-  EditLine* editor = nullptr;  // null if the input is no terminal
+  EditLine* editor = nullptr;  // null if the input is not a terminal
   History* history = nullptr;
   bool isEditing = false;
   bool isInterrupted = false;
   std::optional<char> unread;  // a byte that ended a malformed character
-  std::string question;        // of a box that waits for an answer
+  std::string question;        // question of a box that waits for an answer
 
   static State* Of(EditLine* editor) {
     void* self = nullptr;
@@ -86,7 +86,7 @@ struct Terminal::State {
   void ShowAgain() const;
 };
 
-// The terminal has been somebody else's: what stood on the last line is drawn anew.
+// Redraws the last line after something else has used the terminal.
 void Terminal::State::ShowAgain() const {
   if (!question.empty()) {
     std::fputs(question.c_str(), stderr);
@@ -96,8 +96,8 @@ void Terminal::State::ShowAgain() const {
   }
 }
 
-// Lets the loop run until there is a byte to read, or the end of the input. False if a signal comes first that asks to
-// stop waiting.
+// Runs the loop until there is a byte to read or the end of the input. Returns false if a signal that ends the wait
+// comes first.
 bool Terminal::State::AwaitInput(const RunLoopUntil& runUntil) {
   platform::RunLoop& loop = platform::RunLoop::Main();
   pollfd input{STDIN_FILENO, POLLIN, 0};
@@ -135,12 +135,12 @@ bool Terminal::State::ReadPlainLine(const RunLoopUntil& runUntil, std::string& l
   return any && !signals.IsInterrupted();
 }
 
-// One character as the editor wants it. 1 read, 0 end of the input.
+// Reads one character for the editor. Returns 1, or 0 at the end of the input.
 int Terminal::State::GetCharacter(EditLine* editor, wchar_t* character) {
   State* self = Of(editor);
   std::optional<char> byte = self->ReadByte(RunInDefaultMode);
   if (!byte) {
-    // The terminal makes a signal of Ctrl-C; here it becomes a key again.
+    // The terminal converts Ctrl-C to a signal; convert it back to a key.
     *character = kInterruptKey;
     return self->signals.EndAsked() == 0 && self->signals.TakeInterrupt() ? 1 : 0;
   }
@@ -170,14 +170,14 @@ unsigned char Terminal::State::Complete(EditLine* editor, int) {
   const Candidates candidates = CompleteLine(upToCursor, Of(editor)->openDocuments());
   if (candidates.words.empty()) return CC_ERROR;
   const std::string common = CommonStart(candidates.words);
-  // The editor can't hold a name that is not UTF-8; it is only listed.
+  // The editor cannot contain a name that is not UTF-8, so the name is only listed.
   std::string text(platform::ValidStart(common));
   const std::string_view present = upToCursor.substr(candidates.start);
   const bool isWhole = candidates.words.size() == 1 && text == common;
   if (isWhole && !text.ends_with('/')) text += " ";
   if (text != present && text.size() >= present.size()) {
-    el_deletestr(editor,
-                 static_cast<int>(platform::CountCharacters(present)));  // it shows bytes and deletes characters
+    // The editor counts characters here, not bytes.
+    el_deletestr(editor, static_cast<int>(platform::CountCharacters(present)));
     el_insertstr(editor, text.c_str());
     return CC_REFRESH;
   }
@@ -191,8 +191,8 @@ Terminal::Terminal(Signals& signals, std::function<std::vector<std::string>()> o
     : state_(std::make_unique<State>(signals)) {
   state_->openDocuments = std::move(openDocuments);
   if (!isatty(STDIN_FILENO)) return;
-  std::setlocale(LC_CTYPE, "C.UTF-8");  // the editor counts characters; everything here is UTF-8
-  // Standard output is the report's alone: it may go to a file or another program.
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // the editor counts characters; all text here is UTF-8
+  // Use standard error: standard output is for the report, which may go to a file or another program.
   state_->editor = el_init("host", stdin, stderr, stderr);
   state_->history = history_init();
   if (!state_->editor || !state_->history) return;
@@ -202,10 +202,10 @@ Terminal::Terminal(Signals& signals, std::function<std::vector<std::string>()> o
   el_set(state_->editor, EL_CLIENTDATA, state_.get());
   el_set(state_->editor, EL_PROMPT, &State::Prompt);
   el_set(state_->editor, EL_EDITOR, "emacs");
-  el_set(state_->editor, EL_SIGNAL, 0);  // it would end or stop the process by itself; see Signals
+  el_set(state_->editor, EL_SIGNAL, 0);  // the editor would end or stop the process itself; see Signals
   el_set(state_->editor, EL_HIST, history, state_->history);
   el_set(state_->editor, EL_GETCFN, &State::GetCharacter);
-  // el_set copies the names and leaks them.
+  // el_set would copy the names and leak them.
   el_wset(state_->editor, EL_ADDFN, L"complete", L"complete a word", &State::Complete);
   el_wset(state_->editor, EL_ADDFN, L"interrupt", L"clear the line", &State::Interrupt);
   el_set(state_->editor, EL_BIND, "^I", "complete", nullptr);
@@ -221,14 +221,14 @@ bool Terminal::HasUser() const { return state_->editor != nullptr; }
 
 bool Terminal::ReadCommand(std::string& line) {
   if (!state_->editor) return state_->ReadPlainLine(RunInDefaultMode, line);
-  state_->signals.TakeInterrupt();  // it stopped the command before
+  state_->signals.TakeInterrupt();  // it stopped the previous command
   const char* text = nullptr;
   int length = 0;
   do {
     state_->isInterrupted = false;
     state_->isEditing = true;
     state_->signals.SetEditing(true);
-    el_set(state_->editor, EL_PREP_TERM, 1);  // before the prompt shows, or a quick Ctrl-D would be the terminal's own
+    el_set(state_->editor, EL_PREP_TERM, 1);  // before the prompt, or the terminal would handle a quick Ctrl-D
     text = el_gets(state_->editor, &length);
     state_->isEditing = false;
     state_->signals.SetEditing(false);

@@ -1,4 +1,4 @@
-// The report for a reader: a document's name, then a line for each thing about it, and a tally at the end.
+// The report as text: a document's name, a line for each thing about it, and a summary at the end.
 #include <cstdio>
 
 #include "host/console/Report.h"
@@ -54,7 +54,7 @@ class TextReport : public Report {
     std::fprintf(stderr, "%s: %s\n", platform::OneLine(file).c_str(), platform::OneLine(message).c_str());
   }
 
-  // The document's name, unless what stands above is about it as well.
+  // Prints the document's name, unless the lines above are about it, too.
   void Head(const std::string& file) {
     if (file == head_) return;
     std::printf("%s%s\n", head_.empty() ? "" : "\n", platform::OneLine(file).c_str());

@@ -13,7 +13,7 @@ namespace {
 constexpr size_t kMostLines = 20000;
 constexpr int kDeepest = 20;
 
-// What stands between two texts; nothing if either is not there. The end is looked for from the back.
+// Returns the text between two texts; nothing if either is missing. Searches the end backwards.
 std::optional<std::string> Between(std::string_view line, std::string_view begin, std::string_view end) {
   const size_t first = line.find(begin);
   if (first == std::string_view::npos) return std::nullopt;
@@ -60,7 +60,7 @@ bool ReadBatchSize(std::string_view line, int64_t& count) {
 
 namespace {
 
-// What a line says that the function returned for the document; empty for any other line.
+// Returns the code that a line reports for the function and document; empty for any other line.
 std::string CodeOf(const std::string& line, const std::string& function, const std::string& path) {
   const std::string told = function + "('" + path + "') returned ";
   const size_t at = line.find(told);
@@ -89,7 +89,7 @@ void TraceRecorder::Store(int indentChange, std::string_view line) {
   std::string text(static_cast<size_t>(std::min(indent_, kDeepest)) * 2, ' ');
   text += line.substr(0, line.find_last_not_of('\n') + 1);
   if (indentChange > 0) indent_ += indentChange;
-  // A timer a hundred times a second would push everything else out.
+  // A timer that fires a hundred times a second would push out everything else.
   if (!lines_.empty() && lines_.back().text == text) {
     ++lines_.back().times;
     return;
@@ -118,7 +118,7 @@ TraceRecorder::Reason TraceRecorder::ReasonFor(const std::string& postScriptName
     if (auto preferred = ReadPreferred(lines_[i].text, postScriptName)) {
       preference = std::move(*preferred);
     } else if (const auto match = ReadMatched(lines_[i].text, postScriptName)) {
-      // Another file can be taken than the best, by identification data or by the user.
+      // A file other than the best can be chosen, by identification data or by the user.
       const bool isBest = preference.file == match->file;
       reason = {match->how, isBest ? preference.stage : "", isBest ? preference.over : ""};
       preference = {};

@@ -6,7 +6,7 @@ namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-// One word from its first character on; `at` moves behind it. False if a quote has no end.
+// Reads one word that starts at `at` and moves `at` behind it. Returns false if a quote is not closed.
 bool TakeWord(std::string_view line, size_t& at, std::string& word) {
   char quote = 0;
   for (; at < line.size() && (quote || !IsBlank(line[at])); ++at) {
@@ -51,7 +51,7 @@ PartialLine SplitPartialLine(std::string_view upToCursor) {
     }
     std::string word;
     const size_t start = at;
-    TakeWord(upToCursor, at, word);  // a quote may still be open
+    TakeWord(upToCursor, at, word);  // a quote may be open
     if (at < upToCursor.size()) {
       line.words.push_back(std::move(word));
     } else {

@@ -1,4 +1,4 @@
-// The words of a command line of the console.
+// The words of a console command line.
 #pragma once
 
 #include <string>
@@ -9,18 +9,19 @@ namespace console {
 
 using Words = std::vector<std::string>;
 
-// Words are parted by blanks. Single and double quotes hold blanks together, a backslash takes the next character as it
-// is (not within single quotes), "#" at the start of a word begins a comment. Empty, or one line that says what is wrong.
+// Splits at blanks. Single and double quotes keep blanks together, a backslash takes the next character literally (not
+// within single quotes), and "#" at the start of a word begins a comment. Returns an empty text, or one line that says
+// what is wrong.
 std::string SplitWords(std::string_view line, Words& words);
 
-// The inverse: a word that SplitWords reads back as it was.
+// The inverse: quotes a word so that SplitWords returns it unchanged.
 std::string QuoteWord(std::string_view word);
 
-// A line that is still being written: the finished words, and the one that the cursor stands in or begins.
+// A line that is being typed: the finished words, and the word at the cursor.
 struct PartialLine {
   Words words;
   std::string partial;  // may be empty
-  size_t start = 0;     // where the partial word begins in the line
+  size_t start = 0;     // start of the partial word in the line
 };
 PartialLine SplitPartialLine(std::string_view upToCursor);
 
