@@ -52,7 +52,7 @@ std::optional<FileWalk::File> FileWalk::Next() {
     const File next = std::move(waiting_.back());
     waiting_.pop_back();
     const bool isFolder = recursive_ && platform::FolderExists(next.path);
-    // A folder that disappears while it is walked is gone like a file that does.
+    // A folder that disappears during the walk is reported like a missing file.
     if (!isFolder || !Enter(next.path)) return next;
   }
   return std::nullopt;

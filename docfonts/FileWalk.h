@@ -1,4 +1,4 @@
-// The documents that the command line names, one after the other: files, and with -r what is in folders.
+// The documents on the command line, one by one: files and, with -r, the files in folders.
 #pragma once
 
 #include <optional>
@@ -13,17 +13,18 @@ class FileWalk {
 
   struct File {
     std::string path;
-    bool isNamed;  // on the command line, and not found in a folder
+    bool isNamed;  // on the command line, not found in a folder
   };
-  // Folders give their regular files by name, then those of the folders in them; hidden entries are left out, and links to
-  // folders are not followed. A path that can't be walked is given like a file, so that reading it says why.
+  // Returns the next file. A folder gives its regular files, sorted by name, then those of its subfolders. Skips hidden
+  // entries and does not follow links to folders. A path that cannot be walked is returned like a file, so that reading
+  // it reports why.
   std::optional<File> Next();
 
  private:
   bool Enter(const std::string& folder);
 
   bool recursive_;
-  std::vector<File> waiting_;  // the next one last
+  std::vector<File> waiting_;  // next one last
 };
 
 }  // namespace docfonts

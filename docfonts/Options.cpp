@@ -9,7 +9,7 @@ namespace {
 struct Entry {
   const char* name;
   const char* shortName;  // may be empty
-  const char* argument;   // null: it takes none
+  const char* argument;   // null without an argument
   const char* help;
   void (*take)(Options& options, const std::string& value);
 };

@@ -1,4 +1,4 @@
-// The command line. One table gives the parser, the help and the shell's completion.
+// The command line. The parser, the help and the shell completion all use one table.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace docfonts {
 
 struct Options {
   std::vector<std::string> files;  // as given
-  std::string state;               // of the host whose fonts and agent are asked; empty: the desktop's
+  std::string state;               // state folder of the host whose fonts and agent are used; empty for the desktop's
   bool recursive = false;
   bool json = false;
   bool missing = false;
@@ -17,10 +17,10 @@ struct Options {
   bool completion = false;
 };
 
-// Options may stand anywhere before "--". Empty, or one line that says what is wrong.
+// Options may be anywhere before "--". Returns an empty text, or one line that says what is wrong.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 std::string HelpText();
-// A line for the shell that completes the options.
+// Returns a line for the shell that completes the options.
 std::string CompletionText();
 
 }  // namespace docfonts

@@ -26,7 +26,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kOutOfMemory = 3;  // exit status of a reader process
-// Real time, as a multiple of the processor time that is allowed: the machine may be busy, the metadata has a process of its
+// Real time as a multiple of the allowed processor time: the machine may be busy, the metadata has a process of its
 // own, and the file may be on a slow disk.
 constexpr uint32_t kPatienceFactor = 10;
 constexpr uint64_t kBytesPerSecond = uint64_t{32} << 20;
@@ -47,14 +47,14 @@ std::string DescribeEnd(int status, const ReaderLimits& limits, uint32_t seconds
 }  // namespace
 
 struct ReaderPool::Reader {
-  pid_t process = 0;  // 0: to be started
+  pid_t process = 0;  // 0 before the start
   platform::Descriptor socket;
   bool isBusy = false;
   std::string path;
   size_t number = 0;
   uint32_t seconds = 0;
   Clock::time_point deadline;
-  std::string problem;  // why the document could not be given to it
+  std::string problem;  // why the document could not be passed to it
 };
 
 ReaderPool::ReaderPool(size_t processes, ReadDocument read, ReaderLimits limits)
@@ -96,7 +96,7 @@ bool ReaderPool::Start(Reader& reader, std::string& problem) {
     for (const auto& sibling : readers_) sibling->socket.Close();
     Serve(other.Get());
   }
-  // What the parent has not yet written is not for this process to write.
+  // _exit, because this process must not write the parent's buffered output.
   _exit(0);
 }
 
@@ -107,7 +107,7 @@ uint32_t ReaderPool::SecondsFor(const std::string& path) const {
   return static_cast<uint32_t>(std::min<uint64_t>(limits_.seconds + 1 + more, 24 * 3600));
 }
 
-// In the reader process: it ends if the next document needs more.
+// Runs in the reader process, which ends if the next document needs more.
 void ReaderPool::LimitNext(const std::string& path) const {
   rusage used{};
   getrusage(RUSAGE_SELF, &used);
@@ -119,7 +119,7 @@ void ReaderPool::LimitNext(const std::string& path) const {
 void ReaderPool::Serve(int socket) {
   const rlimit none{0, 0}, memory{limits_.memory, limits_.memory};
   setrlimit(RLIMIT_CORE, &none);
-  // The sanitizers reserve more than that for themselves.
+  // Sanitizers reserve more than that.
   if (!platform::kIsSanitized) setrlimit(RLIMIT_AS, &memory);
   std::set_new_handler([] { _exit(kOutOfMemory); });
   for (std::string path; !platform::ReceiveMessage(socket, path);) {
@@ -132,7 +132,7 @@ void ReaderPool::Serve(int socket) {
   }
 }
 
-// False if no process can be started; the problem is in the reader then.
+// Returns false if no process can be started; `reader` contains the problem.
 bool ReaderPool::Give(Reader& reader, std::string path, size_t number) {
   reader.path = std::move(path);
   reader.number = number;
@@ -140,7 +140,7 @@ bool ReaderPool::Give(Reader& reader, std::string path, size_t number) {
   reader.deadline = Clock::now() + std::chrono::seconds(uint64_t{kPatienceFactor} * reader.seconds);
   reader.isBusy = true;
   reader.problem.clear();
-  // A process that ended while it had nothing to do is no fault of this document.
+  // A process that ended while idle must not make this document fail.
   for (int attempt = 0; attempt < 2; ++attempt) {
     if (reader.process == 0 && !Start(reader, reader.problem)) return false;
     if (!platform::SendMessage(reader.socket.Get(), reader.path)) return true;
@@ -156,7 +156,7 @@ void ReaderPool::Fail(Reader& reader, Report& report, bool isLate) {
     report.problems.push_back("reading it takes too long");
     return;
   }
-  // The other end is closed, so that the process is ending.
+  // The other side is closed: the process is ending.
   reader.socket.Close();
   int status = 0;
   while (waitpid(reader.process, &status, 0) < 0 && errno == EINTR) {
@@ -209,7 +209,7 @@ void ReaderPool::AwaitReports(const std::function<void(size_t number, Report)>& 
 }
 
 void ReaderPool::Run(const std::function<std::optional<std::string>()>& next, const std::function<bool(Report)>& take) {
-  std::map<size_t, Report> finished;  // whose turn has not come
+  std::map<size_t, Report> finished;  // reports that wait for earlier ones
   size_t given = 0, taken = 0;
   bool isOver = false;
   while (true) {

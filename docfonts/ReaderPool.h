@@ -1,5 +1,5 @@
-// Processes that read documents. Any bytes can make a reader loop, need too much memory or crash; that ends its process,
-// costs the one document a problem, and the next document gets a new process. The processes also use all processors.
+// Processes that read documents. A document can make a reader loop, exhaust memory or crash. That ends its process,
+// gives this document a problem, and the next document gets a new process. Several processes also use all processors.
 #pragma once
 
 #include <sys/types.h>
@@ -18,23 +18,23 @@ namespace docfonts {
 
 using ReadDocument = std::function<Report(const std::string& path)>;
 
-// What one document may cost.
+// Limits for one document.
 struct ReaderLimits {
-  uint64_t memory = uint64_t{1} << 30;  // bytes of address space, as the process's whole
-  uint32_t seconds = 10;                // of processor time, one more for the start and for each 32 MiB of the document
+  uint64_t memory = uint64_t{1} << 30;  // bytes of address space of the process
+  uint32_t seconds = 10;                // processor time, plus one for the start and for each 32 MiB of the document
 };
 
-// One thread, and no other threads in the program while processes are started.
+// Not thread-safe. The program must have no other threads while processes are started.
 class ReaderPool {
  public:
-  // `read` runs in the processes.
+  // `read` runs in the reader processes.
   ReaderPool(size_t processes, ReadDocument read, ReaderLimits limits = {});
-  ~ReaderPool();  // ends the processes, whatever they do
+  ~ReaderPool();  // kills the processes
   ReaderPool(const ReaderPool&) = delete;
   ReaderPool& operator=(const ReaderPool&) = delete;
 
-  // Reads all documents that `next` gives until it gives none, and hands each report to `take`, in the same order. Stops
-  // early if `take` is false.
+  // Reads all documents that `next` returns, until it returns none, and passes the reports to `take` in the same order.
+  // Stops early if `take` returns false.
   void Run(const std::function<std::optional<std::string>()>& next, const std::function<bool(Report)>& take);
 
  private:

@@ -48,7 +48,7 @@ Report FromJson(const Json& object) {
 
 namespace {
 
-// A line of the table about one font.
+// A table row for one font.
 struct Row {
   std::string name, state, type, embedded, found;
 };

@@ -1,4 +1,4 @@
-// What is found out about one document, and the two forms in which it is written.
+// The report about one document, and its two output formats.
 #pragma once
 
 #include <map>
@@ -9,34 +9,35 @@
 
 namespace docfonts {
 
-// A font that a document names. Empty texts and missing values are not known.
+// A font in a document. Empty texts and missing values mean unknown.
 struct Font {
   std::string name{};                // PostScript name, UTF-8
-  std::vector<std::string> found{};  // by which readers: "parser", "pdf", "scan", "list", "slug"
+  std::vector<std::string> found{};  // the readers that found it: "parser", "pdf", "scan", "list", "slug"
   std::optional<bool> embedded{};
-  std::string subset{};                       // the tag of six letters before the name of a part of a font
-  std::string type{};                         // as the document calls it
-  std::map<std::string, std::string> slug{};  // the stored identification, by the keys of font records
-  bool active = false;                        // for the operating system, now
-  std::optional<std::string> file{};          // of the library, that would be chosen; empty if there is none
+  std::string subset{};                       // six-letter tag before the name of a subset
+  std::string type{};                         // the document's name for the type
+  std::map<std::string, std::string> slug{};  // stored identification, with the keys of font records
+  bool active = false;                        // active in the operating system now
+  std::optional<std::string> file{};          // file of the library that would be chosen; empty if there is none
 };
 
 struct Report {
   std::string file{};  // as given, any bytes
-  std::string kind{};  // empty if not known
+  std::string kind{};  // empty if unknown
   std::vector<Font> fonts{};
   std::vector<std::string> problems{};  // one line each
 };
 
-// The object of docfonts.schema.json; bytes that are no UTF-8 become replacement characters. Reading accepts what writing
-// gives, and throws for anything else.
+// Converts to the object of docfonts.schema.json; malformed UTF-8 becomes replacement characters. FromJson
+// accepts what ToJson returns, and throws for anything else.
 nlohmann::ordered_json ToJson(const Report& report);
 Report FromJson(const nlohmann::ordered_json& object);
 
-// Lines for a person, each with its end. Without colours it holds no control characters, whatever the document holds.
+// Formats lines for people, each with its end. Without colours the text contains no control characters, whatever the
+// document contains.
 struct TextStyle {
   bool hasColours = false;
-  bool isResolved = false;  // whether the files that would be chosen were asked for
+  bool isResolved = false;  // the files that would be chosen are known
 };
 std::string ToText(const Report& report, const TextStyle& style);
 

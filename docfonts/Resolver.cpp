@@ -12,7 +12,7 @@ using platform::Dictionary;
 using namespace GlyphsureSupport;
 
 std::string Resolver::Connect() {
-  // As whom the agent's library knows this program.
+  // The name under which the agent's library knows this program.
   MarquineGlobals::IdentifyPluginBundleID("com.velorant.docfonts");
   MarquineGlobals::IdentifyPluginHostApp(platform::String::FromUTF8("docfonts"));
   bool isRunning = false;

@@ -30,7 +30,7 @@ namespace {
 
 enum EStatus : int { kAllRead = 0, kNotAllRead = 1, kWrongUsage = 2 };
 
-// How many documents are read so far, on a terminal only.
+// Shows how many documents were read so far, on a terminal only.
 class Progress {
  public:
   explicit Progress(bool isWanted) : isShown_(isWanted && isatty(STDERR_FILENO) != 0) {}
@@ -79,7 +79,7 @@ class Program {
 
   const Options& options_;
   FileWalk walk_;
-  std::deque<bool> isNamed_;  // of the documents whose reports are awaited
+  std::deque<bool> isNamed_;  // for the documents whose reports are pending
   std::shared_ptr<const platform::FontSnapshot> system_;
   Resolver resolver_;
   Progress progress_;
@@ -120,12 +120,12 @@ bool Program::Take(Report report) {
   const bool isNamed = isNamed_.front();
   isNamed_.pop_front();
   progress_.Count(report.file);
-  // A run counts what is active at its start.
+  // Uses the fonts that are active at the start of the run.
   if (!system_) system_ = platform::GetFontSnapshot();
   for (Font& font : report.fonts) font.active = system_->postScriptNames.contains(font.name);
   if (options_.missing) std::erase_if(report.fonts, [](const Font& font) { return font.active; });
   if (options_.resolve) resolver_.Resolve(report);
-  // A folder holds many files that are no documents.
+  // Folders contain many files that are not documents.
   const bool isDocument = isNamed || !report.kind.empty();
   const bool isWorthALine = options_.missing ? !report.fonts.empty() : isDocument || !report.fonts.empty();
   if (!report.problems.empty()) status_ = kNotAllRead;

@@ -17,8 +17,8 @@ namespace host {
 
 namespace {
 
-constexpr size_t kFarthestHeader = 1024;  // where readers of PDF still look for its header
-constexpr size_t kFarthestEnd = 65536;    // from the end: other programs append their own data behind the trailer
+constexpr size_t kFarthestHeader = 1024;  // readers of PDF look for its header up to here
+constexpr size_t kFarthestEnd = 65536;    // from the end: other programs append data after the trailer
 
 std::string Line(const std::string& path, const std::string& problem) { return path + ": " + problem; }
 
@@ -28,7 +28,7 @@ std::string ExtensionOf(const std::string& path) {
 
 std::string LastProblem() { return platform::DescribeError({errno, std::generic_category()}); }
 
-// What cannot be read as a file, and what would block or never end.
+// Refuses what cannot be read as a file, and what would block or never end.
 std::string CheckKind(const struct stat& info) {
   if (S_ISDIR(info.st_mode)) return "a folder, no document";
   if (!S_ISREG(info.st_mode)) return "no regular file";
@@ -44,7 +44,7 @@ std::string OpenFile(const std::string& path, DocumentContent& content) {
   if (stat(path.c_str(), &info) != 0) return LastProblem();
   std::string problem = CheckKind(info);
   if (!problem.empty()) return problem;
-  // Without waiting, in case something else has taken its place.
+  // O_NONBLOCK, in case something else has replaced the file.
   content.file = platform::Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!content.file || fstat(content.file.Get(), &info) != 0) return LastProblem();
   content.state = StateOf(info);
@@ -85,8 +85,8 @@ std::string ReadStructure(const std::string& path, platform::ByteSource& source,
   return "";
 }
 
-// Others put metadata about each font into the file as soon as it is saved. With room for that, they need not write the
-// whole file once more.
+// Other programs write metadata about each font into the file as soon as it is saved. With room for it, they need not
+// write the whole file again.
 void AddPacketRoom(const LayeredFile& structure, platform::ByteSource& source, size_t fonts, Pieces& pieces) {
   constexpr size_t kRoom = 2048, kRoomForFont = 1024, kLargestSection = 16u << 20, kLengthField = 4;
   const uint64_t begin = structure.resources + kLengthField;
@@ -124,7 +124,7 @@ std::string ReadDocument(const std::string& path, DocumentContent& content) {
   if (!problem.empty()) return Line(path, problem);
   platform::ByteSource source = SourceOf(read);
   problem = ReadStructure(path, source, read);
-  // What a failed read left out looks like damage.
+  // Missing bytes after a failed read look like damage.
   if (source.Error()) problem = platform::DescribeError(source.Error());
   if (!problem.empty()) return Line(path, problem);
   content = std::move(read);

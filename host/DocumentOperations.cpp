@@ -42,8 +42,8 @@ DescriptorData SaveDescriptor(int32_t id, const std::string& path) {
   return descriptor;
 }
 
-// Other programs may have written the file since it was read. In its own place the document meets what is there now: new
-// metadata is taken over, so that the save keeps it; anything else is another document, which must not get these texts.
+// Other programs may have written the file since it was read. When the document is saved to its own file, new metadata
+// is taken over, so that the save keeps it. Anything else is another document, which must not get these texts.
 std::string CatchUpWithFile(Document& document, const std::string& savedAs) {
   if (document.path.empty()) return "";
   if (StateOf(document.content.file) != document.content.state) {
@@ -61,7 +61,7 @@ std::string CatchUpWithFile(Document& document, const std::string& savedAs) {
          "and open it again";
 }
 
-// Stages the new file and reads it, so that nothing can fail once others are told of the save.
+// Stages the new file and reads it, so that nothing can fail after the notification of the save.
 std::string PrepareFile(const Document& document, DocumentFormat format, const std::string& path,
                         platform::StagedFile& staged, DocumentContent& content) {
   std::string problem = StageDocument(document.content, format, document.addedFonts, path, staged);
@@ -70,8 +70,8 @@ std::string PrepareFile(const Document& document, DocumentFormat format, const s
   return problem.empty() ? "" : path + problem.substr(staged.TemporaryPath().size());
 }
 
-// Those who are told of a save write the file too: the plug-in puts metadata into it. If it can't be read then, the next
-// save refuses it.
+// Programs that are notified of a save write the file, too: the plug-in adds metadata. If it cannot be read then, the
+// next save refuses it.
 void TakeOverFile(Document& document) {
   if (StateOf(document.path) == document.content.state) return;
   try {
@@ -164,12 +164,12 @@ std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
   return WithDocument(id, [&](Document& document) {
     if (path.empty()) return document.Title() + ": no file is named that it should be saved as";
     const Document* other = documents_.FindByFile(path);
-    if (other == &document) return Save(id);  // under another spelling of its own name
+    if (other == &document) return Save(id);  // another spelling of its own path
     if (other) return path + ": is open as another document";
     const DocumentFormat format = FormatOfExtension(path);
     const bool isLayered = format == DocumentFormat::kPSD || format == DocumentFormat::kPSB;
     if (document.path.empty() && !isLayered) return path + ": a new document is saved as .psd or .psb";
-    // The extension may be missing, or wrong as that of the document's own file.
+    // The extension may be missing, or wrong like that of the document's own file.
     const bool staysAsItIs = format == document.content.format || format == DocumentFormat::kNone;
     if (!document.path.empty() && !staysAsItIs && !HaveOneExtension(path, document.path)) {
       return path + ": " + document.Title() + " cannot be saved in another format";
@@ -182,7 +182,7 @@ std::string DocumentOperations::WriteTo(int32_t id, const std::string& path, Doc
   documents_.BringToFront(id);
   Document* document = documents_.Find(id);
   if (document->isBeingSaved) return path + ": is being saved";
-  // A file is replaced, which the rights of its folder would allow.
+  // Saving replaces the file, which needs only rights on its folder, so check the file's own.
   const bool isThere = faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
   if (!isThere && errno != ENOENT) return path + ": " + platform::DescribeError({errno, std::generic_category()});
   std::string problem = CatchUpWithFile(*document, path);
@@ -203,12 +203,12 @@ std::string DocumentOperations::WriteTo(int32_t id, const std::string& path, Doc
   if ((document = documents_.Find(id)) && !error) {
     document->path = std::move(newPath);
     if (isNewFile) document->content = std::move(content);
-    // Text that was added meanwhile is still to be saved.
+    // Text that was added meanwhile is not saved yet.
     document->addedFonts.erase(document->addedFonts.begin(), document->addedFonts.begin() + static_cast<long>(written));
     document->isDirty = !document->addedFonts.empty();
     TakeOverFile(*document);
   }
-  // Also after a failure: who counts notifications in pairs must not take the next first one for a second.
+  // Also after a failure: a plug-in that counts notifications in pairs must not take the next first one for a second.
   notifiers_.Notify(kEventSave, descriptor);
   if ((document = documents_.Find(id))) {
     document->isBeingSaved = false;

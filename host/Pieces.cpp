@@ -3,7 +3,7 @@
 namespace host {
 
 void Pieces::AddBytes(std::string_view bytes) {
-  // The bytes of a piece come before its range.
+  // The bytes of a piece precede its range.
   if (list_.empty() || list_.back().begin != list_.back().end) list_.emplace_back();
   list_.back().bytes += bytes;
   size_ += bytes.size();

@@ -1,4 +1,4 @@
-// A new file as it is put together from bytes and from ranges of the file that it is made from.
+// A new file, composed of bytes and of ranges of the old file.
 #pragma once
 
 #include <cstdint>
@@ -15,12 +15,12 @@ class Pieces {
   void AddBytes(std::string_view bytes);
   void AddRange(uint64_t begin, uint64_t end);  // [begin, end) of the old file
   void Add(const Pieces& more);
-  // Bytes in the place of [begin, end) of the old file, which one of the ranges holds; nothing is done if none does.
+  // Puts bytes in place of [begin, end) of the old file, if one range contains it; otherwise does nothing.
   void Replace(uint64_t begin, uint64_t end, std::string_view bytes);
 
-  uint64_t Size() const { return size_; }  // in bytes, of the new file
+  uint64_t Size() const { return size_; }  // bytes, of the new file
   const std::vector<platform::FilePiece>& List() const { return list_; }
-  // The new file in memory, where the old one is.
+  // Returns the new file, given the old one.
   std::string Join(std::string_view old) const;
 
  private:

@@ -13,7 +13,7 @@ namespace platform {
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
 Descriptor OpenRegularFile(const std::string& path, struct stat& info, std::error_code& error) {
-  // Without waiting: a pipe is refused below and must not hold the program up.
+  // O_NONBLOCK: a pipe is refused below and must not block the program.
   Descriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!fd || fstat(fd.Get(), &info) != 0) {
     error = LastError();
@@ -62,7 +62,7 @@ std::error_code CopyAll(int from, int to) {
     if (copied == 0) break;
     if (copied < 0 && errno != EINTR) break;
   }
-  // What the file system could not copy by itself, or all of it. Both descriptors stand where the copying ended.
+  // Copies the rest, or everything if the file system cannot copy itself. Both descriptors are where the copying ended.
   std::string piece(65536, '\0');
   for (;;) {
     const ssize_t got = read(from, piece.data(), piece.size());
@@ -79,12 +79,12 @@ std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to) {
     const ssize_t copied = copy_file_range(from, &at, to, nullptr, static_cast<size_t>(stop - at), 0);
     if (copied == 0 || (copied < 0 && errno != EINTR)) break;
   }
-  // What the file system could not copy by itself, or all of it.
+  // Copies the rest, or everything if the file system cannot copy itself.
   std::string piece(at < stop ? 65536 : 0, '\0');
   while (at < stop) {
     const ssize_t got = pread(from, piece.data(), std::min(piece.size(), static_cast<size_t>(stop - at)), at);
     if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return got < 0 ? LastError() : std::make_error_code(std::errc::io_error);  // it became shorter
+    if (got <= 0) return got < 0 ? LastError() : std::make_error_code(std::errc::io_error);  // the file became shorter
     if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
     at += got;
   }
@@ -134,7 +134,7 @@ FileSizeSignalHeld::FileSizeSignalHeld() {
 
 FileSizeSignalHeld::~FileSizeSignalHeld() {
   if (wasHeld_) return;
-  // The signals of this thread's own writes, which were told of by their errors.
+  // Removes pending signals of this thread's writes, which were reported as errors.
   const timespec now{};
   while (sigtimedwait(&signal_, nullptr, &now) > 0) {
   }

@@ -1,4 +1,4 @@
-// Bytes into and out of open files, for the sources that implement platform/Files.h.
+// Reading and writing open files, for the sources that implement platform/Files.h.
 #pragma once
 
 #include <sys/stat.h>
@@ -13,37 +13,39 @@
 
 namespace platform {
 
-std::error_code LastError();  // of errno
+std::error_code LastError();  // from errno
 
-// A regular file; anything else gives the errors of ReadFile, without waiting for it.
+// Opens a regular file. Fails for anything else like ReadFile, without waiting for it.
 Descriptor OpenRegularFile(const std::string& path, struct stat& info, std::error_code& error);
 
 std::error_code WriteAll(int fd, std::string_view bytes);
 std::error_code WriteAllAt(int fd, uint64_t offset, std::string_view bytes);
-// Fills `bytes`; std::errc::io_error if the file ends before.
+// Fills `bytes`. Fails with std::errc::io_error if the file ends before that.
 std::error_code ReadAllAt(int fd, uint64_t offset, std::string& bytes);
-// Copies from one open file to another, to where that stands: all from where the first stands up to its end, or the range
-// [begin, end) of it. The file system shares or copies the bytes by itself where it can.
+// Copies from one open file to another, at the current position of `to`: from the current position of `from` up to its
+// end, or the range [begin, end) of it. The file system shares or copies the bytes itself if it can.
 std::error_code CopyAll(int from, int to);
 std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to);
 
 std::string FolderOf(const std::string& path);
-// The last part of the path, cut to what leaves room for a prefix; its end stays, since some readers tell formats by it.
+// Returns the last part of the path, shortened to leave room for a prefix. Keeps its end, because some readers detect
+// formats by it.
 std::string NameOf(const std::string& path);
-// The file behind a symbolic link, so that the link stays when the file is replaced.
+// Returns the target of a symbolic link, so that the link stays when the file is replaced.
 std::string BehindLinks(const std::string& path);
-// The path of a hidden file beside the one that `info` is of, by which an interrupted write is found: ".KIND-INODE-NAME".
+// Returns the path of a hidden file beside the file of `info`, with which an interrupted write is found:
+// ".KIND-INODE-NAME".
 std::string HiddenBeside(const std::string& path, const char* kind, const struct stat& info);
-// Whether what stands there was put there by the owner of the file that `info` is of, or by this user. In a folder that
-// others may write to, the name alone proves nothing.
+// True if `hidden` was created by this user or by the owner of the file of `info`. In a folder that others may write
+// to, the name alone proves nothing.
 bool IsOwnFile(const std::string& hidden, const struct stat& info);
 void SyncFolder(const std::string& folder);
 
-// Finishes what PatchFile was killed in; nothing to do is no error. `path` leads through no link.
+// Completes an interrupted PatchFile. Nothing to do is a success. `path` contains no link at its end.
 std::error_code FinishPatch(const std::string& path, const struct stat& info);
 
-// While it lives, a write beyond the process's limit of file sizes fails with an error and doesn't end the process. For the
-// calling thread; the process's own handling of the signal stays.
+// During its life, a write of this thread that exceeds the process's limit of file sizes fails with an error instead of
+// ending the process. The process's own handling of the signal stays.
 class FileSizeSignalHeld {
  public:
   FileSizeSignalHeld();

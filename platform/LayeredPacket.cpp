@@ -40,23 +40,23 @@ std::string Bytes(size_t number) {
           static_cast<char>(number)};
 }
 
-// One resource at the beginning of the bytes.
+// The resource at the start of the bytes.
 struct Resource {
   uint32_t id = 0;
   size_t data = 0, dataSize = 0;
-  size_t size = 0;  // with all that belongs to it
+  size_t size = 0;  // total size
 };
 
-// False if it doesn't end in the bytes.
+// Returns false if it does not end within the bytes.
 bool ReadResource(std::string_view bytes, Resource& resource) {
-  constexpr size_t kNameAt = 6;  // behind four characters and the number
+  constexpr size_t kNameAt = 6;  // after four characters and the number
   if (bytes.size() <= kNameAt) return false;
   const size_t sizeAt = kNameAt + ((size_t{1} + static_cast<uint8_t>(bytes[kNameAt]) + 1) & ~size_t{1});
   if (bytes.size() < sizeAt + 4) return false;
   resource = {Number(bytes, 4, 2), sizeAt + 4, Number(bytes, sizeAt, 4)};
   const size_t end = resource.data + resource.dataSize;
   if (end > bytes.size()) return false;
-  resource.size = end % 2 != 0 && end < bytes.size() ? end + 1 : end;  // padded, but for the last of some writers
+  resource.size = end % 2 != 0 && end < bytes.size() ? end + 1 : end;  // padded, except the last one of some writers
   return true;
 }
 
@@ -67,7 +67,7 @@ std::string PacketResource(const std::string& packet) {
   return resource;
 }
 
-// A packet in its two parts, between which blanks may stand; false for one of another form.
+// Splits a packet into its two parts, between which there may be blanks. Returns false for another form.
 bool SplitPacket(std::string_view packet, std::string_view& body, std::string_view& end) {
   const size_t at = packet.rfind("<?xpacket end=");
   if (at == std::string_view::npos) return false;
@@ -85,7 +85,7 @@ std::string JoinPacket(std::string_view body, size_t blanks, std::string_view en
   return packet.append(end);
 }
 
-// The packet with as many blanks as fill the size; false if it is longer without any.
+// Pads the packet with blanks to the size. Returns false if it is too long.
 bool FitPacket(const std::string& packet, size_t size, std::string& fitting) {
   std::string_view body, end;
   if (!SplitPacket(packet, body, end) || body.size() + end.size() > size) return false;
@@ -93,14 +93,14 @@ bool FitPacket(const std::string& packet, size_t size, std::string& fitting) {
   return true;
 }
 
-// The resource with the packet in it.
+// Returns the resource with the new packet.
 std::string RenewPacket(std::string_view resource, const Resource& old, const std::string& packet) {
   std::string fitting;
   if (!FitPacket(packet, old.dataSize, fitting)) return PacketResource(packet);
   return std::string(resource).replace(old.data, old.dataSize, fitting);
 }
 
-// The resources with the packet where the old one stands, or behind all others. False if they are damaged.
+// Replaces the packet in the resources, or appends it. Returns false if they are damaged.
 bool Renew(std::string_view resources, const std::string& packet, std::string& renewed) {
   bool isAdded = false;
   while (!resources.empty()) {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kJournal = "patch";
 
-// A journal is one line, "PATCH 1 OFFSET LENGTH CHECKSUM", then the old and the new bytes, of that length each.
+// A journal is one line, "PATCH 1 OFFSET LENGTH CHECKSUM", then the old and the new bytes, LENGTH bytes each.
 struct Patch {
   uint64_t offset = 0;
   std::string_view old, bytes;
@@ -38,7 +38,7 @@ std::string JournalOf(const Patch& patch) {
   return std::string(line).append(patch.old).append(patch.bytes);
 }
 
-// False for a journal whose writer was killed: then the file itself is as it was.
+// Returns false for an incomplete journal, whose writer was killed; then the file itself is unchanged.
 bool ReadJournal(std::string_view journal, Patch& patch) {
   const size_t end = journal.find('\n');
   if (end == std::string_view::npos) return false;
@@ -55,7 +55,7 @@ bool ReadJournal(std::string_view journal, Patch& patch) {
   return ChecksumOf(patch) == checksum;
 }
 
-// Whether each byte is still the old one or is the new one already. Otherwise somebody has written the file since.
+// True if each byte is either the old or the new one. Otherwise another program has written the file since.
 bool IsPartlyDone(std::string_view there, const Patch& patch) {
   for (size_t i = 0; i < there.size(); ++i) {
     if (there[i] != patch.old[i] && there[i] != patch.bytes[i]) return false;
@@ -81,7 +81,7 @@ std::error_code WriteDurably(int file, uint64_t offset, std::string_view bytes) 
   return !error && fdatasync(file) != 0 ? LastError() : error;
 }
 
-// Without the bytes at both ends that stay the same.
+// Removes equal bytes at both ends.
 Patch Trimmed(Patch patch) {
   const auto difference = std::mismatch(patch.old.begin(), patch.old.end(), patch.bytes.begin());
   const auto same = static_cast<size_t>(difference.first - patch.old.begin());

@@ -1,4 +1,4 @@
-// StagedFile of platform/Files.h, and what is made of it.
+// StagedFile of platform/Files.h and the functions that use it.
 #include <fcntl.h>
 #include <linux/limits.h>
 #include <sys/stat.h>
@@ -19,16 +19,16 @@ namespace platform {
 
 namespace {
 
-// A hidden name beside the file.
+// Returns a hidden name beside the file.
 std::string TemporaryBeside(const std::string& path) {
   static std::atomic<unsigned> sCount{0};
   return FolderOf(path) + "/." + std::to_string(getpid()) + "-" + std::to_string(++sCount) + "-" + NameOf(path);
 }
 
-// Makes something under a name of that kind: `make` is given the path and returns below 0 with errno on failure.
+// Creates something under such a name: `make` gets the path and returns a negative number with errno on failure.
 template <class Make>
 int CreateBeside(const std::string& path, std::string& temporary, std::error_code& error, const Make& make) {
-  // A program killed in the middle of its work leaves its file behind, and its number may come again.
+  // A killed program leaves its file, and its process number may be reused.
   constexpr int kMostTries = 100;
   for (int i = 0; i < kMostTries; ++i) {
     temporary = TemporaryBeside(path);
@@ -43,8 +43,8 @@ int CreateBeside(const std::string& path, std::string& temporary, std::error_cod
 
 int CreateFile(const char* path) { return open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666); }
 
-// What a user or a program of theirs attached. The system's own attributes (security.*) follow from the place and the
-// rights of the process; where it refuses them, they are the system's to set.
+// True for attributes that users or their programs set. The system's own attributes (security.*) follow from the folder
+// and the rights of the process; if it refuses them, they are its own to set.
 bool IsOfUser(std::string_view name) { return name.starts_with("user.") || name.starts_with("system.posix_acl_"); }
 
 std::error_code CopyAttributes(const std::string& path, int to) {
@@ -63,20 +63,20 @@ std::error_code CopyAttributes(const std::string& path, int to) {
   return {};
 }
 
-// The new file takes after the one that it is to replace.
+// Gives the new file the owner and mode of the file it replaces.
 std::error_code TakeAfter(int fd, const std::string& path, const struct stat& info) {
-  // A program that runs as root leaves a user's file the user's; the mode comes last, since a new owner takes bits away.
+  // As root, keep a user's file the user's. Set the mode last, because changing the owner clears bits.
   if (geteuid() == 0 && info.st_uid != 0 && fchown(fd, info.st_uid, info.st_gid) != 0) return LastError();
   if (const std::error_code error = CopyAttributes(path, fd)) return error;
   return fchmod(fd, info.st_mode & 07777) == 0 ? std::error_code() : LastError();
 }
 
-// Where the whole new content stands while it is written over a file with several names.
+// The path of the complete new content while a file with several names is overwritten.
 std::string UnfinishedBeside(const std::string& path, const struct stat& info) {
   return HiddenBeside(path, "unfinished", info);
 }
 
-// Writes the content of one file over that of another, which stays the same file.
+// Overwrites a file with the content of another; it stays the same file.
 std::error_code Overwrite(const std::string& path, const std::string& content, bool* isBegun) {
   const FileSizeSignalHeld held;
   struct stat info;
@@ -85,7 +85,7 @@ std::error_code Overwrite(const std::string& path, const std::string& content, b
   if (!from) return error;
   const Descriptor to(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
   if (!to) return LastError();
-  // What doesn't fit is told before anything changes.
+  // Fail for lack of space before anything changes.
   if (info.st_size > 0 && fallocate(to.Get(), FALLOC_FL_KEEP_SIZE, 0, info.st_size) != 0 && errno != EOPNOTSUPP) {
     return LastError();
   }
@@ -156,13 +156,13 @@ std::error_code StagedFile::Commit() {
   const FileSizeSignalHeld held;
   const Descriptor fd(open(temporary_.c_str(), O_RDONLY | O_CLOEXEC));
   if (!fd) return LastError();
-  // Whoever changed the staged file may have put a new one in its place, with a mode of its own.
+  // Another program may have replaced the staged file by one with another mode.
   struct stat info;
   const bool exists = stat(path_.c_str(), &info) == 0;
   if (exists) {
     if (const std::error_code error = TakeAfter(fd.Get(), path_, info)) return error;
   }
-  // Costs nothing unless the staged file was changed.
+  // Cheap unless the staged file was changed.
   if (fsync(fd.Get()) != 0) return LastError();
   if (exists && info.st_nlink > 1) return CommitInPlace(UnfinishedBeside(path_, info));
   if (rename(temporary_.c_str(), path_.c_str()) != 0) return LastError();
@@ -171,8 +171,8 @@ std::error_code StagedFile::Commit() {
   return {};
 }
 
-// A file with several names would lose the others by a rename. Until its content is written over, the new one stands
-// whole beside it, under a name by which FinishInterruptedWrite finds it.
+// A rename would separate the file from its other names. While its content is overwritten, the complete new content is
+// beside it, under a name that FinishInterruptedWrite finds.
 std::error_code StagedFile::CommitInPlace(const std::string& unfinished) {
   if (rename(temporary_.c_str(), unfinished.c_str()) != 0) return LastError();
   temporary_ = unfinished;
@@ -181,7 +181,7 @@ std::error_code StagedFile::CommitInPlace(const std::string& unfinished) {
   const std::error_code error = Overwrite(path_, unfinished, &isBegun);
   if (error && isBegun) {
     ReportProblem(path_ + ": " + DescribeError(error) + "; its whole new content is in " + unfinished);
-    temporary_.clear();  // it stays
+    temporary_.clear();  // keep the file
   }
   if (error) return error;
   unlink(unfinished.c_str());

@@ -17,7 +17,7 @@ std::string TemporaryFile::Folder() {
 std::error_code TemporaryFile::Create() {
   file_ = Descriptor(open(Folder().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
   if (!file_) {
-    // Not every file system makes files without a name.
+    // Not every file system can create files without a name.
     std::string name = Folder() + "/XXXXXX";
     file_ = Descriptor(mkostemp(name.data(), O_CLOEXEC));
     if (!file_) return LastError();

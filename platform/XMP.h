@@ -1,7 +1,7 @@
-// The operations of the XMP toolkit that the system calls, over exempi. Smart handlers and packet scanning are the
-// library's, and run in a process of their own (xmp-worker), since a document may make them loop or end. Failures of the
-// library are thrown as XMP_Error; a value that is absent is a false result.
-// Paths and options are those of the XMP data model ("slug[1]", "slug[1]/ns:field").
+// The operations of the XMP toolkit that this system uses, on top of exempi. Smart handlers and packet scanning are the
+// library's; they run in a separate process (xmp-worker), because a document may make them loop or crash. Failures of
+// the library are thrown as XMP_Error; a missing value gives false. Paths and options are those of the XMP data model
+// ("slug[1]", "slug[1]/ns:field").
 #pragma once
 
 #include <cstdint>
@@ -37,7 +37,7 @@ class PLATFORM_API XMP_Error : public std::runtime_error {
   int id_;
 };
 
-// The interface level that this adapter speaks.
+// The interface version of this adapter.
 struct XMP_VersionInfo {
   uint8_t major = 0, minor = 0, micro = 0;
   const char* message = "";
@@ -46,10 +46,12 @@ struct XMP_VersionInfo {
 class PLATFORM_API TXMPMeta {
  public:
   static void GetVersionInfo(XMP_VersionInfo* info);
-  // Counted together with those of TXMPFiles: the last Terminate ends the library. False if it cannot start.
+  // Calls are counted together with those of TXMPFiles; the last Terminate shuts the library down. Returns false if it
+  // cannot start.
   static bool Initialize();
   static void Terminate();
-  // The prefix in use comes back; it may differ from the suggested one. False if the library refuses.
+  // Returns in registeredPrefix the prefix that is used, which may differ from the suggested one. Returns false if the
+  // library refuses.
   static bool RegisterNamespace(const char* uri, const char* suggestedPrefix, std::string* registeredPrefix);
 
   TXMPMeta();
@@ -57,7 +59,7 @@ class PLATFORM_API TXMPMeta {
   TXMPMeta(TXMPMeta&&) noexcept;
   TXMPMeta& operator=(TXMPMeta&&) noexcept;
 
-  // Indexes count from 1. Out arguments may be null; on a false result they are untouched. Text is UTF-8.
+  // Indexes start at 1. Text is UTF-8. Out parameters may be null and are unchanged if the result is false.
   XMP_Index CountArrayItems(const char* ns, const char* array) const;
   bool GetProperty(const char* ns, const char* path, std::string* value, XMP_OptionBits* options) const;
   bool GetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
@@ -70,7 +72,7 @@ class PLATFORM_API TXMPMeta {
                        XMP_OptionBits itemOptions);
   void SetStructField(const char* ns, const char* structPath, const char* fieldNs, const char* field,
                       const char* value);
-  // The serialized packet, for tests and reports.
+  // Returns the serialized packet, for tests and reports.
   std::string Serialize() const;
 
  private:
@@ -87,19 +89,22 @@ class PLATFORM_API TXMPFiles {
 
   TXMPFiles();
   ~TXMPFiles();  // closes an open file without writing
-  // False if there is no such file, it cannot be read (for an update: written), or the library finds no way into it with
-  // these options: a smart handler serves .psd, .psb, .jpg, .tif, .png and PostScript by their content; packet scanning
-  // serves any file with a packet. The format is kXMP_UnknownFile. What was open before is closed without writing.
-  // Throws XMP_Error, and reports it, if the metadata is too much or the library loops, runs out of memory or ends on it.
+  // Returns false if the file does not exist, cannot be read (for an update: written), or cannot be opened by the
+  // library with these options: a smart handler reads .psd, .psb, .jpg, .tif, .png and PostScript, detected by content;
+  // packet scanning reads any file with a packet. `format` is kXMP_UnknownFile. Closes a file that is open, without
+  // writing. Throws XMP_Error, and reports it, if the metadata is too large or the library loops, runs out of memory or
+  // crashes.
   bool OpenFile(const char* path, uint32_t format, XMP_OptionBits options);
-  // False, and *meta as it was, if the file holds no metadata. This and PutXMP throw XMP_Error if no file is open.
+  // Returns false, with *meta unchanged, if the file has no metadata. This and PutXMP throw XMP_Error if no file is
+  // open.
   bool GetXMP(TXMPMeta* meta);
   bool CanPutXMP(const TXMPMeta& meta);  // false also if no file is open
   void PutXMP(const TXMPMeta& meta);     // nothing reaches the file before CloseFile
-  // Writes what was put, unless the file holds just that: into a copy beside the file, read back (what was put must be
-  // there), then put in the file's place as by ReplaceFile, so that a failed write leaves the old file. In a layered
-  // document (.psd, .psb) nothing but the packet changes; in other kinds the library also brings the file's own forms of
-  // the same metadata (Exif, IPTC) into line. Throws XMP_Error if it can't be written or read back.
+  // Writes what was put, unless the file contains it already, and reads it back to check it. In a layered document
+  // (.psd, .psb) only the packet changes; if it fits its old place, it is written there with PatchFile. Otherwise the
+  // change is made in a copy, which replaces the file like ReplaceFile, so that a failed write leaves the old file. In
+  // other kinds of files the library also updates the file's own forms of the same metadata (Exif, IPTC). Throws
+  // XMP_Error if it cannot be written or read back.
   void CloseFile();
 
  private:
@@ -109,7 +114,7 @@ class PLATFORM_API TXMPFiles {
 
 class PLATFORM_API TXMPUtils {
  public:
-  // The path of an item, 1-based, or kXMP_ArrayLastItem.
+  // Composes the path of an item. The index starts at 1 or is kXMP_ArrayLastItem.
   static void ComposeArrayItemPath(const char* ns, const char* array, XMP_Index index, std::string* path);
 };
 

@@ -1,5 +1,5 @@
-// TXMPFiles: the metadata of a file is read whole when it is opened, and written whole when it is closed. Everything that
-// touches the bytes of a document is done by the XMP worker, or knows nothing of metadata (platform/LayeredPacket.h).
+// TXMPFiles: reads all metadata of a file when it is opened, and writes all of it when it is closed. Only the XMP
+// worker, and code that knows nothing of metadata (platform/LayeredPacket.h), touches the bytes of a document.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,9 +24,9 @@ struct TXMPFiles::State {
   std::string path;
   XMPFormat format = XMPFormat::kOther;
   bool canGrow = false;
-  std::string original;  // the metadata of the file; empty if it has none
-  std::string wanted;    // the metadata that was put last; empty if none was
-  std::string fitting;   // what the worker said has room
+  std::string original;  // metadata of the file; empty if it has none
+  std::string wanted;    // metadata to write; empty if none was put
+  std::string fitting;   // metadata that fits, as the worker said
 };
 
 namespace {
@@ -36,7 +36,7 @@ namespace {
   throw XMP_Error(0, path + ": " + what);
 }
 
-// Reading costs a few milliseconds and scanning far less than this; what takes longer goes on for ever, or nearly.
+// Reading takes a few milliseconds, and scanning much less than this. What takes longer practically never ends.
 uint32_t MostSeconds(const std::string& path) {
   constexpr uint64_t kAnyFile = 5, kBytesInSecond = 32u << 20;
   struct stat info;
@@ -55,7 +55,7 @@ XMPAnswer Ask(XMPQuestion question, const std::string& path, bool scans, const s
   return kind;
 }
 
-// What the file holds; false if the library finds no way into it.
+// Reads the metadata; returns false if the library cannot open the file.
 bool Read(const std::string& path, bool scans, XMPMessage& answer) {
   switch (Ask(XMPQuestion::kRead, path, scans, "", answer)) {
     case XMPAnswer::kDone: break;
@@ -111,7 +111,7 @@ void StageByLibrary(const std::string& path, XMPFormat format, bool scans, const
                                                        std::to_string(answer.number) + " of the XMP library)");
 }
 
-// On some files the library reports a success that is lost: what was put must be read back, and what was there too.
+// For some files the library reports success but loses data, so read back what was written and what was there before.
 void CheckWritten(const std::string& path, const std::string& written, bool scans, const PropertyMap& original,
                   const PropertyMap& wanted) {
   XMPMessage answer;
@@ -121,7 +121,7 @@ void CheckWritten(const std::string& path, const std::string& written, bool scan
   throw XMP_Error(0, path + ": the metadata that was written cannot be read back: " + lost);
 }
 
-// Writes the metadata into its old place: a few kilobytes, however large the document is.
+// Writes the metadata in its old place: a few kilobytes, however large the document is.
 void PatchLayered(const std::string& path, const Splice& splice, const PropertyMap& original,
                   const PropertyMap& wanted) {
   Check(path, PatchFile(path, splice.at, splice.old, splice.bytes));
@@ -189,7 +189,7 @@ void TXMPFiles::CloseFile() {
   const State done = std::move(*std::exchange(state_, std::make_unique<State>()));
   if (done.wanted.empty()) return;
   const PropertyMap original = PropertiesOf(done.original), wanted = PropertiesOf(done.wanted);
-  if (wanted == original) return;  // not a byte changes where nothing is new
+  if (wanted == original) return;  // do not write if nothing is new
   StagedFile copy;
   if (done.format == XMPFormat::kLayered) {
     const Splice splice = PlanLayered(done.path, done.wanted);

@@ -1,6 +1,6 @@
-// xmp-worker: the XMP library at work on documents, in a process of its own, since a document can make it loop, run out of
-// memory or end. The process is started by platform/XMPWorker.cpp, answers the requests on its standard input (a socket)
-// one by one, and ends when the other end closes.
+// xmp-worker: runs the XMP library on documents in a separate process, because a document can make it loop, run out of
+// memory or crash. platform/XMPWorker.cpp starts the process. It answers the requests on its standard input (a socket)
+// one by one and ends when the other side closes.
 #include <exempi/xmp.h>
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -29,7 +29,7 @@ void Limit(__rlimit_resource resource, rlim_t soft, rlim_t hard) {
 }
 
 void LimitProcess() {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);  // a loop in the library must not outlive those who would end it
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // a loop in the library must not outlive the parent
   std::signal(SIGXFSZ, SIG_IGN);     // the library sees a failed write instead
   Limit(RLIMIT_CORE, 0, 0);
   if (!kIsSanitized) {
@@ -40,7 +40,7 @@ void LimitProcess() {
   std::set_new_handler([] { _exit(kWorkerOutOfMemory); });
 }
 
-// The process ends if it works longer on the next request, whether or not anybody still waits for the answer.
+// Ends the process if it takes longer for the next request, whether or not anybody still waits for the answer.
 void LimitTime(uint32_t seconds) {
   rusage used{};
   getrusage(RUSAGE_SELF, &used);
@@ -105,7 +105,7 @@ XMPMessage Serve(const XMPMessage& request) {
     OpenFile file(request.path, XMP_OPEN_FORUPDATE, request.scans);
     return file ? Put(file, request.packet, false) : Answer(XMPAnswer::kNotOpened);
   }
-  // By a name without an extension, since the library chooses by extensions before it looks at the content.
+  // Use a name without an extension, because the library looks at extensions before the content.
   const bool reads = question == XMPQuestion::kRead;
   const Descriptor source(open(request.path.c_str(), (reads ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!source) return Answer(XMPAnswer::kNotOpened);
@@ -135,7 +135,7 @@ int main() {
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// A crash must end the sanitized worker by its signal too, as the host expects it, and not with a report and a status.
+// A crash must end the sanitized worker with its signal, as the host expects, not with a report and a status.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" __attribute__((visibility("default"))) const char* __asan_default_options();
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options();
