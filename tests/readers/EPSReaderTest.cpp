@@ -8,6 +8,7 @@
 
 #include "Readers/FontParserEPS.h"
 #include "support/FullDisk.h"
+#include "support/ProcessIO.h"
 #include "support/Records.h"
 #include "support/TempFolder.h"
 
@@ -123,8 +124,48 @@ TEST_F(EPSReader, LinesAcrossBlocksAndWithoutEndsCostNoMore) {
     text += std::string(1309, '%') + "\r\n%%DocumentFonts: F" + std::string(1, static_cast<char>('A' + i % 26)) +
             std::to_string(i) + "\r\n";
   }
-  const std::string fonts = Read(folder.Write("long.eps", text + std::string(1'000'000, '\0')));
-  EXPECT_EQ(std::count(fonts.begin(), fonts.end(), '|'), 200);
+  text += std::string(1'000'000, '\0');
+  for (const std::string& content : {text, text + text}) {
+    const std::string path = folder.Write("long.eps", content);
+    const uint64_t before = test_support::BytesReadByProcess();
+    const std::string fonts = Read(path);
+    EXPECT_LE(test_support::BytesReadByProcess() - before, content.size() + 4096);
+    EXPECT_EQ(std::count(fonts.begin(), fonts.end(), '|'), 200);
+  }
+}
+
+TEST_F(EPSReader, ATruncatedFileGivesTheFontsBeforeItsEnd) {
+  const std::string text =
+      "%!PS-Adobe-3.0 EPSF-3.0\n%%DocumentFontSpecs: <FONTSPEC NAME=\"A\" KIND=\"K\"/>\r%%+ <FONTSPEC NAME=\"B\"/>\r\n"
+      "%%DocumentFonts: C\n%%+ D\n%%DocumentNeededResources: font E\n%%EndComments\n"
+      "%ADOBeginSubsetFont: F Initial\n/FontName /F def\n%ADOEndSubsetFont\n";
+  for (const std::string& bytes : {text, WithPreview(text, "image")}) {
+    const std::string all = Read(folder.Write("whole.eps", bytes));
+    EXPECT_EQ(all, "A:FontKind=K|B|C|D|E|F");
+    for (size_t size = 0; size < bytes.size(); ++size) {
+      // The last one may be cut.
+      const std::string fonts = Read(folder.Write("cut.eps", bytes.substr(0, size)));
+      const size_t last = fonts.rfind('|');
+      EXPECT_TRUE(all.starts_with(fonts.substr(0, last == std::string::npos ? 0 : last))) << size << ": " << fonts;
+    }
+  }
+}
+
+// Files of many producers, made by eps/make-samples.
+TEST_F(EPSReader, ReadsWhatProducersWrite) {
+  const std::pair<const char*, const char*> files[] = {
+      {"dvips.eps", "CMR10 CMTT10"},
+      {"gnuplot.eps", "Times-Roman Helvetica"},
+      {"groff.eps", "Times-Roman|Helvetica-Bold"},
+      {"poppler.eps", ""},  // no blank behind "%%DocumentSuppliedResources:"
+      // No comments on fonts.
+      {"cairo.eps", ""},
+      {"ghostscript.eps", ""},
+      {"graphviz.eps", ""},
+      {"matplotlib.eps", ""},
+  };
+  for (const auto& [file, fonts] : files)
+    EXPECT_EQ(Read(SOURCE_DIR "/tests/readers/eps/" + std::string(file)), fonts) << file;
 }
 
 TEST_F(EPSReader, WhatCannotBeOpenedGivesNoFonts) {

@@ -212,8 +212,11 @@ TEST_F(PDFReaderFixture, MetadataAddFontsToThoseOfThePages) {
     objects[1] = "<< /Metadata 6 0 R /Pages 2 0 R >>";
     return NamesOf(objects);
   };
-  const std::string list = Metadata(Entry("A") + Entry("B") + Entry("B"));
-  EXPECT_THAT(names(list, "/Font << /X 5 0 R >>"), ElementsAre("A", "B"));
+  const std::string list = Metadata(Entry("A") + Entry("B") + Entry("B") + Entry("C"));
+  EXPECT_THAT(names(list, "/Font << /X 5 0 R >>"), ElementsAre("A", "B", "C"));
+  std::string shifted = list;
+  shifted.insert(shifted.find("<xmpTPg:Fonts>"), "<a b>");
+  EXPECT_THAT(names(shifted, "/Font << /X 5 0 R >>"), ElementsAre("A")) << "the list begins with the first of a pair";
   EXPECT_TRUE(names(list, "").empty()) << "pages without fonts: no document for this reader";
   EXPECT_THAT(names("<< >> stream\n<xmpTPg:Fonts><rdf:li><stFnt:fontName", "/Font << /X 5 0 R >>"), ElementsAre("A"));
 }

@@ -103,6 +103,7 @@ class FontParserPDF : public FontParser {
   void SkipWidths();
   void ProcessFontMetadata();
   void ReadMetadataFonts(std::set<std::string>& names);
+  void AddMetadataFont(const std::string& name, std::set<std::string>& names);
   std::string ReadMetadataFont();
   bool HoldsPDFXMark();
 

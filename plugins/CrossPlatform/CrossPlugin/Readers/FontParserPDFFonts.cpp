@@ -107,18 +107,15 @@ void FontParserPDF::SkipWidths() {
   }
 }
 
-// Reads the list as PDF tokens, not as XML, so a compressed stream adds no fonts.
+// Reads the list as PDF tokens, not as XML, so a compressed stream adds no fonts. The tokens are walked in pairs, and a tag is
+// seen only where its "<" is the second of a pair. Which fonts the metadata of a document add depends on it.
 void FontParserPDF::ProcessFontMetadata() {
   if (FindObject(m_Metadata)) {
     if (mInput.ProcessToken() == "obj") {
       std::set<std::string> names;
       for (const PDFFontRecord& font : m_vFontRecords) names.insert(font.name);
-      bool isTag = false;
-      while (mError == 0) {
-        const std::string& token = mInput.ProcessToken();
-        if (token == "endobj") break;
-        if (isTag && token == "xmpTPg:Fonts") ReadMetadataFonts(names);
-        isTag = token == "<";
+      while (mError == 0 && mInput.ProcessToken() != "endobj" && mInput.ProcessToken() != "endobj") {
+        if (mInput.LastToken() == "<" && mInput.ProcessToken() == "xmpTPg:Fonts") ReadMetadataFonts(names);
       }
     } else {
       OutputIndentedAndFormattedString(0, "Unexpected token at start of XMP font metadata; exiting %s", __func__);
@@ -129,27 +126,32 @@ void FontParserPDF::ProcessFontMetadata() {
 
 void FontParserPDF::ReadMetadataFonts(std::set<std::string>& names) {
   OutputIndentedAndFormattedString(0, "Found beginning of XMP font metadata");
-  bool isTag = false;
+  bool isFirstRead = false;
   while (mError == 0) {
-    const std::string& token = mInput.ProcessToken();
-    if (isTag && token == "/xmpTPg:Fonts") break;
-    const bool isFont = isTag && token == "rdf:li";
-    isTag = token == "<";
-    if (isFont) {
-      OutputIndentedAndFormattedString(0, "Found beginning of one font record");
-      PDFFontRecord font;
-      font.object = m_Metadata;
-      font.name = ReadMetadataFont();
-      if (!font.name.empty() && names.insert(font.name).second) {
-        OutputIndentedAndFormattedString(0, kNewFont, font.name.c_str());
-        m_vFontRecords.push_back(std::move(font));
-      } else {
-        OutputIndentedAndFormattedString(0, "Found '%s' but it's already in m_vFontRecords.  Ignoring it.",
-                                         font.name.c_str());
-      }
-    }
+    if (!isFirstRead) mInput.ProcessToken();
+    isFirstRead = false;
+    if (mInput.ProcessToken() != "<") continue;
+    const std::string& tag = mInput.ProcessToken();
+    if (tag == "/xmpTPg:Fonts") break;
+    if (tag != "rdf:li") continue;
+    OutputIndentedAndFormattedString(0, "Found beginning of one font record");
+    AddMetadataFont(ReadMetadataFont(), names);
+    // The ">" of its end.
+    isFirstRead = true;
   }
   mInput.SkipTo(">");
+}
+
+void FontParserPDF::AddMetadataFont(const std::string& name, std::set<std::string>& names) {
+  if (name.empty() || !names.insert(name).second) {
+    OutputIndentedAndFormattedString(0, "Found '%s' but it's already in m_vFontRecords.  Ignoring it.", name.c_str());
+    return;
+  }
+  OutputIndentedAndFormattedString(0, kNewFont, name.c_str());
+  PDFFontRecord font;
+  font.object = m_Metadata;
+  font.name = name;
+  m_vFontRecords.push_back(std::move(font));
 }
 
 std::string FontParserPDF::ReadMetadataFont() {

@@ -13,8 +13,10 @@ namespace {
 
 constexpr size_t kChunk = 1024;
 // A small file can unpack to any size, so the size is limited by what was read so far. What goes beyond is cut off: a
-// PostScript document keeps the fonts of its header, a PDF loses its table of objects and with it all fonts.
-constexpr size_t kMaxUnpacked = size_t{64} * 1024 * 1024, kMinUnpacked = size_t{1024} * 1024, kMaxRatio = 64;
+// PostScript document keeps the fonts of its header, a PDF loses its table of objects and with it all fonts. At the most the
+// names of fonts alone, or nested documents whose objects overlap, cost few seconds and a part of the memory that docfonts
+// allows a document.
+constexpr size_t kMaxUnpacked = size_t{16} * 1024 * 1024, kMinUnpacked = size_t{1024} * 1024, kMaxRatio = 64;
 
 size_t UnpackLimit(size_t packed) { return std::min(kMaxUnpacked, kMinUnpacked + kMaxRatio * packed); }
 
