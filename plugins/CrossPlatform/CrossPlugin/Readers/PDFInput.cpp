@@ -18,7 +18,7 @@ void PDFInput::Begin() {
   mPosition = mWindowLength = 0;
   mBlockBegin = mWindowBegin = 0;
   mLength = std::max<std::streamoff>(mStream.GetStreamLength(), 0);
-  // A sound file costs up to about eight times its size, since each of its objects costs a block.
+  // Sound files of many producers cost up to five times their size, since each object costs a block.
   constexpr uint64_t kTimes = 16, kLeast = 65536;
   mLimit = mBytesRead + kTimes * static_cast<uint64_t>(mLength) + kLeast;
 }
