@@ -47,7 +47,7 @@ std::error_code Agent::Start() {
   try {
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, MakeLibraryEvents());
   } catch (const StoreError& error) {
-    log_.Write(std::string(error.what()) + "; no fonts are served until that is mended");
+    log_.Write(std::string(error.what()) + "; no fonts are served until that is repaired");
     dispatcher_.SetCodeForUnknownCalls(kInvalidVault);
   }
   AddCalls();
@@ -78,7 +78,7 @@ void Agent::WatchPlace() {
 void Agent::CheckPlace() {
   if (isLost_ || lock_.Look() == InstanceLock::Place::kKept) return;
   isLost_ = true;
-  log_.Write(configuration_.stateFolder + ": was removed or replaced while the agent ran; the agent ends");
+  log_.Write(configuration_.stateFolder + ": was removed or replaced while the agent was running; the agent ends");
   dispatcher_.RefuseAll(kInvalidVault);
   EndAfter(kLinger);  // until then clients get the reason
 }

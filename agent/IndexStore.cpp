@@ -66,7 +66,7 @@ IndexStore::IndexStore(const std::string& path, const std::function<void(const s
     Open();
   } catch (const StoreError& error) {
     if (!error.IsDamage()) throw;
-    report(std::string(error.what()) + "; moved aside to " + path + ".damaged and made anew");
+    report(std::string(error.what()) + "; moved aside to " + path + ".damaged and created again");
     database_.reset();
     for (const char* companion : {"-wal", "-shm"}) std::remove((path + companion).c_str());
     if (std::rename(path.c_str(), (path + ".damaged").c_str()) != 0) throw;

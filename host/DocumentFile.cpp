@@ -30,8 +30,8 @@ std::string LastProblem() { return platform::DescribeError({errno, std::generic_
 
 // Refuses what cannot be read as a file, and what would block or never end.
 std::string CheckKind(const struct stat& info) {
-  if (S_ISDIR(info.st_mode)) return "a folder, no document";
-  if (!S_ISREG(info.st_mode)) return "no regular file";
+  if (S_ISDIR(info.st_mode)) return "a folder, not a document";
+  if (!S_ISREG(info.st_mode)) return "not a regular file";
   return info.st_size == 0 ? "the file is empty" : "";
 }
 
@@ -55,7 +55,7 @@ platform::ByteSource SourceOf(const DocumentContent& content) { return {content.
 
 std::string CheckPDF(platform::ByteSource& source) {
   if (source.View(0, kFarthestHeader).substr(0, kFarthestHeader).find("%PDF-") == std::string_view::npos) {
-    return "the file is no PDF document: it does not begin with \"%PDF-\"";
+    return "the file is not a PDF document: it does not begin with \"%PDF-\"";
   }
   const uint64_t from = source.Size() > kFarthestEnd ? source.Size() - kFarthestEnd : 0;
   const bool hasEnd = source.View(from, kFarthestEnd).find("startxref") != std::string_view::npos;

@@ -143,7 +143,7 @@ std::string DocumentOperations::Edit(int32_t id, const std::string& fontName) {
   return WithDocument(id, [&](Document& document) -> std::string {
     if (!fontName.empty()) {
       if (!document.content.textProblem.empty()) return document.path + ": " + document.content.textProblem;
-      if (!platform::IsValidUTF8(fontName)) return document.Title() + ": the font name is no UTF-8 text";
+      if (!platform::IsValidUTF8(fontName)) return document.Title() + ": the font name is not valid UTF-8";
       document.addedFonts.push_back(fontName);
     }
     document.isDirty = true;
@@ -162,7 +162,7 @@ std::string DocumentOperations::Save(int32_t id) {
 
 std::string DocumentOperations::SaveAs(int32_t id, const std::string& path) {
   return WithDocument(id, [&](Document& document) {
-    if (path.empty()) return document.Title() + ": no file is named that it should be saved as";
+    if (path.empty()) return document.Title() + ": the name of the new file is empty";
     const Document* other = documents_.FindByFile(path);
     if (other == &document) return Save(id);  // another spelling of its own path
     if (other) return path + ": is open as another document";

@@ -23,12 +23,12 @@ std::string Truncated(const std::string& what, uint64_t offset, uint64_t needed,
 
 std::string ParseHeader(platform::ByteSource& source, LayeredFile& file) {
   if (!HasLayeredFileSignature(source.View(0, kHeaderSize))) {
-    return "the file is no PSD document: it does not begin with \"8BPS\"";
+    return "the file is not a PSD document: it does not begin with \"8BPS\"";
   }
   if (source.Size() < kHeaderSize) return Truncated("the header", 0, kHeaderSize, source.Size());
   BigEndianReader reader(source, kSignature.size(), kHeaderSize);
   const auto version = reader.Read(2);
-  if (version != 1 && version != 2) return "PSD version " + std::to_string(version) + " is not known";
+  if (version != 1 && version != 2) return "PSD version " + std::to_string(version) + " is not supported";
   file.isLarge = version == 2;
   reader.Skip(6);
   file.channels = static_cast<uint16_t>(reader.Read(2));
@@ -38,13 +38,13 @@ std::string ParseHeader(platform::ByteSource& source, LayeredFile& file) {
   file.colorMode = static_cast<uint16_t>(reader.Read(2));
   const uint32_t largest = file.isLarge ? kLargestSideOfLarge : kLargestSide;
   if (file.channels < 1 || file.channels > kMostChannels) {
-    return "the header tells of " + std::to_string(file.channels) + " channels";
+    return "the header has an impossible number of channels, " + std::to_string(file.channels);
   }
   if (file.height < 1 || file.height > largest || file.width < 1 || file.width > largest) {
-    return "the header tells of a picture of " + std::to_string(file.width) + " by " + std::to_string(file.height);
+    return "the header has an impossible size, " + std::to_string(file.width) + " by " + std::to_string(file.height);
   }
   if (file.depth != 1 && file.depth != 8 && file.depth != 16 && file.depth != 32) {
-    return "the header tells of " + std::to_string(file.depth) + " bits per channel";
+    return "the header has an impossible depth, " + std::to_string(file.depth) + " bits per channel";
   }
   return "";
 }

@@ -115,7 +115,7 @@ std::string Number(uint64_t value, uint64_t width) {
 
 std::string TextLayerProblem(const LayeredFile& file) {
   if (!file.layerProblem.empty()) return file.layerProblem;
-  if (!ColorChannels(file.colorMode)) return "documents of its colour mode have no text layers";
+  if (!ColorChannels(file.colorMode)) return "documents in this colour mode cannot have text layers";
   return "";
 }
 
@@ -123,7 +123,7 @@ std::string AddTextLayers(const LayeredFile& file, uint64_t size, const std::vec
   if (std::string problem = TextLayerProblem(file); !problem.empty()) return problem;
   const LayerInfo& old = file.layers;
   const size_t count = static_cast<size_t>(old.count < 0 ? -old.count : old.count) + layers.size();
-  if (count > INT16_MAX) return "a document holds at most 32767 layers";
+  if (count > INT16_MAX) return "a document can have at most 32767 layers";
 
   const auto width = static_cast<uint64_t>(file.LengthWidth());
   const uint64_t sectionBegin = file.layersAndMask + width;
@@ -140,7 +140,7 @@ std::string AddTextLayers(const LayeredFile& file, uint64_t size, const std::vec
   section.Add(info);
   if (!hasLengthField) section.AddBytes(Number(0, 4));
   section.AddRange(oldEnd, file.layersAndMaskEnd);
-  if (!file.isLarge && section.Size() > UINT32_MAX) return "its layers grow beyond what a .psd file can hold";
+  if (!file.isLarge && section.Size() > UINT32_MAX) return "its layers would be too large for a .psd file";
 
   out = Pieces();
   out.AddRange(0, file.layersAndMask);

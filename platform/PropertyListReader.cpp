@@ -125,7 +125,7 @@ class Reader {
     }
     if (name == "data") {
       const auto bytes = ParseBase64(text);
-      return bytes ? Value(Data::From(*bytes)) : Fail(node, "data that is no Base64");
+      return bytes ? Value(Data::From(*bytes)) : Fail(node, "data that is not Base64");
     }
     if (name == "true" || name == "false") {
       return text.empty() ? Value(Boolean::From(name == "true")) : Fail(node, "text in a boolean");

@@ -142,7 +142,7 @@ TXMPFiles::TXMPFiles() : state_(std::make_unique<State>()) {}
 TXMPFiles::~TXMPFiles() = default;
 
 bool TXMPFiles::OpenFile(const char* path, uint32_t format, XMP_OptionBits options) {
-  if (format != kXMP_UnknownFile) throw XMP_Error(0, "only the unknown format is served");
+  if (format != kXMP_UnknownFile) throw XMP_Error(0, "only kXMP_UnknownFile is supported");
   state_ = std::make_unique<State>();
   State& state = *state_;
   state.path = path;

@@ -107,7 +107,8 @@ void Preferences::GiveUpFile(const std::string& problem) {
   }
   isFileKept_ = static_cast<bool>(error);
   Report(path_ + ": " + problem +
-         (isFileKept_ ? "; changes are not stored" : "; it is now " + aside + ", and the preferences begin anew"));
+         (isFileKept_ ? "; changes are not stored"
+                      : "; it was renamed to " + aside + ", and the preferences start empty"));
   values_ = Dictionary::Create();
 }
 

@@ -144,7 +144,7 @@ const CommandEntry* FindCommand(const std::string& name) {
 std::string CheckCommand(const Words& words) {
   if (words.empty()) return "";
   const CommandEntry* entry = FindCommand(words[0]);
-  if (!entry) return "unknown command '" + words[0] + "'; help lists what there is";
+  if (!entry) return "unknown command '" + words[0] + "'; see help";
   const Words arguments(words.begin() + 1, words.end());
   if (arguments.size() < entry->least || arguments.size() > entry->most) {
     const std::string takes = *entry->arguments ? std::string("takes ") + entry->arguments : "takes no arguments";

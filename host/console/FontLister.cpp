@@ -58,7 +58,7 @@ bool ReadToEnd(int descriptor, std::string& text) {
 ListedFonts Understand(const std::string& text) {
   ListedFonts listed;
   const Json object = Json::parse(text, nullptr, false);
-  if (!object.is_object()) return {{}, "docfonts gives no answer"};
+  if (!object.is_object()) return {{}, "docfonts does not answer"};
   for (const Json& font : object.value("fonts", Json::array())) listed.names.push_back(font.value("name", ""));
   const Json problems = object.value("problems", Json::array());
   if (!problems.empty()) listed.problem = problems[0].get<std::string>();

@@ -179,7 +179,7 @@ int RunHost(const Options& options, const std::vector<ScriptLine>& script) {
   if (signals.EndAsked() != 0) {
     std::fprintf(stderr, "ended by a signal: %s\n", strsignal(signals.EndAsked()));
   } else if (answers.Count() > 0) {
-    std::fprintf(stderr, "%zu answers were not asked for\n", answers.Count());
+    std::fprintf(stderr, "%zu answers were not used\n", answers.Count());
   }
   report->Finish();
   if (signals.EndAsked() != 0) return kStatusSignal + signals.EndAsked();
@@ -221,7 +221,7 @@ int Main(const std::vector<std::string>& arguments) {
     if (!problem.empty()) return Refuse(problem);
   } else if (!options.interactive) {
     if (options.files.empty() && !options.samples.empty()) options.files = DocumentsIn(options.samples);
-    if (options.files.empty()) return Refuse("no documents named; --help lists what there is");
+    if (options.files.empty()) return Refuse("no documents named; see --help");
   }
   const int status = RunHost(options, script);
   if (status > kStatusSignal) {

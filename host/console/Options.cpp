@@ -42,8 +42,8 @@ const OptionEntry* Find(const std::string& name) {
 
 std::string Conflict(const Options& options) {
   if (options.script.empty()) return "";
-  if (options.interactive) return "--script and --interactive can't be given together";
-  if (!options.files.empty()) return "--script takes no documents beside it; open them in the script";
+  if (options.interactive) return "--script and --interactive cannot be used together";
+  if (!options.files.empty()) return "--script allows no documents on the command line; open them in the script";
   return "";
 }
 
@@ -71,7 +71,7 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
     const size_t equals = word.find('=');
     const std::string name = word.substr(0, equals);
     const OptionEntry* entry = Find(name);
-    if (!entry) return "unknown option '" + name + "'; --help lists what there is";
+    if (!entry) return "unknown option '" + name + "'; see --help";
     std::string value;
     if (entry->argument) {
       if (equals == std::string::npos && i + 1 == arguments.size()) return name + " needs a " + entry->argument;

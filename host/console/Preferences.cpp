@@ -58,7 +58,7 @@ bool Preferences::AreThere() const {
 std::string Preferences::Set(const std::string& key, const std::string& value) {
   std::string problem = CheckPreference(key, value);
   if (!problem.empty()) return problem;
-  if (bundle_ && !AreThere()) return "there are no preferences yet, since the plug-in could not start";
+  if (bundle_ && !AreThere()) return "there are no preferences yet, because the plug-in could not start";
   const auto setSwitch = Find<void (*)(const char*, int8_t)>("VPFSetPreferenceForKey");
   const auto setNumber = Find<void (*)(const char*, int32_t)>("VPFSetLongPreferenceForKey");
   const auto setText = Find<void (*)(const char*, const char*)>("VPFSetStringPreferenceForKey");

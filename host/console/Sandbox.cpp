@@ -150,7 +150,7 @@ std::string Sandbox::WriteAgentConfiguration(const SandboxOptions& options) {
   const std::error_code unreadable = platform::ReadFile(path, text);
   if (!unreadable) {
     configuration = Json::parse(text, nullptr, false);
-    if (!configuration.is_object()) return path + ": is not a JSON object; mend it or move it away";
+    if (!configuration.is_object()) return path + ": is not a JSON object; repair it or move it away";
   } else if (unreadable != std::errc::no_such_file_or_directory) {
     return Problem(path, unreadable);
   }
@@ -187,7 +187,7 @@ std::string Sandbox::WriteLaunchConfiguration() const {
   // The file format cannot represent these characters.
   for (const std::string& path : {agent, folder_}) {
     if (path.find_first_of("#\r\n") != std::string::npos || path.ends_with(" ")) {
-      return path + ": a path with '#', a line end or a blank at its end can't be told to the plug-in";
+      return path + ": a path with '#', a line end or a blank at its end cannot be passed to the plug-in";
     }
   }
   return ReplaceIfOther(folder_ + kLaunchFolder + kLaunchConfiguration,

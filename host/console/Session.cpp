@@ -167,7 +167,7 @@ host::DocumentInfo Session::InfoOf(int32_t id) const {
 bool Session::CanOpen(const std::string& document) {
   const bool wasLost = isLost_;
   CatchUp();
-  if (wasLost) report_.Error(document, "is not opened, since the state folder is gone");
+  if (wasLost) report_.Error(document, "is not opened, because the state folder is gone");
   return !isLost_;
 }
 
@@ -192,7 +192,8 @@ bool Session::Open(const std::string& file) {
   if (known == documents_.end()) known = documents_.insert(documents_.end(), KnownDocument());
   *known = {file, info.path, id, info.fontNames};
   if (!platform::IsValidUTF8(info.path)) {
-    report_.Error(file, "the plug-in finds no file whose path is no UTF-8 text, so that no font is activated for it");
+    report_.Error(file,
+                  "the plug-in cannot open a file whose path is not valid UTF-8, so it activates no fonts for it");
   }
   ReportOpened(*known, before);
   return true;

@@ -35,7 +35,7 @@ std::string SplitWords(std::string_view line, Words& words) {
     }
     if (line[at] == '#') break;
     std::string word;
-    if (!TakeWord(line, at, word)) return "a quote has no end";
+    if (!TakeWord(line, at, word)) return "a quote is not closed";
     words.push_back(std::move(word));
   }
   return "";

@@ -35,8 +35,8 @@ TEST(Options, WrongOnesAreToldInOneLine) {
       {{"--library"}, "--library needs a FOLDER"},
       {{"--state="}, "--state needs a FOLDER"},
       {{"--json=1"}, "--json takes no value"},
-      {{"--script", "s", "a.psd"}, "no documents beside it"},
-      {{"--script", "s", "--interactive"}, "can't be given together"},
+      {{"--script", "s", "a.psd"}, "no documents on the command line"},
+      {{"--script", "s", "--interactive"}, "cannot be used together"},
   };
   for (const Row& row : rows) {
     Options options;

@@ -50,16 +50,16 @@ TEST_F(DocumentTest, BadFilesGiveOneLineAndTheOthersGoOn) {
   const std::pair<const char*, const char*> rows[] = {
       {"missing.psd", "No such file or directory"},
       {"folder.psd", "a folder"},
-      {"pipe.psd", "no regular file"},
+      {"pipe.psd", "not a regular file"},
       {"empty.psd", "the file is empty"},
-      {"text.psd", "no PSD document"},
+      {"text.psd", "not a PSD document"},
       {"header.psd", "truncated: the header"},
       {"middle.psd", "truncated: the layer"},
       {"end.psd", "truncated: the composite image"},
       {"misnamed.tif", "truncated"},
-      {"size.psd", "a picture of 160 by 0"},
+      {"size.psd", "160 by 0"},
       {"version.psd", "version 9"},
-      {"text.pdf", "no PDF document"},
+      {"text.pdf", "not a PDF document"},
       {"end.pdf", "truncated"},
   };
   Open(Sample("no-text.psd"));
@@ -115,7 +115,7 @@ TEST_F(DocumentTest, WhatCannotBeSavedStaysAsItIs) {
   application.Make(&made);
   EXPECT_THAT(application.Edit(pdf, "DejaVuSans"), HasSubstr("leaflet.pdf: text can be added"));
   EXPECT_EQ(application.Edit(pdf, ""), "") << "a change without text";
-  EXPECT_THAT(application.Edit(psd, "\xFF"), HasSubstr("no UTF-8"));
+  EXPECT_THAT(application.Edit(psd, "\xFF"), HasSubstr("not valid UTF-8"));
   EXPECT_THAT(application.SaveAs(psd, InFolder("poster.psb")), HasSubstr("another format"));
   EXPECT_THAT(application.SaveAs(psd, InFolder("no/poster.psd")), HasSubstr("No such file"));
   EXPECT_THAT(application.SaveAs(made, InFolder("made.pdf")), HasSubstr("saved as .psd or .psb"));

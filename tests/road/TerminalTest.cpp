@@ -117,7 +117,8 @@ TEST_F(TerminalTest, OddNamesStayOnTheirLine) {
   const HostResult result = RunHost({"--state", state_.Path(), odd, noText});
   EXPECT_THAT(result.output, HasSubstr(folder_ / "new\\nline\\x1b[31m.psd\n"));
   EXPECT_THAT(result.output + result.errors, Not(HasSubstr("\033")));
-  EXPECT_THAT(result.errors, HasSubstr(folder_ / "\\xff.psd: the plug-in finds no file whose path is no UTF-8 text"));
+  EXPECT_THAT(result.errors,
+              HasSubstr(folder_ / "\\xff.psd: the plug-in cannot open a file whose path is not valid UTF-8"));
   EXPECT_EQ(result.status, 1);
 }
 
