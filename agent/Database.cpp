@@ -50,6 +50,16 @@ int Database::Version() {
 // A pragma takes no parameters; the value is a number of our own.
 void Database::SetVersion(int version) { Execute("PRAGMA user_version=" + std::to_string(version)); }
 
+void Database::Migrate(std::span<const char* const> steps) {
+  const int version = Version(), last = static_cast<int>(steps.size());
+  if (version > last) throw StoreError(path_ + ": was written by a later version of this program", 0);
+  if (version == last) return;
+  Transaction transaction(*this);
+  for (const char* step : steps.subspan(static_cast<size_t>(version))) Execute(step);
+  SetVersion(last);
+  transaction.Commit();
+}
+
 void Database::Check() {
   Statement statement(*this, "PRAGMA quick_check(1)");
   const std::string verdict = statement.Step() ? statement.Text(0) : "";

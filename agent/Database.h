@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,6 +35,9 @@ class Database {
   int64_t LastInsertedRow() const;
   int Version();  // PRAGMA user_version
   void SetVersion(int version);
+  // Each step is SQL that brings the tables from the version of its place to the next. All that are missing are done, or
+  // none; a file of a later version is refused.
+  void Migrate(std::span<const char* const> steps);
   // Looks through the whole file; throws if it is damaged.
   void Check();
 

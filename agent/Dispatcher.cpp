@@ -1,5 +1,8 @@
 #include "agent/Dispatcher.h"
 
+#include <exception>
+#include <new>
+
 #include "agent/include/MessageDepth.h"
 
 namespace agent {
@@ -29,8 +32,8 @@ void Dispatcher::OnMessage(ClientID client, std::string_view message) {
 
 bool Dispatcher::Hold(ClientID client, std::string_view message) {
   const size_t cost = message.size() + sizeof(Held);
-  if (heldOf_[client] >= agent_protocol::kMostHeldRequests) return false;
-  if (heldBytes_ + cost > agent_protocol::kMostHeldBytesOfAll) return false;
+  if (heldOf_[client] >= limits_.requestsOfClient) return false;
+  if (heldBytes_ + cost > limits_.bytesOfAll) return false;
   held_.push_back({client, std::string(message)});
   heldBytes_ += cost;
   ++heldOf_[client];
@@ -40,15 +43,24 @@ bool Dispatcher::Hold(ClientID client, std::string_view message) {
 Dispatcher::Reply Dispatcher::ReplyTo(const Request& request) {
   const auto entry = entries_.find(request.call);
   if (entry == entries_.end()) return {unknownCode_};
+  ResultCode code = kUnknownError;
+  std::string problem;
   try {
     return entry->second.handler(request.client, request.arguments);
   } catch (const BadMessage& error) {
-    events_.report(request.call + ": " + error.what());
-    return {kInvalidParam};
+    code = kInvalidParam;
+    problem = error.what();
   } catch (const StoreError& error) {
-    events_.report(request.call + ": " + error.what());
-    return {kDatabaseError};
+    code = kDatabaseError;
+    problem = error.what();
+  } catch (const std::bad_alloc&) {
+    code = kOutOfMemory;
+    problem = "there is not enough memory";
+  } catch (const std::exception& error) {
+    problem = error.what();  // a client that gets no reply would wait for one
   }
+  events_.report(request.call + ": " + problem);
+  return {code};
 }
 
 void Dispatcher::Serve(const Request& request) { Send(request, ReplyTo(request)); }

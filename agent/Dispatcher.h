@@ -46,10 +46,18 @@ class Dispatcher {
     std::function<void(const std::string& line)> report;
   };
 
-  explicit Dispatcher(Events events) : events_(std::move(events)) {}
+  // What may wait for the first scan.
+  struct Limits {
+    size_t requestsOfClient = agent_protocol::kMostHeldRequests;
+    size_t bytesOfAll = agent_protocol::kMostHeldBytesOfAll;
+  };
+
+  explicit Dispatcher(Events events) : Dispatcher(std::move(events), Limits()) {}
+  Dispatcher(Events events, const Limits& limits) : events_(std::move(events)), limits_(limits) {}
 
   // handler(ClientID, const Call::Arguments&) returns Answer<Call>. It is not called if the arguments do not fit: then the
-  // client gets kInvalidParam. A StoreError that it throws gives the client kDatabaseError.
+  // client gets kInvalidParam. A StoreError that it throws gives the client kDatabaseError, another
+  // exception kOutOfMemory or kUnknownError. Each is reported.
   template <class Call, class Handler>
   void Add(Needs needs, Handler handler) {
     Add(agent_protocol::CallName<Call>::kText, needs, [handler](ClientID client, const Json& json) {
@@ -97,6 +105,7 @@ class Dispatcher {
   Reply ReplyTo(const Request& request);
 
   Events events_;
+  Limits limits_;
   std::map<std::string, Entry, std::less<>> entries_;
   std::deque<Held> held_;
   std::map<ClientID, size_t> heldOf_;  // how many of them are of each client

@@ -8,7 +8,7 @@ namespace agent {
 
 namespace {
 
-// Each step brings the tables from the version of its place to the next. Steps are added, never changed.
+// Steps are added, never changed.
 constexpr std::array<const char*, 1> kMigrations = {R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
@@ -32,17 +32,7 @@ bool IsStillThere(const std::string& path, const FileIdentity& identity) {
 
 UserStore::UserStore(const std::string& path) : database_(path) {
   database_.Check();
-  const int version = database_.Version();
-  if (version > static_cast<int>(kMigrations.size())) {
-    throw StoreError(path + ": was written by a later version of this program", 0);
-  }
-  if (version == static_cast<int>(kMigrations.size())) return;
-  Transaction transaction(database_);
-  for (size_t step = static_cast<size_t>(version); step < kMigrations.size(); ++step) {
-    database_.Execute(kMigrations[step]);
-  }
-  database_.SetVersion(static_cast<int>(kMigrations.size()));
-  transaction.Commit();
+  database_.Migrate(kMigrations);
 }
 
 std::optional<uint32_t> UserStore::KnownFontID(const std::string& path, const FontFace& face,

@@ -20,13 +20,17 @@ inline constexpr ResultCode kDatabaseError = 0x0D000000;   // a database cannot 
 inline constexpr ResultCode kNotSupported = 0x10000000;    // a preview activation failed for at least one font
 inline constexpr ResultCode kNotInitialized =
     0x11000000;                                          // too many requests wait for the first scan; a log is not open
+inline constexpr ResultCode kUnknownError = 0x15000000;  // the call failed in another way; agent.log says how
 inline constexpr ResultCode kInvalidVault = 0x01002008;  // user.db cannot be used
 inline constexpr ResultCode kCouldNotCopyFile = 0x04004007;
 inline constexpr ResultCode kCantDeactivateSystemFonts = 0x08004001;
 
+// From either.
+inline constexpr ResultCode kOutOfMemory = 0x06000000;  // no memory, or no further thread
+
 // From the library, without the agent.
 inline constexpr ResultCode kNullPointer = 0x05000000;
-inline constexpr ResultCode kOutOfMemory = 0x06000000;  // no memory, or no further thread
+inline constexpr ResultCode kMessageTooLarge = 0x03001009;  // more than the agent takes in one request; it was not sent
 inline constexpr ResultCode kVersionMismatch = 0x0E000000;
 inline constexpr ResultCode kInvalidMessage = 0x01004015;  // the agent's reply makes no sense
 inline constexpr ResultCode kReplyTimeout = 0x0200100E;    // the agent runs and does not answer

@@ -11,7 +11,9 @@
 #include <mutex>
 #include <thread>
 
+#include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
+#include "platform/Trace.h"
 
 namespace plugin_interface {
 
@@ -181,7 +183,14 @@ RawReply AgentConnection::CallByName(const char* name, Json arguments) {
     if (state_->isLost) return {agent_protocol::kAgentShutdownCode};
     id = ++state_->lastID;
   }
-  state_->Send(agent_protocol::ToText({{"id", id}, {"call", name}, {"arguments", std::move(arguments)}}));
+  const std::string text = agent_protocol::ToText({{"id", id}, {"call", name}, {"arguments", std::move(arguments)}});
+  // The agent would end the connection, and everything active for this client would be given back.
+  if (text.size() > agent_protocol::kLongestRequest) {
+    platform::ReportProblem(std::string(name) + ": a request of " + std::to_string(text.size()) +
+                            " bytes is more than the agent takes; it was not sent");
+    return {agent_protocol::kMessageTooLarge};
+  }
+  state_->Send(text);
   return AwaitReply(id, IsLongCall(name) ? state_->patience * kLongCallFactor : state_->patience);
 }
 

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "agent/Database.h"
 #include "agent/include/AgentProtocol.h"
 
@@ -38,6 +40,11 @@ struct Full {
   using Result = agent_protocol::calls::Nothing;
 };
 
+struct Lost {
+  struct Arguments : agent_protocol::calls::Nothing {};
+  using Result = agent_protocol::calls::Nothing;
+};
+
 struct Fonts {
   struct Arguments : agent_protocol::calls::Nothing {};
   using Result = agent_protocol::calls::Nothing;
@@ -54,6 +61,7 @@ namespace agent_protocol {
 NAME(Sum)
 NAME(Text)
 NAME(Full)
+NAME(Lost)
 NAME(Fonts)
 #undef NAME
 }  // namespace agent_protocol
@@ -63,9 +71,12 @@ namespace {
 using namespace agent;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 class DispatcherTest : public testing::Test {
  protected:
+  static constexpr size_t kHeldBytes = 4096;  // of all clients, and two requests of each
+
   DispatcherTest() {
     using namespace test_calls;
     dispatcher_.Add<Sum>(Needs::kNothing, [](ClientID, const Sum::Arguments& arguments) -> Answer<Sum> {
@@ -78,6 +89,9 @@ class DispatcherTest : public testing::Test {
     dispatcher_.Add<Full>(Needs::kNothing, [](ClientID, const Full::Arguments&) -> Answer<Full> {
       throw StoreError("the disk is full", 13);
     });
+    dispatcher_.Add<Lost>(Needs::kNothing, [](ClientID, const Lost::Arguments&) -> Answer<Lost> {
+      throw std::filesystem::filesystem_error("no such folder", std::make_error_code(std::errc::io_error));
+    });
     dispatcher_.Add<Fonts>(Needs::kFonts,
                            [](ClientID, const Fonts::Arguments&) -> Answer<Fonts> { return calls::Nothing(); });
   }
@@ -87,7 +101,8 @@ class DispatcherTest : public testing::Test {
   std::vector<std::string> reports_;
   Dispatcher dispatcher_{{[this](ClientID, const std::string& message) { sent_.push_back(message); },
                           [this](ClientID client) { breaches_.push_back(client); },
-                          [this](const std::string& line) { reports_.push_back(line); }}};
+                          [this](const std::string& line) { reports_.push_back(line); }},
+                         {2, kHeldBytes}};
 };
 
 struct RequestRow {
@@ -115,6 +130,7 @@ const RequestRow kRequests[] = {
     {R"({"id":1,"call":"Text","arguments":{"wanted":1,"parts":[]}})", kBadArgument},
     {R"({"id":1,"call":"Text","arguments":{"wanted":true,"parts":[null]}})", kBadArgument},
     {R"({"id":1,"call":"Full"})", R"({"code":218103808,"id":1,"result":{}})"},
+    {R"({"id":1,"call":"Lost"})", R"({"code":352321536,"id":1,"result":{}})"},
     {R"({"id":1,"call":"Nobody"})", R"({"code":134217728,"id":1,"result":{}})"},
     {R"({"id":-1,"call":"Sum"})", nullptr},
     {R"({"call":"Sum"})", nullptr},
@@ -163,18 +179,12 @@ TEST_F(DispatcherTest, RefusesWhatWouldCostTooMuch) {
   EXPECT_THAT(sent_, ElementsAre(R"({"code":0,"id":1,"result":{"sum":0}})", kBadArgument));
   sent_.clear();
   const std::string waiting = R"({"id":1,"call":"Fonts"})";
-  for (size_t i = 0; i < agent_protocol::kMostHeldRequests; ++i) dispatcher_.OnMessage(1, waiting);
-  EXPECT_THAT(sent_, IsEmpty());
-  dispatcher_.OnMessage(1, waiting);
-  EXPECT_THAT(sent_, ElementsAre(R"({"code":285212672,"id":1,"result":{}})"));
-  dispatcher_.OnMessage(2, waiting);
-  for (ClientID client = 3; client < 100; ++client) {
-    dispatcher_.OnMessage(client, waiting + std::string(agent_protocol::kLongestRequest - waiting.size(), ' '));
-  }
-  const size_t refused = sent_.size();
-  EXPECT_GT(refused, 50u);
+  for (const ClientID client : {1, 1, 1, 2, 3}) dispatcher_.OnMessage(client, waiting);
+  EXPECT_THAT(sent_, ElementsAre(R"({"code":285212672,"id":1,"result":{}})")) << "the third of one client";
+  dispatcher_.OnMessage(4, waiting + std::string(kHeldBytes, ' '));
+  EXPECT_THAT(sent_, SizeIs(2));
   dispatcher_.Release();
-  EXPECT_EQ(sent_.size() - refused, agent_protocol::kMostHeldRequests + 1 + 97 - (refused - 1));
+  EXPECT_THAT(sent_, SizeIs(2 + 4));
 }
 
 // "Not found" must not mean "not yet".

@@ -138,6 +138,26 @@ TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
   EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{fonts[0], 1}, {fonts[2], 4}}));
 }
 
+TEST(Database, IsBroughtForwardByTheStepsThatItLacks) {
+  const TempFolder folder;
+  const char* const steps[] = {"CREATE TABLE a(n); INSERT INTO a VALUES(1)", "ALTER TABLE a ADD m DEFAULT 7",
+                               "UPDATE a SET n = n + 1; INSERT INTO nowhere VALUES(1)"};
+  Database database(folder / "user.db");
+  database.Migrate(std::span(steps, 1));
+  database.Execute("INSERT INTO a VALUES(5)");
+  const auto sum = [&](const char* sql) {
+    Statement statement(database, sql);
+    return statement.Step() ? statement.Integer(0) : -1;
+  };
+  database.Migrate(std::span(steps, 2));
+  database.Migrate(std::span(steps, 2));
+  EXPECT_EQ(database.Version(), 2);
+  EXPECT_EQ(sum("SELECT SUM(n * m) FROM a"), 42);
+  EXPECT_THROW(database.Migrate(steps), StoreError);
+  EXPECT_EQ(database.Version(), 2);
+  EXPECT_EQ(sum("SELECT SUM(n) FROM a"), 6) << "a step that fails is undone";
+}
+
 // What a program of the first version wrote; every later version has to bring it forward with all that is in it.
 constexpr const char* kFirstVersion = R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,

@@ -136,8 +136,20 @@ TEST(AgentConnection, AnAgentThatReadsNothingIsLostToo) {
   Pair pair;
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
-  EXPECT_EQ(connection.CallByName("ActivateFonts", {{"text", std::string(8 << 20, 'x')}}).code, kGone);
+  EXPECT_EQ(connection.CallByName("ActivateFonts", {{"text", std::string(1000 << 10, 'x')}}).code, kGone);
   EXPECT_TRUE(connection.HasFallenSilent());
+}
+
+// The agent would end the connection of who sent it, and take back all that is active for this client.
+TEST(AgentConnection, ARequestThatIsTooLongIsNotSent) {
+  Pair pair;
+  const StandIn agent(std::move(pair.theirs), false, [](const std::string&) { return true; });
+  AgentConnection connection(
+      std::move(pair.ours), [](const Json&) {}, Ignore);
+  const std::string text(agent_protocol::kLongestRequest, 'x');
+  EXPECT_EQ(connection.CallByName("Log", {{"text", text}}).code, agent_protocol::kMessageTooLarge);
+  EXPECT_EQ(connection.CallByName("Log", {{"text", text.substr(100)}}).code, 0u);
+  EXPECT_EQ(agent.Heard(), std::vector<std::string>{"Log"});
 }
 
 TEST(AgentConnection, AnAgentThatIsBusyIsWaitedFor) {
