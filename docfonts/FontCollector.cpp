@@ -77,11 +77,7 @@ Report CollectFonts(const std::string& path) {
   report.problems = fonts.problems;
   if (document.Bytes().HasFailed()) report.problems.push_back(platform::DescribeError(document.Bytes().Error()));
   Merger merger(report);
-  merger.Take("pdf", fonts.pdf);
-  merger.Take("parser", fonts.parser);
-  merger.Take("scan", fonts.scan);
-  merger.Take("list", fonts.list);
-  merger.Take("slug", fonts.slug);
+  for (const DocumentFonts::Source& source : fonts.sources) merger.Take(source.name, source.records);
   return report;
 }
 

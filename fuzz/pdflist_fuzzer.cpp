@@ -11,8 +11,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CHECK(!document.Open());
   DocumentFonts fonts;
   ListFontsOfPDF(document, fonts);
-  for (size_t i = 0; i < fonts.pdf.Count(); ++i) {
-    const platform::Dictionary font(fonts.pdf.At(i));
+  const platform::Array records = fonts.From("pdf");
+  for (size_t i = 0; i < records.Count(); ++i) {
+    const platform::Dictionary font(records.At(i));
     CHECK(!font.GetString(GlyphsureSupport::kGS_PostScriptNameKey).IsEmpty());
     CHECK(font.GetString(kDocumentFont_EmbeddedKey));
   }

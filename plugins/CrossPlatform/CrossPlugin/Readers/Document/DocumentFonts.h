@@ -7,15 +7,23 @@
 
 #include "platform/Value.h"
 
-// Font records by where they were found.
 struct DocumentFonts {
-  platform::Array parser =
-      platform::Array::Create();  // the document's own structure, as far as the plug-in understands it
-  platform::Array pdf = platform::Array::Create();   // a PDF's whole structure; with the keys below
-  platform::Array scan = platform::Array::Create();  // text around font names
-  platform::Array list = platform::Array::Create();  // the font list of Adobe applications in the metadata
-  platform::Array slug = platform::Array::Create();  // the identification that this system stored in the metadata
-  std::vector<std::string> problems;                 // one line for a person each: why fonts may be missing
+  // The records that one way of finding fonts gave, under the word by which docfonts names it.
+  struct Source {
+    const char* name;
+    platform::Array records;
+  };
+  // In the order in which readers came to them.
+  std::vector<Source> sources;
+  std::vector<std::string> problems;  // one line for a person each: why fonts may be missing
+
+  // The records of a source, to append to. The name is a literal.
+  platform::Array From(const char* name) {
+    for (const Source& source : sources) {
+      if (std::string_view(source.name) == name) return source.records;
+    }
+    return sources.emplace_back(Source{name, platform::Array::Create()}).records;
+  }
 };
 
 // What a record says of the document's own copy of a font, beside the font's own keys.

@@ -11,9 +11,14 @@ using namespace GlyphsureSupport;
 
 namespace {
 
+void Append(const platform::Array& found, platform::Array records) {
+  for (size_t i = 0; i < found.Count(); ++i) records.Append(found.At(i));
+}
+
 void ReadMetadata(ReadableDocument& document, DocumentFonts& fonts) {
   // Not found is a file without metadata.
-  if (ReadAllXMPFontDataFromFile(document.Path(), fonts.slug, fonts.list) == CoreErrorCodes::kUnknownError) {
+  const platform::Array list = fonts.From("list"), slug = fonts.From("slug");
+  if (ReadAllXMPFontDataFromFile(document.Path(), slug, list) == CoreErrorCodes::kUnknownError) {
     fonts.problems.push_back("its XMP metadata can't be read");
   }
 }
@@ -23,13 +28,16 @@ void Parse(ReadableDocument& document, DocumentFonts& fonts) {
   // By the kind that the document has. CreateParserWithFile knows less of them.
   Parser parser(platform::FileURL::FromFileSystemRepresentation(document.Path()), document.Path());
   parser.Parse();
-  parser.GetObsoleteGlyphsureData(true, &fonts.parser);
+  // Some parsers append to the array and others replace it.
+  platform::Array found = platform::Array::Create();
+  parser.GetObsoleteGlyphsureData(true, &found);
+  Append(found, fonts.From("parser"));
 }
 
 void Scan(ReadableDocument& document, DocumentFonts& fonts) {
   std::vector<std::string> names;
   ScanForFontNames(document.Bytes(), document.Path(), names);
-  MergeFontsIntoFontsArray(CreateFontArrayFromVectorOfPostscriptNames(names), fonts.scan);
+  Append(CreateFontArrayFromVectorOfPostscriptNames(names), fonts.From("scan"));
 }
 
 bool IsPostScript(ReadableDocument& document) {

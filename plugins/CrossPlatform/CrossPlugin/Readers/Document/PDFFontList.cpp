@@ -46,7 +46,7 @@ std::string NameOf(QPDFObjectHandle object) { return object.isName() ? object.ge
 // The walk over everything of a document that can have fonts. What several places share is looked at once.
 class FontWalk {
  public:
-  FontWalk(QPDF& pdf, DocumentFonts& fonts) : mPDF(pdf), mFonts(fonts) {}
+  FontWalk(QPDF& pdf, const platform::Array& records) : mPDF(pdf), mRecords(records) {}
 
   void Run();
 
@@ -60,7 +60,7 @@ class FontWalk {
   bool IsNew(QPDFObjectHandle object) { return !object.isIndirect() || mSeen.insert(object.getObjGen()).second; }
 
   QPDF& mPDF;
-  DocumentFonts& mFonts;
+  platform::Array mRecords;
   std::set<QPDFObjGen> mSeen;
   std::set<std::string> mNames;
   std::deque<QPDFObjectHandle> mWaiting;  // resource dictionaries
@@ -143,7 +143,7 @@ void FontWalk::ReadFont(QPDFObjectHandle font) {
   record.Set(kDocumentFont_EmbeddedKey, isEmbedded ? "1" : "0");
   record.Set(kDocumentFont_TypeKey, AsText(NameOf(described.getKey("/Subtype"))));
   if (!tag.empty()) record.Set(kDocumentFont_SubsetTagKey, tag);
-  mFonts.pdf.Append(record);
+  mRecords.Append(record);
 }
 
 }  // namespace
@@ -154,7 +154,7 @@ void ListFontsOfPDF(ReadableDocument& document, DocumentFonts& fonts) {
     pdf.setSuppressWarnings(true);
     pdf.processInputSource(std::make_shared<QPDFByteSource>(document.Bytes().Source()));
     const bool isRepaired = pdf.anyWarnings();
-    FontWalk(pdf, fonts).Run();
+    FontWalk(pdf, fonts.From("pdf")).Run();
     if (isRepaired) fonts.problems.push_back("it is damaged, so that fonts may be missing");
   } catch (const QPDFExc& error) {
     fonts.problems.push_back(error.getErrorCode() == qpdf_e_password ? "it is encrypted with a password"
