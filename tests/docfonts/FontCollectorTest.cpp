@@ -66,7 +66,7 @@ TEST_F(FontCollector, KnowsDocumentsByTheirContent) {
       {"a.pdf", PDF("A,Bold", name), "pdf: A,Bold=pdf,parser"},
       {"a.ai", PDF("A,Bold", name), "ai: A,Bold=pdf,parser,scan"},
       {"a.eps", "%!PS-Adobe-3.0 EPSF-3.0\n" + ps, "eps: A=parser"},
-      {"a.ai", "%!PS-Adobe-3.0\n" + ps + set, "ps: A=parser"},
+      {"a.ai", "%!PS-Adobe-3.0\n" + ps + set, "ps: A=parser,scan"},
       {"a.eps", "\xC5\xD0\xD3\xC6\x20\0\0\0\1\0\0\0"s + std::string(20, '\0') + "%!\n" + ps, "eps: A=parser"},
       {"a.png", "\x89PNG\r\n"s, "png:"},
       {"a.txt", "", ":"},

@@ -30,9 +30,10 @@ TEST(DocumentReaders, TheScanReadsTheDocumentsOfIllustratorInEachForm) {
     for (const DocumentReader& reader : DocumentReaders()) {
       if (reader.sniff(document)) reader.read(document, fonts);
     }
-    ASSERT_EQ(fonts.scan.Count(), row.count) << row.name;
+    ASSERT_EQ(fonts.From("scan").Count(), row.count) << row.name;
     if (row.count == 0) continue;
-    EXPECT_EQ(platform::Dictionary(fonts.scan.At(0)).GetString(GlyphsureSupport::kGS_PostScriptNameKey).Text(), "Beta");
+    EXPECT_EQ(platform::Dictionary(fonts.From("scan").At(0)).GetString(GlyphsureSupport::kGS_PostScriptNameKey).Text(),
+              "Beta");
   }
   TerminateGlyphsureXMP();
 }
