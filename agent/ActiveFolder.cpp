@@ -11,12 +11,11 @@
 #include <memory>
 
 #include "platform/Files.h"
+#include "platform/LastError.h"
 
 namespace agent {
 
 namespace {
-
-std::error_code LastError() { return {errno, std::generic_category()}; }
 
 // Keeps extensions such as ".ttf", which some programs look at. Drops unusual ones.
 std::string ExtensionOf(const std::string& file) {
@@ -99,9 +98,9 @@ ActiveFolder::LinkResult ActiveFolder::Link(uint32_t id, const std::string& file
   } else {
     result.symbolic = true;
   }
-  if (result.symbolic && symlink(file.c_str(), hidden.c_str()) != 0) return {LastError()};
+  if (result.symbolic && symlink(file.c_str(), hidden.c_str()) != 0) return {platform::LastError()};
   if (rename(hidden.c_str(), (FolderOf(id) + "/" + name).c_str()) != 0) {
-    result.error = LastError();
+    result.error = platform::LastError();
     unlink(hidden.c_str());
     return result;
   }
@@ -113,7 +112,7 @@ ActiveFolder::LinkResult ActiveFolder::Link(uint32_t id, const std::string& file
 std::error_code ActiveFolder::Unlink(uint32_t id) {
   const auto found = links_.find(id);
   if (found == links_.end()) return {};
-  if (unlink((FolderOf(id) + "/" + found->second).c_str()) != 0 && errno != ENOENT) return LastError();
+  if (unlink((FolderOf(id) + "/" + found->second).c_str()) != 0 && errno != ENOENT) return platform::LastError();
   links_.erase(found);
   Changed(id);
   return {};

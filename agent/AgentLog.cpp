@@ -11,6 +11,7 @@
 #include "agent/ShownText.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Clock.h"
+#include "platform/LastError.h"
 
 namespace agent {
 
@@ -20,7 +21,7 @@ std::error_code AgentLog::Open(const std::string& path) {
     std::rename(path.c_str(), (path + ".old").c_str());
   }
   file_ = platform::Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
-  return file_ ? std::error_code() : std::error_code(errno, std::generic_category());
+  return file_ ? std::error_code() : platform::LastError();
 }
 
 void AgentLog::Write(const std::string& text) const {

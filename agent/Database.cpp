@@ -94,7 +94,7 @@ bool Statement::Step() {
   if (code == SQLITE_DONE) return false;
   const StoreError error = MakeError(database_.Path(), database_.Get(), code);
   sqlite3_reset(statement_);
-  throw error;
+  throw StoreError(error);
 }
 
 void Statement::Run() {

@@ -10,14 +10,13 @@
 
 #include "platform/Descriptor.h"
 #include "platform/Files.h"
+#include "platform/LastError.h"
 
 namespace agent {
 
 namespace {
 
 constexpr int kMostNames = 1000;
-
-std::error_code LastError() { return {errno, std::generic_category()}; }
 
 std::string NumberedName(const std::string& name, int number) {
   if (number == 1) return name;
@@ -36,7 +35,7 @@ class PartFile {
  public:
   PartFile(const std::string& folder, std::error_code& error) : path_(folder + "/.copy-XXXXXX") {
     file_ = platform::Descriptor(mkostemp(path_.data(), O_CLOEXEC));
-    if (!file_) error = LastError();
+    if (!file_) error = platform::LastError();
   }
   ~PartFile() {
     if (file_) unlink(path_.c_str());
@@ -48,10 +47,10 @@ class PartFile {
     for (size_t written = 0; written < bytes.size();) {
       const ssize_t count = write(file_.Get(), bytes.data() + written, bytes.size() - written);
       if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return LastError();
+      if (count < 0) return platform::LastError();
       written += static_cast<size_t>(count);
     }
-    return fchmod(file_.Get(), 0644) != 0 || fsync(file_.Get()) != 0 ? LastError() : std::error_code();
+    return fchmod(file_.Get(), 0644) != 0 || fsync(file_.Get()) != 0 ? platform::LastError() : std::error_code();
   }
 
   // Returns std::errc::file_exists if the name is taken.
@@ -59,7 +58,7 @@ class PartFile {
     if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) return {};
     // Network file systems cannot rename without replacing, but can create a link.
     if (errno == EINVAL && link(path_.c_str(), path.c_str()) == 0) return {};
-    return LastError();
+    return platform::LastError();
   }
 
  private:

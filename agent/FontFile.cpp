@@ -14,6 +14,7 @@
 #include "agent/SfntTables.h"
 #include "platform/Descriptor.h"
 #include "platform/Files.h"
+#include "platform/LastError.h"
 #include "platform/TextEncoding.h"
 
 namespace agent {
@@ -46,7 +47,7 @@ std::error_code ReadStart(const std::string& path, std::string& bytes) {
   const platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   bytes.resize(kEnough);
   const ssize_t count = file ? read(file.Get(), bytes.data(), bytes.size()) : -1;
-  if (count < 0) return {errno, std::generic_category()};
+  if (count < 0) return platform::LastError();
   bytes.resize(static_cast<size_t>(count));
   return {};
 }

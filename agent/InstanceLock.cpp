@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "platform/Files.h"
+#include "platform/LastError.h"
 #include "platform/LocalSocket.h"
 
 namespace agent {
@@ -24,7 +25,7 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
   path_ = runtimeFolder + "/" + socketName + ".lock";
   file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (!file_) {
-    error = {errno, std::generic_category()};
+    error = platform::LastError();
     return Result::kFailed;
   }
   const auto end = steady_clock::now() + kPatience;

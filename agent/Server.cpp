@@ -13,6 +13,7 @@
 #include <cstring>
 
 #include "agent/include/AgentProtocol.h"
+#include "platform/LastError.h"
 
 namespace agent {
 
@@ -75,7 +76,7 @@ std::error_code Server::Listen(const std::string& folder, const std::string& nam
   epoll_event event{};
   event.events = EPOLLIN;
   event.data.u64 = kListeningTag;
-  if (epoll_ctl(epoll_.Get(), EPOLL_CTL_ADD, listening_.Get(), &event) != 0) return {errno, std::generic_category()};
+  if (epoll_ctl(epoll_.Get(), EPOLL_CTL_ADD, listening_.Get(), &event) != 0) return platform::LastError();
   return {};
 }
 

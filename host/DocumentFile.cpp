@@ -10,6 +10,7 @@
 #include "host/ByteOrder.h"
 #include "host/FontSets.h"
 #include "host/TextLayer.h"
+#include "platform/LastError.h"
 #include "platform/LayeredPacket.h"
 #include "platform/TextEncoding.h"
 
@@ -26,7 +27,7 @@ std::string ExtensionOf(const std::string& path) {
   return platform::ToLowercase(std::filesystem::path(path).extension().string());
 }
 
-std::string LastProblem() { return platform::DescribeError({errno, std::generic_category()}); }
+std::string LastProblem() { return platform::DescribeError(platform::LastError()); }
 
 // Refuses what cannot be read as a file, and what would block or never end.
 std::string CheckKind(const struct stat& info) {

@@ -10,6 +10,7 @@
 #include "host/Problems.h"
 #include "host/TypeIDs.h"
 #include "platform/Files.h"
+#include "platform/LastError.h"
 #include "platform/TextEncoding.h"
 #include "platform/Trace.h"
 
@@ -184,7 +185,7 @@ std::string DocumentOperations::WriteTo(int32_t id, const std::string& path, Doc
   if (document->isBeingSaved) return path + ": is being saved";
   // Saving replaces the file, which needs only rights on its folder, so check the file's own.
   const bool isThere = faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
-  if (!isThere && errno != ENOENT) return path + ": " + platform::DescribeError({errno, std::generic_category()});
+  if (!isThere && errno != ENOENT) return path + ": " + platform::DescribeError(platform::LastError());
   std::string problem = CatchUpWithFile(*document, path);
   if (!problem.empty()) return problem;
 

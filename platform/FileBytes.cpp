@@ -10,8 +10,6 @@
 
 namespace platform {
 
-std::error_code LastError() { return {errno, std::generic_category()}; }
-
 Descriptor OpenRegularFile(const std::string& path, struct stat& info, std::error_code& error) {
   // O_NONBLOCK: a pipe is refused below and must not block the program.
   Descriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -55,36 +53,22 @@ std::error_code ReadAllAt(int fd, uint64_t offset, std::string& bytes) {
   return {};
 }
 
-std::error_code CopyAll(int from, int to) {
-  constexpr size_t kPiece = 1u << 30;
-  for (;;) {
-    const ssize_t copied = copy_file_range(from, nullptr, to, nullptr, kPiece, 0);
-    if (copied == 0) break;
-    if (copied < 0 && errno != EINTR) break;
-  }
-  // Copies the rest, or everything if the file system cannot copy itself. Both descriptors are where the copying ended.
-  std::string piece(65536, '\0');
-  for (;;) {
-    const ssize_t got = read(from, piece.data(), piece.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return got < 0 ? LastError() : std::error_code();
-    if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
-  }
-}
-
 std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to) {
+  constexpr off_t kPiece = off_t{1} << 30;
   auto at = static_cast<off_t>(begin);
   const auto stop = static_cast<off_t>(end);
   while (at < stop) {
-    const ssize_t copied = copy_file_range(from, &at, to, nullptr, static_cast<size_t>(stop - at), 0);
+    const auto most = static_cast<size_t>(std::min(stop - at, kPiece));
+    const ssize_t copied = copy_file_range(from, &at, to, nullptr, most, 0);
     if (copied == 0 || (copied < 0 && errno != EINTR)) break;
   }
-  // Copies the rest, or everything if the file system cannot copy itself.
+  // Whatever the file system could not copy by itself.
   std::string piece(at < stop ? 65536 : 0, '\0');
   while (at < stop) {
     const ssize_t got = pread(from, piece.data(), std::min(piece.size(), static_cast<size_t>(stop - at)), at);
     if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return got < 0 ? LastError() : std::make_error_code(std::errc::io_error);  // the file became shorter
+    if (got < 0) return LastError();
+    if (got == 0) return end == kToItsEnd ? std::error_code() : std::make_error_code(std::errc::io_error);
     if (const std::error_code error = WriteAll(to, {piece.data(), static_cast<size_t>(got)})) return error;
     at += got;
   }

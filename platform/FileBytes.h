@@ -10,10 +10,9 @@
 #include <system_error>
 
 #include "platform/Descriptor.h"
+#include "platform/LastError.h"
 
 namespace platform {
-
-std::error_code LastError();  // from errno
 
 // Opens a regular file. Fails for anything else like ReadFile, without waiting for it.
 Descriptor OpenRegularFile(const std::string& path, struct stat& info, std::error_code& error);
@@ -22,9 +21,9 @@ std::error_code WriteAll(int fd, std::string_view bytes);
 std::error_code WriteAllAt(int fd, uint64_t offset, std::string_view bytes);
 // Fills `bytes`. Fails with std::errc::io_error if the file ends before that.
 std::error_code ReadAllAt(int fd, uint64_t offset, std::string& bytes);
-// Copies from one open file to another, at the current position of `to`: from the current position of `from` up to its
-// end, or the range [begin, end) of it. The file system shares or copies the bytes itself if it can.
-std::error_code CopyAll(int from, int to);
+// Copies the range [begin, end) of one open file to the position of the other. The file system shares or copies the bytes
+// by itself where it can. std::errc::io_error if the file ends before `end`, unless that is kToItsEnd.
+inline constexpr uint64_t kToItsEnd = INT64_MAX;
 std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to);
 
 std::string FolderOf(const std::string& path);

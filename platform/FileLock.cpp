@@ -5,6 +5,8 @@
 
 #include <cerrno>
 
+#include "platform/LastError.h"
+
 namespace platform {
 
 FileLock::FileLock(const std::string& path, std::error_code* error) {
@@ -15,7 +17,7 @@ FileLock::FileLock(const std::string& path, std::error_code* error) {
   int result = descriptor_ ? 0 : -1;
   while (descriptor_ && (result = flock(descriptor_.Get(), LOCK_EX)) != 0 && errno == EINTR) {
   }
-  *error = result == 0 ? std::error_code() : std::error_code(errno, std::generic_category());
+  *error = result == 0 ? std::error_code() : LastError();
   if (*error) descriptor_.Close();
 }
 

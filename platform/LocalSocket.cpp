@@ -12,12 +12,11 @@
 #include <utility>
 
 #include "platform/Files.h"
+#include "platform/LastError.h"
 
 namespace platform {
 
 namespace {
-
-std::error_code LastError() { return {errno, std::generic_category()}; }
 
 // The address of a socket relative to its folder's descriptor, so that the length of the path does not matter.
 sockaddr_un MakeAddress(int folder, const std::string& name, std::error_code& error) {

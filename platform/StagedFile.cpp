@@ -90,7 +90,7 @@ std::error_code Overwrite(const std::string& path, const std::string& content, b
     return LastError();
   }
   *isBegun = true;
-  error = CopyAll(from.Get(), to.Get());
+  error = CopyRange(from.Get(), 0, kToItsEnd, to.Get());
   if (!error && ftruncate(to.Get(), info.st_size) != 0) error = LastError();
   return !error && fsync(to.Get()) != 0 ? LastError() : error;
 }
@@ -138,7 +138,7 @@ std::error_code StagedFile::StageCopy(const std::string& path, const std::string
   struct stat info;
   std::error_code error;
   const Descriptor source = OpenRegularFile(from, info, error);
-  return source ? StageWith(path, name, [&](int fd) { return CopyAll(source.Get(), fd); }) : error;
+  return source ? StageWith(path, name, [&](int fd) { return CopyRange(source.Get(), 0, kToItsEnd, fd); }) : error;
 }
 
 std::error_code StagedFile::StagePieces(const std::string& path, int from, const std::vector<FilePiece>& pieces) {

@@ -15,6 +15,7 @@
 #include "platform/Bundle.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+#include "platform/LastError.h"
 
 namespace console {
 
@@ -41,7 +42,7 @@ std::string Problem(const std::string& path, const std::error_code& error) {
   return path + ": " + platform::DescribeError(error);
 }
 
-std::string LastProblem(const std::string& path) { return Problem(path, {errno, std::generic_category()}); }
+std::string LastProblem(const std::string& path) { return Problem(path, platform::LastError()); }
 
 std::string Absolute(const std::string& path) {
   std::error_code error;
