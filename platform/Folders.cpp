@@ -16,7 +16,7 @@ std::string Environment(const char* name) {
 
 std::string Either(std::string value, const std::string& otherwise) { return value.empty() ? otherwise : value; }
 
-// A relative path counts as unset, by the base-directory specification.
+// A relative path counts as unset, as in every program that follows the desktop's base directories.
 std::string FolderOfEnvironment(const char* name) {
   std::string value = Environment(name);
   return value.starts_with('/') ? value : "";
