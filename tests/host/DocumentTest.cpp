@@ -214,5 +214,5 @@ TEST_F(DocumentTest, ExtensionMayBeMissingOrWrongAsItWas) {
   EXPECT_EQ(application.SaveAs(misnamed, InFolder("copy.TIF")), "");
   EXPECT_THAT(application.SaveAs(bare, InFolder("copy.TIF")), HasSubstr("is open as another document"));
   EXPECT_THAT(application.SaveAs(bare, InFolder("copy.pdf")), HasSubstr("another format"));
-  EXPECT_THAT(application.SaveAs(bare, ""), HasSubstr("no file is named"));
+  EXPECT_THAT(application.SaveAs(bare, ""), HasSubstr("the name of the new file is empty"));
 }
