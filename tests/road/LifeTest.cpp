@@ -204,11 +204,12 @@ TEST_F(Life, StateFolderThatIsRemovedIsToldOnce) {
   // Moved away in one step: the host may be writing its preferences, and removing file by file would race with that.
   std::filesystem::rename(state_.Path(), folder_ / "removed");
   host.Send("edit\nopen " + kBrochure);
-  EXPECT_THAT(host.NextEvent("error")["message"], HasSubstr("was removed or replaced"));
-  EXPECT_THAT(host.NextEvent("error")["message"], HasSubstr("is not opened"));
   const HostResult result = host.Finish();
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(Events(result, "error"), SizeIs(2));
+  // A write of the preferences may still be due. It fails too, and says so in an event of its own.
+  const std::vector<std::string> errors = Errors(result);
+  EXPECT_THAT(errors, Contains(HasSubstr("was removed or replaced")).Times(1));
+  EXPECT_THAT(errors, Contains(HasSubstr("is not opened")));
 }
 
 TEST_F(Life, SecondStartGoesOnWithWhatWasStored) {
