@@ -11,9 +11,9 @@
 
 #include "Check.h"
 #include "Input.h"
+#include "agent/client/AgentConnection.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
-#include "frameworks/VelorantPluginInterface/AgentConnection.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
 #include "platform/Folders.h"
@@ -21,10 +21,10 @@
 
 namespace {
 
+using agent_protocol::Json;
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
-using plugin_interface::Json;
 
 // Answers every call of one client with the same result.
 class FakeAgent {
@@ -89,8 +89,8 @@ void Receive(const std::vector<std::string>& messages) {
   int ends[2];
   CHECK(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0);
   const platform::Descriptor agent(ends[0]);
-  const plugin_interface::AgentConnection connection(platform::Descriptor(ends[1]), plugin_interface::Deliver,
-                                                     [] { sLost.release(); });
+  const agent_client::AgentConnection connection(platform::Descriptor(ends[1]), plugin_interface::Deliver,
+                                                 [] { sLost.release(); });
   for (const std::string& message : messages) platform::SendMessage(agent.Get(), message);
   shutdown(agent.Get(), SHUT_WR);
   sLost.acquire();

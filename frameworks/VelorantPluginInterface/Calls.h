@@ -10,7 +10,6 @@
 
 namespace plugin_interface {
 
-// Throws BadMessage if the result does not match the call.
 template <class Call>
 Reply<Call> CallAgent(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
   ResultCode code = kSuccess;

@@ -1,6 +1,5 @@
 // Instances and their life cycle, notifications, and state queries.
-#include "agent/include/AgentProtocol.h"
-#include "frameworks/VelorantPluginInterface/AgentProcess.h"
+#include "agent/client/AgentProcess.h"
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
@@ -79,7 +78,8 @@ TModuleErrorCode GetIsCoreAgentProcessRunning(FacadeHandle h, int32_t* out) {
   return Guarded([&] {
     uint32_t code = kSuccess;
     const auto facade = FacadeOf(h, code);
-    const bool isThere = (facade && facade->IsConnected()) || IsAgentProcessRunning(platform::GetPlaces().runtime);
+    const bool isThere =
+        (facade && facade->IsConnected()) || agent_client::IsAgentProcessRunning(platform::GetPlaces().runtime);
     // A silent agent counts as not running: otherwise callers would wait for it and report fonts as missing.
     *out = isThere && !IsAgentSilent() ? 1 : 0;
     return kSuccess;

@@ -5,8 +5,8 @@
 #include <condition_variable>
 #include <thread>
 
+#include "agent/client/AgentProcess.h"
 #include "agent/include/AgentProtocol.h"
-#include "frameworks/VelorantPluginInterface/AgentProcess.h"
 #include "frameworks/VelorantPluginInterface/Guarded.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
@@ -16,14 +16,12 @@ namespace plugin_interface {
 
 namespace {
 
+using agent_client::IsAgentProcessRunning;
+using agent_client::ReachAgent;
+
 constexpr auto kPause = std::chrono::milliseconds(10);
 constexpr int kMostRelaunches = 5;
 constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // between checks for another process's agent
-
-platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
-  std::error_code error;
-  return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
-}
 
 // A just launched agent does not listen yet. Callers relaunch without a pause and do not check again whether it is
 // running, so wait here while its process exists.
@@ -95,9 +93,7 @@ void ReturnToNextAgent() {
 // Waits until the agent has answered a greeting, which may take forever, or has ended.
 void AwaitVoice(const std::string& runtimeFolder) {
   for (;;) {
-    std::error_code error;
-    const platform::Descriptor socket = platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
-    if (socket) {
+    if (const platform::Descriptor socket = ReachAgent(runtimeFolder)) {
       const std::string hello = agent_protocol::RequestText<calls::Hello>(1, {});
       std::string reply;
       if (!platform::SendMessage(socket.Get(), hello)) platform::ReceiveMessage(socket.Get(), reply);
@@ -208,19 +204,12 @@ uint32_t Facade::AskAgainFor(AgentConnection& connection, HoldKind kind) {
   const std::vector<uint32_t> ids = held_.Of(kind);
   if (ids.empty()) return kSuccess;
   const Reply<Call> restored = connection.Call<Call>({ids});
-  if (IsAgentGone(restored.code)) return restored.code;
+  if (IsAgentGone(restored.code) || restored.code == kInvalidMessage) return restored.code;
   held_.Remove(restored.result.failed);
   return kSuccess;
 }
 
-RawReply Facade::CallByName(const char* name, Json arguments) {
-  if (const uint32_t code = Connect()) return {code};
-  const ConnectionRef connection = Connection();
-  if (!connection || connection->IsLost()) return {kAgentShutdownCode};
-  RawReply reply = connection->CallByName(name, std::move(arguments));
-  if (connection->HasFallenSilent()) NoteSilence(runtimeFolder_);
-  return reply;
-}
+void Facade::StopWaiting() const { NoteSilence(runtimeFolder_); }
 
 void Facade::Disconnect(bool keepFonts) {
   ConnectionRef connection;
@@ -229,8 +218,7 @@ void Facade::Disconnect(bool keepFonts) {
     connection = std::move(connection_);
     connection_ = nullptr;
   }
-  if (connection && keepFonts)
-    connection->CallByName(agent_protocol::CallName<calls::KeepActivations>::kText, Json::object());
+  if (connection && keepFonts) connection->Call<calls::KeepActivations>({});
   if (keepFonts) held_.Clear();
   if (connection) connection->Close();
 }

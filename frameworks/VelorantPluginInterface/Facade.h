@@ -12,11 +12,14 @@
 #include <mutex>
 #include <string>
 
-#include "frameworks/VelorantPluginInterface/AgentConnection.h"
+#include "agent/client/AgentConnection.h"
 #include "frameworks/VelorantPluginInterface/HeldFonts.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 
 namespace plugin_interface {
+
+using agent_client::AgentConnection;
+using agent_client::Reply;
 
 // Thread-safe.
 class Facade {
@@ -31,11 +34,15 @@ class Facade {
   // another protocol. Waits for an agent that has just been started; returns at once if there is none. Callers relaunch
   // the agent while they get an agent-gone code; after several relaunches without success it returns kAgentNotFound.
   uint32_t Connect();
-  // Connects if necessary and calls the agent. Returns the agent's code or one of those above. Throws BadMessage if the
-  // result does not match the call.
+  // Connects if necessary and calls the agent. Returns the agent's code or one of those above.
   template <class C>
   Reply<C> Call(const typename C::Arguments& arguments) {
-    return ReadReply<C>(CallByName(agent_protocol::CallName<C>::kText, agent_protocol::ToJson(arguments)));
+    if (const uint32_t code = Connect()) return {code, {}};
+    const ConnectionRef connection = Connection();
+    if (!connection || connection->IsLost()) return {agent_protocol::kAgentShutdownCode, {}};
+    Reply<C> reply = connection->Call<C>(arguments);
+    if (connection->HasFallenSilent()) StopWaiting();
+    return reply;
   }
   bool IsConnected() const;
   bool IsLost() const;
@@ -46,9 +53,9 @@ class Facade {
   void Retire();
 
  private:
-  RawReply CallByName(const char* name, Json arguments);
   using ConnectionRef = std::shared_ptr<AgentConnection>;
   ConnectionRef Connection() const;
+  void StopWaiting() const;  // the agent is silent
   uint32_t ConnectAlone();
   uint32_t Greet(AgentConnection& connection);
   template <class Call>

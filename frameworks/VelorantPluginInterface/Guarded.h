@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
-#include "agent/include/CallEncoding.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
 
 namespace plugin_interface {
@@ -17,8 +16,6 @@ TModuleErrorCode Guarded(const Body& body) {
   try {
     return body();
   } catch (const nlohmann::json::exception&) {
-    return kInvalidMessage;
-  } catch (const agent_protocol::BadMessage&) {
     return kInvalidMessage;
   } catch (const std::bad_alloc&) {
     return kOutOfMemory;

@@ -3,10 +3,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "platform/LocalSocket.h"
+#include "agent/client/AgentConnection.h"
 
 namespace console {
 
@@ -38,9 +42,9 @@ class AgentLink {
   // True if the connected agent is still running. Does not wait.
   bool IsConnected();
 
-  // Waits until the agent reports that it has activated a font. Runs on its own thread while no other function is
-  // running. Returns false if the stop descriptor becomes readable first, or if there is no agent.
-  bool WaitForActivation(int stop);
+  // Calls the observer, on the connection's thread, each time that the agent has activated a font. Null ends this: when it
+  // returns, the observer is not running and is not called any more. Call no other function in between.
+  void ObserveActivations(std::function<void()> observer);
 
   // Returns how many files contain a font with this PostScript name; 0 if the agent cannot say.
   size_t CountCandidates(const std::string& postScriptName);
@@ -48,18 +52,24 @@ class AgentLink {
   std::string FileOf(uint32_t fontID);
 
  private:
+  using NotificationHandler = agent_client::AgentConnection::NotificationHandler;
   std::string Launch();
   std::string EndOldAgent() const;
   bool Connect();
   std::string ReadReport(LibrarySummary* summary);
   std::string LastWords() const;
+  void Deliver(const agent_protocol::Json& notification);
+  void Observe(NotificationHandler observer);  // one at a time
+  template <class C>
+  std::optional<typename C::Result> Ask(const typename C::Arguments& arguments);
   void Lose();  // the agent is gone or does not answer
   std::string SilenceProblem() const;
 
   const Sandbox& sandbox_;
-  platform::Descriptor socket_;
-  uint64_t lastID_ = 0;
   int silentProcess_ = 0;  // an agent that did not answer
+  std::mutex observing_;   // held while the observer runs
+  NotificationHandler observer_;
+  std::unique_ptr<agent_client::AgentConnection> connection_;  // last: its thread uses the other members
 };
 
 }  // namespace console

@@ -1,8 +1,5 @@
 #include "host/console/BatchProgress.h"
 
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 #include <string>
 
 #include "host/console/AgentLink.h"
@@ -23,8 +20,7 @@ platform::Dictionary MakeProgress(int64_t count) {
 
 }  // namespace
 
-BatchProgress::BatchProgress(AgentLink& agent, TraceRecorder& trace)
-    : agent_(agent), trace_(trace), stop_(eventfd(0, EFD_CLOEXEC)) {
+BatchProgress::BatchProgress(AgentLink& agent, TraceRecorder& trace) : agent_(agent), trace_(trace) {
   trace_.SetBatchObserver([this](int64_t count) {
     End();
     if (count > 0) Begin(count);
@@ -37,25 +33,21 @@ BatchProgress::~BatchProgress() {
 }
 
 void BatchProgress::Begin(int64_t count) {
-  const platform::Dictionary shown = MakeProgress(count);
-  platform::ShowProgress(shown);
-  reader_ = std::thread([this, count] {
-    platform::Dictionary progress = MakeProgress(count);
-    int64_t done = 0;
-    while (done < count && agent_.WaitForActivation(stop_.Get())) {
-      progress.Set("CurrentProgress", platform::Number::FromInteger(++done));
-      platform::UpdateProgress(progress);
-    }
+  platform::Dictionary progress = MakeProgress(count);
+  platform::ShowProgress(progress);
+  isShown_ = true;
+  agent_.ObserveActivations([progress, count, done = int64_t{0}]() mutable {
+    if (done == count) return;
+    progress.Set("CurrentProgress", platform::Number::FromInteger(++done));
+    platform::UpdateProgress(progress);
   });
 }
 
 void BatchProgress::End() {
-  if (!reader_.joinable()) return;
-  uint64_t one = 1;
-  if (write(stop_.Get(), &one, sizeof one) != sizeof one) return;  // adds 1 to the eventfd
-  reader_.join();
-  if (read(stop_.Get(), &one, sizeof one) != sizeof one) return;
+  if (!isShown_) return;
+  agent_.ObserveActivations(nullptr);
   platform::HideProgress();
+  isShown_ = false;
 }
 
 }  // namespace console

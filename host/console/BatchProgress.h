@@ -3,10 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
-#include <thread>
-
-#include "platform/LocalSocket.h"
 
 namespace console {
 
@@ -27,8 +23,7 @@ class BatchProgress {
 
   AgentLink& agent_;
   TraceRecorder& trace_;
-  platform::Descriptor stop_;
-  std::thread reader_;
+  bool isShown_ = false;
 };
 
 }  // namespace console

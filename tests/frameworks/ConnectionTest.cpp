@@ -11,8 +11,8 @@
 #include <mutex>
 #include <thread>
 
+#include "agent/client/AgentConnection.h"
 #include "agent/include/AgentProtocol.h"
-#include "frameworks/VelorantPluginInterface/AgentConnection.h"
 #include "frameworks/VelorantPluginInterface/Facade.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
 #include "platform/Folders.h"
@@ -22,6 +22,7 @@ namespace {
 
 using namespace plugin_interface;
 using namespace std::chrono_literals;
+using agent_protocol::Json;
 using platform::Descriptor;
 
 constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
@@ -125,18 +126,18 @@ TEST(AgentConnection, ACallToAnAgentThatSaysNothingEnds) {
   const StandIn agent(std::move(pair.theirs), false, [](const std::string&) { return false; });
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
-  EXPECT_EQ(connection.CallByName("ActivateFonts", Json::object()).code, kGone);
+  EXPECT_EQ(connection.Call<calls::ActivateFonts>({}).code, kGone);
   EXPECT_TRUE(connection.IsLost() && connection.HasFallenSilent());
   EXPECT_EQ(agent.Heard(), (std::vector<std::string>{"ActivateFonts", "GetIsOnline"}))
       << "it is asked before it is lost";
-  EXPECT_EQ(connection.CallByName("ActivateFonts", Json::object()).code, kGone) << "at once";
+  EXPECT_EQ(connection.Call<calls::ActivateFonts>({}).code, kGone) << "at once";
 }
 
 TEST(AgentConnection, AnAgentThatReadsNothingIsLostToo) {
   Pair pair;
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 100ms);
-  EXPECT_EQ(connection.CallByName("ActivateFonts", {{"text", std::string(1000 << 10, 'x')}}).code, kGone);
+  EXPECT_EQ(connection.Call<calls::CreateTopLevelSet>({std::string(1000 << 10, 'x'), 0, {}}).code, kGone);
   EXPECT_TRUE(connection.HasFallenSilent());
 }
 
@@ -147,9 +148,9 @@ TEST(AgentConnection, ARequestThatIsTooLongIsNotSent) {
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore);
   const std::string text(agent_protocol::kLongestRequest, 'x');
-  EXPECT_EQ(connection.CallByName("Log", {{"text", text}}).code, agent_protocol::kMessageTooLarge);
-  EXPECT_EQ(connection.CallByName("Log", {{"text", text.substr(100)}}).code, 0u);
-  EXPECT_EQ(agent.Heard(), std::vector<std::string>{"Log"});
+  EXPECT_EQ(connection.Call<calls::CreateTopLevelSet>({text, 0, {}}).code, agent_protocol::kMessageTooLarge);
+  EXPECT_EQ(connection.Call<calls::CreateTopLevelSet>({text.substr(200), 0, {}}).code, kInvalidMessage);
+  EXPECT_EQ(agent.Heard(), std::vector<std::string>{"CreateTopLevelSet"});
 }
 
 TEST(AgentConnection, AnAgentThatIsBusyIsWaitedFor) {
@@ -164,7 +165,7 @@ TEST(AgentConnection, AnAgentThatIsBusyIsWaitedFor) {
   });
   AgentConnection connection(
       std::move(pair.ours), [](const Json&) {}, Ignore, 4s);
-  EXPECT_EQ(connection.CallByName("GetScanReport", Json::object()).code, 7u);
+  EXPECT_EQ(connection.Call<calls::GetScanReport>({}).code, 7u);
   EXPECT_FALSE(connection.IsLost());
 }
 
@@ -176,7 +177,7 @@ TEST(AgentConnection, ACallFromAReceiverOfNotificationsEndsAsWell) {
   AgentConnection connection(
       std::move(pair.ours),
       [&](const Json&) {
-        code = caller->CallByName("GetFontIsActivated", Json::object()).code;
+        code = caller->Call<calls::GetFontIsActivated>({}).code;
         code.notify_all();
       },
       Ignore, 100ms);

@@ -1,4 +1,4 @@
-#include "frameworks/VelorantPluginInterface/AgentConnection.h"
+#include "agent/client/AgentConnection.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -15,7 +15,7 @@
 #include "agent/include/MessageDepth.h"
 #include "platform/Trace.h"
 
-namespace plugin_interface {
+namespace agent_client {
 
 namespace {
 
@@ -48,7 +48,18 @@ void SetTimeout(int socket, int option, std::chrono::milliseconds time) {
   setsockopt(socket, SOL_SOCKET, option, &value, sizeof value);
 }
 
+// True as soon as the other side has closed its end. Reads nothing.
+bool IsHungUp(int socket) {
+  pollfd polled{socket, 0, 0};
+  return poll(&polled, 1, 0) > 0;
+}
+
 }  // namespace
+
+platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
+  std::error_code error;
+  return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
+}
 
 // Shared with the reader thread, which may outlive the connection if a notification handler deletes it.
 struct AgentConnection::State {
@@ -176,7 +187,7 @@ void AgentConnection::ReadUntilLost(const std::shared_ptr<State>& state) {
   if (!wasClosed) state->onLost();
 }
 
-RawReply AgentConnection::CallByName(const char* name, Json arguments) {
+AgentConnection::RawReply AgentConnection::CallByName(const char* name, Json arguments) {
   uint64_t id = 0;
   {
     const std::lock_guard lock(state_->mutex);
@@ -194,7 +205,7 @@ RawReply AgentConnection::CallByName(const char* name, Json arguments) {
   return AwaitReply(id, IsLongCall(name) ? state_->patience * kLongCallFactor : state_->patience);
 }
 
-RawReply AgentConnection::AwaitReply(uint64_t id, Patience patience) {
+AgentConnection::RawReply AgentConnection::AwaitReply(uint64_t id, Patience patience) {
   State& state = *state_;
   std::unique_lock lock(state.mutex);
   const bool isReader = state.reader == std::this_thread::get_id();
@@ -236,8 +247,11 @@ void AgentConnection::Close() {
 }
 
 bool AgentConnection::IsLost() const {
-  const std::lock_guard lock(state_->mutex);
-  return state_->isLost;
+  {
+    const std::lock_guard lock(state_->mutex);
+    if (state_->isLost) return true;
+  }
+  return IsHungUp(state_->socket.Get());
 }
 
 bool AgentConnection::HasFallenSilent() const {
@@ -245,4 +259,4 @@ bool AgentConnection::HasFallenSilent() const {
   return state_->isSilent;
 }
 
-}  // namespace plugin_interface
+}  // namespace agent_client

@@ -1,4 +1,4 @@
-#include "frameworks/VelorantPluginInterface/AgentProcess.h"
+#include "agent/client/AgentProcess.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include "platform/Files.h"
 #include "platform/Process.h"
 
-namespace plugin_interface {
+namespace agent_client {
 
 namespace {
 
@@ -46,10 +46,15 @@ bool IsOwnAgent(const fs::path& process) {
 
 }  // namespace
 
-bool IsAgentProcessRunning(const std::string& runtimeFolder) {
+int AnnouncedAgentProcess() {
   for (const platform::RunningApplication& application : platform::RunningApplications()) {
-    if (application.identifier == agent_protocol::kAgentIdentifier) return true;
+    if (application.identifier == agent_protocol::kAgentIdentifier) return application.processID;
   }
+  return 0;
+}
+
+bool IsAgentProcessRunning(const std::string& runtimeFolder) {
+  if (AnnouncedAgentProcess() != 0) return true;
   // A just launched agent has not announced itself yet.
   std::error_code error;
   const fs::path folder = fs::weakly_canonical(runtimeFolder, error);
@@ -61,4 +66,4 @@ bool IsAgentProcessRunning(const std::string& runtimeFolder) {
   return false;
 }
 
-}  // namespace plugin_interface
+}  // namespace agent_client
