@@ -100,7 +100,8 @@ std::string RenewPacket(std::string_view resource, const Resource& old, const st
   return std::string(resource).replace(old.data, old.dataSize, fitting);
 }
 
-// Replaces the packet in the resources, or appends it. Returns false if they are damaged.
+// Replaces the packet in the resources, or appends it. Of several packets it replaces the first, which is the one that the
+// XMP library reads. Returns false if they are damaged.
 bool Renew(std::string_view resources, const std::string& packet, std::string& renewed) {
   bool isAdded = false;
   while (!resources.empty()) {
@@ -108,12 +109,9 @@ bool Renew(std::string_view resources, const std::string& packet, std::string& r
     if (!ReadResource(resources, resource)) return false;
     const std::string_view bytes = resources.substr(0, resource.size);
     resources.remove_prefix(resource.size);
-    if (resource.id != kPacketResource) {
-      renewed += bytes;
-    } else if (!isAdded) {
-      renewed += RenewPacket(bytes, resource, packet);
-      isAdded = true;
-    }
+    const bool isRenewed = resource.id == kPacketResource && !isAdded;
+    renewed += isRenewed ? RenewPacket(bytes, resource, packet) : std::string(bytes);
+    isAdded = isAdded || isRenewed;
     if (renewed.size() % 2 != 0 && !resources.empty()) renewed.push_back('\0');
   }
   if (renewed.size() % 2 != 0 && !isAdded) renewed.push_back('\0');

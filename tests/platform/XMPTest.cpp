@@ -233,16 +233,24 @@ std::string Wide(const std::string& text) {
   return wide;
 }
 
-// The sample with the bytes as its metadata, behind a resource of an odd name.
-std::string LayeredWith(std::string sample, const std::string& metadata) {
+// Two resources of one number, with names of odd and of even length.
+const std::string kTwin(
+    "8BIM\x0F\xA1\0\0\0\0\0\5first\0"
+    "8BIM\x0F\xA1\0\0\0\0\0\6second",
+    36);
+
+// The sample with these packets of metadata, behind resources with names.
+std::string LayeredWith(std::string sample, const std::vector<std::string>& packets) {
   constexpr size_t kResources = 30;
   const auto number = [](size_t value) {
     return std::string{static_cast<char>(value >> 24), static_cast<char>(value >> 16), static_cast<char>(value >> 8),
                        static_cast<char>(value)};
   };
-  std::string resources = "8BIM" + std::string("\x0F\xA0\3abc", 6) + number(3) + "abc" + std::string(1, '\0');
-  resources += "8BIM" + std::string("\x04\x24\0\0", 4) + number(metadata.size()) + metadata;
-  if (metadata.size() % 2 != 0) resources.push_back('\0');
+  std::string resources = kTwin + "8BIM" + std::string("\x0F\xA0\3abc", 6) + number(3) + "abc" + std::string(1, '\0');
+  for (const std::string& packet : packets) {
+    resources += "8BIM" + std::string("\x04\x24\0\0", 4) + number(packet.size()) + packet;
+    if (packet.size() % 2 != 0) resources.push_back('\0');
+  }
   size_t old = 0;
   for (size_t i = 0; i < 4; ++i) old = old << 8 | static_cast<uint8_t>(sample[kResources + i]);
   return sample.replace(kResources, 4 + old, number(resources.size()) + resources);
@@ -255,16 +263,12 @@ std::string Flat(size_t count) {
   return packet.insert(packet.find("<!--"), properties);
 }
 
-// A packet that fits takes the place of the old one. All other resources stay, also two of one number.
+// A packet that fits takes the place of the old one. All other resources stay, also two of one number; of two packets the
+// first is read and replaced.
 TEST_F(XMPTest, ALayeredDocumentIsWrittenInItsPlaceWhereThatHasRoom) {
-  const std::string twin(
-      "8BIM\x0F\xA1\0\0\0\0\0\5first\0"
-      "8BIM\x0F\xA1\0\0\0\0\0\6second",
-      36);
-  std::string bytes = LayeredWith(TempFolder::Content(SOURCE_DIR "/samples/no-text.psd"), Nested(1));
-  const size_t length = bytes[33];
-  bytes[33] = static_cast<char>(length + twin.size());
-  const std::string path = folder_.Write("document.psd", bytes.insert(34, twin));
+  const std::string other = Nested(0);
+  const std::string path = folder_.Write(
+      "document.psd", LayeredWith(TempFolder::Content(SOURCE_DIR "/samples/no-text.psd"), {Nested(1), other}));
   const auto identity = [&] {
     struct stat info {};
     EXPECT_EQ(stat(path.c_str(), &info), 0);
@@ -278,7 +282,7 @@ TEST_F(XMPTest, ALayeredDocumentIsWrittenInItsPlaceWhereThatHasRoom) {
     ASSERT_TRUE(Write(path, {name}));
     EXPECT_EQ(identity(), second);
     EXPECT_EQ(Read(path), std::vector<std::string>{name});
-    EXPECT_THAT(TempFolder::Content(path), testing::HasSubstr(twin));
+    EXPECT_THAT(TempFolder::Content(path), testing::AllOf(testing::HasSubstr(kTwin), testing::HasSubstr(other)));
   }
   EXPECT_EQ(folder_.Names().size(), 1u);
 }
@@ -298,11 +302,11 @@ TEST_F(XMPTest, WhatTheLibraryCannotStandIsRefused) {
     const char* name;
     std::string bytes;
     const char* outcome;  // or a part of the error
-  } rows[] = {{"sound.psd", LayeredWith(sample, Nested(100)), kOpens},
-              {"deep.psd", LayeredWith(sample, deep), "nested too deep"},
-              {"deep-wide.psd", LayeredWith(sample, "\xFE\xFF" + Wide(deep)), "nested too deep"},
-              {"levels.psd", LayeredWith(sample, Nested(600)), "has more than 1000 levels"},
-              {"many.psd", LayeredWith(sample, Flat(2100)), "has more than 2000 properties in one group"},
+  } rows[] = {{"sound.psd", LayeredWith(sample, {Nested(100)}), kOpens},
+              {"deep.psd", LayeredWith(sample, {deep}), "nested too deep"},
+              {"deep-wide.psd", LayeredWith(sample, {"\xFE\xFF" + Wide(deep)}), "nested too deep"},
+              {"levels.psd", LayeredWith(sample, {Nested(600)}), "has more than 1000 levels"},
+              {"many.psd", LayeredWith(sample, {Flat(2100)}), "has more than 2000 properties in one group"},
               {"deep.tif", tiff + deep, "nested too deep"},
               {"sound.txt", "before " + Nested(100) + "<a>" + Nested(2), kOpens},
               {"deep.txt", "before <rdf:RD" + Nested(100) + deep, "nested too deep"},
