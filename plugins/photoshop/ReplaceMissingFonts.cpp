@@ -1,5 +1,7 @@
 #include "photoshop/ReplaceMissingFonts.h"
 
+#include <cstdlib>
+#include <sstream>
 #include <vector>
 
 #include "Documents/AllTrackedDocuments.h"
@@ -55,6 +57,17 @@ void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documen
   CloseAndReopen(documentID);
 }
 
+// Returns the path of the first program with this name in the folders of PATH, or else the name.
+std::string FindProgram(const std::string& name) {
+  const char* folders = std::getenv("PATH");
+  std::istringstream stream(folders ? folders : "");
+  for (std::string folder; std::getline(stream, folder, ':');) {
+    std::string path = folder + "/" + name;
+    if (platform::IsExecutableFile(path)) return path;
+  }
+  return name;
+}
+
 }  // namespace
 
 void DeferredReplaceMissingFonts(int documentID) {
@@ -80,7 +93,7 @@ void DelayReplaceMissingFontsTimers() {
 
 bool SystemOpenFile(const std::string& path) {
   std::string error;
-  if (platform::LaunchDetached("/usr/bin/xdg-open", path, "", &error)) return true;
+  if (platform::LaunchDetached(FindProgram("xdg-open"), path, "", &error)) return true;
   OutputIndentedAndFormattedString(0, "%s('%s') failed: %s", __func__, path.c_str(), error.c_str());
   return false;
 }

@@ -10,7 +10,10 @@
 #include <filesystem>
 #include <memory>
 
+#include "agent/Agent.h"
 #include "agent/FontRecord.h"
+#include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 #include "platform/Clock.h"
 #include "platform/Folders.h"
 #include "platform/Fonts.h"
@@ -376,6 +379,39 @@ TEST_F(FontLibraryTest, AScanThatTakesItsTimeSaysHowFarItIs) {
   }
   EXPECT_EQ(progress_.back().steps, library_->Scans().Report().files);
   EXPECT_THAT(progress_.back().text, testing::StartsWith(fonts_.Path()));
+}
+
+TEST_F(FontLibraryTest, TheAgentTellsItsClientsHowFarAScanIs) {
+  for (const auto& entry : fs::directory_iterator(kDejaVu)) fs::copy(entry, fonts_.Path());
+  InstanceLock lock;
+  std::error_code error;
+  ASSERT_EQ(lock.Take(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName, error),
+            InstanceLock::Result::kTaken);
+  Agent agent(configuration_, lock, loop_);
+  ASSERT_FALSE(agent.Start());
+  const platform::Descriptor client =
+      platform::ConnectLocal(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName, error);
+  ASSERT_FALSE(platform::SendMessage(
+      client.Get(), Json{{"id", 1}, {"call", "Hello"}, {"arguments", {{"notifications", true}}}}.dump()));
+  std::vector<Json> heard;
+  loop_.WatchDescriptor(client.Get(), [&] {
+    std::string text;
+    ASSERT_FALSE(platform::ReceiveMessage(client.Get(), text));
+    heard.push_back(Json::parse(text));
+  });
+  const auto isOver = [&] { return !heard.empty() && heard.back()["notify"] == PluginInterface::kBulkReplicationStopped; };
+  std::function<void()> tick = [&] {
+    platform::Clock::SetDriven(platform::Clock::Now() + 0.2);
+    if (!isOver()) loop_.Post(tick);
+  };
+  loop_.Post(tick);
+  EXPECT_TRUE(loop_.RunUntil(isOver, kMostSeconds));
+  loop_.UnwatchDescriptor(client.Get());
+  ASSERT_GT(heard.size(), 3u);
+  const Json& last = heard[heard.size() - 2];
+  EXPECT_EQ(last["notify"], PluginInterface::kBulkReplicationProgress);
+  EXPECT_EQ(last["payload"]["stepIndex"], last["payload"]["numSteps"]);
+  EXPECT_THAT(last["payload"]["text"], testing::StartsWith(fonts_.Path()));
 }
 
 // What the operating system has active by itself is the system's workgroup, but for files of the library.

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "host/HostTest.h"
+#include "host/ModalSession.h"
 #include "host/Suites.h"
 #include "host/TypeIDs.h"
 #include "platform/RunLoop.h"
@@ -141,11 +142,17 @@ TEST_F(EventTest, CloseAndReopenFromATimerGivesANewID) {
 
 TEST_F(EventTest, EventsPlayedByACommandAreToldWhenItHasReturned) {
   onMessage = [&](const std::string& selector, SPMessageData*) {
-    return selector == "Do It" ? PlayOpen(InFolder("no-text.psd")) : kNoErr;
+    if (selector != "Do It") return kNoErr;
+    EXPECT_EQ(PlayOpen(InFolder("no-text.psd")), kNoErr);
+    bool hasRun = false;  // the loop, in the command's box
+    platform::RunLoop::Main().Post([&] { hasRun = true; });
+    EXPECT_TRUE(host::ModalSession("A box").RunUntil([&] { return hasRun; }, 10));
+    EXPECT_THAT(TakeEvents(), ElementsAre("Do It", "order \"A box\" current=1 no-text.psd"));
+    return kNoErr;
   };
   Sample("no-text.psd");
   EXPECT_EQ(application.DoIt(1, nullptr), "");
-  EXPECT_THAT(TakeEvents(), ElementsAre("Do It", "open null=no-text.psd current=1 no-text.psd"));
+  EXPECT_THAT(TakeEvents(), ElementsAre("open null=no-text.psd current=1 no-text.psd"));
 }
 
 TEST_F(EventTest, PlayedEventsThatCannotBeDoneLeaveTheDocuments) {

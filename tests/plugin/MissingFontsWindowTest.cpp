@@ -2,9 +2,12 @@
 #include "photoshop/MissingFontsWindow.h"
 
 #include "Readers/CommonFunctionality.h"
+#include <sys/stat.h>
+
 #include "platform/Presenter.h"
 #include "platform/RunLoop.h"
 #include "plugin/HostFixture.h"
+#include "support/ScopedVariable.h"
 
 using fakes::ArrayOf;
 using fakes::Named;
@@ -220,6 +223,24 @@ TEST_F(ReplaceMissingFonts, IsGivenUpForADirtyDocumentAModalWindowOrAPathThatCan
     EXPECT_EQ(AllTrackedDocuments::FindTrackedDocumentByPath(path)->GetDocumentHandle(), id) << row.rule;
     Window::SetModal(nullptr);
   }
+}
+
+TEST_F(ReplaceMissingFonts, AFileIsOpenedWithTheProgramOfTheDesktop) {
+  std::string path = "/documents/größer als.psd";
+  const std::string opened = folder / "opened";
+  {
+    const test_support::ScopedVariable none("PATH", folder.Path());
+    EXPECT_FALSE(SystemOpenFile(path));
+    EXPECT_TRUE(Traced("SystemOpenFile('" + path + "') failed: xdg-open: No such file or directory"));
+  }
+  const std::string program = folder.Write("xdg-open", "#!/bin/sh\nprintf %s \"$1\" >" + opened + "\n");
+  std::filesystem::permissions(program, std::filesystem::perms(0700));
+  ASSERT_EQ(mkfifo(opened.c_str(), 0600), 0);  // which holds up the reader until the program has come
+  const test_support::ScopedVariable first("PATH", folder.Path() + ":/usr/bin:/bin");
+  const auto timer = platform::RunLoopTimer::After(0, 0, [&](platform::RunLoopTimer& fired) { timerCallback(fired, &path); });
+  platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
+  Wait(0.1);
+  EXPECT_EQ(test_support::TempFolder::Content(opened), path);
 }
 
 TEST_F(ReplaceMissingFonts, PendingOnesCanBeDelayed) {
