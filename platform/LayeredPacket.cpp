@@ -13,6 +13,7 @@ namespace {
 constexpr uint64_t kHeaderSize = 26;
 constexpr uint32_t kLargestResources = 256u << 20;
 constexpr uint32_t kPacketResource = 1060;
+constexpr const char* kDamaged = ": its image resources are damaged";
 constexpr std::string_view kEmptyPacket =
     "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
     "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
@@ -119,25 +120,55 @@ bool Renew(std::string_view resources, const std::string& packet, std::string& r
   return true;
 }
 
-}  // namespace
+// The section of the image resources, with the length before them.
+struct Resources {
+  uint64_t at = 0;  // in the file
+  std::string bytes;
+};
 
-bool PlanLayeredPacket(const std::string& path, const std::string& packet, Splice& splice, std::string* problem) {
+bool ReadResources(const std::string& path, Resources& resources, std::string* problem) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   uint32_t colors = 0, size = 0;
-  std::string renewed;
-  *problem = path + ": its image resources are damaged";
+  *problem = path + kDamaged;
   if (!file || !ReadNumberAt(file.Get(), kHeaderSize, colors)) return false;
-  splice.at = kHeaderSize + 4 + colors;
-  if (!ReadNumberAt(file.Get(), splice.at, size)) return false;
+  resources.at = kHeaderSize + 4 + colors;
+  if (!ReadNumberAt(file.Get(), resources.at, size)) return false;
   if (size > kLargestResources) {
     *problem = path + ": its image resources are larger than " + std::to_string(kLargestResources >> 20) + " MiB";
     return false;
   }
-  splice.old.resize(4 + size_t{size});
-  if (ReadAllAt(file.Get(), splice.at, splice.old)) return false;
-  if (!Renew(std::string_view(splice.old).substr(4), packet, renewed)) return false;
-  splice.bytes = Bytes(renewed.size()) + renewed;
+  resources.bytes.resize(4 + size_t{size});
+  if (ReadAllAt(file.Get(), resources.at, resources.bytes)) return false;
   problem->clear();
+  return true;
+}
+
+}  // namespace
+
+bool FindLayeredPacket(const std::string& path, std::string& packet) {
+  Resources resources;
+  std::string problem;
+  if (!ReadResources(path, resources, &problem)) return false;
+  Resource resource;
+  for (std::string_view left = std::string_view(resources.bytes).substr(4); ReadResource(left, resource);) {
+    if (resource.id == kPacketResource) {
+      packet = left.substr(resource.data, resource.dataSize);
+      return true;
+    }
+    left.remove_prefix(resource.size);
+  }
+  return false;
+}
+
+bool PlanLayeredPacket(const std::string& path, const std::string& packet, Splice& splice, std::string* problem) {
+  Resources resources;
+  std::string renewed;
+  if (!ReadResources(path, resources, problem)) return false;
+  if (!Renew(std::string_view(resources.bytes).substr(4), packet, renewed)) {
+    *problem = path + kDamaged;
+    return false;
+  }
+  splice = {resources.at, std::move(resources.bytes), Bytes(renewed.size()) + renewed};
   return true;
 }
 

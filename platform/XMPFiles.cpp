@@ -55,15 +55,23 @@ XMPAnswer Ask(XMPQuestion question, const std::string& path, bool scans, const s
   return kind;
 }
 
+void RefuseExcess(const std::string& path, const std::string& excess) {
+  if (!excess.empty()) Fail(path, "its metadata " + excess);
+}
+
 // Reads the metadata; returns false if the library cannot open the file.
 bool Read(const std::string& path, bool scans, XMPMessage& answer) {
+  // The library takes seconds for some thousand properties, so spare it a packet that is refused afterwards.
+  std::string packet;
+  if (FindXMPFormat(path) == XMPFormat::kLayered && FindLayeredPacket(path, packet)) {
+    RefuseExcess(path, DescribeExcess(packet, PacketDamage::kIsTolerated));
+  }
   switch (Ask(XMPQuestion::kRead, path, scans, "", answer)) {
     case XMPAnswer::kDone: break;
     case XMPAnswer::kNotOpened: return false;
     default: Fail(path, "its metadata can't be read (error " + std::to_string(answer.number) + " of the XMP library)");
   }
-  const std::string excess = DescribeExcess(answer.packet);
-  if (!excess.empty()) Fail(path, "its metadata " + excess);
+  RefuseExcess(path, DescribeExcess(answer.packet));
   return true;
 }
 

@@ -45,7 +45,7 @@ void EndElement(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
 
 }  // namespace
 
-std::string DescribeExcess(const std::string& packet) {
+std::string DescribeExcess(const std::string& packet, PacketDamage damage) {
   if (packet.empty()) return "";
   xmlSAXHandler handler{};
   handler.initialized = XML_SAX2_MAGIC;
@@ -60,7 +60,7 @@ std::string DescribeExcess(const std::string& packet) {
   xmlCtxtUseOptions(parser.get(), XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
   const int failure = xmlParseChunk(parser.get(), packet.data(), static_cast<int>(packet.size()), 1);
   if (!count.excess.empty()) return count.excess;
-  return failure == 0 ? "" : "is damaged";
+  return failure == 0 || damage == PacketDamage::kIsTolerated ? "" : "is damaged";
 }
 
 }  // namespace platform

@@ -399,7 +399,9 @@ TEST_F(FontLibraryTest, TheAgentTellsItsClientsHowFarAScanIs) {
     ASSERT_FALSE(platform::ReceiveMessage(client.Get(), text));
     heard.push_back(Json::parse(text));
   });
-  const auto isOver = [&] { return !heard.empty() && heard.back()["notify"] == PluginInterface::kBulkReplicationStopped; };
+  const auto isOver = [&] {
+    return !heard.empty() && heard.back()["notify"] == PluginInterface::kBulkReplicationStopped;
+  };
   std::function<void()> tick = [&] {
     platform::Clock::SetDriven(platform::Clock::Now() + 0.2);
     if (!isOver()) loop_.Post(tick);

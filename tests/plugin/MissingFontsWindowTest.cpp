@@ -1,8 +1,8 @@
 // Which windows are dismissed, and when a document is closed and opened again.
 #include "photoshop/MissingFontsWindow.h"
 
-#include "Readers/CommonFunctionality.h"
 #include <sys/stat.h>
+#include "Readers/CommonFunctionality.h"
 
 #include "platform/Presenter.h"
 #include "platform/RunLoop.h"
@@ -237,7 +237,8 @@ TEST_F(ReplaceMissingFonts, AFileIsOpenedWithTheProgramOfTheDesktop) {
   std::filesystem::permissions(program, std::filesystem::perms(0700));
   ASSERT_EQ(mkfifo(opened.c_str(), 0600), 0);  // which holds up the reader until the program has come
   const test_support::ScopedVariable first("PATH", folder.Path() + ":/usr/bin:/bin");
-  const auto timer = platform::RunLoopTimer::After(0, 0, [&](platform::RunLoopTimer& fired) { timerCallback(fired, &path); });
+  const auto timer =
+      platform::RunLoopTimer::After(0, 0, [&](platform::RunLoopTimer& fired) { timerCallback(fired, &path); });
   platform::RunLoop::Main().AddTimer(timer, platform::RunLoopMode::kDefault);
   Wait(0.1);
   EXPECT_EQ(test_support::TempFolder::Content(opened), path);
