@@ -107,10 +107,11 @@ TEST_F(BadInput, LimitOfTheSystemIsToldAndTheOthersGoOn) {
        "edit C059-Bold\nsave\n", ": File too large", 2},
       {"--data=100000000", folder_.Write("documents/names.ai", names + "]"), "", ": there is not enough memory", 1}};
   if (platform::kIsSanitized) cases.pop_back();  // a sanitizer takes more memory than that
+  const std::string poster = folder_.Write("poster.psd", Bytes(kPoster));
   for (const auto& [limit, document, commands, told, opened] : cases) {
     const std::string before = Bytes(document);
     const std::string script =
-        folder_.Write("script", "open " + kPoster + "\nopen " + document + "\n" + commands + "save " + kPoster);
+        folder_.Write("script", "open " + poster + "\nopen " + document + "\n" + commands + "save " + poster);
     std::vector<std::string> arguments = {limit, HostProcess::BuiltHost()};
     for (const std::string& each : Arguments({"--script", script})) arguments.push_back(each);
     const HostResult result = RunHost(arguments, "/usr/bin/prlimit");
