@@ -54,18 +54,20 @@ std::error_code ReadAllAt(int fd, uint64_t offset, std::string& bytes) {
 }
 
 std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to) {
-  constexpr off_t kPiece = off_t{1} << 30;
+  constexpr off_t kPage = 4096, kShared = off_t{1} << 30, kBuffer = off_t{1} << 20;
   auto at = static_cast<off_t>(begin);
   const auto stop = static_cast<off_t>(end);
-  while (at < stop) {
-    const auto most = static_cast<size_t>(std::min(stop - at, kPiece));
+  // The kernel copies bytes whose place within their page changes in small pieces, which takes longer than a buffer does.
+  bool isByKernel = (at - lseek(to, 0, SEEK_CUR)) % kPage == 0;
+  while (isByKernel && at < stop) {
+    const auto most = static_cast<size_t>(std::min(stop - at, kShared));
     const ssize_t copied = copy_file_range(from, &at, to, nullptr, most, 0);
-    if (copied == 0 || (copied < 0 && errno != EINTR)) break;
+    isByKernel = copied > 0 || (copied < 0 && errno == EINTR);
   }
-  // Whatever the file system could not copy by itself.
-  std::string piece(at < stop ? 65536 : 0, '\0');
-  while (at < stop) {
-    const ssize_t got = pread(from, piece.data(), std::min(piece.size(), static_cast<size_t>(stop - at)), at);
+  std::string piece(at < stop ? static_cast<size_t>(kBuffer) : 0, '\0');
+  // All pieces but the first are written to whole pages.
+  for (off_t most = kBuffer - lseek(to, 0, SEEK_CUR) % kPage; at < stop; most = kBuffer) {
+    const ssize_t got = pread(from, piece.data(), static_cast<size_t>(std::min(stop - at, most)), at);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return LastError();
     if (got == 0) return end == kToItsEnd ? std::error_code() : std::make_error_code(std::errc::io_error);

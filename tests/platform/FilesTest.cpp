@@ -12,6 +12,7 @@
 #include <csignal>
 
 #include "platform/Bookmark.h"
+#include "platform/Descriptor.h"
 #include "platform/FileLock.h"
 #include "platform/TemporaryFile.h"
 #include "support/FullDisk.h"
@@ -74,6 +75,22 @@ TEST(Files, WhatIsStagedAndNotCommittedGoesAway) {
     EXPECT_EQ(TempFolder::Content(path), "second");
   }
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"poster.psd"}));
+}
+
+// The kernel copies pieces that keep their place within a page; a buffer copies the others.
+TEST(Files, PiecesOfAFileMoveToAnyPlace) {
+  const TempFolder folder;
+  std::string bytes;
+  for (uint32_t i = 0; bytes.size() < 1'100'000; ++i) bytes += std::to_string(i * 2654435761u);
+  const std::string path = folder.Write("large", bytes);
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  for (const size_t gap : {0, 150, 1'048'577}) {
+    const std::string text(gap, 'g');
+    StagedFile staged, tooLong;
+    ASSERT_FALSE(staged.StagePieces(path, file.Get(), {{"", 0, 66}, {text, 66, bytes.size()}}));
+    EXPECT_TRUE(TempFolder::Content(staged.TemporaryPath()) == bytes.substr(0, 66) + text + bytes.substr(66)) << gap;
+    EXPECT_EQ(tooLong.StagePieces(path, file.Get(), {{text, 0, bytes.size() + 1}}), std::errc::io_error) << gap;
+  }
 }
 
 TEST(Files, TheNewFileTakesAfterTheOldOne) {
