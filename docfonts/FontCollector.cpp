@@ -5,6 +5,7 @@
 
 #include "Identification/FontKeys.h"
 #include "Identification/FontRecords.h"
+#include "Readers/Document/DocumentFontKeys.h"
 #include "Readers/Document/DocumentReaders.h"
 #include "platform/Files.h"
 
@@ -70,14 +71,14 @@ Report CollectFonts(const std::string& path) {
     return report;
   }
   report.kind = document.KindName();
-  DocumentFonts fonts;
-  for (const DocumentReader& reader : DocumentReaders()) {
-    if (reader.sniff(document)) reader.read(document, fonts);
-  }
-  report.problems = fonts.problems;
-  if (document.Bytes().HasFailed()) report.problems.push_back(platform::DescribeError(document.Bytes().Error()));
   Merger merger(report);
-  for (const DocumentFonts::Source& source : fonts.sources) merger.Take(source.name, source.records);
+  for (const DocumentReader& reader : DocumentReaders()) {
+    if (!reader.sniff(document)) continue;
+    const Array records = Array::Create();
+    reader.read(document, records, report.problems);
+    merger.Take(reader.name, records);
+  }
+  if (document.Bytes().HasFailed()) report.problems.push_back(platform::DescribeError(document.Bytes().Error()));
   return report;
 }
 

@@ -72,7 +72,7 @@ class PDFFontList : public testing::Test {
 
 TEST_F(PDFFontList, EveryFormOfADocumentNamesItsFonts) {
   const std::map<std::string, Names> listed = ListedNames();
-  ASSERT_GE(listed.size(), 15u);
+  size_t count = 0;
   for (const auto& [path, names] : listed) {
     const std::string forms[] = {
         path,
@@ -81,11 +81,13 @@ TEST_F(PDFFontList, EveryFormOfADocumentNamesItsFonts) {
         Rewrite(path, "encrypted.pdf", [](QPDFWriter& writer) { Encrypt(writer, ""); }),
     };
     for (const std::string& form : forms) {
+      ++count;
       const docfonts::Report report = docfonts::CollectFonts(form);
       EXPECT_EQ(NamesOf(report), names) << path << " as " << form;
       EXPECT_TRUE(report.problems.empty()) << path << " as " << form << ": " << report.problems[0];
     }
   }
+  EXPECT_GE(count, 60u);
   const docfonts::Report locked = docfonts::CollectFonts(
       Rewrite(SOURCE_DIR "/samples/leaflet.pdf", "locked.pdf", [](QPDFWriter& writer) { Encrypt(writer, "user"); }));
   EXPECT_THAT(locked.problems, testing::ElementsAre("it is encrypted with a password"));

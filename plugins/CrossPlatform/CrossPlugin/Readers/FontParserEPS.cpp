@@ -37,27 +37,23 @@ bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 }  // namespace
 
 bool FontParserEPS::ReadNextBlock() {
-  mBlockOffset += static_cast<std::streamoff>(mBlock.size());
+  mBlockOffset += mBlock.size();
   mBlockPosition = mNextFeed = 0;
-  mBlock.resize(kBlockSize);
-  std::streamsize size = kBlockSize;
-  ReadStream(mStream, size, mBlock.data());
-  mBlock.resize(static_cast<size_t>(std::max<std::streamsize>(size, 0)));
+  mBlock = mBytes->View(mBlockOffset, 1);
   return !mBlock.empty();
 }
 
 // How many bytes of the block stand before the next CR or LF in it.
 size_t FontParserEPS::LengthUpToLineEnd() {
-  const std::string_view block(mBlock.data(), mBlock.size());
   // A line feed far away is not looked for again for each carriage return before it.
-  if (mNextFeed <= mBlockPosition) mNextFeed = std::min(block.find('\n', mBlockPosition), block.size());
-  const std::string_view line = block.substr(mBlockPosition, mNextFeed - mBlockPosition);
+  if (mNextFeed <= mBlockPosition) mNextFeed = std::min(mBlock.find('\n', mBlockPosition), mBlock.size());
+  const std::string_view line = mBlock.substr(mBlockPosition, mNextFeed - mBlockPosition);
   return std::min(line.find('\r'), line.size());
 }
 
 bool FontParserEPS::ReadNextLine(std::string& outLine, std::streamoff& outOffset) {
   outLine.clear();
-  outOffset = mBlockOffset + static_cast<std::streamoff>(mBlockPosition);
+  outOffset = static_cast<std::streamoff>(mBlockOffset + mBlockPosition);
   while (mBlockPosition < mBlock.size() || ReadNextBlock()) {
     const size_t length = LengthUpToLineEnd();
     outLine.append(mBlock.data() + mBlockPosition, std::min(length, kLongestLine - outLine.size()));
@@ -86,18 +82,17 @@ bool FontParserEPS::HasBinaryHeader() const {
   return std::memcmp(mHeader.data(), kMagic, sizeof kMagic) == 0;
 }
 
-std::streamoff FontParserEPS::LocatePostScriptSource() {
+uint64_t FontParserEPS::LocatePostScriptSource() {
+  const std::string_view start = mBytes->View(0, kHeaderSize).substr(0, kHeaderSize);
   mHeader = {};
-  mStream.seekg(0);
-  std::streamsize size = kHeaderSize;
-  const bool isWhole = ReadStream(mStream, size, mHeader.data()) == 0;
-  if (!isWhole || !HasBinaryHeader()) {
+  std::copy(start.begin(), start.end(), mHeader.begin());
+  if (start.size() < kHeaderSize || !HasBinaryHeader()) {
     std::fill(mHeader.begin() + sizeof(uint32_t), mHeader.end(), '\0');
     return 0;
   }
-  std::streamoff offset = 0;
+  uint64_t offset = 0;
   for (size_t i = 0; i < sizeof(uint32_t); ++i) {
-    offset |= std::streamoff{static_cast<unsigned char>(mHeader[sizeof(uint32_t) + i])} << (8 * i);
+    offset |= uint64_t{static_cast<unsigned char>(mHeader[sizeof(uint32_t) + i])} << (8 * i);
   }
   return offset;
 }
@@ -126,12 +121,14 @@ const FontParserEPS::CommentRow* FontParserEPS::FindComment(size_t& outEnd) cons
 }
 
 void FontParserEPS::Parse() {
-  if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) {
+  // The stream finds the file, whose path can be told in several ways.
+  const bool isFound = OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true);
+  mStream.close();
+  if (!isFound || mBytes.emplace().Open(mStream.Path())) {
     mError = -1;
     return;
   }
   mBlockOffset = LocatePostScriptSource();
-  mStream.seekg(mBlockOffset);
   bool hasFontData = false;
   size_t end = 0;
   for (bool hasLine = Advance(); hasLine && mError == 0;) {
@@ -150,7 +147,8 @@ void FontParserEPS::Parse() {
   }
   OutputIndentedAndFormattedString(0, "Stopped reading after line at offset %d (offset is in CHARACTERS, not bytes).",
                                    static_cast<int>(mLineOffset));
-  mStream.close();
+  mBlock = {};
+  mBytes.reset();
 }
 
 bool FontParserEPS::ReadSection(EComment comment, size_t end) {

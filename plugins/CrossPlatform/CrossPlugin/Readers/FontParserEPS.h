@@ -7,12 +7,14 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Identification/FontNameIndex.h"
 #include "Readers/FontParser.h"
+#include "platform/ByteSource.h"
 
 class FontParserEPS : public FontParser {
  public:
@@ -37,7 +39,6 @@ class FontParserEPS : public FontParser {
 
  private:
   static constexpr size_t kHeaderSize = 32;
-  static constexpr size_t kBlockSize = size_t{128} * 1024;
   enum class EComment : int;
   struct CommentRow;
 
@@ -45,7 +46,7 @@ class FontParserEPS : public FontParser {
   bool ReadNextBlock();
   size_t LengthUpToLineEnd();
   bool Advance();
-  std::streamoff LocatePostScriptSource();
+  uint64_t LocatePostScriptSource();
   bool HasBinaryHeader() const;
   const CommentRow* FindComment(size_t& outEnd) const;
   bool ReadSection(EComment comment, size_t end);
@@ -75,8 +76,9 @@ class FontParserEPS : public FontParser {
   std::streamoff mLineOffset = 0;
   bool mIsLastLine = false;
 
-  std::vector<char> mBlock;
+  std::optional<platform::ByteSource> mBytes;  // while Parse runs
+  std::string_view mBlock;                     // the bytes in hand, valid until the next ones are read
   size_t mBlockPosition = 0;
   size_t mNextFeed = 0;  // where the next line feed of the block stands, if it is not before the position
-  std::streamoff mBlockOffset = 0;
+  uint64_t mBlockOffset = 0;
 };

@@ -5,39 +5,42 @@
 #include "Readers/FontParserEPS.h"
 #include "Readers/FontParserPDF.h"
 #include "Readers/RawFontScan.h"
-#include "Readers/XMPFontMetadata.h"
 
 using namespace GlyphsureSupport;
 
 namespace {
 
+using Problems = std::vector<std::string>;
+
 void Append(const platform::Array& found, platform::Array records) {
   for (size_t i = 0; i < found.Count(); ++i) records.Append(found.At(i));
 }
 
-void ReadMetadata(ReadableDocument& document, DocumentFonts& fonts) {
-  // Not found is a file without metadata.
-  const platform::Array list = fonts.From("list"), slug = fonts.From("slug");
-  if (ReadAllXMPFontDataFromFile(document.Path(), slug, list) == CoreErrorCodes::kUnknownError) {
-    fonts.problems.push_back("its XMP metadata can't be read");
-  }
+void TakeAdobeList(ReadableDocument& document, platform::Array records, Problems& problems) {
+  Append(document.Metadata().adobe, records);
+  // Once for the list and the slug. A file without metadata is not a problem.
+  if (document.Metadata().code == CoreErrorCodes::kUnknownError) problems.push_back("its XMP metadata cannot be read");
+}
+
+void TakeSlug(ReadableDocument& document, platform::Array records, Problems&) {
+  Append(document.Metadata().slug, records);
 }
 
 template <class Parser>
-void Parse(ReadableDocument& document, DocumentFonts& fonts) {
-  // By the kind that the document has. CreateParserWithFile knows less of them.
+void Parse(ReadableDocument& document, platform::Array records, Problems&) {
+  // Chosen by the document's kind, because CreateParserWithFile knows fewer kinds.
   Parser parser(platform::FileURL::FromFileSystemRepresentation(document.Path()), document.Path());
   parser.Parse();
   // Some parsers append to the array and others replace it.
   platform::Array found = platform::Array::Create();
   parser.GetObsoleteGlyphsureData(true, &found);
-  Append(found, fonts.From("parser"));
+  Append(found, records);
 }
 
-void Scan(ReadableDocument& document, DocumentFonts& fonts) {
+void Scan(ReadableDocument& document, platform::Array records, Problems&) {
   std::vector<std::string> names;
   ScanForFontNames(document.Bytes(), document.Path(), names);
-  Append(CreateFontArrayFromVectorOfPostscriptNames(names), fonts.From("scan"));
+  Append(CreateFontArrayFromVectorOfPostscriptNames(names), records);
 }
 
 bool IsPostScript(ReadableDocument& document) {
@@ -47,8 +50,8 @@ bool IsPostScript(ReadableDocument& document) {
 // Any file may hold metadata, whatever its kind.
 bool IsAny(ReadableDocument&) { return true; }
 
-// Text that looks like a font's name in a PDF or in PostScript need not be one; those have readers that understand them. The
-// documents of Illustrator are scanned in either form.
+// A PDF or PostScript file has a reader that understands it, and text in it that looks like a font's name may be something
+// else. Documents of Illustrator are scanned in either form.
 bool IsScanned(ReadableDocument& document) {
   return document.HasIllustratorExtension() || (document.Kind() != EDocumentKind::kPDF && !IsPostScript(document));
 }
@@ -58,8 +61,12 @@ bool IsPDF(ReadableDocument& document) {
 }
 
 constexpr DocumentReader kDocumentReaders[] = {
-    {IsPDF, ListFontsOfPDF}, {IsPDF, Parse<FontParserPDF>}, {IsPostScript, Parse<FontParserEPS>},
-    {IsScanned, Scan},       {IsAny, ReadMetadata},
+    {"pdf", IsPDF, ListFontsOfPDF},
+    {"parser", IsPDF, Parse<FontParserPDF>},
+    {"parser", IsPostScript, Parse<FontParserEPS>},
+    {"scan", IsScanned, Scan},
+    {"list", IsAny, TakeAdobeList},
+    {"slug", IsAny, TakeSlug},
 };
 
 }  // namespace

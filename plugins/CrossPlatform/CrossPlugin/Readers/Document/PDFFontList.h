@@ -2,10 +2,13 @@
 // that is encrypted with an empty user password.
 #pragma once
 
-#include "Readers/Document/DocumentFonts.h"
-#include "Readers/Document/ReadableDocument.h"
+#include <string>
+#include <vector>
 
-// Appends a record for each name to those from "pdf": the fonts that the pages use, with their forms, patterns and annotations.
-// Of a damaged file the fonts that can be found, and a problem. A hostile file costs time and memory in proportion to what
-// it says it holds, compressed as well; who reads such files limits the process.
-void ListFontsOfPDF(ReadableDocument& document, DocumentFonts& fonts);
+#include "Readers/Document/ReadableDocument.h"
+#include "platform/Value.h"
+
+// Appends a record for each name: the fonts that the pages use, with their forms, patterns and annotations. A damaged file
+// gives the fonts that can be found, and a problem. A hostile file costs time and memory in proportion to what it says it
+// holds, also in compressed form, so the caller's process needs limits.
+void ListFontsOfPDF(ReadableDocument& document, platform::Array records, std::vector<std::string>& problems);

@@ -1,6 +1,7 @@
 #include "Readers/Document/ReadableDocument.h"
 
 #include "Readers/CommonFunctionality.h"
+#include "Readers/XMPFontMetadata.h"
 
 using namespace std::string_view_literals;
 
@@ -65,4 +66,12 @@ EDocumentKind ReadableDocument::Kind() {
 const char* ReadableDocument::KindName() {
   if (!mKind) mKind = FindKind();
   return mKind->name;
+}
+
+const FontMetadata& ReadableDocument::Metadata() {
+  if (!mMetadata) {
+    mMetadata.emplace();
+    mMetadata->code = ReadAllXMPFontDataFromFile(mPath, mMetadata->slug, mMetadata->adobe);
+  }
+  return *mMetadata;
 }

@@ -1,11 +1,14 @@
-// A document file as the readers see it: its path, its bytes and what its first bytes say that it is. It is only read. Not
-// thread-safe.
+// A document file as the readers see it: its path, its bytes, what its first bytes say that it is, and the fonts in its
+// metadata. It is only read. Main thread only.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <system_error>
 
+#include "ErrorCodes.h"
 #include "Readers/DocumentBytes.h"
+#include "platform/Value.h"
 
 enum class EDocumentKind {
   kUnknown,
@@ -16,6 +19,12 @@ enum class EDocumentKind {
   kPostScript,  // also Illustrator's older documents
   kEPS,         // with or without the binary header
   kImage,       // JPEG, TIFF, PNG, which may hold metadata
+};
+
+struct FontMetadata {
+  platform::Array slug = platform::Array::Create();   // records of the plug-in
+  platform::Array adobe = platform::Array::Create();  // records of Adobe's list
+  TModuleErrorCode code = 0;                          // of ReadAllXMPFontDataFromFile
 };
 
 class ReadableDocument {
@@ -32,6 +41,8 @@ class ReadableDocument {
   const char* KindName();
   // ".ai" or ".ait", in whatever case.
   bool HasIllustratorExtension() const;
+  // Reads it at the first call. Needs InitializeGlyphsureXMP.
+  const FontMetadata& Metadata();
 
  private:
   struct KindRow;
@@ -42,4 +53,5 @@ class ReadableDocument {
   bool mIsTried = false;
   std::error_code mError;
   const KindRow* mKind = nullptr;
+  std::optional<FontMetadata> mMetadata;
 };

@@ -1,0 +1,141 @@
+#include "Readers/Document/QPDFFontWalk.h"
+
+#include <deque>
+#include <memory>
+#include <qpdf/InputSource.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFExc.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+#include <set>
+
+#include "Readers/Document/QPDFByteSource.h"
+
+namespace {
+
+constexpr size_t kTagSize = 6;
+
+// Whether the name begins with what a producer puts before the name of a font of which it embeds a part.
+bool HasSubsetTag(const std::string& name) {
+  if (name.size() <= kTagSize || name[kTagSize] != '+') return false;
+  return name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == kTagSize;
+}
+
+std::string NameOf(QPDFObjectHandle object) { return object.isName() ? object.getName().substr(1) : std::string(); }
+
+// The walk over everything of a document that can have fonts. What several places share is looked at once.
+class FontWalk {
+ public:
+  FontWalk(QPDF& pdf, const std::function<void(const ListedPDFFont&)>& take) : mPDF(pdf), mTake(take) {}
+
+  void Run();
+
+ private:
+  void AddPage(QPDFObjectHandle page);
+  void AddAppearance(QPDFObjectHandle annotation);
+  void AddResources(QPDFObjectHandle resources);
+  void ReadResources(QPDFObjectHandle resources);
+  void ReadFont(QPDFObjectHandle font);
+  // False for an object that was seen before. Direct objects belong to one place, which is seen once.
+  bool IsNew(QPDFObjectHandle object) { return !object.isIndirect() || mSeen.insert(object.getObjGen()).second; }
+
+  QPDF& mPDF;
+  const std::function<void(const ListedPDFFont&)>& mTake;
+  std::set<QPDFObjGen> mSeen;
+  std::set<std::string> mNames;
+  std::deque<QPDFObjectHandle> mWaiting;  // resource dictionaries
+};
+
+void FontWalk::Run() {
+  for (const QPDFObjectHandle& page : mPDF.getAllPages()) {
+    AddPage(page);
+    while (!mWaiting.empty()) {
+      const QPDFObjectHandle resources = mWaiting.front();
+      mWaiting.pop_front();
+      ReadResources(resources);
+    }
+  }
+}
+
+void FontWalk::AddPage(QPDFObjectHandle page) {
+  QPDFObjectHandle annotations = page.getKey("/Annots");
+  if (annotations.isArray()) {
+    for (const QPDFObjectHandle& annotation : annotations.getArrayAsVector()) AddAppearance(annotation);
+  }
+  // A page without resources of its own has those of a node above it.
+  for (QPDFObjectHandle node = page; node.isDictionary() && IsNew(node); node = node.getKey("/Parent")) {
+    if (!node.hasKey("/Resources")) continue;
+    AddResources(node.getKey("/Resources"));
+    break;
+  }
+}
+
+// What an annotation looks like in its present state.
+void FontWalk::AddAppearance(QPDFObjectHandle annotation) {
+  if (!annotation.isDictionary()) return;
+  QPDFObjectHandle appearance = annotation.getKey("/AP");
+  if (appearance.isDictionary()) appearance = appearance.getKey("/N");
+  if (appearance.isDictionary()) appearance = appearance.getKey("/" + NameOf(annotation.getKey("/AS")));
+  if (appearance.isStream()) AddResources(appearance.getDict().getKey("/Resources"));
+}
+
+void FontWalk::AddResources(QPDFObjectHandle resources) {
+  if (resources.isDictionary() && IsNew(resources)) mWaiting.push_back(resources);
+}
+
+void FontWalk::ReadResources(QPDFObjectHandle resources) {
+  QPDFObjectHandle fonts = resources.getKey("/Font");
+  if (fonts.isDictionary()) {
+    for (auto& [key, font] : fonts.getDictAsMap()) ReadFont(font);
+  }
+  for (const char* kind : {"/XObject", "/Pattern"}) {
+    QPDFObjectHandle objects = resources.getKey(kind);
+    if (!objects.isDictionary()) continue;
+    for (auto& [key, object] : objects.getDictAsMap()) {
+      if (object.isStream() && IsNew(object)) AddResources(object.getDict().getKey("/Resources"));
+    }
+  }
+}
+
+void FontWalk::ReadFont(QPDFObjectHandle font) {
+  if (!font.isDictionary() || !IsNew(font)) return;
+  ListedPDFFont listed;
+  std::string name = NameOf(font.getKey("/BaseFont"));
+  if (HasSubsetTag(name)) {
+    listed.subsetTag = name.substr(0, kTagSize);
+    name.erase(0, kTagSize + 1);
+  }
+  listed.name = name;
+  // A font that is drawn by the document itself needs no name.
+  if (listed.name.empty() || !mNames.insert(listed.name).second) return;
+  // Of a composite font the one behind it has the kind and the file.
+  QPDFObjectHandle described = font;
+  QPDFObjectHandle descendants = font.getKey("/DescendantFonts");
+  if (descendants.isArray() && descendants.getArrayNItems() > 0) described = descendants.getArrayItem(0);
+  if (!described.isDictionary()) described = font;
+  listed.isEmbedded = NameOf(font.getKey("/Subtype")) == "Type3";
+  QPDFObjectHandle descriptor = described.getKey("/FontDescriptor");
+  for (const char* file : {"/FontFile", "/FontFile2", "/FontFile3"}) {
+    listed.isEmbedded = listed.isEmbedded || (descriptor.isDictionary() && descriptor.hasKey(file));
+  }
+  listed.type = NameOf(described.getKey("/Subtype"));
+  mTake(listed);
+}
+
+}  // namespace
+
+void WalkFontsOfPDF(platform::ByteSource& bytes, const std::function<void(const ListedPDFFont&)>& take,
+                    std::vector<std::string>& problems) {
+  try {
+    QPDF pdf;
+    pdf.setSuppressWarnings(true);
+    pdf.processInputSource(std::make_shared<QPDFByteSource>(bytes));
+    const bool isRepaired = pdf.anyWarnings();
+    FontWalk(pdf, take).Run();
+    if (isRepaired) problems.push_back("it is damaged, so fonts may be missing");
+  } catch (const QPDFExc& error) {
+    problems.push_back(error.getErrorCode() == qpdf_e_password ? "it is encrypted with a password"
+                                                               : "as a PDF: " + error.getMessageDetail());
+  } catch (const std::exception& error) {
+    problems.push_back(std::string("as a PDF: ") + error.what());
+  }
+}
