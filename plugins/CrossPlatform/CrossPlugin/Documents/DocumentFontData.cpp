@@ -1,6 +1,7 @@
 // The part of CommonFunctionality that reads a document's fonts from its file and filters them.
 #include "Identification/FontClassification.h"
 #include "Identification/FontMerging.h"
+#include "Identification/FontNames.h"
 #include "Readers/CommonFunctionality.h"
 #include "Readers/XMPFontMetadata.h"
 #include "Services/DiagnosticLog.h"
@@ -22,8 +23,8 @@ void CommonFunctionality::RemoveFontsThatHaveNoPossibleReplacement(Array fontArr
     const Dictionary font(fontArray.At(i));
     const String name = font.GetString(kGS_PostScriptNameKey);
     if (!name || font.GetArray(kGS_PossibleReplacementsKey).Count() > 0) continue;
-    // These two are internal to the host. Other fonts always stay, whatever their replacements are.
-    if (name.View() != "PhotoshopKinsokuHard" && name.View() != "AdobeInvisFont") continue;
+    // Other fonts always stay, whatever their replacements are.
+    if (!IsInternalToHost(name.View())) continue;
     OutputIndentedAndFormattedString(0, "%s() removing '%s' from problemFonts", __func__, name.CString());
     fontArray.RemoveAt(i);
   }

@@ -70,6 +70,8 @@ bool Finish(size_t index, size_t* outIndex) {
 
 }  // namespace
 
+bool IsInternalToHost(std::string_view name) { return name == "PhotoshopKinsokuHard" || name == "AdobeInvisFont"; }
+
 std::string GFontToolUtils_StripCharsAndNormalizeString(std::string_view name, bool strict) {
   std::string out;
   out.reserve(name.size());

@@ -10,6 +10,9 @@
 
 namespace GlyphsureSupport {
 
+// True for exactly the names of fonts that are internal to the host and that no font manager could find.
+bool IsInternalToHost(std::string_view name);
+
 // Removes what the loose comparison ignores: everything except ASCII letters and digits. The strict form also removes
 // "#" with the digits after it, and ends at the second hyphen.
 std::string GFontToolUtils_StripCharsAndNormalizeString(std::string_view name, bool strict);
