@@ -1,15 +1,11 @@
 #include "docfonts/ReaderPool.h"
 
 #include <poll.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <map>
@@ -26,10 +22,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kOutOfMemory = 3;  // exit status of a reader process
-// Real time as a multiple of the allowed processor time: the machine may be busy, the metadata has a process of its
-// own, and the file may be on a slow disk.
-constexpr uint32_t kPatienceFactor = 10;
-constexpr uint64_t kBytesPerSecond = uint64_t{32} << 20;
 
 std::string Dump(const Report& report) { return ToJson(report).dump(-1, ' ', false, Json::error_handler_t::replace); }
 
@@ -47,8 +39,7 @@ std::string DescribeEnd(int status, const ReaderLimits& limits, uint32_t seconds
 }  // namespace
 
 struct ReaderPool::Reader {
-  pid_t process = 0;  // 0 before the start
-  platform::Descriptor socket;
+  ChildProcess process;
   bool isBusy = false;
   std::string path;
   size_t number = 0;
@@ -62,49 +53,15 @@ ReaderPool::ReaderPool(size_t processes, ReadDocument read, ReaderLimits limits)
   for (size_t i = 0; i < std::max<size_t>(processes, 1); ++i) readers_.push_back(std::make_unique<Reader>());
 }
 
-ReaderPool::~ReaderPool() {
-  for (const auto& reader : readers_) End(*reader);
-}
-
-void ReaderPool::End(Reader& reader) {
-  reader.socket.Close();
-  if (reader.process == 0) return;
-  kill(reader.process, SIGKILL);
-  while (waitpid(reader.process, nullptr, 0) < 0 && errno == EINTR) {
-  }
-  reader.process = 0;
-}
+ReaderPool::~ReaderPool() = default;
 
 bool ReaderPool::Start(Reader& reader, std::string& problem) {
-  int ends[2];
-  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
-    problem = std::string("no process can be started to read it: ") + std::strerror(errno);
-    return false;
-  }
-  reader.socket = platform::Descriptor(ends[0]);
-  platform::Descriptor other(ends[1]);
-  const pid_t parent = getpid();
-  reader.process = fork();
-  if (reader.process < 0) {
-    reader.process = 0;
-    problem = std::string("no process can be started to read it: ") + std::strerror(errno);
-    return false;
-  }
-  if (reader.process > 0) return true;
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() == parent) {
-    for (const auto& sibling : readers_) sibling->socket.Close();
-    Serve(other.Get());
-  }
-  // _exit, because this process must not write the parent's buffered output.
-  _exit(0);
-}
-
-uint32_t ReaderPool::SecondsFor(const std::string& path) const {
-  struct stat info {};
-  const bool isKnown = stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
-  const uint64_t more = isKnown ? static_cast<uint64_t>(info.st_size) / kBytesPerSecond : 0;
-  return static_cast<uint32_t>(std::min<uint64_t>(limits_.seconds + 1 + more, 24 * 3600));
+  const std::error_code error = reader.process.Start([this](int socket) {
+    for (const auto& sibling : readers_) sibling->process.CloseSocket();
+    Serve(socket);
+  });
+  if (error) problem = "no process can be started to read it: " + error.message();
+  return !error;
 }
 
 // Runs in the reader process, which ends if the next document needs more.
@@ -112,7 +69,7 @@ void ReaderPool::LimitNext(const std::string& path) const {
   rusage used{};
   getrusage(RUSAGE_SELF, &used);
   const auto soFar = static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec);
-  const rlimit time{soFar + SecondsFor(path), RLIM_INFINITY};
+  const rlimit time{soFar + ProcessorSecondsFor(path, limits_.seconds), RLIM_INFINITY};
   setrlimit(RLIMIT_CPU, &time);
 }
 
@@ -136,39 +93,34 @@ void ReaderPool::Serve(int socket) {
 bool ReaderPool::Give(Reader& reader, std::string path, size_t number) {
   reader.path = std::move(path);
   reader.number = number;
-  reader.seconds = SecondsFor(reader.path);
-  reader.deadline = Clock::now() + std::chrono::seconds(uint64_t{kPatienceFactor} * reader.seconds);
+  reader.seconds = ProcessorSecondsFor(reader.path, limits_.seconds);
+  reader.deadline = Clock::now() + PatienceFor(reader.seconds);
   reader.isBusy = true;
   reader.problem.clear();
   // A process that ended while idle must not make this document fail.
   for (int attempt = 0; attempt < 2; ++attempt) {
-    if (reader.process == 0 && !Start(reader, reader.problem)) return false;
-    if (!platform::SendMessage(reader.socket.Get(), reader.path)) return true;
-    End(reader);
+    if (!reader.process.IsStarted() && !Start(reader, reader.problem)) return false;
+    if (!platform::SendMessage(reader.process.Socket(), reader.path)) return true;
+    reader.process.Kill();
   }
   reader.problem = "the process that reads it does not run";
   return false;
 }
 
 void ReaderPool::Fail(Reader& reader, Report& report, bool isLate) {
-  if (isLate || reader.process == 0) {
-    End(reader);
+  if (isLate) {
+    reader.process.Kill();
     report.problems.push_back("reading it takes too long");
     return;
   }
   // The other side is closed: the process is ending.
-  reader.socket.Close();
-  int status = 0;
-  while (waitpid(reader.process, &status, 0) < 0 && errno == EINTR) {
-  }
-  reader.process = 0;
-  report.problems.push_back(DescribeEnd(status, limits_, reader.seconds));
+  report.problems.push_back(DescribeEnd(reader.process.Await(), limits_, reader.seconds));
 }
 
 Report ReaderPool::Receive(Reader& reader) {
   Report report;
   std::string text;
-  if (platform::ReceiveMessage(reader.socket.Get(), text)) {
+  if (platform::ReceiveMessage(reader.process.Socket(), text)) {
     Fail(reader, report, false);
   } else {
     report = FromJson(Json::parse(text));
@@ -189,7 +141,7 @@ void ReaderPool::AwaitReports(const std::function<void(size_t number, Report)>& 
       done(reader->number, {.file = reader->path, .problems = {reader->problem}});
       return;
     }
-    waiting.push_back({reader->socket.Get(), POLLIN, 0});
+    waiting.push_back({reader->process.Socket(), POLLIN, 0});
     busy.push_back(reader.get());
     deadline = std::min(deadline, reader->deadline);
   }

@@ -2,8 +2,6 @@
 // gives this document a problem, and the next document gets a new process. Several processes also use all processors.
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -11,8 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "docfonts/ChildProcess.h"
 #include "docfonts/Report.h"
-#include "platform/Descriptor.h"
+#include "docfonts/include/ReadingTime.h"
 
 namespace docfonts {
 
@@ -20,11 +19,11 @@ using ReadDocument = std::function<Report(const std::string& path)>;
 
 // Limits for one document.
 struct ReaderLimits {
-  uint64_t memory = uint64_t{1} << 30;  // bytes of address space of the process
-  uint32_t seconds = 10;                // processor time, plus one for the start and for each 32 MiB of the document
+  uint64_t memory = uint64_t{1} << 30;     // bytes of address space of the process
+  uint32_t seconds = kSecondsPerDocument;  // of processor time, plus what ReadingTime.h adds
 };
 
-// Not thread-safe. The program must have no other threads while processes are started.
+// Not thread-safe. The program must have no other threads: a process is started for each reader, and again after one ended.
 class ReaderPool {
  public:
   // `read` runs in the reader processes.
@@ -48,8 +47,6 @@ class ReaderPool {
   void AwaitReports(const std::function<void(size_t number, Report)>& done);
   Report Receive(Reader& reader);
   void Fail(Reader& reader, Report& report, bool isLate);
-  void End(Reader& reader);
-  uint32_t SecondsFor(const std::string& path) const;
 
   const ReadDocument read_;
   const ReaderLimits limits_;

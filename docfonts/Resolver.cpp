@@ -1,45 +1,83 @@
 #include "docfonts/Resolver.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Bridge/FontManagerInterface.h"
 #include "Identification/FontClassification.h"
 #include "Identification/FontKeys.h"
 #include "Services/MarquineGlobals.h"
+#include "platform/LocalSocket.h"
 
 namespace docfonts {
 
 using platform::Array;
 using platform::Dictionary;
 using namespace GlyphsureSupport;
+using Json = nlohmann::ordered_json;
 
-std::string Resolver::Connect() {
+namespace {
+
+// The rest of this namespace runs in the resolver's process.
+std::string ConnectToAgent() {
   // The name under which the agent's library knows this program.
   MarquineGlobals::IdentifyPluginBundleID("com.velorant.docfonts");
   MarquineGlobals::IdentifyPluginHostApp(platform::String::FromUTF8("docfonts"));
   bool isRunning = false;
   FontManagerInterface::CompatibleFontManagerIsRunning(nullptr, isRunning);
   if (isRunning && FontManagerInterface::ConnectedManager()) return "";
-  return "no font manager runs, and none can be started; --state names the folder of one";
+  return "no font manager is running, and none can be started; --state names the folder of one";
 }
 
-Resolver::~Resolver() {
+// Returns the file, empty if there is none, or null if the agent does not answer.
+Json ChooseFile(const Font& font) {
+  Array fonts = Array::Create(), matched = Array::Create(), unresolved = Array::Create();
+  Dictionary record = Dictionary::Create();
+  record.Set(kGS_PostScriptNameKey, font.name);
+  for (const auto& [key, value] : font.slug) record.Set(key, value);
+  fonts.Append(record);
+  const int status = ProcessDocumentFontsForAutoActivation(fonts, matched, unresolved, true, true,
+                                                           FontManagerInterface::kAllWorkgroupsID, nullptr);
+  if (status != 0) return {};
+  return Dictionary(matched.At(0)).GetDictionary(kGS_MatchedFontKey).GetString(kGS_PathKey).Text();
+}
+
+// The first message says what is wrong with the connection. After that each message is a report, and its answer an array with
+// the result of ChooseFile for each font.
+void Serve(int socket) {
+  const std::string problem = ConnectToAgent();
+  if (platform::SendMessage(socket, problem) || !problem.empty()) return;
+  for (std::string text; !platform::ReceiveMessage(socket, text);) {
+    Json files = Json::array();
+    for (const Font& font : FromJson(Json::parse(text)).fonts) files.push_back(ChooseFile(font));
+    if (platform::SendMessage(socket, files.dump(-1, ' ', false, Json::error_handler_t::replace))) break;
+  }
   if (FontManagerInterface::sm_pFontManager) FontManagerInterface::sm_pFontManager->DisconnectFromFontManager();
 }
 
+}  // namespace
+
+std::string Resolver::Connect() {
+  if (const std::error_code error = process_.Start(Serve)) return "no process can be started: " + error.message();
+  std::string problem;
+  if (platform::ReceiveMessage(process_.Socket(), problem)) return "the process that asks the font manager has crashed";
+  return problem;
+}
+
 void Resolver::Resolve(Report& report) {
-  for (Font& font : report.fonts) {
-    Array fonts = Array::Create(), matched = Array::Create(), unresolved = Array::Create();
-    Dictionary record = Dictionary::Create();
-    record.Set(kGS_PostScriptNameKey, font.name);
-    for (const auto& [key, value] : font.slug) record.Set(key, value);
-    fonts.Append(record);
-    const int status = ProcessDocumentFontsForAutoActivation(fonts, matched, unresolved, true, true,
-                                                             FontManagerInterface::kAllWorkgroupsID, nullptr);
-    if (status != 0) {
-      report.problems.push_back("the font manager does not answer for " + font.name);
-      return;
+  const std::string text = ToJson(report).dump(-1, ' ', false, Json::error_handler_t::replace);
+  std::string answer;
+  if (platform::SendMessage(process_.Socket(), text) || platform::ReceiveMessage(process_.Socket(), answer)) {
+    report.problems.push_back("the process that asks the font manager has crashed");
+    return;
+  }
+  const Json files = Json::parse(answer);
+  for (size_t i = 0; i < report.fonts.size(); ++i) {
+    if (!files.at(i).is_null()) {
+      report.fonts[i].file = files[i];
+      continue;
     }
-    const Dictionary match = Dictionary(matched.At(0)).GetDictionary(kGS_MatchedFontKey);
-    font.file = match.GetString(kGS_PathKey).Text();
+    report.problems.push_back("the font manager does not answer for " + report.fonts[i].name);
+    return;
   }
 }
 

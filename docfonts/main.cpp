@@ -14,6 +14,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "Identification/FontNames.h"
 #include "Readers/XMPFontMetadata.h"
 #include "docfonts/FileWalk.h"
 #include "docfonts/FontCollector.h"
@@ -60,6 +61,11 @@ class Progress {
   size_t count_ = 0;
   std::chrono::steady_clock::time_point next_{};
 };
+
+// Nobody can supply a font that is internal to the application that wrote the document.
+bool IsNotNeeded(const Font& font) {
+  return !font.active && !font.embedded.value_or(false) && GlyphsureSupport::IsInternalToHost(font.name);
+}
 
 class Program {
  public:
@@ -123,6 +129,7 @@ bool Program::Take(Report report) {
   // Uses the fonts that are active at the start of the run.
   if (!system_) system_ = platform::GetFontSnapshot();
   for (Font& font : report.fonts) font.active = system_->postScriptNames.contains(font.name);
+  std::erase_if(report.fonts, IsNotNeeded);
   if (options_.missing) std::erase_if(report.fonts, [](const Font& font) { return font.active; });
   if (options_.resolve) resolver_.Resolve(report);
   // Folders contain many files that are not documents.

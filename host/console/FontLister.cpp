@@ -12,6 +12,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
+#include "docfonts/include/ReadingTime.h"
 #include "platform/Descriptor.h"
 
 extern char** environ;
@@ -23,7 +24,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Json = nlohmann::json;
 
-constexpr std::chrono::seconds kPatience{30};
+// What docfonts needs for itself, beside the document.
+constexpr std::chrono::seconds kStart{10};
 
 pid_t Start(const std::string& program, const std::string& document, int output, int& failure) {
   posix_spawn_file_actions_t actions;
@@ -40,8 +42,8 @@ pid_t Start(const std::string& program, const std::string& document, int output,
 }
 
 // Reads everything until the other side closes. Returns false if that takes too long.
-bool ReadToEnd(int descriptor, std::string& text) {
-  const auto end = Clock::now() + kPatience;
+bool ReadToEnd(int descriptor, std::string& text, std::chrono::seconds patience) {
+  const auto end = Clock::now() + patience;
   for (char block[65536];;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
     pollfd ready{descriptor, POLLIN, 0};
@@ -55,14 +57,18 @@ bool ReadToEnd(int descriptor, std::string& text) {
   }
 }
 
+// The program is ours, but a user may have replaced it by one of another version.
 ListedFonts Understand(const std::string& text) {
-  ListedFonts listed;
-  const Json object = Json::parse(text, nullptr, false);
-  if (!object.is_object()) return {{}, "docfonts does not answer"};
-  for (const Json& font : object.value("fonts", Json::array())) listed.names.push_back(font.value("name", ""));
-  const Json problems = object.value("problems", Json::array());
-  if (!problems.empty()) listed.problem = problems[0].get<std::string>();
-  return listed;
+  try {
+    ListedFonts listed;
+    const Json object = Json::parse(text);
+    for (const Json& font : object.at("fonts")) listed.names.push_back(font.at("name"));
+    const std::vector<std::string> problems = object.value("problems", std::vector<std::string>());
+    if (!problems.empty()) listed.problem = problems[0];
+    return listed;
+  } catch (const Json::exception&) {
+    return {{}, text.empty() ? "docfonts does not answer" : "the answer of docfonts is not understood"};
+  }
 }
 
 }  // namespace
@@ -77,7 +83,8 @@ ListedFonts ListFonts(const std::string& program, const std::string& document) {
   if (process == 0) return {{}, program + " can't be started: " + std::strerror(failure)};
   input.Close();
   std::string text;
-  const bool isWhole = ReadToEnd(output.Get(), text);
+  const auto patience = docfonts::PatienceFor(docfonts::ProcessorSecondsFor(document)) + kStart;
+  const bool isWhole = ReadToEnd(output.Get(), text, patience);
   if (!isWhole) kill(process, SIGKILL);
   while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
   }

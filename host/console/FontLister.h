@@ -12,7 +12,8 @@ struct ListedFonts {
   std::string problem;             // one line: why some may be missing; empty if none are
 };
 
-// Runs the program and waits for it, at most half a minute.
+// Runs the program at this path and waits for it, a little longer than it may read the document (see ReadingTime.h). What
+// goes wrong is the problem.
 ListedFonts ListFonts(const std::string& program, const std::string& document);
 
 }  // namespace console

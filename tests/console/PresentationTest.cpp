@@ -1,7 +1,10 @@
 // What reaches the user: boxes, progress, and the reason for which a file was chosen.
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "host/console/Boxes.h"
+#include "host/console/FontLister.h"
 #include "host/console/Report.h"
 #include "host/console/TraceRecorder.h"
 #include "platform/PlainText.h"
@@ -9,6 +12,7 @@
 #include "platform/RunLoop.h"
 #include "platform/Trace.h"
 #include "platform/Window.h"
+#include "support/TempFolder.h"
 
 using platform::Array;
 using platform::Dictionary;
@@ -218,6 +222,34 @@ TEST(Report, JsonLinesHaveTheirKeysInOrder) {
             "\n"
             "{\"event\":\"error\",\"file\":\"b\xef\xbf\xbd.psd\",\"message\":\"No such file\"}\n");
   EXPECT_EQ(report->Errors(), 1);
+}
+
+// A user may have replaced the program by one of another version.
+TEST(FontLister, SaysWhatIsWrongWithTheAnswer) {
+  const test_support::TempFolder folder;
+  const struct {
+    const char *answer, *names, *problem;
+  } kRows[] = {
+      {R"({"fonts":[{"name":"A"},{"name":"B"}],"problems":["damaged"]})", "A B ", "damaged"},
+      {R"({"fonts":[]})", "", ""},
+      {R"({"fonts":[{"name":7}]})", "", "the answer of docfonts is not understood"},
+      {R"({"fonts":["A"]})", "", "the answer of docfonts is not understood"},
+      {R"({"fonts":[],"problems":[1]})", "", "the answer of docfonts is not understood"},
+      {R"([])", "", "the answer of docfonts is not understood"},
+      {"{", "", "the answer of docfonts is not understood"},
+      {"", "", "docfonts does not answer"},
+  };
+  for (const auto& row : kRows) {
+    folder.Write("answer", row.answer);
+    const std::string program = folder.Write("docfonts", "#!/bin/sh\ncat '" + folder / "answer" + "'\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    const ListedFonts listed = ListFonts(program, "any");
+    std::string names;
+    for (const std::string& name : listed.names) names += name + " ";
+    EXPECT_EQ(names, row.names) << row.answer;
+    EXPECT_EQ(listed.problem, row.problem) << row.answer;
+  }
+  EXPECT_EQ(ListFonts(folder / "none", "any").problem, folder / "none can't be started: No such file or directory");
 }
 
 }  // namespace console

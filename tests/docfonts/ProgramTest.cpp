@@ -7,6 +7,8 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
 
 #include "support/TempFolder.h"
 
@@ -43,10 +45,11 @@ TEST_F(DocfontsProgram, ListsWhatEachReaderFound) {
   EXPECT_EQ(poster.status, 0) << poster.errors;
   const Json object = Json::parse(poster.output);
   EXPECT_EQ(object["kind"], "psd");
-  ASSERT_EQ(object["fonts"].size(), 5u);
-  EXPECT_EQ(object["fonts"][1]["name"], "LiberationSerif-Bold");
-  EXPECT_EQ(object["fonts"][1]["found"], Json({"scan", "slug"}));
-  EXPECT_EQ(object["fonts"][1]["slug"]["OutlineFileName"], "LiberationSerif-Bold.ttf");
+  // The document names AdobeInvisFont, too, which only its application has.
+  ASSERT_EQ(object["fonts"].size(), 4u);
+  EXPECT_EQ(object["fonts"][0]["name"], "LiberationSerif-Bold");
+  EXPECT_EQ(object["fonts"][0]["found"], Json({"scan", "slug"}));
+  EXPECT_EQ(object["fonts"][0]["slug"]["OutlineFileName"], "LiberationSerif-Bold.ttf");
   const Outcome leaflet = Run(Sample("leaflet.pdf"));
   EXPECT_THAT(leaflet.output, HasSubstr("NimbusSans-Bold"));
   EXPECT_THAT(leaflet.output, HasSubstr("embedded, subset RTLAZB"));
@@ -96,9 +99,11 @@ TEST_F(DocfontsProgram, WalksFoldersAndLeavesOutWhatIsNoDocument) {
 }
 
 TEST_F(DocfontsProgram, MissingListsOnlyWhatIsNotActive) {
-  const Outcome outcome = Run("--missing " + Sample("poster.psd") + " " + Sample("leaflet.pdf"));
+  const std::string missing = folder.Write("missing.psd", "/FontSet [ << /Name (AdobeInvisFont) /Name (No-Such) >> ]");
+  const Outcome outcome = Run("--missing " + missing + " " + Sample("leaflet.pdf"));
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_THAT(outcome.output, HasSubstr("AdobeInvisFont"));
+  EXPECT_THAT(outcome.output, HasSubstr("No-Such"));
+  EXPECT_THAT(outcome.output, testing::Not(HasSubstr("AdobeInvisFont")));
   EXPECT_THAT(outcome.output, testing::Not(HasSubstr("active")));
   EXPECT_THAT(outcome.output, testing::Not(HasSubstr("leaflet")));
 }
@@ -110,6 +115,24 @@ TEST_F(DocfontsProgram, NamesOfAnyBytesStayHarmless) {
   EXPECT_THAT(text.output, HasSubstr("red\\x1b[31m\\n\\xff.psd"));
   EXPECT_THAT(text.output, HasSubstr("A\\x1b[2JB"));
   EXPECT_EQ(Json::parse(json.output)["fonts"][0]["name"], "A\x1b[2JB");
+}
+
+TEST_F(DocfontsProgram, ManualPageDescribesExactlyTheOptions) {
+  // In the page a hyphen that is typed has a backslash.
+  std::string page = TempFolder::Content(SOURCE_DIR "/docfonts/docfonts.1");
+  page = page.substr(page.find(".SH OPTIONS"), page.find(".SH EXIT STATUS") - page.find(".SH OPTIONS"));
+  std::erase(page, '\\');
+  const auto words = [](const std::string& text) {
+    std::set<std::string> found;
+    static const std::regex kOption("[ '](--?[a-z]+)");
+    for (std::sregex_iterator at(text.begin(), text.end(), kOption), end; at != end; ++at) found.insert((*at)[1]);
+    return found;
+  };
+  std::set<std::string> options = words(Run("--completion").output);
+  options.erase("-o");  // of the line itself
+  options.erase("-W");
+  EXPECT_GE(options.size(), 7u);
+  EXPECT_EQ(words(page), options);
 }
 
 TEST_F(DocfontsProgram, FailsWhereItsOutputCannotBeWritten) {

@@ -11,4 +11,6 @@ printf 'open %s\nwait 6\nclose all\n' "$2/samples/poster.psd" >"$folder/script"
 grep -q 'LiberationSerif-Bold' "$folder/report"
 "$folder/prefix/bin/docfonts" "$2/samples/poster.psd" >"$folder/list"
 grep -q 'LiberationSerif-Bold' "$folder/list"
+bash -c ". '$folder/prefix/share/bash-completion/completions/docfonts' && complete -p docfonts" | grep -q -e --resolve
+[ -f "$folder/prefix/share/man/man1/docfonts.1" ] || { echo "no manual page"; exit 1; }
 ! find "$folder/prefix" -type f -exec readelf -d {} + 2>/dev/null | grep -F "$1" || { echo "a program names $1"; exit 1; }
