@@ -23,6 +23,8 @@ FLOORS = (
     ('agent/client/AgentConnection.cpp', 'agent/FontFile.h', False),
     ('host/console/AgentLink.cpp', 'agent/FontFile.h', False),
     ('host/console/AgentLink.cpp', 'agent/client/AgentConnection.h', True),
+    ('host/console/FontLister.cpp', 'docfonts/Report.h', False),
+    ('host/console/FontLister.cpp', 'docfonts/include/ReadingTime.h', True),
     ('docfonts/Resolver.cpp', 'Readers/Document/DocumentReaders.h', True),
     ('docfonts/Resolver.cpp', 'Documents/OneTrackedDocument.h', False),
     ('frameworks/PlugPlug/PlugPlug.cpp', 'frameworks/VelorantPlugins/Texts.h', False),
