@@ -230,7 +230,15 @@ void Activations::DropClient(ClientID client, uint32_t fontID) {
   if (found->second.IsEmpty()) demands_.erase(found);
 }
 
-std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector<uint32_t>& fontIDs, bool alsoUser) {
+uint32_t Activations::CurrentID(uint32_t fontID) const {
+  for (auto newer = renewed_.find(fontID); newer != renewed_.end(); newer = renewed_.find(fontID))
+    fontID = newer->second;
+  return fontID;
+}
+
+std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector<uint32_t>& givenIDs, bool alsoUser) {
+  std::vector<uint32_t> fontIDs;
+  for (const uint32_t id : givenIDs) fontIDs.push_back(CurrentID(id));
   std::set<uint32_t> ending;  // stored activations that end
   for (const auto& [id, demand] : DemandsOf(fontIDs)) {
     if (demand.stored != kInactive && (alsoUser || demand.stored != kActivated)) ending.insert(id);
@@ -294,15 +302,37 @@ AgentActivationState Activations::StateOf(const Font& font) const {
 }
 
 bool Activations::IsHeldBy(ClientID client, uint32_t fontID) const {
-  const auto found = demands_.find(fontID);
+  const auto found = demands_.find(CurrentID(fontID));
   return found != demands_.end() && found->second.clients.contains(client);
 }
 
 void Activations::OnFileReplaced(const std::string& path) {
   const auto found = linkedFiles_.find(path);
   if (found == linkedFiles_.end()) return;
+  const uint32_t linkID = found->second;
+  const std::vector<const Font*> fonts = parts_.table.OfFile(path);
+  const auto named = std::find_if(fonts.begin(), fonts.end(), [&](const Font* font) { return font->id == linkID; });
+  const bool isRenewed = named == fonts.end() && !fonts.empty();
   // A hard link still refers to the old file.
-  if (parts_.folder.Link(found->second, path).error) UnlinkFile(path);
+  if (!LinkFile(path, isRenewed ? fonts.front()->id : linkID)) return UnlinkFile(path);
+  if (!isRenewed) return;
+  Unlink(linkID);
+  if (announced_.erase(path) > 0) Announce(path);
+}
+
+void Activations::OnFontRenewed(uint32_t former, uint32_t id) {
+  renewed_.erase(id);  // an older version may have come back
+  renewed_[former] = id;
+  const auto old = demands_.find(former);
+  if (old == demands_.end()) return;
+  const Demand moved = std::move(old->second);
+  demands_.erase(old);
+  Demand& demand = demands_[id];
+  demand.stored = Stronger(demand.stored, moved.stored);
+  for (const auto& [client, state] : moved.clients) {
+    AgentActivationState& held = demand.clients[client];
+    held = Stronger(held, state);
+  }
 }
 
 void Activations::OnFontsGone(const std::string& path, const std::vector<Font>& fonts) {

@@ -70,7 +70,10 @@ class Activations {
   // Returns another active font with a PostScript name of this font's file, or 0.
   uint32_t ConflictOf(const Font& font) const;
 
+  // Call these in the reverse order, after the table has changed: requests for an old version become requests for the
+  // new one, fonts that are gone are announced, and the link is made to the new file.
   void OnFileReplaced(const std::string& path);
+  void OnFontRenewed(uint32_t former, uint32_t id);
   void OnFontsGone(const std::string& path, const std::vector<Font>& fonts);
 
  private:
@@ -84,6 +87,7 @@ class Activations {
   using Demands = std::map<uint32_t, Demand>;  // by font ID; never empty entries
 
   std::vector<uint32_t> HeldBy(ClientID client) const;
+  uint32_t CurrentID(uint32_t fontID) const;
   bool IsAskedFor(const std::string& path) const;
   bool LinkFile(const std::string& path, uint32_t linkID);
   void Announce(const std::string& path);
@@ -104,6 +108,7 @@ class Activations {
   Demands demands_;
   std::map<std::string, uint32_t> linkedFiles_;  // path to the ID that names its link
   std::set<std::string> announced_;              // linked files that clients were notified of
+  std::map<uint32_t, uint32_t> renewed_;         // clients still know a font by the ID of its former version
 };
 
 }  // namespace agent

@@ -26,6 +26,7 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
       scanner_({index_, user_, table_, folder_}, configuration.library,
                {[this](const std::string& folder) { watch_.Add(folder); },
                 [this](const std::string& path) { activations_.OnFileReplaced(path); },
+                [this](uint32_t former, uint32_t id) { activations_.OnFontRenewed(former, id); },
                 [this](const std::string& path, const std::vector<Font>& fonts) {
                   activations_.OnFontsGone(path, fonts);
                   for (const Font& font : fonts) events_.missing(font.id);

@@ -131,10 +131,13 @@ void Scanner::NoteStoreProblem(const std::string& path, const StoreError& error)
 // Returns false if the fonts cannot be given lasting IDs.
 bool Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
   std::vector<Font> fonts;
+  std::vector<FontNumber> renewed;
   for (const FontFace& face : file.content.faces) {
     Font font;
     try {
-      font.id = parts_.user.FontID(file.path, face, file.identity);
+      const FontNumber number = parts_.user.FontID(file.path, face, file.identity);
+      if (number.former != 0) renewed.push_back(number);
+      font.id = number.id;
       font.familyID = parts_.user.FamilyID(face.family);
     } catch (const StoreError& error) {
       NoteStoreProblem(file.path, error);
@@ -147,6 +150,9 @@ bool Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
     fonts.push_back(std::move(font));
   }
   const std::vector<Font> gone = parts_.table.ReplaceFile(file.path, fonts);
+  for (const FontNumber& number : renewed) {
+    if (events_.fontRenewed) events_.fontRenewed(number.former, number.id);
+  }
   if (!gone.empty() && events_.fontsGone) events_.fontsGone(file.path, gone);
   return true;
 }

@@ -38,6 +38,8 @@ struct ScanReport {
 struct ScanEvents {
   std::function<void(const std::string& folder)> enteringFolder;  // called before its entries are read
   std::function<void(const std::string& path)> fileReplaced;      // its content has changed
+  std::function<void(uint32_t former, uint32_t id)>
+      fontRenewed;  // a new version, in the table, has replaced an old one
   std::function<void(const std::string& path, const std::vector<Font>&)> fontsGone;
 };
 

@@ -9,7 +9,7 @@ namespace agent {
 namespace {
 
 // Steps are added, never changed.
-constexpr std::array<const char*, 1> kMigrations = {R"(
+constexpr std::array<const char*, 2> kMigrations = {R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
 CREATE INDEX fonts_by_file ON fonts(device, inode, face);
@@ -18,9 +18,17 @@ CREATE TABLE activations(font INTEGER PRIMARY KEY REFERENCES fonts(id), state IN
 CREATE TABLE sets(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), workgroup INTEGER NOT NULL,
                   name TEXT NOT NULL);
 CREATE TABLE set_fonts(set_id INTEGER NOT NULL REFERENCES sets(id), font INTEGER NOT NULL REFERENCES fonts(id),
-                       place INTEGER NOT NULL, PRIMARY KEY(set_id, font)) WITHOUT ROWID;)"};
+                       place INTEGER NOT NULL, PRIMARY KEY(set_id, font)) WITHOUT ROWID;)",
+                                                    // Null in rows that the first version wrote, until the next scan.
+                                                    "ALTER TABLE fonts ADD COLUMN content TEXT"};
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
+
+// What a record says about the content of a face; never empty.
+std::string ContentOf(const FontFace& face) {
+  return std::to_string(face.checksum) + " " + std::to_string(face.glyphsureChecksum) + " " +
+         std::to_string(face.kerningChecksum) + " " + face.version;
+}
 
 bool IsStillThere(const std::string& path, const FileIdentity& identity) {
   FileIdentity now;
@@ -35,43 +43,79 @@ UserStore::UserStore(const std::string& path) : database_(path) {
   database_.Migrate(kMigrations);
 }
 
-std::optional<uint32_t> UserStore::KnownFontID(const std::string& path, const FontFace& face,
-                                               const FileIdentity& identity) {
-  Statement find(database_, "SELECT id, device, inode, name FROM fonts WHERE path=? AND face=?");
-  if (!find.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Step()) return std::nullopt;
-  const int64_t id = find.Integer(0);
-  if (find.Integer(1) != Signed(identity.device) || find.Integer(2) != Signed(identity.inode) ||
-      find.Text(3) != face.postScriptName) {
-    Statement update(database_, "UPDATE fonts SET device=?, inode=?, name=? WHERE id=?");
-    update.Bind(1, Signed(identity.device)).Bind(2, Signed(identity.inode)).Bind(3, face.postScriptName);
-    update.Bind(4, id).Run();
-  }
-  return static_cast<uint32_t>(id);
+// Finds the font that this place had at the last scan. Returns false if there was none.
+bool UserStore::FindFontAt(const std::string& path, int32_t face, StoredFont& font) {
+  Statement find(database_, "SELECT id, device, inode, name, content FROM fonts WHERE path=? AND face=?");
+  if (!find.Bind(1, path).Bind(2, int64_t{face}).Step()) return false;
+  font = {static_cast<uint32_t>(find.Integer(0)), find.Integer(1), find.Integer(2), find.Text(3), find.Text(4)};
+  return true;
 }
 
-std::optional<uint32_t> UserStore::MovedFontID(const std::string& path, const FontFace& face,
-                                               const FileIdentity& identity) {
-  // File systems give the number of a deleted file to the next one made: only the same name in it is the same font.
-  Statement find(database_, "SELECT id, path FROM fonts WHERE device=? AND inode=? AND face=? AND name=?");
-  find.Bind(1, Signed(identity.device)).Bind(2, Signed(identity.inode)).Bind(3, int64_t{face.faceIndex});
-  find.Bind(4, face.postScriptName);
-  while (find.Step()) {
-    if (IsStillThere(find.Text(1), identity)) continue;
-    const int64_t id = find.Integer(0);
-    find.Reset();
-    Statement(database_, "UPDATE fonts SET path=? WHERE id=?").Bind(1, path).Bind(2, id).Run();
-    return static_cast<uint32_t>(id);
+// A moved file has its number, and nothing else is at its old place. A file that came back was replaced by another one.
+std::optional<uint32_t> UserStore::FindFontElsewhere(const FontFace& face, const FileIdentity& identity) {
+  Statement moved(database_,
+                  "SELECT id, path FROM fonts WHERE device=? AND inode=? AND face=? AND name=? AND "
+                  "(content=? OR content IS NULL)");
+  moved.Bind(1, Signed(identity.device)).Bind(2, Signed(identity.inode)).Bind(3, int64_t{face.faceIndex});
+  moved.Bind(4, face.postScriptName).Bind(5, ContentOf(face));
+  while (moved.Step()) {
+    if (!IsStillThere(moved.Text(1), identity)) return static_cast<uint32_t>(moved.Integer(0));
   }
-  return std::nullopt;
+  Statement replaced(database_, "SELECT id FROM fonts WHERE path='' AND name=? AND content=?");
+  if (!replaced.Bind(1, face.postScriptName).Bind(2, ContentOf(face)).Step()) return std::nullopt;
+  return static_cast<uint32_t>(replaced.Integer(0));
 }
 
-uint32_t UserStore::FontID(const std::string& path, const FontFace& face, const FileIdentity& identity) {
-  if (const auto known = KnownFontID(path, face, identity)) return *known;
-  if (const auto moved = MovedFontID(path, face, identity)) return *moved;
-  Statement insert(database_, "INSERT INTO fonts(path, face, device, inode, name) VALUES(?,?,?,?,?)");
-  insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Bind(3, Signed(identity.device));
-  insert.Bind(4, Signed(identity.inode)).Bind(5, face.postScriptName).Run();
+uint32_t UserStore::InsertFont(const std::string& path, const FontFace& face) {
+  Statement insert(database_, "INSERT INTO fonts(path, face) VALUES(?,?)");
+  insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Run();
   return static_cast<uint32_t>(database_.LastInsertedRow());
+}
+
+void UserStore::PutFont(uint32_t id, const std::string& path, const FontFace& face, const FileIdentity& identity) {
+  Statement put(database_, "UPDATE fonts SET path=?, face=?, device=?, inode=?, name=?, content=? WHERE id=?");
+  put.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Bind(3, Signed(identity.device));
+  put.Bind(4, Signed(identity.inode)).Bind(5, face.postScriptName).Bind(6, ContentOf(face)).Bind(7, int64_t{id}).Run();
+}
+
+// Takes the font from its place, which another one has now. Its row stays, because the file may come back.
+void UserStore::DisplaceFont(uint32_t id) {
+  Statement(database_, "UPDATE fonts SET path='', face=-id, device=NULL, inode=NULL WHERE id=?")
+      .Bind(1, int64_t{id})
+      .Run();
+}
+
+// A new version takes over what the user decided for the old one.
+void UserStore::TakeOver(uint32_t former, uint32_t id) {
+  for (const char* sql : {"UPDATE OR IGNORE activations SET font=?2 WHERE font=?1",
+                          "UPDATE OR IGNORE set_fonts SET font=?2 WHERE font=?1"}) {
+    Statement(database_, sql).Bind(1, int64_t{former}).Bind(2, int64_t{id}).Run();
+  }
+  for (const char* sql : {"DELETE FROM activations WHERE font=?", "DELETE FROM set_fonts WHERE font=?"}) {
+    Statement(database_, sql).Bind(1, int64_t{former}).Run();
+  }
+}
+
+FontNumber UserStore::FontID(const std::string& path, const FontFace& face, const FileIdentity& identity) {
+  StoredFont known;
+  const bool isKnown = FindFontAt(path, face.faceIndex, known);
+  const std::string content = ContentOf(face);
+  if (isKnown && known.name == face.postScriptName && (known.content == content || known.content.empty())) {
+    const bool isSame = known.device == Signed(identity.device) && known.inode == Signed(identity.inode);
+    if (!isSame || known.content.empty()) PutFont(known.id, path, face, identity);
+    return {known.id};
+  }
+  Transaction transaction(database_);
+  if (isKnown) DisplaceFont(known.id);
+  const std::optional<uint32_t> elsewhere = FindFontElsewhere(face, identity);
+  FontNumber number{elsewhere ? *elsewhere : InsertFont(path, face)};
+  PutFont(number.id, path, face, identity);
+  if (isKnown && known.name == face.postScriptName) {
+    number.former = known.id;
+    TakeOver(known.id, number.id);
+  }
+  transaction.Commit();
+  return number;
 }
 
 uint32_t UserStore::FamilyID(const std::string& family) {

@@ -121,7 +121,7 @@ class Desk {
     std::vector<Font> fonts;
     for (const FontFace& face : content.faces) {
       Font font;
-      font.id = ids_[letters[fonts.size()]] = user_->FontID(path, face, {1, 1000 + ids_.size(), 0, 0});
+      font.id = ids_[letters[fonts.size()]] = user_->FontID(path, face, {1, 1000 + ids_.size(), 0, 0}).id;
       font.path = path;
       font.face = face;
       fonts.push_back(font);

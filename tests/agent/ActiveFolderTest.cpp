@@ -179,7 +179,7 @@ TEST_F(ActiveFolderTest, LinksOfAKilledAgentGoButForWhatItsUserAskedFor) {
   }
   fs::create_directories(killed.DataFolder());
   UserStore store(killed.DataFolder() + "/user.db");
-  store.SetActivations({store.FontID("/A.ttf", {}, {})}, agent_protocol::kActivated);
+  store.SetActivations({store.FontID("/A.ttf", {}, {}).id}, agent_protocol::kActivated);
   std::error_code error;
   InstanceLock held;
   ASSERT_EQ(InstanceLock().Take(killed.RuntimeFolder(), agent_protocol::kAgentSocketName, error),

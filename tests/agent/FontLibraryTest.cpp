@@ -192,7 +192,7 @@ TEST_F(FontLibraryTest, AnUnchangedFileIsNotReadAgainAndAChangedOneIs) {
   ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), later, 0), 0);
   Start();
   EXPECT_EQ(IDOf("LiberationSerif-Bold"), 0u);
-  EXPECT_EQ(IDOf("LiberationMono-Bold"), id);  // the same place keeps its number
+  EXPECT_NE(IDOf("LiberationMono-Bold"), id);
 }
 
 TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
@@ -328,6 +328,39 @@ TEST_F(FontLibraryTest, AReplacedFileIsLinkedAnewAndABrokenOneLetGo) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
   EXPECT_THAT(active_, IsEmpty());
   unsetenv("XDG_DATA_HOME");
+}
+
+TEST_F(FontLibraryTest, AFontThatIsUpdatedInItsPlaceStaysActiveUnderItsNewID) {
+  const std::string path = fonts_.Write("a.ttf", Bytes(kBold));
+  Start();
+  const uint32_t old = IDOf("LiberationSerif-Bold");
+  library_->Active().Activate(kClient, {old}, kAutoActivated);
+
+  std::string updated = Bytes(kBold);
+  const std::string version(
+      "V\0e\0r\0s\0i\0o\0n\0 \0"
+      "2",
+      17);
+  const size_t at = updated.find(version);
+  ASSERT_NE(at, std::string::npos);
+  updated[at + 16] = '3';
+  fonts_.Write("a.ttf", updated);
+  Rescan();
+  const uint32_t now = IDOf("LiberationSerif-Bold");
+  EXPECT_NE(now, old);
+  EXPECT_THAT(library_->Table().Find(now)->face.version, testing::StartsWith("3"));
+  EXPECT_THAT(active_, ElementsAre(now));
+  EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
+  EXPECT_TRUE(library_->Active().IsHeldBy(kClient, old)) << "the client knows no other ID";
+  library_->Active().Deactivate(kClient, {old}, false);
+  EXPECT_THAT(active_, IsEmpty());
+  EXPECT_FALSE(IsListed("LiberationSerif-Bold"));
+
+  library_->Active().Activate(kClient, {now}, kAutoActivated);
+  fonts_.Write("a.ttf", Bytes(kLiberation + "LiberationMono-Bold.ttf"));
+  Rescan();
+  EXPECT_THAT(active_, IsEmpty()) << "another font in its place";
+  EXPECT_FALSE(library_->Active().IsHeldBy(kClient, IDOf("LiberationMono-Bold")));
 }
 
 // Names and paths may hold anything; the font is there all the same, with a record that can be written as XML.

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "agent/IndexStore.h"
 #include "agent/UserStore.h"
@@ -99,21 +100,53 @@ TEST(UserStore, FontsKeepTheirNumbers) {
   uint32_t id = 0, faceID = 0, otherID = 0;
   {
     UserStore store(folder / "user.db");
-    id = store.FontID(first, FaceNamed("A"), IdentityOf(first));
-    faceID = store.FontID(first, FaceNamed("B", 1), IdentityOf(first));
-    otherID = store.FontID(second, FaceNamed("A"), IdentityOf(second));
+    id = store.FontID(first, FaceNamed("A"), IdentityOf(first)).id;
+    faceID = store.FontID(first, FaceNamed("B", 1), IdentityOf(first)).id;
+    otherID = store.FontID(second, FaceNamed("A"), IdentityOf(second)).id;
   }
   EXPECT_NE(id, 0u);
   EXPECT_EQ((std::set{id, faceID, otherID}.size()), 3u);
   UserStore store(folder / "user.db");
-  EXPECT_EQ(store.FontID(first, FaceNamed("A"), IdentityOf(first)), id);
+  EXPECT_EQ(store.FontID(first, FaceNamed("A"), IdentityOf(first)).id, id);
 
   fs::rename(first, folder / "moved.ttf");
-  EXPECT_EQ(store.FontID(folder / "moved.ttf", FaceNamed("A"), IdentityOf(folder / "moved.ttf")), id);
+  EXPECT_EQ(store.FontID(folder / "moved.ttf", FaceNamed("A"), IdentityOf(folder / "moved.ttf")).id, id);
   // A second name of a file that is still there is a second font, and so is another name under a used inode.
   fs::create_hard_link(second, folder / "second name.ttf");
-  EXPECT_NE(store.FontID(folder / "second name.ttf", FaceNamed("A"), IdentityOf(second)), otherID);
-  EXPECT_NE(store.FontID(folder / "reused.ttf", FaceNamed("C"), IdentityOf(folder / "moved.ttf")), id);
+  EXPECT_NE(store.FontID(folder / "second name.ttf", FaceNamed("A"), IdentityOf(second)).id, otherID);
+  EXPECT_NE(store.FontID(folder / "reused.ttf", FaceNamed("C"), IdentityOf(folder / "moved.ttf")).id, id);
+}
+
+// Clients keep the record of an ID for good, so another content has another ID; what the user decided follows the name.
+TEST(UserStore, ANewVersionInItsPlaceIsANewFontWithTheOldOnesSets) {
+  const TempFolder folder;
+  UserStore store(folder / "user.db");
+  FontFace face = FaceNamed("A");
+  face.version = "1.0";
+  const uint32_t first = store.FontID("/a.ttf", face, {1, 2, 3, 4}).id;
+  store.SetActivations({first}, 4);
+  store.CreateSet("Mine", 1, {first});
+  EXPECT_EQ(store.FontID("/a.ttf", face, {1, 5, 6, 7}).id, first) << "the same content in another file";
+
+  const auto expectUsed = [&](uint32_t id) {
+    EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{id, 4}}));
+    EXPECT_THAT(store.Sets()[0].fontIDs, ElementsAre(id));
+  };
+  std::function<void(FontFace&)> const changes[] = {
+      [](FontFace& it) { it.version = "1.1"; }, [](FontFace& it) { it.checksum = 1; },
+      [](FontFace& it) { it.glyphsureChecksum = 2; }, [](FontFace& it) { it.kerningChecksum = 3; }};
+  uint32_t last = first;
+  for (const auto& change : changes) {
+    change(face);
+    const FontNumber number = store.FontID("/a.ttf", face, {1, 5, 6, 8});
+    EXPECT_NE(number.id, last);
+    EXPECT_EQ(number.former, last);
+    expectUsed(last = number.id);
+  }
+  const FontNumber other = store.FontID("/a.ttf", FaceNamed("B"), {1, 5, 6, 9});
+  EXPECT_EQ(other.former, 0u);
+  expectUsed(last);
+  EXPECT_EQ(store.FontID("/restored.ttf", face, {1, 9, 9, 9}).id, last) << "a font that comes back";
 }
 
 TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
@@ -121,7 +154,7 @@ TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
   std::vector<uint32_t> fonts;
   {
     UserStore store(folder / "user.db");
-    for (const char* name : {"A", "B", "C"}) fonts.push_back(store.FontID(name, FaceNamed(name), {}));
+    for (const char* name : {"A", "B", "C"}) fonts.push_back(store.FontID(name, FaceNamed(name), {}).id);
     for (const char* name : kOddNames) store.CreateSet(name, 1, {fonts[2], fonts[0], fonts[2]});
     EXPECT_TRUE(store.AddToSets({1, 2}, {fonts[1], fonts[0]}));
     EXPECT_FALSE(store.AddToSets({3, 4711}, {fonts[1]}));  // and nothing was added to 3
@@ -180,7 +213,7 @@ TEST(UserStore, AnOlderFileIsBroughtForward) {
   const TempFolder folder;
   Database(folder / "user.db").Execute(kFirstVersion);
   UserStore store(folder / "user.db");
-  EXPECT_EQ(store.FontID("/fonts/a.otf", FaceNamed("A"), {}), 7u);
+  EXPECT_EQ(store.FontID("/fonts/a.otf", FaceNamed("A"), {}).id, 7u);
   EXPECT_EQ(store.FamilyID("Family"), 3u);
   EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{7, 4}}));
   ASSERT_EQ(store.Sets().size(), 1u);
