@@ -59,6 +59,24 @@ void SaveData(const std::string& path) {
   if (parser.GetError() != 0) Fail(path + " can't be written");
 }
 
+// Both write a new file, sync it and remove an old one.
+void CompareSaving(const char* name, const test_support::TempFolder& folder) {
+  const std::string file = folder / "large.eps", copy = folder / "copy.eps";
+  // A file that holds data already would be read to its end, for more fonts.
+  const auto write = [&] {
+    folder.Write("large.eps", kStart + std::string(kEPSSize, '\n'));
+    Run("sync " + Quoted(file));
+  };
+  write();
+  fs::copy_file(file, copy);
+  benchmark::Compare(
+      name, 1.5, 5, [&] { SaveData(file); },
+      [&] {
+        Run("rm -f " + Quoted(copy) + " && cp " + Quoted(file) + " " + Quoted(copy) + " && sync " + Quoted(copy));
+      },
+      write);
+}
+
 }  // namespace
 
 int main() {
@@ -71,15 +89,9 @@ int main() {
       [&] { Run(Quoted(APP_DIR "/docfonts/docfonts") + " -r " + documents + " >/dev/null 2>&1 || test $? = 1"); },
       [&] { Run("exiftool -r -fast " + documents + " >/dev/null 2>&1 || test $? = 1"); });
 
-  // In memory, as the time of a disk differs from one write to the next by more than the two ways do.
+  CompareSaving("data into an EPS of 256 MiB, against cp+sync", folder);
+  // Without the disk, whose time differs much from one write to the next.
   setenv("TMPDIR", "/dev/shm", 1);
-  const test_support::TempFolder memory;
-  const std::string file = memory.Write("large.eps", kStart + std::string(kEPSSize, '\n'));
-  const std::string copy = memory / "copy.eps";
-  benchmark::Compare(
-      "data into an EPS of 256 MiB, against cp and sync", 1.5, 7, [&] { SaveData(file); },
-      [&] {
-        Run("rm -f " + Quoted(copy) + " && cp " + Quoted(file) + " " + Quoted(copy) + " && sync " + Quoted(copy));
-      });
+  CompareSaving("the same in memory", test_support::TempFolder());
   return benchmark::Finish();
 }

@@ -39,12 +39,15 @@ inline void Report(const char* name, double value, double floor, double limit, c
   std::fflush(stdout);
 }
 
-// The best of several runs of each, in turn, so that a busy machine slows both.
-inline void Compare(const char* name, double limit, int runs, const std::function<void()>& work,
-                    const std::function<void()>& floor) {
+// The best of several runs of each, in turn, so that a busy machine slows both. `prepare` runs before each `work` and is not
+// measured.
+inline void Compare(
+    const char* name, double limit, int runs, const std::function<void()>& work, const std::function<void()>& floor,
+    const std::function<void()>& prepare = [] {}) {
   double best = std::numeric_limits<double>::infinity(), bestFloor = best;
   for (int i = 0; i < runs; ++i) {
     bestFloor = std::min(bestFloor, Measure(floor));
+    prepare();
     best = std::min(best, Measure(work));
   }
   Report(name, best * 1000, bestFloor * 1000, limit, "ms");
