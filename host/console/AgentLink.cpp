@@ -199,6 +199,8 @@ std::optional<typename C::Result> AgentLink::Ask(const typename C::Arguments& ar
   return std::move(reply.result);
 }
 
+bool AgentLink::Answers() { return Ask<calls::GetIsOnline>({}).has_value(); }
+
 size_t AgentLink::CountCandidates(const std::string& postScriptName) {
   const auto found = Ask<calls::GetFontsByPostscriptName>({{postScriptName, {kAllWorkgroups}}});
   return found ? found->fontIDs.size() : 0;

@@ -42,6 +42,9 @@ class AgentLink {
   // True if the connected agent is still running. Does not wait.
   bool IsConnected();
 
+  // True if the agent answers a question now. Waits for the answer; if none comes, the agent is not connected any more.
+  bool Answers();
+
   // Calls the observer, on the connection's thread, each time that the agent has activated a font. Null ends this: when it
   // returns, the observer is not running and is not called any more. Call no other function in between.
   void ObserveActivations(std::function<void()> observer);

@@ -233,6 +233,8 @@ void Session::ReportOpened(const KnownDocument& document, const ActiveFiles& bef
     if (!listed.problem.empty()) report_.Note(document.name, "its fonts can't all be listed: " + listed.problem);
   }
   report_.Opened(opened);
+  // The agent may have been stopped, which nobody notices without a question.
+  if (!opened.missing.empty() && !isAgentGone_ && !agent_.Answers()) CheckAgent();
 }
 
 std::string Session::WhyActivated(const std::string& name, const std::vector<std::string>& named) {

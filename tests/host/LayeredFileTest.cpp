@@ -119,6 +119,7 @@ TEST(LayeredFile, AnotherProgramsLibraryWritesItsMetadata) {
 
 // Any damage gives the file or an error; what is written from a damaged file is one again.
 TEST(LayeredFile, DamagedBytesAreRefusedOrStayWhole) {
+  size_t refused = 0, written = 0;
   for (std::string bytes :
        {Sample("no-text.psd"), DeepDocument().substr(0, 400) + std::string(size_t{160} * 120 * 6, '\0')}) {
     for (size_t at = 0; at < 400; ++at) {
@@ -126,7 +127,9 @@ TEST(LayeredFile, DamagedBytesAreRefusedOrStayWhole) {
         const char kept = std::exchange(bytes[at], damage);
         std::string out;
         LayeredFile file;
-        if (AddTexts(bytes, {{"one", "First-Font"}}, out).empty()) {
+        const bool isWritten = AddTexts(bytes, {{"one", "First-Font"}}, out).empty();
+        ++(isWritten ? written : refused);
+        if (isWritten) {
           EXPECT_EQ(ParseLayered(out, file), "") << at;
           EXPECT_EQ(file.layerProblem, "") << at;
         }
@@ -134,6 +137,8 @@ TEST(LayeredFile, DamagedBytesAreRefusedOrStayWhole) {
       }
     }
   }
+  EXPECT_GT(refused, 100u);
+  EXPECT_GT(written, 1000u);
 }
 
 TEST(LayeredFile, ModesWithoutTextLayersAreRefused) {
