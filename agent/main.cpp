@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <string>
 
-#include "agent/Agent.h"
-#include "agent/Configuration.h"
-#include "agent/InstanceLock.h"
 #include "agent/include/AgentProtocol.h"
+#include "agent/server/Agent.h"
+#include "agent/store/Configuration.h"
+#include "agent/store/InstanceLock.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
 #include "platform/Process.h"

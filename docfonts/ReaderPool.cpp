@@ -12,8 +12,8 @@
 #include <new>
 #include <nlohmann/json.hpp>
 
+#include "platform/ChildLimits.h"
 #include "platform/LocalSocket.h"
-#include "platform/XMPWorkerLimits.h"
 
 namespace docfonts {
 

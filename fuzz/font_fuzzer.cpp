@@ -4,8 +4,8 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "agent/FontFile.h"
-#include "agent/FontRecord.h"
+#include "agent/fonts/FontFile.h"
+#include "agent/fonts/FontRecord.h"
 #include "platform/PropertyList.h"
 #include "platform/TextEncoding.h"
 

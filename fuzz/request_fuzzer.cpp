@@ -5,8 +5,8 @@
 
 #include "Check.h"
 #include "Input.h"
-#include "agent/Dispatcher.h"
-#include "agent/Server.h"
+#include "agent/server/Dispatcher.h"
+#include "agent/server/Server.h"
 
 namespace {
 

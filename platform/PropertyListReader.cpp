@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/Base64.h"
 #include "platform/PropertyList.h"
 #include "platform/TextEncoding.h"
 
@@ -51,32 +52,6 @@ std::optional<double> ParseReal(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return value;
-}
-
-int Base64Digit(char c) {
-  if (c >= 'A' && c <= 'Z') return c - 'A';
-  if (c >= 'a' && c <= 'z') return c - 'a' + 26;
-  if (c >= '0' && c <= '9') return c - '0' + 52;
-  return c == '+' ? 62 : c == '/' ? 63 : -1;
-}
-
-std::optional<std::vector<std::byte>> ParseBase64(std::string_view text) {
-  std::vector<std::byte> bytes;
-  unsigned bits = 0;
-  size_t digits = 0, padding = 0;
-  for (const char c : text) {
-    if (kWhitespace.find(c) != std::string_view::npos) continue;
-    const int digit = Base64Digit(c);
-    if (c == '=') {
-      ++padding;
-      continue;
-    }
-    if (digit < 0 || padding > 0) return std::nullopt;
-    bits = bits << 6 | static_cast<unsigned>(digit);
-    if (++digits % 4 != 1) bytes.push_back(static_cast<std::byte>(bits >> (6 - 2 * ((digits - 1) % 4)) & 0xFF));
-  }
-  if (digits % 4 == 1 || padding > 2 || (digits + padding) % 4 != 0) return std::nullopt;
-  return bytes;
 }
 
 // A text for an error line.
@@ -124,8 +99,8 @@ class Reader {
       return real ? Value(Number::FromReal(*real)) : Fail(node, Quoted(text) + " for a number");
     }
     if (name == "data") {
-      const auto bytes = ParseBase64(text);
-      return bytes ? Value(Data::From(*bytes)) : Fail(node, "data that is not Base64");
+      const auto bytes = DecodeBase64(text);
+      return bytes ? Value(Data::From(std::as_bytes(std::span(*bytes)))) : Fail(node, "data that is not Base64");
     }
     if (name == "true" || name == "false") {
       return text.empty() ? Value(Boolean::From(name == "true")) : Fail(node, "text in a boolean");

@@ -29,7 +29,8 @@ struct XMPMessage {
   std::string packet;   // RDF without a packet wrapper
 };
 
-inline constexpr uint32_t kLargestXMPText = 64u << 20;  // of path and packet, in bytes
+inline constexpr uint64_t kXMPWorkerMemory = uint64_t{1} << 30;  // bytes of address space of the worker
+inline constexpr uint32_t kLargestXMPText = 64u << 20;           // of path and packet, in bytes
 
 // Returns false if the other side is gone, the deadline has passed, or the message is too large.
 bool SendXMPMessage(int socket, const XMPMessage& message);

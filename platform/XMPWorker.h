@@ -2,12 +2,10 @@
 // with the first request, it serves many. It is killed and restarted when it takes too long. Thread-safe.
 #pragma once
 
-#include <sys/types.h>
-
 #include <mutex>
 #include <string>
 
-#include "platform/Descriptor.h"
+#include "platform/ChildProgram.h"
 #include "platform/Export.h"
 #include "platform/XMPMessages.h"
 
@@ -18,25 +16,17 @@ class PLATFORM_API XMPWorker {
   // The one instance that all callers use.
   static XMPWorker& Shared();
 
-  explicit XMPWorker(std::string program) : program_(std::move(program)) {}
-  ~XMPWorker();  // ends the process
-  XMPWorker(const XMPWorker&) = delete;
-  XMPWorker& operator=(const XMPWorker&) = delete;
+  explicit XMPWorker(std::string program) : child_(std::move(program)) {}
 
   // Sends a request, whose `number` is the seconds of processor time allowed, and receives the answer. Returns false,
   // with the reason in *problem, if the worker could not be started, took too long, needed too much memory or crashed.
   bool Ask(const XMPMessage& request, XMPMessage& answer, std::string* problem);
 
  private:
-  bool Start(std::string* problem);
-  void Stop();
   std::string Explain(bool isLate, uint32_t seconds);
 
   std::mutex mutex_;
-  const std::string program_;
-  pid_t process_ = 0;  // 0 if there is none
-  pid_t owner_ = 0;    // the process that started it; a fork of that process must not use it
-  Descriptor socket_;
+  ChildProgram child_;
 };
 
 }  // namespace platform

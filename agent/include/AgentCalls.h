@@ -35,7 +35,8 @@ namespace agent_protocol {
   X(GetAllWorkgroupsForUser)    \
   X(GetDefaultLibraryName)      \
   X(GetSystemWorkgroupID)       \
-  X(GetPermission)
+  X(GetPermission)              \
+  X(GetRenderedPNGsDirectory)
 
 // Delayed until the first scan of the library has finished: "not found" must not mean "not yet".
 #define AGENT_FONT_CALLS(X)             \
@@ -59,9 +60,13 @@ namespace agent_protocol {
   X(CanExportFonts)                     \
   X(ExportFonts)
 
+// Served like the calls for fonts, but not by the library of fonts alone.
+#define AGENT_PREVIEW_CALLS(X) X(RenderFontNamePreviewPNGs)
+
 #define AGENT_CALLS(X)   \
   AGENT_SESSION_CALLS(X) \
-  AGENT_FONT_CALLS(X)
+  AGENT_FONT_CALLS(X)    \
+  AGENT_PREVIEW_CALLS(X)
 
 #define AGENT_FIELDS(...)                                       \
   static constexpr std::string_view kFieldNames = #__VA_ARGS__; \
@@ -203,6 +208,14 @@ struct GetPermission {
     AGENT_FIELDS(right)
   };
   using Result = Value;
+};
+
+struct GetRenderedPNGsDirectory {
+  struct Arguments : Nothing {};
+  struct Result {
+    std::string path;
+    AGENT_FIELDS(path)
+  };
 };
 
 // Fonts.
@@ -372,6 +385,21 @@ struct ExportFonts {
     Numbers failed;
     AGENT_FIELDS(copies, failed)
   };
+};
+
+// Previews.
+
+// The answer comes at once; the client gets the pictures as events when they are drawn.
+struct RenderFontNamePreviewPNGs {
+  struct Arguments {
+    Numbers highPriorityFontIDs;  // drawn first
+    Numbers fontIDs;
+    uint32_t textSize = 0;  // of the em square, in pixels
+    uint32_t width = 0;     // the greatest
+    uint32_t height = 0;
+    AGENT_FIELDS(highPriorityFontIDs, fontIDs, textSize, width, height)
+  };
+  using Result = Nothing;
 };
 
 }  // namespace calls

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <mutex>
+#include <span>
 #include <vector>
 
 #include "frameworks/VelorantPluginInterface/Values.h"
+#include "platform/Base64.h"
 
 namespace plugin_interface {
 
@@ -35,6 +37,23 @@ EventPayload PayloadOf(PluginInterface::ECallbackKind kind) {
 
 bool IsNumber(const nlohmann::json& json) { return json.is_number_unsigned() && json.get<uint64_t>() <= UINT32_MAX; }
 
+// Like ValueOfJson, but the bytes of the pictures, which the agent sends as Base64, become data.
+platform::Value PicturesOfJson(const nlohmann::json& json) {
+  if (!json.is_object()) return platform::Value();
+  platform::Dictionary fonts = platform::Dictionary::Create();
+  for (const auto& [id, pictures] : json.items()) {
+    platform::Value value = ValueOfJson(pictures);
+    const auto text = pictures.is_object() ? pictures.find("pngBytes") : pictures.end();
+    if (text != pictures.end() && text->is_string()) {
+      const auto bytes = platform::DecodeBase64(text->get_ref<const std::string&>());
+      if (!bytes) continue;
+      platform::Dictionary(value).Set("pngBytes", platform::Data::From(std::as_bytes(std::span(*bytes))));
+    }
+    fonts.Set(id, value);
+  }
+  return fonts;
+}
+
 }  // namespace
 
 void AddCallback(PluginInterface::NotificationCallback callback) {
@@ -61,7 +80,7 @@ void Deliver(const nlohmann::json& message) {
   void* data = nullptr;
   if (payload != EventPayload::kNothing && content != message.end()) {
     if (payload == EventPayload::kDictionary) {
-      value = ValueOfJson(*content);
+      value = kind == PluginInterface::kPreviewPNGsRendered ? PicturesOfJson(*content) : ValueOfJson(*content);
       if (!value.Is(platform::ValueType::kDictionary)) return;
       data = value.Ref();
     } else {

@@ -14,15 +14,6 @@ int32_t CanAccessGoogleFonts(FacadeHandle) { return 0; }
 TModuleErrorCode GetGoogleFonts(FacadeHandle, ValueRef) { return kNotImplemented; }
 TModuleErrorCode SetGoogleWebFontsEnabled(FacadeHandle, int32_t) { return kNotImplemented; }
 
-TModuleErrorCode GetRenderedPNGsDirectory(FacadeHandle, char* buffer, uint32_t size) {
-  if (buffer && size > 0) buffer[0] = '\0';
-  return kNotImplemented;
-}
-TModuleErrorCode RenderFontNamePreviewPNGs(FacadeHandle, uint32_t, const uint32_t*, uint32_t, const uint32_t*, uint32_t,
-                                           uint32_t, uint32_t, uint32_t, uint32_t) {
-  return kNotImplemented;
-}
-
 TModuleErrorCode RenameSmartList(FacadeHandle, uint32_t, const char*) { return kNotImplemented; }
 TModuleErrorCode DeleteSmartList(FacadeHandle, uint32_t) { return kNotImplemented; }
 TModuleErrorCode GetSmartList(FacadeHandle, uint32_t, ValueRef*) { return kNotImplemented; }

@@ -3,51 +3,21 @@
 // one by one and ends when the other side closes.
 #include <exempi/xmp.h>
 #include <fcntl.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
-#include <new>
 #include <string>
 
+#include "platform/ChildLimits.h"
 #include "platform/Descriptor.h"
 #include "platform/XMPLibrary.h"
 #include "platform/XMPMessages.h"
-#include "platform/XMPWorkerLimits.h"
 
 namespace platform {
 
 namespace {
 
 constexpr int kSocket = STDIN_FILENO;
-
-void Limit(__rlimit_resource resource, rlim_t soft, rlim_t hard) {
-  const rlimit limit{soft, hard};
-  setrlimit(resource, &limit);
-}
-
-void LimitProcess() {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);  // a loop in the library must not outlive the parent
-  std::signal(SIGXFSZ, SIG_IGN);     // the library sees a failed write instead
-  Limit(RLIMIT_CORE, 0, 0);
-  if (!kIsSanitized) {
-    Limit(RLIMIT_AS, kWorkerMemory, kWorkerMemory);
-    const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
-    dup2(nowhere.Get(), STDERR_FILENO);
-  }
-  std::set_new_handler([] { _exit(kWorkerOutOfMemory); });
-}
-
-// Ends the process if it takes longer for the next request, whether or not anybody still waits for the answer.
-void LimitTime(uint32_t seconds) {
-  rusage used{};
-  getrusage(RUSAGE_SELF, &used);
-  const auto soFar = static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec);
-  Limit(RLIMIT_CPU, soFar + seconds + 1, RLIM_INFINITY);
-  alarm(kPatienceFactor * seconds + 1);
-}
 
 class OpenFile {
  public:
@@ -122,13 +92,13 @@ XMPMessage Serve(const XMPMessage& request) {
 int main() {
   using namespace platform;
   constexpr auto kForEver = std::chrono::steady_clock::time_point::max();
-  LimitProcess();
+  LimitChild(kXMPWorkerMemory);
   if (!xmp_init()) return 1;
   XMPMessage request;
   while (ReceiveXMPMessage(kSocket, request, kForEver)) {
-    LimitTime(request.number);
+    LimitChildTime(request.number);
     const XMPMessage answer = Serve(request);
-    alarm(0);
+    EndChildTime();
     if (!SendXMPMessage(kSocket, answer)) return 1;
   }
   return 0;

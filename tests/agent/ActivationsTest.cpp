@@ -1,5 +1,5 @@
 // Who asked for which font, and what follows: for the links, for what fontconfig lists, for what clients are told.
-#include "agent/Activations.h"
+#include "agent/activation/Activations.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,7 @@
 #include <set>
 #include <sstream>
 
-#include "agent/FontFile.h"
+#include "agent/fonts/FontFile.h"
 #include "platform/Folders.h"
 #include "platform/Fonts.h"
 #include "support/DebianFonts.h"

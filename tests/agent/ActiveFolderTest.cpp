@@ -1,5 +1,5 @@
 // The folder of links: where a link stands, what fontconfig can see of it at which moment, and what is left alone.
-#include "agent/ActiveFolder.h"
+#include "agent/activation/ActiveFolder.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -10,10 +10,10 @@
 #include <fstream>
 #include <set>
 
-#include "agent/DesktopFolders.h"
-#include "agent/InstanceLock.h"
-#include "agent/UserStore.h"
+#include "agent/activation/DesktopFolders.h"
 #include "agent/include/AgentProtocol.h"
+#include "agent/store/InstanceLock.h"
+#include "agent/store/UserStore.h"
 #include "platform/Clock.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"

@@ -102,6 +102,21 @@ Json RawClient::Ask(const std::string& call, const Json& arguments) {
   return Json::object();
 }
 
+Json RawClient::Next() {
+  if (!notifications.empty()) {
+    Json first = std::move(notifications.front());
+    notifications.erase(notifications.begin());
+    return first;
+  }
+  pollfd waited{socket_.Get(), POLLIN, 0};
+  std::string text;
+  if (poll(&waited, 1, kMostMilliseconds) != 1 || platform::ReceiveMessage(socket_.Get(), text)) {
+    ADD_FAILURE() << "no notification comes";
+    return nullptr;
+  }
+  return Json::parse(text);
+}
+
 void RawClient::SendBytes(const std::string& bytes) const {
   EXPECT_EQ(send(socket_.Get(), bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
 }

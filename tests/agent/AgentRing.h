@@ -53,6 +53,8 @@ class RawClient {
   explicit RawClient(const std::string& runtimeFolder);
   // Sends a request and reads up to its reply; notifications on the way are kept in `notifications`.
   Json Ask(const std::string& call, const Json& arguments = Json::object());
+  // The oldest notification that was not taken yet; waits for one. Null if none comes.
+  Json Next();
   void SendBytes(const std::string& bytes) const;
   bool IsEnded() const;  // true once the stream ends; false if it stays silent for too long
   int AgentProcess() const;

@@ -1,12 +1,12 @@
 // Requests as they come from the wire, sound and unsound, and what is answered.
-#include "agent/Dispatcher.h"
+#include "agent/server/Dispatcher.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 
-#include "agent/Database.h"
 #include "agent/include/AgentProtocol.h"
+#include "agent/store/Database.h"
 
 namespace test_calls {
 

@@ -1,5 +1,5 @@
 // What is read from font files: those of Debian, collections made of them, and damaged ones.
-#include "agent/FontFile.h"
+#include "agent/fonts/FontFile.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // The library against real folders: what a scan finds, what a change does, and what a second start remembers.
-#include "agent/FontLibrary.h"
+#include "agent/library/FontLibrary.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "agent/Agent.h"
-#include "agent/FontRecord.h"
+#include "agent/fonts/FontRecord.h"
 #include "agent/include/AgentProtocol.h"
+#include "agent/server/Agent.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 #include "platform/Clock.h"
 #include "platform/Folders.h"

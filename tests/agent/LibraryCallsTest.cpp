@@ -223,8 +223,6 @@ TEST_F(LibraryCalls, WhatIsNotServedSaysSo) {
                             vpi_.TrackFontPanelClick(h, 1, "x"),
                             vpi_.GetGoogleFonts(h, list.Ref()),
                             vpi_.SetGoogleWebFontsEnabled(h, 1),
-                            vpi_.GetRenderedPNGsDirectory(h, text, sizeof text),
-                            vpi_.RenderFontNamePreviewPNGs(h, 0, nullptr, 1, &id, 0, 14, 400, 30, 1),
                             vpi_.RenameSmartList(h, 1, "x"),
                             vpi_.DeleteSmartList(h, 1),
                             vpi_.GetSmartList(h, 1, &out),

@@ -1,5 +1,5 @@
 // The agent's end of the socket against clients that send in pieces, too much, or nonsense.
-#include "agent/Server.h"
+#include "agent/server/Server.h"
 
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
@@ -58,15 +58,15 @@ TEST(FrameReader, CutsMessagesFromPiecesOfAnySize) {
   for (const FrameRow& row : kFrames) {
     for (const size_t piece : {size_t{1}, size_t{3}, size_t{1000}}) {
       SCOPED_TRACE(row.what + (" in pieces of "s + std::to_string(piece)));
-      FrameReader reader;
+      platform::FrameReader reader(agent_protocol::kLongestRequest);
       std::vector<std::string> messages;
       bool tooLong = false;
       for (size_t at = 0; at < row.bytes.size() && !tooLong; at += piece) {
         reader.Add(std::string_view(row.bytes).substr(at, piece));
         std::string message;
-        FrameReader::Result result;
-        while ((result = reader.Next(message)) == FrameReader::Result::kMessage) messages.push_back(message);
-        tooLong = result == FrameReader::Result::kTooLong;
+        platform::FrameReader::Result result;
+        while ((result = reader.Next(message)) == platform::FrameReader::Result::kMessage) messages.push_back(message);
+        tooLong = result == platform::FrameReader::Result::kTooLong;
       }
       EXPECT_EQ(messages, row.messages);
       EXPECT_EQ(tooLong, row.tooLong);

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <functional>
 
-#include "agent/IndexStore.h"
-#include "agent/UserStore.h"
+#include "agent/store/IndexStore.h"
+#include "agent/store/UserStore.h"
 #include "support/DebianFonts.h"
 #include "support/TempFolder.h"
 

@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "docfonts/ReaderPool.h"
-#include "platform/XMPWorkerLimits.h"
+#include "platform/ChildLimits.h"
 
 namespace {
 

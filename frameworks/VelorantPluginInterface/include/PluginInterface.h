@@ -45,8 +45,9 @@ enum class EventPayload {
 // The events that the notification callback receives: X(number, Name, payload). The dictionaries contain:
 //   ...Progress           "stepIndex" and "numSteps" (integers), "text" (string)
 //   LoggedInStateChanged  "isLoggedIn" (boolean), "serverType" (integer)
-//   PreviewPNGsRendered   for each font its ID as decimal text; the value is a dictionary with "pngBytes" (data) or
-//                         with the paths "pngFilename" and "2xPNGFilename"
+//   PreviewPNGsRendered   for each font its ID as decimal text; the value is a dictionary with "pngBytes" (data) and the
+//                         paths "pngFilename" and "2xPNGFilename". The paths are left out if the agent can't keep
+//                         files; the dictionary is empty if the name can't be drawn at all.
 #define AGENT_EVENTS(X)                             \
   X(0, AgentShutdown, Nothing)                      \
   X(1, OnlineStateChanged, Flag)                    \
@@ -192,6 +193,15 @@ using agent_protocol::kServiceUnavailableCode;
 //                                others are copied all the same.
 // GetFontVaultPath               Writes the folder of the agent's databases.
 //
+// --- Previews ---
+// RenderFontNamePreviewPNGs      Draws the names of fonts in the fonts themselves, those of highPriorityIDs first. Returns
+//                                at once; the pictures come as PreviewPNGsRendered. textSize is that of the em square, in
+//                                pixels; the picture is `height` pixels high and at most `width` wide. A second picture
+//                                is twice as large. A name that its font can't show is drawn in another font with an
+//                                empty box before it. Unknown fonts are ignored. smartListID and `one` are not used.
+//                                kInvalidParam for a size out of range.
+// GetRenderedPNGsDirectory       Writes the folder of these pictures. Files in it may go at any time.
+//
 // --- Names: local; write the name of a column or right. Their result is a TModuleErrorCode ---
 // Get...ColumnID                 The key of that column in a font record, or the name of a right for
 //                                GetCanActivateAcrossWorkgroupsColumnID and GetExportFontsColumnID. kNotImplemented and
@@ -200,9 +210,6 @@ using agent_protocol::kServiceUnavailableCode;
 // --- Not served: kNotImplemented; out parameters stay as they were ---
 // Web fonts                      GetGoogleFonts, SetGoogleWebFontsEnabled. CanAccessGoogleFonts returns 0, for no.
 // Panel                          TrackFontPanelClick.
-// Rendered names                 RenderFontNamePreviewPNGs, GetRenderedPNGsDirectory (which writes an empty string).
-//                                The fixed arguments 14, 400, 30 and 1 follow smartListID. That the first three are a
-//                                point size, a width and a height is a guess from the values.
 // Smart lists                    RenameSmartList, DeleteSmartList, GetSmartList, GetPanelSmartListTree,
 //                                QueryForSmartListFonts, GetAllSmartLists, CreateSmartList, SetSmartListQuery,
 //                                GetSmartListFonts. A query is three lists of IDs; a list may be empty.
@@ -312,7 +319,7 @@ using agent_protocol::kServiceUnavailableCode;
     (PluginInterface::FacadeHandle h, char* buffer, uint32_t size))                                                    \
   X(RenderFontNamePreviewPNGs, PluginInterface::TModuleErrorCode,                                                      \
     (PluginInterface::FacadeHandle h, uint32_t highPriorityCount, const uint32_t* highPriorityIDs, uint32_t count,     \
-     const uint32_t* fontIDs, uint32_t smartListID, uint32_t pointSize, uint32_t width, uint32_t height, uint32_t one)) \
+     const uint32_t* fontIDs, uint32_t smartListID, uint32_t textSize, uint32_t width, uint32_t height, uint32_t one)) \
   X(RenameSmartList, PluginInterface::TModuleErrorCode,                                                                \
     (PluginInterface::FacadeHandle h, uint32_t smartListID, const char* name))                                         \
   X(DeleteSmartList, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, uint32_t smartListID))       \

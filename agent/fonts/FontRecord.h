@@ -1,0 +1,16 @@
+// The record of a font for the socket: a flat object of strings, with the keys of font records.
+#pragma once
+
+#include "agent/fonts/FontTable.h"
+#include "agent/include/AgentCalls.h"
+#include "agent/include/AgentProtocol.h"
+
+namespace agent {
+
+// The name for people: family and style, without a style that says nothing. UTF-8, at most 512 bytes.
+std::string DisplayName(const FontFace& face);
+agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state);
+// Its numbers and flags are decimal text, as in font records.
+agent_protocol::Record MakeWorkgroupRecord(const Workgroup& workgroup);
+
+}  // namespace agent

@@ -1,0 +1,109 @@
+#include "agent/library/FontLibrary.h"
+
+#include "agent/fonts/ShownText.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+
+namespace agent {
+
+namespace {
+
+constexpr double kProgressInterval = 0.1;
+constexpr double kSystemFontsAge = 5.0;
+
+}  // namespace
+
+FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events)
+    : loop_(loop),
+      events_(std::move(events)),
+      logPath_(configuration.DataFolder() + "/scan.log"),
+      index_(configuration.DataFolder() + "/index.db", events_.report),
+      user_(configuration.DataFolder() + "/user.db"),
+      folder_(configuration.ActiveFolderPath(), configuration.desktop ? LinkKind::kHardPreferred : LinkKind::kSymbolic,
+              loop),
+      activations_({table_, folder_, user_}, configuration.refused,
+                   {events_.activated, events_.deactivated, events_.report}),
+      scanner_({index_, user_, table_, folder_}, configuration.library,
+               {[this](const std::string& folder) { watch_.Add(folder); },
+                [this](const std::string& path) { activations_.OnFileReplaced(path); },
+                [this](uint32_t former, uint32_t id) { activations_.OnFontRenewed(former, id); },
+                [this](const std::string& path, const std::vector<Font>& fonts) {
+                  activations_.OnFontsGone(path, fonts);
+                  for (const Font& font : fonts) events_.missing(font.id);
+                }}),
+      watch_(loop, configuration.library, {[this] { Rescan(); }, events_.report}) {}
+
+FontLibrary::~FontLibrary() = default;
+
+void FontLibrary::Start() {
+  if (const std::error_code error = folder_.Prepare()) {
+    events_.report("can't make the folder of active fonts: " + platform::DescribeError(error));
+  }
+  activations_.RemoveUnaskedLinks();
+  Rescan();
+}
+
+void FontLibrary::Rescan() {
+  if (scanner_.IsRunning()) {
+    scanAgain_ = true;  // the change may be in a folder that was scanned already
+    return;
+  }
+  watch_.BeginScan();
+  scanner_.Start();
+  lastProgress_ = platform::Clock::Steady();
+  hadProgress_ = false;
+  PostStep();
+}
+
+void FontLibrary::PostStep() {
+  loop_.Post([this, alive = std::weak_ptr<int>(alive_)] {
+    if (!alive.expired()) Step();
+  });
+}
+
+void FontLibrary::Step() {
+  if (!scanner_.Step()) {
+    FinishScan();
+    return;
+  }
+  const double now = platform::Clock::Steady();
+  if (now - lastProgress_ >= kProgressInterval) {
+    lastProgress_ = now;
+    hadProgress_ = true;
+    events_.scanProgress(scanner_.Progress());
+  }
+  PostStep();
+}
+
+void FontLibrary::FinishScan() {
+  lastFreshened_ = platform::Clock::Steady();
+  WriteScanLog();
+  activations_.Reconcile();
+  events_.scanFinished(hadProgress_);
+  if (!scanAgain_) return;
+  scanAgain_ = false;
+  Rescan();
+}
+
+void FontLibrary::WriteScanLog() const {
+  std::string text;
+  for (const ScanProblem& problem : scanner_.Report().problems)
+    text += ShownPath(problem.path) + ": " + problem.message + "\n";
+  if (const std::error_code error = platform::ReplaceFile(logPath_, text)) {
+    events_.report(logPath_ + ": " + platform::DescribeError(error));
+  }
+}
+
+void FontLibrary::FreshenSystemFonts(bool now) {
+  const double time = platform::Clock::Steady();
+  if (!now && time - lastFreshened_ < kSystemFontsAge) return;
+  lastFreshened_ = time;
+  scanner_.RefreshSystemFonts();
+}
+
+void FontLibrary::Finish() {
+  activations_.ReleaseAllClients();
+  folder_.FinishTouches();
+}
+
+}  // namespace agent

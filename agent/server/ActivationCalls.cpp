@@ -1,0 +1,66 @@
+// Calls that activate and deactivate fonts.
+#include "agent/server/Calls.h"
+
+namespace agent {
+
+namespace {
+
+calls::Activated Activate(FontLibrary& library, ClientID client, const Numbers& fontIDs, AgentActivationState state) {
+  library.FreshenSystemFonts(true);
+  ActivationOutcome outcome = library.Active().Activate(client, fontIDs, state);
+  return {std::move(outcome.activated), std::move(outcome.failed), std::move(outcome.refused)};
+}
+
+}  // namespace
+
+Answer<calls::ActivateFonts> Serve(FontLibrary& library, ClientID client,
+                                   const calls::ActivateFonts::Arguments& arguments) {
+  const auto state = static_cast<AgentActivationState>(arguments.kind);
+  if (state != kAutoActivated && state != kPreviewActivated && state != kActivated) return kInvalidParam;
+  return Activate(library, client, arguments.fontIDs, state);
+}
+
+// The library's callers get no lists, so the call fails if any font failed.
+Answer<calls::PreviewActivateFonts> Serve(FontLibrary& library, ClientID client,
+                                          const calls::PreviewActivateFonts::Arguments& arguments) {
+  calls::Activated result = Activate(library, client, arguments.fontIDs, kPreviewActivated);
+  const bool areAllActive = result.failed.empty() && result.refused.empty();
+  return {areAllActive ? kSuccess : kNotSupported, std::move(result)};
+}
+
+Answer<calls::RestoreActivations> Serve(FontLibrary& library, ClientID client,
+                                        const calls::RestoreActivations::Arguments& arguments) {
+  return Activate(library, client, arguments.fontIDs, kAutoActivatedAgain);
+}
+
+Answer<calls::DeactivateFonts> Serve(FontLibrary& library, ClientID client,
+                                     const calls::DeactivateFonts::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  Numbers notOurs = library.Active().Deactivate(client, arguments.fontIDs, arguments.alsoUser);
+  return {notOurs.empty() ? kSuccess : kCantDeactivateSystemFonts, {std::move(notOurs)}};
+}
+
+Answer<calls::GetClientFontActivationStates> Serve(FontLibrary& library, ClientID client,
+                                                   const calls::GetClientFontActivationStates::Arguments& arguments) {
+  calls::Flags result;
+  for (const uint32_t id : arguments.fontIDs) result.flags.push_back(library.Active().IsHeldBy(client, id) ? 1 : 0);
+  return result;
+}
+
+Answer<calls::GetFontConflicts> Serve(FontLibrary& library, ClientID,
+                                      const calls::GetFontConflicts::Arguments& arguments) {
+  library.FreshenSystemFonts(true);
+  calls::GetFontConflicts::Result result;
+  for (const uint32_t id : arguments.fontIDs) {
+    const Font* font = library.Table().Find(id);
+    result.conflicts.push_back(font ? library.Active().ConflictOf(*font) : 0);
+  }
+  return result;
+}
+
+Answer<calls::KeepActivations> Serve(FontLibrary& library, ClientID client, const calls::KeepActivations::Arguments&) {
+  library.Active().KeepClient(client);
+  return calls::Nothing();
+}
+
+}  // namespace agent

@@ -1,0 +1,115 @@
+// Calls that look up fonts.
+#include <map>
+#include <set>
+
+#include "agent/fonts/FontRecord.h"
+#include "agent/fonts/ShownText.h"
+#include "agent/server/Calls.h"
+
+namespace agent {
+
+namespace {
+
+using Fonts = std::vector<const Font*>;
+
+// A 0 among the workgroups means all, and so does an empty list.
+void KeepWorkgroups(Fonts& fonts, const Numbers& workgroupIDs) {
+  const std::set<uint32_t> wanted(workgroupIDs.begin(), workgroupIDs.end());
+  if (wanted.empty() || wanted.contains(0)) return;
+  std::erase_if(fonts, [&](const Font* font) { return !wanted.contains(font->workgroupID); });
+}
+
+calls::IDs IDsOf(Fonts fonts, const Numbers& workgroupIDs) {
+  KeepWorkgroups(fonts, workgroupIDs);
+  calls::IDs result;
+  for (const Font* font : fonts) result.fontIDs.push_back(font->id);
+  return result;
+}
+
+Record RecordOf(FontLibrary& library, const Font& font) { return MakeFontRecord(font, library.Active().StateOf(font)); }
+
+// True if font a represents its PostScript name in the family better than b.
+bool IsBetterMember(FontLibrary& library, const Font& a, const Font& b, uint32_t askedID, const std::string& kind) {
+  const auto rank = [&](const Font& font) {
+    if (font.id == askedID) return 3;
+    if (library.Active().IsActive(font)) return 2;
+    return font.face.kind == kind ? 1 : 0;
+  };
+  return rank(a) > rank(b);
+}
+
+}  // namespace
+
+Answer<calls::GetFontsByPostscriptName> Serve(FontLibrary& library, ClientID,
+                                              const calls::GetFontsByPostscriptName::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  return IDsOf(library.Table().WithPostScriptName(arguments.name), arguments.workgroupIDs);
+}
+
+Answer<calls::GetFontsByFamilyName> Serve(FontLibrary& library, ClientID,
+                                          const calls::GetFontsByFamilyName::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  return IDsOf(library.Table().WithFamilyName(arguments.name), arguments.workgroupIDs);
+}
+
+Answer<calls::GetFontInfoByID> Serve(FontLibrary& library, ClientID,
+                                     const calls::GetFontInfoByID::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  const Font* font = library.Table().Find(arguments.fontID);
+  if (!font) return kNotFound;
+  return calls::GetFontInfoByID::Result{RecordOf(library, *font)};
+}
+
+// Returns the members of a family that can be active together. Of several files with one PostScript name only one can
+// be active, so each name occurs once: the requested font itself, else the active one, else one of the requested font's
+// kind, else the first.
+Answer<calls::FindFontsInSameFamilyForActivation> Serve(
+    FontLibrary& library, ClientID, const calls::FindFontsInSameFamilyForActivation::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  const Font* asked = library.Table().Find(arguments.fontID);
+  Fonts family = library.Table().WithFamilyID(arguments.familyID);
+  KeepWorkgroups(family, arguments.workgroupIDs);
+  const std::string kind = asked ? asked->face.kind : "";
+  Fonts members;
+  std::map<std::string, size_t> places;
+  for (const Font* font : family) {
+    const auto [place, isNew] = places.emplace(font->face.postScriptName, members.size());
+    if (isNew) {
+      members.push_back(font);
+    } else if (IsBetterMember(library, *font, *members[place->second], arguments.fontID, kind)) {
+      members[place->second] = font;
+    }
+  }
+  calls::FindFontsInSameFamilyForActivation::Result result;
+  for (const Font* font : members) result.records.push_back(RecordOf(library, *font));
+  return result;
+}
+
+Answer<calls::GetFontIsActivated> Serve(FontLibrary& library, ClientID,
+                                        const calls::GetFontIsActivated::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  calls::Flags result;
+  for (const uint32_t id : arguments.fontIDs) {
+    const Font* font = library.Table().Find(id);
+    result.flags.push_back(font && library.Active().IsActive(*font) ? 1 : 0);
+  }
+  return result;
+}
+
+Answer<calls::GetScanReport> Serve(FontLibrary& library, ClientID, const calls::GetScanReport::Arguments&) {
+  const ScanReport& report = library.Scans().Report();
+  calls::GetScanReport::Result result;
+  result.files = static_cast<uint32_t>(report.files);
+  result.faces = static_cast<uint32_t>(report.faces);
+  for (const ScanProblem& problem : report.problems) {
+    result.problems.push_back({ShownPath(problem.path), problem.message});
+  }
+  return result;
+}
+
+Answer<calls::Rescan> Serve(FontLibrary& library, ClientID, const calls::Rescan::Arguments&) {
+  library.Rescan();
+  return calls::Nothing();
+}
+
+}  // namespace agent

@@ -1,0 +1,66 @@
+#include "agent/store/Configuration.h"
+
+#include <filesystem>
+
+#include "agent/include/AgentProtocol.h"
+#include "agent/store/Json.h"
+#include "platform/Files.h"
+#include "platform/Folders.h"
+
+namespace agent {
+
+namespace {
+
+std::string WithoutTrailingSlash(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+std::string Absolute(const std::string& path, const std::string& base) {
+  const std::filesystem::path whole = std::filesystem::path(base) / path;
+  return WithoutTrailingSlash(whole.lexically_normal().string());
+}
+
+// Throws Json::exception for a key of the wrong type.
+Configuration FromJson(const Json& json, const std::string& stateFolder) {
+  Configuration configuration;
+  configuration.stateFolder = stateFolder;
+  for (const auto& folder : json.value("library", std::vector<std::string>())) {
+    configuration.library.push_back(Absolute(folder, stateFolder));
+  }
+  configuration.desktop = json.value("desktop", false);
+  configuration.exitWithLastClient = json.value("exitWithLastClient", false);
+  configuration.refused = json.value("refused", std::set<std::string>());
+  return configuration;
+}
+
+}  // namespace
+
+std::string Configuration::ActiveFolderPath() const {
+  return agent_protocol::ActiveFolderOf(stateFolder, desktop, platform::GetPlaces().home);
+}
+
+std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, std::string& error) {
+  std::error_code failure;
+  const std::string folder = WithoutTrailingSlash(std::filesystem::absolute(stateFolder, failure).lexically_normal());
+  if (failure || !platform::FolderExists(folder)) {
+    error = stateFolder + ": is not a folder";
+    return std::nullopt;
+  }
+  const std::string file = folder + "/" + agent_protocol::kConfigurationName;
+  std::string text;
+  if (const std::error_code unreadable = platform::ReadFile(file, text)) {
+    error = file + ": " + platform::DescribeError(unreadable);
+    return std::nullopt;
+  }
+  try {
+    const Json json = Json::parse(text);
+    if (json.is_object()) return FromJson(json, folder);
+    error = file + ": is not a JSON object";
+  } catch (const Json::exception& exception) {
+    error = file + ": " + exception.what();
+  }
+  return std::nullopt;
+}
+
+}  // namespace agent

@@ -1,0 +1,125 @@
+#include "agent/store/Database.h"
+
+#include <sqlite3.h>
+
+namespace agent {
+
+namespace {
+
+StoreError MakeError(const std::string& path, sqlite3* database, int code) {
+  const char* text = database ? sqlite3_errmsg(database) : sqlite3_errstr(code);
+  return StoreError(path + ": " + text, code);
+}
+
+}  // namespace
+
+bool StoreError::IsDamage() const {
+  const int primary = code_ & 0xFF;
+  return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
+}
+
+void Database::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+
+Database::Database(const std::string& path) : path_(path) {
+  sqlite3* opened = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  const int code = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+  database_.reset(opened);
+  if (code != SQLITE_OK) throw MakeError(path_, opened, code);
+  sqlite3_extended_result_codes(opened, 1);
+  sqlite3_busy_timeout(opened, 2000);
+  Execute("PRAGMA journal_mode=WAL");
+  Execute("PRAGMA synchronous=NORMAL");
+  Execute("PRAGMA foreign_keys=ON");
+}
+
+Database::~Database() = default;
+
+void Database::Execute(const std::string& sql) {
+  const int code = sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) throw MakeError(path_, database_.get(), code);
+}
+
+int64_t Database::LastInsertedRow() const { return sqlite3_last_insert_rowid(database_.get()); }
+
+int Database::Version() {
+  Statement statement(*this, "PRAGMA user_version");
+  return statement.Step() ? static_cast<int>(statement.Integer(0)) : 0;
+}
+
+// A pragma takes no parameters; the value is a number of our own.
+void Database::SetVersion(int version) { Execute("PRAGMA user_version=" + std::to_string(version)); }
+
+void Database::Migrate(std::span<const char* const> steps) {
+  const int version = Version(), last = static_cast<int>(steps.size());
+  if (version > last) throw StoreError(path_ + ": was written by a later version of this program", 0);
+  if (version == last) return;
+  Transaction transaction(*this);
+  for (const char* step : steps.subspan(static_cast<size_t>(version))) Execute(step);
+  SetVersion(last);
+  transaction.Commit();
+}
+
+void Database::Check() {
+  Statement statement(*this, "PRAGMA quick_check(1)");
+  const std::string verdict = statement.Step() ? statement.Text(0) : "";
+  if (verdict != "ok") throw StoreError(path_ + ": " + verdict, SQLITE_CORRUPT);
+}
+
+Statement::Statement(const Database& database, const char* sql) : database_(database) {
+  Check(sqlite3_prepare_v2(database.Get(), sql, -1, &statement_, nullptr));
+}
+
+Statement::~Statement() { sqlite3_finalize(statement_); }
+
+void Statement::Check(int code) const {
+  if (code != SQLITE_OK) throw MakeError(database_.Path(), database_.Get(), code);
+}
+
+Statement& Statement::Bind(int parameter, int64_t value) {
+  Check(sqlite3_bind_int64(statement_, parameter, value));
+  return *this;
+}
+
+Statement& Statement::Bind(int parameter, std::string_view text) {
+  // A null pointer would bind NULL.
+  const char* bytes = text.data() ? text.data() : "";
+  Check(sqlite3_bind_text(statement_, parameter, bytes, static_cast<int>(text.size()), SQLITE_TRANSIENT));
+  return *this;
+}
+
+bool Statement::Step() {
+  const int code = sqlite3_step(statement_);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  const StoreError error = MakeError(database_.Path(), database_.Get(), code);
+  sqlite3_reset(statement_);
+  throw StoreError(error);
+}
+
+void Statement::Run() {
+  Step();
+  Reset();
+}
+
+void Statement::Reset() { sqlite3_reset(statement_); }
+
+int64_t Statement::Integer(int column) const { return sqlite3_column_int64(statement_, column); }
+
+std::string Statement::Text(int column) const {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+  return text ? std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement_, column))) : "";
+}
+
+Transaction::Transaction(Database& database) : database_(&database) { database_->Execute("BEGIN IMMEDIATE"); }
+
+Transaction::~Transaction() {
+  if (database_) sqlite3_exec(database_->Get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::Commit() {
+  database_->Execute("COMMIT");
+  database_ = nullptr;
+}
+
+}  // namespace agent

@@ -1,0 +1,56 @@
+#include "agent/store/InstanceLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+#include "platform/Files.h"
+#include "platform/LastError.h"
+#include "platform/LocalSocket.h"
+
+namespace agent {
+
+InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const std::string& socketName,
+                                        std::error_code& error) {
+  using std::chrono::steady_clock;
+  constexpr auto kPatience = std::chrono::seconds(10);
+  constexpr auto kPause = std::chrono::milliseconds(10);
+
+  error = platform::MakeFolder(runtimeFolder, 0700);
+  if (error) return Result::kFailed;
+  path_ = runtimeFolder + "/" + socketName + ".lock";
+  file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (!file_) {
+    error = platform::LastError();
+    return Result::kFailed;
+  }
+  const auto end = steady_clock::now() + kPatience;
+  for (;;) {
+    if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) return Result::kTaken;
+    std::error_code unanswered;
+    if (platform::ConnectLocal(runtimeFolder, socketName, unanswered)) return Result::kServed;
+    if (steady_clock::now() >= end) break;
+    std::this_thread::sleep_for(kPause);
+  }
+  error = std::make_error_code(std::errc::resource_unavailable_try_again);
+  return Result::kFailed;
+}
+
+InstanceLock::Place InstanceLock::Look() const {
+  struct stat held = {}, there = {};
+  if (fstat(file_.Get(), &held) != 0 || stat(path_.c_str(), &there) != 0) return Place::kRemoved;
+  return held.st_dev == there.st_dev && held.st_ino == there.st_ino ? Place::kKept : Place::kReplaced;
+}
+
+bool InstanceLock::TakeFromDead(const std::string& runtimeFolder, const std::string& socketName) {
+  path_ = runtimeFolder + "/" + socketName + ".lock";
+  file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CLOEXEC));
+  if (!file_) return errno == ENOENT || errno == ENOTDIR;
+  return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+}  // namespace agent

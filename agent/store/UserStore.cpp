@@ -1,0 +1,199 @@
+#include "agent/store/UserStore.h"
+
+#include <sys/stat.h>
+
+#include <array>
+
+namespace agent {
+
+namespace {
+
+// Steps are added, never changed.
+constexpr std::array<const char*, 2> kMigrations = {R"(
+CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
+                   face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
+CREATE INDEX fonts_by_file ON fonts(device, inode, face);
+CREATE TABLE families(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), name TEXT NOT NULL UNIQUE);
+CREATE TABLE activations(font INTEGER PRIMARY KEY REFERENCES fonts(id), state INTEGER NOT NULL);
+CREATE TABLE sets(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), workgroup INTEGER NOT NULL,
+                  name TEXT NOT NULL);
+CREATE TABLE set_fonts(set_id INTEGER NOT NULL REFERENCES sets(id), font INTEGER NOT NULL REFERENCES fonts(id),
+                       place INTEGER NOT NULL, PRIMARY KEY(set_id, font)) WITHOUT ROWID;)",
+                                                    // Null in rows that the first version wrote, until the next scan.
+                                                    "ALTER TABLE fonts ADD COLUMN content TEXT"};
+
+int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
+
+// What a record says about the content of a face; never empty.
+std::string ContentOf(const FontFace& face) {
+  return std::to_string(face.checksum) + " " + std::to_string(face.glyphsureChecksum) + " " +
+         std::to_string(face.kerningChecksum) + " " + face.version;
+}
+
+bool IsStillThere(const std::string& path, const FileIdentity& identity) {
+  FileIdentity now;
+  std::string problem;
+  return FileIdentity::Of(path, now, problem) && now.IsSameFile(identity);
+}
+
+}  // namespace
+
+UserStore::UserStore(const std::string& path) : database_(path) {
+  database_.Check();
+  database_.Migrate(kMigrations);
+}
+
+// Finds the font that this place had at the last scan. Returns false if there was none.
+bool UserStore::FindFontAt(const std::string& path, int32_t face, StoredFont& font) {
+  Statement find(database_, "SELECT id, device, inode, name, content FROM fonts WHERE path=? AND face=?");
+  if (!find.Bind(1, path).Bind(2, int64_t{face}).Step()) return false;
+  font = {static_cast<uint32_t>(find.Integer(0)), find.Integer(1), find.Integer(2), find.Text(3), find.Text(4)};
+  return true;
+}
+
+// A moved file has its number, and nothing else is at its old place. A file that came back was replaced by another one.
+std::optional<uint32_t> UserStore::FindFontElsewhere(const FontFace& face, const FileIdentity& identity) {
+  Statement moved(database_,
+                  "SELECT id, path FROM fonts WHERE device=? AND inode=? AND face=? AND name=? AND "
+                  "(content=? OR content IS NULL)");
+  moved.Bind(1, Signed(identity.device)).Bind(2, Signed(identity.inode)).Bind(3, int64_t{face.faceIndex});
+  moved.Bind(4, face.postScriptName).Bind(5, ContentOf(face));
+  while (moved.Step()) {
+    if (!IsStillThere(moved.Text(1), identity)) return static_cast<uint32_t>(moved.Integer(0));
+  }
+  Statement replaced(database_, "SELECT id FROM fonts WHERE path='' AND name=? AND content=?");
+  if (!replaced.Bind(1, face.postScriptName).Bind(2, ContentOf(face)).Step()) return std::nullopt;
+  return static_cast<uint32_t>(replaced.Integer(0));
+}
+
+uint32_t UserStore::InsertFont(const std::string& path, const FontFace& face) {
+  Statement insert(database_, "INSERT INTO fonts(path, face) VALUES(?,?)");
+  insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Run();
+  return static_cast<uint32_t>(database_.LastInsertedRow());
+}
+
+void UserStore::PutFont(uint32_t id, const std::string& path, const FontFace& face, const FileIdentity& identity) {
+  Statement put(database_, "UPDATE fonts SET path=?, face=?, device=?, inode=?, name=?, content=? WHERE id=?");
+  put.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Bind(3, Signed(identity.device));
+  put.Bind(4, Signed(identity.inode)).Bind(5, face.postScriptName).Bind(6, ContentOf(face)).Bind(7, int64_t{id}).Run();
+}
+
+// Takes the font from its place, which another one has now. Its row stays, because the file may come back.
+void UserStore::DisplaceFont(uint32_t id) {
+  Statement(database_, "UPDATE fonts SET path='', face=-id, device=NULL, inode=NULL WHERE id=?")
+      .Bind(1, int64_t{id})
+      .Run();
+}
+
+// A new version takes over what the user decided for the old one.
+void UserStore::TakeOver(uint32_t former, uint32_t id) {
+  for (const char* sql : {"UPDATE OR IGNORE activations SET font=?2 WHERE font=?1",
+                          "UPDATE OR IGNORE set_fonts SET font=?2 WHERE font=?1"}) {
+    Statement(database_, sql).Bind(1, int64_t{former}).Bind(2, int64_t{id}).Run();
+  }
+  for (const char* sql : {"DELETE FROM activations WHERE font=?", "DELETE FROM set_fonts WHERE font=?"}) {
+    Statement(database_, sql).Bind(1, int64_t{former}).Run();
+  }
+}
+
+FontNumber UserStore::FontID(const std::string& path, const FontFace& face, const FileIdentity& identity) {
+  StoredFont known;
+  const bool isKnown = FindFontAt(path, face.faceIndex, known);
+  const std::string content = ContentOf(face);
+  if (isKnown && known.name == face.postScriptName && (known.content == content || known.content.empty())) {
+    const bool isSame = known.device == Signed(identity.device) && known.inode == Signed(identity.inode);
+    if (!isSame || known.content.empty()) PutFont(known.id, path, face, identity);
+    return {known.id};
+  }
+  Transaction transaction(database_);
+  if (isKnown) DisplaceFont(known.id);
+  const std::optional<uint32_t> elsewhere = FindFontElsewhere(face, identity);
+  FontNumber number{elsewhere ? *elsewhere : InsertFont(path, face)};
+  PutFont(number.id, path, face, identity);
+  if (isKnown && known.name == face.postScriptName) {
+    number.former = known.id;
+    TakeOver(known.id, number.id);
+  }
+  transaction.Commit();
+  return number;
+}
+
+uint32_t UserStore::FamilyID(const std::string& family) {
+  Statement find(database_, "SELECT id FROM families WHERE name=?");
+  if (find.Bind(1, family).Step()) return static_cast<uint32_t>(find.Integer(0));
+  find.Reset();
+  Statement(database_, "INSERT INTO families(name) VALUES(?)").Bind(1, family).Run();
+  return static_cast<uint32_t>(database_.LastInsertedRow());
+}
+
+std::map<uint32_t, int32_t> UserStore::Activations() {
+  std::map<uint32_t, int32_t> states;
+  Statement rows(database_, "SELECT font, state FROM activations");
+  while (rows.Step()) states[static_cast<uint32_t>(rows.Integer(0))] = static_cast<int32_t>(rows.Integer(1));
+  return states;
+}
+
+void UserStore::SetActivations(const std::vector<uint32_t>& fontIDs, int32_t state) {
+  Transaction transaction(database_);
+  Statement put(database_, "INSERT INTO activations VALUES(?,?) ON CONFLICT(font) DO UPDATE SET state=excluded.state");
+  for (const uint32_t id : fontIDs) put.Bind(1, int64_t{id}).Bind(2, int64_t{state}).Run();
+  transaction.Commit();
+}
+
+void UserStore::RemoveActivations(const std::vector<uint32_t>& fontIDs) {
+  Transaction transaction(database_);
+  Statement remove(database_, "DELETE FROM activations WHERE font=?");
+  for (const uint32_t id : fontIDs) remove.Bind(1, int64_t{id}).Run();
+  transaction.Commit();
+}
+
+void UserStore::AppendToSet(uint32_t setID, const std::vector<uint32_t>& fontIDs) {
+  Statement last(database_, "SELECT COALESCE(MAX(place), 0) FROM set_fonts WHERE set_id=?");
+  last.Bind(1, int64_t{setID}).Step();
+  int64_t place = last.Integer(0);
+  last.Reset();
+  Statement insert(database_, "INSERT OR IGNORE INTO set_fonts VALUES(?,?,?)");
+  for (const uint32_t id : fontIDs) insert.Bind(1, int64_t{setID}).Bind(2, int64_t{id}).Bind(3, ++place).Run();
+}
+
+uint32_t UserStore::CreateSet(const std::string& name, uint32_t workgroupID, const std::vector<uint32_t>& fontIDs) {
+  Transaction transaction(database_);
+  Statement insert(database_, "INSERT INTO sets(workgroup, name) VALUES(?,?)");
+  insert.Bind(1, int64_t{workgroupID}).Bind(2, name).Run();
+  const auto id = static_cast<uint32_t>(database_.LastInsertedRow());
+  AppendToSet(id, fontIDs);
+  transaction.Commit();
+  return id;
+}
+
+bool UserStore::AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs) {
+  Transaction transaction(database_);
+  Statement find(database_, "SELECT 1 FROM sets WHERE id=?");
+  for (const uint32_t id : setIDs) {
+    const bool exists = find.Bind(1, int64_t{id}).Step();
+    find.Reset();
+    if (!exists) return false;
+    AppendToSet(id, fontIDs);
+  }
+  transaction.Commit();
+  return true;
+}
+
+std::vector<FontSet> UserStore::Sets() {
+  std::vector<FontSet> sets;
+  Statement rows(database_, "SELECT id, workgroup, name FROM sets ORDER BY id");
+  Statement fonts(database_, "SELECT font FROM set_fonts WHERE set_id=? ORDER BY place");
+  while (rows.Step()) {
+    FontSet set;
+    set.id = static_cast<uint32_t>(rows.Integer(0));
+    set.workgroupID = static_cast<uint32_t>(rows.Integer(1));
+    set.name = rows.Text(2);
+    fonts.Bind(1, int64_t{set.id});
+    while (fonts.Step()) set.fontIDs.push_back(static_cast<uint32_t>(fonts.Integer(0)));
+    fonts.Reset();
+    sets.push_back(std::move(set));
+  }
+  return sets;
+}
+
+}  // namespace agent

@@ -1,0 +1,69 @@
+// user.db: what cannot be found again by a scan (sets, lasting activations), and the IDs under which others know fonts
+// and families. Migrated by its version and never deleted; a damaged one is never written to.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "agent/store/Database.h"
+#include "agent/store/IndexStore.h"
+
+namespace agent {
+
+struct FontSet {
+  uint32_t id = 0;
+  uint32_t workgroupID = 0;
+  std::string name;
+  std::vector<uint32_t> fontIDs;
+};
+
+struct FontNumber {
+  uint32_t id = 0;
+  // The ID of the older version whose file this one replaced, if any. Its sets and lasting activations are those of the
+  // new ID now.
+  uint32_t former = 0;
+};
+
+// All functions throw StoreError. What returned has been stored.
+class UserStore {
+ public:
+  // Also throws if the file is damaged or of a later version than this program's.
+  explicit UserStore(const std::string& path);
+
+  // Returns a lasting ID, above 0 and below 2^31. It means one face with one content (its name, version and checksums),
+  // because clients keep the record of an ID for good. A file that was moved within its file system keeps its IDs, and a
+  // font that was replaced by another one has its ID again when it comes back.
+  FontNumber FontID(const std::string& path, const FontFace& face, const FileIdentity& identity);
+  uint32_t FamilyID(const std::string& family);
+
+  // Activations that outlive clients and the agent: font ID to AgentActivationState.
+  std::map<uint32_t, int32_t> Activations();
+  void SetActivations(const std::vector<uint32_t>& fontIDs, int32_t state);  // all or none
+  void RemoveActivations(const std::vector<uint32_t>& fontIDs);              // all or none
+
+  uint32_t CreateSet(const std::string& name, uint32_t workgroupID, const std::vector<uint32_t>& fontIDs);
+  // Returns false, with nothing changed, if one of the sets does not exist.
+  bool AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs);
+  std::vector<FontSet> Sets();
+
+ private:
+  struct StoredFont {
+    uint32_t id = 0;
+    int64_t device = 0, inode = 0;
+    std::string name, content;
+  };
+
+  bool FindFontAt(const std::string& path, int32_t face, StoredFont& font);
+  std::optional<uint32_t> FindFontElsewhere(const FontFace& face, const FileIdentity& identity);
+  uint32_t InsertFont(const std::string& path, const FontFace& face);
+  void PutFont(uint32_t id, const std::string& path, const FontFace& face, const FileIdentity& identity);
+  void DisplaceFont(uint32_t id);
+  void TakeOver(uint32_t former, uint32_t id);
+  void AppendToSet(uint32_t setID, const std::vector<uint32_t>& fontIDs);
+  Database database_;
+};
+
+}  // namespace agent
