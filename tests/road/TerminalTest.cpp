@@ -76,6 +76,8 @@ TEST_F(TerminalTest, InterruptClearsTheLineAndKeepsTheDocuments) {
   host.Type("open " + folder_ / "g\t");
   host.AwaitOutput("g\\xf6.psd");  // a name that the line can't hold is only listed
   host.AwaitOutput("> open " + folder_ / "g");
+  host.Signal(SIGCONT);  // as after "fg"
+  host.AwaitOutput("> open " + folder_ / "g");
   host.Signal(SIGINT);
   host.AwaitOutput("^C\r\n> ");
   host.Type("show documents\r");
