@@ -74,6 +74,9 @@ TEST_F(RunLoopTest, SettingTheTimeOfDayMovesNoTimer) {
     EXPECT_THAT(noted_, ElementsAre("repeating@1.0", "repeating@2.0", "repeating@3.0"));
     EXPECT_EQ(Clock::Steady(), kStart + 10);
     EXPECT_EQ(Clock::Now(), kStart + 10 + hour);
+    Add("later", 1, 0, RunLoopMode::kCommon);
+    loop_.RunFor(2);
+    EXPECT_EQ(noted_.back(), "later@11.0");
     noted_.clear();
     Clock::UseSystemTime();
     Clock::SetDriven(kStart);

@@ -129,6 +129,14 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   };
   EXPECT_EQ(files(second), files(first));
   EXPECT_THAT(Events(second, "opened")[0]["activated"][1]["why"], HasSubstr("perfect match"));
+
+  // Where fonts are missing, the user hears before the save what it takes out.
+  const StateFolder poor(folder_ / "poor");
+  const HostResult third = RunHost({"--json", "--state", poor.Path(), "--library", LibraryFolders("liberation")[0],
+                                    "--script", folder_.Write("save", "open " + saved + "\nedit\nsave\n")});
+  const Json lost = {"NimbusSans-Regular", "NimbusSans-Bold"};
+  EXPECT_EQ(Events(third, "saving").at(0)["atRisk"], lost);
+  EXPECT_EQ(Events(third, "saved").at(0)["lost"], lost);
 }
 
 // The document was saved where the library had this very file, and nothing newer.
