@@ -4,6 +4,7 @@
 #include <array>
 #include <csignal>
 #include <filesystem>
+#include <numeric>
 #include <thread>
 
 #include "agent/AgentRing.h"
@@ -192,6 +193,10 @@ TEST_F(LibraryCalls, SetsAndCopies) {
   EXPECT_NE(set, 0u);
   EXPECT_EQ(vpi_.AddFontsToSets(Handle(), 1, &set, 3, fonts.data()), 0u);
   EXPECT_NE(vpi_.AddFontsToSets(Handle(), 1, &unknown, 1, fonts.data()), 0u);
+  std::vector<uint32_t> many(257);
+  std::iota(many.begin(), many.end(), 1u);
+  EXPECT_EQ(vpi_.AddFontsToSets(Handle(), 257, many.data(), 256, many.data()), 0x04000000u)
+      << "more pairs than one call adds";
   EXPECT_NE(vpi_.CreateTopLevelSet(Handle(), &set, 1, "", 0, 0, 1, fonts.data()), 0u);
   EXPECT_NE(vpi_.CreateTopLevelSet(Handle(), &set, 1, "X", 0, 0, 1, &unknown), 0u);
   const Json sets = RawClient(state_ / "run").Ask("GetSets")["result"]["sets"];
