@@ -1,6 +1,8 @@
 #include "docfonts/Resolver.h"
 
+#include <map>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "Bridge/FontManagerInterface.h"
 #include "Identification/FontClassification.h"
@@ -46,9 +48,15 @@ Json ChooseFile(const Font& font) {
 void Serve(int socket) {
   const std::string problem = ConnectToAgent();
   if (platform::SendMessage(socket, problem) || !problem.empty()) return;
+  // The documents of a folder name the same fonts again and again.
+  std::map<std::pair<std::string, std::map<std::string, std::string>>, Json> known;
   for (std::string text; !platform::ReceiveMessage(socket, text);) {
     Json files = Json::array();
-    for (const Font& font : FromJson(Json::parse(text)).fonts) files.push_back(ChooseFile(font));
+    for (const Font& font : FromJson(Json::parse(text)).fonts) {
+      Json& file = known[{font.name, font.slug}];
+      if (file.is_null()) file = ChooseFile(font);
+      files.push_back(file);
+    }
     if (platform::SendMessage(socket, files.dump(-1, ' ', false, Json::error_handler_t::replace))) break;
   }
   if (FontManagerInterface::sm_pFontManager) FontManagerInterface::sm_pFontManager->DisconnectFromFontManager();
