@@ -3,8 +3,8 @@
 
 #include <filesystem>
 
+#include "platform/ChildLimits.h"
 #include "platform/Files.h"
-#include "platform/XMPWorkerLimits.h"
 #include "road/RoadFixture.h"
 
 using testing::ElementsAre;
