@@ -146,7 +146,7 @@ void ReaderPool::AwaitReports(const std::function<void(size_t number, Report)>& 
     deadline = std::min(deadline, reader->deadline);
   }
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-  poll(waiting.data(), waiting.size(), static_cast<int>(std::clamp<int64_t>(left, 0, 24 * 3600 * 1000)));
+  poll(waiting.data(), waiting.size(), static_cast<int>(std::clamp<int64_t>(left, 0, int64_t{24} * 3600 * 1000)));
   for (size_t i = 0; i < busy.size(); ++i) {
     Reader& reader = *busy[i];
     if (waiting[i].revents != 0) {

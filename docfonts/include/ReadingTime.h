@@ -22,7 +22,7 @@ inline uint32_t ProcessorSecondsFor(const std::string& path, uint32_t secondsPer
   struct stat info {};
   const bool isKnown = stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
   const uint64_t more = isKnown ? static_cast<uint64_t>(info.st_size) / kBytesPerSecond : 0;
-  return static_cast<uint32_t>(std::min<uint64_t>(secondsPerDocument + 1 + more, 24 * 3600));
+  return static_cast<uint32_t>(std::min<uint64_t>(secondsPerDocument + 1 + more, uint64_t{24} * 3600));
 }
 
 // Returns the real time after which a reader that has not answered is killed.

@@ -20,7 +20,8 @@ bool HasSubsetTag(const std::string& name) {
   return name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == kTagSize;
 }
 
-std::string NameOf(QPDFObjectHandle object) { return object.isName() ? object.getName().substr(1) : std::string(); }
+// libqpdf asks nothing of a constant handle.
+std::string NameOf(QPDFObjectHandle&& object) { return object.isName() ? object.getName().substr(1) : std::string(); }
 
 // The walk over everything of a document that can have fonts. What several places share is looked at once.
 class FontWalk {
