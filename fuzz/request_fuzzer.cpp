@@ -18,14 +18,15 @@ struct Stream {
 };
 
 Stream Cut(std::string_view bytes, size_t step) {
-  FrameReader reader;
+  platform::FrameReader reader(agent_protocol::kLongestRequest);
   Stream stream;
   for (size_t at = 0; at < bytes.size() && !stream.isBroken; at += step) {
     reader.Add(bytes.substr(at, step));
     std::string message;
-    FrameReader::Result result;
-    while ((result = reader.Next(message)) == FrameReader::Result::kMessage) stream.messages.push_back(message);
-    stream.isBroken = result == FrameReader::Result::kTooLong;
+    platform::FrameReader::Result result;
+    while ((result = reader.Next(message)) == platform::FrameReader::Result::kMessage)
+      stream.messages.push_back(message);
+    stream.isBroken = result == platform::FrameReader::Result::kTooLong;
   }
   return stream;
 }

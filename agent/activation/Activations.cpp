@@ -301,6 +301,13 @@ AgentActivationState Activations::StateOf(const Font& font) const {
   return state;
 }
 
+bool Activations::IsHeldForDocument(uint32_t fontID) const {
+  const auto found = demands_.find(fontID);
+  return found != demands_.end() && std::ranges::any_of(found->second.clients, [](const auto& client) {
+           return client.second == kAutoActivated || client.second == agent_protocol::kAutoActivatedAgain;
+         });
+}
+
 bool Activations::IsHeldBy(ClientID client, uint32_t fontID) const {
   const auto found = demands_.find(CurrentID(fontID));
   return found != demands_.end() && found->second.clients.contains(client);

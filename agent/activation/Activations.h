@@ -66,6 +66,8 @@ class Activations {
 
   AgentActivationState StateOf(const Font& font) const;
   bool IsActive(const Font& font) const { return StateOf(font) != agent_protocol::kInactive; }
+  // True if a client holds the font for a document.
+  bool IsHeldForDocument(uint32_t fontID) const;
   bool IsHeldBy(ClientID client, uint32_t fontID) const;
   // Returns another active font with a PostScript name of this font's file, or 0.
   uint32_t ConflictOf(const Font& font) const;

@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "agent/fonts/FontCoverage.h"
+#include "agent/fonts/FontTraits.h"
+
 namespace agent {
 
 struct FontFace {
@@ -23,6 +26,8 @@ struct FontFace {
   uint32_t kerningChecksum = 0;    // 20 bits over kern and GPOS; 0 without either
   uint32_t checksum = 0;           // over the outlines, never 0
   uint32_t glyphsureChecksum = 0;  // over the outlines, never 0
+  FontTraits traits;
+  FontCoverage coverage;
 
   bool operator==(const FontFace&) const = default;
 };

@@ -19,6 +19,10 @@ std::string DisplayName(const FontFace& face) {
   return name;
 }
 
+uint32_t LocationOf(const Font& font) {
+  return font.workgroupID == kSystemFonts.id ? kSystemLocation : kDesktopLocation;
+}
+
 agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state) {
   const FontFace& face = font.face;
   const Workgroup& workgroup = WorkgroupWithID(font.workgroupID);
@@ -39,6 +43,11 @@ agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentAct
       {"DatabaseID", std::to_string(font.id)},
       {"ActivationStatus", std::to_string(state)},
       {"IsVault", "0"},
+      {"DisplayName", DisplayName(face)},
+      {"FontFaceID", std::to_string(face.faceIndex)},
+      {"FontLocation", std::to_string(LocationOf(font))},
+      {"IsMarquineFile", workgroup.id == kFontLibrary.id ? "1" : "0"},
+      {"ScannedFoundry", face.foundry},
       {"IsSystem", workgroup.id == kSystemFonts.id ? "1" : "0"},
       {"IsLocal", "1"},
   };

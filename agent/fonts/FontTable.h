@@ -28,6 +28,7 @@ struct Font {
   uint32_t workgroupID = kFontLibrary.id;
   std::string path;
   uint64_t fileSize = 0;
+  int64_t added = 0;  // to the library, in seconds since 1970; 0 if unknown
   FontFace face;
 };
 
@@ -46,6 +47,11 @@ class FontTable {
   std::vector<const Font*> WithFamilyName(std::string_view name) const;      // ignoring case
   std::vector<const Font*> WithFamilyID(uint32_t familyID) const;
   std::vector<const Font*> OfFile(const std::string& path) const;  // in the order of the faces
+  // Calls visit(const Font&) for each font, in no order.
+  template <class Visit>
+  void ForEach(const Visit& visit) const {
+    for (const auto& [id, font] : fonts_) visit(font);
+  }
   size_t Count() const { return fonts_.size(); }
 
  private:

@@ -5,18 +5,14 @@
 //
 // To add a call: a struct and one line in a list here, the handler in the agent (the compiler requires it), and a row
 // in docs/PROTOCOL.md.
-//
-// CallEncoding.h converts Arguments and Result to and from JSON. AGENT_FIELDS lists the members that are encoded, under
-// their own names. A member may be bool, uint32_t, std::string, Record, a struct with AGENT_FIELDS, or a std::vector of
-// these.
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
-#include <string_view>
-#include <tuple>
 #include <vector>
+
+#include "agent/include/CallTypes.h"
+#include "agent/include/PanelCalls.h"
 
 namespace agent_protocol {
 
@@ -24,6 +20,7 @@ namespace agent_protocol {
 #define AGENT_SESSION_CALLS(X)  \
   X(Hello)                      \
   X(SetNotifications)           \
+  X(EnableDesignActivation)     \
   X(InitThreadInstance)         \
   X(GetFontVaultPath)           \
   X(GetIsLoggedIn)              \
@@ -36,7 +33,8 @@ namespace agent_protocol {
   X(GetDefaultLibraryName)      \
   X(GetSystemWorkgroupID)       \
   X(GetPermission)              \
-  X(GetRenderedPNGsDirectory)
+  X(GetRenderedPNGsDirectory)   \
+  X(GetStatus)
 
 // Delayed until the first scan of the library has finished: "not found" must not mean "not yet".
 #define AGENT_FONT_CALLS(X)             \
@@ -58,7 +56,23 @@ namespace agent_protocol {
   X(AddFontsToSets)                     \
   X(GetSets)                            \
   X(CanExportFonts)                     \
-  X(ExportFonts)
+  X(ExportFonts)                        \
+  X(GetAllSmartLists)                   \
+  X(GetSmartList)                       \
+  X(GetPanelSmartListTree)              \
+  X(QueryForSmartListFonts)             \
+  X(GetSmartListFonts)                  \
+  X(CreateSmartList)                    \
+  X(RenameSmartList)                    \
+  X(SetSmartListQuery)                  \
+  X(DeleteSmartList)                    \
+  X(GetSmartSets)                       \
+  X(PutSmartSet)                        \
+  X(DeleteSmartSet)                     \
+  X(FindFonts)                          \
+  X(DescribeFonts)                      \
+  X(TrackFontPanelClick)                \
+  X(GetPanelClicks)
 
 // Served like the calls for fonts, but not by the library of fonts alone.
 #define AGENT_PREVIEW_CALLS(X) X(RenderFontNamePreviewPNGs)
@@ -68,34 +82,7 @@ namespace agent_protocol {
   AGENT_FONT_CALLS(X)    \
   AGENT_PREVIEW_CALLS(X)
 
-#define AGENT_FIELDS(...)                                       \
-  static constexpr std::string_view kFieldNames = #__VA_ARGS__; \
-  auto Fields() { return std::tie(__VA_ARGS__); }               \
-  auto Fields() const { return std::tie(__VA_ARGS__); }
-
-using Numbers = std::vector<uint32_t>;
-using Record = std::map<std::string, std::string>;  // a font or a workgroup; numbers and flags are decimal text
-
 namespace calls {
-
-struct Nothing {
-  AGENT_FIELDS()
-};
-
-struct IDs {
-  Numbers fontIDs;
-  AGENT_FIELDS(fontIDs)
-};
-
-struct Flags {
-  Numbers flags;  // 1 or 0 for each requested font, in that order
-  AGENT_FIELDS(flags)
-};
-
-struct Value {
-  uint32_t value = 0;
-  AGENT_FIELDS(value)
-};
 
 struct Lookup {
   std::string name;
@@ -129,6 +116,12 @@ struct SetNotifications {
     bool wanted = false;
     AGENT_FIELDS(wanted)
   };
+  using Result = Nothing;
+};
+
+// The client then gets event 24 for each font that may not be activated for a preview.
+struct EnableDesignActivation {
+  struct Arguments : Nothing {};
   using Result = Nothing;
 };
 
@@ -208,6 +201,20 @@ struct GetPermission {
     AGENT_FIELDS(right)
   };
   using Result = Value;
+};
+
+struct GetStatus {
+  struct Arguments : Nothing {};
+  struct Result {
+    bool isScanning = false;
+    uint32_t step = 0;  // of the scan, in files
+    uint32_t steps = 0;
+    uint32_t fonts = 0;
+    std::vector<std::string> folders;  // of the library
+    std::string activeFolder;          // where active fonts are linked
+    bool isDesktop = false;            // active fonts are active for all programs of the user
+    AGENT_FIELDS(isScanning, step, steps, fonts, folders, activeFolder, isDesktop)
+  };
 };
 
 struct GetRenderedPNGsDirectory {
@@ -385,21 +392,6 @@ struct ExportFonts {
     Numbers failed;
     AGENT_FIELDS(copies, failed)
   };
-};
-
-// Previews.
-
-// The answer comes at once; the client gets the pictures as events when they are drawn.
-struct RenderFontNamePreviewPNGs {
-  struct Arguments {
-    Numbers highPriorityFontIDs;  // drawn first
-    Numbers fontIDs;
-    uint32_t textSize = 0;  // of the em square, in pixels
-    uint32_t width = 0;     // the greatest
-    uint32_t height = 0;
-    AGENT_FIELDS(highPriorityFontIDs, fontIDs, textSize, width, height)
-  };
-  using Result = Nothing;
 };
 
 }  // namespace calls

@@ -11,6 +11,7 @@
 #include "agent/fonts/FontTable.h"
 #include "agent/library/LibraryWatch.h"
 #include "agent/library/Scanner.h"
+#include "agent/library/SmartLists.h"
 #include "agent/store/Configuration.h"
 #include "agent/store/IndexStore.h"
 #include "agent/store/UserStore.h"
@@ -24,6 +25,9 @@ struct LibraryEvents {
   std::function<void(uint32_t fontID)> missing;
   std::function<void(const ScanProgress&)> scanProgress;  // occasionally, while files are read
   std::function<void(bool hadProgress)> scanFinished;
+  // A font may not be activated for a preview that this client asked for.
+  std::function<void(ClientID client, uint32_t fontID)> designRefused;
+  std::function<void()> listsChanged;                   // smart lists, or the sets and smart sets that they are made of
   std::function<void(const std::string& line)> report;  // a line for people
 };
 
@@ -48,7 +52,13 @@ class FontLibrary {
   const FontTable& Table() const { return table_; }
   const Scanner& Scans() const { return scanner_; }
   Activations& Active() { return activations_; }
+  const Activations& Active() const { return activations_; }
   UserStore& User() { return user_; }
+  SmartStore& Smart() { return smart_; }
+  const SmartLists& Lists() const { return lists_; }
+  void NoteDesignRefused(ClientID client, uint32_t fontID) { events_.designRefused(client, fontID); }
+  // Call when what lists are made of has been changed.
+  void NoteListsChanged() { events_.listsChanged(); }
 
  private:
   void PostStep();
@@ -61,9 +71,11 @@ class FontLibrary {
   std::string logPath_;
   IndexStore index_;
   UserStore user_;
+  SmartStore smart_;
   FontTable table_;
   ActiveFolder folder_;
   Activations activations_;
+  SmartLists lists_;
   Scanner scanner_;
   LibraryWatch watch_;
   double lastProgress_ = 0;

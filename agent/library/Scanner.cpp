@@ -138,6 +138,7 @@ bool Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
       const FontNumber number = parts_.user.FontID(file.path, face, file.identity);
       if (number.former != 0) renewed.push_back(number);
       font.id = number.id;
+      font.added = number.added;
       font.familyID = parts_.user.FamilyID(face.family);
     } catch (const StoreError& error) {
       NoteStoreProblem(file.path, error);

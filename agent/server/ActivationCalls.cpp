@@ -17,7 +17,11 @@ Answer<calls::ActivateFonts> Serve(FontLibrary& library, ClientID client,
                                    const calls::ActivateFonts::Arguments& arguments) {
   const auto state = static_cast<AgentActivationState>(arguments.kind);
   if (state != kAutoActivated && state != kPreviewActivated && state != kActivated) return kInvalidParam;
-  return Activate(library, client, arguments.fontIDs, state);
+  calls::Activated result = Activate(library, client, arguments.fontIDs, state);
+  if (state == kPreviewActivated) {
+    for (const uint32_t id : result.refused) library.NoteDesignRefused(client, id);
+  }
+  return result;
 }
 
 // The library's callers get no lists, so the call fails if any font failed.

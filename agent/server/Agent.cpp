@@ -113,6 +113,12 @@ LibraryEvents Agent::MakeLibraryEvents() {
     if (hadProgress) Notify({{"notify", PluginInterface::kBulkReplicationStopped}});
     dispatcher_.Release();
   };
+  events.designRefused = [this](uint32_t client, uint32_t fontID) {
+    const auto found = clients_.find(client);
+    if (found == clients_.end() || !found->second.activatesDesigns || !found->second.wantsNotifications) return;
+    server_.Send(client, ToText({{"notify", PluginInterface::kDesignActivationNonCompliant}, {"fontID", fontID}}));
+  };
+  events.listsChanged = [this] { Notify({{"notify", PluginInterface::kSmartListsChanged}}); };
   events.report = [this](const std::string& line) { log_.Write(line); };
   return events;
 }

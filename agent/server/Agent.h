@@ -35,6 +35,7 @@ class Agent {
  private:
   struct Client {
     bool wantsNotifications = false;
+    bool activatesDesigns = false;
   };
 
   void WatchPlace();

@@ -2,6 +2,8 @@
 #include <map>
 #include <set>
 
+#include <algorithm>
+
 #include "agent/fonts/FontRecord.h"
 #include "agent/fonts/ShownText.h"
 #include "agent/server/Calls.h"
@@ -36,6 +38,36 @@ bool IsBetterMember(FontLibrary& library, const Font& a, const Font& b, uint32_t
     return font.face.kind == kind ? 1 : 0;
   };
   return rank(a) > rank(b);
+}
+
+calls::DescribeFonts::Font Describe(const FontLibrary& library, const Font& font) {
+  const FontFace& face = font.face;
+  calls::DescribeFonts::Font out;
+  out.fontID = font.id;
+  out.displayName = DisplayName(face);
+  out.family = face.family;
+  out.style = face.style;
+  out.postscriptName = face.postScriptName;
+  out.kind = face.kind;
+  out.foundry = face.foundry;
+  out.version = face.version;
+  out.path = ShownPath(font.path);
+  out.faceIndex = static_cast<uint32_t>(face.faceIndex);
+  out.fileSize = static_cast<uint32_t>(std::min<uint64_t>(font.fileSize, UINT32_MAX));
+  out.weight = face.traits.weight;
+  out.width = face.traits.width;
+  out.design = WordOf(face.traits.design);
+  out.italic = face.traits.isItalic;
+  out.monospaced = face.traits.isMonospaced;
+  out.variable = face.traits.isVariable;
+  out.coloured = face.traits.isColoured;
+  out.scripts = ScriptCodes(face.coverage);
+  out.languages = LanguageCodes(face.coverage);
+  out.added = static_cast<uint32_t>(font.added);
+  out.state = static_cast<uint32_t>(library.Active().StateOf(font));
+  out.checksum = face.glyphsureChecksum;
+  out.workgroupID = font.workgroupID;
+  return out;
 }
 
 }  // namespace
@@ -110,6 +142,15 @@ Answer<calls::GetScanReport> Serve(FontLibrary& library, ClientID, const calls::
 Answer<calls::Rescan> Serve(FontLibrary& library, ClientID, const calls::Rescan::Arguments&) {
   library.Rescan();
   return calls::Nothing();
+}
+
+Answer<calls::DescribeFonts> Serve(FontLibrary& library, ClientID, const calls::DescribeFonts::Arguments& arguments) {
+  library.FreshenSystemFonts(false);
+  calls::DescribeFonts::Result result;
+  for (const uint32_t id : arguments.fontIDs) {
+    if (const Font* font = library.Table().Find(id)) result.fonts.push_back(Describe(library, *font));
+  }
+  return result;
 }
 
 }  // namespace agent

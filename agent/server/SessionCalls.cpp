@@ -28,6 +28,13 @@ Answer<calls::SetNotifications> Agent::Serve(ClientID client, const calls::SetNo
   return calls::Nothing();
 }
 
+Answer<calls::EnableDesignActivation> Agent::Serve(ClientID client, const calls::EnableDesignActivation::Arguments&) {
+  const auto found = clients_.find(client);
+  if (found == clients_.end()) return kInvalidParam;
+  found->second.activatesDesigns = true;
+  return calls::Nothing();
+}
+
 Answer<calls::InitThreadInstance> Agent::Serve(ClientID, const calls::InitThreadInstance::Arguments&) {
   if (!library_) return kInvalidVault;
   return calls::Nothing();
@@ -71,6 +78,20 @@ Answer<calls::GetPermission> Agent::Serve(ClientID, const calls::GetPermission::
 
 Answer<calls::GetRenderedPNGsDirectory> Agent::Serve(ClientID, const calls::GetRenderedPNGsDirectory::Arguments&) {
   return calls::GetRenderedPNGsDirectory::Result{previews_.Folder()};
+}
+
+Answer<calls::GetStatus> Agent::Serve(ClientID, const calls::GetStatus::Arguments&) {
+  calls::GetStatus::Result result;
+  result.folders = configuration_.library;
+  result.activeFolder = configuration_.ActiveFolderPath();
+  result.isDesktop = configuration_.desktop;
+  if (!library_) return {kInvalidVault, std::move(result)};
+  const ScanProgress progress = library_->Scans().Progress();
+  result.isScanning = library_->Scans().IsRunning();
+  result.step = static_cast<uint32_t>(progress.step);
+  result.steps = static_cast<uint32_t>(progress.steps);
+  result.fonts = static_cast<uint32_t>(library_->Table().Count());
+  return result;
 }
 
 }  // namespace agent

@@ -32,8 +32,9 @@ Answer<calls::CreateTopLevelSet> Serve(FontLibrary& library, ClientID,
   const bool isNameGood = !arguments.name.empty() && arguments.name.size() <= kLongestSetName;
   if (!isNameGood || arguments.workgroupID != kFontLibrary.id) return kInvalidParam;
   if (!AreAllKnown(library, arguments.fontIDs)) return kNotFound;
-  return calls::CreateTopLevelSet::Result{
-      library.User().CreateSet(arguments.name, arguments.workgroupID, arguments.fontIDs)};
+  const uint32_t id = library.User().CreateSet(arguments.name, arguments.workgroupID, arguments.fontIDs);
+  library.NoteListsChanged();
+  return calls::CreateTopLevelSet::Result{id};
 }
 
 Answer<calls::AddFontsToSets> Serve(FontLibrary& library, ClientID, const calls::AddFontsToSets::Arguments& arguments) {
@@ -42,6 +43,7 @@ Answer<calls::AddFontsToSets> Serve(FontLibrary& library, ClientID, const calls:
   if (setIDs.size() * fontIDs.size() > kMostNumbers) return kInvalidParam;
   if (!AreAllKnown(library, fontIDs)) return kNotFound;
   if (!library.User().AddToSets(setIDs, fontIDs)) return kNotFound;
+  library.NoteListsChanged();
   return calls::Nothing();
 }
 

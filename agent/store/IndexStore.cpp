@@ -12,16 +12,37 @@ namespace agent {
 namespace {
 
 // Increase it when the reader finds more or other things in a file: rows of another version are not used.
-constexpr int kIndexVersion = 2;
+constexpr int kIndexVersion = 3;
 
 constexpr const char* kTables = R"(
 CREATE TABLE files(path TEXT PRIMARY KEY, device INTEGER, inode INTEGER, size INTEGER, modified INTEGER,
                    verdict INTEGER, problem TEXT) WITHOUT ROWID;
 CREATE TABLE faces(path TEXT REFERENCES files(path) ON DELETE CASCADE, face INTEGER, postscript_name TEXT, family TEXT,
                    style TEXT, kind TEXT, foundry TEXT, version TEXT, printer_font TEXT, kerning INTEGER,
-                   checksum INTEGER, glyphsure INTEGER, PRIMARY KEY(path, face)) WITHOUT ROWID;)";
+                   checksum INTEGER, glyphsure INTEGER, weight INTEGER, width INTEGER, design INTEGER, flags INTEGER,
+                   scripts TEXT, languages TEXT, PRIMARY KEY(path, face)) WITHOUT ROWID;)";
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
+
+constexpr int64_t kItalic = 1, kMonospaced = 2, kVariable = 4, kColoured = 8;
+
+int64_t FlagsOf(const FontTraits& traits) {
+  return (traits.isItalic ? kItalic : 0) | (traits.isMonospaced ? kMonospaced : 0) |
+         (traits.isVariable ? kVariable : 0) | (traits.isColoured ? kColoured : 0);
+}
+
+FontTraits TraitsOfRow(const Statement& row, int column) {
+  FontTraits traits;
+  traits.weight = static_cast<uint16_t>(row.Integer(column));
+  traits.width = static_cast<uint8_t>(row.Integer(column + 1));
+  traits.design = static_cast<FontDesign>(row.Integer(column + 2));
+  const int64_t flags = row.Integer(column + 3);
+  traits.isItalic = (flags & kItalic) != 0;
+  traits.isMonospaced = (flags & kMonospaced) != 0;
+  traits.isVariable = (flags & kVariable) != 0;
+  traits.isColoured = (flags & kColoured) != 0;
+  return traits;
+}
 
 FontFace FaceOfRow(const Statement& row) {
   FontFace face;
@@ -36,6 +57,8 @@ FontFace FaceOfRow(const Statement& row) {
   face.kerningChecksum = static_cast<uint32_t>(row.Integer(9));
   face.checksum = static_cast<uint32_t>(row.Integer(10));
   face.glyphsureChecksum = static_cast<uint32_t>(row.Integer(11));
+  face.traits = TraitsOfRow(row, 12);
+  face.coverage = {CoverageOfText(row.Text(16)), CoverageOfText(row.Text(17))};
   return face;
 }
 
@@ -43,7 +66,10 @@ void InsertFace(Statement& insert, const std::string& path, const FontFace& face
   insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Bind(3, face.postScriptName).Bind(4, face.family);
   insert.Bind(5, face.style).Bind(6, face.kind).Bind(7, face.foundry).Bind(8, face.version).Bind(9, face.printerFont);
   insert.Bind(10, int64_t{face.kerningChecksum}).Bind(11, int64_t{face.checksum});
-  insert.Bind(12, int64_t{face.glyphsureChecksum}).Run();
+  insert.Bind(12, int64_t{face.glyphsureChecksum}).Bind(13, int64_t{face.traits.weight});
+  insert.Bind(14, int64_t{face.traits.width}).Bind(15, static_cast<int64_t>(face.traits.design));
+  insert.Bind(16, FlagsOf(face.traits)).Bind(17, TextOfCoverage(face.coverage.scripts));
+  insert.Bind(18, TextOfCoverage(face.coverage.languages)).Run();
 }
 
 }  // namespace
@@ -88,9 +114,10 @@ void IndexStore::Open() {
 
 std::vector<IndexedFile> IndexStore::Load() {
   std::map<std::string, std::vector<FontFace>> faces;
-  Statement faceRows(*database_,
-                     "SELECT path, face, postscript_name, family, style, kind, foundry, version, printer_font, "
-                     "kerning, checksum, glyphsure FROM faces ORDER BY path, face");
+  Statement faceRows(
+      *database_,
+      "SELECT path, face, postscript_name, family, style, kind, foundry, version, printer_font, "
+      "kerning, checksum, glyphsure, weight, width, design, flags, scripts, languages FROM faces ORDER BY path, face");
   while (faceRows.Step()) faces[faceRows.Text(0)].push_back(FaceOfRow(faceRows));
   std::vector<IndexedFile> files;
   Statement rows(*database_, "SELECT path, device, inode, size, modified, verdict, problem FROM files");
@@ -116,7 +143,7 @@ void IndexStore::Put(const IndexedFile& file) {
   insertFile.Bind(1, file.path).Bind(2, Signed(file.identity.device)).Bind(3, Signed(file.identity.inode));
   insertFile.Bind(4, Signed(file.identity.size)).Bind(5, file.identity.modified);
   insertFile.Bind(6, static_cast<int64_t>(file.content.verdict)).Bind(7, file.content.problem).Run();
-  Statement insertFace(*database_, "INSERT INTO faces VALUES(?,?,?,?,?,?,?,?,?,?,?,?)");
+  Statement insertFace(*database_, "INSERT INTO faces VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
   for (const FontFace& face : file.content.faces) InsertFace(insertFace, file.path, face);
   transaction.Commit();
 }

@@ -4,12 +4,14 @@
 
 #include <array>
 
+#include "platform/Clock.h"
+
 namespace agent {
 
 namespace {
 
 // Steps are added, never changed.
-constexpr std::array<const char*, 2> kMigrations = {R"(
+constexpr std::array<const char*, 3> kMigrations = {R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
 CREATE INDEX fonts_by_file ON fonts(device, inode, face);
@@ -20,7 +22,16 @@ CREATE TABLE sets(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), w
 CREATE TABLE set_fonts(set_id INTEGER NOT NULL REFERENCES sets(id), font INTEGER NOT NULL REFERENCES fonts(id),
                        place INTEGER NOT NULL, PRIMARY KEY(set_id, font)) WITHOUT ROWID;)",
                                                     // Null in rows that the first version wrote, until the next scan.
-                                                    "ALTER TABLE fonts ADD COLUMN content TEXT"};
+                                                    "ALTER TABLE fonts ADD COLUMN content TEXT",
+                                                    R"(
+ALTER TABLE fonts ADD COLUMN added INTEGER NOT NULL DEFAULT 0;
+CREATE TABLE smart_sets(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id < 2147483648), name TEXT NOT NULL,
+                        rule TEXT NOT NULL);
+CREATE TABLE smart_lists(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 100 AND id < 2147483648), name TEXT NOT NULL);
+INSERT INTO sqlite_sequence VALUES('smart_lists', 100);
+CREATE TABLE smart_list_members(list INTEGER NOT NULL REFERENCES smart_lists(id), kind INTEGER NOT NULL,
+                                member INTEGER NOT NULL, PRIMARY KEY(list, kind, member)) WITHOUT ROWID;
+CREATE TABLE panel_clicks(font INTEGER PRIMARY KEY REFERENCES fonts(id), count INTEGER NOT NULL);)"};
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
 
@@ -45,9 +56,14 @@ UserStore::UserStore(const std::string& path) : database_(path) {
 
 // Finds the font that this place had at the last scan. Returns false if there was none.
 bool UserStore::FindFontAt(const std::string& path, int32_t face, StoredFont& font) {
-  Statement find(database_, "SELECT id, device, inode, name, content FROM fonts WHERE path=? AND face=?");
+  Statement find(database_, "SELECT id, device, inode, name, content, added FROM fonts WHERE path=? AND face=?");
   if (!find.Bind(1, path).Bind(2, int64_t{face}).Step()) return false;
-  font = {static_cast<uint32_t>(find.Integer(0)), find.Integer(1), find.Integer(2), find.Text(3), find.Text(4)};
+  font = {static_cast<uint32_t>(find.Integer(0)),
+          find.Integer(1),
+          find.Integer(2),
+          find.Text(3),
+          find.Text(4),
+          find.Integer(5)};
   return true;
 }
 
@@ -66,9 +82,14 @@ std::optional<uint32_t> UserStore::FindFontElsewhere(const FontFace& face, const
   return static_cast<uint32_t>(replaced.Integer(0));
 }
 
+int64_t UserStore::AddedOf(uint32_t id) {
+  Statement find(database_, "SELECT added FROM fonts WHERE id=?");
+  return find.Bind(1, int64_t{id}).Step() ? find.Integer(0) : 0;
+}
+
 uint32_t UserStore::InsertFont(const std::string& path, const FontFace& face) {
-  Statement insert(database_, "INSERT INTO fonts(path, face) VALUES(?,?)");
-  insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Run();
+  Statement insert(database_, "INSERT INTO fonts(path, face, added) VALUES(?,?,?)");
+  insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Bind(3, platform::Clock::WholeSeconds()).Run();
   return static_cast<uint32_t>(database_.LastInsertedRow());
 }
 
@@ -103,12 +124,13 @@ FontNumber UserStore::FontID(const std::string& path, const FontFace& face, cons
   if (isKnown && known.name == face.postScriptName && (known.content == content || known.content.empty())) {
     const bool isSame = known.device == Signed(identity.device) && known.inode == Signed(identity.inode);
     if (!isSame || known.content.empty()) PutFont(known.id, path, face, identity);
-    return {known.id};
+    return {known.id, 0, known.added};
   }
   Transaction transaction(database_);
   if (isKnown) DisplaceFont(known.id);
   const std::optional<uint32_t> elsewhere = FindFontElsewhere(face, identity);
-  FontNumber number{elsewhere ? *elsewhere : InsertFont(path, face)};
+  FontNumber number{elsewhere ? *elsewhere : InsertFont(path, face), 0, 0};
+  number.added = AddedOf(number.id);
   PutFont(number.id, path, face, identity);
   if (isKnown && known.name == face.postScriptName) {
     number.former = known.id;

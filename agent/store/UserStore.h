@@ -25,6 +25,7 @@ struct FontNumber {
   // The ID of the older version whose file this one replaced, if any. Its sets and lasting activations are those of the
   // new ID now.
   uint32_t former = 0;
+  int64_t added = 0;  // to the library, in seconds since 1970; 0 if unknown
 };
 
 // All functions throw StoreError. What returned has been stored.
@@ -49,15 +50,20 @@ class UserStore {
   bool AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs);
   std::vector<FontSet> Sets();
 
+  // For the stores that keep their tables in the same file.
+  Database& Tables() { return database_; }
+
  private:
   struct StoredFont {
     uint32_t id = 0;
     int64_t device = 0, inode = 0;
     std::string name, content;
+    int64_t added = 0;
   };
 
   bool FindFontAt(const std::string& path, int32_t face, StoredFont& font);
   std::optional<uint32_t> FindFontElsewhere(const FontFace& face, const FileIdentity& identity);
+  int64_t AddedOf(uint32_t id);
   uint32_t InsertFont(const std::string& path, const FontFace& face);
   void PutFont(uint32_t id, const std::string& path, const FontFace& face, const FileIdentity& identity);
   void DisplaceFont(uint32_t id);

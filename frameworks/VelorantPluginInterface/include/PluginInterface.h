@@ -202,17 +202,31 @@ using agent_protocol::kServiceUnavailableCode;
 //                                kInvalidParam for a size out of range.
 // GetRenderedPNGsDirectory       Writes the folder of these pictures. Files in it may go at any time.
 //
+// --- Smart lists ---
+// A query is three lists of IDs, of workgroups, sets and smart sets; it has the fonts of all of them. A null array is an
+// empty list, whatever its count. kNotFound for an unknown list; kInvalidParam for a change of a list with an ID below 101,
+// which the agent has by itself, and for a name that is empty or longer than 1,023 bytes. Each change is followed by the
+// event SmartListsChanged. Where an array is filled, it gets nothing on failure.
+// GetAllSmartLists               Adds a dictionary for each list, with "smartListID" (integer), "smartListName" (string),
+//                                "workgroupIDs", "setIDs" and "smartSetIDs" (arrays of integers).
+// GetSmartList                   The same for one list. The caller owns *outObject, unchanged on failure.
+// GetPanelSmartListTree          A text with the definition of a list, a line for each part (docs/PROTOCOL.md). The caller
+//                                owns *outString, unchanged on failure.
+// QueryForSmartListFonts         Adds the IDs of the fonts, sorted by name.
+// GetSmartListFonts              Adds a dictionary for each font of a list, sorted by name, with "fontID", "activated",
+//                                "fontLocation", "fontIsLocal" (integers), "displayName" and "postscriptName" (strings).
+//                                Location 3 is this machine, 4 the operating system.
+// CreateSmartList, RenameSmartList, DeleteSmartList, SetSmartListQuery
+// EnableDesignActivation         From now on this client gets the event DesignActivationNonCompliant for each font that
+//                                may not be activated with kind 3.
+// TrackFontPanelClick            Counts a click on a font. kNotFound for an unknown one.
+//
 // --- Names: local; write the name of a column or right. Their result is a TModuleErrorCode ---
 // Get...ColumnID                 The key of that column in a font record, or the name of a right for
-//                                GetCanActivateAcrossWorkgroupsColumnID and GetExportFontsColumnID. kNotImplemented and
-//                                an empty name for a column that the agent does not have.
+//                                GetCanActivateAcrossWorkgroupsColumnID and GetExportFontsColumnID.
 //
 // --- Not served: kNotImplemented; out parameters stay as they were ---
 // Web fonts                      GetGoogleFonts, SetGoogleWebFontsEnabled. CanAccessGoogleFonts returns 0, for no.
-// Panel                          TrackFontPanelClick.
-// Smart lists                    RenameSmartList, DeleteSmartList, GetSmartList, GetPanelSmartListTree,
-//                                QueryForSmartListFonts, GetAllSmartLists, CreateSmartList, SetSmartListQuery,
-//                                GetSmartListFonts. A query is three lists of IDs; a list may be empty.
 
 // X(name, result, (parameters)) in the order of the table.
 // clang-format off
