@@ -1,8 +1,10 @@
-// The command line. The parser, the help and the shell completion all use one table.
+// The command line.
 #pragma once
 
 #include <string>
 #include <vector>
+
+#include "platform/CommandLine.h"
 
 namespace docfonts {
 
@@ -17,7 +19,9 @@ struct Options {
   bool completion = false;
 };
 
-// Options may be anywhere before "--". Returns an empty text, or one line that says what is wrong.
+// The options, which set members of this object.
+std::vector<platform::Option> OptionTable(Options& options);
+// As platform/CommandLine.h. Returns an empty text, or one line that says what is wrong.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 std::string HelpText();
 // Returns a line for the shell that completes the options.

@@ -10,6 +10,7 @@
 #include "host/console/Preferences.h"
 #include "host/console/Report.h"
 #include "host/console/Session.h"
+#include "platform/CommandLine.h"
 
 namespace console {
 
@@ -161,13 +162,9 @@ void RunCommand(CommandContext& context, const Words& words) {
 
 std::string CommandHelp() {
   constexpr size_t kColumn = 24;
-  std::string text;
-  for (const CommandEntry& entry : kCommands) {
-    std::string left = std::string("  ") + entry.name + " " + entry.arguments;
-    left.resize(std::max(left.size() + 2, kColumn), ' ');
-    text += left + entry.help + "\n";
-  }
-  return text;
+  std::vector<platform::CommandText> texts;
+  for (const CommandEntry& entry : kCommands) texts.push_back({entry.name, entry.arguments, entry.help});
+  return platform::HelpLines(texts, kColumn);
 }
 
 }  // namespace console

@@ -1,7 +1,6 @@
-// The host's command line. The parser, the help and the shell completion all use one table.
+// The host's command line.
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -20,17 +19,7 @@ struct Options {
   bool completion = false;
 };
 
-struct OptionEntry {
-  const char* name;
-  const char* argument;  // null without an argument
-  const char* help;
-  void (*take)(Options& options, const std::string& value);
-};
-
-std::span<const OptionEntry> OptionTable();
-
-// Options may be anywhere before "--". A value is the next word or follows "=". Returns an empty text, or one line that
-// says what is wrong.
+// As platform/CommandLine.h. Returns an empty text, or one line that says what is wrong.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 std::string HelpText();
 // Returns a line for the shell that completes the options of ./run.
