@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 #include <optional>
 
+#include "host/include/TraceLines.h"
 #include "platform/Trace.h"
 
 namespace console {
@@ -13,14 +15,35 @@ namespace {
 constexpr size_t kMostLines = 20000;
 constexpr int kDeepest = 20;
 
-// Returns the text between two texts; nothing if either is missing. Searches the end backwards.
-std::optional<std::string> Between(std::string_view line, std::string_view begin, std::string_view end) {
-  const size_t first = line.find(begin);
-  if (first == std::string_view::npos) return std::nullopt;
-  const size_t start = first + begin.size();
-  const size_t last = line.rfind(end);
-  if (last == std::string_view::npos || last < start) return std::nullopt;
-  return std::string(line.substr(start, last - start));
+using Parts = std::vector<std::string>;
+
+// Returns the parts of a line that was traced with this format, as many as it has conversions; nothing for any other line.
+// Texts of `known` stand for the conversions of their position, counted from 0, and are not among the parts. Indentation may
+// precede the line. If a part contains the text between two conversions, the last such text ends it.
+std::optional<Parts> ReadLine(std::string_view line, std::string_view format,
+                              const std::map<size_t, std::string>& known = {}) {
+  Parts between(1);  // the texts before, between and after the conversions
+  size_t conversions = 0;
+  for (size_t i = 0; i < format.size(); ++i) {
+    if (format[i] != '%') {
+      between.back() += format[i];
+      continue;
+    }
+    i = format.find_first_of("sdx", i);
+    const auto found = known.find(conversions++);
+    found == known.end() ? between.emplace_back() : between.back() += found->second;
+  }
+  if (!line.ends_with(between.back())) return std::nullopt;
+  size_t end = line.size() - between.back().size();
+  Parts parts(between.size() - 1);
+  for (size_t i = parts.size(); i-- > 0;) {
+    const std::string& before = between[i];
+    const size_t at = i == 0 ? line.find(before) : line.substr(0, end).rfind(before);
+    if (at == std::string_view::npos || at + before.size() > end) return std::nullopt;
+    parts[i] = line.substr(at + before.size(), end - at - before.size());
+    end = at;
+  }
+  return parts;
 }
 
 struct Preference {
@@ -29,13 +52,10 @@ struct Preference {
   std::string stage;
 };
 
-// "Preferred 'FILE' over 'FILE' for 'NAME': STAGE"
 std::optional<Preference> ReadPreferred(std::string_view line, const std::string& name) {
-  const std::string end = "' for '" + name + "': ";
-  const auto file = Between(line, "Preferred '", "' over '");
-  const auto over = Between(line, "' over '", end);
-  if (!file || !over) return std::nullopt;
-  return Preference{*file, *over, std::string(line.substr(line.rfind(end) + end.size()))};
+  const auto parts = ReadLine(line, trace_lines::kPreferred, {{2, name}});
+  if (!parts) return std::nullopt;
+  return Preference{(*parts)[0], (*parts)[1], (*parts)[2]};
 }
 
 struct Match {
@@ -43,28 +63,23 @@ struct Match {
   std::string how;
 };
 
-// "Matched 'NAME' with 'FILE': HOW"
 std::optional<Match> ReadMatched(std::string_view line, const std::string& name) {
-  const auto file = Between(line, "Matched '" + name + "' with '", "': ");
-  if (!file) return std::nullopt;
-  return Match{*file, std::string(line.substr(line.rfind("': ") + 3))};
+  const auto parts = ReadLine(line, trace_lines::kMatched, {{0, name}});
+  if (!parts) return std::nullopt;
+  return Match{(*parts)[0], (*parts)[1]};
 }
 
 bool ReadBatchSize(std::string_view line, int64_t& count) {
-  constexpr std::string_view kBefore = "Ready to batch-activate ";
-  return line.starts_with(kBefore) &&
-         std::from_chars(line.data() + kBefore.size(), line.data() + line.size(), count).ec == std::errc();
+  const auto parts = ReadLine(line, trace_lines::kReadyToActivate);
+  if (!parts) return false;
+  const std::string& number = parts->front();
+  return std::from_chars(number.data(), number.data() + number.size(), count).ec == std::errc();
 }
 
-}  // namespace
-
-namespace {
-
-// Returns the code that a line reports for the function and document; empty for any other line.
-std::string CodeOf(const std::string& line, const std::string& function, const std::string& path) {
-  const std::string told = function + "('" + path + "') returned ";
-  const size_t at = line.find(told);
-  return at == std::string::npos ? "" : line.substr(at + told.size());
+// Returns the code that a line reports for the document; empty for any other line.
+std::string CodeOf(std::string_view line, std::string_view format, const std::string& path) {
+  const auto parts = ReadLine(line, format, {{0, path}});
+  return parts ? parts->front() : "";
 }
 
 }  // namespace
@@ -74,6 +89,7 @@ TraceRecorder::~TraceRecorder() { platform::SetTraceSink(nullptr, nullptr); }
 
 void TraceRecorder::Take(void* context, int indentChange, std::string_view line) {
   auto* self = static_cast<TraceRecorder*>(context);
+  line = line.substr(0, line.find_last_not_of('\n') + 1);
   std::function<void(int64_t)> observer;
   {
     const std::lock_guard lock(self->mutex_);
@@ -87,7 +103,7 @@ void TraceRecorder::Take(void* context, int indentChange, std::string_view line)
 void TraceRecorder::Store(int indentChange, std::string_view line) {
   if (indentChange < 0) indent_ = std::max(0, indent_ + indentChange);
   std::string text(static_cast<size_t>(std::min(indent_, kDeepest)) * 2, ' ');
-  text += line.substr(0, line.find_last_not_of('\n') + 1);
+  text += line;
   if (indentChange > 0) indent_ += indentChange;
   // A timer that fires a hundred times a second would push out everything else.
   if (!lines_.empty() && lines_.back().text == text) {
@@ -131,8 +147,8 @@ bool TraceRecorder::HasFailedToWriteSlug(const std::string& path) const {
   const std::lock_guard lock(mutex_);
   bool hasFailed = false;
   for (size_t i = FirstSinceMark(); i < lines_.size(); ++i) {
-    const std::string code = CodeOf(lines_[i].text, "WriteXMPGlyphsureSlugToFile", path);
-    if (!code.empty()) hasFailed = code != "0x00000000";
+    const std::string code = CodeOf(lines_[i].text, trace_lines::kSlugWritten, path);
+    if (!code.empty()) hasFailed = code != "00000000";
   }
   return hasFailed;
 }
@@ -141,7 +157,7 @@ bool TraceRecorder::HasFailedToLookUpFonts(const std::string& path) const {
   constexpr const char* kNoFonts = "-43";
   const std::lock_guard lock(mutex_);
   for (size_t i = FirstSinceMark(); i < lines_.size(); ++i) {
-    const std::string code = CodeOf(lines_[i].text, "CreateGlyphsureDataForDocument", path);
+    const std::string code = CodeOf(lines_[i].text, trace_lines::kFontsLookedUp, path);
     if (!code.empty() && code != kNoFonts) return true;
   }
   return false;

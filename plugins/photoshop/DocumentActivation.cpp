@@ -9,6 +9,7 @@
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
 #include "Tracking/FontActivationTracker.h"
+#include "host/include/TraceLines.h"
 #include "photoshop/DocumentEvents.h"
 #include "photoshop/PhotoshopFontUtils.h"
 
@@ -156,16 +157,16 @@ void UpdateGlyphsureSlugsForDocument(const std::string& path) {
       CreateGlyphsureDataForDocument(path, fonts, FontManagerInterface::kAllWorkgroupsID, false, allFound);
   if ((status & 0xFFFF) != 0 || !fonts) {
     // Do not replace the document's slug with the result of a failed look-up.
-    OutputIndentedAndFormattedString(0, "CreateGlyphsureDataForDocument('%s') returned %d", path.c_str(), status);
+    OutputIndentedAndFormattedString(0, trace_lines::kFontsLookedUp, path.c_str(), status);
     return;
   }
   std::string currentPath;
   PhotoshopFontUtils::GetCurrentDocumentPathUnstableInCS6(&currentPath);
   const TModuleErrorCode code = WriteXMPGlyphsureSlugToFile(currentPath, fonts);
-  OutputIndentedAndFormattedString(0, "WriteXMPGlyphsureSlugToFile('%s') returned 0x%08x", currentPath.c_str(), code);
+  OutputIndentedAndFormattedString(0, trace_lines::kSlugWritten, currentPath.c_str(), code);
 }
 
 void RemoveAllGlyphsureSlugsForDocument(const std::string& path) {
   const TModuleErrorCode code = WriteXMPGlyphsureSlugToFile(path, Array());
-  OutputIndentedAndFormattedString(0, "WriteXMPGlyphsureSlugToFile('%s') returned 0x%08x", path.c_str(), code);
+  OutputIndentedAndFormattedString(0, trace_lines::kSlugWritten, path.c_str(), code);
 }

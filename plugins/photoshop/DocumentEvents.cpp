@@ -76,7 +76,7 @@ SPErr OpenEvent(FourCharCode, PIActionDescriptor descriptor, int32_t, void*) {
 }
 
 void HandleOpenedDocument(const std::string& path, bool silently) {
-  OutputIndentedAndFormattedString(1, "Entering %s('%s', %d)", __func__, path.c_str(), silently);
+  const TracedCall traced(__func__, "Entering %s('%s', %d)", __func__, path.c_str(), silently);
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   FontManagerInterface* manager = FontManagerInterface::sm_pFontManager.get();
   if (!ui || !ui->IsValid() || !manager) return;

@@ -92,13 +92,13 @@ SPErr PhotoshopFontUtils::GetDocumentID(int* id, const std::string& path) {
 }
 
 SPErr PhotoshopFontUtils::GetDocumentDirtyFlag(const int* id, bool* isDirty) {
+  TracedCall traced(__func__);
   int32_t dirty = 0;
   HostValue value;
   value.integer = &dirty;
   const SPErr error = PIUGetInfo(kClassDocument, Code("IsDr"), value);
   if (error == kNoErr) *isDirty = dirty != 0;
-  OutputIndentedAndFormattedString(-1, "%s(0x%08x, isDirty=%d) returning %d", __func__,
-                                   static_cast<unsigned>(id ? *id : 0), dirty, error);
+  traced.End("%s(0x%08x, isDirty=%d) returning %d", __func__, static_cast<unsigned>(id ? *id : 0), dirty, error);
   return error;
 }
 

@@ -86,10 +86,7 @@ SPErr HandleCommandBoxAction() {
 }
 
 void DoCheckDocFonts() {
-  OutputIndentedAndFormattedString(1, "Entering %s()", __func__);
-  const struct Exit {
-    ~Exit() { OutputIndentedAndFormattedString(-1, "Exiting HandleCheckDocFontsCommand"); }
-  } exit;
+  const TracedCall traced("HandleCheckDocFontsCommand", "Entering %s()", __func__);
   if (!FontManagerInterface::AutoActivationIsReady()) return;
   std::string path;
   if (PhotoshopFontUtils::GetCurrentDocumentPathTracked(&path) != kNoErr) return;
@@ -123,10 +120,8 @@ void DoMakeDocumentSet() {
 }
 
 void DoCollectForOutput() {
-  OutputIndentedAndFormattedString(1, "Entering HandleCollectForOutputCommand");
-  const struct Exit {
-    ~Exit() { OutputIndentedAndFormattedString(-1, "Exiting HandleCollectForOutputCommand"); }
-  } exit;
+  constexpr const char* kName = "HandleCollectForOutputCommand";
+  const TracedCall traced(kName, "Entering %s", kName);
   if (!Manager() || !Manager()->ConnectedToCoreAgent()) return;
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   const int workgroupID = Manager()->GetCurrentWorkgroupID();

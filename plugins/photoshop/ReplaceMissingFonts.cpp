@@ -47,8 +47,8 @@ void CloseAndReopen(int documentID) {
 }
 
 void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documentID) {
-  OutputIndentedAndFormattedString(1, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)",
-                                   __func__, gOpenDocumentCallCounter, gShowingAlertCallCounter);
+  const TracedCall traced(__func__, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)",
+                          __func__, gOpenDocumentCallCounter, gShowingAlertCallCounter);
   // The timer stays armed and fires again in a second.
   if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
   std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });

@@ -42,7 +42,7 @@ void AllTrackedDocuments::AddDocument(std::shared_ptr<OneTrackedDocument> record
 
 void AllTrackedDocuments::RemoveClosedDocument(const OneTrackedDocument* closed) {
   const std::string identifier = closed->GetIdentifier();
-  OutputIndentedAndFormattedString(1, "Entering %s('%s')", __func__, identifier.c_str());
+  const TracedCall traced(__func__, "Entering %s('%s')", __func__, identifier.c_str());
   DocumentList& list = GetDocumentList();
   try {
     const auto isIt = [&](const auto& record) { return record->GetIdentifier() == identifier; };

@@ -77,17 +77,16 @@ void CommonFunctionality::ResetForTesting() {
 }
 
 TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
-  OutputIndentedAndFormattedString(1, "Entering CommonFunctionality::Startup(%d)", allowDialogs);
+  TracedCall traced("CommonFunctionality::Startup", "Entering CommonFunctionality::Startup(%d)", allowDialogs);
   const GScopedLock lock(sMutex);
   const bool isFirstCall = numberOfTimesStartupMethodHasBeenCalled++ == 0;
   if (!isFirstCall) {
-    OutputIndentedAndFormattedString(-1, "Early return from %s() because it has been called %d times", __func__,
-                                     numberOfTimesStartupMethodHasBeenCalled);
+    traced.End("Early return from %s() because it has been called %d times", __func__,
+               numberOfTimesStartupMethodHasBeenCalled);
     return CoreErrorCodes::kUnknownError;
   }
   if (const int xmp = InitializeGlyphsureXMP()) {
-    OutputIndentedAndFormattedString(-1, "Bailing out of %s because InitializeGlyphsureXMP() returned %d", __func__,
-                                     xmp);
+    traced.End("Bailing out of %s because InitializeGlyphsureXMP() returned %d", __func__, xmp);
     return static_cast<TModuleErrorCode>(xmp);
   }
   // Assume success; the following steps only ever reset these.
@@ -118,7 +117,7 @@ TModuleErrorCode CommonFunctionality::Startup(bool allowDialogs) {
   result = CheckLogin(ui, allowDialogs, result);
   result = CheckWorkgroups(ui, allowDialogs, result);
   FontManagerInterface::CheckSelectWorkgroup();
-  OutputIndentedAndFormattedString(-1, "%s() returning %d", __func__, static_cast<int>(result));
+  traced.End("%s() returning %d", __func__, static_cast<int>(result));
   return result;
 }
 

@@ -5,6 +5,7 @@
 
 #include "Identification/FontMatching.h"
 #include "Services/DiagnosticLog.h"
+#include "host/include/TraceLines.h"
 
 namespace GlyphsureSupport {
 
@@ -76,12 +77,12 @@ void SortByBestMatch(Array candidates, const Dictionary& context) {
 }
 
 void TracePreferred(const Dictionary& chosen, const Dictionary& other, const char* documentName, const char* words) {
-  OutputIndentedAndFormattedString(0, "Preferred '%s' over '%s' for '%s': %s", FileOf(chosen).c_str(),
-                                   FileOf(other).c_str(), documentName, words);
+  OutputIndentedAndFormattedString(0, trace_lines::kPreferred, FileOf(chosen).c_str(), FileOf(other).c_str(),
+                                   documentName, words);
 }
 
 void TraceMatched(const Dictionary& chosen, const char* documentName, const char* words) {
-  OutputIndentedAndFormattedString(0, "Matched '%s' with '%s': %s", documentName, FileOf(chosen).c_str(), words);
+  OutputIndentedAndFormattedString(0, trace_lines::kMatched, documentName, FileOf(chosen).c_str(), words);
 }
 
 }  // namespace GlyphsureSupport

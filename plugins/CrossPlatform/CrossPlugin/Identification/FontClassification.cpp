@@ -35,35 +35,48 @@ Dictionary FirstActive(const Array& candidates) {
   return Dictionary();
 }
 
-constexpr const char* kIsPerfectMatch = "perfect match with the document's data";
+enum class Reason { kNone, kPerfectMatch, kOnlyCandidate, kBestMatch, kAlreadyActive };
+
+const char* WordsOf(Reason reason) {
+  switch (reason) {
+    case Reason::kNone: break;
+    case Reason::kPerfectMatch: return "perfect match with the document's data";
+    case Reason::kOnlyCandidate: return "only candidate";
+    case Reason::kBestMatch: return "best match";
+    case Reason::kAlreadyActive: return "already active";
+  }
+  return "";
+}
 
 // The outcome for a font: a match with its reason, or none.
 struct Choice {
   Dictionary match;
-  const char* reason = "";
+  Reason reason = Reason::kNone;
 };
 
 // Tries in this order: identity, a single candidate for a record with nothing but a name, the user's preference for the
 // best match, and an active font.
 Choice Choose(const Dictionary& font, const Array& candidates, bool pickBestMatch) {
   Dictionary perfect;
-  if (CountPerfectMatches(font, candidates, perfect) >= 1) return {perfect, kIsPerfectMatch};
+  if (CountPerfectMatches(font, candidates, perfect) >= 1) return {perfect, Reason::kPerfectMatch};
   if (candidates.Count() == 0) return {};
-  if (candidates.Count() == 1 && IsPostScriptNameOnly(font)) return {Dictionary(candidates.At(0)), "only candidate"};
-  if (pickBestMatch) return {Dictionary(candidates.At(0)), "best match"};
-  if (IsPostScriptNameOnly(font)) return {FirstActive(candidates), "already active"};
+  if (candidates.Count() == 1 && IsPostScriptNameOnly(font))
+    return {Dictionary(candidates.At(0)), Reason::kOnlyCandidate};
+  if (pickBestMatch) return {Dictionary(candidates.At(0)), Reason::kBestMatch};
+  if (IsPostScriptNameOnly(font)) return {FirstActive(candidates), Reason::kAlreadyActive};
   return {};
 }
 
 // The sort traced why the first candidate is the best. This traces that another was chosen, or another reason.
 void TraceChoice(const Choice& choice, const Array& candidates, const char* name) {
   const Dictionary best(candidates.At(0));
+  const char* const words = WordsOf(choice.reason);
   if (!(choice.match == best)) {
-    TracePreferred(choice.match, best, name, choice.reason);
-  } else if (candidates.Count() > 1 && choice.reason == kIsPerfectMatch) {
-    TracePreferred(choice.match, Dictionary(candidates.At(1)), name, choice.reason);
+    TracePreferred(choice.match, best, name, words);
+  } else if (candidates.Count() > 1 && choice.reason == Reason::kPerfectMatch) {
+    TracePreferred(choice.match, Dictionary(candidates.At(1)), name, words);
   }
-  TraceMatched(choice.match, name, choice.reason);
+  TraceMatched(choice.match, name, words);
 }
 
 int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts, bool pickBestMatch, int workgroupID) {
@@ -100,11 +113,12 @@ int CategorizeOneFont(Dictionary font, Array& matchedFonts, Array& problemFonts,
 // Hides the progress at the end of the scope, also after an exception.
 class ProgressEnd {
  public:
-  explicit ProgressEnd(VPFInterface* progress) : progress_(progress), exceptions_(std::uncaught_exceptions()) {}
+  ProgressEnd(VPFInterface* progress, TracedCall& traced)
+      : progress_(progress), traced_(traced), exceptions_(std::uncaught_exceptions()) {}
   ~ProgressEnd() {
     if (progress_) progress_->HideProgress();
     if (std::uncaught_exceptions() > exceptions_) {
-      OutputIndentedAndFormattedString(-1, "Exiting ProcessDocumentFontsForAutoActivation via throw.");
+      traced_.End("Exiting ProcessDocumentFontsForAutoActivation via throw.");
     }
   }
   ProgressEnd(const ProgressEnd&) = delete;
@@ -112,6 +126,7 @@ class ProgressEnd {
 
  private:
   VPFInterface* progress_;
+  TracedCall& traced_;
   int exceptions_;
 };
 
@@ -122,10 +137,11 @@ int ProcessDocumentFontsForAutoActivation(const Array& allDocumentFonts, Array m
                                           VPFInterface* progress) {
   if (!FontManagerInterface::ConnectedManager()) return kErrorMarquineNotRunning;
   if (!allDocumentFonts || !matchedFonts || !problemFonts) return kErrorBadArgument;
-  OutputIndentedAndFormattedString(
-      1, "Entering ProcessDocumentFontsForAutoActivation() with %d font(s), glyphsureEnabled=%d, pickBestMatch=%d",
+  TracedCall traced(
+      __func__,
+      "Entering ProcessDocumentFontsForAutoActivation() with %d font(s), glyphsureEnabled=%d, pickBestMatch=%d",
       static_cast<int>(allDocumentFonts.Count()), glyphsureEnabled, pickBestMatch);
-  const ProgressEnd end(progress);
+  const ProgressEnd end(progress, traced);
   int status = 0;
   for (size_t i = 0; i < allDocumentFonts.Count() && status != kErrorMarquineNotRunning; ++i) {
     const Dictionary font(allDocumentFonts.At(i));
@@ -138,8 +154,7 @@ int ProcessDocumentFontsForAutoActivation(const Array& allDocumentFonts, Array m
     }
     status = CategorizeOneFont(font, matchedFonts, problemFonts, pickBestMatch, workgroupID);
   }
-  OutputIndentedAndFormattedString(
-      -1,
+  traced.End(
       "Exiting ProcessDocumentFontsForAutoActivation with %d matchedFonts (%d with Glyphsure data) and %d problemFonts "
       "(%d with Glyphsure data).",
       static_cast<int>(matchedFonts.Count()), CountFontsWithGlyphsureData(matchedFonts),

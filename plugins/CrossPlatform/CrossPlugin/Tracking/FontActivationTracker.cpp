@@ -13,6 +13,7 @@
 #include "Services/DiagnosticLog.h"
 #include "XCore/ECFExtensions/TextConversion.h"
 #include "XCore/ECFExtensions/XCFUtils.h"
+#include "host/include/TraceLines.h"
 #include "platform/Process.h"
 
 using namespace GlyphsureSupport;
@@ -42,10 +43,10 @@ FontActivationTracker::~FontActivationTracker() {
 }
 
 std::string FontActivationTracker::GenerateUniqueIdentifier() {
+  TracedCall traced("FontActivationTracker::GenerateUniqueIdentifier");
   std::string identifier = platform::CreateUUIDString();
   if (identifier.empty()) identifier = GenerateFallbackIdentifier();
-  OutputIndentedAndFormattedString(-1, "FontActivationTracker::GenerateUniqueIdentifier() returning '%s'",
-                                   identifier.c_str());
+  traced.End("FontActivationTracker::GenerateUniqueIdentifier() returning '%s'", identifier.c_str());
   return identifier;
 }
 
@@ -83,11 +84,12 @@ FontActivationTracker::ProgressRef FontActivationTracker::StartProgress(bool bSh
 
 int FontActivationTracker::OpenFontsForIdentifier(const Array& fonts, const std::string& identifier, bool bShowProgress,
                                                   Array activated, Array refused) {
-  OutputIndentedAndFormattedString(1, "Entering FontActivationTracker::OpenFontsForIdentifier(%d fonts, '%s')",
-                                   static_cast<int>(fonts.Count()), identifier.c_str());
+  TracedCall traced("FontActivationTracker::OpenFontsForIdentifier",
+                    "Entering FontActivationTracker::OpenFontsForIdentifier(%d fonts, '%s')",
+                    static_cast<int>(fonts.Count()), identifier.c_str());
   FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) {
-    OutputIndentedAndFormattedString(-1, "OpenFontsForIdentifier returning kErrorMarquineNotRunning (EARLY RETURN)");
+    traced.End("OpenFontsForIdentifier returning kErrorMarquineNotRunning (EARLY RETURN)");
     return kErrorMarquineNotRunning;
   }
   manager->BeginOpeningFontsForDocument(identifier);
@@ -114,7 +116,7 @@ int FontActivationTracker::OpenFontsForIdentifier(const Array& fonts, const std:
   }
   manager->FinishOpeningFontsForDocument(identifier);
   manager->SetCountForLongOperations(1);
-  OutputIndentedAndFormattedString(-1, "OpenFontsForIdentifier returning %d", result);
+  traced.End("OpenFontsForIdentifier returning %d", result);
   return result;
 }
 
@@ -136,7 +138,7 @@ void FontActivationTracker::PrepareFonts(OpenRun& run) {
     }
   }
   const int count = static_cast<int>(run.fontsToActivate.Count());
-  OutputIndentedAndFormattedString(0, "Ready to batch-activate %d fonts", count);
+  OutputIndentedAndFormattedString(0, trace_lines::kReadyToActivate, count);
   if (run.progress) run.progress->GetProperties().SetIntForKey("MaxProgress", count);
 }
 
@@ -311,6 +313,7 @@ void FontActivationTracker::RegisterFontWithDocument(const Dictionary& font, con
 }
 
 size_t FontActivationTracker::CountFontsRegisteredForIdentifier(const std::string& identifier) {
+  TracedCall traced(__func__);
   const GScopedLock lock(mMutex);
   const auto document = m_mDocuments.find(identifier);
   size_t count = 0;
@@ -319,7 +322,7 @@ size_t FontActivationTracker::CountFontsRegisteredForIdentifier(const std::strin
   } else {
     count = document->second.fontIDs.size();
   }
-  OutputIndentedAndFormattedString(-1, "%s('%s') returning %d", __func__, identifier.c_str(), static_cast<int>(count));
+  traced.End("%s('%s') returning %d", __func__, identifier.c_str(), static_cast<int>(count));
   return count;
 }
 

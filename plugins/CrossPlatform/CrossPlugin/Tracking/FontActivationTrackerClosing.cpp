@@ -32,6 +32,7 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
                                                       bool bShowProgress, Array fontsDeactivated) {
   FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
+  TracedCall traced("FontActivationTracker::CloseAllFontsForIdentifier");
   const GScopedLock lock(mMutex);
   CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, bDeactivateClosedFonts};
   int result = 0;
@@ -52,14 +53,14 @@ int FontActivationTracker::CloseAllFontsForIdentifier(const std::string& identif
       // Counts that were decremented stay so. The fonts that were not reached are closed at quit.
       manager->EndActivationChange();
       manager->SetCountForLongOperations(1);
-      OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFontsForIdentifier() exiting abnormally");
+      traced.End("FontActivationTracker::CloseAllFontsForIdentifier() exiting abnormally");
       throw;
     }
     manager->EndActivationChange();
   }
   manager->FinishClosingFontsForDocument(identifier, run.allClosed);
   manager->SetCountForLongOperations(1);
-  OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFontsForIdentifier() returning %d", result);
+  traced.End("FontActivationTracker::CloseAllFontsForIdentifier() returning %d", result);
   return result;
 }
 
@@ -145,6 +146,7 @@ int FontActivationTracker::CloseAllFonts(bool bDeactivateClosedFonts, bool bShow
   FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return kErrorMarquineNotRunning;
   if (m_mFonts.empty()) return 0;
+  TracedCall traced("FontActivationTracker::CloseAllFonts");
   const GScopedLock lock(mMutex);
   CloseRun run{*manager, bDeactivateClosedFonts, bShowProgress, true};
   int result = 0;
@@ -154,12 +156,12 @@ int FontActivationTracker::CloseAllFonts(bool bDeactivateClosedFonts, bool bShow
     // At quit, losing records is better than blocking the host.
     manager->EndActivationChange();
     m_mFonts.clear();
-    OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() exiting abnormally");
+    traced.End("FontActivationTracker::CloseAllFonts() exiting abnormally");
     throw;
   }
   manager->EndActivationChange();
   m_mFonts.clear();
-  OutputIndentedAndFormattedString(-1, "FontActivationTracker::CloseAllFonts() returning %d", result);
+  traced.End("FontActivationTracker::CloseAllFonts() returning %d", result);
   return result;
 }
 

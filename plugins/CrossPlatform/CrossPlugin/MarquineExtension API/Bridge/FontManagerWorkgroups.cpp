@@ -164,8 +164,9 @@ int FontManagerInterface::AddWorkgroupNamesToFonts(const Array& fonts) {
 }
 
 void FontManagerInterface::InitializeDefaultWorkgroup() {
+  TracedCall traced("FontManagerInterface::InitializeDefaultWorkgroup");
   if (!IsRunning()) {
-    OutputIndentedAndFormattedString(-1, "Exiting because FontManager is not running.");
+    traced.End("Exiting because FontManager is not running.");
     return;
   }
   const int id = GetCurrentWorkgroupID();

@@ -17,20 +17,27 @@ void OutputSimpleDebugString(const char* text);
 // The same with a printf format (at most 65,535 bytes). Adds a newline if there is none at the end.
 void OutputFormattedDebugString(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// Writes a trace line. indentChange is +1 at the start of a function, -1 at its exits and 0 for notes. Returns the
-// length of the whole text.
+// Writes a trace line. indentChange is 0 for notes; TracedCall traces entries (+1) and exits (-1) of functions. Returns
+// the length of the whole text.
 int OutputIndentedAndFormattedString(int indentChange, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// Traces the entry to a function and, however the scope ends, the exit. The name must outlive the object.
+// Traces the entry to a function and, however the scope ends, one exit: only so do the lines keep their indentation.
 class TracedCall {
  public:
-  explicit TracedCall(const char* name) : mName(name) { OutputIndentedAndFormattedString(1, "Entering %s()", mName); }
-  ~TracedCall() { OutputIndentedAndFormattedString(-1, "Exiting %s", mName); }
+  // Traces "Entering NAME()", and "Exiting NAME" at the end. The name must outlive the object.
+  explicit TracedCall(const char* name);
+  // The same with an entry line of its own, in printf format.
+  TracedCall(const char* name, const char* entry, ...) __attribute__((format(printf, 3, 4)));
+  ~TracedCall();
   TracedCall(const TracedCall&) = delete;
   TracedCall& operator=(const TracedCall&) = delete;
 
+  // Traces an exit line in place of "Exiting NAME". The first call counts.
+  void End(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
  private:
   const char* mName;
+  bool mHasEnded = false;
 };
 
 void ReleaseModeHeapCheck(const char* where, int line);
