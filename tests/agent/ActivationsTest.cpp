@@ -26,11 +26,9 @@ class Desk {
  public:
   Desk() {
     const std::string system = folder_ / "system";
-    folder_.Write("fonts.conf", "<fontconfig><dir>" + folder_ / "active" + "</dir><dir>" + system + "</dir><cachedir>" +
-                                    folder_ / "cache" + "</cachedir></fontconfig>");
     platform::Places places;
     places.runtime = folder_ / "run";
-    places.fontConfigFile = folder_ / "fonts.conf";
+    places.fontConfigFile = folder_.WriteFontsConf({folder_ / "active", system});
     platform::SetPlaces(places);
     user_ = std::make_unique<UserStore>(folder_ / "user.db");
     AddFile("x", Bytes(kLiberation + "LiberationSerif-Bold.ttf"), "library/x.ttf");

@@ -139,11 +139,9 @@ int RawClient::AgentProcess() const {
 }
 
 AgentRing::AgentRing() {
-  state_.Write("fonts.conf", "<fontconfig><dir>" + state_ / "active" + "</dir><cachedir>" + state_ / "cache" +
-                                 "</cachedir></fontconfig>");
   platform::Places places;
   places.runtime = state_ / "run";
-  places.fontConfigFile = state_ / "fonts.conf";
+  places.fontConfigFile = state_.WriteFontsConf({state_ / "active"});
   places.logs = state_ / "logs";
   platform::SetPlaces(places);
   registered = &recorder_;

@@ -51,11 +51,9 @@ class FontLibraryTest : public testing::Test {
   }
 
   void UseFontConfig(const std::string& folder) {
-    state_.Write("fonts.conf",
-                 "<fontconfig><dir>" + folder + "</dir><cachedir>" + state_ / "cache" + "</cachedir></fontconfig>");
     platform::Places places;
     places.runtime = state_ / "run";
-    places.fontConfigFile = state_ / "fonts.conf";
+    places.fontConfigFile = state_.WriteFontsConf({folder});
     platform::SetPlaces(places);
   }
 

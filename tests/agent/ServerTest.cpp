@@ -169,15 +169,6 @@ TEST_F(ServerTest, WithoutFilesToOpenANewClientIsTurnedAwayAndTheOthersAreServed
   EXPECT_TRUE(gone_.empty());
 }
 
-TEST_F(ServerTest, ANewServerTakesTheSocketOfADeadOneButNotOfALivingOne) {
-  Server other(loop_, {[](ClientID, std::string_view) {}, [](ClientID) {}});
-  EXPECT_EQ(other.Listen(folder_ / "run", kSocketName), std::errc::address_in_use);
-  server_.StopListening();
-  folder_.Write("run/"s + kSocketName, "left behind");
-  EXPECT_FALSE(other.Listen(folder_ / "run", kSocketName));
-  EXPECT_TRUE(Connect());
-}
-
 // A user deletes the state folder and starts again while the old agent is still about to end.
 TEST_F(ServerTest, AnOldServerLeavesTheSocketOfItsSuccessor) {
   std::filesystem::remove_all(folder_ / "run");

@@ -10,24 +10,12 @@ using platform::Dictionary;
 
 namespace {
 
-// Records the fonts that it hears of: "+7" activated, "-7" deactivated.
-class ListeningHost : public CountingHost {
- public:
-  void FontActivated(unsigned id) override { heard.push_back("+" + std::to_string(id)); }
-  void FontDeactivated(unsigned id) override { heard.push_back("-" + std::to_string(id)); }
-  std::vector<std::string> heard;
-};
-
 class Notices : public PluginFixture {
  protected:
-  Notices() { HostAppInterface::SetForTesting(&listener); }
-  ~Notices() override { HostAppInterface::SetForTesting(nullptr); }
-
   template <class T>
   static TModuleErrorCode Post(uint32_t kind, T value) {
     return CoreAgentNotificationCallback(static_cast<PluginInterface::ECallbackKind>(kind), &value);
   }
-  ListeningHost listener;
 };
 
 }  // namespace
@@ -36,9 +24,10 @@ TEST_F(Notices, AreAnsweredInTheOrderOfTheirArrival) {
   EXPECT_EQ(Post<uint32_t>(8, 1), CoreErrorCodes::kUnknownError) << "dropped: there is no manager";
   CoreAgentInterface& manager = Connect();
   for (const auto& [kind, id] : {std::pair(8u, 1u), {9u, 2u}, {8u, 2u}, {9u, 1u}}) Post(kind, id);
-  EXPECT_TRUE(listener.heard.empty()) << "nothing is done on the agent's thread";
+  EXPECT_TRUE(host.heard.empty()) << "nothing is done on the agent's thread";
   EXPECT_EQ(manager.ProcessNotifications(), 4);
-  EXPECT_EQ(listener.heard, (std::vector<std::string>{"+1", "-2", "+2", "-1"}));
+  EXPECT_EQ(host.heard,
+            (std::vector<std::string>{"FontActivated 1", "FontDeactivated 2", "FontActivated 2", "FontDeactivated 1"}));
   EXPECT_EQ(manager.ProcessNotifications(), 0);
 }
 
@@ -72,7 +61,7 @@ TEST_F(Notices, KeepTheFontDataCacheUpToDate) {
 
 TEST_F(Notices, AShutdownOfTheAgentDisablesThePanelsBeforeItIsShown) {
   CoreAgentInterface& manager = Connect();
-  ui->onShown = [&] { EXPECT_FALSE(listener.arePanelsEnabled); };
+  ui->onShown = [&] { EXPECT_FALSE(host.arePanelsEnabled); };
   CoreAgentNotificationCallback(PluginInterface::kAgentShutdown, nullptr);
   manager.ProcessNotifications();
   EXPECT_EQ(ui->TakeShown(), std::vector<std::string>{"box FontManagerNotFoundMessage"});
@@ -92,10 +81,10 @@ TEST_F(Notices, ComeFromManyThreadsAndNoneIsLost) {
   while (handled < static_cast<int>(kThreads * kEach)) handled += manager.ProcessNotifications();
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(manager.ProcessNotifications(), 0);
-  ASSERT_EQ(listener.heard.size(), kThreads * kEach);
+  ASSERT_EQ(host.heard.size(), kThreads * kEach);
   uint32_t next[kThreads] = {};
-  for (const std::string& line : listener.heard) {
-    const uint32_t id = static_cast<uint32_t>(std::stoul(line.substr(1)));
+  for (const std::string& line : host.heard) {
+    const uint32_t id = static_cast<uint32_t>(std::stoul(line.substr(line.find(' '))));
     EXPECT_EQ(id % kEach, next[id / kEach]++) << "each thread's own order";
   }
 }

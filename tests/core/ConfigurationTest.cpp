@@ -49,19 +49,19 @@ TEST(Configuration, LogsWhatItReads) {
 }
 
 TEST(Configuration, WrittenValuesReadBackWithLoweredKeys) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const std::string path = folder.Write("c.conf", "longer than what comes now");
   ASSERT_EQ(GConfigurationFile::WriteFile(path, {{"b", "2"}, {"A", " x "}}), 0u);
-  EXPECT_EQ(TemporaryFolder::Read(path), "A= x \r\nb=2\r\n");
+  EXPECT_EQ(TempFolder::Content(path), "A= x \r\nb=2\r\n");
   Values values;
   ASSERT_EQ(GConfigurationFile::ParseFile(path, values), 0u);
   EXPECT_EQ(values, (Values{{"a", "x"}, {"b", "2"}}));
   ASSERT_EQ(GConfigurationFile::WriteFile(path, {}), 0u);
-  EXPECT_EQ(TemporaryFolder::Read(path), "");
+  EXPECT_EQ(TempFolder::Content(path), "");
 }
 
 TEST(Configuration, FailuresGiveTheFilesCodeNameTheCallAndLeaveTheMap) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   Values values{{"kept", "1"}};
   const auto parse = [&](const std::string& path) { return GConfigurationFile::ParseFile(path, values); };
   const auto write = [&](const std::string& path) { return GConfigurationFile::WriteFile(path, values); };

@@ -1,16 +1,14 @@
 // Helpers of the core library's tests.
 #pragma once
 
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "GLogger.h"
 #include "support/TempFolder.h"
 
-// A text of one letter, as long as the limits of a hundred megabytes ask for.
-inline std::string LongText(size_t length = 100'000'000, char letter = 'x') {
+// Returns a long text of one letter.
+inline std::string LongText(size_t length = 100'000, char letter = 'x') {
   std::string text;
   text.resize(length, letter);
   return text;
@@ -44,9 +42,4 @@ class LogRecorder {
   };
 };
 
-struct TemporaryFolder : test_support::TempFolder {
-  static std::string Read(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-};
+using test_support::TempFolder;

@@ -18,7 +18,7 @@ TEST(FileModes, ModeBitsBecomeTheSystemsModes) {
 
 class FileTest : public testing::Test {
  protected:
-  TemporaryFolder mFolder;
+  TempFolder mFolder;
   GFile mFile;
 };
 
@@ -116,7 +116,7 @@ TEST_F(FileTest, WritesReadsAndTruncates) {
                            mFile.Flush()}),
               testing::Each(0u));
   EXPECT_TRUE(small == 0x1234 && number == 0x11111111u);
-  EXPECT_EQ(TemporaryFolder::Read(path), "\x34");
+  EXPECT_EQ(TempFolder::Content(path), "\x34");
   ASSERT_EQ(mFile.Open(mFolder.Write("other", "x"), 33), 0u);  // closes the first
   ASSERT_EQ(mFile.Close(), 0u);
   EXPECT_EQ(mFile.GetFileSpec(), GFileSystemSpec());
@@ -152,7 +152,7 @@ TEST_F(FileTest, TheDestructorWritesAndCloses) {
     EXPECT_NE(nextDescriptor(), before);
   }
   EXPECT_EQ(nextDescriptor(), before);
-  EXPECT_EQ(TemporaryFolder::Read(mFolder / "f"), "x");
+  EXPECT_EQ(TempFolder::Content(mFolder / "f"), "x");
 }
 
 TEST(Paths, ASpecTakesWhatPeopleWrite) {
@@ -220,7 +220,7 @@ TEST(Paths, Subpaths) {
 
 TEST(Paths, TheCurrentFolderMayBeGone) {
   const std::string before = GFileSystem::OSGetCWD();
-  ASSERT_EQ(chdir(TemporaryFolder().Path().c_str()), 0);
+  ASSERT_EQ(chdir(TempFolder().Path().c_str()), 0);
   EXPECT_EQ(GFileSystem::OSGetCWD(), "");
   EXPECT_TRUE(GFileSystemSpec("a").IsEmpty());
   ASSERT_EQ(chdir(before.c_str()), 0);

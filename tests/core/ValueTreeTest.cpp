@@ -122,16 +122,6 @@ TEST(Values, AsText) {
   EXPECT_EQ(GValue(1).GetValueAsUTF8String(out, 1), GValue::kArrayIndexError);
 }
 
-TEST(Values, TypeNames) {
-  int type = 0;
-  for (const char* name :
-       {"bool", "TByte", "TUByte", "TSInt16", "TSInt32", "TUInt32", "double", "string", "kvtree", "TUInt64", "null"}) {
-    EXPECT_STREQ(GValue::GetStringFromType(static_cast<GValue::EValueType>(type)), name);
-    EXPECT_EQ(GValue::GetTypeFromString(name), type++);
-  }
-  EXPECT_EQ(GValue::GetTypeFromString("Bool"), GValue::kValueType_NULL);
-}
-
 TEST(Trees, KeepValuesByKey) {
   GKVTree tree;
   tree.SetValueForKey(GValue(1), "b");
@@ -252,13 +242,6 @@ TEST(TreeXML, EntitiesAndDepthAreRefused) {
     EXPECT_EQ(Parse(xml, tree), GLibXML::kParseFailed) << xml.substr(0, 60);
     EXPECT_EQ(tree, Nested(0));
   }
-}
-
-TEST(TreeXML, ALineOfHundredMegabytesComesBackOrIsRefused) {
-  GKVTree large, read;
-  large.SetValueForKey(GValue(LongText()), "k");
-  const TModuleErrorCode code = Parse(XMLOf(large), read);
-  EXPECT_TRUE(code == 0 ? read == large : code == GLibXML::kParseFailed && read.IsEmpty());  // a limit of the parser
 }
 
 TEST(TreeXML, WhatAReaderWouldRefuseIsNotWritten) {

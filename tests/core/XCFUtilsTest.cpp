@@ -113,7 +113,7 @@ TEST(XCFUtils, TextsAndParts) {
 }
 
 TEST(XCFUtils, FilesOfDataAndPropertyLists) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const std::string path = folder.Path() + "/list.plist";
   testing::internal::CaptureStdout();
   ASSERT_TRUE(XCFWriteCFPropertyListToXMLFile(MakeDictionary(), path));
@@ -121,7 +121,7 @@ TEST(XCFUtils, FilesOfDataAndPropertyLists) {
   const platform::Data data = XCFCreateCFDataRefFromPath(path);
   ASSERT_TRUE(data);
   ASSERT_TRUE(XCFWriteCFDataRefToXMLFile(data, folder.Path() + "/copy"));
-  EXPECT_EQ(TemporaryFolder::Read(folder.Path() + "/copy"), TemporaryFolder::Read(path));
+  EXPECT_EQ(TempFolder::Content(folder.Path() + "/copy"), TempFolder::Content(path));
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 
   testing::internal::CaptureStdout();

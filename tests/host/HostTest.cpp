@@ -57,13 +57,9 @@ void SetHooks(const RecorderHooks& hooks) {
 }
 
 // The fonts of fonts-dejavu-core are active, and no others.
-void UseFonts(const std::string& folder) {
-  const std::string file = folder + "/.fonts.conf";
-  platform::ReplaceFile(
-      file, "<?xml version=\"1.0\"?><fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><cachedir>" + folder +
-                "/.cache</cachedir></fontconfig>");
+void UseFonts(const test_support::TempFolder& folder) {
   platform::Places places;
-  places.fontConfigFile = file;
+  places.fontConfigFile = folder.WriteFontsConf({"/usr/share/fonts/truetype/dejavu"});
   platform::SetPlaces(places);
 }
 
@@ -73,7 +69,7 @@ std::string HostTest::RecorderBundle() { return std::string(PLUGINS_DIR) + "/Rec
 
 void HostTest::SetUp() {
   sTest = this;
-  UseFonts(folder_.Path());
+  UseFonts(configuration_);
   platform::Clock::SetDriven(1000);
   platform::SetProblemSink([](const std::string& line) { sTest->problems.push_back(line); });
   SetHooks({RecordMessage, RecordEvent});

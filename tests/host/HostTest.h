@@ -41,5 +41,5 @@ class HostTest : public testing::Test {
   std::function<void(platform::Window&)> onOrder;
 
  private:
-  test_support::TempFolder folder_;
+  test_support::TempFolder folder_, configuration_;
 };

@@ -75,11 +75,9 @@ TEST(Places, UnsetOnesComeFromTheEnvironmentIfThatIsOurs) {
 TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
   const TempFolder folder;
   Places sandbox = GetPlaces();
-  sandbox.fontConfigFile = folder / "fonts.conf";
+  sandbox.fontConfigFile = folder.WriteFontsConf({folder / "active"});
   const ScopedPlaces places(sandbox);
   std::filesystem::create_directories(folder / "active");
-  folder.Write("fonts.conf", "<fontconfig><dir>" + folder / "active" + "</dir><cachedir>" + folder / "cache" +
-                                 "</cachedir></fontconfig>");
   EXPECT_TRUE(ActiveFonts().empty());
   EXPECT_FALSE(IsPostScriptNameActive("DejaVuSans"));
   // A run of questions shares a snapshot, as soon as a change could not go unseen any more.

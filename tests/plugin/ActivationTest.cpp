@@ -115,19 +115,14 @@ TEST_F(Activation, PrefersTheFontOfTheSlugUnlessIdentificationIsOff) {
 }
 
 TEST_F(Activation, OfAnOpenDocumentTellsTheHostWhetherItMayBeExported) {
-  struct Host : fakes::CountingHost {
-    void SetCanExportFontsForDocument(bool can) override { told.push_back(can); }
-    std::vector<bool> told;
-  } listening;
-  HostAppInterface::SetForTesting(&listening);
   MakeReady();
   const std::string path = WriteDocument("a.psd", {"Idle"});
   OneTrackedDocument* document = Track(path);
   int activated = 0;
   ActivateFontsForDocument(true, activated, path, document);
-  EXPECT_TRUE(listening.told.empty());
+  EXPECT_EQ(host.TakeHeard(), std::vector<std::string>());
   ActivateFontsForDocument(false, activated, path, document);
-  EXPECT_EQ(listening.told, std::vector<bool>{true});
+  EXPECT_EQ(host.TakeHeard(), std::vector<std::string>{"SetCanExportFontsForDocument 1"});
 }
 
 TEST_F(Activation, InSilenceShowsNothing) {

@@ -158,50 +158,17 @@ TEST_F(Services, TheFileNameOfThePluginIsCutOutOfItsPath) {
   }
 }
 
-class Listening : public HostAppInterface {
- public:
-  void RebuildWorkgroupsMenu() override { Note("workgroups"); }
-  void HandlePanelDataChanged() override { Note("data"); }
-  void SetLoggedInState(bool loggedIn, EServerType type) override {
-    Note("login " + std::to_string(loggedIn) + " " + std::to_string(type));
-  }
-  void SetIsOnline(bool isOnline) override { Note("online " + std::to_string(isOnline)); }
-  void FontActivated(unsigned int id) override { Note("activated " + std::to_string(id)); }
-  void DesignActivationFailedComplianceCheck(unsigned int id) override { Note("non-compliant " + std::to_string(id)); }
-  void FontDeactivated(unsigned int id) override { Note("deactivated " + std::to_string(id)); }
-  void FontMissing(unsigned int id) override { Note("missing " + std::to_string(id)); }
-  void BulkReplicationProgress(const platform::Dictionary&) override { Note("bulk"); }
-  void BulkReplicationStopped() override { Note("bulk stopped"); }
-  void IncrementalReplicationProgress(const platform::Dictionary&) override { Note("incremental"); }
-  void IncrementalReplicationStopped() override { Note("incremental stopped"); }
-  void GoogleReplicationProgress(const platform::Dictionary&) override { Note("google"); }
-  void GoogleReplicationStopped() override { Note("google stopped"); }
-  void GoogleWebFontsEnabled(bool enabled) override { Note("web fonts " + std::to_string(enabled)); }
-  void FontServerReplicationProgress(const platform::Dictionary&) override { Note("server"); }
-  void FontServerReplicationStopped() override { Note("server stopped"); }
-  void PreviewPNGsRendered(const platform::Dictionary& pngs) override {
-    Note("previews " + std::to_string(pngs.Count()));
-  }
-  void SmartListsChanged() override { Note("smart lists"); }
-  void OfflineDownloadFinished() override { Note("downloaded"); }
-  Lines TakeHeard() { return std::exchange(heard, {}); }
-
- private:
-  void Note(std::string line) { heard.push_back(std::move(line)); }
-  Lines heard;
-};
-
 class NotificationFixture : public HostFixture {
  protected:
   NotificationFixture() {
     MakeReady();
-    HostAppInterface::SetForTesting(&listening);
+    host.TakeHeard();
   }
   // What the host hears of one event of the agent.
   Lines Hear(int kind, void* data) {
     EXPECT_EQ(CoreAgentNotificationCallback(static_cast<PluginInterface::ECallbackKind>(kind), data), 0x15000000u);
     FontManagerInterface::sm_pFontManager->ProcessNotifications();
-    return listening.TakeHeard();
+    return host.TakeHeard();
   }
   Lines HearLogin(bool isLoggedIn, int serverType) {
     platform::Dictionary data = platform::Dictionary::Create();
@@ -209,7 +176,6 @@ class NotificationFixture : public HostFixture {
     data.Set("serverType", platform::Number::FromInteger(serverType));
     return Hear(2, data.Ref());
   }
-  Listening listening;
 };
 using Notification = NotificationFixture;
 
@@ -221,29 +187,29 @@ TEST_F(Notification, OfEachKindReachesTheHost) {
     int kind;
     void* data;
     Lines heard;
-  } kRows[] = {{1, &on, {"online 1"}},
-               {1, &off, {"online 0"}},
-               {3, nullptr, {"workgroups"}},
-               {4, nullptr, {"workgroups"}},
-               {8, &font, {"activated 7"}},
+  } kRows[] = {{1, &on, {"SetIsOnline 1"}},
+               {1, &off, {"SetIsOnline 0"}},
+               {3, nullptr, {"RebuildWorkgroupsMenu"}},
+               {4, nullptr, {"RebuildWorkgroupsMenu"}},
+               {8, &font, {"FontActivated 7"}},
                {8, &none, {}},
-               {9, &font, {"deactivated 7"}},
-               {10, &font, {"missing 7"}},
-               {14, &on, {"web fonts 1"}},
-               {14, &off, {"web fonts 0"}},
-               {15, data.Ref(), {"google"}},
-               {16, nullptr, {"google stopped"}},
-               {17, data.Ref(), {"previews 1"}},
-               {18, nullptr, {"smart lists"}},
-               {19, data.Ref(), {"bulk"}},
-               {20, nullptr, {"bulk stopped"}},
-               {21, data.Ref(), {"incremental"}},
-               {22, nullptr, {"incremental stopped"}},
-               {23, nullptr, {"data"}},
-               {24, &font, {"non-compliant 7"}},
-               {25, nullptr, {"downloaded"}},
-               {27, data.Ref(), {"server"}},
-               {28, nullptr, {"server stopped"}},
+               {9, &font, {"FontDeactivated 7"}},
+               {10, &font, {"FontMissing 7"}},
+               {14, &on, {"GoogleWebFontsEnabled 1"}},
+               {14, &off, {"GoogleWebFontsEnabled 0"}},
+               {15, data.Ref(), {"GoogleReplicationProgress 1"}},
+               {16, nullptr, {"GoogleReplicationStopped"}},
+               {17, data.Ref(), {"PreviewPNGsRendered 1"}},
+               {18, nullptr, {"SmartListsChanged"}},
+               {19, data.Ref(), {"BulkReplicationProgress 1"}},
+               {20, nullptr, {"BulkReplicationStopped"}},
+               {21, data.Ref(), {"IncrementalReplicationProgress 1"}},
+               {22, nullptr, {"IncrementalReplicationStopped"}},
+               {23, nullptr, {"HandlePanelDataChanged"}},
+               {24, &font, {"DesignActivationFailedComplianceCheck 7"}},
+               {25, nullptr, {"OfflineDownloadFinished"}},
+               {27, data.Ref(), {"FontServerReplicationProgress 1"}},
+               {28, nullptr, {"FontServerReplicationStopped"}},
                {5, &font, {}},
                {6, &font, {}},
                {7, &font, {}},
@@ -272,12 +238,12 @@ TEST_F(Notification, OfAShutdownSwitchesOffForGood) {
 }
 
 TEST_F(Notification, OfALoginTurnsServicesOffAndOnAgain) {
-  EXPECT_EQ(HearLogin(false, 3), Lines{"login 0 3"});
+  EXPECT_EQ(HearLogin(false, 3), Lines{"SetLoggedInState 0 3"});
   EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled()) << "a server that the plug-in has no dealings with";
-  EXPECT_EQ(HearLogin(false, 1), Lines{"login 0 1"});
+  EXPECT_EQ(HearLogin(false, 1), Lines{"SetLoggedInState 0 1"});
   EXPECT_EQ(Shown(), "box NotLoggedInPluginDisabledMessage");
   EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
-  EXPECT_EQ(HearLogin(true, 1), (Lines{"login 1 1", "workgroups"}));
+  EXPECT_EQ(HearLogin(true, 1), (Lines{"SetLoggedInState 1 1", "RebuildWorkgroupsMenu"}));
   EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled());
   EXPECT_TRUE(Traced("Re-enabling plugin functionality, now that the user has logged-in."));
 }
@@ -288,7 +254,7 @@ TEST_F(Notification, OfWorkgroupsWaitsForAReplicationToStop) {
   for (const auto& [progress, stopped] : {std::pair(19, 20), std::pair(21, 22)}) {
     FontManagerInterface::sValidWorkgroupSelected = false;
     Hear(progress, platform::Dictionary::Create().Ref());
-    EXPECT_EQ(Hear(3, nullptr), Lines{"workgroups"});
+    EXPECT_EQ(Hear(3, nullptr), Lines{"RebuildWorkgroupsMenu"});
     EXPECT_FALSE(FontManagerInterface::sValidWorkgroupSelected);
     Hear(stopped, nullptr);
     EXPECT_TRUE(FontManagerInterface::sValidWorkgroupSelected);

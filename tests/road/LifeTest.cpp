@@ -53,9 +53,7 @@ class Desktop : public Life {
 
   const std::string data_ = folder_ / "data", fonts_ = data_ + "/fonts";
   const ScopedVariable userData_{"XDG_DATA_HOME", data_};
-  const ScopedVariable configuration_{
-      "FONTCONFIG_FILE", folder_.Write("fonts.conf", "<fontconfig>\n<dir>" + fonts_ + "</dir>\n<cachedir>" +
-                                                         folder_.Path() + "/cache</cachedir>\n</fontconfig>\n")};
+  const ScopedVariable configuration_{"FONTCONFIG_FILE", folder_.WriteFontsConf({fonts_})};
   StateFolder other_{folder_ / "other"};
 };
 

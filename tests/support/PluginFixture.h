@@ -8,6 +8,8 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "Bridge/CoreAgentInterface.h"
@@ -22,13 +24,38 @@
 
 namespace fakes {
 
-class CountingHost : public HostAppInterface {
+// Records the operations of the host as "FontActivated 7", a dictionary as the number of its entries.
+class RecordingHost : public HostAppInterface {
  public:
-  void RebuildWorkgroupsMenu() override {}
+  void RebuildWorkgroupsMenu() override { Note("RebuildWorkgroupsMenu", std::tuple()); }
+  void SetCanExportFontsForDocument(bool can) override { Note("SetCanExportFontsForDocument", std::tuple(can)); }
   void SetMissingFontsDialogNeeded() override { ++missingFontsDialogs; }
+  void SetLoggedInState(bool isLoggedIn, EServerType server) override {
+    Note("SetLoggedInState", std::tuple(isLoggedIn, static_cast<int>(server)));
+  }
   void SetPanelsEnabled(bool enabled) override { arePanelsEnabled = enabled; }
+#define RECORD(operation, push, parameters, arguments) \
+  void operation parameters override { Note(#operation, std::tuple(arguments)); }
+  HOST_EVENTS(RECORD)
+#undef RECORD
+  // Returns the operations since the last call.
+  std::vector<std::string> TakeHeard() { return std::exchange(heard, {}); }
+
+  std::vector<std::string> heard;
   int missingFontsDialogs = 0;
   bool arePanelsEnabled = true;
+
+ private:
+  template <class Arguments>
+  void Note(std::string line, const Arguments& arguments) {
+    std::apply([&line](const auto&... each) { ((line += " " + Text(each)), ...); }, arguments);
+    heard.push_back(std::move(line));
+  }
+  static std::string Text(const platform::Dictionary& dictionary) { return std::to_string(dictionary.Count()); }
+  template <class Number>
+  static std::string Text(Number number) {
+    return std::to_string(number);
+  }
 };
 
 class PluginFixture : public ::testing::Test {
@@ -59,11 +86,9 @@ class PluginFixture : public ::testing::Test {
 
   // The folder of fonts that the operating system has active; empty for none.
   void UseSystemFonts(const std::string& fontFolder) {
-    const std::string fonts = fontFolder.empty() ? "" : "<dir>" + fontFolder + "</dir>";
     platform::Places places;
     places.fileSystemRoot = places.home = places.runtime = folder.Path();
-    places.fontConfigFile = folder.Write(
-        "fonts.conf", "<fontconfig>" + fonts + "<cachedir>" + folder / "cache" + "</cachedir></fontconfig>");
+    places.fontConfigFile = fontFolder.empty() ? folder.WriteFontsConf({}) : folder.WriteFontsConf({fontFolder});
     platform::SetPlaces(places);
   }
 
@@ -79,7 +104,7 @@ class PluginFixture : public ::testing::Test {
   const test_support::TempFolder folder;
   std::vector<std::string> trace;
   FakeAgent agent;
-  CountingHost host;
+  RecordingHost host;
   std::unique_ptr<FakeUIFramework> ui;
 
  private:

@@ -1,10 +1,11 @@
-// A folder of a test's own, removed with all that is in it when the test ends.
+// A folder that is removed with its content when the object is destroyed.
 #pragma once
 
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <set>
 #include <stdexcept>
@@ -30,7 +31,7 @@ class TempFolder {
   const std::string& Path() const { return path_; }
   std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  // A file with this content and no other, with the folders above it; its path.
+  // Writes a file, and the folders above it. Returns its path.
   std::string Write(std::string_view name, std::string_view content) const {
     const std::string path = *this / name;
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
@@ -39,12 +40,18 @@ class TempFolder {
     if (!file.flush()) throw std::runtime_error(path + " can't be written");
     return path;
   }
-  // What a file holds; empty for a missing one.
+  // Writes a fontconfig file that makes the fonts of these folders active, and no others. Returns its path.
+  std::string WriteFontsConf(std::initializer_list<std::string> folders) const {
+    std::string text = "<fontconfig>";
+    for (const std::string& folder : folders) text += "<dir>" + folder + "</dir>";
+    return Write("fonts.conf", text + "<cachedir>" + *this / "cache" + "</cachedir></fontconfig>");
+  }
+  // Returns the content of a file; empty for a missing one.
   static std::string Content(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
-  // The names of all that stands in a folder below this one.
+  // Returns the names in a folder below this one.
   std::set<std::string> Names(std::string_view below = ".") const {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(*this / below)) {
