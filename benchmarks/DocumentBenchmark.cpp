@@ -1,8 +1,6 @@
 // Opening and saving large documents in the host, whose pixels are noise: against reading the file once through a small
 // buffer, and against `cp` with the sync that makes a save survive a crash of the machine.
 #include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -31,17 +29,6 @@ constexpr int kRuns = 5;
   std::exit(2);
 }
 
-void AppendNoise(std::string& bytes, size_t count) {
-  static uint64_t sState = 88172645463325252ULL;
-  const size_t end = bytes.size() + count;
-  while (bytes.size() < end) {
-    sState ^= sState << 13;
-    sState ^= sState >> 7;
-    sState ^= sState << 17;
-    bytes.append(reinterpret_cast<const char*>(&sState), std::min(sizeof sState, end - bytes.size()));
-  }
-}
-
 // A document of about this size with one layer of text, whose composite image is raw noise.
 std::string Document(size_t size) {
   std::string plain = host::NewLayeredFile(true);
@@ -63,7 +50,9 @@ std::string Document(size_t size) {
   bytes.resize(structure.layersAndMaskEnd);
   bytes.replace(14, sides.size(), sides);
   bytes.append(2, '\0');  // raw
-  AppendNoise(bytes, height * kWidth * kChannels);
+  const size_t start = bytes.size();
+  bytes.resize(start + height * kWidth * kChannels);
+  benchmark::FillWithNoise(bytes, start);
   return bytes;
 }
 
@@ -138,19 +127,6 @@ void Copy(const std::string& from, const std::string& to, bool isSynced) {
   Check(std::system(command.c_str()) == 0 ? "" : "cp failed");
 }
 
-// The greatest memory of a process of its own that does the work, in MiB.
-double PeakOf(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  rusage usage{};
-  if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) Fail("measuring memory");
-  return static_cast<double>(usage.ru_maxrss) / 1024;
-}
-
 }  // namespace
 
 int main() {
@@ -171,8 +147,9 @@ int main() {
   benchmark::Compare(
       "open, edit, save with slug, close, 64 MiB, cp", 4, kRuns, [&] { EditAndSave(medium, true); },
       [&] { Copy(medium, medium + ".copy", false); });
-  const double floor = PeakOf([&] { EditAndSave(small); });
-  benchmark::Report("peak memory, 512 MiB against 1 MiB", PeakOf([&] { EditAndSave(large); }), floor, 1.2, "MiB");
+  const double floor = benchmark::PeakOf([&] { EditAndSave(small); });
+  benchmark::Report("peak memory, 512 MiB against 1 MiB", benchmark::PeakOf([&] { EditAndSave(large); }), floor, 1.2,
+                    "MiB");
   TerminateGlyphsureXMP();
   return benchmark::Finish();
 }

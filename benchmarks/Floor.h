@@ -1,12 +1,20 @@
-// What every benchmark needs: time of several runs against a floor that is measured in turn with it, and a line that says
-// how they compare. Each program prints its own lines and gives Finish() back from main.
+// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program prints its
+// own lines and returns Finish() from main.
 #pragma once
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <limits>
+#include <string>
 
 namespace benchmark {
 
@@ -29,7 +37,7 @@ inline void Begin() {
   std::printf("%-44s %12s %12s %8s %8s\n", "name", "time", "floor", "ratio", "limit");
 }
 
-// A ratio of whatever kind; `unit` stands behind both values.
+// Prints a ratio of any kind. `unit` follows both values.
 inline void Report(const char* name, double value, double floor, double limit, const char* unit) {
   const double ratio = value / floor;
   const bool isAbove = ratio > limit;
@@ -51,6 +59,33 @@ inline void Compare(
     best = std::min(best, Measure(work));
   }
   Report(name, best * 1000, bestFloor * 1000, limit, "ms");
+}
+
+// Returns the greatest memory, in MiB, of a process of its own that does the work.
+inline double PeakOf(const std::function<void()>& work) {
+  const pid_t child = fork();
+  if (child == 0) {
+    work();
+    _exit(0);
+  }
+  int status = 0;
+  rusage usage{};
+  if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) {
+    std::fprintf(stderr, "the memory of a process could not be measured\n");
+    std::exit(2);
+  }
+  return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+// Overwrites the bytes from `start` on. Each call continues the noise of the last one.
+inline void FillWithNoise(std::string& bytes, size_t start = 0) {
+  static uint64_t sState = 88172645463325252ULL;
+  for (size_t i = start; i < bytes.size(); i += sizeof sState) {
+    sState ^= sState << 13;
+    sState ^= sState >> 7;
+    sState ^= sState << 17;
+    std::memcpy(bytes.data() + i, &sState, std::min(sizeof sState, bytes.size() - i));
+  }
 }
 
 inline int Finish() { return IsAboveLimit() ? 1 : 0; }

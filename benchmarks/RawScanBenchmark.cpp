@@ -1,8 +1,6 @@
 // Scanning the bytes of a large document for font names, against reading the document into memory once and looking for the
 // first byte, or the whole, of what is looked for.
 #include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -60,15 +58,7 @@ class Document {
   std::string mPath;
 };
 
-void FillWithNoise(std::string& block) {
-  static uint64_t sState = 88172645463325252ULL;
-  for (size_t i = 0; i < block.size(); i += sizeof sState) {
-    sState ^= sState << 13;
-    sState ^= sState >> 7;
-    sState ^= sState << 17;
-    std::memcpy(block.data() + i, &sState, sizeof sState);
-  }
-}
+void FillWithNoise(std::string& block) { benchmark::FillWithNoise(block); }
 
 volatile size_t sSink;  // keeps the compiler from leaving the work out
 
@@ -113,19 +103,6 @@ void ReadFonts(const Document& document, size_t expected) {
   if (names.size() != expected) Fail("the reader found " + std::to_string(names.size()) + " names");
 }
 
-// The greatest memory of a process of its own that does the work, in MiB.
-double PeakOf(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  rusage usage{};
-  if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) Fail("measuring memory");
-  return static_cast<double>(usage.ru_maxrss) / 1024;
-}
-
 void CompareBoth(const std::string& what, const Document& document, size_t expected, double limit,
                  const std::function<void()>& floor) {
   benchmark::Compare(("scan, " + what).c_str(), limit, kRuns, [&] { Scan(document, expected); }, floor);
@@ -141,7 +118,7 @@ int main() {
     const Document document(kLarge, FillWithNoise, {FontSetOf("First"), FontSetOf("Second"), FontSetOf("Last")});
     CompareBoth("512 MiB, 3 names", document, 3, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
     const double most = static_cast<double>(kLarge / kMiB + 64);
-    benchmark::Report("peak memory, 512 MiB", PeakOf([&] {
+    benchmark::Report("peak memory, 512 MiB", benchmark::PeakOf([&] {
                         Scan(document, 3);
                         ReadFonts(document, 3);
                       }),

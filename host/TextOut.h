@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/include/HostSuites.h"
+#include "platform/PlainText.h"
 
 namespace host {
 
@@ -15,7 +16,7 @@ inline host_sdk::SPErr CopyText(std::string_view text, char* buffer, uint32_t si
   if (!buffer || size == 0) return host_sdk::kBadParameters;
   size_t length = std::min<size_t>(text.size(), size - 1);
   if (length < text.size()) {
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
+    while (length > 0 && platform::IsContinuation(text[length])) --length;
   }
   std::memcpy(buffer, text.data(), length);
   buffer[length] = '\0';

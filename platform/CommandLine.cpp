@@ -51,7 +51,7 @@ std::string WithoutHyphens(std::string_view text) {
 std::string ManualEntry(const std::string& bold, const std::string& italic, std::string help) {
   help[0] = static_cast<char>(help[0] >= 'a' && help[0] <= 'z' ? help[0] - 'a' + 'A' : help[0]);
   const std::string name = WithoutHyphens(bold);
-  return ".TP\n" + (italic.empty() ? ".B " + name : ".BI \"" + name + " \" \"" + italic + "\"") + "\n" +
+  return ".TP\n" + (italic.empty() ? ".B " + name : ".BI \"" + name + "\" \" " + italic + "\"") + "\n" +
          WithoutHyphens(help) + ".\n";
 }
 

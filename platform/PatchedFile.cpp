@@ -7,6 +7,7 @@
 #include <cinttypes>
 #include <cstdio>
 
+#include "platform/Checksum.h"
 #include "platform/FileBytes.h"
 #include "platform/Files.h"
 #include "platform/Trace.h"
@@ -24,11 +25,7 @@ struct Patch {
 };
 
 uint64_t ChecksumOf(const Patch& patch) {
-  uint64_t checksum = 14695981039346656037u ^ patch.offset;  // FNV-1a
-  for (const std::string_view part : {patch.old, patch.bytes}) {
-    for (const char c : part) checksum = (checksum ^ static_cast<unsigned char>(c)) * 1099511628211u;
-  }
-  return checksum;
+  return AddToChecksum(AddToChecksum(kEmptyChecksum ^ patch.offset, patch.old), patch.bytes);
 }
 
 std::string JournalOf(const Patch& patch) {

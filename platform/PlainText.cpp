@@ -1,30 +1,14 @@
 #include "platform/PlainText.h"
 
+#include <unicode/utf8.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
-#include "platform/TextEncoding.h"
-
 namespace platform {
 
 namespace {
-
-// Returns the length in bytes of the well-formed character at the start of the text, or 0.
-size_t LengthOfFirst(std::string_view text) {
-  for (size_t length = 1; length <= 4 && length <= text.size(); ++length) {
-    if (IsValidUTF8(text.substr(0, length))) return length;
-  }
-  return 0;
-}
-
-uint32_t CodeOf(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character[0]);
-  const size_t length = character.size();
-  uint32_t code = length == 1 ? first : first & (0xFFu >> (length + 1));
-  for (const char byte : character.substr(1)) code = code << 6 | (static_cast<unsigned char>(byte) & 0x3Fu);
-  return code;
-}
 
 bool ActsOnTerminal(uint32_t code) {
   const auto isIn = [code](uint32_t first, uint32_t last) { return code >= first && code <= last; };
@@ -51,21 +35,32 @@ std::string_view FirstCharacters(std::string_view text, size_t most) {
   return text;
 }
 
+char32_t TakeCharacter(std::string_view& text) {
+  const auto length = static_cast<int32_t>(std::min<size_t>(text.size(), U8_MAX_LENGTH));
+  int32_t taken = 0;
+  UChar32 code = 0;
+  U8_NEXT(text.data(), taken, length, code);
+  text.remove_prefix(code < 0 ? 1 : static_cast<size_t>(taken));
+  return code < 0 ? kMalformed : static_cast<char32_t>(code);
+}
+
 std::string_view ValidStart(std::string_view text) {
-  size_t at = 0;
-  while (const size_t length = LengthOfFirst(text.substr(at))) at += length;
-  return text.substr(0, at);
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    const size_t left = rest.size();
+    if (TakeCharacter(rest) == kMalformed) return text.substr(0, text.size() - left);
+  }
+  return text;
 }
 
 std::string OneLine(std::string_view text) {
   std::string line;
   while (!text.empty()) {
-    const size_t length = LengthOfFirst(text);
-    const std::string_view character = text.substr(0, std::max<size_t>(length, 1));
-    text.remove_prefix(character.size());
-    const uint32_t code = CodeOf(character);
-    if (length == 0) {
-      line += Escaped("\\x%02x", code & 0xFF);
+    const std::string_view before = text;
+    const char32_t code = TakeCharacter(text);
+    const std::string_view character = before.substr(0, before.size() - text.size());
+    if (code == kMalformed) {
+      line += Escaped("\\x%02x", static_cast<unsigned char>(character[0]));
     } else if (!ActsOnTerminal(code)) {
       line += character;
     } else if (code == '\n' || code == '\t') {

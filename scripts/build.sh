@@ -10,12 +10,6 @@ preset=${1:?usage: build.sh PRESET [TARGET ...]}
 shift
 jobs=${JOBS:-$(nproc)}
 case $preset in
-  # The names before there were presets.
-  RelWithDebInfo) preset=develop ;;
-  Debug) preset=$([ "${SANITIZE:-}" = thread ] && echo tsan || echo asan) ;;
-  Release) preset=bench ;;
-esac
-case $preset in
   develop | release) build=$top/build ;;
   *) build=$top/build-$preset ;;
 esac

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "agent/activation/ActiveFolder.h"
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/store/InstanceLock.h"
 #include "agent/store/UserStore.h"
@@ -74,14 +75,14 @@ void RemoveLinksOfDeadAgents(const Configuration& own, platform::RunLoop& loop, 
   const std::string home = platform::GetPlaces().home;
   std::vector<std::string> folders;
   std::error_code none;
-  for (const auto& entry : fs::directory_iterator(agent_protocol::DesktopLinksFolder(home), none)) {
+  for (const auto& entry : fs::directory_iterator(agent_client::DesktopLinksFolder(home), none)) {
     folders.push_back(entry.path().string());
   }
   for (const std::string& folder : folders) {
     Configuration owner;
     if (folder == own.ActiveFolderPath() || platform::ReadFile(folder + "/" + kOwnerName, owner.stateFolder)) continue;
     InstanceLock lock;
-    const bool wasOwn = folder == agent_protocol::ActiveFolderOf(own.stateFolder, true, home);
+    const bool wasOwn = folder == agent_client::ActiveFolderOf(own.stateFolder, true, home);
     if (!wasOwn && !lock.TakeFromDead(owner.RuntimeFolder(), agent_protocol::kAgentSocketName)) continue;
     RemoveUnstoredLinks(folder, wasOwn ? own : owner, loop, report);
   }

@@ -1,18 +1,14 @@
 #include "agent/fonts/ShownText.h"
 
+#include "platform/PlainText.h"
 #include "platform/TextEncoding.h"
 
 namespace agent {
 
 namespace {
 
-// Returns the length in bytes of an unwanted character at the start of the text, or 0.
-size_t UnwantedLength(std::string_view text) {
-  const auto first = static_cast<unsigned char>(text[0]);
-  if (first < 0x20 || first == 0x7F) return 1;
-  const auto second = text.size() > 1 ? static_cast<unsigned char>(text[1]) : 0u;
-  if (first == 0xC2 && second >= 0x80 && second < 0xA0) return 2;
-  return text.starts_with("\xEF\xBF\xBE") || text.starts_with("\xEF\xBF\xBF") ? 3 : 0;
+bool IsUnwanted(char32_t code) {
+  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0xFFFE || code == 0xFFFF;
 }
 
 }  // namespace
@@ -20,9 +16,9 @@ size_t UnwantedLength(std::string_view text) {
 std::string WithoutControls(std::string_view utf8, std::string_view replacement) {
   std::string out;
   while (!utf8.empty()) {
-    const size_t unwanted = UnwantedLength(utf8);
-    out += unwanted ? replacement : utf8.substr(0, 1);
-    utf8.remove_prefix(unwanted ? unwanted : 1);
+    const std::string_view before = utf8;
+    const char32_t code = platform::TakeCharacter(utf8);
+    out += IsUnwanted(code) ? replacement : before.substr(0, before.size() - utf8.size());
   }
   return out;
 }

@@ -12,10 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <system_error>
 
 namespace agent_protocol {
 
@@ -44,32 +40,11 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 //   STATE/agent/agent.log  what a person should know
 //   STATE/agent/scan.log   what was wrong with files and folders in the last scan, one a line
 //   STATE/active/0 .. f    the links that make fonts active, spread by the last hexadecimal digit of the font ID; with
-//                          "desktop" they are in a folder of their own below the user's font folder, see ActiveFolderOf
+//                          "desktop" they are in a folder of their own below the user's font folder, see
+//                          client/AgentFolders.h
 //   STATE/fonts.conf       the fontconfig file, made by whoever set up the state folder
 inline constexpr const char* kConfigurationName = "nexcore.json";
 inline constexpr const char* kActiveFolderName = "active";
-
-// The folder in the user's font folder that contains one folder of links for each state folder with "desktop". `home`
-// is the user's home folder.
-inline std::string DesktopLinksFolder(const std::string& home) {
-  const char* data = std::getenv("XDG_DATA_HOME");
-  return (data && *data == '/' ? data : home + "/.local/share") + std::string("/fonts/nexcore");
-}
-
-// Returns the folder of links of a state folder, an absolute path. In desktop mode its name is a checksum (64-bit
-// FNV-1a) of the state folder's real path, so that each agent has its own.
-inline std::string ActiveFolderOf(const std::string& stateFolder, bool isDesktop, const std::string& home) {
-  if (!isDesktop) return stateFolder + "/" + kActiveFolderName;
-  std::error_code unresolved;
-  const std::string real = std::filesystem::weakly_canonical(stateFolder, unresolved).string();
-  uint64_t checksum = 14695981039346656037u;
-  for (const char c : unresolved ? stateFolder : real) {
-    checksum = (checksum ^ static_cast<unsigned char>(c)) * 1099511628211u;
-  }
-  std::string name;
-  for (int shift = 60; shift >= 0; shift -= 4) name += "0123456789abcdef"[(checksum >> shift) & 0xF];
-  return DesktopLinksFolder(home) + "/" + name;
-}
 
 // Activation states of a font as the agent reports them ("ActivationStatus").
 enum AgentActivationState : int32_t {

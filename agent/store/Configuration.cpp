@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/store/Json.h"
 #include "platform/Files.h"
@@ -37,7 +38,7 @@ Configuration FromJson(const Json& json, const std::string& stateFolder) {
 }  // namespace
 
 std::string Configuration::ActiveFolderPath() const {
-  return agent_protocol::ActiveFolderOf(stateFolder, desktop, platform::GetPlaces().home);
+  return agent_client::ActiveFolderOf(stateFolder, desktop, platform::GetPlaces().home);
 }
 
 std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, std::string& error) {

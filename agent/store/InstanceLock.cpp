@@ -6,19 +6,17 @@
 
 #include <cerrno>
 #include <chrono>
-#include <thread>
 
 #include "platform/Files.h"
 #include "platform/LastError.h"
 #include "platform/LocalSocket.h"
+#include "platform/Waiting.h"
 
 namespace agent {
 
 InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const std::string& socketName,
                                         std::error_code& error) {
-  using std::chrono::steady_clock;
   constexpr auto kPatience = std::chrono::seconds(10);
-  constexpr auto kPause = std::chrono::milliseconds(10);
 
   error = platform::MakeFolder(runtimeFolder, 0700);
   if (error) return Result::kFailed;
@@ -28,16 +26,18 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
     error = platform::LastError();
     return Result::kFailed;
   }
-  const auto end = steady_clock::now() + kPatience;
-  for (;;) {
-    if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) return Result::kTaken;
+  Result result = Result::kFailed;
+  platform::WaitUntil(kPatience, [&] {
     std::error_code unanswered;
-    if (platform::ConnectLocal(runtimeFolder, socketName, unanswered)) return Result::kServed;
-    if (steady_clock::now() >= end) break;
-    std::this_thread::sleep_for(kPause);
-  }
-  error = std::make_error_code(std::errc::resource_unavailable_try_again);
-  return Result::kFailed;
+    if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) {
+      result = Result::kTaken;
+    } else if (platform::ConnectLocal(runtimeFolder, socketName, unanswered)) {
+      result = Result::kServed;
+    }
+    return result != Result::kFailed;
+  });
+  if (result == Result::kFailed) error = std::make_error_code(std::errc::resource_unavailable_try_again);
+  return result;
 }
 
 InstanceLock::Place InstanceLock::Look() const {

@@ -11,6 +11,7 @@
 #include "frameworks/VelorantPluginInterface/Notifications.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
 #include "platform/Folders.h"
+#include "platform/Waiting.h"
 
 namespace plugin_interface {
 
@@ -19,21 +20,21 @@ namespace {
 using agent_client::IsAgentProcessRunning;
 using agent_client::ReachAgent;
 
-constexpr auto kPause = std::chrono::milliseconds(10);
 constexpr int kMostRelaunches = 5;
 constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // between checks for another process's agent
 
 // A just launched agent does not listen yet. Callers relaunch without a pause and do not check again whether it is
 // running, so wait here while its process exists.
 platform::Descriptor AwaitAgent(const std::string& runtimeFolder, AgentConnection::Patience patience) {
-  const auto end = std::chrono::steady_clock::now() + patience;
-  for (;;) {
-    platform::Descriptor socket = ReachAgent(runtimeFolder);
-    if (socket || std::chrono::steady_clock::now() >= end) return socket;
-    // Check the process after the socket: the next round finds an agent that began to listen in between.
-    if (!IsAgentProcessRunning(runtimeFolder)) return ReachAgent(runtimeFolder);
-    std::this_thread::sleep_for(kPause);
-  }
+  platform::Descriptor socket;
+  bool hasEnded = false;
+  platform::WaitUntil(patience, [&] {
+    socket = ReachAgent(runtimeFolder);
+    hasEnded = !socket && !IsAgentProcessRunning(runtimeFolder);
+    return socket || hasEnded;
+  });
+  // Another agent may have begun to listen between the two.
+  return hasEnded ? ReachAgent(runtimeFolder) : std::move(socket);
 }
 
 struct Facades {
@@ -92,17 +93,16 @@ void ReturnToNextAgent() {
 
 // Waits until the agent has answered a greeting, which may take forever, or has ended.
 void AwaitVoice(const std::string& runtimeFolder) {
-  for (;;) {
-    if (const platform::Descriptor socket = ReachAgent(runtimeFolder)) {
-      const std::string hello = agent_protocol::RequestText<calls::Hello>(1, {});
-      std::string reply;
-      if (!platform::SendMessage(socket.Get(), hello)) platform::ReceiveMessage(socket.Get(), reply);
-      return;
-    }
-    // The agent does not listen yet or accepts no more connections.
-    if (!IsAgentProcessRunning(runtimeFolder)) return;
-    std::this_thread::sleep_for(kBetweenLooks);
-  }
+  const auto hasAnsweredOrEnded = [&runtimeFolder] {
+    const platform::Descriptor socket = ReachAgent(runtimeFolder);
+    // Without a socket the agent does not listen yet, or accepts no more connections.
+    if (!socket) return !IsAgentProcessRunning(runtimeFolder);
+    const std::string hello = agent_protocol::RequestText<calls::Hello>(1, {});
+    std::string reply;
+    if (!platform::SendMessage(socket.Get(), hello)) platform::ReceiveMessage(socket.Get(), reply);
+    return true;
+  };
+  platform::WaitUntil(platform::kForever, hasAnsweredOrEnded, kBetweenLooks);
 }
 
 // From now on callers do not wait for this agent. If no thread can be created to notice its answer, they have to.

@@ -1,8 +1,8 @@
 #include "host/console/AgentLink.h"
 
-#include <poll.h>
 #include <signal.h>
 
+#include <chrono>
 #include <cstdio>
 
 #include "agent/client/AgentProcess.h"
@@ -13,6 +13,7 @@
 #include "platform/Folders.h"
 #include "platform/Presenter.h"
 #include "platform/Process.h"
+#include "platform/Waiting.h"
 
 namespace console {
 
@@ -23,18 +24,10 @@ using agent_client::AgentConnection;
 using agent_client::AnnouncedAgentProcess;
 using agent_protocol::Json;
 
-constexpr int kPauseMilliseconds = 10;
-constexpr int kPatienceMilliseconds = 10000;
-constexpr int kPatienceAfterLastWords = 1000;  // an agent that reported an error and does not answer has ended
+constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(10);
+// An agent that reported an error and does not answer has ended.
+constexpr std::chrono::milliseconds kPatienceAfterLastWords = std::chrono::seconds(1);
 constexpr uint32_t kAllWorkgroups = 0;
-
-bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
-  for (int waited = 0; !condition(); waited += kPauseMilliseconds) {
-    if (waited >= milliseconds) return false;
-    poll(nullptr, 0, kPauseMilliseconds);
-  }
-  return true;
-}
 
 bool IsOfKind(const Json& notification, PluginInterface::ECallbackKind kind) {
   return notification.value("notify", Json()) == kind;
@@ -94,7 +87,7 @@ std::string AgentLink::EndOldAgent() const {
   const int process = AnnouncedAgentProcess();
   if (process == 0) return "";
   kill(process, SIGTERM);
-  if (WaitUntil([] { return AnnouncedAgentProcess() == 0; }, kPatienceMilliseconds)) return "";
+  if (platform::WaitUntil(kPatience, [] { return AnnouncedAgentProcess() == 0; })) return "";
   return sandbox_.AgentExecutable() + ": process " + std::to_string(process) +
          " has read another configuration and does not end";
 }
@@ -107,8 +100,8 @@ std::string AgentLink::Launch() {
   if (!platform::LaunchDetached(agent, sandbox_.Folder(), errors, &error)) return error;
   // The plug-in finds the agent in the list of running applications, so wait until it is listed.
   const auto isReady = [this] { return Connect() && AnnouncedAgentProcess() != 0; };
-  for (int waited = 0; waited < kPatienceMilliseconds; waited += kPatienceAfterLastWords) {
-    if (WaitUntil(isReady, kPatienceAfterLastWords)) return "";
+  for (auto waited = kPatience * 0; waited < kPatience; waited += kPatienceAfterLastWords) {
+    if (platform::WaitUntil(kPatienceAfterLastWords, isReady)) return "";
     if (!LastWords().empty()) break;
   }
   const std::string words = LastWords();

@@ -1,6 +1,7 @@
 #include "host/console/Sandbox.h"
 
 #include <fcntl.h>
+#include <libxml/entities.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,8 +10,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Bundle.h"
 #include "platform/Files.h"
@@ -73,16 +76,10 @@ std::string ReplaceIfOther(const std::string& path, const std::string& content, 
 }
 
 std::string EscapeXML(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    switch (c) {
-      case '&': escaped += "&amp;"; break;
-      case '<': escaped += "&lt;"; break;
-      case '>': escaped += "&gt;"; break;
-      default: escaped.push_back(c);
-    }
-  }
-  return escaped;
+  const std::unique_ptr<xmlChar, void (*)(void*)> escaped(
+      xmlEncodeSpecialChars(nullptr, reinterpret_cast<const xmlChar*>(text.c_str())), xmlFree);
+  if (!escaped) throw std::bad_alloc();
+  return reinterpret_cast<const char*>(escaped.get());
 }
 
 }  // namespace
@@ -103,7 +100,7 @@ std::string Sandbox::Prepare(const SandboxOptions& options) {
   folder_ = Absolute(options.stateFolder.empty() ? DefaultStateFolder() : options.stateFolder);
   if (platform::FileExists(folder_) && !platform::FolderExists(folder_)) return folder_ + ": is not a folder";
   if (const std::error_code error = platform::MakeFolder(folder_)) return Problem(folder_, error);
-  activeFolder_ = agent_protocol::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
+  activeFolder_ = agent_client::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
   std::string problem = Lock();
   if (problem.empty()) problem = MakeFolders();
   if (problem.empty()) problem = WriteLaunchConfiguration();

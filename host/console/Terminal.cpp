@@ -43,13 +43,6 @@ std::optional<char> ReadByteNow() {
   return got == 1 ? std::optional(byte) : std::nullopt;
 }
 
-wchar_t CodeOf(const std::string& character) {
-  const auto units = platform::UTF8ToUTF16(character);
-  if (!units || units->empty()) return kReplacement;
-  if (units->size() == 1) return static_cast<wchar_t>((*units)[0]);
-  return static_cast<wchar_t>(0x10000 + (((*units)[0] - 0xD800) << 10) + ((*units)[1] - 0xDC00));
-}
-
 }  // namespace
 
 struct Terminal::State {
@@ -154,7 +147,9 @@ int Terminal::State::GetCharacter(EditLine* editor, wchar_t* character) {
     }
     bytes.push_back(*byte);
   }
-  *character = CodeOf(bytes);
+  std::string_view rest = bytes;
+  const char32_t code = platform::TakeCharacter(rest);
+  *character = code == platform::kMalformed ? kReplacement : static_cast<wchar_t>(code);
   return 1;
 }
 

@@ -17,7 +17,8 @@ OneTrackedDocument* CurrentDocument() {
 }  // namespace
 
 HostAppInterface* HostAppInterface::GetHostAppInterface() {
-  if (!sm_pHostApp) sm_pHostApp = new PhotoshopInterface;
+  static PhotoshopInterface sInterface;
+  if (!sm_pHostApp) sm_pHostApp = &sInterface;
   return sm_pHostApp;
 }
 

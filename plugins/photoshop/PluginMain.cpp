@@ -2,6 +2,7 @@
 #include "photoshop/PluginMain.h"
 
 #include <cstring>
+#include <memory>
 
 #include "Bridge/FontManagerInterface.h"
 #include "Panel/PanelManager.h"
@@ -40,7 +41,7 @@ bool registeredPlugPlug = false;
 SDKPlugPlug sPPLib;
 
 // Leaked on purpose: lives as long as the process, like the run loop that holds it.
-NotificationTimer* notificationTimer = nullptr;
+auto& notificationTimer = *new std::unique_ptr<NotificationTimer>;
 
 const CommonFunctionality::StaticPluginInitializer sInitializer("com.velorant.AutoActivationPlugin.PS21");
 
@@ -154,31 +155,32 @@ void AllocateGlobals(const SPBlocksSuite* blocks, SPMessageData* message) {
   gGlobals->plugin = gPlugInRef;
 }
 
-void StartServices() {
+// Returns false if the start failed. Throws the host's error code if a suite is missing.
+bool StartServices() {
   SwizzleNSWindowOrderOverride();
   MarquineGlobals::SetSuppressingHostAppDialogs(true);
   // Open the panel's socket before anything that can fail.
   PanelManager::GetSharedInstance()->OpenSocket();
-  notificationTimer = new NotificationTimer;
+  notificationTimer = std::make_unique<NotificationTimer>();
   notificationTimer->initWithCallback(processNotifications);
-  if (CommonFunctionality::Startup(true) != CoreErrorCodes::kSuccess) throw 0;
+  if (CommonFunctionality::Startup(true) != CoreErrorCodes::kSuccess) return false;
   CommonFunctionality::InitializeCommonPreferences();
   RaiseReplaceDelays();
+  return true;
 }
 
 SPErr StartupPlugin(SPMessageData* message) {
   if (sNumberOfTimesStartupPluginHasBeenCalled++ > 0) return kNoErr;
   const SPBlocksSuite* blocks = AcquireBlocksForStart();
   AllocateGlobals(blocks, message);
-  // After either exception the plug-in stays loaded but idle; its commands tell the user what is wrong.
-  const auto swallow = [] { OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n"); };
+  bool hasStarted = false;
   try {
-    StartServices();
-  } catch (int) {
-    swallow();
+    hasStarted = StartServices();
   } catch (unsigned int) {
-    swallow();  // a missing suite
+    // A suite is missing.
   }
+  // Without services the plug-in stays loaded but idle; its commands tell the user what is wrong.
+  if (!hasStarted) OutputIndentedAndFormattedString(0, "StartupPlugin, after catching an error\n");
   ReleaseBlocks(blocks);
   return gNotifierOn ? kNoErr : AddNotifiers();
 }
@@ -246,8 +248,7 @@ SPErr Dispatch(const char* caller, const char* selector, SPMessageData* message)
 }  // namespace
 
 void ResetPluginMainForTesting() {
-  delete notificationTimer;
-  notificationTimer = nullptr;
+  notificationTimer.reset();
   gGlobals = nullptr;
   gNotifierOn = sentStartNotification = registeredPlugPlug = false;
   sNumberOfTimesStartupPluginHasBeenCalled = 0;

@@ -13,9 +13,9 @@ TEST(CommandLine, ManualLinesKeepHyphensAndShowValues) {
                             {"--state", "FOLDER", "the state folder", &state}};
   EXPECT_EQ(ManualLines(options),
             ".TP\n.B \\-f, \\-\\-force\nOverwrite read\\-only files.\n"
-            ".TP\n.BI \"\\-\\-state \" \"FOLDER\"\nThe state folder.\n");
+            ".TP\n.BI \"\\-\\-state\" \" FOLDER\"\nThe state folder.\n");
   const CommandText commands[] = {{"add", "FOLDER", "add a folder"}};
-  EXPECT_EQ(ManualLines(commands), ".TP\n.BI \"add \" \"FOLDER\"\nAdd a folder.\n");
+  EXPECT_EQ(ManualLines(commands), ".TP\n.BI \"add\" \" FOLDER\"\nAdd a folder.\n");
   EXPECT_EQ(CompletionLine("tool", options, commands), "complete -o default -W 'add -f --force --state' tool\n");
 }
 

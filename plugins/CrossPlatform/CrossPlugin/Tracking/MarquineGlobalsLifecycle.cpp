@@ -9,9 +9,9 @@ namespace MarquineGlobals {
 FontActivationTracker* GetSharedFontActivationTracker() {
   State& state = GetState();
   if (!state.sFontActivationTracker) {
-    state.sFontActivationTracker = new FontActivationTracker(GetSharedVPFInterface().Get());
+    state.sFontActivationTracker = std::make_shared<FontActivationTracker>(GetSharedVPFInterface().Get());
   }
-  return state.sFontActivationTracker;
+  return state.sFontActivationTracker.get();
 }
 
 // Empty on purpose. On other platforms it takes the front from the host for a moment, so that the host redraws its
@@ -21,8 +21,7 @@ void BackgroundForegroundApp() {}
 void CleanUpOnShutdown() {
   State& state = GetState();
   SetPluginServicesEnabled(false);
-  delete state.sFontActivationTracker;
-  state.sFontActivationTracker = nullptr;
+  state.sFontActivationTracker.reset();
   const VPILoader* table = VPILoader::GetSharedInstance();
   if (table->pfGetPluginFacadeInstance && table->pfCleanUpOnShutdown) table->pfCleanUpOnShutdown(GetFacade());
   state.sVPFInterface = nullptr;
@@ -33,7 +32,6 @@ void CleanUpOnShutdown() {
 }
 
 void ResetForTesting() {
-  delete GetState().sFontActivationTracker;
   GetState() = State();
   sPluginServicesEnabled = sConnectedToCore = sLoggedIn = sUserHasWorkgroups = false;
   sBulkReplicationRunning = sIncrementalReplicationRunning = false;

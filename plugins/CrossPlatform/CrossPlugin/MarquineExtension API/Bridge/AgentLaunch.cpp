@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <thread>
 
 #include "GConfigurationFile.h"
 #include "Services/DiagnosticLog.h"
@@ -14,6 +13,7 @@
 #include "platform/Folders.h"
 #include "platform/Presenter.h"
 #include "platform/Process.h"
+#include "platform/Waiting.h"
 
 namespace {
 
@@ -55,9 +55,10 @@ std::string LaunchConfigured(const std::string& configuration) {
 }  // namespace
 
 int FindAndLaunchNexcore(std::string* outFolder) {
+  TracedCall traced(__func__);
   const std::string executable = LaunchConfigured(FindLaunchConfiguration());
   if (executable.empty()) {
-    OutputIndentedAndFormattedString(-1, "Could not launch Nexcore");
+    traced.End("Could not launch Nexcore");
     return -1;
   }
   if (outFolder) {
@@ -82,17 +83,16 @@ TModuleErrorCode GetPathToRunningProcessExe(const std::string& name, std::string
 }
 
 namespace {
-constexpr std::chrono::milliseconds kBetweenLooks{10};
 std::chrono::milliseconds sAnnouncementPatience{5000};
 }  // namespace
 
 TModuleErrorCode AwaitPathToRunningProcessExe(const std::string& name, std::string& outFolder) {
-  const auto end = std::chrono::steady_clock::now() + sAnnouncementPatience;
-  for (;;) {
-    const TModuleErrorCode result = GetPathToRunningProcessExe(name, outFolder);
-    if (result == CoreErrorCodes::kSuccess || std::chrono::steady_clock::now() >= end) return result;
-    std::this_thread::sleep_for(kBetweenLooks);
-  }
+  TModuleErrorCode result = CoreErrorCodes::kUnknownError;
+  platform::WaitUntil(sAnnouncementPatience, [&] {
+    result = GetPathToRunningProcessExe(name, outFolder);
+    return result == CoreErrorCodes::kSuccess;
+  });
+  return result;
 }
 
 void SetAnnouncementPatienceForTesting(std::chrono::milliseconds patience) { sAnnouncementPatience = patience; }

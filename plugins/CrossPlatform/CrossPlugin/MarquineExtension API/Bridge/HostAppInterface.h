@@ -20,7 +20,7 @@ class HostAppInterface {
   // Returns the one host object. Never null. Created on first use and never deleted; each host program defines this
   // function. The caller does not own the result.
   static HostAppInterface* GetHostAppInterface();
-  // Replaces the host object. Not owned; null makes the next call create a new one.
+  // Replaces the host object. Not owned; null restores the own one.
   static void SetForTesting(HostAppInterface* host) { sm_pHostApp = host; }
 
   // The list of workgroups changed. Despite the name, an implementation may update anything that depends on them.

@@ -13,31 +13,30 @@ namespace {
 constexpr const char* kLibraryName = "VelorantPluginInterface.framework";
 // Leaked on purpose: a call during process exit, after a static destructor, would search for the library again and
 // launch an agent.
-VPILoader* sInstance = nullptr;
-
-void Replace(VPILoader* instance) {
-  delete sInstance;
-  sInstance = instance;
+std::unique_ptr<VPILoader>& Instance() {
+  static auto& sInstance = *new std::unique_ptr<VPILoader>;
+  return sInstance;
 }
 
 }  // namespace
 
 VPILoader* VPILoader::GetSharedInstance() {
-  if (!sInstance) {
-    sInstance = new VPILoader;
-    sInstance->FindLibrary();
+  std::unique_ptr<VPILoader>& instance = Instance();
+  if (!instance) {
+    instance.reset(new VPILoader);
+    instance->FindLibrary();
   }
-  return sInstance;
+  return instance.get();
 }
 
 void VPILoader::ResetForTesting() {
-  Replace(nullptr);
+  Instance().reset();
   ForgetPrivateFrameworksFolderForTesting();
 }
 
 VPILoader* VPILoader::UseEmptyTableForTesting() {
-  Replace(new VPILoader);
-  return sInstance;
+  Instance().reset(new VPILoader);
+  return Instance().get();
 }
 
 VPILoader::VPILoader() {
@@ -101,8 +100,9 @@ void VPILoader::ResetFunctionPointers(VPILoader* self, platform::Bundle* bundle)
 }
 
 bool VPILoader::IsLoaded(std::string* path, std::string* version, int* missing) {
+  TracedCall traced("VPILoader::IsLoaded");
   if (!path || !version || !missing) {
-    OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because it was called incorrectly.");
+    traced.End("VPILoader::IsLoaded() returning false because it was called incorrectly.");
     return false;
   }
   *path = sFrameworkPath;
@@ -111,11 +111,10 @@ bool VPILoader::IsLoaded(std::string* path, std::string* version, int* missing) 
   if (nMissingFunctions == 0) return true;
   if (nMissingFunctions == 1 && !pfGetIsOnline) return true;
   if (nMissingFunctions == kTableSize) {
-    OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because all %d functions are missing.",
-                                     nMissingFunctions);
+    traced.End("VPILoader::IsLoaded() returning false because all %d functions are missing.", nMissingFunctions);
   } else {
     // Do not correct these words, which report missing functions: support staff search logs for them.
-    OutputIndentedAndFormattedString(-1, "VPILoader::IsLoaded() returning false because of one or more null inputs.");
+    traced.End("VPILoader::IsLoaded() returning false because of one or more null inputs.");
   }
   return false;
 }

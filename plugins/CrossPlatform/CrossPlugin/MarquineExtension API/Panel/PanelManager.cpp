@@ -22,21 +22,21 @@ TModuleErrorCode PanelManager::RegisterPlugPlug(SDKPlugPlug* plugPlug) {
 
 unsigned int PanelManager::GetSocketPort() {
   OutputIndentedAndFormattedString(0, "%s() called", __func__);
-  for (MarquinePanel* panel : mPanels) {
+  for (const auto& panel : mPanels) {
     if (const unsigned int port = panel->GetSocketPort()) return port;
   }
   return 0;
 }
 
 void PanelManager::CheckForTypekit() {
-  for (MarquinePanel* panel : mPanels) panel->CheckForTypekit();
+  for (const auto& panel : mPanels) panel->CheckForTypekit();
 }
 
 // Calls every panel; reports and returns the first code other than 0.
-#define FAN_OUT(call)                                          \
-  for (auto it = mPanels.begin(); it != mPanels.end(); ++it) { \
-    RETURN_IF_ERROR("Miscellaneous", (*it)->call);             \
-  }                                                            \
+#define FAN_OUT(call)                              \
+  for (const auto& panel : mPanels) {              \
+    RETURN_IF_ERROR("Miscellaneous", panel->call); \
+  }                                                \
   return CoreErrorCodes::kSuccess
 
 TModuleErrorCode PanelManager::SetEnabled(bool enabled) {

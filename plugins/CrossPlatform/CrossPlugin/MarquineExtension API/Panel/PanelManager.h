@@ -4,8 +4,9 @@
 // No transport exists yet: OpenSocket and RegisterPlugPlug return kNotImplemented, and there are no panels.
 #pragma once
 
-#include <set>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "ErrorCodes.h"
 #include "Panel/MarquinePanel.h"
@@ -30,5 +31,5 @@ class PanelManager {
 #undef PANEL_PUSH
 
  private:
-  std::set<MarquinePanel*> mPanels;
+  std::vector<std::unique_ptr<MarquinePanel>> mPanels;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <memory>
 #include <vector>
 
 #include "Services/DiagnosticLog.h"
@@ -146,10 +147,11 @@ VPFInterfaceRef GetSharedVPFInterface() {
   if (!state.sVPFInterface) {
     if (!state.sHostApp) OutputIndentedAndFormattedString(0, "ERROR: sHostApp is NULL in %s()", __func__);
     // Never deleted, not even by a shutdown: windows of the framework may still be open.
-    static auto* const sKept = new std::vector<VPFInterface*>;
-    state.sVPFInterface = new VPFInterface(state.sHostApp, state.sPluginVersion, state.sPluginBundleIdentifier.Text(),
-                                           state.sVelorantPluginInterfaceVersion);
-    sKept->push_back(state.sVPFInterface);
+    static auto& sKept = *new std::vector<std::unique_ptr<VPFInterface>>;
+    sKept.push_back(std::make_unique<VPFInterface>(state.sHostApp, state.sPluginVersion,
+                                                   state.sPluginBundleIdentifier.Text(),
+                                                   state.sVelorantPluginInterfaceVersion));
+    state.sVPFInterface = sKept.back().get();
   }
   return state.sVPFInterface;
 }

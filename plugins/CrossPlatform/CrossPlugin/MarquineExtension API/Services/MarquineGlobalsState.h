@@ -1,6 +1,7 @@
 // The stored part of the globals, for the two source files that write it.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "Services/VPFInterface.h"
@@ -18,8 +19,9 @@ struct State {
   platform::String sHostAppVersionPrefix;
   platform::String sHostAppMinimumVersion;
   std::string pPluginBinaryPath;
-  VPFInterface* sVPFInterface = nullptr;                    // never deleted
-  FontActivationTracker* sFontActivationTracker = nullptr;  // owned; created and deleted by the tracking code
+  VPFInterface* sVPFInterface = nullptr;  // never deleted
+  // Created and deleted by the tracking code, which knows the whole type.
+  std::shared_ptr<FontActivationTracker> sFontActivationTracker;
   bool noInterfaceForTesting = false;
 };
 
