@@ -1,5 +1,5 @@
-// A document of 200 fonts, each with five candidates in the agent's library, classified over the real agent: the time that
-// is spent in the plug-in against the time of the agent calls that it makes.
+// Classifies a document's 200 fonts, each with five candidates, with the real agent: the time spent in the plug-in
+// against the time of its agent calls.
 #include <poll.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -43,7 +43,7 @@ enum class Function {
 double agentSeconds = 0;
 size_t agentCalls = 0;
 
-// A function of the table, with the time that it takes added up.
+// A function of the table, with the sum of its times.
 template <Function name, class Signature>
 struct Timed;
 
@@ -71,7 +71,7 @@ void TimeTheTable() {
 #undef TIME
 }
 
-// The agent as the plug-in finds and starts it, with a state folder and a library of its own; ended with the object.
+// The agent, found and started as the plug-in does, with its own state folder and library. Ends with the object.
 class AgentForABenchmark {
  public:
   AgentForABenchmark() {
@@ -81,7 +81,7 @@ class AgentForABenchmark {
       for (const fs::directory_entry& font : fs::directory_iterator(kFonts)) {
         if (font.path().extension() != ".otf") continue;
         fs::copy_file(font.path(), fs::path(folder) / font.path().filename());
-        // The files are named after their fonts.
+        // Each file has the name of its font.
         if (copy == 0) names_.push_back(font.path().stem().string());
       }
     }
@@ -97,7 +97,7 @@ class AgentForABenchmark {
     platform::SetPlaces(places);
   }
   ~AgentForABenchmark() {
-    // The runtime folder is this benchmark's own, so what runs there is what was started here.
+    // Only this benchmark uses the runtime folder, so a process there was started here.
     for (const platform::RunningApplication& application : platform::RunningApplications()) {
       const platform::Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, application.processID, 0)));
       if (!process || kill(application.processID, SIGTERM) != 0) continue;
@@ -108,7 +108,7 @@ class AgentForABenchmark {
   AgentForABenchmark(const AgentForABenchmark&) = delete;
   AgentForABenchmark& operator=(const AgentForABenchmark&) = delete;
 
-  // The names of the library's fonts, again and again: the classification remembers nothing from one to the next.
+  // Repeats the names of the library's fonts, because the classification caches nothing.
   Array DocumentFonts() const {
     std::vector<std::string> names;
     for (size_t i = 0; i < kDocumentFonts; ++i) names.push_back(names_[i % names_.size()]);
@@ -121,14 +121,14 @@ class AgentForABenchmark {
   std::vector<std::string> names_;
 };
 
-// False with a line if the classification did not find what it is to find.
+// Returns false and prints a line if the classification has not found all fonts.
 bool Classify(const AgentForABenchmark& agent, double& seconds) {
   const Array fonts = agent.DocumentFonts(), matched = Array::Create(), problems = Array::Create();
   seconds = benchmark::Measure([&] {
     ProcessDocumentFontsForAutoActivation(fonts, matched, problems, true, false, FontManagerInterface::kAllWorkgroupsID,
                                           nullptr);
   });
-  // Bare names with several candidates of which none is active are for the user to choose.
+  // If a record has only a name and several inactive candidates, the user chooses.
   for (size_t i = 0; i < kDocumentFonts; ++i) {
     const Dictionary problem(problems.At(i));
     if (problem.GetArray(kGS_PossibleReplacementsKey).Count() == kCandidates) continue;

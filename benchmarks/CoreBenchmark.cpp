@@ -1,5 +1,5 @@
-// The core library's everyday costs: JSON against the bare JSON library, a name by its code against one look into a
-// map, a log line below its level against the look for the level, and an uncontended lock against the system library's.
+// Frequent operations of the core library: JSON against the JSON library alone, the name of a code against one map
+// lookup, a log line below its level against the level check, and an uncontended lock against the system library's.
 #include <yajl/yajl_gen.h>
 #include <yajl/yajl_tree.h>
 
@@ -20,7 +20,7 @@ namespace {
 constexpr int kRuns = 9;
 constexpr int kTimes = 20'000;
 
-// Keeps the compiler from leaving work out.
+// Keeps the compiler from removing the work.
 template <class T>
 void Use(const T& value) {
   asm volatile("" : : "g"(&value) : "memory");

@@ -1,5 +1,5 @@
-// The fonts of a folder of documents, against exiftool on the same folder, and identification data written into a large EPS
-// file, against cp and sync.
+// Lists the fonts of a folder of documents, against exiftool on the same folder. Writes identification data into a
+// large EPS file, against cp and sync.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -28,7 +28,7 @@ void Run(const std::string& command) {
 
 std::string Quoted(const std::string& path) { return "'" + path + "'"; }
 
-// Documents of all kinds that the tree has, over and over, and EPS files between them.
+// Copies of the tree's documents of all kinds, with EPS files in between.
 void FillFolder(const test_support::TempFolder& folder) {
   std::vector<fs::path> documents;
   for (const char* samples : {SOURCE_DIR "/samples", SOURCE_DIR "/tests/readers/pdf"}) {

@@ -1,5 +1,5 @@
-// Opening and saving large documents in the host, whose pixels are noise: against reading the file once through a small
-// buffer, and against `cp` with the sync that makes a save survive a crash of the machine.
+// Opens and saves large documents of noise in the host, against reading the file once through a small buffer, and
+// against `cp` with the sync that makes a save survive a crash of the machine.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -29,7 +29,7 @@ constexpr int kRuns = 5;
   std::exit(2);
 }
 
-// A document of about this size with one layer of text, whose composite image is raw noise.
+// Returns a document of about this size with one text layer and a composite image of raw noise.
 std::string Document(size_t size) {
   std::string plain = host::NewLayeredFile(true);
   platform::ByteSource source(plain);
@@ -98,7 +98,7 @@ void OpenAndClose(const std::string& path) {
   Check(documents.Close(id));
 }
 
-// As the plug-in does when the host has saved the document.
+// Does what the plug-in does after the host has saved the document.
 void WriteSlug(const std::string& path) {
   static int sRun = 0;
   platform::Array fonts = platform::Array::Create();

@@ -1,5 +1,5 @@
-// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program prints its
-// own lines and returns Finish() from main.
+// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program prints
+// its own lines and returns Finish() from main.
 #pragma once
 
 #include <sys/resource.h>
@@ -29,7 +29,7 @@ inline double Measure(const std::function<void()>& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// Prints the titles of the columns, and a warning if the compiler was not asked to optimise.
+// Prints the titles of the columns, and a warning if the build is not optimised.
 inline void Begin() {
 #ifndef __OPTIMIZE__
   std::printf("WARNING: built without optimisation, the ratios mean nothing\n");
@@ -47,8 +47,8 @@ inline void Report(const char* name, double value, double floor, double limit, c
   std::fflush(stdout);
 }
 
-// The best of several runs of each, in turn, so that a busy machine slows both. `prepare` runs before each `work` and is not
-// measured.
+// The best of several runs of each, in turn, so that a busy machine slows both. `prepare` runs before each `work` and
+// is not measured.
 inline void Compare(
     const char* name, double limit, int runs, const std::function<void()>& work, const std::function<void()>& floor,
     const std::function<void()>& prepare = [] {}) {

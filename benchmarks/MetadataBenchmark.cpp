@@ -1,5 +1,5 @@
-// Reading and writing the metadata of documents, which is done in another process: an ordinary document against 10 ms, and
-// the slug's write into a large one against copying the document.
+// Reads and writes the metadata of documents, which another process does: an ordinary document against 10 ms, and the
+// slug in a large document against copying it.
 #include <unistd.h>
 
 #include <algorithm>
@@ -41,7 +41,7 @@ std::string Number(uint32_t value, int bytes) {
   return text;
 }
 
-// A document without layers and metadata whose pixels are noise.
+// Returns a document of noise without layers and metadata.
 void WriteDocument(const std::string& path, uint32_t megabytes) {
   const uint32_t width = 1024, height = megabytes * 1024;  // in gray
   std::ofstream file(path, std::ios::binary);
@@ -76,7 +76,7 @@ void WriteSlug(const std::string& path, int count) {
   if (WriteXMPGlyphsureSlugToFile(path, Fonts(count)) != CoreErrorCodes::kSuccess) Fail("the slug can't be written");
 }
 
-// The shortest of several runs, in milliseconds.
+// Returns the shortest time of several runs, in milliseconds.
 double Best(const std::function<void()>& work) {
   double best = std::numeric_limits<double>::infinity();
   for (int i = 0; i < kRuns; ++i) best = std::min(best, benchmark::Measure(work) * 1000);
@@ -90,7 +90,7 @@ int main() {
   if (InitializeGlyphsureXMP() != 0) Fail("the XMP library can't be started");
   const std::string folder = MakeFolder(std::filesystem::temp_directory_path());
   const std::string large = folder + "/large.psd", copy = folder + "/copy.psd";
-  // In memory: what the disk takes to write an ordinary document is no cost of its metadata.
+  // In memory, because the time of the disk is not a cost of the metadata.
   const std::string inMemory = MakeFolder("/dev/shm"), small = inMemory + "/small.psd";
   WriteDocument(small, 1);
   WriteDocument(large, 64);
@@ -115,8 +115,8 @@ int main() {
   benchmark::Compare(
       "slug's write in its place, 64 MiB, against cp", 1.5, kRuns, [&] { WriteSlug(large, count ^= 1); },
       [&] { copyTo(copying); });
-  // So many more each time that the document has to be written anew. The floor is the least that such a write costs which
-  // survives a loss of power.
+  // Adds so many fonts each time that the document must be rewritten. The floor is the cheapest rewrite that survives a
+  // loss of power.
   benchmark::Compare(
       "slug's write with growth, 64 MiB, against cp and sync", 1.5, kRuns, [&] { WriteSlug(large, count += 50); },
       [&] { copyTo(copying + " && sync '" + copy + "'"); });

@@ -1,4 +1,4 @@
-// Listing the fonts of a long PDF document, against pdffonts on the same file.
+// Lists the fonts of a long PDF document, against pdffonts on the same file.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -19,7 +19,7 @@ constexpr int kPages = 5000, kFonts = 200, kFontsOnAPage = 8;
   std::exit(2);
 }
 
-// Every page has resources of its own, with 8 of 200 fonts.
+// Each page has its own resources with 8 of 200 fonts.
 class Document {
  public:
   Document() {

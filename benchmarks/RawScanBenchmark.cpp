@@ -1,5 +1,5 @@
-// Scanning the bytes of a large document for font names, against reading the document into memory once and looking for the
-// first byte, or the whole, of what is looked for.
+// Scans the bytes of a large document for font names, against reading the document into memory once and searching it
+// for the first byte of the pattern, or for the whole pattern.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -37,7 +37,7 @@ class Document {
     mPath = std::string(folder ? folder : "/tmp") + "/raw-scan-XXXXXX.psd";
     const int file = mkostemps(mPath.data(), 4, 0);
     if (file < 0) Fail(mPath);
-    // The texts stand at equal distances, the last one at the end.
+    // The texts are at equal distances, the last one at the end.
     std::string block(kMiB, '\0');
     const size_t blocks = size / kMiB;
     for (size_t i = 0; i < blocks; ++i) {
@@ -60,9 +60,9 @@ class Document {
 
 void FillWithNoise(std::string& block) { benchmark::FillWithNoise(block); }
 
-volatile size_t sSink;  // keeps the compiler from leaving the work out
+volatile size_t sSink;  // keeps the compiler from removing the work
 
-// Reads the whole file and hands it on.
+// Reads the whole file and searches it.
 template <class Search>
 void ReadAnd(const std::string& path, size_t size, const Search& search) {
   const int file = open(path.c_str(), O_RDONLY);

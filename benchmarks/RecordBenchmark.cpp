@@ -1,5 +1,5 @@
-// Font records in numbers: what a record costs in memory, and what merging, looking names up and the cache of font data
-// cost when there are ten times or a hundred times as many names.
+// Many font records: the memory of a record, and the time of merging, lookups and the font data cache with ten times or
+// a hundred times as many names.
 #include <cstdlib>
 #include <new>
 #include <string>
@@ -21,7 +21,7 @@ namespace {
 constexpr int kRuns = 5;
 size_t allocations = 0;
 
-// As raw names come from a document: each of so many names again and again.
+// As a scan finds names in a document: each name many times.
 std::vector<std::string> RawNames(size_t count, size_t distinct) {
   std::vector<std::string> names;
   for (size_t i = 0; i < count; ++i) names.push_back("Family" + std::to_string(i * 7919 % distinct) + "-Bold");
@@ -55,7 +55,7 @@ void FillCache(uint32_t count) {
   }
 }
 
-// A thousand look-ups, half of them for names that are there.
+// A thousand lookups, half of them for present names.
 double LookUpInCache(uint32_t count) {
   FillCache(count);
   return benchmark::Measure([count] {
@@ -68,7 +68,7 @@ double LookUpInCache(uint32_t count) {
   });
 }
 
-// How many allocations a record of these keys is, made one key after the other.
+// Returns the number of allocations for a record with these keys, set one after the other.
 template <class Keys>
 size_t AllocationsOf(const Keys& keys) {
   const size_t before = allocations;

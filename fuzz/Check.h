@@ -1,4 +1,4 @@
-// A promise that a fuzz target checks; a broken one ends the program, in every build.
+// Checks a condition that must hold for all input. If it fails, the program ends, in every build.
 #pragma once
 
 #include <cstdio>

@@ -1,5 +1,5 @@
-// Any bytes as a document with metadata: its fonts are read, or a code says why not. What is then written into it as its
-// slug is read back; a failed write leaves the document as it was.
+// Any bytes as a document with metadata: its fonts are read, or a code says why not. A slug that is written is read
+// back; a failed write does not change the document.
 #pragma once
 
 #include <algorithm>
@@ -52,7 +52,7 @@ inline int Check(std::string_view bytes) {
   return 0;
 }
 
-// The bytes with this beginning, which chooses the handler.
+// Returns the bytes with this beginning, which selects the handler.
 inline int CheckAs(std::string_view beginning, const uint8_t* data, size_t size) {
   const std::string_view bytes = BytesOf(data, size);
   return Check(std::string(beginning) + std::string(bytes.substr(std::min(size, beginning.size()))));

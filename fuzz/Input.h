@@ -1,4 +1,4 @@
-// The input of a fuzz target as text. What takes a path gets it as a file in a TempFolder.
+// The input of a fuzz target as text. Code that takes a path gets a file in a TempFolder.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Stands in for the fuzzer: gives the target every seed of the folders or files named, whole and cut in half. A folder
-// without a seed is a failure.
+// Replaces the fuzzer: passes each seed of the given folders or files to the target, whole and cut in half. Fails for a
+// folder without seeds.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
-// In memory of just that size, so that a read beyond the end is seen.
+// In memory of exactly that size, so that a read beyond the end is detected.
 void Run(const std::vector<uint8_t>& bytes, size_t size) {
   const std::vector<uint8_t> input(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
   LLVMFuzzerTestOneInput(input.data(), input.size());
@@ -19,7 +19,7 @@ void Run(const std::vector<uint8_t>& bytes, size_t size) {
 
 void Replay(const std::filesystem::path& path) {
   std::printf("%s\n", path.c_str());
-  std::fflush(stdout);  // the last line names the seed that ended the program
+  std::fflush(stdout);  // after a crash the last line names the seed
   std::ifstream file(path, std::ios::binary);
   const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
   Run(bytes, bytes.size());

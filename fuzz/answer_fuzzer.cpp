@@ -1,5 +1,5 @@
-// Lines of any bytes as what an agent sends to its clients: as messages of their own, of which the notifications reach a
-// client whole and of their kind, and as results of calls, which the exported functions take or refuse with a code.
+// Lines of any bytes as what an agent sends. As messages: notifications arrive complete and with the data of their
+// kind. As results of calls: the exported functions accept them or return a code.
 #include <sys/socket.h>
 
 #include <cstring>
@@ -65,7 +65,7 @@ class FakeAgent {
   std::string result_ = "{}";
 };
 
-// Takes the data for what the list of kinds says.
+// Reads the data as the list of kinds says.
 PluginInterface::TModuleErrorCode OnNotification(PluginInterface::ECallbackKind kind, void* data) {
   using PluginInterface::EventPayload;
   EventPayload payload = EventPayload::kNothing;
@@ -125,14 +125,14 @@ void Call(PluginInterface::FacadeHandle h) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static auto* const sAgent = new FakeAgent;  // its thread lasts as long as the process
+  static auto* const sAgent = new FakeAgent;  // its thread runs as long as the process
   static const bool sRegistered = (plugin_interface::AddCallback(OnNotification), true);
   CHECK(sRegistered);
   std::istringstream lines{std::string(BytesOf(data, size))};
   std::vector<std::string> messages;
   for (std::string line; std::getline(lines, line);) messages.push_back(line);
   Receive(messages);
-  // What is no message ends the connection, as was just seen; here it stays.
+  // Only text that is a valid message; anything else would end the connection.
   if (messages.empty() || agent_protocol::IsTooDeep("[" + messages[0])) return 0;
   const Json result = Json::parse(messages[0], nullptr, false);
   if (result.is_discarded()) return 0;

@@ -1,4 +1,4 @@
-// Any bytes as a configuration: always a map, whose entries survive being written and read.
+// Any bytes as a configuration: always gives a map, whose entries can be written and read back.
 #include "Check.h"
 #include "GConfigurationFile.h"
 #include "GStringUtils.h"

@@ -1,5 +1,5 @@
-// Any bytes as an EPS file: its fonts are read, and identification data of them are written into it. A save that succeeds
-// leaves every other byte of the file, and its fonts are still found; one that fails leaves the file.
+// Any bytes as an EPS file: its fonts are read, and identification data are written into it. A successful save changes
+// no other byte, and the fonts are still found; a failed save does not change the file.
 #include "Check.h"
 #include "Identification/FontKeys.h"
 #include "Input.h"
@@ -24,7 +24,7 @@ Array Fonts(FontParserEPS& parser) {
   return fonts;
 }
 
-// Whether one is the other with something put in, save for the binary header.
+// True if one is the other with an insertion, apart from the binary header.
 bool IsLongerForm(const std::string& saved, std::string_view bytes) {
   const size_t start = bytes.starts_with("\xC5\xD0\xD3\xC6") && bytes.size() >= kHeaderSize ? kHeaderSize : 0;
   size_t same = start;

@@ -1,5 +1,5 @@
-// Any bytes as a font file, as the agent reads it: a font with faces that can be told from others, or a line that says why
-// it is none. Reading is repeatable, and every face has a record.
+// Any bytes as a font file, as the agent reads it: gives faces with identification, or a line that says what is wrong.
+// Reading again gives the same, and each face has a record.
 #include <climits>
 
 #include "Check.h"
@@ -24,7 +24,7 @@ void CheckFace(const FontFace& face) {
   font.face = face;
   platform::Dictionary record = platform::Dictionary::Create();
   for (const auto& [key, text] : MakeFontRecord(font, agent_protocol::kInactive)) {
-    CHECK(platform::IsValidUTF8(text));  // or the record could not cross the wire
+    CHECK(platform::IsValidUTF8(text));  // otherwise the record could not be sent
     record.Set(key, text);
   }
   CHECK(record.GetString("PostScriptName").View() == face.postScriptName);

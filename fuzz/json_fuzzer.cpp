@@ -1,4 +1,4 @@
-// Any bytes as JSON: a tree, or the code for invalid text. What a tree is written as reads back as the same text.
+// Any bytes as JSON: gives a tree, or the code for invalid text. The written tree reads back as the same text.
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace GJSONUtils;
 
-// The text, or nothing for what the generator refuses.
+// Returns the text, or nothing if the generator refuses the tree.
 std::string DumpOf(const Node& node) {
   try {
     return node.dump();
@@ -38,7 +38,7 @@ void ReadMembers(const Node& root) {
     try {
       std::vector<unsigned> ids;
       CHECK((GetValueForKey(root, key, ids) == 0) == member.is_array());
-    } catch (const std::runtime_error&) {  // an element that is no integer
+    } catch (const std::runtime_error&) {  // an element that is not an integer
       CHECK(member.is_array());
     }
   }

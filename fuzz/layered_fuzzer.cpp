@@ -1,5 +1,5 @@
-// Any bytes as a layered document, as the host reads it: refused, or read. One to which text can be added reads back with
-// as many layers more, names the new font, and keeps all else.
+// Any bytes as a layered document, as the host reads it. After text is added, it reads back with that many more layers,
+// names the new font, and has everything else.
 #include <algorithm>
 
 #include "Check.h"

@@ -1,5 +1,5 @@
-// Any bytes as a PDF file: its fonts are read, in time that grows with the file, and reading twice gives the same; what is
-// then formed as the identification data of a font reads back from its dictionary.
+// Any bytes as a PDF file: reading its fonts takes time in proportion to the file, and twice gives the same.
+// Identification data of a font read back from its dictionary.
 #include "Check.h"
 #include "Identification/FontKeys.h"
 #include "Input.h"

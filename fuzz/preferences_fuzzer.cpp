@@ -1,5 +1,5 @@
-// Any bytes as the file of the preferences: a change is stored beside all that a sound file held, and a damaged file is
-// kept aside.
+// Any bytes as the preferences file: a change is stored together with the content of a valid file, and a damaged file
+// is kept under another name.
 #include "frameworks/VelorantPlugins/Preferences.h"
 
 #include "Check.h"

@@ -1,5 +1,5 @@
-// Any bytes as a property list, and as the recipe of one: a value or a line that says why not. What can be written reads
-// back equal.
+// Any bytes as a property list, and as instructions to build one: gives a value or a line that says what is wrong. A
+// list that can be written reads back equal.
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -14,7 +14,7 @@ namespace {
 
 using namespace platform;
 
-// Builds a value from bytes, of which each step takes some.
+// Builds a value from bytes. Each step consumes some.
 class Recipe {
  public:
   explicit Recipe(std::string_view bytes) : bytes_(bytes) {}
@@ -59,7 +59,7 @@ class Recipe {
   std::string_view bytes_;
 };
 
-// Numbers that are none are equal to nothing, themselves included.
+// NaN is not equal to anything, not even to itself.
 bool HasNaN(const Value& value) {
   if (value.Is(ValueType::kReal)) return Number(value).Real() != Number(value).Real();
   const Array array(value);

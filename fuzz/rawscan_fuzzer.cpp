@@ -1,5 +1,5 @@
-// Any bytes as a document whose font names are searched: every name stands in it, none is longer than it may be, and what
-// stands before, and where the windows on the file end, makes no difference.
+// Any bytes as a document whose font names are searched: each name is in it and is not too long. Neither the bytes
+// before nor the ends of the windows make a difference.
 #include <algorithm>
 
 #include "Check.h"
@@ -11,7 +11,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-// With the zero bytes of UTF-16, which names lose.
+// With the zero bytes of UTF-16, which are removed from names.
 std::string WithoutZeros(std::string_view bytes) {
   std::string text(bytes);
   std::erase(text, '\0');

@@ -1,5 +1,5 @@
-// Any bytes as what a client sends to the agent: cut into the same messages however it arrives, each of which gets one
-// reply or ends the connection. Every call reads its arguments.
+// Any bytes as what a client sends to the agent: gives the same messages however it arrives. Each message gets one
+// reply or ends the connection. Each call reads its arguments.
 #include <algorithm>
 #include <vector>
 

@@ -1,5 +1,5 @@
-// Any bytes as text in every encoding and as a Pascal string: a result, an empty result or the exception of the
-// conversion. Valid text comes back from every conversion and has a valid shape.
+// Any bytes as text in each encoding and as a Pascal string: gives a result, an empty result or the exception of the
+// conversion. Valid text comes back from each conversion.
 #include <cstring>
 #include <stdexcept>
 
@@ -29,7 +29,7 @@ void ConvertThroughIconv(const std::string& text) {
   for (const char* from : {"UTF-8", "MACINTOSH", "ISO-8859-1", "UTF-16", "SHIFT_JIS"}) {
     try {
       const std::string utf8 = iconv_string(text, "UTF-8", from);
-      // From UTF-8 the library takes more code points than Unicode has.
+      // In UTF-8 the library accepts more code points than Unicode has.
       CHECK(platform::IsValidUTF8(utf8) || (utf8 == text && std::strcmp(from, "UTF-8") == 0));
     } catch (const std::runtime_error& error) {
       CHECK(std::strncmp(error.what(), "Unable to convert string to UTF-8 (error ", 41) == 0);

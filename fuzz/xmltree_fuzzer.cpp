@@ -1,5 +1,5 @@
-// Any bytes as the XML form of a tree: a tree or a code. What was read is written, reads back as the same tree, and has
-// a JSON form unless a single value lacks its element.
+// Any bytes as the XML form of a tree: gives a tree or a code. A tree is written and reads back equal, and has a JSON
+// form unless a single value lacks its element.
 #include <nlohmann/json.hpp>
 #include <sstream>
 

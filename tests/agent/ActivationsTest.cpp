@@ -1,4 +1,4 @@
-// Who asked for which font, and what follows: for the links, for what fontconfig lists, for what clients are told.
+// Requests of several clients, and their effects: the links, the fonts that fontconfig lists, and the notifications.
 #include "agent/activation/Activations.h"
 
 #include <gmock/gmock.h>
@@ -19,9 +19,9 @@ using namespace agent;
 using namespace agent_protocol;
 using namespace debian_fonts;
 
-// The fonts of these tests, by letter: x and y are plain, o and t are one face in two files, c and d share a file, s is
-// the operating system's and so is u, of a name that the library has as v; r may not be activated; b is no font by the
-// time that it is asked for; z is unknown.
+// The fonts of these tests, by letter: x and y are plain; o and t are one face in two files; c and d share a file; s
+// and u belong to the operating system, and the library has u's name as v; r may not be activated; b is damaged before
+// it is requested; z is unknown.
 class Desk {
  public:
   Desk() {
@@ -51,15 +51,16 @@ class Desk {
     platform::SetPlaces({});
   }
 
-  // As a killed agent leaves things, then the start of another.
+  // Leaves everything as a killed agent does, and starts another.
   void KillAndStart() {
     Start();
     activations_->RemoveUnaskedLinks();
     activations_->Reconcile();
   }
 
-  // A step is a client's letter, what it does and a font: + asks for a document, & asks again after a restart, ? for a preview, * by the user; - gives
-  // back, = gives back what the user asked for; ! the client goes, ~ it goes and keeps; # the agent is killed.
+  // A step is a client's letter, what it does and a font: + asks for a document, & asks again after a restart, ? for a
+  // preview, * by the user; - gives back, = gives back what the user asked for; ! the client goes, ~ it goes and keeps;
+  // # the agent is killed.
   void Take(const std::string& step) {
     if (step == "#") return KillAndStart();
     const ClientID client = static_cast<ClientID>(step[0]);
@@ -86,10 +87,10 @@ class Desk {
     }
     return states.substr(0, states.empty() ? 0 : states.size() - 1);
   }
-  // What the last activation answered: + active, ! failed, % refused, each with the font's letter.
+  // The result of the last activation: + active, ! failed, % refused, each with the font's letter.
   const std::string& Outcome() const { return outcome_; }
 
-  // The font service lists what is said to be active, and the clients were told of it.
+  // fontconfig lists what the agent reports as active, and the clients were notified.
   void ExpectTruth() const {
     std::multiset<std::string> listed, claimed;
     for (const platform::ActiveFont& font : platform::ActiveFonts()) {
@@ -175,17 +176,17 @@ struct RuleRow {
 const RuleRow kRules[] = {
     {"A+x", "x1", "+x"},
     {"A+x A-x", "", "+x"},
-    {"A+x A+x A-x", "", "+x"},    // asked for twice, given back once
-    {"A+x B+x A-x", "x1", "+x"},  // the other still asks
+    {"A+x A+x A-x", "", "+x"},    // requested twice, deactivated once
+    {"A+x B+x A-x", "x1", "+x"},  // the other client still holds it
     {"A+x B+x A-x B-x", "", "+x"},
-    {"A+x B-x", "x1", "+x"},   // nobody gives back what another holds
-    {"A+x A+y A!", "", "+y"},  // a client that goes gives all back
+    {"A+x B-x", "x1", "+x"},   // a client cannot deactivate what another one holds
+    {"A+x A+y A!", "", "+y"},  // the end of a client deactivates all its fonts
     {"A+x B+x A!", "x1", "+x"},
     {"A?x", "x3", "+x"},
-    {"A?x A+x", "x1", "+x"},  // the stronger wish stands, in either order
+    {"A?x A+x", "x1", "+x"},  // the stronger request wins, in either order
     {"A+x A?x", "x1", "+x"},
     {"A+x B?x A!", "x3", "+x"},
-    {"A*x A!", "x4", "+x"},  // what the user asked for stays until the user says otherwise
+    {"A*x A!", "x4", "+x"},  // the user's activation lasts until the user deactivates it
     {"A*x A-x", "x4", "+x"},
     {"A*x A=x", "", "+x"},
     {"A+y", "y1", "+y"},      // a name without an extension
@@ -196,21 +197,21 @@ const RuleRow kRules[] = {
     {"A+c A?d", "c1 d3", "+d"},
     {"A+c A+d A-c", "c1 d1", "+d"},
     {"A+c A+d A-c A-d", "", "+d"},
-    {"A+s", "", "+s"},  // the system has it active; nothing to do and nothing to hold
+    {"A+s", "", "+s"},  // the system has it active, so there is nothing to do or to hold
     {"A+s A-s", "", "+s"},
     {"A+v", "", "!v"},  // the system's file of this name is active
     {"A+r", "", "%r"},
-    {"A+b", "", "!b"},  // linked, but the font service lists nothing
+    {"A+b", "", "!b"},  // linked, but fontconfig does not list it
     {"A+z", "", "!z"},
-    {"A+x #", "", "+x"},  // nobody living asks
+    {"A+x #", "", "+x"},  // no client requests it any more
     {"A+x A+c #", "", "+c"},
-    {"A*x #", "x4", "+x"},  // what is stored is active again
+    {"A*x #", "x4", "+x"},  // a stored activation is active again
     {"A+x A~", "x1", "+x"},
     {"A+x A~ #", "x1", "+x"},
-    {"A+x A~ # B-x", "", "+x"},  // what a client left active anybody may end
+    {"A+x A~ # B-x", "", "+x"},  // any client may deactivate what a client left active
     {"A+x A~ B+x B!", "x1", "+x"},
     {"A?x A+y A~", "y1", "+y"},  // a preview ends with its client, kept or not
-    {"A&x A+y A~", "y1", "+y"},  // what was only asked for again was not chosen to stay
+    {"A&x A+y A~", "y1", "+y"},  // a restored activation is not kept
     {"A&x A+x A~ #", "x1", "+x"},
     {"A+d A~ #", "c1 d1", "+d"},
     {"A+x A! # A+x", "x1", "+x"},

@@ -1,4 +1,4 @@
-// The folder of links: where a link stands, what fontconfig can see of it at which moment, and what is left alone.
+// The folder of links: where links are, what fontconfig sees at each moment, and which files are not touched.
 #include "agent/activation/ActiveFolder.h"
 
 #include <fcntl.h>
@@ -90,7 +90,7 @@ TEST_F(ActiveFolderTest, TakesStockOfItsOwnLinksAndClearsHalfMadeOnes) {
   for (const char* kept : {"/1/notes.txt", "/1/.fonts.conf", "/2/1.ttf"})
     EXPECT_TRUE(fs::exists(Root() + kept)) << kept;
   EXPECT_FALSE(active.Unlink(33));
-  EXPECT_FALSE(active.Unlink(33));  // no link is no error
+  EXPECT_FALSE(active.Unlink(33));  // a missing link is not an error
   EXPECT_THAT(active.LinkedIDs(), testing::ElementsAre(1));
   EXPECT_FALSE(fs::exists(Root() + "/1/33"));
 }
@@ -104,7 +104,7 @@ TEST_F(ActiveFolderTest, ReplacingALinkLeavesOneWithTheNewName) {
   EXPECT_EQ(fs::read_symlink(Root() + "/5/5.otf"), folder_ / "new.otf");
 }
 
-// fontconfig compares whole seconds, so the folder that changed must show a later one than that of the change.
+// fontconfig compares whole seconds, so the folder's time must be in a later second than the change.
 TEST_F(ActiveFolderTest, OnlyTheChangedFolderIsTouchedAgainAndOnlyOnce) {
   ActiveFolder active(Root(), LinkKind::kSymbolic, loop_);
   ASSERT_FALSE(active.Prepare());
@@ -146,7 +146,7 @@ TEST_F(ActiveFolderTest, AHardLinkIsOfTheFontsOwnFile) {
   EXPECT_FALSE(result.symbolic);
   EXPECT_FALSE(fs::is_symlink(Root() + "/7/7.ttf"));
   EXPECT_TRUE(fs::equivalent(Root() + "/7/7.ttf", file));
-  // Where none can be made, a symbolic link stands in and the caller is told.
+  // If a hard link is not possible, a symbolic one is made and the caller gets a message.
   EXPECT_TRUE(active.Link(8, folder_ / "gone.ttf").symbolic);
 }
 
@@ -159,7 +159,7 @@ TEST_F(ActiveFolderTest, AFailureLeavesNothingHalfMade) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(Root() + "/1/.1.ttf")));
 }
 
-// The user's font folder holds the links of several agents.
+// The user's font folder contains the links of several agents.
 TEST_F(ActiveFolderTest, LinksOfAKilledAgentGoButForWhatItsUserAskedFor) {
   using namespace agent;
   const test_support::ScopedVariable data("XDG_DATA_HOME", folder_ / "data");
@@ -203,7 +203,7 @@ TEST_F(ActiveFolderTest, LinksOfAKilledAgentGoButForWhatItsUserAskedFor) {
   for (const Configuration* kept : {&living, &own}) {
     EXPECT_THAT(links(*kept), testing::ElementsAre(".owner", "1.ttf", "2.ttf"));
   }
-  // The same state folder without "desktop" has no use for them either.
+  // The same state folder without "desktop" does not need them either.
   own.desktop = false;
   RemoveLinksOfDeadAgents(own, loop_, report);
   own.desktop = true;

@@ -1,4 +1,4 @@
-// Starts, ends and kills of the real agent, and what each leaves behind for the fonts and for the clients.
+// The real agent is started, ended and killed: what happens to the fonts and the clients.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -28,7 +28,7 @@ class AgentLife : public AgentRing {
     FillLibrary();
     Launch();
   }
-  // As the plug-in does when a command found the agent gone.
+  // Does what the plug-in does when a command finds that the agent is gone.
   void Relaunch() const {
     Launch();
     vpi_.ResetPluginFacadeInstance();
@@ -47,7 +47,8 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   EXPECT_THAT(Links(), SizeIs(2));
 
   uint32_t failed = 0, failedCount = 0, refusedCount = 0, refused = 0;
-  // Either code means that the agent is gone. Which one depends on whether its socket still took a connection as it died.
+  // Both codes mean that the agent is gone. Which one comes depends on whether the dying agent's socket still accepted
+  // a connection.
   EXPECT_THAT(
       vpi_.ActivateFonts(Handle(), 1, &regular, 0, 1, 1, 1, 1, 1, &failed, &refused, &failedCount, &refusedCount),
       AnyOf(PluginInterface::kAgentShutdownCode, PluginInterface::kServiceUnavailableCode));
@@ -65,14 +66,14 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   EXPECT_EQ(running, 1);
   int32_t online = 99;
   EXPECT_EQ(vpi_.GetIsOnline(before, &online), PluginInterface::kAgentShutdownCode);
-  // Nobody registers again; the new agent's notifications come all the same.
+  // The client does not register again, but gets the new agent's notifications.
   ASSERT_EQ(Activate({regular}), 1u);
   EXPECT_TRUE(recorder_.Await(PluginInterface::kFontActivated, regular));
   EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
   EXPECT_FALSE(platform::ActivePostScriptNames().contains("LiberationSerif-Bold"));
 }
 
-// Another program may start it again, and a plug-in that saw it die asks nothing more: its documents are open all the same.
+// Another program may start the agent again. A plug-in with open documents may make no call meanwhile.
 TEST_F(AgentLife, AnAgentThatCameBackByItselfGetsTheFontsOfAClientThatIsSilent) {
   const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");
   vpi_.RegisterForNotifications(Handle(), &Recorder::Callback);
@@ -146,12 +147,12 @@ TEST_F(AgentLife, NonsenseOnTheWireEndsOnlyWhoSentIt) {
   EXPECT_NE(FontNamed("LiberationSerif-Bold"), 0u);
 }
 
-// Whoever starts the agent looks for it at once, and large databases take their time.
+// Programs look for the agent as soon as they have started it, and large databases take a while to open.
 TEST_F(AgentRing, AnnouncesItselfBeforeItOpensItsFiles) {
   FillLibrary();
   fs::create_directory(state_ / "agent");
   const std::string log = state_ / "agent/agent.log";
-  ASSERT_EQ(mkfifo(log.c_str(), 0600), 0);  // to open it takes until somebody reads
+  ASSERT_EQ(mkfifo(log.c_str(), 0600), 0);  // opening it blocks until something reads
   LaunchAndAwaitAnnouncement();
   const platform::Descriptor reader(open(log.c_str(), O_RDONLY | O_CLOEXEC));
   EXPECT_NE(FontNamed("LiberationSerif-Bold"), 0u);
@@ -178,7 +179,7 @@ TEST_F(AgentRing, AStartThatCanNotBeSaysWhyAndFails) {
   EXPECT_FALSE(fs::exists(state_ / "agent"));
 }
 
-// It neither goes on as if nothing had happened nor makes parts of the folder anew.
+// It does not continue, and does not create parts of the folder again.
 TEST_F(AgentLife, AnAgentWhoseStateFolderIsGoneSaysSoAndEnds) {
   const uint32_t serif = FontNamed("LiberationSerif-Bold");
   ASSERT_EQ(Activate({serif}), 1u);
@@ -205,13 +206,13 @@ TEST_F(AgentRing, ADamagedUserDatabaseIsReportedAndLeftAlone) {
   EXPECT_THAT(debian_fonts::Bytes(state_ / "agent/agent.log"), HasSubstr("user.db"));
 }
 
-// The agent of a command that brought it along ends with the last client, and so quietly that nothing stays.
+// An agent that a command started ends with the last client and leaves nothing behind.
 TEST_F(AgentRing, EndsWithItsLastClientWhereItIsToldTo) {
   FillLibrary();
   WriteConfiguration({{"exitWithLastClient", true}});
   Launch();
   ASSERT_EQ(Activate({FontNamed("LiberationSerif-Bold")}), 1u);
-  RawClient watcher(state_ / "run");  // says no hello, and so is no client
+  RawClient watcher(state_ / "run");  // sends no hello, so it does not count as a client
   vpi_.ResetPluginFacadeInstance();
   EXPECT_TRUE(watcher.IsEnded());
   EXPECT_THAT(Links(), IsEmpty());

@@ -25,7 +25,7 @@ namespace {
 
 Recorder* registered = nullptr;
 
-// Waits for the end of a process that is no child.
+// Waits for the end of a process that is not a child.
 bool AwaitEnd(int process, int signal) {
   const platform::Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
   if (!handle || kill(process, signal) != 0) return false;
@@ -57,7 +57,7 @@ PluginInterface::TModuleErrorCode Recorder::Callback(PluginInterface::ECallbackK
   const bool isOfFont = kind == PluginInterface::kFontActivated || kind == PluginInterface::kFontDeactivated ||
                         kind == PluginInterface::kFontMissing;
   const uint32_t fontID = isOfFont ? *static_cast<uint32_t*>(data) : 0;
-  // A receiver may ask the library, on the library's own thread.
+  // A callback may call the library, on the library's own thread.
   const uint32_t count = isOfFont ? 1 : 0;
   uint32_t flag = 0;
   const Library& vpi = Library::Get();
@@ -151,7 +151,8 @@ AgentRing::AgentRing() {
 AgentRing::~AgentRing() {
   vpi_.UnregisterForNotifications(0, &Recorder::Callback);
   int32_t ignored = 0;
-  vpi_.GetIsOnline(Handle(), &ignored);  // one that was launched and never asked is waited for, so that it can be ended
+  vpi_.GetIsOnline(Handle(),
+                   &ignored);  // waits for an agent that was launched but never called, so that it can be ended
   vpi_.CleanUpOnShutdown(Handle());
   std::error_code none;
   if (platform::ConnectLocal(state_ / "run", agent_protocol::kAgentSocketName, none)) End(SIGTERM);

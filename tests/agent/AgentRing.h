@@ -1,4 +1,5 @@
-// The real agent process on a temporary state folder, and the built library loaded into the test, as the plug-in loads it.
+// The real agent process on a temporary state folder, and the built library loaded into the test, as the plug-in loads
+// it.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -25,10 +26,10 @@ struct Library {
 #define MEMBER(name, result, parameters) result(*name) parameters = nullptr;
   PLUGIN_INTERFACE_FUNCTIONS(MEMBER)
 #undef MEMBER
-  static const Library& Get();  // with the failure of a test if a function is missing
+  static const Library& Get();  // fails the test if a function is missing
 };
 
-// What the library told through its callback. One recorder is registered at a time.
+// Records the library's callbacks. One recorder is registered at a time.
 class Recorder {
  public:
   struct Event {
@@ -36,7 +37,7 @@ class Recorder {
     uint32_t fontID;
   };
   static PluginInterface::TModuleErrorCode Callback(PluginInterface::ECallbackKind kind, void* data);
-  // Waits until such an event has come.
+  // Waits until such an event has arrived.
   bool Await(uint32_t kind, uint32_t fontID = 0);
   size_t Count() const;
 
@@ -47,16 +48,16 @@ class Recorder {
   std::vector<Event> events_;
 };
 
-// A client that speaks to the agent by itself, without the library.
+// A client that talks to the agent without the library.
 class RawClient {
  public:
   explicit RawClient(const std::string& runtimeFolder);
-  // Sends a request and reads up to its reply; notifications on the way are kept in `notifications`.
+  // Sends a request and reads up to its reply. Stores notifications in between in `notifications`.
   Json Ask(const std::string& call, const Json& arguments = Json::object());
   // The oldest notification that was not taken yet; waits for one. Null if none comes.
   Json Next();
   void SendBytes(const std::string& bytes) const;
-  bool IsEnded() const;  // true once the stream ends; false if it stays silent for too long
+  bool IsEnded() const;  // true when the stream ends, false after a timeout
   int AgentProcess() const;
 
   std::vector<Json> notifications;
@@ -71,28 +72,28 @@ class AgentRing : public testing::Test {
   AgentRing();
   ~AgentRing() override;
 
-  // With what the tests need to see: a library of a few Debian fonts.
+  // With a library of a few Debian fonts.
   void FillLibrary();
   void WriteConfiguration(const Json& more = Json::object());
   void Launch() const;
   // Returns when the agent has announced itself, which is before it listens.
   void LaunchAndAwaitAnnouncement() const;
-  // Until the agent listens. Not needed for what goes through the library, which waits for an agent that was launched.
+  // Waits until the agent listens. Not needed for calls through the library, which waits for a launched agent.
   void AwaitListening() const;
   // Ends the agent that serves the state folder now, and waits until its process is gone.
   void End(int signal) const;
   // Fetches a new handle, as the plug-in does for each call.
   FacadeHandle Handle() const { return vpi_.GetPluginFacadeInstance(); }
 
-  // The one font of this PostScript name; 0 if there is none or another number of them.
+  // Returns the font with this PostScript name; 0 unless there is exactly one.
   uint32_t FontNamed(const char* name) const;
   std::vector<uint32_t> FontsNamed(const char* name) const;
-  // How many of these could be activated; all of them, unless a test says otherwise.
+  // Returns how many of these were activated.
   size_t Activate(const std::vector<uint32_t>& ids, uint32_t kind = 1) const;
   bool IsActive(uint32_t id) const;
-  // The state of a font as its record gives it.
+  // Returns the activation state in the font's record.
   std::string StateOf(uint32_t id) const;
-  // Names of the links in the folder of active fonts.
+  // Returns the names of the links in the folder of active fonts.
   std::vector<std::string> Links() const;
 
   const Library& vpi_ = Library::Get();

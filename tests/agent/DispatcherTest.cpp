@@ -1,4 +1,4 @@
-// Requests as they come from the wire, sound and unsound, and what is answered.
+// Well-formed and malformed requests, and their replies.
 #include "agent/server/Dispatcher.h"
 
 #include <gmock/gmock.h>
@@ -107,7 +107,7 @@ class DispatcherTest : public testing::Test {
 
 struct RequestRow {
   const char* request;
-  const char* reply;  // null where the client is to be dropped
+  const char* reply;  // null if the client is to be dropped
 };
 
 constexpr const char* kBadArgument = R"({"code":67108864,"id":1,"result":{}})";
@@ -115,7 +115,7 @@ constexpr const char* kBadArgument = R"({"code":67108864,"id":1,"result":{}})";
 const RequestRow kRequests[] = {
     {R"({"id":1,"call":"Sum","arguments":{"list":[1,2,3]}})", R"({"code":0,"id":1,"result":{"sum":6}})"},
     {R"({"id":1,"call":"Sum","arguments":{"list":[]}})", R"({"code":0,"id":1,"result":{"sum":0}})"},
-    // A pseudo number crosses as its 32 bits, from either sign. What nobody asked for is ignored.
+    // A pseudo ID is sent as its 32 bits, signed or unsigned. Unknown members are ignored.
     {R"({"id":1,"call":"Sum","arguments":{"list":[-2],"more":null}})",
      R"({"code":0,"id":1,"result":{"sum":4294967294}})"},
     {R"({"id":1,"call":"Sum","arguments":{"list":[4294967295]}})", R"({"code":0,"id":1,"result":{"sum":4294967295}})"},
@@ -169,7 +169,7 @@ TEST_F(DispatcherTest, SurvivesAMessageOfNothingButBrackets) {
   EXPECT_THAT(sent_, ElementsAre(kBadArgument));
 }
 
-// What a client may cost is bounded, in each request and in what waits.
+// The cost of a client is limited, for each request and for all waiting ones.
 TEST_F(DispatcherTest, RefusesWhatWouldCostTooMuch) {
   const auto sum = [](size_t count) {
     return Json{{"id", 1}, {"call", "Sum"}, {"arguments", {{"list", std::vector<int>(count, 0)}}}}.dump();

@@ -1,4 +1,4 @@
-// What is read from font files: those of Debian, collections made of them, and damaged ones.
+// Reading font files: Debian's, collections made from them, and damaged ones.
 #include "agent/fonts/FontFile.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ struct FontRow {
   bool hasKerning;
 };
 
-// One face in the three files that fonts-urw-base35 has of it, then other kinds and makers.
+// One face in its three files of fonts-urw-base35, then other formats and foundries.
 const FontRow kFonts[] = {
     {kOpenType + "NimbusSans-Bold.otf", "NimbusSans-Bold", "Nimbus Sans", "Bold", "OpenType - PS", "URW", "1.00", true},
     {kType1 + "NimbusSans-Bold.t1", "NimbusSans-Bold", "Nimbus Sans", "Bold", "Postscript", "URW", "1.00", false},
@@ -77,7 +77,7 @@ std::string Replaced(std::string bytes, const std::string& what, std::string wit
   return bytes.replace(at, what.size(), with);
 }
 
-// What no record could carry is left out, and no maker has one name.
+// Characters that a record cannot contain are removed, and each foundry gets one name.
 TEST(FontFile, CleansNames) {
   const std::pair<std::u16string, const char*> makers[] = {
       {u"Tab\tline\nend\x1B[31m", "Tablineend[31m"},
@@ -126,7 +126,8 @@ TEST(FontFile, ChecksumsTellEveryDebianFontFromTheOthers) {
   EXPECT_FALSE(checksums.contains(0) || glyphsures.contains(0));
 }
 
-// Documents hold them, so they must never change: CRC-32 and FNV-1a of the table of outlines, by other programs.
+// Documents contain them, so they must never change: CRC-32 and FNV-1a of the outline table, computed by other
+// programs.
 TEST(FontFile, ChecksumsAreThoseInDocuments) {
   const FontFileContent content = FontFileReader().Read(SOURCE_DIR "/fuzz/seeds/font/postscript");
   ASSERT_EQ(content.faces.size(), 1u);
@@ -139,7 +140,7 @@ TEST(FontFile, ReadsTheFacesOfACollectionApart) {
   const std::string sans = Bytes(kDejaVu + "DejaVuSans.ttf");
   const std::string otf = Bytes(kOpenType + "NimbusSans-Bold.otf");
   const FontFileReader reader;
-  // The third face shares nothing but its bytes with the first: equal outlines at another place are another face.
+  // The third face has the same bytes as the first at another place, so it is another face.
   const FontFileContent content = reader.Parse(MakeCollection({sans, otf, sans}), "odd name");
   EXPECT_EQ(content.verdict, FontVerdict::kFont);
   EXPECT_EQ(content.problem, "");
@@ -212,7 +213,7 @@ TEST(FontFile, SaysWhatIsWrongWithADamagedFile) {
   EXPECT_THAT(reader.Read(folder / "gone.otf").problem, testing::HasSubstr("No such file"));
 }
 
-// The font as a file that tells of so many faces, all of which are the same bytes.
+// Returns the font as a collection of this many faces, all with the same bytes.
 std::string ManyTimes(const std::string& font, size_t count) {
   std::vector<std::string> fonts(count);
   fonts.back() = font;
@@ -223,7 +224,7 @@ std::string ManyTimes(const std::string& font, size_t count) {
   return collection;
 }
 
-// The font with a table of names of which each is as long as a name can be, and all are the same bytes.
+// Returns the font with a name table whose entries all have the greatest length and the same bytes.
 std::string WithSharedNames(std::string font, uint32_t count) {
   const size_t tables = static_cast<uint8_t>(font[5]);
   const uint32_t storage = 6 + 12 * count;
@@ -242,7 +243,7 @@ std::string WithSharedNames(std::string font, uint32_t count) {
   return font + names;
 }
 
-// A file of a few bytes may tell of work for hours.
+// A file of a few bytes may describe hours of work.
 TEST(FontFile, ReadsNoMoreThanSomeTimesTheFile) {
   const FontFileReader reader;
   const std::string sans = Bytes(kDejaVu + "DejaVuSans.ttf");
@@ -258,8 +259,7 @@ TEST(FontFile, ReadsNoMoreThanSomeTimesTheFile) {
   EXPECT_EQ(names.problem, "its parts are shared too often to be read");
 }
 
-// Every beginning of a font is either a font or broken, and none of them upsets the reader. Only the text form of Type 1
-// ends in something that a font can do without.
+// Every prefix of a font is read or refused. Only Type 1 in text form ends with something that a font does not need.
 TEST(FontFile, SurvivesEveryKindOfTruncation) {
   const FontFileReader reader;
   for (const std::string& path : {kOpenType + "D050000L.otf", kType1 + "D050000L.t1", kBinaryType1 + "D050000L.pfb"}) {

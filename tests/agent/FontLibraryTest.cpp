@@ -1,4 +1,4 @@
-// The library against real folders: what a scan finds, what a change does, and what a second start remembers.
+// The library with real folders: scans, changes, and a second start.
 #include "agent/library/FontLibrary.h"
 
 #include <fcntl.h>
@@ -57,7 +57,7 @@ class FontLibraryTest : public testing::Test {
     platform::SetPlaces(places);
   }
 
-  // Starts the library anew, as a second start of the agent does, and waits for its first scan.
+  // Starts the library again, as a second start of the agent does, and waits for its first scan.
   void Start() {
     library_.reset();
     LibraryEvents events;
@@ -144,7 +144,7 @@ TEST_F(FontLibraryTest, ScansWhatIsAFontAndListsWhatIsWrong) {
   EXPECT_EQ(library_->Scans().Report().faces, 5u);
   EXPECT_EQ(library_->Table().Count(), 5u);
   EXPECT_EQ(library_->Table().WithPostScriptName("NimbusSans-Bold").size(), 2u);
-  // The same lines stand in a file, for whoever has no connection.
+  // The same lines are in a file, for programs without a connection.
   EXPECT_THAT(Bytes(state_ / "agent/scan.log"), HasSubstr("dangling.ttf: the link leads nowhere"));
 }
 
@@ -175,7 +175,7 @@ TEST_F(FontLibraryTest, AnUnchangedFileIsNotReadAgainAndAChangedOneIs) {
   const std::string path = fonts_.Write("font.ttf", Bytes(kBold));
   Start();
   const uint32_t id = IDOf("LiberationSerif-Bold");
-  // Other bytes under the same inode, size and time: only who trusts the index still sees the old name.
+  // Other bytes with the same inode, size and time: only a library that trusts the index still sees the old name.
   struct stat info;
   ASSERT_EQ(stat(path.c_str(), &info), 0);
   std::string other = Bytes(kLiberation + "LiberationMono-Bold.ttf");
@@ -209,7 +209,7 @@ TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
   EXPECT_NE(IDOf("NimbusSans-Bold"), 0u);
 }
 
-// A caller that hears of a failure must find everything as it was.
+// After a failure everything is as before.
 TEST_F(FontLibraryTest, WhatCanNotBeStoredIsNotDone) {
   fonts_.Write("a.ttf", Bytes(kBold));
   fonts_.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
@@ -246,7 +246,7 @@ TEST_F(FontLibraryTest, AStoredActivationWaitsForItsFile) {
   EXPECT_TRUE(IsListed("LiberationSerif-Bold"));
 }
 
-// An update deletes and writes anew, and a drive goes and comes, while the document is open.
+// While the document is open, an update deletes and rewrites the file, or a drive is removed and comes back.
 TEST_F(FontLibraryTest, AFontThatComesBackIsActiveForWhoAskedForIt) {
   configuration_.library = {fonts_ / "drive"};
   Start();
@@ -291,8 +291,8 @@ TEST(LibraryWatch, WhatTheSystemDoesNotWatchIsReportedAndLookedThroughFromTimeTo
   setrlimit(RLIMIT_NOFILE, &before);
   EXPECT_THAT(reports, ElementsAre(HasSubstr("can't be watched for changes: Too many open files")));
   loop.RunFor(3 * LibraryWatch::kUnwatchedInterval);
-  EXPECT_EQ(changes, 1);  // which could be watched
-  // Changes without end don't put the scan off for good.
+  EXPECT_EQ(changes, 1);  // can be watched
+  // Continuous changes do not delay the scan forever.
   for (int i = 0; i < 30; ++i) {
     folder.Write("log.txt", "line");
     loop.RunFor(LibraryWatch::kQuietTime / 2);
@@ -316,7 +316,7 @@ TEST_F(FontLibraryTest, AReplacedFileIsLinkedAnewAndABrokenOneLetGo) {
   EXPECT_FALSE(fs::is_symlink(link));
   EXPECT_TRUE(fs::equivalent(link, path));
 
-  // By renaming, as a package manager does: the hard link still holds the old file.
+  // Replaced by renaming, as a package manager does: the hard link still has the old file.
   fs::rename(fonts_.Write("new", Bytes(kLiberation + "LiberationSerif-Bold.ttf") + "tail"), path);
   Rescan();
   EXPECT_TRUE(fs::equivalent(link, path));
@@ -361,7 +361,7 @@ TEST_F(FontLibraryTest, AFontThatIsUpdatedInItsPlaceStaysActiveUnderItsNewID) {
   EXPECT_FALSE(library_->Active().IsHeldBy(kClient, IDOf("LiberationMono-Bold")));
 }
 
-// Names and paths may hold anything; the font is there all the same, with a record that can be written as XML.
+// Names and paths may contain anything. The font is listed, with a record that can be written as XML.
 TEST_F(FontLibraryTest, AFontWithControlCharactersInItsNamesIsServed) {
   std::string font = Bytes(kType1 + "NimbusSans-Bold.t1");
   const std::string name = "/FontName /NimbusSans-Bold";
@@ -376,7 +376,7 @@ TEST_F(FontLibraryTest, AFontWithControlCharactersInItsNamesIsServed) {
   EXPECT_THAT(platform::CreateXMLPropertyList(record), HasSubstr("odd\uFFFD\uFFFD\uFFFD[31m.t1"));
 }
 
-// A library that holds the folder of links, as a home folder may, has no more in it for what is active.
+// A library folder may contain the folder of links, as a home folder does. The links are not listed.
 TEST_F(FontLibraryTest, LinksAreNeverPartOfTheLibrary) {
   const test_support::TempFolder elsewhere;
   elsewhere.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
@@ -447,7 +447,7 @@ TEST_F(FontLibraryTest, TheAgentTellsItsClientsHowFarAScanIs) {
   EXPECT_THAT(last["payload"]["text"], testing::StartsWith(fonts_.Path()));
 }
 
-// What the operating system has active by itself is the system's workgroup, but for files of the library.
+// The fonts that the operating system has active are the system's workgroup, except files of the library.
 TEST_F(FontLibraryTest, KnowsTheSystemsFontsFromItsOwn) {
   const test_support::TempFolder system;
   const std::string shared = fonts_.Write("shared.ttf", Bytes(kBold));

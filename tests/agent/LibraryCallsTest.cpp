@@ -1,4 +1,4 @@
-// The exported functions against the real agent: what each gives, and what it says when it can't.
+// The exported functions with the real agent: their results and errors.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -123,7 +123,7 @@ TEST_F(LibraryCalls, ARecordSpeaksTheVocabularyOfRecords) {
       {"WorkgroupID", "1"},
       {"WorkgroupType", "3"}};
   for (const auto& [key, value] : expected) EXPECT_EQ(record.GetString(key).View(), value) << key;
-  // Every column that has a name is a key of this record.
+  // Each column with a name is a key of this record.
   const decltype(vpi_.GetFoundryNameColumnID) columns[] = {
       vpi_.GetActivationStateColumnID, vpi_.GetFamilyGroupIDColumnID,   vpi_.GetFamilyGroupNameColumnID,
       vpi_.GetFamilyNameColumnID,      vpi_.GetFileSizeColumnID,        vpi_.GetGlyphsureChecksumColumnID,
@@ -256,7 +256,7 @@ TEST_F(AgentRing, WithoutAnAgentEveryQuestionIsAnsweredAtOnceWithACodeThatSaysSo
   answer = 99;
   EXPECT_EQ(vpi_.GetIsStandaloneMode(Handle(), &answer), kUnavailable);
   EXPECT_EQ(vpi_.GetAreSchemaVersionsInSync(Handle(), &answer), kUnavailable);
-  EXPECT_EQ(answer, 99);  // the caller's own default stands
+  EXPECT_EQ(answer, 99);  // the caller's default is kept
   uint32_t id = 1, flag = 99, count = 99;
   EXPECT_EQ(vpi_.GetFontsByPostscriptName(Handle(), "X", &kAll, 1, &id, 1, &count), kUnavailable);
   EXPECT_EQ(count, 0u);

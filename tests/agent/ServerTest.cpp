@@ -1,4 +1,4 @@
-// The agent's end of the socket against clients that send in pieces, too much, or nonsense.
+// The agent's end of the socket with clients that send pieces, too much, or nonsense.
 #include "agent/server/Server.h"
 
 #include <arpa/inet.h>
@@ -53,7 +53,7 @@ const FrameRow kFrames[] = {
     {"nonsense after a message", Framed("a") + "\xFF\xFF\xFF\xFF", {"a"}, true},
 };
 
-// Whatever the pieces in which the bytes come, the messages are the same.
+// The messages do not depend on the pieces in which the bytes arrive.
 TEST(FrameReader, CutsMessagesFromPiecesOfAnySize) {
   for (const FrameRow& row : kFrames) {
     for (const size_t piece : {size_t{1}, size_t{3}, size_t{1000}}) {

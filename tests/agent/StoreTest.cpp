@@ -1,4 +1,4 @@
-// The two databases: what may be lost and what may not.
+// The two databases: one may be lost, the other never.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -111,7 +111,7 @@ TEST(UserStore, FontsKeepTheirNumbers) {
 
   fs::rename(first, folder / "moved.ttf");
   EXPECT_EQ(store.FontID(folder / "moved.ttf", FaceNamed("A"), IdentityOf(folder / "moved.ttf")).id, id);
-  // A second name of a file that is still there is a second font, and so is another name under a used inode.
+  // A second name of an existing file is a second font, and so is another file with a reused inode.
   fs::create_hard_link(second, folder / "second name.ttf");
   EXPECT_NE(store.FontID(folder / "second name.ttf", FaceNamed("A"), IdentityOf(second)).id, otherID);
   EXPECT_NE(store.FontID(folder / "reused.ttf", FaceNamed("C"), IdentityOf(folder / "moved.ttf")).id, id);
@@ -157,7 +157,7 @@ TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
     for (const char* name : {"A", "B", "C"}) fonts.push_back(store.FontID(name, FaceNamed(name), {}).id);
     for (const char* name : kOddNames) store.CreateSet(name, 1, {fonts[2], fonts[0], fonts[2]});
     EXPECT_TRUE(store.AddToSets({1, 2}, {fonts[1], fonts[0]}));
-    EXPECT_FALSE(store.AddToSets({3, 4711}, {fonts[1]}));  // and nothing was added to 3
+    EXPECT_FALSE(store.AddToSets({3, 4711}, {fonts[1]}));  // 3 has not changed
     store.SetActivations(fonts, 4);
     store.SetActivations({fonts[0]}, 1);
     store.RemoveActivations({fonts[1]});
@@ -191,7 +191,7 @@ TEST(Database, IsBroughtForwardByTheStepsThatItLacks) {
   EXPECT_EQ(sum("SELECT SUM(n) FROM a"), 6) << "a step that fails is undone";
 }
 
-// What a program of the first version wrote; every later version has to bring it forward with all that is in it.
+// A database of the first version. Every later version migrates it without loss.
 constexpr const char* kFirstVersion = R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));

@@ -1,4 +1,4 @@
-// Connecting to the agent, relaunching it, and what is made of its answers.
+// Connecting to the agent, relaunching it, and handling its replies.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -248,7 +248,7 @@ TEST_F(CoreAgent, RenamedWorkgroupReadsAsTypeZero) {
   agent.isStandalone = false;
   EXPECT_FALSE(manager.IsSelectedWorkgroupLocal()) << "renamed now";
   EXPECT_EQ(manager.GetAllWorkgroupsForUser(nullptr, true, true, false), -50);
-  // Without an interface nothing is renamed, and a name is looked for in its workgroup and then in the system's.
+  // Without a user interface nothing is renamed, and a name is searched in its workgroup and then in the system's.
   agent.Add({.id = 9, .postScriptName = "Font1", .workgroupID = 6});
   CoreAgentInterface::ResetForTesting();
   MarquineGlobals::SetNoVPFInterfaceForTesting();

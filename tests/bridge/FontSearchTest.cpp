@@ -1,4 +1,4 @@
-// How the candidates of a document font are found, and which workgroup is searched.
+// Finding the candidates for a document's font, and choosing the workgroup to search.
 #include <cstring>
 #include <functional>
 
@@ -13,7 +13,7 @@ namespace {
 
 class FontSearch : public PluginFixture {
  protected:
-  // The IDs found, best first, and the status.
+  // The IDs that were found, best first, and the status.
   std::string Find(const Dictionary& font, TypeOfFontName kind = GlyphsureSupport::kPostScriptName) {
     Array found = Array::Create();
     isExcluded = false;
@@ -61,7 +61,7 @@ TEST_F(FontSearch, NamesAreRetriedWithLessAndLess) {
 
 namespace {
 
-// A manager whose identification data says nothing about ID and state.
+// A manager whose identification data have neither ID nor state.
 class TersestManager : public CoreAgentInterface {
  public:
   int GetGlyphsureInfo(unsigned, const Dictionary&, char* xmlBuffer, unsigned long*) override {
@@ -198,7 +198,7 @@ TEST_F(FontSearch, NoWorkgroupIsSelectedWhereNothingCanWork) {
     const char* why;
     std::function<void()> prepare;
     bool result;
-    int workgroup;  // 9: left as it was
+    int workgroup;  // 9: unchanged
   } rows[] = {
       {"all is well", [] {}, true, 5},
       {"services are off", [] { MarquineGlobals::SetPluginServicesEnabled(false); }, false, 9},
@@ -225,7 +225,7 @@ TEST_F(FontSearch, NoWorkgroupIsSelectedWhereNothingCanWork) {
     EXPECT_EQ(ui->preferences["CurrentWorkgroup"], row.workgroup);
     EXPECT_EQ(FontManagerInterface::sValidWorkgroupSelected, row.workgroup == 5);
   }
-  // An interface that can't work makes the selection forget the workgroup.
+  // If the user interface does not work, the selection drops the workgroup.
   VPFInterface invalid;
   MarquineGlobals::SetSharedVPFInterfaceForTesting(&invalid);
   FontManagerInterface::sm_pFontManager->HandleSelectWorkgroup();

@@ -86,7 +86,7 @@ TEST_F(Loader, LooksInThePluginThenBesideTheAgentThenInTheFixedFolder) {
   } rows[] = {
       {"", [] {}, ""},
       {"1", [&] { PutLibrary("Library/Frameworks", "1"); }, ""},
-      // The path tells what was searched, also where nothing lay there.
+      // The path says what was searched, even if nothing was there.
       {"1",
        [&] {
          std::filesystem::create_directories(folder / "agent");
@@ -149,7 +149,7 @@ TEST_F(Loader, LaunchConfigurationDecides) {
     EXPECT_EQ(launched, row.expected == 0 ? "/bin/" : "untouched") << row.why;
     EXPECT_EQ(Traced("Could not launch Nexcore"), row.expected != 0) << row.why;
   }
-  // The local one wins over the user's, who has a program.
+  // The local configuration wins over the user's, which names a program.
   folder.Write("root/Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf", "nexcore.path=/bin/no-such-program");
   EXPECT_EQ(FindAndLaunchNexcore(nullptr), -1);
 }

@@ -1,4 +1,4 @@
-// The agent's notices: packed on any thread, worked through on one, in their order.
+// The agent's notifications: packed on any thread, handled on one thread in their order.
 #include <thread>
 
 #include "Bridge/NotificationKeys.h"

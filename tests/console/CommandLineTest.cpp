@@ -1,4 +1,4 @@
-// The command line, the words of a script, and what follows in a line that is being written.
+// The command line, the words of a script, and completion.
 #include <gmock/gmock.h>
 
 #include "host/console/Answers.h"
@@ -48,7 +48,7 @@ TEST(Options, WrongOnesAreToldInOneLine) {
 
 TEST(Options, HelpAndCompletionNameEveryOption) {
   EXPECT_THAT(HelpText(), HasSubstr("\n  --script FILE       replay the commands of a file, one a line\n"));
-  // The one line that the shell takes, whole.
+  // The whole line that the shell reads.
   EXPECT_THAT(CompletionText(), testing::MatchesRegex("complete -o default -W '(--[a-z]+ )+--help' ./run\n"));
 }
 
@@ -82,7 +82,7 @@ TEST(Words, QuotesEscapesAndComments) {
 TEST(Commands, AreCheckedBeforeAnythingIsDone) {
   struct Row {
     Words words;
-    const char* told;  // empty: right
+    const char* told;  // empty if correct
   };
   const Row rows[] = {
       {{}, ""},

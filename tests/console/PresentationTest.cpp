@@ -1,4 +1,4 @@
-// What reaches the user: boxes, progress, and the reason for which a file was chosen.
+// What the user sees: boxes, progress, and why a file was chosen.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -54,7 +54,7 @@ TEST(Boxes, TakeTheNextAnswerAndElseTheirDefault) {
   const Boxes boxes(answers);
   testing::internal::CaptureStderr();
   EXPECT_EQ(platform::RunBox(MakeBox("message", {"OK", "Cancel"})).GetInteger("Button"), 2);
-  // Nobody decides for the user; what only tells something is confirmed.
+  // Without a user nothing is decided, and boxes with one button are confirmed.
   EXPECT_EQ(platform::RunBox(MakeBox("message", {"Try Again", "Cancel"})).GetInteger("Button"), 0);
   EXPECT_EQ(platform::RunBox(MakeBox("message", {"OK"})).GetInteger("Button"), 1);
   EXPECT_EQ(platform::RunBox(MakeBox("text", {"OK", "Cancel"})).GetInteger("Button"), 0);
@@ -139,7 +139,7 @@ TEST(TraceRecorder, FindsTheLastReasonSinceTheMark) {
   EXPECT_EQ(a.over, "/b/A.t1");
   EXPECT_EQ(b.how, "only candidate");
   EXPECT_EQ(b.over, "");
-  EXPECT_EQ(recorder.ReasonFor("C").over, "");  // not the best, so that nothing put it before
+  EXPECT_EQ(recorder.ReasonFor("C").over, "");  // not the best one, so no stage preferred it
   recorder.Mark();
   EXPECT_EQ(recorder.ReasonFor("A").how, "");
 }

@@ -13,7 +13,7 @@ using testing::MatchesRegex;
 
 // The lower 24 bits of a code are the number of its class, the upper ones its number in the class.
 TEST(ErrorCodes, EveryCodeIsFoundInBothDirectionsAndNamesItsClass) {
-  constexpr TModuleErrorCode kNamesAnotherClass = 0x07004005;  // readers of old logs know it so
+  constexpr TModuleErrorCode kNamesAnotherClass = 0x07004005;  // old logs contain it
   constexpr TModuleErrorCode kGroups[] = {0x000000, 0x001000, 0x002000, 0x004000, 0x007000};
   int count = 0;
   std::set<std::string> classes;

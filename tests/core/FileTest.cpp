@@ -111,7 +111,7 @@ TEST_F(FileTest, WritesReadsAndTruncates) {
   EXPECT_EQ(mFile.GetFileSpec(), GFileSystemSpec(path));
   EXPECT_THAT((std::vector{mFile.Write(static_cast<unsigned short>(0x1234)), mFile.Write(0x89ABCDEFu),
                            mFile.Write(std::vector{'t', 'a', 'i', 'l'}), mFile.SetFilePosition(GFile::eFromStart, 0),
-                           mFile.Read(small), mFile.Write(0x11111111u),  // a write straight after a read
+                           mFile.Read(small), mFile.Write(0x11111111u),  // a write directly after a read
                            mFile.SetFilePosition(GFile::eFromStart, 2), mFile.Read(number), mFile.SetFileSize(1),
                            mFile.Flush()}),
               testing::Each(0u));
@@ -128,14 +128,14 @@ TEST_F(FileTest, AFileThatShrinksOrVanishesOrFillsTheDiskGivesACode) {
   ASSERT_EQ(mFile.Open(path, 33), 0u);
   ASSERT_EQ(truncate(path.c_str(), 10), 0);
   unlink(path.c_str());
-  EXPECT_EQ(mFile.Read(text), 0u);  // an open file stays
+  EXPECT_EQ(mFile.Read(text), 0u);  // a file that is open stays open
   EXPECT_EQ(text.size(), 10u);
   EXPECT_EQ(mFile.Open(path, 33), GFileSystem::kFileNotFound);
   EXPECT_TRUE(mFile.Open("/dev/full", GFile::eWrite) == 0 && mFile.Write("x") == 0);
   EXPECT_EQ(mFile.Close(), CoreErrorCodes::kError);
   EXPECT_FALSE(mFile.IsOpen());
   EXPECT_TRUE(mFile.Open("/dev/full", GFile::eWrite) == 0 && mFile.Write("x") == 0);
-  EXPECT_EQ(mFile.Open(mFolder.Write("g", "abc"), 33), 0u);  // a close that fails does not keep the next file closed
+  EXPECT_EQ(mFile.Open(mFolder.Write("g", "abc"), 33), 0u);  // a failed close does not affect the next file
   EXPECT_TRUE(mFile.Read(text) == 0 && text == "abc");
 }
 

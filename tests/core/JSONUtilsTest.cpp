@@ -23,7 +23,7 @@ TEST(JSONUtils, BuildsAMessage) {
   EXPECT_EQ(SetValueForKey(kRed, "e", root, node) | SetValueForKey(text, "s", root, node), 0u);
   EXPECT_EQ(SetValueForKey("c", "c", root, node) | SetValueForKey(1.5, "d", root, node), 0u);
   EXPECT_EQ(SetValueForKey(true, "b", root, node) | SetValueForKey(UINT32_MAX, "u", root, node), 0u);
-  EXPECT_EQ(SetValueForKey(node, "n", root, node), 0u);  // reads the node, cut to 32 bits
+  EXPECT_EQ(SetValueForKey(node, "n", root, node), 0u);  // reads the node, truncated to 32 bits
   EXPECT_EQ(AddArrayForKey("a", root, array), 0u);
   EXPECT_EQ(AddValueToArray(text, array, node) | AddValueToArray("c", array, node) | AddValueToArray(0.5, array, node),
             0u);
@@ -50,7 +50,7 @@ TEST(JSONUtils, MisuseThrowsThrough) {
   EXPECT_EQ(root.dump(), "{\"workgroupIDs\":[]}");
 }
 
-// Code of a read into a T, and whether the output was left alone.
+// The code of a read into a T, and whether the output was unchanged.
 template <class T>
 TModuleErrorCode Read(const std::string& value, const T& expected) {
   const Parser parser("{\"k\":" + value + "}");
@@ -66,7 +66,7 @@ TEST(JSONUtils, TypedReads) {
   constexpr TModuleErrorCode kWrong = CoreErrorCodes::kError;
   EXPECT_EQ(Read<std::string>("\"x\"", "x") | Read("1.5", 1.5) | Read("2", 2.0) | Read("true", true), 0u);
   EXPECT_EQ(Read("-5", -5) | Read("9223372036854775807", INT64_MAX) | Read("3", kRed), 0u);
-  EXPECT_EQ(Read<uint32_t>("4294967297", 1) | Read<uint8_t>("-1", 255), 0u);  // cut without a report
+  EXPECT_EQ(Read<uint32_t>("4294967297", 1) | Read<uint8_t>("-1", 255), 0u);  // truncated without an error
   EXPECT_EQ(Read("[]", IDs{}) | Read("[3,1,3,4294967295]", IDs{3, 1, 3, UINT32_MAX}) | Read("[3,1,3]", IDSet{1, 3}),
             0u);
   for (const char* null : {"null", "{}"}) {

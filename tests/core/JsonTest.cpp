@@ -40,7 +40,7 @@ TEST(Json, TextsComeBackAsTheyWere) {
       {"\"\\ud83d\\ude00\"", "\"\xF0\x9F\x98\x80\""},
       {"[1e999]", "[]"},  // neither an integer nor a double
       {"/* [ \" */ [] // x", "[]"},
-      {"[1]\0x"s, "[1]"},  // what stands behind a NUL is not read
+      {"[1]\0x"s, "[1]"},  // text after a NUL is not read
       {"null", "null"},
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(Dumped(text), expected) << text;
@@ -76,7 +76,7 @@ TEST(Json, DepthIsBounded) {
                                   LongText(10'000'000, '['), "/*\"*/" + Nested(1'000'000, "[", "]")}) {
     EXPECT_EQ(MessageOf([&] { Parser{text}; }), "JSON parse error:\nvalues are nested too deep");
   }
-  // What can be read need not fit into the generator.
+  // The parser accepts more depth than the generator.
   EXPECT_EQ(Dumped(Nested(127, "[", "]")), Nested(127, "[", "]"));
   EXPECT_EQ(MessageOf([] { Dumped(Nested(128, "[", "]")); }), "YAJL's maximum generation depth was exceeded");
 }
@@ -113,7 +113,7 @@ std::string KindsOf(const Node& node) {
   return kinds;
 }
 
-// Calls a read and checks that it succeeds or throws by what the node is.
+// Checks that a read succeeds or throws, depending on the node's kind.
 template <class F>
 void CheckRead(const Kinds& c, char kind, const char* name, F&& read) {
   const bool isKind = std::string(c.kinds).find(kind) != std::string::npos;
@@ -247,7 +247,7 @@ TEST(Emitter, WritesPieceByPieceAndKeepsWhatItGaveOut) {
   emitter.emit_array_open();
   emitter.emit(1), emitter.emit(2.5), emitter.emit(false), emitter.emit_null();
   emitter.emit_json(" { \"x\" : [] } ");
-  emitter.emit("left\xFFout");  // malformed bytes go on the way out
+  emitter.emit("left\xFFout");  // malformed bytes are removed on output
   emitter.emit_array_close();
   const std::string soFar = "{\"a\":[1,2.5,false,null,{\"x\":[]},\"leftout\"]";
   EXPECT_EQ(emitter.dump(), soFar);

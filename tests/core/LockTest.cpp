@@ -15,7 +15,7 @@ using lock_codes::kBusy;
 using lock_codes::kNotAvailable;
 using lock_codes::kWaitTimedOut;
 
-// Runs the call on so many threads, each with its number, and waits for them.
+// Runs the call on this many threads, each with its number, and waits for them.
 template <class F>
 void OnThreads(int count, F call) {
   std::vector<std::thread> threads;
@@ -81,7 +81,7 @@ TEST(Mutex, AbsoluteTimesLieAhead) {
   }
 }
 
-// Busy for a number of tries.
+// Is busy for a number of attempts.
 class BusyLock : public GLockable {
  public:
   explicit BusyLock(int tries, TModuleErrorCode then = 0) : mTries(tries), mThen(then) {}
@@ -114,7 +114,7 @@ TEST(Lockable, TriesUntilTheTimeIsUsedUp) {
   }
 }
 
-// Tries instead of waiting, and writes down its calls.
+// Tries instead of waiting, and records its calls.
 struct TryingStrategy : public GLockStrategy {
   explicit TryingStrategy(std::string& written) : calls(written) {}
   ~TryingStrategy() override { calls += "d"; }
@@ -170,7 +170,7 @@ TEST(Condition, ASignalIsTakenOnceABroadcastStays) {
   EXPECT_EQ(condition.TimedWait(1), kWaitTimedOut);
   EXPECT_EQ(condition.Broadcast() | condition.Wait(), 0u);
   expect({0, 0});
-  EXPECT_EQ(condition.Signal(), 0u);  // after a broadcast it stays too
+  EXPECT_EQ(condition.Signal(), 0u);  // also stays after a broadcast
   expect({0, 0});
   EXPECT_EQ(condition.Reset(), 0u);
   expect({kWaitTimedOut});
@@ -188,7 +188,7 @@ TEST(Condition, WakesWaitingThreads) {
         return;
       }
       if ((i % 2 ? condition.Wait() : condition.TimedWait(60'000)) == 0) ++through;
-      if (!isBroadcast) condition.Signal();  // hands it on
+      if (!isBroadcast) condition.Signal();  // passes it on
     });
     EXPECT_EQ(through, 3);
   }

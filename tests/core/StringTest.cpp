@@ -30,7 +30,7 @@ TEST(Strings, CaselessComparison) {
       {kUTF8, "a", nullptr, 1},
       {kUTF8, "aB", "Ac", -1},
       {kUTF8, "\xC3\x84", "\xC3\xA4", 0},
-      {kUTF8, "z", "\xC3\xA4", 1},  // the localized order puts the umlaut beside its letter
+      {kUTF8, "z", "\xC3\xA4", 1},  // the localized order sorts the umlaut with its letter
       {kUTF8, "a1", "aB", -1},
       {kUTF8, "\xFF", "\xFE", 1},
       {kSingle, "abc", "ABC", 0},
@@ -174,7 +174,7 @@ TEST(Strings, Escaping) {
 
 TEST(Strings, TheQuickTestOfShape) {
   for (const std::string& text : {""s, "abc"s, "\xC3\xA4"s, "\xC3\xA4 a"s, "\x80\x80"s, "\xF0\x80 a"s, "\xC3\0"s,
-                                  "\xC3\0a"s}) {  // what a lead byte announces is not looked at
+                                  "\xC3\0a"s}) {  // the length that a lead byte announces is not checked
     EXPECT_TRUE(GString::ValidateUTF8String(text)) << text;
   }
   for (const std::string& text : {"\x80"s, "\xC0"s, "\xC1\x80"s, "\xF5\x80"s, "a\xC3"s, "\xC3 a"s, "a\0\xC3"s}) {

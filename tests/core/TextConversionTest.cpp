@@ -29,7 +29,7 @@ TEST(TextConversion, Iconv) {
       {"a\xFF z\xC3", "UTF-8//IGNORE", "UTF-8", "a z"},  // malformed in the middle, cut off at the end
       {"\xC3", "UTF-8//IGNORE", "UTF-8", ""},
       {"a\xFF\xC3\xA4\xE4\xB8\x80z\xE4\xB8", "ISO-8859-1//IGNORE", "UTF-8", "a\xE4z"},
-      {std::string(1000, '\xE4'), "UTF-32LE", "ISO-8859-1", wide},  // far more than the buffer holds
+      {std::string(1000, '\xE4'), "UTF-32LE", "ISO-8859-1", wide},  // far longer than the buffer
   };
   for (const auto& [in, to, from, out] : cases) EXPECT_EQ(iconv_string(in, to, from), out) << to;
 }
@@ -55,7 +55,7 @@ TEST(TextConversion, TheLocalCharacterSetIsUTF8) {
     EXPECT_EQ(local_to_utf8(text), text);
     EXPECT_EQ(utf8_to_local(text), text);
   }
-  EXPECT_EQ(local_to_utf8("a\xFF z\xFF"), "a z");  // what is malformed is left out on the way in
+  EXPECT_EQ(local_to_utf8("a\xFF z\xFF"), "a z");  // malformed bytes are removed on input
   EXPECT_THROW(utf8_to_local("\xED\xA0\x80"), std::runtime_error);
 }
 
@@ -136,7 +136,7 @@ TEST(PascalStrings, CopyAndConcatenate) {
   EXPECT_EQ(STLStringFromPascalString(target.data()), "xyxy");
 
   CopyCStringToPascalString(target.data(), std::string(260, 'c').c_str());
-  EXPECT_EQ(target[0], 4);  // the low byte of the length; the whole text stands behind it
+  EXPECT_EQ(target[0], 4);  // the low byte of the length, followed by the whole text
   EXPECT_EQ(target[260], 'c');
   EXPECT_EQ(target[261], 0);
 }
@@ -148,7 +148,7 @@ TEST(TextConversion, ReplacementsAreNotScannedAgain) {
     replaceAll(text, from, to);
     EXPECT_EQ(text, expected);
   }
-  std::string large = LongText(2'000'000);  // in one go, not one shift of the rest for each
+  std::string large = LongText(2'000'000);  // in one pass, without moving the rest for each match
   replaceAll(large, "x", "yy");
   EXPECT_EQ(large.size(), 4'000'000u);
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-// What an entry function of these tests works with.
+// The argument of the entry functions.
 struct Work {
   GThread* thread = nullptr;
   GCondition started;
@@ -58,7 +58,7 @@ TEST(Thread, TheThreadThatCameFirstIsTheMainOne) {
   if (!main) GTEST_SKIP() << "another thread of this process used the registry first";
   EXPECT_EQ(main->GetName(), "Main Thread");
   EXPECT_EQ(main->GetThreadState(), EThreadState::kRunning);
-  main->StartThread();  // nothing: it runs
+  main->StartThread();  // no effect: it runs
   GThread* elsewhere = main;
   std::thread([&] { elsewhere = GThread::GetCurrentThreadObject(); }).join();
   EXPECT_EQ(elsewhere, nullptr);
@@ -87,7 +87,7 @@ TEST(Thread, StopsWhenItSeesTheRequest) {
   EXPECT_EQ(work.runs, 2);
 }  // the destructor stops it
 
-// Whoever asks first wins: it ran and has finished, or it never runs. In neither case does anyone wait for ever.
+// The first call wins: the thread ran and has finished, or it never runs. Neither call waits forever.
 TEST(Thread, AStopBeforeTheEntryFunctionKeepsItFromRunning) {
   for (int i = 0; i < 200; ++i) {
     Work work;

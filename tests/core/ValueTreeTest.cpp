@@ -279,7 +279,7 @@ TEST(TreeJSON, EveryKindHasItsForm) {
       "\"ubyte\":255,\"ulong\":4294967295}");
   tree.SetValueForKey(GValue("\xFF"), "bad");
   EXPECT_EQ(tree.ConvertToJSON(json), GValue::kValueConversionError);
-  EXPECT_TRUE(json.contains("null"));  // as it was
+  EXPECT_TRUE(json.contains("null"));  // unchanged
   ASSERT_EQ(Parse(WithValue("type=\"string\" size=\"0\"", ""), tree), 0u);
   EXPECT_EQ(tree.ConvertToJSON(json), GValue::kEmptyValueBytes);
 }

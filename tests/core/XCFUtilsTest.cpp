@@ -29,7 +29,7 @@ std::string Read(bool (*read)(const Dictionary&, std::string_view, T&), const ch
   return std::to_string(out);
 }
 
-// What each of the readers of numbers gives.
+// The result of each function that reads a number.
 std::vector<std::string> ReadNumbers(const char* key) {
   return {Read(GetCharFromDict, key),     Read(GetShortFromDict, key), Read(GetLongFromDict, key),
           Read(GetLongLongFromDict, key), Read(GetFloatFromDict, key), Read(GetDoubleFromDict, key)};

@@ -1,4 +1,4 @@
-// What a document is, and what its readers' findings come to.
+// Detecting the kind of a document, and merging what its readers find.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -35,7 +35,7 @@ class FontCollector : public testing::Test {
   test_support::TempFolder folder;
 };
 
-// A page with one font, in a file that a program that does not compress objects could write.
+// A page with one font, in a file without compressed objects.
 std::string PDF(const std::string& font, const std::string& behind) {
   const std::string objects[] = {"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
                                  "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Resources<</Font<</A 4 0 R>>>>>>",

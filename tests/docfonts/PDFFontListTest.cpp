@@ -1,4 +1,4 @@
-// The fonts of PDFs of many producers, in each way in which they can be stored.
+// The fonts of PDFs of many producers, in each form of storage.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ Names NamesOf(const docfonts::Report& report) {
   return names;
 }
 
-// File by file what pdffonts lists, without subset tags and fonts that have no name.
+// What pdffonts lists for each file, without subset tags and unnamed fonts.
 std::map<std::string, Names> ListedNames() {
   std::map<std::string, Names> listed = {
       {SOURCE_DIR "/samples/leaflet.pdf", {"NimbusRoman-Italic", "NimbusSans-Bold"}}};
@@ -44,7 +44,7 @@ class PDFFontList : public testing::Test {
  protected:
   static void SetUpTestSuite() { ASSERT_EQ(InitializeGlyphsureXMP(), 0); }
   static void TearDownTestSuite() { TerminateGlyphsureXMP(); }
-  // The file in another form.
+  // Returns the file in another form.
   std::string Rewrite(const std::string& from, const char* name, const std::function<void(QPDFWriter&)>& choose) const {
     QPDF pdf;
     pdf.setSuppressWarnings(true);
@@ -93,7 +93,7 @@ TEST_F(PDFFontList, EveryFormOfADocumentNamesItsFonts) {
   EXPECT_THAT(locked.problems, testing::ElementsAre("it is encrypted with a password"));
 }
 
-// Each font stands in another place of the page, and all that point to it form circles.
+// Each font is in another place of the page, and the references form circles.
 TEST_F(PDFFontList, FindsFontsWhereverAPageUsesThem) {
   const std::string path = Make(
       "/Annots[8 0 R] /Resources 4 0 R",

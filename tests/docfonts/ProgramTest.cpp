@@ -1,4 +1,4 @@
-// The program as a user starts it: what it prints and returns for good, bad and strange arguments.
+// The program as a user starts it: output and exit status for good, bad and unusual arguments.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -27,7 +27,7 @@ struct Outcome {
 
 class Program : public testing::Test {
  protected:
-  // With words as a shell takes them.
+  // Takes the words as a shell does.
   Outcome Run(const std::string& words) const {
     const std::string out = folder / "out", err = folder / "err";
     const std::string line = "'" APP_DIR "/docfonts/docfonts' " + words + " >'" + out + "' 2>'" + err + "'";
@@ -108,7 +108,7 @@ TEST_F(DocfontsProgram, MissingListsOnlyWhatIsNotActive) {
   EXPECT_THAT(outcome.output, testing::Not(HasSubstr("leaflet")));
 }
 
-// A terminal only shows names, whatever bytes they are, and JSON stays valid.
+// Names with any bytes are harmless on a terminal and leave JSON valid.
 TEST_F(DocfontsProgram, NamesOfAnyBytesStayHarmless) {
   const std::string path = folder.Write("red\x1b[31m\n\xFF.psd", "/FontSet [ << /Name (A\x1b[2JB) >> ]");
   const Outcome text = Run("'" + path + "'"), json = Run("--json '" + path + "'");

@@ -1,4 +1,4 @@
-// Processes that read documents: order, and what ends them.
+// Processes that read documents: their order and their ends.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -26,7 +26,7 @@ std::vector<Report> ReadAll(docfonts::ReaderPool& pool, const std::vector<std::s
   return reports;
 }
 
-// A document's path says what reading it does.
+// The path of a document says what happens when it is read.
 Report Obey(const std::string& path) {
   if (path == "crash") {
     signal(SIGSEGV, SIG_DFL);  // sanitizers have a handler of their own

@@ -1,4 +1,4 @@
-// What boxes show, and what the plug-in gets of the user's answers.
+// What boxes show, and what the plug-in gets from the user's answers.
 #include "frameworks/UIFramework.h"
 
 namespace framework_tests {
@@ -78,7 +78,7 @@ TEST_F(UIFrameworkTest, AStringIsAskedFor) {
               {0, typed, false, nullptr}};
   for (const auto& row : rows) {
     Answer(row.button, "Text", row.text);
-    platform::ValueRef out = Value(typed).Ref();  // must not be taken for a result
+    platform::ValueRef out = Value(typed).Ref();  // must not count as a result
     EXPECT_EQ(VPFAskForOneString("Prompt?", "Set Name:", "preset", &out) != 0, row.isConfirmed);
     const String text(Value::Adopt(out));
     EXPECT_EQ(static_cast<bool>(text), row.isConfirmed);
@@ -248,7 +248,7 @@ TEST_F(WorkgroupTest, EachButtonOfTheCommandBoxIsItsCode) {
     EXPECT_EQ(VPFShowCommandBox(command_.Ref(), &workgroup), row.code) << row.button;
     EXPECT_EQ(workgroup, row.workgroup) << row.button;
   }
-  // No choice, or none of those offered: the preset stays.
+  // No choice, or one that was not offered: the preset is kept.
   for (const Value& choice : {Value(), Value(Number::FromInteger(9))}) {
     Answer(4, "Choice", choice);
     workgroup = 3;
@@ -267,7 +267,7 @@ TEST_F(WorkgroupTest, TheBoxTellsWhetherTheUserWorksOnline) {
   };
   for (const bool isOnline : {true, false}) {
     for (const Value& flag : {Value(Boolean::From(isOnline)), Value(Number::FromInteger(isOnline ? 1 : 0)), Value()}) {
-      VPFSetIsOnline(flag ? !isOnline : isOnline);  // counts only where the box's dictionary does not say
+      VPFSetIsOnline(flag ? !isOnline : isOnline);  // used only if the box's dictionary has none
       command_.Set("IsOnline", flag);
       EXPECT_EQ(message(), isOnline ? "You work online." : "You work offline.");
     }

@@ -1,5 +1,5 @@
-// The agent library over an agent that does not answer: a stand-in at the other end of the socket, which can hold its
-// tongue as an agent does whose process has been stopped.
+// The agent library with an agent that does not answer: a fake at the other end of the socket, which can be silent like
+// an agent whose process is stopped.
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -27,10 +27,10 @@ using platform::Descriptor;
 
 constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
 
-// Serves one descriptor, or all that connect to a listening one, on a thread of its own.
+// Serves one descriptor, or all that connect to a listening one, on its own thread.
 class StandIn {
  public:
-  // What it does with a request: answers with code 0, or leaves it unanswered.
+  // Returns whether to answer a request, with code 0.
   using Answers = std::function<bool(const std::string& call)>;
 
   StandIn(Descriptor socket, bool isListening, Answers answers)
@@ -47,7 +47,7 @@ class StandIn {
   StandIn(const StandIn&) = delete;
   StandIn& operator=(const StandIn&) = delete;
 
-  // While it is stopped it neither accepts nor reads, and what comes waits for it.
+  // While it is stopped, it neither accepts nor reads. Messages wait.
   void SetStopped(bool isStopped) {
     const std::lock_guard lock(mutex_);
     isStopped_ = isStopped;
@@ -141,7 +141,7 @@ TEST(AgentConnection, AnAgentThatReadsNothingIsLostToo) {
   EXPECT_TRUE(connection.HasFallenSilent());
 }
 
-// The agent would end the connection of who sent it, and take back all that is active for this client.
+// The agent would end the connection and deactivate everything for this client.
 TEST(AgentConnection, ARequestThatIsTooLongIsNotSent) {
   Pair pair;
   const StandIn agent(std::move(pair.theirs), false, [](const std::string&) { return true; });
@@ -155,7 +155,7 @@ TEST(AgentConnection, ARequestThatIsTooLongIsNotSent) {
 
 TEST(AgentConnection, AnAgentThatIsBusyIsWaitedFor) {
   Pair pair;
-  // The reply comes only after the small question: later than half of the patience.
+  // The reply comes only after the probe, so after more than half of the patience.
   std::atomic<int> socket = pair.theirs.Get();
   const StandIn agent(std::move(pair.theirs), false, [&](const std::string& call) {
     if (call != "GetIsOnline") return false;
@@ -222,7 +222,7 @@ TEST_F(SilentAgent, CostsTheWaitingOnceAndIsFoundAgain) {
   agent.SetStopped(true);
   EXPECT_EQ(Ask(), kGone) << "the connection is lost";
   EXPECT_EQ(Ask(), kReplyTimeout) << "no reason to relaunch";
-  DiscardFacade(false);  // what a relaunch does
+  DiscardFacade(false);  // a relaunch does this
   EXPECT_EQ(Ask(), kReplyTimeout);
   EXPECT_TRUE(IsAgentSilent());
   agent.SetStopped(false);
@@ -231,7 +231,7 @@ TEST_F(SilentAgent, CostsTheWaitingOnceAndIsFoundAgain) {
 }
 
 TEST_F(SilentAgent, AtTheGreetingIsNoReasonToRelaunchEither) {
-  Descriptor listening = Listen();  // nobody accepts
+  Descriptor listening = Listen();  // does not accept
   EXPECT_EQ(Ask(), kReplyTimeout);
   EXPECT_EQ(Ask(), kReplyTimeout);
   const StandIn agent(std::move(listening), true, AnswerAll);
@@ -245,7 +245,7 @@ TEST_F(SilentAgent, ThatEndsIsAnAgentThatIsGone) {
     EXPECT_EQ(Ask(), kReplyTimeout);
   }
   AwaitVoice();
-  // Whoever relaunches for as long as that may help hears when it does not.
+  // A caller that keeps relaunching learns when it is useless.
   uint32_t code = PluginInterface::kServiceUnavailableCode;
   for (int relaunches = 0; IsAgentGone(code) && relaunches < 100; ++relaunches) {
     DiscardFacade(false);

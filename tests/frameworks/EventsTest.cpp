@@ -1,4 +1,4 @@
-// The event service as the host's programs find it: five exported functions.
+// The event service: five exported functions.
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -18,7 +18,7 @@ using testing::ElementsAre;
 
 constexpr const char* kType = "com.example.Type";
 
-// Notes its name and the event's data, and does what the test wants.
+// Records its name and the event's data, and runs the test's function.
 struct Listener {
   std::string name;
   std::vector<std::string>* heard = nullptr;
@@ -114,8 +114,8 @@ TEST_F(EventsTest, AListenerMayChangeTheListenersAndSendAgain) {
   a_.then = [&] {
     if (heard_.size() > 1) return;
     Remove(a_);  // itself
-    Remove(b_);  // one that would be next
-    Add(c_);     // hears the next event, and the one sent from here
+    Remove(b_);  // the next listener
+    Add(c_);     // gets the next event, and the one sent from here
     Send("inner");
   };
   Add(a_);

@@ -1,4 +1,4 @@
-// Preferences last, whatever happens to their file.
+// Preferences survive whatever happens to their file.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,7 +25,7 @@ class PreferencesTest : public UIFrameworkTest {
   PreferencesTest() { testing::internal::CaptureStderr(); }
   ~PreferencesTest() override { testing::internal::GetCapturedStderr(); }
 
-  // What was reported since the last call.
+  // Returns the problems reported since the last call.
   static std::string Reported() {
     const std::string text = testing::internal::GetCapturedStderr();
     testing::internal::CaptureStderr();
@@ -60,7 +60,7 @@ TEST_F(PreferencesTest, WhatIsSetLastsBeyondTheProcess) {
   VPFSetLongPreferenceForKey("RMF5", -1);
   VPFSetLongPreferenceForKey("CS5PanelWidth", 1 << 30);
   VPFSetStringPreferenceForKey("LastAddress", "größe & <server>");
-  Start();  // forgets what it knew
+  Start();  // drops its cache
   EXPECT_EQ(VPFGetPreferenceForKey("EnablePlugin"), 1);
   EXPECT_EQ(VPFGetPreferenceForKey("EnableLogging"), 0);
   EXPECT_EQ(VPFGetLongPreferenceForKey("RMF5"), -1);
@@ -99,7 +99,7 @@ TEST_F(PreferencesTest, EachGetterReadsEveryKindOfValue) {
   EXPECT_EQ(VPFGetPreferenceForKey("signed"), -2);
 }
 
-// The workgroup is stored before the first start writes the defaults, and must not keep it from doing so.
+// The workgroup is stored before the first start writes the defaults. The defaults must still be written.
 TEST_F(PreferencesTest, OnlyWhatAFirstStartWritesCountsAsPreferences) {
   VPFSetLongPreferenceForKey("CurrentWorkgroup", -2);
   VPFSetLongPreferenceForKey("RMF5", 4000);
@@ -209,7 +209,7 @@ TEST_F(PreferencesTest, AFailedWriteKeepsTheOldFileAndTheChangeInMemory) {
   EXPECT_EQ(test_support::TempFolder::Content(PreferencesFile()), before);
   EXPECT_EQ(Names(), std::set<std::string>{"preferences.plist"});
   EXPECT_EQ(VPFGetLongPreferenceForKey("RMF5"), 6000);
-  // The next change that can be written takes the earlier ones along.
+  // The next change that can be written includes the earlier ones.
   VPFSetPreferenceForKey("EnableLogging", 1);
   EXPECT_EQ(Stored().GetInteger("RMF5"), 6000);
   EXPECT_EQ(Stored().GetInteger("RMF4"), 6000);
@@ -235,7 +235,7 @@ TEST_F(PreferencesTest, TheBoxShowsAndSetsThem) {
   VPFSetLongPreferenceForKey("RMF5", 4000);
   Dictionary changes = Dictionary::Create();
   changes.Set("EnablePlugin", Boolean::From(false));
-  changes.Set("PickBestMatch", Number::FromInteger(1));  // a script's way to say it
+  changes.Set("PickBestMatch", Number::FromInteger(1));  // as a script sets it
   changes.Set("RMF5", Number::FromInteger(7000));
   changes.Set("SuppressHostAppDialogs", String::FromUTF8("1"));
   changes.Set("CurrentWorkgroup", Number::FromInteger(9));

@@ -1,4 +1,4 @@
-// Every key that the sources use has a text, in every language, that fits it.
+// Each key that the sources use has a fitting text in each language.
 #include "frameworks/VelorantPlugins/Texts.h"
 
 #include <filesystem>
@@ -22,7 +22,7 @@ Texts TextsOf(std::span<const texts::Text> table) {
   return map;
 }
 
-// The string literals of a statement, neighbours joined as the compiler does.
+// Returns the string literals of a statement. Adjacent ones are joined, as by the compiler.
 std::vector<std::string> LiteralsOf(const std::string& statement) {
   static const std::regex kLiteral(R"re("((?:[^"\\]|\\.)*)")re");
   std::vector<std::string> literals;
@@ -35,7 +35,7 @@ std::vector<std::string> LiteralsOf(const std::string& statement) {
   return literals;
 }
 
-// What looks like one of the framework's identifiers, wherever it stands: such a key may go through a variable first.
+// A text that looks like one of the framework's identifiers, anywhere: a variable may pass such a key on.
 bool IsIdentifier(const std::string& literal) {
   static const std::regex kName(
       "[A-Z]\\w*(Header|HeaderFormat|HeaderForDoc|HeaderForQuit|Message|Msg|Title|LaunchPrefs|Workgroup)");
@@ -43,7 +43,7 @@ bool IsIdentifier(const std::string& literal) {
   return std::regex_match(literal, kName) && !kOthers.contains(literal);
 }
 
-// Keys in the sources of a folder: of the calls that take keys, and whatever looks like one.
+// Returns the keys in a folder's sources: arguments of calls that take keys, and texts that look like keys.
 std::set<std::string> KeysUsedIn(const std::string& folder) {
   static const std::regex kCall(
       R"(\b(LocalizedString|localized|ShowMessageBox|ShowFormattedVaultMessage|Localized|Formatted|MakeBox|ShowFonts)\()");
@@ -70,7 +70,7 @@ TEST(Texts, EveryKeyThatIsUsedHasOne) {
   EXPECT_GE(used.size(), 55u) << "the sources are not read as they should be";
   used.merge(KeysUsedIn(SOURCE_DIR "/frameworks/VelorantPlugins"));
   EXPECT_GE(used.size(), 75u) << "the sources are not read as they should be";
-  // Keys of dictionaries and tables that stand beside them, and the part of which keys of labels are made.
+  // Keys of dictionaries and tables next to them, and the part from which keys of labels are made.
   for (const char* notAKey : {"Fonts", "Description", "Message", "Header", "Key", "Label", "Foundry", "Version",
                               "FontKind", "WorkgroupName", "IsActive", "Workgroups", "Default", "PossibleReplacements",
                               "NonLocalized", "Adding '%s' to user's workgroup list."}) {
@@ -78,12 +78,12 @@ TEST(Texts, EveryKeyThatIsUsedHasOne) {
   }
   // Kinds of boxes, values and formats.
   std::erase_if(used, [](const std::string& key) { return key[0] != '[' && !(key[0] >= 'A' && key[0] <= 'Z'); });
-  // No code uses these yet, or names them in a way that is not seen here.
+  // Unused so far, or used in a way that this test does not recognise.
   used.insert({"PhotoshopMissingFonts", "All Libraries", "MasterGoogleFontsLibrary", "Set Name:", "%@'s fonts"});
   for (const std::string& key : used) EXPECT_TRUE(english.contains(key)) << key;
 }
 
-// What a text takes from outside, in a form to compare.
+// Returns the placeholders of a text, in a form that can be compared.
 std::multiset<std::string> PlaceholdersOf(const std::string& text) {
   static const std::regex kPlaceholder(R"(%.|\[[^\]]*\])");
   std::multiset<std::string> found;

@@ -1,4 +1,4 @@
-// The built user-interface framework with a user whose answers the test decides.
+// The built user-interface framework, with a user whose answers the test sets.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -15,27 +15,27 @@
 
 namespace framework_tests {
 
-// Started anew for each test: preferences in a folder of its own, English unless the test says otherwise.
+// Starts again for each test: preferences in a new folder, in English unless the test sets another language.
 class UIFrameworkTest : public testing::Test {
  protected:
   UIFrameworkTest();
   ~UIFrameworkTest() override;
 
-  // Reads language and preferences afresh.
+  // Reads the language and the preferences again.
   void Start(const platform::Dictionary& details = platform::Dictionary::Create());
   std::string PreferencesFile() const { return folder_ / "settings/preferences.plist"; }
   std::string Localized(const char* key);
-  // The button of the next boxes, with what else the answer holds.
+  // Sets the button of the next boxes, and the rest of the answer.
   void Answer(int64_t button, const char* key = nullptr, const platform::Value& value = platform::Value());
 
-  // Each function of the framework under its own name.
+  // The functions of the framework, under their own names.
 #define DECLARE_FUNCTION(name, result, parameters) result(*name) parameters = nullptr;
   UI_FRAMEWORK_FUNCTIONS(DECLARE_FUNCTION)
 #undef DECLARE_FUNCTION
 
   test_support::TempFolder folder_;
   std::vector<platform::Dictionary> boxes_;  // that were run
-  std::function<void()> whileShown_;         // what happens while a box is up
+  std::function<void()> whileShown_;         // runs while a box is shown
   std::vector<std::string> progress_;        // "show", "update", "hide" and "front", with the progress
 
  private:

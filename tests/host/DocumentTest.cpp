@@ -1,4 +1,4 @@
-// Documents and their files: what is refused, what a save writes and what it leaves.
+// Documents and their files: refusals, and what a save changes and keeps.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,7 +74,7 @@ TEST_F(DocumentTest, BadFilesGiveOneLineAndTheOthersGoOn) {
   Open(Sample("leaflet.pdf"));
 }
 
-// Root may do everything, so the refusals need another user. The folder would let anybody replace the file.
+// Root may do everything, so refusals need another user. Any user may replace files in the folder.
 TEST_F(DocumentTest, UnreadableFileIsToldAndAReadOnlyOneStays) {
   const std::string secret = Sample("poster.psd"), guarded = Sample("no-text.psd");
   ASSERT_EQ(chmod(secret.c_str(), 0), 0);
@@ -161,7 +161,7 @@ TEST_F(DocumentTest, AnotherDocumentInItsPlaceGetsNoTextOfIt) {
     EXPECT_THAT(application.Save(id), HasSubstr("was replaced by another program"));
     EXPECT_EQ(Read(path), other);
   }
-  // It is not lost with its file, wherever it is saved.
+  // The document is not lost with its file: it can be saved anywhere.
   EXPECT_EQ(application.SaveAs(id, InFolder("kept.psd")), "");
   std::filesystem::remove(InFolder("kept.psd"));
   application.Edit(id, "DejaVuSans-Bold");

@@ -1,4 +1,4 @@
-// What reaches the plug-in, in which order, and what the documents are at that moment.
+// What reaches the plug-in, in which order, and the state of the documents at that moment.
 #include <sys/stat.h>
 
 #include <stdexcept>
@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// Plays an event with the descriptor that `fill` makes.
+// Plays an event with the descriptor that `fill` fills.
 SPErr Play(FourCharCode event, const std::function<void(PIActionDescriptor)>& fill) {
   PIActionDescriptor descriptor = nullptr, result = nullptr;
   host::ActionDescriptorSuite().Make(&descriptor);
@@ -118,7 +118,7 @@ TEST_F(EventTest, QuittingClosesEveryDocumentFirst) {
   EXPECT_THAT(TakeEvents(), ElementsAre("close current=2 untitled", "close current=none", "Shutdown"));
 }
 
-// As the plug-in does it: in front, closed without saving, opened again, from a timer.
+// As the plug-in does: from a timer, the document in front is closed without saving and opened again.
 TEST_F(EventTest, CloseAndReopenFromATimerGivesANewID) {
   const std::string path = Sample("no-text.psd");
   const int32_t id = Open(path);

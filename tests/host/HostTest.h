@@ -1,4 +1,5 @@
-// The host with a plug-in whose part the test plays. Every test ends with no object of the host left in a plug-in's hands.
+// The host with a plug-in that the test controls. At the end of each test the plug-in must have released all objects of
+// the host.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -20,16 +21,17 @@ class HostTest : public testing::Test {
 
   static std::string RecorderBundle();
   std::string InFolder(const std::string& name) const { return folder_ / name; }
-  // A copy of one of the sample documents in the test's folder, under its own or another name.
+  // Copies a sample document to the test's folder, under its own or another name. Returns the path.
   std::string Sample(const std::string& name, const std::string& as = "") const;
   std::string Write(const std::string& name, const std::string& content) const;
   static std::string Read(const std::string& path) { return test_support::TempFolder::Content(path); }
   std::set<std::string> FilesInFolder() const { return folder_.Names(); }
   int32_t Open(const std::string& path);  // expects success
 
-  // What reached the plug-in and the windows, one line each, the documents' folder left out; cleared by the call.
+  // Returns the calls of the plug-in and the windows since the last call, one line each, without the documents' folder.
   std::vector<std::string> TakeEvents() { return std::exchange(events, {}); }
-  // The current document as the plug-in sees it: "ID name", "ID untitled" or "none", and "*" behind it when it is dirty.
+  // Returns the current document as the plug-in sees it: "ID name", "ID untitled" or "none", with "*" at the end if it
+  // is dirty.
   std::string Current() const;
 
   host::HostApplication application;

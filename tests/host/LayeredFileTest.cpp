@@ -1,4 +1,4 @@
-// Layered documents as bytes: their structure, text layers put into them, and the names read back.
+// The bytes of layered documents: their structure, adding text layers, and reading the names back.
 #include "host/LayeredFile.h"
 
 #include <gmock/gmock.h>
@@ -31,7 +31,7 @@ LayeredFile Parse(std::string_view bytes) {
 
 std::string_view Between(std::string_view bytes, size_t begin, size_t end) { return bytes.substr(begin, end - begin); }
 
-// The document of 16 bits whose one layer, counted as -1, stands in the block behind the global mask.
+// A document with 16 bits whose one layer, counted as -1, is in the block after the global mask.
 std::string DeepDocument() {
   const std::string sample = Sample("no-text.psd");
   const LayeredFile file = Parse(sample);
@@ -117,7 +117,7 @@ TEST(LayeredFile, AnotherProgramsLibraryWritesItsMetadata) {
   platform::RemoveTree(path);
 }
 
-// Any damage gives the file or an error; what is written from a damaged file is one again.
+// A damaged file is read or gives an error. What is written from it can be read.
 TEST(LayeredFile, DamagedBytesAreRefusedOrStayWhole) {
   size_t refused = 0, written = 0;
   for (std::string bytes :

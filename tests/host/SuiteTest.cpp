@@ -13,7 +13,7 @@ namespace {
 constexpr FourCharCode kKey = Code("key ");
 constexpr FourCharCode kAbsent = Code("none");
 
-// An object of each kind, and a descriptor that was freed.
+// An object of each kind, and a freed descriptor.
 class SuiteTest : public HostTest {
  public:
   const PSActionDescriptorSuite& descriptors = host::ActionDescriptorSuite();

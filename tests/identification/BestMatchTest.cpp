@@ -29,17 +29,17 @@ class BestMatch : public PluginFixture {
   }
 };
 
-// Every pair is asked about in both orders: the first wins, or no stage decides.
+// Each pair is compared in both orders: the first wins, or no stage decides.
 struct StageRow {
   const char* first;
   const char* second;
   const char* document;
   MatchStage stage;
-  bool isOneSided = false;  // whichever is asked about first wins
+  bool isOneSided = false;  // the first argument wins
 };
 
-// Rows of one stage differ in nothing but what it looks at. Those with something for the second record show that a stage
-// wins over the next.
+// The records of a row differ only in what its stage compares. If the second record has an advantage of a later stage,
+// the row shows that the earlier stage decides.
 const StageRow kStageRows[] = {
     {"", "", "", kNone},
     {"IsActive=1", "", "", kActive},

@@ -17,7 +17,7 @@ constexpr int kAll = -2;
 
 class Classification : public PluginFixture {
  protected:
-  // The IDs of the matched fonts, in order; "-" for none.
+  // Returns the IDs of the matched fonts, in order; "-" for none.
   static std::string MatchesOf(const Array& matched) {
     std::string ids;
     for (size_t i = 0; i < matched.Count(); ++i) {
@@ -57,7 +57,7 @@ TEST_F(Classification, OrderOfProof) {
     const char* name;
     const char* data;
     bool pickBestMatch;
-    const char* matches;  // none, and it is a problem, or not even that
+    const char* matches;  // no match: a problem font, or in neither list
     int replacements;
   } rows[] = {
       {"bare name, one candidate", "Lone", "", false, "1", 0},
@@ -123,7 +123,8 @@ TEST_F(Classification, EndsWhereItIsTold) {
   EXPECT_EQ(Classify(Array(), true), kErrorBadArgument);
   EXPECT_EQ(ProcessDocumentFontsForAutoActivation(ArrayOf({}), Array(), problems, true, true, kAll, nullptr),
             kErrorBadArgument);
-  // A font without a name is skipped; one whose look-up fails is in neither list. The last font's status is the result.
+  // A font without a name is skipped. A font whose lookup fails is in neither list. The last font's status is the
+  // result.
   agent.FailNext(AgentFunction::GetFontsByPostscriptName, 0x01000001);
   EXPECT_EQ(Classify(ArrayOf({platform::Value(), Record({{"Family", "F"}}), Named("A"), Named("A")}), true), 0);
   EXPECT_EQ(MatchesOf(matched), "1");

@@ -1,4 +1,4 @@
-// Exact identity by a slug's data, and by what an Adobe application wrote.
+// Exact identity by the slug's data, and by data that an Adobe application wrote.
 #include <gtest/gtest.h>
 
 #include "Identification/FontMatching.h"
@@ -20,8 +20,8 @@ Dictionary Candidate(const char* changes = "") {
 
 struct IdentityRow {
   const char* why;
-  const char* source;     // beside the kind
-  const char* candidate;  // what is changed in it
+  const char* source;     // in addition to the kind
+  const char* candidate;  // the changes to it
   bool expected;
 };
 
@@ -100,7 +100,7 @@ TEST(XMPMatch, NeedsAllFour) {
 
 TEST(XMPMatch, TypesAcceptTheKindsOfTheTable) {
   const char* kinds[] = {"OpenType - PS", "OpenType - TT", "TrueType", "Postscript", "PostScript - MM"};
-  // For each type, which of the kinds it accepts.
+  // The kinds that each type accepts.
   const std::pair<const char*, const char*> rows[] = {
       {"Open Type", "++---"}, {"truetype", "-++--"},   {"Type 1", "---+-"},   {"TYPE 2", "---+-"},
       {"Type 3", "---+-"},    {"PostScript", "---+-"}, {"OpenType", "-----"}, {"Type 4", "-----"},

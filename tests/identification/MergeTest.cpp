@@ -1,4 +1,4 @@
-// Putting font arrays together, told by rows, and held against the plain walk on random arrays.
+// Merging font arrays: by rows, and compared with a simple implementation on random arrays.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -75,7 +75,7 @@ TEST(Merging, SmallOperationsKeepTheirRules) {
 
 namespace {
 
-// The plain forms: a walk for each name, as the operations are told.
+// Simple implementations, which search the array for each name.
 size_t PlainFind(const Array& fonts, std::string_view name) {
   const auto normal = [](std::string_view text, int pass) {
     return pass == 0 ? std::string(text) : GFontToolUtils_StripCharsAndNormalizeString(text, pass == 2);
@@ -121,7 +121,7 @@ void PlainMerge(const Array& source, Array destination) {
   }
 }
 
-// Few different bytes, so that names often meet in one pass and not in another.
+// Few different bytes, so that names often match in one pass and not in another.
 class RandomFonts {
  public:
   explicit RandomFonts(unsigned seed) : random_(seed) {}
@@ -159,7 +159,7 @@ TEST(Merging, FastFormsEqualThePlainWalk) {
     RandomFonts random(seed);
     const Array source = random.Fonts(), destination = random.Fonts();
     const Array fast = destination.Copy(), plain = destination.Copy();
-    // Everything that is merged and added keeps the one index in step.
+    // Merging and adding keep the index up to date.
     FontNameIndex index(fast);
     MergeFontsIntoFontsArray(source, fast, &index);
     PlainMerge(source, plain);

@@ -10,7 +10,7 @@ using platform::Array;
 using platform::String;
 
 TEST(FontNames, NormalisingKeepsLettersAndDigits) {
-  // A name, its loose form, its strict form.
+  // A name, its loose form and its strict form.
   const char* rows[][3] = {
       {"Times New-Roman", "TimesNewRoman", "TimesNewRoman"},
       {"A-B-C", "ABC", "AB"},
@@ -84,7 +84,7 @@ TEST(FontNames, InstanceNamesResolveToTheirBase) {
   }
 }
 
-// Every name shortens step by step to nothing more; each step ends with "|".
+// Each name is shortened step by step until nothing is left. Each step ends with "|".
 TEST(FontNames, AdditionsComeOffStepByStep) {
   const std::pair<const char*, const char*> rows[] = {
       {"ABCDEF+Times", "Times|"},

@@ -1,4 +1,4 @@
-// Making, filtering, repairing and renaming font records.
+// Creating, filtering, repairing and renaming font records.
 #include "Identification/FontRecords.h"
 #include "platform/PropertyList.h"
 #include "support/PluginFixture.h"
@@ -24,7 +24,7 @@ TEST(FontRecords, OnlyWhatDescribesTheFontIsSluggable) {
   EXPECT_TRUE(RemoveUnsluggableGlyphsureKeys(fonts));
   EXPECT_TRUE(record.Equals(Record({{"Family", "F"}, {"OutlineFileSize", "9"}})));
   EXPECT_FALSE(RemoveUnsluggableGlyphsureKeys(fonts));
-  // Which of the keys that a slug's reader asks for are written; the kinds at the end are asked for too.
+  // Which of the keys that a reader of the slug requests are written. The kinds at the end are requested, too.
   std::string sluggable;
   for (const std::string_view key : kAllGlyphsureCFKeys) sluggable += IsSluggableKey(key) ? '+' : '-';
   EXPECT_EQ(sluggable, std::string(10, '+') + std::string(24, '-'));
@@ -63,7 +63,7 @@ TEST(FontRecords, ChecksumsAreRepaired) {
 }
 
 TEST(FontRecords, KindsAreMappedBothWays) {
-  // An old kind, what the full and the restricted mapping make of it, and what the way back makes of the former.
+  // An old kind, its result in the full and the restricted mapping, and the result of mapping the former back.
   const char* rows[][4] = {{"pS pair", "Postscript", "Postscript", "PS Pair"},
                            {"PS MM", "PostScript - MM", "PS MM", "PS MM"},
                            {"OpenType (TT)", "OpenType - TT", "OpenType (TT)", "OpenType (TT)"},

@@ -1,4 +1,4 @@
-// Bundles: a folder, its Info.plist and a shared object that is really loaded.
+// Bundles: a folder with an Info.plist and a shared object, which is loaded.
 #include "platform/Bundle.h"
 
 #include <gmock/gmock.h>

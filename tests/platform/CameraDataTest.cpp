@@ -1,5 +1,5 @@
-// What a camera wrote stays when metadata is put into its picture: the library keeps parts of it twice, regroups it and
-// rounds it.
+// A camera's data survive when metadata is written into its picture. The library stores parts of them twice, regroups
+// and rounds them.
 #include <gmock/gmock.h>
 
 #include <cstdlib>
@@ -61,14 +61,14 @@ class CameraDataTest : public testing::Test {
   }
   ~CameraDataTest() override { TXMPFiles::Terminate(); }
 
-  // What the shell command prints.
+  // Returns the output of the shell command.
   std::string OutputOf(const std::string& command) const {
     const std::string output = folder_ / "output";
     EXPECT_EQ(std::system(("cd '" + folder_.Path() + "' && " + command + " > '" + output + "' 2>/dev/null").c_str()), 0)
         << command;
     return TempFolder::Content(output);
   }
-  // Every line that tells of a picture or a camera; without places in the file, and what the library may round or renew.
+  // Returns the lines about the picture and the camera, without file offsets and values that the library may change.
   std::vector<std::string> Told() const {
     std::istringstream output(OutputOf(
         "exiftool -a -G1 -s -n --System:all --XMP-x:all --XMP-tst:all --XMP-xmp:MetadataDate "
@@ -116,7 +116,7 @@ TEST_F(CameraDataTest, StaysAsItWas) {
   }
   const std::vector<std::string> told = Told();
   for (const std::string& name : folder_.Names("pictures")) Put(folder_ / ("pictures/" + name));
-  // The library may add what it was told in another form.
+  // The library may add the data in another form.
   EXPECT_THAT(Told(), testing::IsSupersetOf(told));
   EXPECT_EQ(OutputOf("exiftool -q -b -XMP-tst:Name pictures").size(), 12 * std::string("value").size());
   for (const auto& kind : kinds) {

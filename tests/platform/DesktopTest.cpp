@@ -17,7 +17,7 @@ namespace {
 using test_support::ScopedVariable;
 using test_support::TempFolder;
 
-// Sets the places for the life of a test.
+// Sets the places during a test.
 class ScopedPlaces {
  public:
   explicit ScopedPlaces(const Places& places) : former_(GetPlaces()) { SetPlaces(places); }
@@ -80,11 +80,11 @@ TEST(Fonts, OnlyWhatTheConfigurationNamesIsActive) {
   std::filesystem::create_directories(folder / "active");
   EXPECT_TRUE(ActiveFonts().empty());
   EXPECT_FALSE(IsPostScriptNameActive("DejaVuSans"));
-  // A run of questions shares a snapshot, as soon as a change could not go unseen any more.
+  // Queries in a row share a snapshot as soon as no change can be missed any more.
   while (GetFontSnapshot() != GetFontSnapshot()) {
   }
   const std::shared_ptr<const FontSnapshot> before = GetFontSnapshot();
-  // A change is seen at the next question.
+  // The next query sees a change.
   std::filesystem::create_symlink("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", folder / "active/a.ttf");
   EXPECT_NE(GetFontSnapshot(), before);
   EXPECT_TRUE(before->fonts.empty());

@@ -1,4 +1,4 @@
-// Files are replaced whole or not at all.
+// Files are replaced completely or not at all.
 #include "platform/Files.h"
 
 #include <fcntl.h>
@@ -150,7 +150,7 @@ TEST(Files, AnInterruptedWriteIsFinished) {
   EXPECT_EQ(TempFolder::Content(path), "new") << "what others may have put there is not taken";
 }
 
-// The limit of file sizes lets the journal be written and not the file, which leaves what a kill between the two leaves.
+// The limit on file sizes allows the journal but not the file, which leaves the same state as a kill between the two.
 TEST(Files, AnInterruptedPatchIsFinishedUnlessTheFileIsAnother) {
   const TempFolder folder;
   const std::string before(6000, '-'), old(100, '-'), bytes(100, 'n');
@@ -260,7 +260,7 @@ TEST(Files, DatesAreInNanoseconds) {
   constexpr uint64_t kDate = 1234567890123456789u;
   EXPECT_TRUE(SetFileModificationDate(path, kDate));
   EXPECT_EQ(GetFileModificationDate(path), kDate);
-  // A file of any date has one: 0 is for failure alone.
+  // 0 means failure only; a file of any date has another value.
   using Clock = std::filesystem::file_time_type::clock;
   for (const auto since : {std::chrono::nanoseconds(0), std::chrono::nanoseconds(-1'500'000'001)}) {
     const auto old = Clock::from_sys(std::chrono::sys_time<std::chrono::nanoseconds>(since));
@@ -313,7 +313,7 @@ TEST(Bookmark, FindsAFileUnderItsPathOrItsNewName) {
   EXPECT_EQ(ResolveBookmark(bookmark), path);
   std::filesystem::rename(path, renamed);
   EXPECT_EQ(ResolveBookmark(bookmark), renamed);
-  // What took the path is what a program saved there.
+  // Another program has saved a file at the path.
   folder.Write("\xE4.psd", "two");
   EXPECT_EQ(ResolveBookmark(bookmark), path);
   std::filesystem::remove(path);

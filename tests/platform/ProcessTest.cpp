@@ -1,4 +1,4 @@
-// Other programs, sockets between them, and what else the desktop gives.
+// Other programs, sockets between them, and other services of the desktop.
 #include "platform/Process.h"
 
 #include <fcntl.h>
@@ -119,7 +119,7 @@ TEST_F(ProcessTest, ADetachedProgramGetsItsArgumentAndItsFile) {
   const Descriptor reader(open(output.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   std::string error;
   ASSERT_TRUE(LaunchDetached(script, "an argument", output, &error)) << error;
-  // The end of the pipe comes when the program and all that it started are gone.
+  // The pipe ends when the program and all that it started have ended.
   ASSERT_EQ(fcntl(reader.Get(), F_SETFL, 0), 0);
   std::string text;
   char piece[64];
@@ -154,7 +154,7 @@ TEST_F(ProcessTest, PowerObserversMayRemoveEachOther) {
   second = AddPowerObserver([](PowerEvent) { FAIL() << "removed by the first"; });
   PostPowerEvent(PowerEvent::kWillSleep);
   EXPECT_THAT(told, testing::ElementsAre(PowerEvent::kWillSleep));
-  // A sleep is told once, when it is over.
+  // A sleep is reported once, after its end.
   told.clear();
   for (const double asleep : {100.0, 100.2, 160.0, 160.1, 100.0}) NoticeSleep(asleep);
   EXPECT_THAT(told, testing::ElementsAre(PowerEvent::kWillSleep, PowerEvent::kDidWake));

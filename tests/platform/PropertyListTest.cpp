@@ -1,4 +1,4 @@
-// Property lists: what is written comes back, and what is not exactly as the format says is refused with its line.
+// Property lists: a written list reads back equal, and text that is not exactly in the format is refused with its line.
 #include "platform/PropertyList.h"
 
 #include <gmock/gmock.h>
@@ -37,7 +37,7 @@ TEST(PropertyList, WhatIsWrittenComesBack) {
   }
   for (const std::string_view bytes : {"", "a", "ab", "abc", "abcd"}) values.push_back(Bytes(bytes));
   values.push_back(Bytes(std::string(1000, '\xFF') + std::string(3, '\0')));
-  // Side by side, empty ones are not nesting.
+  // Empty containers next to each other are not nested.
   Array many = Array::Create();
   for (int i = 0; i < 2 * kDeepestPropertyList; ++i)
     many.Append(i % 2 ? Value(Array::Create()) : Value(Dictionary::Create()));

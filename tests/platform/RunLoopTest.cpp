@@ -1,4 +1,4 @@
-// The run loop with a clock that stands still until the loop moves it.
+// The run loop with a clock that only the loop advances.
 #include "platform/RunLoop.h"
 
 #include <fcntl.h>
@@ -26,7 +26,7 @@ class RunLoopTest : public testing::Test {
   RunLoopTest() { Clock::SetDriven(kStart); }
   ~RunLoopTest() override { Clock::UseSystemTime(); }
 
-  // A timer that notes its name with the time since the start.
+  // A timer that records its name with the time since the start.
   RunLoopTimerRef Add(const std::string& name, double first, double interval, RunLoopMode mode = RunLoopMode::kCommon,
                       std::function<void(RunLoopTimer&)> then = nullptr) {
     auto timer = RunLoopTimer::After(first, interval, [this, name, then](RunLoopTimer& self) {

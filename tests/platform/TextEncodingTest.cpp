@@ -21,7 +21,7 @@ TEST(TextEncoding, BytesAndTextGoBothWays) {
       {TextEncoding::kUTF8, "\xE2\x88\x86", "∆"},
       {TextEncoding::kUTF16BE, "\x22\x06\xD8\x34\xDD\x1E"s, "∆𝄞"},
       {TextEncoding::kUTF16BE, "\0A"s, "A"},
-      // The euro sign, the increment and the private code point of the vendor's sign are where tables differ.
+      // Tables differ in the euro sign, the increment and the private code point of the vendor's sign.
       {TextEncoding::kMacRoman, "caf\x8E \xDB\xC6\xF0\xCA", "café €∆\uF8FF\u00A0"},
       {TextEncoding::kWindowsLatin1, "\x80\xE9\x93", "€é“"},
       {TextEncoding::kISOLatin1, "\xE9\x80", "é\u0080"},
@@ -56,10 +56,10 @@ TEST(TextEncoding, MalformedBytesAreNothing) {
   const struct {
     TextEncoding encoding;
     std::string bytes;
-  } rows[] = {{TextEncoding::kUTF8, "\xC0\xAF"},          // too long a form
+  } rows[] = {{TextEncoding::kUTF8, "\xC0\xAF"},          // an overlong form
               {TextEncoding::kUTF8, "\xED\xA0\x80"},      // a surrogate
               {TextEncoding::kUTF8, "\xF4\x90\x80\x80"},  // beyond the last code point
-              {TextEncoding::kUTF8, "a\xE2\x88"},         // cut off
+              {TextEncoding::kUTF8, "a\xE2\x88"},         // truncated
               {TextEncoding::kUTF16BE, "\0A\0"s},
               {TextEncoding::kUTF16BE, "\xD8\x34\0A"s},
               {TextEncoding::kUTF16BE, "\xDD\x1E"},

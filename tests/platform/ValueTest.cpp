@@ -44,7 +44,7 @@ TEST(Values, AHandleOfAnotherTypeIsNull) {
   }
 }
 
-// The way of looking up changes at a number of keys; what can be seen of it must not.
+// The lookup method changes with the number of keys, its results do not.
 TEST(Values, DictionariesKeepTheirOrderAtEverySize) {
   for (const int count : {3, 39, 40, 41, 200}) {
     Dictionary dictionary = Dictionary::Create();

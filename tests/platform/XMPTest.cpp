@@ -1,4 +1,4 @@
-// Metadata written into real documents and read again, and documents that stay as they were when it cannot be.
+// Metadata is written into real documents and read back. Documents do not change when that fails.
 #include "platform/XMP.h"
 
 #include <gmock/gmock.h>
@@ -43,7 +43,7 @@ class XMPTest : public testing::Test {
     return files.OpenFile(path.c_str(), kXMP_UnknownFile, how | kXMPFiles_OpenUseSmartHandler) ||
            files.OpenFile(path.c_str(), kXMP_UnknownFile, how | kXMPFiles_OpenUsePacketScanning);
   }
-  // Replaces the array "list" by structures that hold these names.
+  // Replaces the array "list" by structures with these names.
   static void Put(TXMPMeta& meta, const std::vector<std::string>& names) {
     meta.DeleteProperty(kNamespace, "list");
     for (const std::string& name : names) {
@@ -51,10 +51,10 @@ class XMPTest : public testing::Test {
       std::string path;
       TXMPUtils::ComposeArrayItemPath(kNamespace, "list", kXMP_ArrayLastItem, &path);
       meta.SetStructField(kNamespace, path.c_str(), kNamespace, "name", name.c_str());
-      meta.SetStructField(kNamespace, path.c_str(), kNamespace, "empty", "");  // which some files do not keep
+      meta.SetStructField(kNamespace, path.c_str(), kNamespace, "empty", "");  // some files do not keep it
     }
   }
-  // False if the file cannot be opened or has no room; failures of the write are thrown.
+  // Returns false if the file cannot be opened or has no room. Throws if the write fails.
   static bool Write(const std::string& path, const std::vector<std::string>& names) {
     TXMPFiles files;
     if (!Open(files, path, kXMPFiles_OpenForUpdate)) return false;
@@ -66,7 +66,7 @@ class XMPTest : public testing::Test {
     files.CloseFile();
     return true;
   }
-  // The names in an array of structures.
+  // Returns the names in an array of structures.
   static std::vector<std::string> Read(const std::string& path, const char* ns = kNamespace, const char* array = "list",
                                        const char* fieldNs = kNamespace, const char* field = "name") {
     TXMPFiles files;
@@ -81,7 +81,7 @@ class XMPTest : public testing::Test {
     }
     return names;
   }
-  // Writes one name; if that fails the file must be as it was.
+  // Writes one name. If that fails, the file must not have changed.
   static bool WritesOrLeaves(const std::string& path) {
     const std::string before = TempFolder::Content(path);
     try {
@@ -152,7 +152,7 @@ TEST_F(XMPTest, NothingPutLeavesTheFileAlone) {
   EXPECT_EQ(folder_.Names().size(), 1u);
 }
 
-// The library takes this comment at its word, writes nothing, and says that it did.
+// The library believes this comment, writes nothing, and reports success.
 TEST_F(XMPTest, ASuccessThatIsLostIsAnErrorAndTheOldFileStays) {
   const std::string path = folder_.Write("lost.eps",
                                          "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n%ADO_ContainsXMP: NoMain\n"
@@ -218,7 +218,7 @@ TEST_F(XMPTest, DamagedDocumentsAreReadOrRefusedButNeverHarmed) {
   EXPECT_LT(written, 9u) << "of twelve";
 }
 
-// The packet of metadata whose array stands so often in itself; the marks in it are no tags.
+// A packet of metadata with an array nested this deeply. The marks in it are not tags.
 std::string Nested(size_t depth) {
   std::string packet =
       "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
@@ -266,8 +266,8 @@ std::string Flat(size_t count) {
   return packet.insert(packet.find("<!--"), properties);
 }
 
-// A packet that fits takes the place of the old one. All other resources stay, also two of one number; of two packets the
-// first is read and replaced.
+// A packet that fits takes the place of the old one. All other resources stay, also two of one number; of two packets
+// the first is read and replaced.
 TEST_F(XMPTest, ALayeredDocumentIsWrittenInItsPlaceWhereThatHasRoom) {
   const std::string other = Nested(0);
   const std::string path = folder_.Write(
@@ -290,7 +290,7 @@ TEST_F(XMPTest, ALayeredDocumentIsWrittenInItsPlaceWhereThatHasRoom) {
   EXPECT_EQ(folder_.Names().size(), 1u);
 }
 
-// Each of these hung the XMP library, ended it, or kept it busy for minutes.
+// Each of these hung the XMP library, crashed it, or kept it busy for minutes.
 TEST_F(XMPTest, WhatTheLibraryCannotStandIsRefused) {
   const std::string sample = TempFolder::Content(SOURCE_DIR "/samples/no-text.psd");
   const std::string deep = Nested(60000);

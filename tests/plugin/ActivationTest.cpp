@@ -1,4 +1,4 @@
-// From the font names of a document to fonts that are active, with and without dialogs.
+// From the font names of a document to active fonts, with and without dialogs.
 #include "Readers/CommonFunctionality.h"
 #include "Tracking/FontActivationTracker.h"
 #include "plugin/HostFixture.h"
@@ -23,7 +23,7 @@ class ActivationFixture : public HostFixture {
     agent.Add({.id = 8, .postScriptName = "MyriadPro-Bold", .foundry = "Other"});
     ui->preferences["PickBestMatch"] = 1;
   }
-  // Ready as if nothing had been opened yet.
+  // Resets everything as if no document had been opened.
   void StartAfresh() {
     AllTrackedDocuments::ResetForTesting();
     for (auto& [id, font] : agent.fonts) font.isHeld = false;
@@ -43,7 +43,7 @@ struct ActivationCase {
   bool pickBestMatch;
   int activated;
   const char* shown;
-  const char* unresolved;  // names; null: nothing is kept
+  const char* unresolved;  // names; null if nothing is cached
   bool mayExport;
 };
 
@@ -107,7 +107,7 @@ TEST_F(Activation, PrefersTheFontOfTheSlugUnlessIdentificationIsOff) {
     const std::string path = Sample("no-text.psd");
     const platform::Dictionary slug = fakes::AgentAnswers::MakeRecord(agent.Font(6));
     ASSERT_EQ(WriteXMPGlyphsureSlugToFile(path, ArrayOf({slug})), CoreErrorCodes::kSuccess);
-    // The file names no fonts: its slug is taken at its word.
+    // The file names no fonts, so all fonts of its slug are used.
     int activated = 0;
     ActivateFontsForDocument(true, activated, path, Track(path));
     EXPECT_EQ(Held(), identifies ? "6" : "");

@@ -93,7 +93,7 @@ TEST_F(Command, ChecksTheFontsOfTheDocumentAgain) {
   EXPECT_EQ(Held(), "2");
   platform::RunLoop::Main().RunFor(10);
   EXPECT_EQ(Joined(app.played), "select 1, close 1, open " + path);
-  // A document that is not tracked is left alone.
+  // A document that is not tracked is not touched.
   app.Add(WriteDocument("b.psd", {"Idle"}));
   const size_t calls = agent.Count("ActivateFonts");
   Choose(6, -2);

@@ -1,4 +1,4 @@
-// The walk of descriptors that the real host made, and the names of keys in its log.
+// Walking the real host's descriptors, and the names of keys in the log.
 #include "photoshop/PSConstA.h"
 #include "photoshop/PSFU_FreeZone.h"
 #include "plugin/HostFixture.h"

@@ -1,4 +1,4 @@
-// What is done, in which order, when a document is opened, made, saved or closed.
+// What the plug-in does, in which order, when a document is opened, created, saved or closed.
 #include "Readers/XMPFontMetadata.h"
 #include "photoshop/MissingFontsWindow.h"
 #include "plugin/HostFixture.h"
@@ -66,7 +66,7 @@ TEST_F(DocumentEvents, ASaveWithAFailedLookUpKeepsTheSlug) {
     EXPECT_EQ(SlugOf(path), before);
     FontDataPreviouslyGottenFromDatabase::DeleteAll();
   }
-  // With every look-up answered the slug follows what is active, which may be less.
+  // If all lookups succeed, the slug has the active fonts, which may be fewer.
   for (auto& [id, font] : agent.fonts) font.isHeld = false;
   SendSave();
   SendSave();
@@ -98,7 +98,7 @@ TEST_F(DocumentEvents, ADocumentIsTakenWhereTheHostIsInTheMiddleOfAnotherOpen) {
   EXPECT_TRUE(Traced("Newly opened document detected: '" + path + "'"));
   EXPECT_EQ(Held(), "1");
   EXPECT_EQ(FirstTracked().GetTimeOpenEventWasHandled(), 0);
-  // The open event that follows has nothing left to do but to note its time.
+  // The open event that follows only records its time.
   SendOpen(path);
   EXPECT_EQ(agent.Count("ActivateFonts"), 1u);
   EXPECT_NE(FirstTracked().GetTimeOpenEventWasHandled(), 0);
@@ -113,7 +113,7 @@ TEST_F(DocumentEvents, UnresolvedFontsAreTriedAgainByTheOpenEventUnderAnIdentifi
   SendOpen(path);
   EXPECT_EQ(Shown(), "box SomeLayersMissingFontsMessage, box SomeLayersMissingFontsMessage");
   EXPECT_EQ(Tracked(), "a.psd 1");
-  // The second run's count is given back at the quit only.
+  // The count of the second run is released at the quit only.
   app.documents.Remove(id);
   SendClose();
   EXPECT_EQ(Tracked(), "");
@@ -139,7 +139,7 @@ TEST_F(DocumentEvents, ASecondUntitledDocumentIsTrackedFromItsSave) {
   const int second = app.Add("");
   SendMake();
   EXPECT_EQ(Tracked(), "- 1");
-  // The first save of the first one brings its path; the second one stays untracked.
+  // The first save of the first document brings its path; the second document stays untracked.
   platform::Clock::SetDriven(kNow + 60);
   app.documents.BringToFront(first);
   app.documents.Find(first)->path = WriteDocument("first.psd", {});
@@ -162,7 +162,7 @@ TEST_F(DocumentEvents, OnlyTheSecondSaveNotificationWritesTheSlug) {
   EXPECT_TRUE(Traced("Doing nothing because this is a pre-save event."));
   SendSave();
   EXPECT_EQ(SlugOf(path), "NimbusSans-Regular");
-  // Without the document's ID a notification comes after the save, whatever its number.
+  // A notification without the document's ID comes after the save, whatever its number.
   agent.Add({.id = 4, .postScriptName = "NimbusSans-Bold", .ownState = 4});
   SendSave(false);
   EXPECT_EQ(SlugOf(path), "NimbusSans-Regular NimbusSans-Bold");

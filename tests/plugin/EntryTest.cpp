@@ -1,4 +1,4 @@
-// The entry as the host calls it, and the timer between its calls.
+// The plug-in's entry as the host calls it, and the timer between calls.
 #include "photoshop/PluginMain.h"
 
 #include <filesystem>
@@ -16,7 +16,7 @@ using host_sdk::Code;
 
 namespace {
 
-// The plug-in looks for an agent while it is loaded, which is before any test: it must not find the user's own.
+// The plug-in looks for an agent when it is loaded, before any test. It must not find the user's agent.
 [[gnu::constructor(101)]] void StayOutOfTheHomeFolder() {
   platform::Places places;
   places.fileSystemRoot = places.home = places.runtime = "/nonexistent";
@@ -45,7 +45,7 @@ class EntryFixture : public HostFixture {
   }
   int32_t Start() { return Call("SP Interface", "Startup"); }
   void Wait(double seconds) { platform::RunLoop::Main().RunFor(seconds); }
-  // A document in front, of which the host tells through the notifier.
+  // Opens a document in front and notifies the plug-in.
   int32_t NotifyOpen(const std::string& path) {
     app.Add(path);
     const fakes::GivenDescriptor descriptor(host::kKeyTarget, host::AliasData::OfPath(path));
@@ -108,7 +108,7 @@ TEST_F(Entry, TellsTheHostOfWhatItLacks) {
   app.failingNotifiers = {Code("Cls ")};
   EXPECT_EQ(Start(), host_sdk::kBadParameters);
   EXPECT_EQ(app.notifiers.size(), 2u);
-  // Without all its notifiers a shutdown leaves the two in place.
+  // If notifiers are missing, a shutdown keeps the two others.
   EXPECT_EQ(Call("SP Interface", "Shutdown"), 0);
   EXPECT_EQ(app.notifiers.size(), 2u);
 }
@@ -156,7 +156,7 @@ TEST_F(Entry, AnswersEachCallerAndSelector) {
   EXPECT_EQ(AutoPluginMain("SP Interface", "Startup", nullptr), 0);
   const struct {
     const char *caller, *selector;
-    int32_t operation;  // below 0: none
+    int32_t operation;  // none if below 0
     const char* shown;
   } kRows[] = {
       {"SP Interface", "About", -1, "about"},  {"SP Interface", "Do It", -1, ""},
@@ -179,7 +179,7 @@ TEST_F(Entry, AnswersEachCallerAndSelector) {
   EXPECT_EQ(Call("PS Photoshop", "Do It"), host_sdk::kBadParameters);
 }
 
-// The service of extension events lies in the host's own folder, which for a test is the folder of its program.
+// The extension event service is in the host's folder, which for a test is the folder of its program.
 TEST_F(Entry, AsksForThePanelUntilTheHostHasOpenedIt) {
   const std::filesystem::path frameworks = platform::Bundle::Main()->PrivateFrameworksFolder();
   std::filesystem::remove(frameworks);
@@ -198,7 +198,7 @@ TEST_F(Entry, AsksForThePanelUntilTheHostHasOpenedIt) {
   Wait(0.05);
   EXPECT_EQ(heard, Lines{"1 test ''"});
   EXPECT_EQ(ui->preferences["SuppressPanelLaunch"], 1);
-  // Once per user: another start sends nothing.
+  // Sent once per user, not at another start.
   ResetPluginMainForTesting();
   CommonFunctionality::ResetForTesting();
   Start();

@@ -1,4 +1,4 @@
-// The plug-in's inside between a fake host, a fake agent and a fake user interface, at a time that stands still.
+// The plug-in with a fake host, a fake agent and a fake user interface, and a clock that stands still.
 #pragma once
 
 #include <filesystem>
@@ -41,14 +41,14 @@ class HostFixture : public fakes::PluginFixture {
     platform::Clock::UseSystemTime();
   }
 
-  // Connected and ready for work.
+  // Connects the plug-in and makes it ready.
   void MakeReady() {
     Connect();
     ui->TakeShown();
     trace.clear();
   }
 
-  // A document whose bytes name these fonts; its path.
+  // Writes a document whose bytes name these fonts. Returns its path.
   std::string WriteDocument(const std::string& name, const Lines& fonts) {
     std::string bytes = "8BPS";
     for (const std::string& font : fonts) {
@@ -74,14 +74,14 @@ class HostFixture : public fakes::PluginFixture {
     const host::ObjectValue made{objectClass, std::make_shared<const host::DescriptorData>()};
     MakeEvent(0, fakes::GivenDescriptor(host::kKeyNew, made).Get(), 0, nullptr);
   }
-  // As the host tells of a save: with the document's ID, or without.
+  // Notifies of a save as the host does: with the document's ID, or without.
   static void SendSave(bool withID = true) {
     const fakes::GivenDescriptor descriptor(withID ? host::kKeyDocumentID : host::kKeyTarget, 1);
     SaveEvent(0, descriptor.Get(), 0, nullptr);
   }
   static void SendClose() { CloseEvent(0, nullptr, 0, nullptr); }
 
-  // A document in front of the host that its open event tells of; its path.
+  // Opens a document in front and sends its open event. Returns its path.
   std::string Open(const std::string& name, const Lines& fonts) {
     const std::string path = WriteDocument(name, fonts);
     app.Add(path);
@@ -90,7 +90,7 @@ class HostFixture : public fakes::PluginFixture {
   }
   static OneTrackedDocument& FirstTracked() { return *AllTrackedDocuments::GetDocumentList().at(0); }
 
-  // The tracked documents as "NAME HANDLE", in order, an untitled one as "-"; divided by commas.
+  // Returns the tracked documents as "NAME HANDLE", in order, separated by commas. An untitled one is "-".
   static std::string Tracked() {
     Lines lines;
     for (const auto& document : AllTrackedDocuments::GetDocumentList()) {
@@ -99,7 +99,7 @@ class HostFixture : public fakes::PluginFixture {
     }
     return Joined(lines);
   }
-  // The IDs of the fonts that the agent holds for the plug-in.
+  // Returns the IDs of the fonts that the agent holds for the plug-in.
   std::string Held() const {
     std::string ids;
     for (const auto& [id, font] : agent.fonts) {
@@ -107,7 +107,7 @@ class HostFixture : public fakes::PluginFixture {
     }
     return ids;
   }
-  // What the user was shown since the last time, divided by commas.
+  // Returns what the user was shown since the last call, separated by commas.
   std::string Shown() { return Joined(ui->TakeShown()); }
   static std::string Joined(const Lines& lines) {
     std::string all;

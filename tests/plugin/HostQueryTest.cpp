@@ -1,4 +1,4 @@
-// What the plug-in asks of the host, and how it tells that a document is just being opened.
+// What the plug-in asks the host, and how it detects that a document is being opened.
 #include "photoshop/PhotoshopFontUtils.h"
 #include "photoshop/PhotoshopInterface.h"
 #include "plugin/HostFixture.h"
@@ -40,7 +40,7 @@ TEST_F(HostQuery, TellsWhichDocumentsExist) {
 TEST_F(HostQuery, ListsThePathsOfWhatIsOnDisk) {
   const std::string path = WriteDocument("ä.psd", {});
   for (const std::string& each : {path, std::string(), folder / "deleted.psd"}) app.Add(each);
-  // No UTF-8: the alias holds bytes, which are read in the encoding of old systems.
+  // Not UTF-8: the alias has bytes, which are read in the encoding of old systems.
   app.Add(WriteDocument("\xE4.psd", {}));
   Lines paths;
   EXPECT_EQ(PhotoshopFontUtils::GetUTF8PathsForAllOpenDocuments(paths), kNoErr);

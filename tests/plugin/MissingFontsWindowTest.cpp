@@ -1,4 +1,4 @@
-// Which windows are dismissed, and when a document is closed and opened again.
+// Which windows are dismissed, and when a document is closed and reopened.
 #include "photoshop/MissingFontsWindow.h"
 
 #include <sys/stat.h>
@@ -30,7 +30,7 @@ class MissingFontsFixture : public HostFixture {
   }
   ~MissingFontsFixture() override { ResetMissingFontsWindowForTesting(); }
 
-  // The keys that a window got when it was ordered in; it shows in any case.
+  // Returns the keys that a window got when it was ordered in. The window is shown in any case.
   int KeysOf(const std::string& title, const std::vector<View>& views) {
     int keys = 0;
     Window window(title, views, [&](Window& self, const platform::KeyEvent& event) {
@@ -72,7 +72,7 @@ TEST_F(MissingFontsWindow, StaysUnlessTheDocumentIsBeingOpenedAndSolved) {
     std::function<void()> change;
     int keys;
   };
-  // Each row on a document of its own, seen first by the window.
+  // Each row has its own document. The window is the first to see it.
   const std::vector<Case> kCases = {
       {"solved", {"Alpha"}, [] {}, 1},
       {"nothing was needed", {}, [] {}, 1},
@@ -90,7 +90,7 @@ TEST_F(MissingFontsWindow, StaysUnlessTheDocumentIsBeingOpenedAndSolved) {
   };
   for (const Case& row : kCases) {
     AllTrackedDocuments::ResetForTesting();
-    ResetDocumentEventsForTesting();  // which the missing suite has left in the middle of an open
+    ResetDocumentEventsForTesting();  // left in the middle of an open by the missing suite
     ui->preferences["EnablePlugin"] = 1;
     ui->preferences["RMF5"] = -1;
     MarquineGlobals::SetPluginServicesEnabled(true);
@@ -161,7 +161,7 @@ TEST_F(ReplaceMissingFonts, TakesItsDelayFromThePreference) {
   MakeReady();
   const struct {
     int milliseconds, stored;
-    double fires;  // seconds; below 0: never
+    double fires;  // in seconds; never if below 0
   } kRows[] = {{0, 4000, 4}, {-1, -1, -1}, {6000, 6000, 6}, {1, 1, 0.001}};
   for (const auto& row : kRows) {
     app.RemoveAll();
@@ -192,7 +192,7 @@ TEST_F(ReplaceMissingFonts, WaitsUntilTheWayIsClear) {
     EXPECT_TRUE(app.played.empty());
     --*counter;
   }
-  // Not in a modal loop either.
+  // Not in a modal loop, either.
   platform::RunLoop::Main().RunFor(5, platform::RunLoopMode::kModal);
   EXPECT_TRUE(app.played.empty());
   Wait(1);

@@ -1,5 +1,5 @@
-// Font names in the bytes of documents: each format by a table, and random documents against the plainest search that there
-// is, over the whole of the bytes at once.
+// Font names in the bytes of documents: a table for each format, and random documents compared with a simple search
+// over all bytes at once.
 #include <fstream>
 #include <limits>
 #include <random>
@@ -111,12 +111,12 @@ TEST_F(RawFontScan, ReadsNamesOfADocumentInPairsOfBytes) {
   EXPECT_EQ(fakes::NamesOf(fonts), "AdobeInvisFont LiberationSerif-Bold NimbusSans-Regular NimbusSans-Bold DejaVuSans");
 }
 
-// The search over all bytes at once, as simple as it can be.
+// A simple search over all bytes at once.
 class PlainScan {
  public:
   explicit PlainScan(const std::string& bytes) : mBytes(bytes) {}
 
-  // The ranges between two patterns that begin in [start, end).
+  // Returns the ranges between two patterns that begin in [start, end).
   std::vector<std::pair<size_t, size_t>> Ranges(size_t start, size_t end, const std::string& begin,
                                                 const std::string& stop) const {
     std::vector<std::pair<size_t, size_t>> ranges;
@@ -147,7 +147,7 @@ TEST_F(RawFontScan, AgreesWithAPlainSearchOnRandomDocuments) {
   std::mt19937 random(kSeed);
   for (int document = 0; document < 300; ++document) {
     std::string bytes;
-    // Some are longer than the window that stands in memory, with a pattern over each of its ends.
+    // Some are longer than the window in memory, with a pattern across each of its ends.
     const size_t size = document % 10 == 0 ? 400'000 : 400;
     while (bytes.size() < size) {
       bytes += kPieces[random() % std::size(kPieces)];
@@ -172,14 +172,14 @@ TEST_F(RawFontScan, AgreesWithAPlainSearchOnRandomDocuments) {
 }
 
 TEST_F(RawFontScan, ManyRegionsThatDoNotEndCostOneWalk) {
-  // What this process has read from files so far, as the system counts it.
+  // Returns the number of bytes that this process has read so far, as the system counts them.
   const auto bytesRead = [] {
     size_t count = 0;
     std::ifstream("/proc/self/io").ignore(std::numeric_limits<std::streamsize>::max(), ' ') >> count;
     return count;
   };
   if (bytesRead() == 0) GTEST_SKIP() << "this system does not count what a process reads";
-  constexpr size_t kSize = 400'000;  // several windows, so that whoever goes back reads them again
+  constexpr size_t kSize = 400'000;  // several windows, so that going back means reading them again
   std::string bytes;
   while (bytes.size() < kSize) bytes += "/FontSet [/Name (A]";
   const std::string path = folder.Write("a.psd", bytes);

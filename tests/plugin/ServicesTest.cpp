@@ -150,7 +150,7 @@ TEST_F(Services, TheFileNameOfThePluginIsCutOutOfItsPath) {
     const char *path, *name;
   } kRows[] = {{"/app/Auto.so", "Auto"},       {"C:\\app\\Auto.8li", "Auto"},
                {"HD:Auto.plugin", "Auto"},     {"/app.d/a.b.so", "a.b"},
-               {"/app.plugin/Auto", "app"},  // the last "." is the folder's
+               {"/app.plugin/Auto", "app"},  // the last "." is in the folder's name
                {"Auto.plugin", "Auto.plugin"}, {"Auto", "Auto"}};
   for (const auto& row : kRows) {
     MarquineGlobals::IdentifyPluginBinaryPath(row.path);
@@ -164,7 +164,7 @@ class NotificationFixture : public HostFixture {
     MakeReady();
     host.TakeHeard();
   }
-  // What the host hears of one event of the agent.
+  // The host operations that one event of the agent causes.
   Lines Hear(int kind, void* data) {
     EXPECT_EQ(CoreAgentNotificationCallback(static_cast<PluginInterface::ECallbackKind>(kind), data), 0x15000000u);
     FontManagerInterface::sm_pFontManager->ProcessNotifications();

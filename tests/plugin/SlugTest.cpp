@@ -1,4 +1,4 @@
-// The font data in the metadata of real files: copies of the samples, and small files with a packet of XMP in them.
+// The font data in the metadata of real files: copies of the samples, and small files with an XMP packet.
 #include "platform/Files.h"
 #include "plugin/HostFixture.h"
 
@@ -24,7 +24,7 @@ class SlugFixture : public HostFixture {
       fonts.Append(Record({{"PostScriptName", "Font" + std::to_string(i)}, {"Version", "1"}}));
     return fonts;
   }
-  // A file of no known format with a packet in it; the properties stand in the slug's namespace "v" and Adobe's "t".
+  // A file of unknown format with a packet. The properties are in the slug's namespace "v" and in Adobe's "t".
   std::string WritePacket(const std::string& properties, size_t padding) {
     return folder.Write("packet.bin",
                         "lead\n<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>"

@@ -1,4 +1,4 @@
-// What a start finds, what it says of it, and what it leaves switched on.
+// What a start finds and shows, and which services it enables.
 #include "Bridge/VPILoader.h"
 #include "Readers/CommonFunctionality.h"
 #include "Services/DiagnosticLog.h"
@@ -83,7 +83,7 @@ TEST_F(Startup, FollowsTheTable) {
       agent.isStandalone = agent.isLoggedIn = agent.mayUseAllWorkgroups = true;
       agent.workgroups = {{5, "Library", "1"}};
       fakes::InstallFakeAgentTable();
-      ui.reset();  // before the new one, which takes its place
+      ui.reset();  // before the new one replaces it
       ui = std::make_unique<fakes::FakeUIFramework>();
       row.change(agent, *ui);
       EXPECT_EQ(CommonFunctionality::Startup(allowsDialogs), row.code);

@@ -16,7 +16,7 @@ class TrackedDocuments : public HostFixture {
     AllTrackedDocuments::AddDocument(document, path);
     return document.get();
   }
-  // Has the one font of the agent opened for documents of these identifiers.
+  // Opens the agent's one font for documents with these identifiers.
   void OpenFor(const Lines& identifiers) {
     agent.Add({.id = 1, .postScriptName = "One"});
     MakeReady();

@@ -1,4 +1,4 @@
-// What is wrong is told in one line each, the rest goes on, and nothing that was stored is lost.
+// Each problem is reported in one line, everything else continues, and no stored data is lost.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -38,7 +38,7 @@ TEST_F(BadInput, DocumentsAreToldAndTheOthersGoOn) {
       {folder_.Write("header.psd", poster.substr(0, 20)), "truncated"},
       {folder_.Write("cut.psd", poster.substr(0, poster.size() / 2)), "truncated"},
       {folder_.Path(), "folder"},
-      {"/proc/self/mem", ""},  // stands there and can't be read, whoever asks
+      {"/proc/self/mem", ""},  // exists and cannot be read by any user
       {"", "No such file"},
   };
   std::vector<std::string> files = {"--"};
@@ -58,7 +58,7 @@ TEST_F(BadInput, DocumentsAreToldAndTheOthersGoOn) {
   EXPECT_EQ(Bytes(folder_ / "cut.psd"), poster.substr(0, poster.size() / 2));
 }
 
-// What the plug-in and its frameworks met below the host's own operations.
+// Problems of the plug-in and its frameworks during the host's operations.
 TEST_F(BadInput, WhatOnlyThePluginMetIsAnErrorOncePerOpenAndSave) {
   std::string deep =
       "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"

@@ -25,7 +25,7 @@ using platform::Descriptor;
 
 namespace {
 
-constexpr int kMostMilliseconds = 60000;  // a host that says nothing for so long hangs
+constexpr int kMostMilliseconds = 60000;  // a host that is silent for this long hangs
 
 struct Pipe {
   Descriptor read, write;
@@ -53,10 +53,10 @@ pid_t Spawn(const std::string& program, const std::vector<std::string>& argument
   return process;
 }
 
-// One of our processes may be a child of none of ours, so that it can't be waited for in the usual way.
+// The process may not be our child, so waitpid cannot be used.
 void AwaitEnd(pid_t process) {
   const Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
-  if (!handle) return;  // gone already
+  if (!handle) return;  // has ended already
   pollfd ended{handle.Get(), POLLIN, 0};
   EXPECT_EQ(poll(&ended, 1, kMostMilliseconds), 1) << "process " << process << " does not end";
 }
@@ -76,7 +76,7 @@ std::vector<Json> HostResult::Events() const {
 std::string HostProcess::BuiltHost() { return APP_DIR "/host/host"; }
 
 HostProcess::HostProcess(const std::vector<std::string>& arguments, const std::string& host, Streams streams) {
-  signal(SIGPIPE, SIG_IGN);  // a host that has ended is noticed by its output
+  signal(SIGPIPE, SIG_IGN);  // the end of the output shows that the host has ended
   Pipe output = MakePipe();
   if (streams != Streams::kPipes) {
     Descriptor ours(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
@@ -113,7 +113,7 @@ void HostProcess::AwaitOutput(const std::string& text) {
   taken_ = at + text.size();
 }
 
-// Takes what there is on either stream; false when both have ended.
+// Reads what is available on either stream. Returns false when both have ended.
 bool HostProcess::ReadMore() {
   if (!output_ && !errors_) return false;
   pollfd streams[] = {{output_.Get(), POLLIN, 0}, {errors_.Get(), POLLIN, 0}};

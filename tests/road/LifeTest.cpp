@@ -1,4 +1,4 @@
-// Documents and programs over time: what is shared, what is stored, and what a killed program leaves behind.
+// Documents and programs over time: what they share and store, and what a killed program leaves behind.
 #include <gmock/gmock.h>
 #include <sys/syscall.h>
 
@@ -62,7 +62,7 @@ class Desktop : public Life {
 TEST_F(Life, OtherProgramsSeeTheFontsAsLongAsADocumentNeedsThem) {
   const std::string second = CopyOf(kPoster, "second.psd");
   HostProcess host(Arguments({"--interactive"}));
-  // The document is soon closed and opened again, while the console waits for the next command.
+  // The document is closed and reopened soon, while the console waits for the next command.
   host.Send("set CloseFontsOnDocClose 1\nset RMF5 1\nopen " + kPoster);
   host.NextEvent("opened");
   EXPECT_THAT(state_.NamesByFontList(), IsSupersetOf(kPostersFonts));
@@ -111,7 +111,7 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   const std::string read = OutputOf("exiftool -a -G1 -XMP:all '" + saved + "'");
   for (const char* text : {"NimbusSans-Bold", "LiberationSerif-Bold", "DejaVuSans"}) EXPECT_THAT(read, HasSubstr(text));
 
-  // All files are at hand now, and without the document's own data another kind would be taken.
+  // All files are available now. Without the document's data another format would be chosen.
   const StateFolder fresh(folder_ / "fresh");
   std::vector<std::string> arguments = {"--json", "--state", fresh.Path()};
   for (const std::string& each : LibraryFolders("urw,liberation"))
@@ -137,7 +137,7 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
   EXPECT_EQ(Events(third, "saved").at(0)["lost"], lost);
 }
 
-// The document was saved where the library had this very file, and nothing newer.
+// The document was saved when the library had exactly this file and no newer one.
 TEST_F(Life, StoredChecksumGoesBeforeANewerFile) {
   const std::string original = "/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf";
   std::string font;
@@ -181,7 +181,7 @@ TEST_F(Life, DocumentsOfTheUserStayAsTheyAre) {
   EXPECT_THAT(result.errors, HasSubstr("in the copy " + state_.Path() + "/copies/mine-2.psd"));
 }
 
-// A demonstration gives fonts back at the close. The user's own choice must outlive whatever ends it.
+// A demonstration deactivates fonts at the close. The user's preference must survive, however the run ends.
 TEST_F(Life, DemonstrationLeavesThePreferencesAlone) {
   HostProcess host(Arguments({kPoster, kBrochure}));
   host.NextEvent("opened");
@@ -207,12 +207,12 @@ TEST_F(Life, StateFolderThatIsRemovedIsToldOnce) {
   HostProcess host(Arguments({"--interactive"}));
   host.Send("open " + kPoster);
   host.NextEvent("opened");
-  // Moved away in one step: the host may be writing its preferences, and removing file by file would race with that.
+  // Moves the folder in one step. Removing file by file would race with the host's write of its preferences.
   std::filesystem::rename(state_.Path(), folder_ / "removed");
   host.Send("edit\nopen " + kBrochure);
   const HostResult result = host.Finish();
   EXPECT_EQ(result.status, 1);
-  // A write of the preferences may still be due. It fails too, and says so in an event of its own.
+  // A write of the preferences may still be due. It fails, too, and reports that in its own event.
   const std::vector<std::string> errors = Errors(result);
   EXPECT_THAT(errors, Contains(HasSubstr("was removed or replaced")).Times(1));
   EXPECT_THAT(errors, Contains(HasSubstr("is not opened")));
@@ -225,7 +225,7 @@ TEST_F(Life, SecondStartGoesOnWithWhatWasStored) {
   EXPECT_EQ(Events(again, "opened").at(0)["activated"][1]["file"],
             "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.t1");
   EXPECT_THAT(Events(again, "saved").at(0)["slug"], IsEmpty());
-  // Another library is read at once, also by an agent that has not ended yet.
+  // Another library is read at once, even if the old agent has not ended yet.
   const HostResult other = RunScript("open " + kPoster + "\n", "otf");
   EXPECT_THAT(Events(other, "opened").at(0)["missing"], ElementsAre("LiberationSerif-Bold"));
 }
@@ -260,7 +260,7 @@ TEST_F(Life, CommandBoxRunsTheChosenCommand) {
 }
 
 TEST_F(Life, FontsAreCollectedWhereTheUserSays) {
-  // As it is typed: from the current folder.
+  // As a user types it: relative to the current folder.
   const std::string relative = std::filesystem::relative(folder_ / "collected").string();
   const std::string impossible = folder_.Write("file", "") + "/below";
   std::string script = "open " + kPoster + "\n";
@@ -311,7 +311,7 @@ TEST_F(Desktop, MakesFontsActiveInTheUsersOwnFolder) {
   host.Send("open " + kPoster);
   const Json opened = host.NextEvent("opened");
   ASSERT_THAT(opened["activated"], SizeIs(3));
-  // The font's own file is told, whichever kind of link was possible.
+  // The report names the font's own file, for each kind of link.
   EXPECT_EQ(opened["activated"][0]["file"], "/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf");
   EXPECT_EQ(CountLinks(), 3u);
   EXPECT_EQ(host.Finish().status, 0);
@@ -319,7 +319,7 @@ TEST_F(Desktop, MakesFontsActiveInTheUsersOwnFolder) {
   EXPECT_THAT(state_.Links(), IsEmpty());
 }
 
-// Two agents share the font folder: neither takes the other's links for fonts of the operating system or for its own.
+// Two agents share the font folder. Neither mistakes the other's links for system fonts or its own links.
 TEST_F(Desktop, TwoStateFoldersKeepTheirLinksApart) {
   HostProcess host(Arguments({"--desktop", "--interactive"}));
   host.Send("open " + kPoster);
@@ -351,7 +351,7 @@ TEST_F(Desktop, LinksLeftByAKillGoWhenAnyHostStarts) {
 
 TEST_F(Life, KilledAgentIsStartedAgainAndServesTheSameHost) {
   HostProcess host(Arguments({"--interactive"}));
-  // The plug-in looks every few seconds whether the agent runs; the first look is over after the wait.
+  // The plug-in checks every few seconds whether the agent runs. After the wait the first check is done.
   host.Send("set CloseFontsOnDocClose 1\nopen " + kPoster + "\nwait 0.1\nopen " + kNoText);
   host.NextEvent("opened");
   host.NextEvent("opened");
@@ -384,7 +384,7 @@ TEST_F(Life, AgentThatCouldNotBeStartedAgainIsTriedAgain) {
   EXPECT_THAT(result.errors, HasSubstr("the agent was started again"));
 }
 
-// Where the slug is written into its place, and where a file with two names is written over.
+// The slug is written in place, and a file with two names is overwritten.
 TEST_F(Life, SaveKilledInTheMiddleIsFinishedAtTheNextOpen) {
   const struct {
     const char* name;

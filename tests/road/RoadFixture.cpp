@@ -16,7 +16,7 @@ std::string RoadTest::LayOut(const std::set<std::string>& leftOut) const {
     if (fs::is_directory(real / entry)) {
       fs::create_symlink(real / entry, app / entry);
     } else {
-      fs::copy_file(real / entry, app / entry);  // a program finds its neighbours by where it really lies
+      fs::copy_file(real / entry, app / entry);  // a program finds the others by its real path
     }
   }
   return app / "host/host";

@@ -1,4 +1,4 @@
-// What the tests of the road share: a temporary folder with a state folder in it, and a library.
+// For all tests of the road: a temporary folder with a state folder and a library.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ inline const std::string kNoText = SOURCE_DIR "/samples/no-text.psd";
 
 class RoadTest : public testing::Test {
  protected:
-  // "--json --state STATE --library ..." and then these.
+  // Returns "--json --state STATE --library ...", followed by these.
   std::vector<std::string> Arguments(const std::vector<std::string>& more,
                                      const std::string& library = "liberation,urw") const {
     std::vector<std::string> arguments = {"--json", "--state", state_.Path()};
@@ -30,16 +30,17 @@ class RoadTest : public testing::Test {
   HostResult RunScript(const std::string& script, const std::string& library = "liberation,urw") const {
     return RunHost(Arguments({"--script", folder_.Write("script", script)}, library));
   }
-  // The host's program in a new folder "app", beside all that it needs but for these entries of the real one.
+  // Creates a folder "app" with the host's program and everything that it needs, except these entries of the real
+  // folder.
   std::string LayOut(const std::set<std::string>& leftOut) const;
 
   test_support::TempFolder folder_;
   StateFolder state_{folder_ / "state"};
 };
 
-// The value of each event of this kind under the key, or of all kinds if none is given.
+// Returns the value under the key in each event of this kind, or in all events.
 std::vector<Json> Events(const HostResult& result, const std::string& kind);
-// "file: message" of each error.
+// Returns "file: message" for each error.
 std::vector<std::string> Errors(const HostResult& result);
 
 }  // namespace road

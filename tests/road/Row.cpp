@@ -39,7 +39,7 @@ std::string Listed(const std::vector<std::string>& names) {
 
 std::string ExtensionOf(const std::string& path) { return path.substr(path.rfind('.') + 1); }
 
-// The first event of each kind makes the outcome; errors stand in front, so that no row expects one by chance.
+// The outcome has the first event of each kind. Errors come first, so that no row expects one by accident.
 std::string Outcome(const HostResult& result) {
   std::map<std::string, Json> first;
   std::string errors;

@@ -1,4 +1,4 @@
-// Every row of rows.txt, and the recorder that prints one: road_tests --record DOCUMENT LIBRARY PREFERENCES.
+// Runs each row of rows.txt. Also the recorder that prints a row: road_tests --record DOCUMENT LIBRARY PREFERENCES.
 #include <gmock/gmock.h>
 
 #include <cstdio>
@@ -10,7 +10,7 @@ namespace road {
 namespace {
 
 constexpr const char* kRows = SOURCE_DIR "/tests/road/rows.txt";
-constexpr size_t kRowCount = 24;  // a table that lost its rows would hold
+constexpr size_t kRowCount = 24;  // an empty table would pass
 
 class Road : public testing::TestWithParam<Row> {};
 

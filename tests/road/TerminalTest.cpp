@@ -1,4 +1,4 @@
-// What a user at a terminal sees, and what stands in its place where there is none.
+// What a user at a terminal sees, and what replaces it without a terminal.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -17,7 +17,7 @@ constexpr const char* kEndOfInput = "\x04";
 
 class TerminalTest : public RoadTest {
  protected:
-  // The host beside an agent whose scan takes long.
+  // The host with an agent whose scan takes long.
   std::string LayOutScanning() const {
     std::string host = LayOut({"agent/Nexcore"});
     std::filesystem::copy_file(SCANNING_AGENT, folder_ / "app/agent/Nexcore");
@@ -48,7 +48,7 @@ TEST_F(TerminalTest, ConsoleCompletesPathsAndShowsABatch) {
   std::vector<std::string> arguments = Arguments({"--interactive"});
   arguments.erase(arguments.begin());  // the report for a reader
   HostProcess host(arguments, HostProcess::BuiltHost(), Streams::kTerminal);
-  // What is typed while there is no prompt goes another way, through the terminal's own line.
+  // Input while there is no prompt takes another path, through the terminal's own line.
   const std::pair<const char*, std::string> keys[] = {
       {"library:", "open " + folder_ / "grö\tp\tö\t\r"},
       {"missing ", "frob\r"},
@@ -74,7 +74,7 @@ TEST_F(TerminalTest, InterruptClearsTheLineAndKeepsTheDocuments) {
   host.AwaitOutput("made");
   host.AwaitOutput("> ");
   host.Type("open " + folder_ / "g\t");
-  host.AwaitOutput("g\\xf6.psd");  // a name that the line can't hold is only listed
+  host.AwaitOutput("g\\xf6.psd");  // a name that the line cannot contain is only listed
   host.AwaitOutput("> open " + folder_ / "g");
   host.Signal(SIGCONT);  // as after "fg"
   host.AwaitOutput("> open " + folder_ / "g");

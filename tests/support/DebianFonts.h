@@ -1,5 +1,4 @@
-// The fonts that the tests read: files of fonts-urw-base35, fonts-liberation2 and fonts-dejavu-core, and what can be made
-// of them.
+// The fonts of the tests: files of fonts-urw-base35, fonts-liberation2 and fonts-dejavu-core, and collections of them.
 #pragma once
 
 #include <cstdint>
@@ -35,12 +34,12 @@ inline void PutLong(std::string& bytes, size_t at, uint32_t value) {
   for (size_t i = 0; i < 4; ++i) bytes.at(at + i) = static_cast<char>(value >> (24 - 8 * i));
 }
 
-// The offset, in the collection, of the table directory of one face.
+// Returns the offset of a face's table directory in the collection.
 inline uint32_t DirectoryOfFace(const std::string& collection, uint32_t face) {
   return Long(collection, 12 + 4 * face);
 }
 
-// A collection of single TrueType or OpenType fonts, each with its own tables.
+// Returns a collection of single TrueType or OpenType fonts, each with its own tables.
 inline std::string MakeCollection(const std::vector<std::string>& fonts) {
   std::string bytes("ttcf\0\1\0\0", 8);
   bytes.resize(12 + 4 * fonts.size());

@@ -1,7 +1,7 @@
 // The agent's table of functions with fonts in memory: it records every call and can fail in any of them.
 //
-// The table is made from the published list, so every function is there. Those that FakeAgentAnswers.h does not answer
-// succeed and leave their out parameters alone.
+// The table is made from the published list, so it has every function. Those that FakeAgentAnswers.h does not implement
+// succeed and do not change their out parameters.
 #pragma once
 
 #include <type_traits>

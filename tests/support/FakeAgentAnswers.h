@@ -20,7 +20,7 @@ class AgentAnswers {
     };
     return kNames[static_cast<size_t>(function)];
   }
-  // The facade and the names of rights are the library's own, and what it holds for the client it knows itself.
+  // The library itself keeps the facade, the names of rights, and what it holds for the client.
   static constexpr bool NeedsAgent(AgentFunction function) {
     return function != AgentFunction::GetClientFontActivationStates &&
            function != AgentFunction::GetPluginFacadeInstance && function != AgentFunction::ResetPluginFacadeInstance &&
@@ -28,7 +28,7 @@ class AgentAnswers {
            function != AgentFunction::GetExportFontsColumnID;
   }
 
-  // The record as the agent gives it: its own activation state, none of the plug-in's flags.
+  // Returns the record as the agent does: with the agent's activation state and without the plug-in's flags.
   static platform::Dictionary MakeRecord(const FakeFont& font) {
     platform::Dictionary record = platform::Dictionary::Create();
     const std::pair<const char*, std::string> entries[] = {

@@ -1,4 +1,5 @@
-// The agent behind the fake table of FakeAgent.h: its fonts and workgroups, what was called, and what is to fail.
+// The agent behind the fake table of FakeAgent.h: its fonts and workgroups, the calls so far, and the calls that will
+// fail.
 #pragma once
 
 #include <cstdint>
@@ -35,8 +36,8 @@ struct FakeFont {
   int ownState = 0;  // the agent's state for it without this client: 0 inactive, 4 by the user, 5 system
   bool isLocal = true;
   bool fails = false;      // its activation fails
-  bool isRefused = false;  // its activation is reported as not compliant, and not made
-  bool isHeld = false;     // activated for this client and not given back
+  bool isRefused = false;  // its activation is refused as not compliant
+  bool isHeld = false;     // activated for this client and not deactivated
 
   bool IsActive() const { return isHeld || ownState != 0; }
   bool IsSystem() const { return ownState == 5; }
@@ -50,10 +51,10 @@ struct FakeWorkgroup {
   bool IsSpecial() const { return type == "4"; }  // the system's own fonts
 };
 
-// Puts the fake table in the place of the agent's library.
+// Installs the fake table in place of the agent's library.
 void InstallFakeAgentTable();
 
-// While one lives, it is what the plug-in finds as its agent. One at a time.
+// While an object exists, the plug-in uses it as its agent. One at a time.
 class FakeAgent {
  public:
   static constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
@@ -73,10 +74,10 @@ class FakeAgent {
   FakeFont& Add(FakeFont font) { return fonts[font.id] = std::move(font); }
   FakeFont& Font(uint32_t id) { return fonts.at(id); }
 
-  // The next call of the function gives this code and does nothing; several stand in a queue.
+  // The next call of the function returns this code and does nothing. Several codes are queued.
   void FailNext(AgentFunction function, uint32_t code) { failures_[function].push_back(code); }
-  // The agent is gone: every call says so, until the plug-in asks for a new facade handle after a relaunch. What it held for
-  // the client is lost, or restored with it.
+  // Simulates a lost agent: every call fails until the plug-in gets a new facade handle after a relaunch. The client's
+  // activations are lost, or restored with it.
   void Kill(bool restoresActivations) {
     isGone = true;
     if (restoresActivations) return;
@@ -89,10 +90,10 @@ class FakeAgent {
     return count;
   }
 
-  // Called by each function of the table before it does anything; the code is what it is to give instead.
+  // Each function of the table calls this first. If the code is not 0, the function returns it.
   uint32_t Enter(AgentFunction function, const char* name, bool needsAgent) {
     calls.emplace_back(name);
-    if (const auto hook = onCall) hook(function);  // a copy, which may take itself away
+    if (const auto hook = onCall) hook(function);  // a copy, because the function may remove itself
     if (isGone && needsAgent) return kGone;
     std::deque<uint32_t>& queue = failures_[function];
     if (queue.empty()) return 0;
@@ -107,14 +108,14 @@ class FakeAgent {
   bool areSchemasInSync = true, isProcessRunning = true;
   bool mayUseAllWorkgroups = true, mayExport = true;
   uint32_t initAppResult = 0, initThreadResult = 0;
-  // Runs before each call; what it throws leaves the call.
+  // Runs before each call. An exception leaves the call.
   std::function<void(AgentFunction)> onCall;
 
-  // What happened.
+  // The record of what happened.
   std::vector<std::string> calls;
-  // The numbers that the last call of a function was given and that nothing else here shows, in their order.
+  // The numeric arguments of the last call of a function that are not recorded elsewhere, in their order.
   std::map<AgentFunction, std::vector<uint32_t>> arguments;
-  std::vector<uint32_t> wronglyDeactivated;  // not held for the client at that moment
+  std::vector<uint32_t> wronglyDeactivated;  // the client did not hold them at that moment
   std::vector<uint32_t> exported;
   std::vector<std::string> sets;
   std::string log;

@@ -1,5 +1,5 @@
-// The user-interface framework's table with preferences in memory: what is shown is recorded as one line each, and what the
-// user answers is set beforehand.
+// The user-interface framework's table with preferences in memory. It records one line for each thing shown. Tests set
+// the user's answers in advance.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@
 
 namespace fakes {
 
-// While one lives, it is the shared interface. One at a time.
+// While an object exists, it is the shared interface. One at a time.
 class FakeUIFramework {
  public:
   FakeUIFramework() : interface(std::make_unique<VPFInterface>(MakeTable())) {
@@ -32,7 +32,7 @@ class FakeUIFramework {
   FakeUIFramework(const FakeUIFramework&) = delete;
   FakeUIFramework& operator=(const FakeUIFramework&) = delete;
 
-  // The lines since the last call.
+  // Returns the lines since the last call.
   std::vector<std::string> TakeShown() { return std::exchange(shown, {}); }
 
   // Booleans as 0 and 1 beside the numbers.
@@ -43,8 +43,8 @@ class FakeUIFramework {
   int button = 1;
   std::string header;  // of the last message box, and its buttons
   int buttonSet = -1;
-  std::string typed;  // what is entered where a text is asked for
-  // What the command box answers in turn, code and workgroup; then it is cancelled.
+  std::string typed;  // the user's input when a box asks for a text
+  // The answers of the command box in order, code and workgroup. After them it is cancelled.
   std::deque<std::pair<int, int>> commands;
   platform::Dictionary commandBox;  // the last one
   std::function<void(platform::Array problemFonts)> onResolve;

@@ -1,4 +1,4 @@
-// A disk that is full at a byte: within the life of the object no file grows beyond this size.
+// A full disk: while the object exists, no file can grow beyond this size.
 #pragma once
 
 #include <sys/resource.h>

@@ -16,7 +16,7 @@ inline std::string ParseLayered(std::string_view bytes, host::LayeredFile& file)
   return host::ParseLayeredFile(source, file);
 }
 
-// Empty, or why not.
+// Returns an empty text, or what is wrong.
 inline std::string AddTexts(std::string_view bytes, const std::vector<host::TextLayer>& layers, std::string& out) {
   host::LayeredFile file;
   host::Pieces pieces;

@@ -8,14 +8,14 @@
 
 namespace test_support {
 
-// Object numbers and the texts between "obj" and "endobj". Object 1 is the catalog.
+// Object numbers, with the text between "obj" and "endobj". Object 1 is the catalog.
 using PDFObjects = std::map<int, std::string>;
 
 class PDFFile {
  public:
   explicit PDFFile(const std::string& header = "%PDF-1.4\n") : bytes_(header), start_(header.find("%PDF")) {}
 
-  // Appends objects, their cross-reference table and a trailer; what is there already becomes the previous section.
+  // Appends objects, their cross-reference table and a trailer. The present content becomes the previous section.
   PDFFile& Add(const PDFObjects& objects, const std::string& trailer = "") {
     std::map<int, size_t> offsets;
     for (const auto& [number, text] : objects) {
@@ -47,7 +47,7 @@ class PDFFile {
   bool hasTable_ = false;
 };
 
-// The objects of a document: one page, whose dictionary holds this.
+// Returns the objects of a document with one page, whose dictionary contains this.
 inline PDFObjects OnePage(const std::string& page, PDFObjects others = {}) {
   others.insert({{1, "<< /Type /Catalog /Pages 2 0 R >>"},
                  {2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>"},

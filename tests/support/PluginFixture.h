@@ -1,5 +1,5 @@
-// The plug-in's inside with a fake agent, a fake user interface and hardly a host: everything that is kept in statics is at
-// its first state before and after each test. The operating system has no font active until UseSystemFonts names a folder.
+// The plug-in with a fake agent, a fake user interface and a minimal host. All statics are reset before and after each
+// test. The operating system has no font active until UseSystemFonts names a folder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -77,14 +77,14 @@ class PluginFixture : public ::testing::Test {
     HostAppInterface::SetForTesting(nullptr);
   }
 
-  // Makes the manager, which connects to the fake agent.
+  // Creates the manager, which connects to the fake agent.
   CoreAgentInterface& Connect() {
     FontManagerInterface::sm_pFontManager = std::make_unique<CoreAgentInterface>();
     MarquineGlobals::SetUserHasWorkgroups(true);
     return static_cast<CoreAgentInterface&>(*FontManagerInterface::sm_pFontManager);
   }
 
-  // The folder of fonts that the operating system has active; empty for none.
+  // Makes the fonts of a folder active in the operating system. An empty path means none.
   void UseSystemFonts(const std::string& fontFolder) {
     platform::Places places;
     places.fileSystemRoot = places.home = places.runtime = folder.Path();
@@ -93,7 +93,7 @@ class PluginFixture : public ::testing::Test {
   }
 
   bool Traced(std::string_view line) const { return std::find(trace.begin(), trace.end(), line) != trace.end(); }
-  // The lines that start so.
+  // Returns the lines that start with this text.
   std::vector<std::string> TracedLines(std::string_view start) const {
     std::vector<std::string> lines;
     std::copy_if(trace.begin(), trace.end(), std::back_inserter(lines),

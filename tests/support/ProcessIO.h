@@ -1,4 +1,4 @@
-// What this process has read from files and written to them so far, in bytes, as the kernel counts it.
+// The number of bytes that this process has read and written so far, as the kernel counts them.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Making font records and font arrays for a test.
+// Creates font records and font arrays for tests.
 #pragma once
 
 #include <algorithm>
@@ -19,7 +19,7 @@ inline platform::Dictionary Record(Entries entries) {
   return record;
 }
 
-// The record with some entries replaced or added; those with an empty value are removed.
+// Returns the record with some entries replaced or added. An empty value removes the entry.
 inline platform::Dictionary With(const platform::Dictionary& record, Entries entries) {
   platform::Dictionary changed = record.Copy();
   for (const auto& [key, value] : entries) {
@@ -32,7 +32,7 @@ inline platform::Dictionary With(const platform::Dictionary& record, Entries ent
   return changed;
 }
 
-// The same with "key=value|key=value", as a row of a table tells it.
+// The same with "key=value|key=value", for rows of a table.
 inline platform::Dictionary Changed(const platform::Dictionary& record, std::string_view entries) {
   platform::Dictionary changed = record.Copy();
   while (!entries.empty()) {
@@ -53,7 +53,7 @@ inline platform::Array ArrayOf(std::initializer_list<platform::Value> entries) {
   return array;
 }
 
-// The names of a font array, divided by blanks; a record without one shows as "-".
+// Returns the names of a font array, separated by blanks. A record without a name gives "-".
 inline std::string NamesOf(const platform::Array& fonts) {
   std::string names;
   for (size_t i = 0; i < fonts.Count(); ++i) {

@@ -1,4 +1,4 @@
-// Sets a variable of the environment, or takes it out, and puts the former state back.
+// Sets or removes an environment variable, and restores its former state at the end.
 #pragma once
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// The real host's suites around documents that are only noted, not read. Every event that the plug-in plays is recorded,
-// and any property, notifier or suite can be made to fail.
+// The real host's suites with documents that are names only. Records every event that the plug-in plays. Any property,
+// notifier or suite can be made to fail.
 #pragma once
 
 #include <cstring>
@@ -19,7 +19,7 @@ using host_sdk::FourCharCode;
 using host_sdk::kNoErr;
 using host_sdk::SPErr;
 
-// A descriptor that the host gives to the plug-in for one call.
+// A descriptor that the host passes to the plug-in for one call.
 class GivenDescriptor {
  public:
   explicit GivenDescriptor(host::DescriptorData data = {})
@@ -38,7 +38,7 @@ class GivenDescriptor {
   host_sdk::PIActionDescriptor mDescriptor;
 };
 
-// While one lives, it is the host. One at a time.
+// While an object exists, it is the host. One at a time.
 class TestHost : public host::ActionHost {
  public:
   TestHost() { host::SetActionHost(sCurrent = this); }
@@ -55,7 +55,7 @@ class TestHost : public host::ActionHost {
     return sSuite;
   }
 
-  // Puts a document in front, untitled without a path; its ID, from 1 on.
+  // Adds a document in front, untitled without a path. Returns its ID, from 1 on.
   int32_t Add(const std::string& path) {
     host::Document document;
     document.path = path;
@@ -74,7 +74,7 @@ class TestHost : public host::ActionHost {
   std::set<std::string> missingSuites;
   SPErr blockError = kNoErr;
 
-  // What happened.
+  // The record of what happened.
   std::vector<std::string> played;
   std::vector<std::pair<FourCharCode, host_sdk::NotifierCallback>> notifiers;
 
@@ -121,7 +121,7 @@ class TestHost : public host::ActionHost {
   static SPErr Play(FourCharCode event, host_sdk::PIActionDescriptor descriptor, int32_t dialogMode,
                     host_sdk::PIActionDescriptor* result) {
     if (dialogMode != host_sdk::kSilentDialogMode) sCurrent->played.push_back("with dialogs:");
-    // Only a close that drops changes goes on without a word.
+    // Only a close without saving shows no box.
     if (event == host::kEventClose && sCurrent->documents.Front()) sCurrent->documents.Front()->isDirty = true;
     if (descriptor) return host::ActionControlSuite().Play(event, descriptor, dialogMode, result);
     sCurrent->played.push_back(host::StringOfTypeID(event));

@@ -1,4 +1,4 @@
-// What the tests of the tracker share: its invariant, and documents whose fonts are matched already.
+// For all tests of the tracker: its invariant, and documents with matched fonts.
 #pragma once
 
 #include <map>
@@ -13,8 +13,8 @@ namespace fakes {
 
 using IDs = std::vector<uint32_t>;
 
-// A font's count is the number of times its ID stands in the documents' vectors, beside those that a close which an
-// exception ended has left behind.
+// A font's count is the number of occurrences of its ID in the documents' vectors, plus those that a close left behind
+// when an exception ended it.
 inline void ExpectBooksRight(const FontActivationTracker& tracker, std::map<uint32_t, uint32_t> leftBehind = {}) {
   std::map<uint32_t, uint32_t> expected = std::move(leftBehind);
   for (const auto& [identifier, document] : tracker.GetDocumentsForTesting()) {
@@ -30,7 +30,7 @@ inline void ExpectBooksRight(const FontActivationTracker& tracker, std::map<uint
   EXPECT_TRUE(expected.empty()) << "font " << expected.begin()->first << " stands in a vector and not on the books";
 }
 
-// A font as the classification leaves it, matched with the agent's record.
+// Returns a font as the classification returns it, matched with the agent's record.
 inline platform::Dictionary Matched(const FakeFont& font) {
   platform::Dictionary match = AgentAnswers::MakeRecord(font);
   match.Set("IsActive", font.IsActive() ? "1" : "0");
@@ -53,7 +53,7 @@ inline IDs HeldFonts(const FakeAgent& agent) {
   return held;
 }
 
-// A tracker over a library of F1 to F4, of which F4 is the user's own: it was active before.
+// A tracker with a library of F1 to F4. F4 was active before, by the user.
 class TrackerFixture : public PluginFixture {
  protected:
   using Array = platform::Array;

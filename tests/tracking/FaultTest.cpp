@@ -1,4 +1,4 @@
-// The tracker over an agent that throws, is killed, and calls back into it; and a long random walk.
+// The tracker with an agent that throws, is killed, and calls back into it; and a long random walk.
 #include <cstdlib>
 #include <iostream>
 #include <random>
@@ -31,7 +31,7 @@ class Faults : public TrackerFixture {
 
 }  // namespace
 
-// One life of a tracker for each call of the agent, in which that call throws.
+// Runs the whole life of a tracker once for each call of the agent, which throws.
 TEST_F(Faults, ExceptionInEveryAgentCallInTurn) {
   const std::pair<const char*, IDs> steps[] = {{"a", {1, 2, 4}}, {"b", {2, 3}}, {"a", {}},
                                                {"c", {1, 4}},    {"b", {}},     {"c", {}}};  // no fonts: closed
@@ -48,7 +48,7 @@ TEST_F(Faults, ExceptionInEveryAgentCallInTurn) {
       throw std::runtime_error("agent");
     };
     std::map<uint32_t, uint32_t> leftBehind;
-    bool isCutShort = false;  // giving back was: then a font can stay with the agent, and only then
+    bool isCutShort = false;  // deactivating failed: only then can a font stay with the agent
     for (const auto& [document, ids] : steps) {
       const IDs registered = ids.empty() ? life.GetDocumentsForTesting().at(document).fontIDs : IDs();
       const int before = calls;
@@ -59,7 +59,7 @@ TEST_F(Faults, ExceptionInEveryAgentCallInTurn) {
           life.OpenFontsForIdentifier(MatchedFonts(agent, ids), document, false, Array(), Array::Create());
         }
       } catch (const std::runtime_error&) {
-        // A close first asks for the states, with nothing lowered; in its next call everything is.
+        // A close first gets the states, before it decrements anything. Before its next call everything is decremented.
         const bool isFirstCall = calls == before + 1;
         isCutShort = ids.empty() && !isFirstCall;
         if (isFirstCall) {
@@ -68,7 +68,7 @@ TEST_F(Faults, ExceptionInEveryAgentCallInTurn) {
       }
       ExpectBooksRight(life, leftBehind);
     }
-    isCutShort |= !hasThrown;  // what throws now throws in the quit
+    isCutShort |= !hasThrown;  // from now on exceptions are thrown in the quit
     try {
       life.CloseAllFonts(true, false);
     } catch (const std::runtime_error&) {
@@ -113,7 +113,7 @@ TEST_F(Faults, OpenAndCloseWhileACloseIsInProgress) {
 
 namespace {
 
-// What a user does with documents for a long time, in an order that a number decides.
+// Actions of a user with documents over a long time, in an order that a seed decides.
 class RandomWalk {
  public:
   RandomWalk(FakeAgent& agent, FakeUIFramework& ui, unsigned seed)
@@ -153,7 +153,7 @@ class RandomWalk {
     }
   }
 
-  // Active for us and for nobody else. A font that is the user's own may be activated once more with its family, as the
+  // Active only for this client. A font that the user activated may be activated again with its family, because the
   // record of the family's first font does not say that it is active.
   IDs OursActive() const {
     IDs ours;
@@ -178,7 +178,7 @@ class RandomWalk {
     for (size_t count = Below(6); count > 0; --count) names.Append(Named("Font" + std::to_string(1 + Below(13))));
     return names;
   }
-  // An open document or a new one; empty now and then, for a document that only holds others.
+  // Returns an open document or a new one; sometimes empty, for a document that only contains others.
   std::string AnyDocument() {
     if (!documents_.empty() && Chance(8)) return "";
     if (documents_.size() >= 6 || (!documents_.empty() && Chance(3))) return documents_[Below(documents_.size())];

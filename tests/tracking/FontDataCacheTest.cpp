@@ -1,4 +1,4 @@
-// What the plug-in remembers of fonts that the agent has told of.
+// The plug-in's cache of the agent's font data.
 #include <gtest/gtest.h>
 
 #include "Bridge/FontDataPreviouslyGottenFromDatabase.h"
@@ -23,7 +23,7 @@ class FontDataCache : public ::testing::Test {
     record.fontInfo = With(Named(name), {{"DatabaseID", std::to_string(id)}, {"ActivationStatus", status}});
     Cache::Add(id, record);
   }
-  // The ID of the active font of this name; 0 for none.
+  // Returns the ID of the active font of this name; 0 for none.
   static uint32_t Active(const char* name) {
     Dictionary record = Named("untouched");
     uint32_t id = 77;

@@ -7,8 +7,8 @@ using platform::Dictionary;
 
 namespace {
 
-// Records the calls in short words; can throw in one of them, refuse, or be a manager without batch calls. To it every font
-// is still held.
+// Records the calls in short words. Can throw in one of them, refuse, or be a manager without batch calls. Reports each
+// font as held.
 class RecordingManager : public FontManagerInterface {
  public:
   bool ConnectedToCoreAgent() override { return hasBatchCalls; }
@@ -60,9 +60,9 @@ class Hooks : public TrackerFixture {
  protected:
   Hooks() { FontManagerInterface::sm_pFontManager = std::make_unique<RecordingManager>(); }
   RecordingManager& Manager() { return static_cast<RecordingManager&>(*FontManagerInterface::sm_pFontManager); }
-  // The calls since the last question.
+  // Returns the calls since the last time.
   std::string Calls() { return std::exchange(Manager().calls, ""); }
-  // Registers without opening, as a font manager without batch calls does it.
+  // Registers without opening, as a font manager without batch calls does.
   void Register(const std::string& identifier, const IDs& ids) {
     for (const uint32_t id : ids) {
       const Dictionary match = Matched(agent.Font(id)).GetDictionary("MatchedFont");
@@ -164,7 +164,7 @@ TEST_F(Hooks, WithoutBatchCallsFontsAreGivenBackOneByOne) {
   EXPECT_EQ(Close("b", true, givenBack), 0);
   EXPECT_EQ(NamesOf(givenBack), "F3");
 
-  // An agent that is gone ends the loop; the others wait for the quit, where the last error is the one reported.
+  // A lost agent ends the loop. The remaining fonts wait for the quit, which reports the last error.
   Register("c", {1, 2, 3});
   Manager().statuses = {{"F1", kErrorMarquineNotRunning}, {"F2", -5}};
   Calls();

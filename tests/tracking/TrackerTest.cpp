@@ -1,4 +1,4 @@
-// Which document holds which font, and when a font is activated and given back.
+// Which document holds which font, and when a font is activated and deactivated.
 #include <set>
 
 #include "tracking/Books.h"
@@ -221,7 +221,7 @@ class OfflineManager : public CoreAgentInterface {
   int goneOnline = 0;
 };
 
-// Its agent says nothing of any font.
+// Its agent knows no font.
 class SilentManager : public CoreAgentInterface {
  public:
   ActivationStates GetClientFontActivationStates(const FontIDs&) override { return {}; }

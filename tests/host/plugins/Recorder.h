@@ -1,10 +1,10 @@
-// A plug-in that adds the four notifiers and hands every call of the host on to the test that drives it.
+// A plug-in that adds the four notifiers and passes each call of the host to the test.
 #pragma once
 
 #include "host/include/HostSuites.h"
 
 struct RecorderHooks {
-  // Null hooks answer 0. What they throw leaves the plug-in.
+  // A null hook returns 0. Exceptions of hooks leave the plug-in.
   host_sdk::SPErr (*onMessage)(const char* selector, host_sdk::SPMessageData* message) = nullptr;
   host_sdk::SPErr (*onEvent)(host_sdk::FourCharCode event, host_sdk::PIActionDescriptor descriptor) = nullptr;
 };

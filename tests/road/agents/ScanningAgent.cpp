@@ -1,4 +1,4 @@
-// An agent whose first scan takes long: it tells of 400 files, knows no font, and serves nothing else.
+// An agent whose first scan takes long: it reports progress over 400 files, knows no font, and serves nothing else.
 #include <poll.h>
 
 #include <nlohmann/json.hpp>
@@ -22,7 +22,7 @@ bool Send(const Descriptor& client, const Json& message) {
   return !platform::SendMessage(client.Get(), message.dump());
 }
 
-// False when the client has gone.
+// Returns false when the client has gone.
 bool Serve(const Descriptor& client) {
   std::string text;
   if (platform::ReceiveMessage(client.Get(), text)) return false;
@@ -43,7 +43,7 @@ bool Serve(const Descriptor& client) {
   return Send(client, reply);
 }
 
-// Until its last client has gone.
+// Runs until its last client has gone.
 void Run(const Descriptor& listening) {
   std::vector<Descriptor> clients;
   do {
