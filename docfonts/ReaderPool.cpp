@@ -94,7 +94,7 @@ bool ReaderPool::Give(Reader& reader, std::string path, size_t number) {
   reader.path = std::move(path);
   reader.number = number;
   reader.seconds = ProcessorSecondsFor(reader.path, limits_.seconds);
-  reader.deadline = Clock::now() + PatienceFor(reader.seconds);
+  reader.deadline = Clock::now() + PatienceFor(reader.seconds, limits_.patience);
   reader.isBusy = true;
   reader.problem.clear();
   // A process that ended while idle must not make this document fail.

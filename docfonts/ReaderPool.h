@@ -21,6 +21,7 @@ using ReadDocument = std::function<Report(const std::string& path)>;
 struct ReaderLimits {
   uint64_t memory = uint64_t{1} << 30;     // bytes of address space of the process
   uint32_t seconds = kSecondsPerDocument;  // of processor time, plus what ReadingTime.h adds
+  uint32_t patience = kPatienceFactor;     // real time as a multiple of that
 };
 
 // Not thread-safe. The program must have no other threads: a process is started for each reader, and again after one ended.

@@ -26,8 +26,8 @@ inline uint32_t ProcessorSecondsFor(const std::string& path, uint32_t secondsPer
 }
 
 // Returns the real time after which a reader that has not answered is killed.
-inline std::chrono::seconds PatienceFor(uint32_t processorSeconds) {
-  return std::chrono::seconds(uint64_t{kPatienceFactor} * processorSeconds);
+inline std::chrono::seconds PatienceFor(uint32_t processorSeconds, uint32_t factor = kPatienceFactor) {
+  return std::chrono::seconds(uint64_t{factor} * processorSeconds);
 }
 
 }  // namespace docfonts

@@ -33,6 +33,7 @@ Report Obey(const std::string& path) {
     raise(SIGSEGV);
   }
   if (path == "end") _exit(7);
+  if (path == "wait") pause();
   if (path == "loop") {
     for (volatile bool isEndless = true; isEndless;) {
     }
@@ -71,7 +72,8 @@ TEST(ReaderPool, WhatEndsAReaderCostsOneDocument) {
   };
   for (const auto& row : kRows) {
     if (row.needsLimit && platform::kIsSanitized) continue;
-    docfonts::ReaderPool pool(2, Obey, {.memory = uint64_t{256} << 20, .seconds = 0});
+    // On a busy machine a second of processor time takes long.
+    docfonts::ReaderPool pool(2, Obey, {.memory = uint64_t{256} << 20, .seconds = 0, .patience = 1000});
     const std::vector<Report> reports = ReadAll(pool, {"before", row.path, "behind"});
     ASSERT_EQ(reports.size(), 3u) << row.path;
     EXPECT_EQ(reports[0].fonts.size(), 1u);
@@ -79,6 +81,8 @@ TEST(ReaderPool, WhatEndsAReaderCostsOneDocument) {
     EXPECT_EQ(reports[2].fonts.size(), 1u);
     EXPECT_TRUE(reports[2].problems.empty());
   }
+  docfonts::ReaderPool impatient(1, Obey, {.patience = 0});
+  EXPECT_THAT(ReadAll(impatient, {"wait"})[0].problems, ElementsAre("reading it takes too long"));
 }
 
 }  // namespace
