@@ -17,7 +17,7 @@ bool DocumentBytes::Find(size_t from, size_t limit, std::string_view pattern, ch
       continue;
     }
     next += static_cast<size_t>(found - window.data());
-    // What is accepted unseen is told from where the search began, not from where a window does.
+    // The places that are accepted unchecked count from the start of the search, not from the start of a window.
     if (forbiddenPrevious == 0 || next - from <= 1 || !Holds(next - 1, std::string_view(&forbiddenPrevious, 1))) {
       at = next;
       return true;

@@ -1,7 +1,6 @@
-// Searches in the bytes of a document, which is read as platform/ByteSource.h says.
+// Searches the bytes of a document, which is read as platform/ByteSource.h says.
 //
-// A read that fails ends every search with "not found" and is remembered: what was found before is void then. Not
-// thread-safe.
+// After a failed read every search returns "not found", and the results of earlier ones are not valid. Not thread-safe.
 #pragma once
 
 #include <cstddef>
@@ -13,29 +12,29 @@
 class DocumentBytes {
  public:
   DocumentBytes() = default;                                          // empty until Open
-  explicit DocumentBytes(std::string_view bytes) : mSource(bytes) {}  // which the caller keeps
+  explicit DocumentBytes(std::string_view bytes) : mSource(bytes) {}  // not owned
 
-  // Once. Fails for anything but a regular file that can be read.
+  // Call once. Fails unless this is a regular file that can be read.
   std::error_code Open(const std::string& path) { return mSource.Open(path); }
   size_t Size() const { return mSource.Size(); }
   bool HasFailed() const { return static_cast<bool>(mSource.Error()); }
   const std::error_code& Error() const { return mSource.Error(); }
-  // For a reader that does more than search.
+  // For readers that do more than search.
   platform::ByteSource& Source() { return mSource; }
 
-  // The first match in [from, limit) that is not preceded by the forbidden byte; 0 forbids nothing, and matches at `from`
-  // and the byte behind it are accepted unseen. `at` is written on success only.
+  // Finds the first match in [from, limit) that is not preceded by the forbidden byte. 0 forbids nothing. Matches at
+  // `from` and at the next byte are accepted unchecked. Writes `at` on success only.
   bool Find(size_t from, size_t limit, std::string_view pattern, char forbiddenPrevious, size_t& at);
-  // The first place from `from` on at which `first` is followed by `second` or by `otherSecond`.
+  // Finds the first position from `from` on at which `first` is followed by `second` or by `otherSecond`.
   bool FindPair(size_t from, char first, char second, char otherSecond, size_t& at);
   bool Holds(size_t at, std::string_view pattern);
-  // The bytes of [begin, end), fewer at the document's end.
+  // Returns the bytes of [begin, end), fewer at the document's end.
   std::string Copy(size_t begin, size_t end);
 
  private:
-  // The bytes from `at` on: at least so many, or all that are left; empty after a failure.
+  // Returns the bytes from `at` on: at least this many, or all that are left. Empty after a failure.
   std::string_view View(size_t at, size_t least) {
-    // The byte before stays in the window for who asks what precedes a match.
+    // The byte before stays in the window, to check what precedes a match.
     if (at == 0) return mSource.View(0, least);
     const std::string_view view = mSource.View(at - 1, least + 1);
     return view.empty() ? view : view.substr(1);

@@ -42,7 +42,7 @@ int ReadStream(FStreamWrapper& stream, std::streamsize& size, char* buffer) {
   const std::streamsize got = stream.gcount();
   if (got == size) return 0;
   size = got;
-  // Whoever reads on, after a seek, would otherwise find the stream failed.
+  // Otherwise reading after a seek would fail.
   if (stream.eof()) stream.clear();
   return -1;
 }
@@ -88,7 +88,7 @@ bool SplitPath(const std::string& path, std::string& outFolder, std::string& out
   size_t at = path.rfind('\\');
   if (at == std::string::npos) at = path.rfind('/');
   if (at == std::string::npos || at + 1 == path.size()) return false;
-  // The results may be the path itself.
+  // The results may alias the path.
   std::string name = path.substr(at + 1);
   outFolder = path.substr(0, at + 1);
   outName = std::move(name);

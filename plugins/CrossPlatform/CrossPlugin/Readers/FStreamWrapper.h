@@ -1,5 +1,5 @@
-// The file that a parser reads and writes: a standard file stream in binary form, and the operations on files that all
-// parsers share. One thread at a time.
+// The file of a parser: a standard file stream in binary mode, and file operations for all parsers. One thread at a
+// time.
 #pragma once
 
 #include <fstream>
@@ -10,15 +10,16 @@
 class FStreamWrapper {
  public:
   FStreamWrapper() = default;
-  // For who reads in blocks of its own: a read takes from the file what is asked for and no more.
+  // For parsers that read in their own blocks: a read takes no more from the file than requested.
   struct Unbuffered {};
   explicit FStreamWrapper(Unbuffered) { mStream.rdbuf()->pubsetbuf(nullptr, 0); }
 
-  // The stream's own operations, with the stream's own meaning.
+  // The operations of the stream, with the same meaning.
   //
-  // Refuses what is no regular file, since opening a pipe could wait forever. An open stream stays open and gets its fail bit.
+  // Refuses anything but a regular file, because opening a pipe could wait forever. An open stream stays open and gets
+  // its fail bit.
   void open(const char* path, std::ios_base::openmode mode);
-  // The place that was opened last; empty before the first success.
+  // The path that was opened last; empty before the first success.
   const std::string& Path() const { return mPath; }
   bool is_open() const { return mStream.is_open(); }
   void close() { mStream.close(); }
@@ -38,10 +39,10 @@ class FStreamWrapper {
   bool eof() const { return mStream.eof(); }  // the end-of-file bit
   void clear() { mStream.clear(); }
 
-  // In bytes; -1 in a failed state. The read position stays.
+  // In bytes; -1 in a failed state. Does not change the read position.
   std::streamoff GetStreamLength();
-  // Appends zero bytes to a file that is shorter than `length` bytes. The write position stays; a failure sets the
-  // stream's fail bit.
+  // Appends zero bytes to a file that is shorter than `length` bytes. Does not change the write position. A failure
+  // sets the stream's fail bit.
   void LengthenFileStream(std::streamoff length);
 
  private:
@@ -49,16 +50,17 @@ class FStreamWrapper {
   std::string mPath;
 };
 
-// Reads `size` bytes. 0; or -1 with `size` set to what came and the end-of-file state cleared.
+// Reads `size` bytes. Returns 0, or -1 with `size` set to the bytes read and the end-of-file state cleared.
 int ReadStream(FStreamWrapper& stream, std::streamsize& size, char* buffer);
-// Writes `size` bytes. 0 if the write position moved by at least that; else -1 with `size` set to how far it moved.
+// Writes `size` bytes. Returns 0 if the write position moved by at least that, otherwise -1 with `size` set to how far
+// it moved.
 int WriteStream(FStreamWrapper& stream, std::streamsize& size, const char* buffer);
 
-// Opens the file for reading or, without readOnly, for reading and writing. The place is the URL's; the path, as UTF-8,
-// names the file where the URL can't, and appears in the trace. False if the file can't be opened, which is traced.
+// Opens the file for reading or, without readOnly, for reading and writing. Uses the URL; the path, as UTF-8, replaces
+// it if necessary and appears in the trace. Returns false, with a trace line, if the file cannot be opened.
 bool OpenFileStreamFromCFURLRef(const platform::FileURL& url, const std::string& path, FStreamWrapper& stream,
                                 bool readOnly);
 
-// Splits behind the last "\", or else behind the last "/": the folder keeps it, so that folder and name together are the
-// path. False, with the results untouched, if there is neither or nothing follows it.
+// Splits after the last "\", or else after the last "/". The folder includes it, so that folder and name together are
+// the path. Returns false and changes nothing if there is neither, or if nothing follows it.
 bool SplitPath(const std::string& path, std::string& outFolder, std::string& outName);

@@ -1,4 +1,4 @@
-// The scanning part of CommonFunctionality: the patterns that each Adobe application writes around font names.
+// Scanning for font names, a part of CommonFunctionality: the patterns that each Adobe application writes around them.
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -19,7 +19,7 @@ bool CommonFunctionality::FindPatternsBetweenOffsets(DocumentBytes& bytes, size_
   bool found = false;
   size_t begin = 0, stop = 0;
   for (size_t at = start; at < end; at = stop + endPattern.PatternSize()) {
-    // A range begins before `end`; what follows there is not searched. Its end may lie behind and is taken as found.
+    // A range begins before `end`, where the search stops. Its end may be later and is used as found.
     const size_t startLimit = std::min(end, bytes.Size()) + beginPattern.size() - 1;
     if (!FindBeginningAndEndingPatterns(bytes, at, startLimit, beginPattern, endPattern, begin, stop)) break;
     size_t middle = begin;
@@ -35,14 +35,14 @@ namespace {
 
 bool IsAlphaNumeric(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
-// Of a name with a subset tag or a byte-order mark only what stands behind it counts: the offset of that.
+// Returns the offset of the name after a subset tag or a byte-order mark.
 size_t FindStart(std::string_view text, size_t end, std::string_view skipBytes) {
   if (end == 0) return 0;
   const size_t skip = text.find(skipBytes);
   return skip != std::string_view::npos && skip < end - 1 ? skip + skipBytes.size() : 0;
 }
 
-// The name in the first `end` bytes of a text that holds one byte more, if the document has one.
+// Returns the name in the first `end` bytes of a text, which has one byte more if the document has.
 std::string CollectName(std::string_view text, size_t end, std::string_view skipBytes) {
   end = std::min(end, text.size());
   const size_t start = FindStart(text, end, skipBytes);
@@ -53,10 +53,10 @@ std::string CollectName(std::string_view text, size_t end, std::string_view skip
   }
   std::string name;
   for (size_t at = start; at < end; ++at) {
-    // The high zero bytes of UTF-16 text fall away.
+    // Removes the high zero bytes of UTF-16 text.
     if (text[at] == 0) ++at;
     if (at >= text.size()) break;
-    // What is not ASCII makes the whole name empty.
+    // A byte that is not ASCII makes the whole name empty.
     if (static_cast<unsigned char>(text[at]) > 0x7F) return {};
     name.push_back(text[at]);
   }
@@ -66,7 +66,7 @@ std::string CollectName(std::string_view text, size_t end, std::string_view skip
 struct Scan {
   std::string_view extensions[2];
   std::string_view outerBegin, middle, skipBytes, innerEnd, outerEnd;
-  std::string_view mark;  // a document without it holds no names for this scan
+  std::string_view mark;  // a document without it has no names for this scan
 };
 
 constexpr Scan kScans[] = {
@@ -77,7 +77,7 @@ constexpr Scan kScans[] = {
 };
 using ScanFlags = std::array<bool, std::size(kScans)>;
 
-// Every mark begins with one of two pairs of bytes, so that one walk over the document finds them all.
+// Every mark begins with one of two pairs of bytes, so one pass over the document finds them all.
 static_assert(std::all_of(std::begin(kScans), std::end(kScans),
                           [](const Scan& scan) { return scan.mark.starts_with("/F") || scan.mark.starts_with("/C"); }));
 
@@ -116,7 +116,7 @@ void RunPasses(DocumentBytes& bytes, const std::string& path, std::vector<std::s
   for (size_t i = 0; i < first.size(); ++i) first[i] = first[i] && marked[i];
   const size_t before = outNames.size();
   RunScans(bytes, first, outNames);
-  // A misnamed document is still scanned, at the price of a second walk over it.
+  // A misnamed document is still scanned, at the cost of a second pass over it.
   if (outNames.size() == before) RunScans(bytes, marked, outNames);
 }
 

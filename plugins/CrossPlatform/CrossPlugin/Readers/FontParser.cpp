@@ -10,8 +10,8 @@ FontParser::EFileType FontParser::DetermineFileTypeOfFile(const platform::FileUR
   FStreamWrapper stream;
   if (!OpenFileStreamFromCFURLRef(url, path, stream, true)) return kEPSFile;
   for (int at = 0; at < kSearchedBytes; at += static_cast<int>(kPDFMark.size())) {
-    // Only whole groups of four bytes are compared. So the mark counts at multiples of 4 only, and a shorter file without
-    // it is of no known type: what else is read from such files depends on both.
+    // Compares only whole groups of four bytes. So the mark counts only at multiples of 4, and a shorter file without
+    // it is of unknown type. What else is read from such files depends on both.
     char group[kPDFMark.size()];
     std::streamsize size = sizeof group;
     if (ReadStream(stream, size, group) != 0) return kUnknownFile;
@@ -24,8 +24,8 @@ namespace {
 
 constexpr std::string_view kFilesComment = "%%DocumentFiles:";
 
-// Reads a line up to its CR or LF, or as much of it as is looked at; what is longer comes as the next line. False at the
-// end of the file.
+// Reads a line up to its CR or LF, or up to the length limit; the rest is the next line. Returns false at the end of
+// the file.
 bool ReadPieceOfLine(FStreamWrapper& stream, std::string& outPiece, bool& outIsComplete) {
   constexpr size_t kMaxPiece = 399;
   outPiece.clear();
@@ -43,7 +43,7 @@ bool ReadPieceOfLine(FStreamWrapper& stream, std::string& outPiece, bool& outIsC
 bool CanBeOpened(const std::string& path) { return !platform::CheckReadable(path); }
 
 void AddEmbeddedFile(std::string named, const std::string& folder, std::vector<std::string>& outPaths) {
-  // Blanks before the path are skipped: most producers put one behind the comment, and no file would be found with it.
+  // Skips blanks before the path. Most producers write one after the comment, and no file would be found with it.
   named.erase(0, named.find_first_not_of(" \t"));
   std::string ignored, name;
   if (CanBeOpened(named)) {

@@ -1,8 +1,9 @@
-// A document file in which fonts can be found. A subclass for each kind of file finds out which fonts the file uses and
-// what identification data it carries for them.
+// A document file that names fonts. The subclass for a kind of file reads which fonts the file uses and their
+// identification data.
 //
-// Use: CreateParserWithFile, Parse once, GetObsoleteGlyphsureData, perhaps Save of the subclass that has it. Failures are
-// traced and end in null, false or the error field; the fonts found before a failure stay. One thread.
+// Use: CreateParserWithFile, Parse once, GetObsoleteGlyphsureData, perhaps Save of the subclass that has it. Failures
+// are traced and give null, false or an error code in the error field. Fonts found before a failure are kept. Not
+// thread-safe.
 #pragma once
 
 #include <memory>
@@ -23,22 +24,22 @@ class FontParser {
 
   // Opens the file, reads the fonts into the parser and closes the file.
   virtual void Parse() = 0;
-  // 0 until something failed.
+  // Returns 0 until something has failed.
   virtual int GetError() const { return mError; }
-  // The fonts as font records, with identification data if wanted. Each subclass documents what it does
-  // with the array: it appends to the given one, or puts a new one in its place.
+  // Returns the fonts as font records, with identification data if requested. Each subclass documents what it does with
+  // the array: it appends to it or replaces it.
   virtual void GetObsoleteGlyphsureData(bool wantGlyphsure, platform::Array* outFontArray) = 0;
 
-  // A parser for the kind of file that the content shows; null, which is traced, for an unknown kind and for a file that
-  // can't be opened (for writing too, without readOnly). The path is UTF-8 or the bytes of the file system. The file is
-  // closed again on return.
+  // Returns a parser for the kind of file that the content shows. Returns null, with a trace line, for an unknown kind
+  // and for a file that cannot be opened (without readOnly, also for writing). The path is UTF-8 or the bytes of the
+  // file system. The file is closed again on return.
   static std::unique_ptr<FontParser> CreateParserWithFile(const std::string& path, bool readOnly,
                                                           platform::PathStyle pathStyle);
   static platform::PathStyle GetDefaultSystemPathStyle() { return platform::PathStyle::kPOSIX; }
-  // By the first 1000 bytes. A file that can't be opened counts as EPS.
+  // Decides by the first 1000 bytes. A file that cannot be opened counts as EPS.
   static EFileType DetermineFileTypeOfFile(const platform::FileURL& url, const std::string& path);
-  // Appends the paths of the files that an EPS file names in its "%%DocumentFiles:" comments and that can be opened: as
-  // named, or by the last component of that path in the EPS file's folder.
+  // Appends the paths of the files that an EPS file names in "%%DocumentFiles:" comments and that can be opened: at the
+  // named path, or with its last component in the EPS file's folder.
   static void ExtractEmbeddedFilesFromFile(const std::string& path, std::vector<std::string>& outPaths);
 
  protected:

@@ -1,4 +1,4 @@
-// Which parser reads which kind of file. Stands apart from FontParser, which the parsers derive from.
+// Which parser reads which kind of file. Separate from FontParser, from which the parsers derive.
 #include "Readers/FontParser.h"
 #include "Readers/FontParserEPS.h"
 #include "Readers/FontParserPDF.h"

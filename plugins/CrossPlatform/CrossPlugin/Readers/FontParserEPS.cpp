@@ -1,4 +1,4 @@
-// Reading the comments of an EPS file. FontParserEPSFonts.cpp holds its fonts, FontParserEPSWriter.cpp writes them.
+// Reading the comments of an EPS file. FontParserEPSFonts.cpp has its fonts, FontParserEPSWriter.cpp writes them.
 #include "Readers/FontParserEPS.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ constexpr std::string_view kPSCommentAtEnd = "(atend)";
 constexpr std::string_view kAddGlyphs = "AddGlyphs";
 constexpr std::string_view kFontNameEntry = "/FontName /";
 
-// Binary data can have lines of any length. No comment is looked for behind this many bytes of a line.
+// Binary data can have lines of any length. Comments are searched only in this many bytes of a line.
 constexpr size_t kLongestLine = size_t{64} * 1024;
 
 bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
@@ -43,9 +43,9 @@ bool FontParserEPS::ReadNextBlock() {
   return !mBlock.empty();
 }
 
-// How many bytes of the block stand before the next CR or LF in it.
+// Returns the number of bytes before the next CR or LF in the block.
 size_t FontParserEPS::LengthUpToLineEnd() {
-  // A line feed far away is not looked for again for each carriage return before it.
+  // The next line feed is cached, so that it is not searched again for each carriage return before it.
   if (mNextFeed <= mBlockPosition) mNextFeed = std::min(mBlock.find('\n', mBlockPosition), mBlock.size());
   const std::string_view line = mBlock.substr(mBlockPosition, mNextFeed - mBlockPosition);
   return std::min(line.find('\r'), line.size());
@@ -60,7 +60,7 @@ bool FontParserEPS::ReadNextLine(std::string& outLine, std::streamoff& outOffset
     mBlockPosition += length;
     if (mBlockPosition == mBlock.size()) continue;
     const char end = mBlock[mBlockPosition++];
-    // Both characters together, in either order, are one end.
+    // Both characters together, in either order, are one line end.
     if ((mBlockPosition < mBlock.size() || ReadNextBlock()) && IsLineEnd(mBlock[mBlockPosition]) &&
         mBlock[mBlockPosition] != end) {
       ++mBlockPosition;
@@ -70,7 +70,7 @@ bool FontParserEPS::ReadNextLine(std::string& outLine, std::streamoff& outOffset
   return false;
 }
 
-// Takes the next line in hand; false if there is none. A last line without an end counts.
+// Makes the next line the current one. Returns false if there is none. A last line without a line end counts.
 bool FontParserEPS::Advance() {
   if (mIsLastLine) return false;
   mIsLastLine = !ReadNextLine(mLine, mLineOffset);
@@ -97,8 +97,8 @@ uint64_t FontParserEPS::LocatePostScriptSource() {
   return offset;
 }
 
-// The comment in the line in hand, and where it ends there; null if there is none. The order of the rows decides, not that
-// of the places.
+// Finds the comment in the current line and its end; null if there is none. The order of the rows decides, not that of
+// the positions.
 const FontParserEPS::CommentRow* FontParserEPS::FindComment(size_t& outEnd) const {
   static constexpr CommentRow kComments[] = {
       {kPSCommentDocumentFonts, EComment::kFonts},
@@ -135,7 +135,7 @@ void FontParserEPS::Parse() {
     const CommentRow* const comment = FindComment(end);
     if (comment && comment->kind != EComment::kEnd) {
       hasFontData = true;
-      // The line behind the section is in hand then.
+      // Afterwards the current line is the one after the section.
       hasLine = ReadSection(comment->kind, end);
       continue;
     }
@@ -173,9 +173,9 @@ bool FontParserEPS::AdvanceToContinuation(bool& outHasLine, size_t& outEnd) {
 bool FontParserEPS::ReadPSCommentDocumentFonts(size_t end) {
   bool hasLine = true;
   do {
-    // Several names on a line are one name: identified documents of old name their fonts so, and are found again by it.
+    // Several names on a line are one name. Old identified documents name their fonts this way and are found by it.
     const std::string name = mLine.substr(end);
-    // "(atend)" is no name: the fonts are in a comment of the same name at the end of the file.
+    // "(atend)" is not a name: the fonts are in a comment of the same name at the end of the file.
     if (!name.starts_with(kPSCommentAtEnd)) RegisterFont(name);
   } while (AdvanceToContinuation(hasLine, end));
   return hasLine;
@@ -192,7 +192,7 @@ bool FontParserEPS::ReadPSCommentDocumentResources(size_t end) {
 
 bool FontParserEPS::ReadPSCommentDocumentFontSpecs(size_t end) {
   bool hasLine = true;
-  // New data go where the old ones begin.
+  // New data are written where the old ones begin.
   mGlyphsureOffset = mLineOffset;
   do {
     RegisterFontWithGlyphsure(mLine.substr(end));
@@ -213,7 +213,7 @@ bool FontParserEPS::ReadPSCommentEmbedFont(size_t end) {
   if (!name.empty()) {
     RegisterFont(name);
   } else if (comment.find(kAddGlyphs) == std::string::npos) {
-    // One that adds glyphs belongs to a part of the font that came before.
+    // A resource that adds glyphs belongs to an earlier part of the font.
     RegisterFont(comment);
   }
   return hasLine && Advance();

@@ -1,4 +1,4 @@
-// The fonts of an EPS file, and how the text of a comment becomes one.
+// The fonts of an EPS file, and creating them from the text of comments.
 #include <sstream>
 
 #include "Identification/FontKeys.h"
@@ -40,7 +40,7 @@ constexpr Attribute kAttributes[] = {
     {kEPS_Glyphsure_Family, kGS_FamilyKey},
 };
 
-// The next NAME="VALUE". False without one, which "/>" is.
+// Reads the next NAME="VALUE". Returns false if there is none, for example at "/>".
 bool ReadGlyphsureAttribute(std::istream& stream, std::string& outName, std::string& outValue) {
   while (stream.peek() == ' ') stream.ignore();
   if (!std::getline(stream, outName, '=') || stream.eof()) return false;
@@ -72,10 +72,10 @@ void FontParserEPS::Append(const Dictionary& record) {
 }
 
 void FontParserEPS::RegisterFont(const std::string& name) {
-  // Producers write names in whatever encoding they run in.
+  // Producers write names in the encoding of their system.
   const String text = CFStringCreateWithUncertainEncoding(name.c_str());
   if (text.View().empty()) return;
-  // A subset tag and what an application added stay in the name: what was written under it is found by it.
+  // A subset tag and additions of an application stay in the name, because data were stored under that name.
   const Dictionary record = CreateGlyphsureDictionary(text);
   ResolveDictionaryMMFontName(record);
   if (!mIndex.Find(record.GetString(kGS_PostScriptNameKey).View())) Append(record);

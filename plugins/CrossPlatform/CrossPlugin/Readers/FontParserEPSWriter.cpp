@@ -32,7 +32,7 @@ void SetField(std::string& header, size_t at, uint32_t value) {
   for (size_t i = 0; i < sizeof value; ++i) header[at + i] = static_cast<char>(value >> (8 * i));
 }
 
-// No more than the entry has room for, and no end of a line, which would end the comment.
+// Not longer than the entry, and without line ends, which would end the comment.
 std::string ValueOf(const String& text) {
   std::string value(platform::ValidStart(text.View().substr(0, kLongestValue)));
   for (char& c : value) {
@@ -49,7 +49,7 @@ void FontParserEPS::XMLOutputGenerator(const Dictionary& record, std::string& ou
   for (size_t i = 0; i < record.Count(); ++i) {
     const String value(record.ValueAt(i));
     if (!value || !OutputKeyForGlyphsureKey(record.KeyAt(i), name)) continue;
-    // Nothing is escaped: readers take what stands between the quotation marks as it is.
+    // Nothing is escaped, because readers use the text between the quotation marks unchanged.
     outText += " " + name + "=\"" + ValueOf(value) + "\"";
   }
   outText += "/>";
@@ -66,7 +66,7 @@ std::string FontParserEPS::WriteFontRecordsToBuffer() const {
   return text;
 }
 
-// The binary header of the file with so many bytes more; empty for a file without one.
+// Returns the binary header for the file with this many more bytes; empty for a file without one.
 std::string FontParserEPS::HeaderBehind(size_t gap) const {
   if (!HasBinaryHeader()) return {};
   std::string header(mHeader.begin(), mHeader.end());
@@ -74,17 +74,17 @@ std::string FontParserEPS::HeaderBehind(size_t gap) const {
   const uint32_t image = FieldAt(header, kTIFFOffsetField);
   if (mGlyphsureOffset <= static_cast<std::streamoff>(image)) SetField(header, kTIFFOffsetField, image + more);
   SetField(header, kPostScriptLengthField, FieldAt(header, kPostScriptLengthField) + more);
-  // The offset of a Windows metafile stays as it was. A metafile behind the PostScript is not found there afterwards; the
-  // files that were written so far are like that.
+  // The offset of a Windows metafile does not change, so a metafile after the PostScript is not found afterwards.
+  // Existing files are like that.
   return header;
 }
 
 int FontParserEPS::AllocateGapInFile(std::streamoff offset, const std::string& text) {
-  // Parse may have found the file at another place than the path says.
+  // Parse may have found the file at another path.
   const std::string& place = mStream.Path();
   platform::ByteSource file;
   std::error_code error = file.Open(place);
-  // The file is replaced, which the folder's mode alone would allow.
+  // The file will be replaced, for which the folder's mode alone would be enough.
   if (!error && access(place.c_str(), W_OK) != 0) error = std::error_code(errno, std::generic_category());
   const auto size = static_cast<std::streamoff>(file.Size());
   const std::string header = HeaderBehind(text.size());
@@ -111,7 +111,7 @@ void FontParserEPS::Save() {
   const std::string text = WriteFontRecordsToBuffer();
   if (text.empty()) return;
   if (mGlyphsureOffset == 0) {
-    // An offset of 0 is an error here: data must not go before the first line, by which the file is told.
+    // An offset of 0 is an error: data must not precede the first line, which identifies the file.
     OutputIndentedAndFormattedString(0, "ERROR: '%s' has no end of comments", mPath.c_str());
     mError = -1;
     return;

@@ -1,4 +1,4 @@
-// The way to the objects of a PDF file: header, cross-reference tables, trailers.
+// Finding the objects of a PDF file: header, cross-reference tables, trailers.
 #include "Readers/FontParserPDF.h"
 
 #include <algorithm>
@@ -20,8 +20,8 @@ bool FontParserPDF::FindHeader() {
   constexpr int kTries = 1000;
   for (int i = 0; i < kTries && mError == 0; ++i) {
     m_nHeaderOffset = mInput.GetCurrentPosition();
-    // The character that ends a try is not read again, so "%%PDF" hides the header. Every offset counts from the place
-    // found here, so a smarter search would read other objects.
+    // The character that ends an attempt is not read again, so "%%PDF" hides the header. All offsets count from the
+    // position found here, so a smarter search would read other objects.
     const auto isNext = [&](char c) { return mInput.ReadCharacter() == c; };
     if (std::all_of(kMark.begin(), kMark.end(), isNext)) return true;
   }
@@ -35,8 +35,8 @@ void FontParserPDF::ReadDocument() {
   if (m_PageTree.IsKnown()) {
     const int32_t pages = ProcessPages();
     Visited visited;
-    // Inner nodes use up the count too, so the last pages of a deep tree stay unread. The font list of such a document
-    // depends on it.
+    // Inner nodes count, too, so the last pages of a deep tree are not read. The font list of such a document depends
+    // on it.
     for (size_t i = 0; i < m_vKids.size() && static_cast<int64_t>(i) < pages && mError == 0; ++i) {
       const PDFObject kid = m_vKids[i];
       if (visited.insert({kid.nObjectNumber, kid.nGeneration}).second) ProcessKids(kid);
@@ -78,12 +78,12 @@ void FontParserPDF::ProcessXRefSection(int32_t offset) {
   FinishXRef();
 }
 
-// True if a trailer follows them.
+// Returns true if a trailer follows them.
 bool FontParserPDF::ProcessXRefSubsections(int32_t offset) {
   mInput.SeekAndReadBlock(m_nHeaderOffset + offset);
   const std::string& line = mInput.ProcessLine();
-  // Some programs add or remove bytes before the header and leave the offsets as they were. The last step is 4, not 3:
-  // all objects of such a file are found by it.
+  // Some programs add or remove bytes before the header and do not change the offsets. The last step is 4, not 3: it
+  // finds all objects of such a file.
   if (line == "ref") {
     m_nHeaderOffset -= 1;
   } else if (line == "ef") {
@@ -117,7 +117,7 @@ void FontParserPDF::ReadXRefSubsection(int32_t firstObject) {
   OutputIndentedAndFormattedString(0, "Number of objects found:  %d", count);
 }
 
-// True, and the offset of the section before, if the trailer names one.
+// Returns true and the offset of the previous section if the trailer names one.
 bool FontParserPDF::ProcessTrailer(int32_t& outPrevious) {
   bool hasPrevious = false;
   while (mError == 0) {
@@ -143,7 +143,7 @@ bool FontParserPDF::ProcessTrailer(int32_t& outPrevious) {
 }
 
 void FontParserPDF::FinishXRef() {
-  // Of each object the newest entry, which was read first, comes first.
+  // The newest entry of each object was read first and comes first.
   std::stable_sort(m_vXRef.begin(), m_vXRef.end(),
                    [](const XRefEntry& a, const XRefEntry& b) { return a.nObjectNumber < b.nObjectNumber; });
 }

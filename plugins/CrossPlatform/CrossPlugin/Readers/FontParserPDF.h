@@ -1,9 +1,9 @@
 // Lists the fonts of a PDF file, and reads and formats the identification data in its font dictionaries.
 //
-// It follows cross-reference tables, page tree, resources and font objects in their plain form. Object streams and
-// cross-reference streams are not read: a file that uses them has no fonts and no error here. Wrong input ends the function
-// that reads it and keeps the fonts found before. The bytes read never exceed a multiple of the file's size; those of
-// Illustrator's private data are limited on their own.
+// It follows cross-reference tables, page tree, resources and font objects in uncompressed form. It does not read
+// object streams and cross-reference streams: a file that uses them gives no fonts and no error. Wrong input ends the
+// function that reads it; fonts found before are kept. The bytes read never exceed a multiple of the file's size; those
+// of Illustrator's private data have their own limit.
 #pragma once
 
 #include <cstddef>
@@ -23,43 +23,44 @@ class FontParserPDF : public FontParser {
   FontParserPDF(const platform::FileURL& url, const std::string& path) : FontParser(url, path) {}
 
   void Parse() override;
-  // Appends to the array, which must be there; a font that it holds already is left out. The fonts of the pages come first,
-  // then those of Illustrator's private data.
+  // Appends to the array, which must not be null, the fonts that it does not contain: first those of the pages, then
+  // those of Illustrator's private data.
   void GetObsoleteGlyphsureData(bool wantGlyphsure, platform::Array* outFontArray) override;
-  // Whether no identification data may be written into this document: it is encrypted or PDF/X. Reads the whole file.
+  // Returns true if identification data must not be written into this document, because it is encrypted or PDF/X. Reads
+  // the whole file.
   bool IsUnsluggableDocument();
 
-  // In the order in which they were found. A font object has one record, however often the pages name it.
+  // In the order in which they were found. Each font object has one record.
   const std::vector<PDFFontRecord>& GetFontRecords() const { return m_vFontRecords; }
-  // The cost of all reading so far, as PDFInput counts it.
+  // Returns the cost of all reading so far, as PDFInput counts it.
   uint64_t GetBytesRead() const { return mInput.GetBytesRead(); }
-  // The largest "/Size" of the trailers: one more than the highest object number, as the file says. 0 without one.
+  // Returns the largest "/Size" of the trailers, which is the highest object number plus one; 0 without one.
   int32_t GetSize() const { return m_nSize; }
 
   // Without its leading "/".
   static void StripPDFLabel(std::string& name);
-  // Also without subset tag and with hyphens for commas.
+  // Also without a subset tag, and with hyphens instead of commas.
   static void StripPDFFontName(std::string& name);
 
-  // A new record from a font; a null outRecord does nothing.
+  // Creates a record from a font. Does nothing if outRecord is null.
   static void ConvertPDFFontToFontRecord(const PDFFontRecord& font, platform::Dictionary* outRecord,
                                          bool wantGlyphsure);
-  // Reads the value of the first such key in the whole text, in whatever dictionary. Returns false and leaves the value
-  // untouched if there is no such key or the value is empty.
+  // Reads the value of the first such key in the whole text, in any dictionary. Returns false and does not change the
+  // value if there is no such key or its value is empty.
   static bool ParseKeyFromGlyphsureBuffer(std::string_view dictionaryText, std::string_view pdfKey,
                                           std::string& outValue);
-  // Reads such a value into the record.
+  // Stores such a value in the record.
   static void AddKeyValueToFontRecord(std::string_view dictionaryText, std::string_view pdfKey,
                                       std::string_view recordKey, platform::Dictionary record);
-  // Appends a font's identification data to the dictionary text of a PDF font, which must begin with "<<". Nothing for a
-  // null font and for a record of less than two keys.
+  // Appends a font's identification data to the dictionary text of a PDF font, which must begin with "<<". Does nothing
+  // for a null font and for a record with fewer than two keys.
   static void ConvertFontRecordToPDFFont(const platform::Dictionary& record, PDFFontRecord* font);
-  // The PDF key for a key of a font record. Returns false and leaves the results untouched for a key that has none.
+  // Maps a key of a font record to the PDF key. Returns false and changes nothing for a key without one.
   static bool PDFKeyForGlyphsureKey(std::string_view key, bool& outIsText, std::string& outPdfKey);
   // A line of a cross-reference table.
   static std::string CreateXRefEntry(int32_t offset, int32_t generation);
-  // How many of the font records from this index on have object numbers that follow each other: the subsection of a
-  // cross-reference table for them begins with the object that is given out. 0, with nothing given out, beyond the end.
+  // Counts the font records from this index on whose object numbers are consecutive. Also returns the first object,
+  // with which their subsection of a cross-reference table begins. Returns 0 and no object for an index beyond the end.
   size_t CalculateSubsection(size_t firstIndex, int32_t& outFirstObject) const;
 
  private:
@@ -81,7 +82,7 @@ class FontParserPDF : public FontParser {
   bool ProcessTrailer(int32_t& outPrevious);
   void FinishXRef();
   bool FindObject(const PDFObject& object);
-  // FindObject with the token "obj" behind it.
+  // FindObject, followed by the token "obj".
   bool OpenObject(const PDFObject& object, const char* what, const char* function);
   void ProcessObject(Objects& outObjects);
   PDFObject ProcessReference();
@@ -94,7 +95,7 @@ class FontParserPDF : public FontParser {
   void ProcessResources();
   void ProcessResourceDictionary(std::string token);
   void ProcessFontObject();
-  // Processes the value that an object holds, each object once, and comes back to the present place.
+  // Processes the value of an object, each object once, and returns to the current position.
   void FollowReference(const PDFObject& object, const char* what, Visited& visited, void (FontParserPDF::*process)());
 
   void ProcessFonts();
@@ -120,7 +121,7 @@ class FontParserPDF : public FontParser {
   PDFObject m_Catalog, m_PageTree, m_Metadata, m_Illustrator, m_Encryption;
   Objects m_vKids, m_vFonts;
   Visited mVisitedResources, mVisitedFontLists;
-  int mDepth = 0;  // of references that are being followed
+  int mDepth = 0;  // of references being followed
   std::vector<PDFFontRecord> m_vFontRecords;
   platform::Array m_IllustratorFonts;  // null without such data
 };

@@ -1,4 +1,4 @@
-// What a PDF file says of its fonts: font objects, the font list of its metadata, and whether it takes identification data.
+// The fonts of a PDF file: font objects, the font list of its metadata, and whether it accepts identification data.
 #include <algorithm>
 
 #include "Identification/FontNames.h"
@@ -44,7 +44,7 @@ void FontParserPDF::ProcessFonts() {
     if (mError != 0) return;
     if (!visited.insert({object.nObjectNumber, object.nGeneration}).second) continue;
     OutputIndentedAndFormattedString(0, " processing font %d ...", object.nObjectNumber);
-    // A font that can't be found ends the list. The font list of a damaged document depends on it.
+    // A font that cannot be found ends the list. The font list of a damaged document depends on it.
     if (!OpenObject(object, "font", __func__)) return;
     PDFFontRecord font;
     font.object = object;
@@ -83,7 +83,7 @@ void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font) 
     font.name = mInput.ProcessToken();
     StripPDFFontName(font.name);
   } else if (key == "/CharSet" || key == "/FontFile" || key == "/FontFile2" || key == "/FontFile3") {
-    // The format assigns these types differently. Readers of the records expect them as they are here.
+    // The format assigns these types differently. Code that reads the records expects them this way.
     if (key != "/CharSet") font.type = key == "/FontFile" ? PDFFontType::kTrueType : PDFFontType::kType1;
     font.embedded = true;
     mInput.ProcessLine();
@@ -107,8 +107,8 @@ void FontParserPDF::SkipWidths() {
   }
 }
 
-// Reads the list as PDF tokens, not as XML, so a compressed stream adds no fonts. The tokens are walked in pairs, and a tag is
-// seen only where its "<" is the second of a pair. Which fonts the metadata of a document add depends on it.
+// Reads the list as PDF tokens, not as XML, so a compressed stream adds no fonts. The tokens are walked in pairs, and a
+// tag is seen only where its "<" is the second of a pair. Which fonts the metadata of a document add depends on it.
 void FontParserPDF::ProcessFontMetadata() {
   if (FindObject(m_Metadata)) {
     if (mInput.ProcessToken() == "obj") {
@@ -181,7 +181,7 @@ bool FontParserPDF::IsUnsluggableDocument() {
 
 bool FontParserPDF::HoldsPDFXMark() {
   bool found = false;
-  // An error that Parse ended with would end the search after one block.
+  // An error from Parse would end the search after one block.
   mError = 0;
   if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) return found;
   mInput.Begin();

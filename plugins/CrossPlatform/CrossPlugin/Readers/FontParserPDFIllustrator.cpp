@@ -1,4 +1,4 @@
-// The document that Illustrator keeps inside a PDF, as data of its own: unpacked into a temporary file and parsed there.
+// Illustrator's own document inside a PDF, in private data: unpacked into a temporary file and parsed there.
 #include <zlib.h>
 
 #include <algorithm>
@@ -13,9 +13,9 @@ namespace {
 
 constexpr size_t kChunk = 1024;
 // A small file can unpack to any size, so the size is limited by what was read so far. What goes beyond is cut off: a
-// PostScript document keeps the fonts of its header, a PDF loses its table of objects and with it all fonts. At the most the
-// names of fonts alone, or nested documents whose objects overlap, cost few seconds and a part of the memory that docfonts
-// allows a document.
+// PostScript document keeps the fonts of its header, a PDF loses its table of objects and with it all fonts. At the
+// most the names of fonts alone, or nested documents whose objects overlap, cost few seconds and a part of the memory
+// that docfonts allows a document.
 constexpr size_t kMaxUnpacked = size_t{16} * 1024 * 1024, kMinUnpacked = size_t{1024} * 1024, kMaxRatio = 64;
 
 size_t UnpackLimit(size_t packed) { return std::min(kMaxUnpacked, kMinUnpacked + kMaxRatio * packed); }
@@ -36,7 +36,7 @@ class Inflater {
   Inflater& operator=(const Inflater&) = delete;
 
   bool IsReady() const { return mIsReady; }
-  // Adds to outCount what was written, in bytes. False when the data end, are damaged or reach the limit.
+  // Adds the number of written bytes to outCount. Returns false when the data end, are damaged or reach the limit.
   bool Inflate(std::array<char, kChunk>& chunk, std::streamsize size, platform::TemporaryFile& file, size_t& outCount) {
     std::array<char, kChunk> output;
     mStream.next_in = reinterpret_cast<Bytef*>(chunk.data());
@@ -52,7 +52,7 @@ class Inflater {
       if (file.Write({output.data(), count})) return false;
       outCount += count;
     } while (result == Z_OK && mStream.avail_out == 0 && outCount < limit);
-    // Nothing is left of a chunk that filled the output exactly.
+    // A chunk that filled the output exactly leaves nothing.
     return (result == Z_OK || result == Z_BUF_ERROR) && outCount < limit;
   }
 
@@ -62,7 +62,7 @@ class Inflater {
   size_t mPacked = 0;  // bytes given to Inflate so far
 };
 
-// Both return how many bytes went into the file.
+// Both return the number of bytes written to the file.
 size_t CopyInflated(FStreamWrapper& stream, platform::TemporaryFile& file) {
   Inflater inflater;
   std::array<char, kChunk> chunk;
@@ -129,7 +129,7 @@ void FontParserPDF::ProcessPrivateStream(const PDFObject& object) {
   DecodeAIPrivateData(filter, length);
 }
 
-// One name, or an array of which the last name counts.
+// One name, or an array whose last name counts.
 FontParserPDF::EFilterType FontParserPDF::ReadFilter() {
   EFilterType filter = kFilterNone;
   const auto take = [&](const std::string& name) { filter = name == "/FlateDecode" ? kFilterFlate : kFilterNone; };
@@ -152,7 +152,7 @@ void FontParserPDF::DecodeAIPrivateData(EFilterType filterType, int32_t streamLe
     mStream.seekg(-size, std::ios_base::cur);
     OutputIndentedAndFormattedString(0, "Handling tag '%s' with NO decoding", tag.c_str());
   }
-  // Documents that contain themselves must end.
+  // A document may contain itself.
   if (sNesting == kMaxNesting) return;
   platform::TemporaryFile file;
   const bool isCreated = !file.Create();

@@ -1,4 +1,4 @@
-// The way from the catalog of a PDF file to the font objects that its pages use.
+// From the catalog of a PDF file to the font objects that its pages use.
 #include <algorithm>
 
 #include "Readers/FontParserPDF.h"
@@ -31,7 +31,7 @@ void FontParserPDF::ProcessCatalog() {
   }
 }
 
-// What root, nodes and pages of the tree share. False for other keys.
+// Handles the keys that root, nodes and pages of the tree share. Returns false for other keys.
 bool FontParserPDF::ProcessPageTreeKey(const std::string& key) {
   if (key == "/Kids") {
     const size_t before = m_vKids.size();
@@ -87,7 +87,7 @@ void FontParserPDF::ProcessKids(const PDFObject& kid) {
 
 void FontParserPDF::FollowReference(const PDFObject& object, const char* what, Visited& visited,
                                     void (FontParserPDF::*process)()) {
-  // Bounds the recursion over chains of references.
+  // Limits the recursion over chains of references.
   constexpr int kMaxDepth = 32;
   if (mDepth == kMaxDepth || !visited.insert({object.nObjectNumber, object.nGeneration}).second) return;
   ++mDepth;
@@ -109,8 +109,8 @@ void FontParserPDF::ProcessResources() {
 
 void FontParserPDF::ProcessResourceDictionary(std::string token) {
   int depth = 0;
-  // The first array that no key here skips ends the resources, even if fonts follow it. The font list of such a document
-  // depends on it.
+  // The first array under a key that is not skipped here ends the resources, even if fonts follow it. The font list of
+  // such a document depends on it.
   for (; mError == 0 && token != "]" && token != "endobj"; token = mInput.ProcessToken()) {
     if (token == "<<") {
       ++depth;

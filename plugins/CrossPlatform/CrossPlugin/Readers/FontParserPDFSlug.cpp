@@ -1,4 +1,4 @@
-// Font records from the fonts of a PDF, and the identification data in font dictionaries, read and formed.
+// Creates font records from the fonts of a PDF, and reads and formats identification data in font dictionaries.
 #include <algorithm>
 #include <cstdio>
 
@@ -39,7 +39,7 @@ bool IsNumberText(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// At most 255 bytes, whole characters.
+// At most 255 bytes, in whole characters.
 std::string_view Limit(std::string_view utf8) {
   constexpr size_t kMaxValue = 255;
   if (utf8.size() <= kMaxValue) return utf8;
@@ -48,7 +48,7 @@ std::string_view Limit(std::string_view utf8) {
   return utf8.substr(0, end);
 }
 
-// The fonts that an array holds already, and what is added to it.
+// The fonts in an array, and those added to it.
 class FontCollector {
  public:
   explicit FontCollector(const Array& fonts) : mFonts(fonts), mIndex(fonts) {}
@@ -80,7 +80,7 @@ void FontParserPDF::GetObsoleteGlyphsureData(bool wantGlyphsure, Array* outFontA
 
 void FontParserPDF::ConvertPDFFontToFontRecord(const PDFFontRecord& font, Dictionary* outRecord, bool wantGlyphsure) {
   if (!outRecord) return;
-  // Producers write names in whatever encoding they run in.
+  // Producers write names in the encoding of their system.
   *outRecord = CreateGlyphsureDictionary(CFStringCreateWithUncertainEncoding(font.name.c_str()));
   ResolveDictionaryMMFontName(*outRecord);
   const std::string& text = font.sGlyphsureDictionary;
@@ -98,7 +98,7 @@ bool FontParserPDF::ParseKeyFromGlyphsureBuffer(std::string_view dictionaryText,
   if (dictionaryText[begin] == '(') {
     ++begin;
     end = dictionaryText.find(')', begin);
-    // Parentheses within the value may be one deep.
+    // Parentheses within the value may be nested once.
     if (end != std::string_view::npos && dictionaryText.find('(', begin) < end) end = dictionaryText.find(')', end + 1);
     if (end == std::string_view::npos) return false;
   } else {

@@ -58,7 +58,7 @@ void PDFInput::ReadBlock() {
 }
 
 bool PDFInput::ReadWindow(std::streamoff begin) {
-  // A jump may be followed by the next one, so it reads only a block. Who reads on gets more each time.
+  // A seek may be followed by another one, so it reads only a block. Continued reading reads more each time.
   const std::streamoff end = mWindowBegin + static_cast<std::streamoff>(mWindowLength);
   const bool readsOn = mWindowLength > 0 && begin >= mWindowBegin && begin <= end;
   mWindowSize = readsOn ? std::min(2 * mWindowSize, mWindow.size()) : kBlockSize;
@@ -66,7 +66,7 @@ bool PDFInput::ReadWindow(std::streamoff begin) {
   mWindowBegin = begin;
   mWindowLength = 0;
   if (!Take(std::max(static_cast<uint64_t>(size), uint64_t{kBlockSize}))) return false;
-  // After an earlier failure the stream would refuse to seek.
+  // After a failure the stream would refuse to seek.
   mStream.clear();
   mStream.seekg(begin);
   ReadStream(mStream, size, mWindow.data());

@@ -1,10 +1,10 @@
-// What a PDF file is read into.
+// The data read from a PDF file.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-// An indirect object by its numbers, or a reference to it.
+// The numbers of an indirect object, or a reference to it.
 struct PDFObject {
   int32_t nObjectNumber = 0;  // 0 for none
   int32_t nGeneration = 0;

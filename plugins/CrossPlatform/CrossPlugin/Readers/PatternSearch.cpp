@@ -7,7 +7,7 @@
 
 namespace {
 
-// Vectors of the compiler, which exist on every processor; 16 bytes are what all of today's have.
+// The compiler's vectors exist for every processor. All current processors have 16 bytes.
 using Lanes = unsigned char __attribute__((vector_size(16)));
 constexpr size_t kStep = 4 * sizeof(Lanes);
 
@@ -30,7 +30,7 @@ struct Pair {
     const Lanes next = LoadLanes(from + 1);
     return reinterpret_cast<Lanes>((LoadLanes(from) == first) & ((next == second) | (next == otherSecond)));
   }
-  // Whether the pair stands anywhere at the kStep places from here on; reads one byte more.
+  // True if the pair is at one of the next kStep positions. Reads one byte more.
   bool StandsInStep(const char* from) const {
     return HasAny(Matches(from) | Matches(from + sizeof(Lanes)) | Matches(from + 2 * sizeof(Lanes)) |
                   Matches(from + 3 * sizeof(Lanes)));
@@ -80,7 +80,7 @@ const void* memmem(const void* haystack, size_t haystackSize, const void* needle
   const char* const end = begin + haystackSize;
   const std::string_view pattern(static_cast<const char*>(needle), needleSize);
   for (const char* found = begin; (found = FindBytes(found, end, pattern)) != nullptr; ++found) {
-    // A match at offset 1 is accepted unseen, whatever stands before it.
+    // A match at offset 1 is accepted without checking the byte before it.
     if (forbiddenPrevious == 0 || found - begin <= 1 || found[-1] != forbiddenPrevious) return found;
     OutputIndentedAndFormattedString(0, "Ignoring match at offset %d because previous char is 0x%04x",
                                      static_cast<int>(found - begin), static_cast<unsigned>(forbiddenPrevious));

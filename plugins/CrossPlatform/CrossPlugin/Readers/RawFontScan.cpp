@@ -16,7 +16,7 @@ bool FindPatternInByteVector(DocumentBytes& bytes, size_t& offset, std::string_v
 
 bool EndFinder::Find(size_t& offset) {
   if (offset >= mBytes.Size()) return false;
-  // The two places that are accepted unseen differ from one search to the next.
+  // The two positions that are accepted unchecked differ between searches.
   for (const size_t at : {offset, offset + 1}) {
     if (!mBytes.Holds(at, mPattern)) continue;
     offset = at;

@@ -80,7 +80,7 @@ int ReadOldSlug(const SXMPMeta& xmpMeta) {
   }
   const Array fonts(parsed.value);
   if (fonts.Count() == 0) return -1;
-  // Recognised and then dropped: the caller gets success and no fonts, and the next save writes the present form.
+  // Recognised and ignored: the caller gets success and no fonts, and the next save writes the current form.
   PostProcessGlyphsureSlug(fonts);
   return 0;
 }
@@ -92,7 +92,7 @@ int InitializeGlyphsureXMP() {
   SXMPMeta::GetVersionInfo(&version);
   OutputIndentedAndFormattedString(0, "SXMPMeta::GetVersionInfo() message returned: '%s'", version.message);
   int result = 0;
-  // Any other version is left uninitialised without an error; hosts of later releases bring the toolkit up themselves.
+  // With any other version the toolkit is not initialised, and that is no error: hosts of later releases initialise it.
   if (version.major == 5 && version.minor <= 4) {
     if (!SXMPMeta::Initialize()) {
       OutputIndentedAndFormattedString(0, "Could not initialize XMP toolkit!");
@@ -214,7 +214,7 @@ void AppendSlugRecord(SXMPMeta& xmpMeta, const Dictionary& record) {
 TModuleErrorCode SetXMPProperties(const Array& fontArray, SXMPFiles& xmpFiles, SXMPMeta& xmpMeta) {
   xmpMeta.DeleteProperty(kXMP_VELORANT_GLYPHSURE, kXMP_OLD_PS_GLYPHSURE_SLUG);
   xmpMeta.DeleteProperty(kXMP_VELORANT_GLYPHSURE, kSlugProperty);
-  // Nothing is put, so the file keeps its slug; a document saved with identification off keeps what it had.
+  // Writes nothing, so the file keeps its slug: a document saved with identification off keeps its data.
   if (!fontArray) return CoreErrorCodes::kSuccess;
   if (fontArray.Count() == 0) {
     if (!xmpFiles.CanPutXMP(xmpMeta)) return CoreErrorCodes::kUnknownError;
@@ -225,8 +225,8 @@ TModuleErrorCode SetXMPProperties(const Array& fontArray, SXMPFiles& xmpFiles, S
   const int count = static_cast<int>(fontArray.Count());
   for (int i = 0; i < count; ++i) {
     AppendSlugRecord(xmpMeta, Dictionary(fontArray.At(static_cast<size_t>(i))));
-    // Asked after every font: where there is little room, the last state that fitted stays, so the slug is cut short
-    // rather than lost.
+    // Checked after every font: if there is little room, the last state that fits is kept, so the slug is shortened
+    // instead of lost.
     if (xmpFiles.CanPutXMP(xmpMeta)) {
       xmpFiles.PutXMP(xmpMeta);
       code = CoreErrorCodes::kSuccess;
@@ -247,7 +247,7 @@ TModuleErrorCode WriteXMPGlyphsureSlugToFile(const std::string& fullPath, const 
     if (!OpenForUpdate(xmpFiles, fullPath)) return CoreErrorCodes::kUnknownError;
     SXMPMeta xmpMeta;
     xmpFiles.GetXMP(&xmpMeta);
-    const Array fonts = fontArray.Copy();  // shallow: the caller's records lose those keys too
+    const Array fonts = fontArray.Copy();  // shallow: the caller's records lose those keys, too
     RemoveUnsluggableGlyphsureKeys(fonts);
     code = SetXMPProperties(fonts, xmpFiles, xmpMeta);
     xmpFiles.CloseFile();

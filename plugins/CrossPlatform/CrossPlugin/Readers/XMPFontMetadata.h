@@ -1,10 +1,10 @@
-// The font data in a document's XMP: the slug, which this program writes, and the font list of Adobe applications, which it
-// reads. A document file is never touched except through the XMP toolkit. Main thread only. The results are codes; no
-// failure here reaches the user.
+// The font data in a document's XMP: the slug, which this program writes, and the font list of Adobe applications,
+// which it reads. Accesses document files only through the XMP toolkit. Main thread only. Functions return codes and
+// show nothing to the user.
 //
-// Slug: in the slug namespace the property "slug", an array of structures, one a font, whose fields are record keys. The
-// old form, the property "VelorantGlyphsureSlug" with a property list as text, is recognised and removed on a write.
-// Adobe's list: the array xmpTPg:Fonts of structures with stFnt fields (XMP Paged-Text schema).
+// Slug: in the slug namespace the property "slug", an array of structures, one a font, whose fields are record keys.
+// The old form, the property "VelorantGlyphsureSlug" with a property list as text, is recognised and removed on a
+// write. Adobe's list: the array xmpTPg:Fonts of structures with stFnt fields (XMP Paged-Text schema).
 #pragma once
 
 #include <string>
@@ -28,17 +28,17 @@ using SXMPUtils = platform::TXMPUtils;
 int InitializeGlyphsureXMP();
 void TerminateGlyphsureXMP();
 
-// Each array is filled if it is not null. kNotFound for an empty path, a file that can't be opened, or no array at all;
-// kUnknownError for a failure of the toolkit; else 0, whether or not anything was found.
+// Fills each array that is not null. Returns kNotFound for an empty path, a file that cannot be opened, or no array at
+// all; kUnknownError if the toolkit fails; otherwise 0, even if nothing was found.
 TModuleErrorCode ReadAllXMPFontDataFromFile(const std::string& fullPath, const platform::Array& slugArray,
                                             const platform::Array& adobeArray);
 TModuleErrorCode ReadXMPGlyphsureSlugFromFile(const std::string& fullPath, const platform::Array& slugArray);
 TModuleErrorCode ReadAdobeXMPFontDataFromFile(const std::string& fullPath, const platform::Array& adobeArray);
-// Both, merged into one array: Adobe's first, then the slug's.
+// Reads both, merged into one array: Adobe's first, then the slug's.
 TModuleErrorCode ReadAllXMPFontDataFromFile(const std::string& fullPath, const platform::Array& fontArray,
                                             bool& hasSlug);
 
-// From and into a toolkit object. 0 or -1.
+// Read from and write into a toolkit object. Return 0 or -1.
 int GetXMPProperties(const SXMPMeta& xmpMeta, platform::Array fontArray);
 int GetAdobeXMPFontData(const SXMPMeta& xmpMeta, platform::Array fontArray);
 void AddAdobeFontDataToDictionary(const SXMPMeta& xmpMeta, const std::string& path, std::string_view key,
@@ -46,8 +46,10 @@ void AddAdobeFontDataToDictionary(const SXMPMeta& xmpMeta, const std::string& pa
 TModuleErrorCode SetXMPProperties(const platform::Array& fontArray, SXMPFiles& xmpFiles, SXMPMeta& xmpMeta);
 
 // Writes the fonts as the file's slug and keeps its modification date. The records lose the keys that no document may
-// store. A null array puts nothing. kFatalError if the last font found no room: the file keeps what fitted.
+// store. A null array writes nothing. Returns kFatalError if there is no room for the last font: the file gets those
+// that fit.
 TModuleErrorCode WriteXMPGlyphsureSlugToFile(const std::string& fullPath, const platform::Array& fontArray);
 
-// Whether this host stores XMP in such a file. The flag has no effect. No flow asks: what the toolkit opens gets its slug.
+// True if this host stores XMP in such a file. The flag has no effect. Not used by the flows: any file that the toolkit
+// opens gets its slug.
 bool IsXMPAllowedInThisFile(const std::string& path, bool flag);

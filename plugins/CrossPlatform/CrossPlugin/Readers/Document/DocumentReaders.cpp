@@ -47,11 +47,11 @@ bool IsPostScript(ReadableDocument& document) {
   return document.Kind() == EDocumentKind::kPostScript || document.Kind() == EDocumentKind::kEPS;
 }
 
-// Any file may hold metadata, whatever its kind.
+// Files of any kind may contain metadata.
 bool IsAny(ReadableDocument&) { return true; }
 
-// A PDF or PostScript file has a reader that understands it, and text in it that looks like a font's name may be something
-// else. Documents of Illustrator are scanned in either form.
+// A PDF or PostScript file has a reader that understands it, and text in it that looks like a font's name may be
+// something else. Documents of Illustrator are scanned in either form.
 bool IsScanned(ReadableDocument& document) {
   return document.HasIllustratorExtension() || (document.Kind() != EDocumentKind::kPDF && !IsPostScript(document));
 }

@@ -8,15 +8,15 @@
 
 class QPDFByteSource : public InputSource {
  public:
-  explicit QPDFByteSource(platform::ByteSource& bytes) : mBytes(bytes) {}  // which the caller keeps
+  explicit QPDFByteSource(platform::ByteSource& bytes) : mBytes(bytes) {}  // not owned
 
   qpdf_offset_t findAndSkipNextEOL() override;
   const std::string& getName() const override { return mName; }
   qpdf_offset_t tell() override { return mPosition; }
-  // Throws for a place before the beginning; behind the end there is nothing to read.
+  // Throws for a position before the beginning. After the end there is nothing to read.
   void seek(qpdf_offset_t offset, int whence) override;
   void rewind() override { mPosition = 0; }
-  // Throws if the file can't be read.
+  // Throws if the file cannot be read.
   size_t read(char* buffer, size_t length) override;
   void unreadCh(char) override { --mPosition; }
 

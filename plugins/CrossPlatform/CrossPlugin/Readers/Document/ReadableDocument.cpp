@@ -14,10 +14,10 @@ struct ReadableDocument::KindRow {
 
 namespace {
 
-// Readers of PDF accept a header that does not begin the file.
+// PDF readers accept a header that is not at the beginning of the file.
 constexpr size_t kPDFHeaderRange = 1024;
 
-// Whether the first line of a PostScript file says that it can be placed into a document.
+// True if the first line of a PostScript file says that it can be placed into a document.
 bool SaysEPS(DocumentBytes& bytes) {
   constexpr size_t kLine = 64;
   const std::string line = bytes.Copy(0, kLine);

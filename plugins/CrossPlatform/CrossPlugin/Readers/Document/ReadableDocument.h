@@ -13,12 +13,12 @@
 enum class EDocumentKind {
   kUnknown,
   kPhotoshop,     // .psd, .psb
-  kIllustrator,   // .ai, .ait that are PDF
+  kIllustrator,   // .ai, .ait in PDF form
   kAfterEffects,  // .aep
   kPDF,
   kPostScript,  // also Illustrator's older documents
   kEPS,         // with or without the binary header
-  kImage,       // JPEG, TIFF, PNG, which may hold metadata
+  kImage,       // JPEG, TIFF, PNG, which may contain metadata
 };
 
 struct FontMetadata {
@@ -32,14 +32,14 @@ class ReadableDocument {
   explicit ReadableDocument(std::string path) : mPath(std::move(path)) {}
 
   const std::string& Path() const { return mPath; }
-  // Opens the file at the first call, whose error later calls return too.
+  // Opens the file at the first call. Later calls return the same error.
   const std::error_code& Open();
   // All empty and unknown without a successful Open.
   DocumentBytes& Bytes() { return mBytes; }
   EDocumentKind Kind();
   // "psd", "psb", "ai", "aep", "pdf", "ps", "eps", "jpeg", "tiff", "png"; for an unknown kind empty.
   const char* KindName();
-  // ".ai" or ".ait", in whatever case.
+  // ".ai" or ".ait", in upper or lower case.
   bool HasIllustratorExtension() const;
   // Reads it at the first call. Needs InitializeGlyphsureXMP.
   const FontMetadata& Metadata();
