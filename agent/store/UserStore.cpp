@@ -106,14 +106,13 @@ void UserStore::DisplaceFont(uint32_t id) {
       .Run();
 }
 
-// A new version takes over what the user decided for the old one.
+// A new version takes over what the user did with the old one.
 void UserStore::TakeOver(uint32_t former, uint32_t id) {
-  for (const char* sql : {"UPDATE OR IGNORE activations SET font=?2 WHERE font=?1",
-                          "UPDATE OR IGNORE set_fonts SET font=?2 WHERE font=?1"}) {
-    Statement(database_, sql).Bind(1, int64_t{former}).Bind(2, int64_t{id}).Run();
-  }
-  for (const char* sql : {"DELETE FROM activations WHERE font=?", "DELETE FROM set_fonts WHERE font=?"}) {
-    Statement(database_, sql).Bind(1, int64_t{former}).Run();
+  for (const std::string table : {"activations", "set_fonts", "panel_clicks"}) {
+    const std::string move = "UPDATE OR IGNORE " + table + " SET font=?2 WHERE font=?1";
+    const std::string remove = "DELETE FROM " + table + " WHERE font=?";
+    Statement(database_, move.c_str()).Bind(1, int64_t{former}).Bind(2, int64_t{id}).Run();
+    Statement(database_, remove.c_str()).Bind(1, int64_t{former}).Run();
   }
 }
 

@@ -126,11 +126,15 @@ TEST(UserStore, ANewVersionInItsPlaceIsANewFontWithTheOldOnesSets) {
   const uint32_t first = store.FontID("/a.ttf", face, {1, 2, 3, 4}).id;
   store.SetActivations({first}, 4);
   store.CreateSet("Mine", 1, {first});
+  Database database(folder / "user.db");
+  database.Execute("INSERT INTO panel_clicks VALUES(" + std::to_string(first) + ",3)");
   EXPECT_EQ(store.FontID("/a.ttf", face, {1, 5, 6, 7}).id, first) << "the same content in another file";
 
   const auto expectUsed = [&](uint32_t id) {
     EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{id, 4}}));
     EXPECT_THAT(store.Sets()[0].fontIDs, ElementsAre(id));
+    Statement clicks(database, "SELECT font FROM panel_clicks");
+    EXPECT_TRUE(clicks.Step() && clicks.Integer(0) == id && !clicks.Step());
   };
   std::function<void(FontFace&)> const changes[] = {
       [](FontFace& it) { it.version = "1.1"; }, [](FontFace& it) { it.checksum = 1; },
