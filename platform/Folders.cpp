@@ -30,13 +30,16 @@ std::string RuntimeFolder() {
   return isOurs ? runtime + "/velorant" : "/tmp/velorant-" + std::to_string(geteuid());
 }
 
+std::string StatesFolder(const std::string& home) {
+  return Either(FolderOfEnvironment("XDG_STATE_HOME"), home + "/.local/state") + "/velorant";
+}
+
 Places WithDefaults(Places places) {
   places.home = Either(places.home, FolderOfEnvironment("HOME"));
   places.runtime = Either(places.runtime, RuntimeFolder());
   const std::string config = Either(FolderOfEnvironment("XDG_CONFIG_HOME"), places.home + "/.config");
   places.preferencesFile = Either(places.preferencesFile, config + "/velorant/preferences.plist");
-  const std::string state = Either(FolderOfEnvironment("XDG_STATE_HOME"), places.home + "/.local/state");
-  places.logs = Either(places.logs, state + "/velorant/logs");
+  places.logs = Either(places.logs, StatesFolder(places.home) + "/logs");
   return places;
 }
 
@@ -50,6 +53,7 @@ Places& Current() {
 void SetPlaces(const Places& places) { Current() = WithDefaults(places); }
 const Places& GetPlaces() { return Current(); }
 
+std::string UserStateFolder() { return StatesFolder(GetPlaces().home) + "/host"; }
 std::string LocalLibraryFolder() { return GetPlaces().fileSystemRoot + "/Library"; }
 std::string UserLibraryFolder() { return GetPlaces().home + "/Library"; }
 std::string LocalFrameworksFolder() { return LocalLibraryFolder() + "/Frameworks"; }

@@ -31,6 +31,7 @@ PLATFORM_API void SetPlaces(const Places& places);
 PLATFORM_API const Places& GetPlaces();
 
 // Absolute paths without a trailing separator.
+PLATFORM_API std::string UserStateFolder();        // of host and agent, unless another one is named
 PLATFORM_API std::string LocalLibraryFolder();     // root + "/Library"
 PLATFORM_API std::string UserLibraryFolder();      // home + "/Library"
 PLATFORM_API std::string LocalFrameworksFolder();  // root + "/Library/Frameworks"

@@ -34,7 +34,8 @@ namespace agent_protocol {
   X(GetSystemWorkgroupID)       \
   X(GetPermission)              \
   X(GetRenderedPNGsDirectory)   \
-  X(GetStatus)
+  X(GetStatus)                  \
+  X(SetLibraryFolders)
 
 // Delayed until the first scan of the library has finished: "not found" must not mean "not yet".
 #define AGENT_FONT_CALLS(X)             \
@@ -214,6 +215,18 @@ struct GetStatus {
     std::string activeFolder;          // where active fonts are linked
     bool isDesktop = false;            // active fonts are active for all programs of the user
     AGENT_FIELDS(isScanning, step, steps, fonts, folders, activeFolder, isDesktop)
+  };
+};
+
+// Stores the folders in the agent's configuration and scans them.
+struct SetLibraryFolders {
+  struct Arguments {
+    std::vector<std::string> folders;  // absolute paths; a folder need not exist yet
+    AGENT_FIELDS(folders)
+  };
+  struct Result {
+    std::string problem;  // a line for people if the call fails
+    AGENT_FIELDS(problem)
   };
 };
 

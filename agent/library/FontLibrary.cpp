@@ -57,6 +57,12 @@ void FontLibrary::Rescan() {
   PostStep();
 }
 
+void FontLibrary::SetFolders(const std::vector<std::string>& folders) {
+  watch_.SetGiven(folders);
+  scanner_.SetFolders(folders);
+  Rescan();
+}
+
 void FontLibrary::PostStep() {
   loop_.Post([this, alive = std::weak_ptr<int>(alive_)] {
     if (!alive.expired()) Step();

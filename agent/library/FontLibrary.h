@@ -43,7 +43,9 @@ class FontLibrary {
   void Start();
   // True if the first scan has finished, so that the table can be used.
   bool IsReady() const { return scanner_.HasFinishedOnce(); }
-  void Rescan();  // if none is running
+  void Rescan();  // again after one that is running
+  // Replaces the folders of the library and scans them. Fonts of folders that are left out are deactivated.
+  void SetFolders(const std::vector<std::string>& folders);
   // Call before looking at active fonts. Asks the operating system at most every few seconds, or at once with `now`.
   void FreshenSystemFonts(bool now);
   // Deactivates what clients requested; stored activations stay linked.

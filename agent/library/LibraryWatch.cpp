@@ -16,15 +16,21 @@ namespace agent {
 
 LibraryWatch::LibraryWatch(platform::RunLoop& loop, const std::vector<std::string>& given, Events events)
     : loop_(loop), events_(std::move(events)) {
-  for (const std::string& folder : given) given_[folder] = IdentityOf(folder);
+  SetGiven(given);
   lookTimer_ = platform::RunLoopTimer::After(kLookInterval, kLookInterval, [this](platform::RunLoopTimer&) { Look(); });
   loop_.AddTimer(lookTimer_, platform::RunLoopMode::kCommon);
 }
 
 LibraryWatch::~LibraryWatch() {
-  if (inotify_) loop_.UnwatchDescriptor(inotify_.Get());
+  Close();
   if (changeTimer_) loop_.RemoveTimer(changeTimer_);
   loop_.RemoveTimer(lookTimer_);
+}
+
+void LibraryWatch::SetGiven(const std::vector<std::string>& given) {
+  Close();
+  given_.clear();
+  for (const std::string& folder : given) given_[folder] = IdentityOf(folder);
 }
 
 LibraryWatch::Identity LibraryWatch::IdentityOf(const std::string& folder) {
@@ -36,6 +42,11 @@ LibraryWatch::Identity LibraryWatch::IdentityOf(const std::string& folder) {
 void LibraryWatch::Open() {
   inotify_ = platform::Descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
   if (inotify_) loop_.WatchDescriptor(inotify_.Get(), [this] { OnReady(); });
+}
+
+void LibraryWatch::Close() {
+  if (inotify_) loop_.UnwatchDescriptor(inotify_.Get());
+  inotify_.Close();
 }
 
 void LibraryWatch::BeginScan() {

@@ -35,6 +35,8 @@ class LibraryWatch {
   LibraryWatch(const LibraryWatch&) = delete;
   LibraryWatch& operator=(const LibraryWatch&) = delete;
 
+  // Replaces the given folders. Forgets what it watches, so a scan must follow.
+  void SetGiven(const std::vector<std::string>& given);
   // Call before each scan, which then adds every folder before it reads its entries.
   void BeginScan();
   // Does nothing for a watched folder. A deleted folder is removed automatically.
@@ -44,6 +46,7 @@ class LibraryWatch {
   using Identity = std::pair<uint64_t, uint64_t>;  // device and inode; zeros if it is not a folder now
   static Identity IdentityOf(const std::string& folder);
   void Open();
+  void Close();
   void OnReady();
   void Look();
   void NoteUnwatched(const std::string& folder, int error);

@@ -53,6 +53,8 @@ class Scanner {
   };
   Scanner(const Parts& parts, std::vector<std::string> folders, ScanEvents events);
 
+  // From the next start on.
+  void SetFolders(std::vector<std::string> folders) { folders_ = std::move(folders); }
   void Start();
   bool IsRunning() const { return running_; }
   bool HasFinishedOnce() const { return finishedOnce_; }

@@ -94,4 +94,17 @@ Answer<calls::GetStatus> Agent::Serve(ClientID, const calls::GetStatus::Argument
   return result;
 }
 
+Answer<calls::SetLibraryFolders> Agent::Serve(ClientID, const calls::SetLibraryFolders::Arguments& arguments) {
+  for (const std::string& folder : arguments.folders) {
+    if (!folder.starts_with('/')) return {kInvalidParam, {folder + ": is not an absolute path"}};
+  }
+  std::string problem;
+  if (!StoreLibrary(configuration_, arguments.folders, problem)) {
+    log_.Write(problem);
+    return {kDatabaseError, {problem}};
+  }
+  if (library_) library_->SetFolders(arguments.folders);
+  return calls::SetLibraryFolders::Result();
+}
+
 }  // namespace agent

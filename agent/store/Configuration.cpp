@@ -35,6 +35,23 @@ Configuration FromJson(const Json& json, const std::string& stateFolder) {
   return configuration;
 }
 
+// Returns nothing, with one line in `error`, on failure.
+std::optional<Json> ReadObject(const std::string& file, std::string& error) {
+  std::string text;
+  if (const std::error_code unreadable = platform::ReadFile(file, text)) {
+    error = file + ": " + platform::DescribeError(unreadable);
+    return std::nullopt;
+  }
+  try {
+    Json json = Json::parse(text);
+    if (json.is_object()) return json;
+    error = file + ": is not a JSON object";
+  } catch (const Json::exception& exception) {
+    error = file + ": " + exception.what();
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::string Configuration::ActiveFolderPath() const {
@@ -48,20 +65,34 @@ std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, s
     error = stateFolder + ": is not a folder";
     return std::nullopt;
   }
-  const std::string file = folder + "/" + agent_protocol::kConfigurationName;
-  std::string text;
-  if (const std::error_code unreadable = platform::ReadFile(file, text)) {
-    error = file + ": " + platform::DescribeError(unreadable);
+  const auto json = ReadObject(folder + "/" + agent_protocol::kConfigurationName, error);
+  if (!json) return std::nullopt;
+  try {
+    return FromJson(*json, folder);
+  } catch (const Json::exception& exception) {
+    error = folder + "/" + agent_protocol::kConfigurationName + ": " + exception.what();
     return std::nullopt;
   }
+}
+
+bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& folders, std::string& error) {
+  const std::string file = configuration.stateFolder + "/" + agent_protocol::kConfigurationName;
+  auto json = ReadObject(file, error);
+  if (!json) return false;
+  (*json)["library"] = folders;
+  std::string text;
   try {
-    const Json json = Json::parse(text);
-    if (json.is_object()) return FromJson(json, folder);
-    error = file + ": is not a JSON object";
-  } catch (const Json::exception& exception) {
-    error = file + ": " + exception.what();
+    text = json->dump(2) + "\n";
+  } catch (const Json::exception&) {
+    error = file + ": a folder with a name that is not UTF-8 can't be stored";
+    return false;
   }
-  return std::nullopt;
+  if (const std::error_code failure = platform::ReplaceFile(file, text)) {
+    error = file + ": " + platform::DescribeError(failure);
+    return false;
+  }
+  configuration.library = folders;
+  return true;
 }
 
 }  // namespace agent

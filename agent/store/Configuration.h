@@ -21,6 +21,9 @@ struct Configuration {
   std::string ActiveFolderPath() const;
 };
 
+// Replaces the list of folders in the file and in the object. On an error neither is changed, and `error` is one line.
+bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& folders, std::string& error);
+
 // Returns nothing, with one line in `error`, if the folder or its configuration cannot be used.
 std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, std::string& error);
 

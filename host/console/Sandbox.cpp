@@ -59,13 +59,6 @@ std::string Environment(const char* name) {
   return value ? value : "";
 }
 
-std::string Below(const char* variable, const char* homeFolder) {
-  const std::string folder = Environment(variable);
-  return folder.empty() ? Environment("HOME") + homeFolder : folder;
-}
-
-std::string DefaultStateFolder() { return Below("XDG_STATE_HOME", "/.local/state") + "/velorant/host"; }
-
 std::string ReplaceIfOther(const std::string& path, const std::string& content, bool* isOther = nullptr) {
   std::string old;
   const std::error_code unreadable = platform::ReadFile(path, old);
@@ -97,7 +90,7 @@ std::string Sandbox::PluginBundle() const { return app_ + "/host/Plug-ins/AutoAc
 
 std::string Sandbox::Prepare(const SandboxOptions& options) {
   app_ = fs::path(platform::Bundle::Main()->Folder()).parent_path().string();
-  folder_ = Absolute(options.stateFolder.empty() ? DefaultStateFolder() : options.stateFolder);
+  folder_ = Absolute(options.stateFolder.empty() ? platform::UserStateFolder() : options.stateFolder);
   if (platform::FileExists(folder_) && !platform::FolderExists(folder_)) return folder_ + ": is not a folder";
   if (const std::error_code error = platform::MakeFolder(folder_)) return Problem(folder_, error);
   activeFolder_ = agent_client::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));

@@ -1,0 +1,173 @@
+// The agent itself: its state, its library's folders, and what it tells.
+#include <poll.h>
+#include <sys/signalfd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+
+#include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
+#include "nexctl/Commands.h"
+#include "nexctl/Fonts.h"
+#include "platform/Files.h"
+
+namespace nexctl {
+
+namespace {
+
+const char* EventName(uint32_t kind) {
+  switch (kind) {
+#define EVENT_NAME(number, name, payload) \
+  case number: return #name;
+    AGENT_EVENTS(EVENT_NAME)
+#undef EVENT_NAME
+    default: return "?";
+  }
+}
+
+// Without the bytes of pictures.
+void PrintEvent(const Output& output, const Json& event) {
+  const uint32_t kind = event.value("notify", 0u);
+  if (output.IsJson()) {
+    OrderedJson object = {{"event", EventName(kind)}};
+    if (event.contains("fontID")) object["fontID"] = event["fontID"];
+    if (event.contains("payload") && kind != PluginInterface::kPreviewPNGsRendered)
+      object["payload"] = event["payload"];
+    output.Object(object);
+    return;
+  }
+  std::string line = EventName(kind);
+  if (event.contains("fontID")) line += " " + event["fontID"].dump();
+  const Json payload = event.value("payload", Json::object());
+  if (payload.contains("stepIndex") && payload.contains("numSteps")) {
+    line += " " + payload["stepIndex"].dump() + "/" + payload["numSteps"].dump() + " " + payload.value("text", "");
+  }
+  output.Line(line);
+}
+
+std::string AbsoluteFolder(const std::string& argument) {
+  std::error_code error;
+  std::string path = std::filesystem::absolute(argument, error).lexically_normal().string();
+  if (error) throw Failure(argument + ": " + error.message());
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+void SetFolders(Session& session, const std::vector<std::string>& folders) {
+  const auto reply = session.Try<calls::SetLibraryFolders>({folders});
+  if (!reply.result.problem.empty()) throw Failure(reply.result.problem);
+  if (reply.code != agent_protocol::kSuccess) throw Failure(DescribeCode(reply.code));
+  session.AwaitScan();
+}
+
+}  // namespace
+
+int ShowStatus(const Call& call) {
+  Session session(call.options.state);
+  const auto status = session.Ask<calls::GetStatus>();
+  std::string folders;
+  for (const std::string& folder : status.folders) folders += (folders.empty() ? "" : ", ") + folder;
+  const std::string scan =
+      status.isScanning ? std::to_string(status.step) + " of " + std::to_string(status.steps) : "done";
+  if (call.output.IsJson()) {
+    call.output.Object({{"state", session.StateFolder()},
+                        {"scan", scan},
+                        {"fonts", status.fonts},
+                        {"folders", status.folders},
+                        {"activeFolder", status.activeFolder},
+                        {"desktop", status.isDesktop}});
+    return 0;
+  }
+  call.output.Line("state folder   " + session.StateFolder());
+  call.output.Line("scan           " + scan);
+  call.output.Line("fonts          " + std::to_string(status.fonts));
+  call.output.Line("folders        " + folders);
+  call.output.Line("active fonts   " + status.activeFolder +
+                   (status.isDesktop ? ", for all programs" : ", for the host's sandbox"));
+  return 0;
+}
+
+int ListLibrary(const Call& call) {
+  Session session(call.options.state);
+  std::vector<std::vector<std::string>> rows;
+  for (const std::string& folder : session.Ask<calls::GetStatus>().folders) {
+    rows.push_back({folder, platform::FolderExists(folder) ? "" : "is not there now"});
+  }
+  call.output.Table({"folder", "problem"}, rows);
+  return 0;
+}
+
+int AddToLibrary(const Call& call) {
+  Session session(call.options.state);
+  std::vector<std::string> folders = session.Ask<calls::GetStatus>().folders;
+  for (const std::string& argument : call.arguments) {
+    const std::string folder = AbsoluteFolder(argument);
+    if (!platform::FolderExists(folder)) throw Failure(folder + ": is not a folder");
+    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(folder);
+  }
+  SetFolders(session, folders);
+  return 0;
+}
+
+int RemoveFromLibrary(const Call& call) {
+  Session session(call.options.state);
+  std::vector<std::string> folders = session.Ask<calls::GetStatus>().folders;
+  for (const std::string& argument : call.arguments) {
+    if (std::erase(folders, AbsoluteFolder(argument)) == 0) {
+      throw Failure(argument + ": is not among the library's folders (nexctl library list)");
+    }
+  }
+  SetFolders(session, folders);
+  return 0;
+}
+
+int Rescan(const Call& call) {
+  Session session(call.options.state);
+  session.Ask<calls::Rescan>();
+  session.AwaitScan();
+  return 0;
+}
+
+int CheckLibrary(const Call& call) {
+  Session session(call.options.state);
+  std::vector<std::vector<std::string>> rows;
+  for (const auto& problem : session.Ask<calls::GetScanReport>().problems)
+    rows.push_back({problem.path, problem.message});
+  call.output.Table({"path", "problem"}, rows);
+  return rows.empty() ? 0 : 1;
+}
+
+int Watch(const Call& call) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  const platform::Descriptor interrupted(signalfd(-1, &signals, SFD_CLOEXEC));
+  Session session(call.options.state, [&call](const Json& event) {
+    PrintEvent(call.output, event);
+    std::fflush(stdout);
+  });
+  constexpr int kLookAgain = 500;  // milliseconds
+  pollfd waited{interrupted.Get(), POLLIN, 0};
+  while (poll(&waited, 1, kLookAgain) == 0) {
+    if (session.IsLost()) throw Failure("the font manager has ended");
+  }
+  return 0;
+}
+
+int ShowLog(const Call& call) {
+  const Session session(call.options.state);
+  const std::string path = session.StateFolder() + "/agent/agent.log";
+  std::string text;
+  if (const std::error_code error = platform::ReadFile(path, text))
+    throw Failure(path + ": " + platform::DescribeError(error));
+  for (size_t at = 0; at < text.size();) {
+    const size_t end = std::min(text.find('\n', at), text.size());
+    call.output.Line(text.substr(at, end - at));
+    at = end + 1;
+  }
+  return 0;
+}
+
+}  // namespace nexctl

@@ -1,0 +1,22 @@
+#include "nexctl/Options.h"
+
+namespace nexctl {
+
+std::vector<platform::Option> OptionTable(Options& options) {
+  return {
+      {"--state", "FOLDER", "the state folder of the font manager, instead of the user's", &options.state},
+      {"--columns", "LIST", "for fonts: the columns, such as id,name,weight,path", &options.columns},
+      {"--json", "", "write one JSON object a line", &options.json},
+      {"--completion", "", "print a line for the shell that completes commands and options", &options.completion},
+      {"--manual", "", "print the manual page, in the man macros", &options.manual},
+      {"-h, --help", "", "print this help", &options.help},
+  };
+}
+
+std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
+  std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.words);
+  const bool isIncomplete = options.words.empty() && !options.help && !options.completion && !options.manual;
+  return problem.empty() && isIncomplete ? "no command named; see --help" : problem;
+}
+
+}  // namespace nexctl

@@ -1,0 +1,108 @@
+#include "nexctl/Session.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+
+#include "agent/include/AgentProtocol.h"
+#include "platform/Files.h"
+#include "platform/Folders.h"
+#include "platform/Process.h"
+#include "platform/Waiting.h"
+
+namespace nexctl {
+
+namespace {
+
+namespace fs = std::filesystem;
+constexpr std::chrono::seconds kPatience(10);
+constexpr std::chrono::seconds kSilence(1);
+
+std::string AgentProgram() {
+  std::error_code error;
+  const fs::path self = fs::read_symlink("/proc/self/exe", error);
+  return (self.parent_path().parent_path() / "agent" / agent_protocol::kAgentName).string();
+}
+
+std::string Absolute(const std::string& folder) {
+  std::error_code error;
+  const fs::path path = fs::absolute(folder, error).lexically_normal();
+  return error ? folder : path.string();
+}
+
+}  // namespace
+
+std::string DescribeCode(agent_protocol::ResultCode code) {
+  using namespace agent_protocol;
+  switch (code) {
+    case kInvalidParam: return "the font manager refuses an argument";
+    case kNotFound: return "there is no such font, set or list";
+    case kNotImplemented: return "this font manager does not know the call; is it older than this program?";
+    case kDatabaseError: return "the font manager cannot store this; its log says why (nexctl log)";
+    case kInvalidVault: return "the font manager cannot use its databases, or its state folder is gone";
+    case kCouldNotCopyFile: return "a font file could not be copied";
+    case kCantDeactivateSystemFonts: return "fonts of the operating system can't be deactivated";
+    case kMessageTooLarge: return "the request is too long";
+    case kAgentShutdownCode: return "the font manager has ended or does not answer";
+    default: break;
+  }
+  char text[64];
+  std::snprintf(text, sizeof text, "the font manager failed with code 0x%08X", code);
+  return text;
+}
+
+Session::Session(const std::string& stateFolder, NotificationHandler onNotification)
+    : stateFolder_(Absolute(stateFolder.empty() ? platform::UserStateFolder() : stateFolder)) {
+  if (Connect(onNotification)) return;
+  if (!platform::FolderExists(stateFolder_)) {
+    throw Failure(stateFolder_ + ": there is no state folder of a font manager; --state names another");
+  }
+  Launch(onNotification);
+}
+
+bool Session::Connect(const NotificationHandler& onNotification) {
+  platform::Descriptor socket = agent_client::ReachAgent(stateFolder_ + "/run");
+  if (!socket) return false;
+  connection_ = std::make_unique<agent_client::AgentConnection>(
+      std::move(socket), onNotification ? onNotification : [](const Json&) {}, [] {});
+  const auto reply = connection_->Call<calls::Hello>({.notifications = static_cast<bool>(onNotification)});
+  if (reply.code == agent_protocol::kSuccess &&
+      reply.result.protocol != static_cast<uint32_t>(agent_protocol::kProtocolVersion)) {
+    throw Failure("the font manager that runs speaks protocol " + std::to_string(reply.result.protocol) +
+                  ", this program " + std::to_string(agent_protocol::kProtocolVersion));
+  }
+  return reply.code == agent_protocol::kSuccess;
+}
+
+void Session::AwaitScan() {
+  const bool isTerminal = isatty(STDERR_FILENO) != 0;
+  const auto start = std::chrono::steady_clock::now();
+  bool isShown = false;
+  platform::WaitUntil(platform::kForever, [&] {
+    const auto status = Ask<calls::GetStatus>();
+    if (!status.isScanning) return true;
+    if (isTerminal && std::chrono::steady_clock::now() - start > kSilence) {
+      std::fprintf(stderr, "\r\033[Kreading fonts: %u of %u files", status.step, status.steps);
+      isShown = true;
+    }
+    return false;
+  });
+  if (isShown) std::fprintf(stderr, "\r\033[K");
+}
+
+void Session::Launch(const NotificationHandler& onNotification) {
+  const std::string agent = AgentProgram(), errors = stateFolder_ + "/logs/agent.err";
+  std::string problem;
+  if (const std::error_code error = platform::MakeFolder(stateFolder_ + "/logs")) {
+    throw Failure(stateFolder_ + "/logs: " + platform::DescribeError(error));
+  }
+  if (!platform::LaunchDetached(agent, stateFolder_, errors, &problem)) throw Failure(problem);
+  if (platform::WaitUntil(kPatience, [&] { return Connect(onNotification); })) return;
+  std::string words;
+  platform::ReadFile(errors, words);
+  throw Failure(agent + ": the font manager did not start" + (words.empty() ? "" : ": " + words));
+}
+
+}  // namespace nexctl

@@ -1,0 +1,47 @@
+// nexctl: manages fonts from the command line.
+#include <cstdio>
+#include <system_error>
+
+#include "nexctl/Commands.h"
+#include "nexctl/Help.h"
+#include "nexctl/Session.h"
+#include "platform/PlainText.h"
+
+namespace {
+
+enum EStatus : int { kDone = 0, kNotDone = 1, kWrongUsage = 2 };
+
+int Fail(const char* what, EStatus status) {
+  std::fprintf(stderr, "nexctl: %s\n", platform::OneLine(what).c_str());
+  return status;
+}
+
+int Print(const std::string& text) { return std::fputs(text.c_str(), stdout) < 0 ? kNotDone : kDone; }
+
+int RunCommand(const nexctl::Options& options) {
+  try {
+    nexctl::Call call{options, {}, nexctl::Output(options.json)};
+    const nexctl::Command& command = nexctl::FindCommand(options.words, call.arguments);
+    const int status = command.run(call);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) return Fail("the output could not be written", kNotDone);
+    return status;
+  } catch (const nexctl::WrongUsage& usage) {
+    return Fail(usage.what(), kWrongUsage);
+  } catch (const nexctl::Failure& failure) {
+    return Fail(failure.what(), kNotDone);
+  } catch (const std::system_error& error) {
+    return Fail(error.what(), kNotDone);
+  }
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  nexctl::Options options;
+  const std::string problem = nexctl::ParseOptions(std::vector<std::string>(words + 1, words + count), options);
+  if (!problem.empty()) return Fail(problem.c_str(), kWrongUsage);
+  if (options.help) return Print(nexctl::HelpText());
+  if (options.completion) return Print(nexctl::CompletionText());
+  if (options.manual) return Print(nexctl::ManualPage());
+  return RunCommand(options);
+}

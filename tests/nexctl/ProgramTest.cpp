@@ -1,0 +1,164 @@
+// The program as a user starts it, with the real agent, which it starts by itself.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
+
+#include "support/DebianFonts.h"
+#include "support/ScopedVariable.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using Json = nlohmann::json;
+using test_support::TempFolder;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+
+struct Outcome {
+  int status = 0;
+  std::string output, errors;
+};
+
+class Nexctl : public testing::Test {
+ protected:
+  Nexctl() {
+    std::filesystem::create_directory(folder_ / "fonts");
+    for (const char* name : {"LiberationSerif-Bold.ttf", "LiberationMono-Bold.ttf"}) {
+      std::filesystem::copy_file(debian_fonts::kLiberation + name, folder_ / "fonts/" + name);
+    }
+    std::filesystem::copy_file(debian_fonts::kLiberation + "LiberationMono-Bold.ttf", folder_ / "fonts/copy.ttf");
+    folder_.Write("fonts/broken.otf", "not a font");
+    folder_.Write("state/nexcore.json", R"({"library": ["../fonts"], "exitWithLastClient": true})");
+    folder_.Write("state/fonts.conf", "<fontconfig><dir>" + folder_ / "state/active" + "</dir><cachedir>" +
+                                          folder_ / "state/cache" + "</cachedir></fontconfig>");
+  }
+
+  // With words as a shell takes them.
+  Outcome Run(const std::string& words) const {
+    const std::string out = folder_ / "out", err = folder_ / "err";
+    const std::string line =
+        "'" APP_DIR "/nexctl/nexctl' --state '" + folder_ / "state" + "' " + words + " >'" + out + "' 2>'" + err + "'";
+    const int status = std::system(line.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TempFolder::Content(out), TempFolder::Content(err)};
+  }
+
+  TempFolder folder_;
+};
+
+struct Row {
+  const char* words;
+  int status;
+  const char* output;  // a part of it
+};
+
+// One after the other; the agent keeps what earlier commands changed.
+const Row kSession[] = {
+    {"fonts 'design = serif'", 0, "LiberationSerif-Bold"},  // waits for the scan, as status does not
+    {"status", 0, "fonts          3"},
+    {"--columns name,weight,added fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold  700"},
+    {"show LiberationSerif-Bold", 0, "languages"},
+    {"activate LiberationSerif-Bold", 0, "activated"},
+    {"--json fonts active", 0, "\"state\":\"active\""},
+    {"duplicates", 0, "copy.ttf"},
+    {"check", 1, "broken.otf"},
+    {"set create Titles LiberationSerif-Bold", 0, "id\n1\n"},
+    {"set add 1 LiberationSerif-Bold", 0, ""},
+    {"set list", 0, "Titles"},
+    {"smartset create 'Bold ones' weight = 700", 0, "id\n1\n"},
+    {"smartset change 1 Bold weight '>=' 700", 0, ""},
+    {"smartset list", 0, "weight >= 700"},
+    {"smartlist create Mine set:1 smartset:1", 0, "id\n101\n"},
+    {"smartlist show 101", 0, "smartset 1 \"Bold\": weight >= 700"},
+    {"smartlist show 101", 0, "LiberationSerif-Bold"},
+    {"smartlist rename 101 Ours", 0, ""},
+    {"smartlist change 101 workgroup:1", 0, ""},
+    {"smartlist list", 0, "101  Ours"},
+    {"smartlist delete 101", 0, ""},
+    {"smartset delete 1", 0, ""},
+    {"deactivate LiberationSerif-Bold", 0, "inactive"},
+    {"export /proc/nowhere LiberationSerif-Bold", 1, ""},
+    {"library rescan", 0, ""},
+    {"library remove fonts", 1, ""},
+    {"library remove \"$FONTS\"", 0, ""},
+    {"fonts name = LiberationSerif-Bold", 0, ""},
+    {"library list", 0, ""},
+    {"library add \"$FONTS/\"", 0, ""},
+    {"library list", 0, "/fonts"},
+    {"fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold.ttf"},
+    {"log", 0, ""},
+};
+
+TEST_F(Nexctl, ManagesALibrary) {
+  const test_support::ScopedVariable fonts("FONTS", (folder_ / "fonts").c_str());
+  for (const Row& row : kSession) {
+    const Outcome outcome = Run(row.words);
+    EXPECT_EQ(outcome.status, row.status) << row.words << "\n" << outcome.output << outcome.errors;
+    EXPECT_THAT(outcome.output, HasSubstr(row.output)) << row.words << "\n" << outcome.errors;
+  }
+  EXPECT_EQ(Run("export '" + folder_ / "" + "' LiberationSerif-Bold").status, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "LiberationSerif-Bold.ttf"));
+}
+
+TEST_F(Nexctl, MistakesAreExplained) {
+  const Row rows[] = {
+      {"", 2, "no command"},
+      {"dance", 2, "no command 'dance'"},
+      {"set", 2, "needs a second word"},
+      {"show", 2, "takes FONT"},
+      {"--what", 2, "unknown option"},
+      {"fonts weight", 2, "operator is expected"},
+      {"--columns name,age fonts", 2, "no column 'age'"},
+      {"smartset create X weight", 2, "operator is expected"},
+      {"smartlist create X kind:3", 2, "workgroup:ID"},
+      {"smartlist rename 2 X", 1, "refuses"},
+      {"smartlist delete 500", 1, "no such"},
+      {"show Nonesuch", 1, "no font Nonesuch"},
+      {"show 999999", 1, "no font 999999"},
+      {"activate LiberationMono-Bold", 1, "in several files"},
+      {"--state /nonexistent/folder status", 1, "no state folder"},
+  };
+  for (const Row& row : rows) {
+    const Outcome outcome = Run(row.words);
+    EXPECT_EQ(outcome.status, row.status) << row.words << "\n" << outcome.errors;
+    EXPECT_THAT(outcome.errors, HasSubstr(row.output)) << row.words;
+    EXPECT_THAT(outcome.output, IsEmpty()) << row.words;
+  }
+}
+
+// Every command and option is in the help, the manual page and the completion.
+TEST_F(Nexctl, OneTableDescribesIt) {
+  const std::string help = Run("--help").output, manual = Run("--manual").output,
+                    completion = Run("--completion").output;
+  std::set<std::string> words;
+  const std::regex line("\n  (-[^ ,]+|[a-z]+( [a-z]+)?)[ ,]");
+  for (std::sregex_iterator match(help.begin(), help.end(), line), end; match != end; ++match)
+    words.insert((*match)[1]);
+  EXPECT_GT(words.size(), 20u);
+  for (const std::string& word : words) {
+    const std::string escaped = std::regex_replace(word, std::regex("-"), "\\-");
+    EXPECT_THAT(manual, HasSubstr(escaped)) << word;
+    EXPECT_THAT(completion, HasSubstr(word)) << word;
+  }
+}
+
+TEST_F(Nexctl, WritesJSONALine) {
+  const Outcome outcome = Run("--json fonts");
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  size_t lines = 0;
+  for (size_t at = 0, end = 0; (end = outcome.output.find('\n', at)) != std::string::npos; at = end + 1, ++lines) {
+    const Json font = Json::parse(outcome.output.substr(at, end - at));
+    EXPECT_THAT(font["path"].get<std::string>(), HasSubstr("/fonts/"));
+    EXPECT_THAT(font["added"].get<std::string>(), MatchesRegex("20[0-9-]{8}"));
+  }
+  EXPECT_EQ(lines, 3u);
+  // A pipe that nobody reads is no success.
+  EXPECT_EQ(Run("fonts >/dev/full; test $? = 1").status, 0);
+}
+
+}  // namespace
