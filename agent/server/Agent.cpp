@@ -32,13 +32,17 @@ Agent::Agent(const Configuration& configuration, const InstanceLock& lock, platf
     : configuration_(configuration),
       lock_(lock),
       loop_(loop),
-      server_(loop, {[this](ClientID client, std::string_view message) {
-                       CheckPlace();
-                       dispatcher_.OnMessage(client, message);
-                     },
-                     [this](ClientID client) { OnGone(client); }}),
+      server_(loop,
+              {[this](ClientID client, std::string_view message) {
+                 CheckPlace();
+                 dispatcher_.OnMessage(client, message);
+               },
+               [this](ClientID client) { OnGone(client); }, [this](const std::string& line) { log_.Write(line); }}),
       dispatcher_({[this](ClientID client, const std::string& message) { server_.Send(client, message); },
-                   [this](ClientID client) { server_.Drop(client); },
+                   [this](ClientID client) {
+                     log_.Write("a client sent what is no request; its connection is closed");
+                     server_.Drop(client);
+                   },
                    [this](const std::string& line) { log_.Write(line); }}),
       previews_(configuration.DataFolder() + "/previews", ProgramBesideThis("preview-worker"), loop,
                 MakePreviewEvents()) {}

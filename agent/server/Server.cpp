@@ -127,6 +127,8 @@ void Server::Receive(ClientID client) {
     const FrameReader::Result result = found->second.reader.Next(message);
     if (result == FrameReader::Result::kIncomplete) return;
     if (result == FrameReader::Result::kTooLong) {
+      Report("a client sent a message longer than " + std::to_string(agent_protocol::kLongestRequest) +
+             " bytes; its connection is closed");
       End(client);
       return;
     }
@@ -140,8 +142,10 @@ void Server::Send(ClientID client, std::string_view message) {
   Connection& connection = found->second;
   const uint32_t length = htonl(static_cast<uint32_t>(message.size()));
   connection.unsent.append(reinterpret_cast<const char*>(&length), sizeof length).append(message);
-  if (message.size() > platform::kLongestMessage || connection.unsent.size() > kMostUnsent ||
-      !Write(client, connection)) {
+  if (message.size() > platform::kLongestMessage || connection.unsent.size() > kMostUnsent) {
+    Report("a client leaves more than " + std::to_string(kMostUnsent >> 20) + " MiB unread; its connection is closed");
+    Drop(client);
+  } else if (!Write(client, connection)) {
     Drop(client);
   }
 }
@@ -174,6 +178,10 @@ void Server::Drop(ClientID client) {
   if (found == connections_.end()) return;
   found->second.isDropped = true;
   shutdown(found->second.socket.Get(), SHUT_RDWR);
+}
+
+void Server::Report(const std::string& line) const {
+  if (events_.report) events_.report(line);
 }
 
 void Server::End(ClientID client) {

@@ -21,6 +21,8 @@ namespace agent {
 struct ServerEvents {
   std::function<void(ClientID, std::string_view message)> message;
   std::function<void(ClientID)> gone;
+  std::function<void(const std::string& line)>
+      report;  // a line for people: why a client was disconnected; may be empty
 };
 
 class Server {
@@ -56,6 +58,7 @@ class Server {
   bool Write(ClientID client, Connection& connection);
   void Watch(ClientID client, Connection& connection);
   void End(ClientID client);
+  void Report(const std::string& line) const;
 
   platform::RunLoop& loop_;
   ServerEvents events_;

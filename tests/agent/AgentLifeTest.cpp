@@ -17,6 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace agent_ring;
+using testing::AllOf;
 using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -144,6 +145,8 @@ TEST_F(AgentLife, NonsenseOnTheWireEndsOnlyWhoSentIt) {
     client.SendBytes(bytes);
     EXPECT_TRUE(client.IsEnded());
   }
+  EXPECT_THAT(debian_fonts::Bytes(state_ / "agent/agent.log"),
+              AllOf(HasSubstr("longer than 1048576 bytes"), HasSubstr("no request; its connection is closed")));
   EXPECT_NE(FontNamed("LiberationSerif-Bold"), 0u);
 }
 
