@@ -21,8 +21,8 @@ namespace agent {
 struct ServerEvents {
   std::function<void(ClientID, std::string_view message)> message;
   std::function<void(ClientID)> gone;
-  std::function<void(const std::string& line)>
-      report;  // a line for people: why a client was disconnected; may be empty
+  // A line for people: why a client was disconnected. May be empty.
+  std::function<void(const std::string& line)> report = nullptr;
 };
 
 class Server {
