@@ -16,9 +16,9 @@ bool Report(const Call& call, Session& session, const std::vector<Outcome>& outc
   std::vector<std::vector<std::string>> rows;
   bool isGood = true;
   for (const Outcome& outcome : outcomes) {
+    isGood = isGood && (&outcome == &outcomes.front() || outcome.ids.empty());
     for (const Description& font : Describe(session, outcome.ids)) {
       rows.push_back({outcome.word, std::to_string(font.fontID), font.postscriptName, font.path});
-      isGood = isGood && &outcome == &outcomes.front();
     }
   }
   call.output.Table({"outcome", "id", "name", "path"}, rows);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 #include "nexctl/Commands.h"
@@ -44,14 +43,6 @@ void PrintEvent(const Output& output, const Json& event) {
     line += " " + payload["stepIndex"].dump() + "/" + payload["numSteps"].dump() + " " + payload.value("text", "");
   }
   output.Line(line);
-}
-
-std::string AbsoluteFolder(const std::string& argument) {
-  std::error_code error;
-  std::string path = std::filesystem::absolute(argument, error).lexically_normal().string();
-  if (error) throw Failure(argument + ": " + error.message());
-  while (path.size() > 1 && path.back() == '/') path.pop_back();
-  return path;
 }
 
 void SetFolders(Session& session, const std::vector<std::string>& folders) {
@@ -157,8 +148,8 @@ int Watch(const Call& call) {
 }
 
 int ShowLog(const Call& call) {
-  const Session session(call.options.state);
-  const std::string path = session.StateFolder() + "/agent/agent.log";
+  // Also of an agent that does not start.
+  const std::string path = StateFolderNamed(call.options.state) + "/agent/agent.log";
   std::string text;
   if (const std::error_code error = platform::ReadFile(path, text))
     throw Failure(path + ": " + platform::DescribeError(error));

@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <map>
 
 #include "nexctl/Commands.h"
@@ -147,9 +146,7 @@ int ExportFonts(const Call& call) {
   Session session(call.options.state);
   const std::vector<std::string> names(call.arguments.begin() + 1, call.arguments.end());
   const Numbers ids = FontsNamed(session, names);
-  std::error_code error;
-  const std::string folder = std::filesystem::absolute(call.arguments[0], error).lexically_normal().string();
-  if (error) throw Failure(call.arguments[0] + ": " + error.message());
+  const std::string folder = AbsoluteFolder(call.arguments[0]);
   const auto reply = session.Try<calls::ExportFonts>({ids, folder});
   std::vector<std::vector<std::string>> rows;
   for (const std::string& copy : reply.result.copies) rows.push_back({copy});

@@ -4,8 +4,10 @@
 #include <charconv>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 
 #include "agent/include/AgentProtocol.h"
+#include "platform/TextEncoding.h"
 
 namespace nexctl {
 
@@ -84,6 +86,16 @@ std::string StateText(const Description& font) {
     case agent_protocol::kSystemActive: return "system";
     default: return "";
   }
+}
+
+std::string AbsoluteFolder(const std::string& argument) {
+  std::error_code error;
+  std::string path = std::filesystem::absolute(argument, error).lexically_normal().string();
+  if (error) throw Failure(argument + ": " + error.message());
+  // The protocol has no form for other names.
+  if (!platform::IsValidUTF8(path)) throw Failure(path + ": a folder whose name is not UTF-8 can't be used");
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
 }
 
 std::string DayText(uint32_t seconds) {

@@ -19,6 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 constexpr std::chrono::seconds kPatience(10);
 constexpr std::chrono::seconds kSilence(1);
+constexpr std::chrono::milliseconds kBetweenLooks(50);
 
 std::string AgentProgram() {
   std::error_code error;
@@ -33,6 +34,10 @@ std::string Absolute(const std::string& folder) {
 }
 
 }  // namespace
+
+std::string StateFolderNamed(const std::string& name) {
+  return Absolute(name.empty() ? platform::UserStateFolder() : name);
+}
 
 std::string DescribeCode(agent_protocol::ResultCode code) {
   using namespace agent_protocol;
@@ -54,7 +59,7 @@ std::string DescribeCode(agent_protocol::ResultCode code) {
 }
 
 Session::Session(const std::string& stateFolder, NotificationHandler onNotification)
-    : stateFolder_(Absolute(stateFolder.empty() ? platform::UserStateFolder() : stateFolder)) {
+    : stateFolder_(StateFolderNamed(stateFolder)) {
   if (Connect(onNotification)) return;
   if (!platform::FolderExists(stateFolder_)) {
     throw Failure(stateFolder_ + ": there is no state folder of a font manager; --state names another");
@@ -73,6 +78,7 @@ bool Session::Connect(const NotificationHandler& onNotification) {
     throw Failure("the font manager that runs speaks protocol " + std::to_string(reply.result.protocol) +
                   ", this program " + std::to_string(agent_protocol::kProtocolVersion));
   }
+  if (connection_->HasFallenSilent()) throw Failure("the font manager runs and does not answer");
   return reply.code == agent_protocol::kSuccess;
 }
 
@@ -80,15 +86,18 @@ void Session::AwaitScan() {
   const bool isTerminal = isatty(STDERR_FILENO) != 0;
   const auto start = std::chrono::steady_clock::now();
   bool isShown = false;
-  platform::WaitUntil(platform::kForever, [&] {
-    const auto status = Ask<calls::GetStatus>();
-    if (!status.isScanning) return true;
-    if (isTerminal && std::chrono::steady_clock::now() - start > kSilence) {
-      std::fprintf(stderr, "\r\033[Kreading fonts: %u of %u files", status.step, status.steps);
-      isShown = true;
-    }
-    return false;
-  });
+  platform::WaitUntil(
+      platform::kForever,
+      [&] {
+        const auto status = Ask<calls::GetStatus>();
+        if (!status.isScanning) return true;
+        if (isTerminal && std::chrono::steady_clock::now() - start > kSilence) {
+          std::fprintf(stderr, "\r\033[Kreading fonts: %u of %u files", status.step, status.steps);
+          isShown = true;
+        }
+        return false;
+      },
+      kBetweenLooks);
   if (isShown) std::fprintf(stderr, "\r\033[K");
 }
 
@@ -98,6 +107,7 @@ void Session::Launch(const NotificationHandler& onNotification) {
   if (const std::error_code error = platform::MakeFolder(stateFolder_ + "/logs")) {
     throw Failure(stateFolder_ + "/logs: " + platform::DescribeError(error));
   }
+  std::remove(errors.c_str());  // those of the previous agent
   if (!platform::LaunchDetached(agent, stateFolder_, errors, &problem)) throw Failure(problem);
   if (platform::WaitUntil(kPatience, [&] { return Connect(onNotification); })) return;
   std::string words;

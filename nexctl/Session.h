@@ -23,6 +23,8 @@ struct WrongUsage : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The absolute path of the named state folder; of the user's if the name is empty.
+std::string StateFolderNamed(const std::string& name);
 // A line for people about a code of the agent.
 std::string DescribeCode(agent_protocol::ResultCode code);
 

@@ -16,7 +16,10 @@ int Fail(const char* what, EStatus status) {
   return status;
 }
 
-int Print(const std::string& text) { return std::fputs(text.c_str(), stdout) < 0 ? kNotDone : kDone; }
+int Print(const std::string& text) {
+  if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return kDone;
+  return Fail("the output could not be written", kNotDone);
+}
 
 int RunCommand(const nexctl::Options& options) {
   try {

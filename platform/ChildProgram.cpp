@@ -79,7 +79,7 @@ void ChildProgram::Kill() {
 }
 
 bool ChildProgram::Reap(int& status) {
-  kill(process_, SIGTERM);
+  kill(process_, SIGKILL);
   pid_t reaped = 0;
   while ((reaped = waitpid(process_, &status, 0)) < 0 && errno == EINTR) {
   }

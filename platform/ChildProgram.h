@@ -29,7 +29,7 @@ class PLATFORM_API ChildProgram {
   int Socket() const { return socket_.Get(); }
   pid_t Process() const { return process_; }
   void Kill();
-  // Call when the child has closed its end: terminates it if it still runs, waits, and stores its status as of waitpid.
+  // Call when the child has closed its end: kills it if it still runs, waits, and stores its status as of waitpid.
   // Returns false if the status is not known.
   bool Reap(int& status);
 

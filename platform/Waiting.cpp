@@ -8,7 +8,8 @@ bool WaitUntil(std::chrono::milliseconds longest, const std::function<bool()>& c
                std::chrono::milliseconds pause) {
   const auto start = std::chrono::steady_clock::now();
   while (!condition()) {
-    if (std::chrono::steady_clock::now() - start >= longest) return false;
+    // kForever as nanoseconds would overflow.
+    if (longest != kForever && std::chrono::steady_clock::now() - start >= longest) return false;
     std::this_thread::sleep_for(pause);
   }
   return true;

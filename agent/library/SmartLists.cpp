@@ -5,6 +5,7 @@
 #include <set>
 
 #include "agent/fonts/FontRecord.h"
+#include "agent/fonts/ShownText.h"
 #include "platform/Clock.h"
 #include "platform/TextEncoding.h"
 
@@ -27,9 +28,10 @@ bool IsBefore(const Font* a, const Font* b) {
   return order != 0 ? order < 0 : a->id < b->id;
 }
 
+// On one line.
 std::string Quoted(const std::string& name) {
   std::string quoted = "\"";
-  for (const char c : name) {
+  for (const char c : WithoutControls(name, " ")) {
     if (c == '"' || c == '\\') quoted += '\\';
     quoted += c;
   }
@@ -115,7 +117,9 @@ std::string SmartLists::TreeText(uint32_t id) const {
   }
   for (const uint32_t smartSetID : list->query.smartSetIDs) {
     const auto set = parts_.store.FindSmartSet(smartSetID);
-    if (set) text += "smartset " + std::to_string(smartSetID) + " " + Quoted(set->name) + ": " + set->rule + "\n";
+    if (set)
+      text += "smartset " + std::to_string(smartSetID) + " " + Quoted(set->name) + ": " +
+              WithoutControls(set->rule, " ") + "\n";
   }
   return text;
 }

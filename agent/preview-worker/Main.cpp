@@ -33,6 +33,7 @@ bool Serve(agent::NameRenderer& renderer, const std::string& message, const std:
     platform::LimitChildTime(agent::kRenderSeconds);
     pictures = renderer.Render(request, path);
     answer.isMarked = pictures.isMarked;
+    answer.couldOpen = pictures.couldOpen;
   } catch (const std::runtime_error& error) {
     answer.problem = error.what();
   }

@@ -89,6 +89,8 @@ std::optional<PreviewFiles> PreviewCache::Find(const std::string& key) {
     return std::nullopt;
   }
   entries_.splice(entries_.end(), entries_, found->second);
+  std::error_code ignored;  // the time only gives the order after a restart
+  std::filesystem::last_write_time(files.path, std::filesystem::file_time_type::clock::now(), ignored);
   return files;
 }
 
@@ -96,7 +98,9 @@ std::error_code PreviewCache::Put(const std::string& key, const std::string& png
                                   PreviewFiles& files) {
   if (!isLoaded_) Load();
   files = {"", "", png};
-  std::error_code error = platform::MakeFolder(folder_, 0700);
+  std::error_code error;
+  // Only this folder: without the one above it, the state folder is gone and must not come back.
+  std::filesystem::create_directory(folder_, error);
   if (!error) error = WriteFile(Path2xOf(key), png2x);
   if (!error) error = WriteFile(PathOf(key), png);
   if (error) return error;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "platform/Clock.h"
 #include "platform/Files.h"
 
 namespace agent {
@@ -39,7 +38,9 @@ Previews::Previews(std::string cacheFolder, std::string worker, platform::RunLoo
       cache_(std::move(cacheFolder), kMostCacheBytes),
       worker_(std::move(worker), loop) {}
 
-Previews::~Previews() = default;
+Previews::~Previews() {
+  if (timer_) loop_.RemoveTimer(timer_);
+}
 
 void Previews::Render(uint32_t client, const std::vector<PreviewFont>& fonts, const PreviewSize& size, bool isUrgent) {
   // From the back, so that the first one ends in front.
@@ -50,7 +51,9 @@ void Previews::Render(uint32_t client, const std::vector<PreviewFont>& fonts, co
 void Previews::Queue(Wish wish, bool isUrgent) {
   std::deque<Wish>& queue = isUrgent ? urgent_ : others_;
   queue.push_front(std::move(wish));
-  if (queue.size() > kMostQueued) queue.pop_back();
+  if (queue.size() <= kMostQueued) return;
+  Add(queue.back(), {});
+  queue.pop_back();
 }
 
 void Previews::OnGone(uint32_t client) {
@@ -68,18 +71,36 @@ void Previews::PostStep() {
   });
 }
 
+// Sends what is ready, and goes on, a moment later.
+void Previews::StepLater() {
+  if (timer_) return;
+  timer_ = platform::RunLoopTimer::After(kLongestTogether, 0, [this](platform::RunLoopTimer&) {
+    timer_ = nullptr;
+    Flush();
+    PostStep();
+  });
+  loop_.AddTimer(timer_, platform::RunLoopMode::kCommon);
+}
+
 void Previews::Step() {
   isPosted_ = false;
+  bool mustWait = false;
   for (size_t i = 0; i < kMostFromCacheInAStep && !worker_.IsBusy(); ++i) {
     std::deque<Wish>& queue = urgent_.empty() ? others_ : urgent_;
     if (queue.empty()) break;
+    mustWait = !events_.canTake(queue.front().client);
+    if (mustWait) break;
     const Wish wish = std::move(queue.front());
     queue.pop_front();
     Take(wish);
   }
   const bool isIdle = urgent_.empty() && others_.empty() && !worker_.IsBusy();
-  if (isIdle || readyCount_ >= kMostTogether || platform::Clock::Steady() - readySince_ >= kLongestTogether) Flush();
-  if (!isIdle && !worker_.IsBusy()) PostStep();
+  if (isIdle || readyCount_ >= kMostTogether) Flush();
+  if (mustWait) {
+    StepLater();
+  } else if (!isIdle && !worker_.IsBusy()) {
+    PostStep();
+  }
 }
 
 void Previews::Take(const Wish& wish) {
@@ -96,10 +117,15 @@ void Previews::Ask(const Wish& wish, bool inFallback) {
 
 void Previews::OnRendered(const Wish& wish, RenderedName name, bool inFallback) {
   if (!name.problem.empty()) {
-    events_.report(wish.font.path + ": " + name.problem);
+    if (reported_.insert(wish.font.id).second) events_.report(wish.font.path + ": " + name.problem);
     // The font ended the worker; its name can still be drawn in another one.
     if (name.hasEnded && !inFallback) return Ask(wish, true);
     Add(wish, {});
+    return PostStep();
+  }
+  // A picture without the font itself may be due to a moment's failure, so it is not kept.
+  if (!name.couldOpen) {
+    Add(wish, {"", "", std::move(name.png)});
     return PostStep();
   }
   PreviewFiles files;
@@ -113,9 +139,9 @@ void Previews::OnRendered(const Wish& wish, RenderedName name, bool inFallback) 
 }
 
 void Previews::Add(const Wish& wish, PreviewFiles files) {
-  if (readyCount_ == 0) readySince_ = platform::Clock::Steady();
   ready_[wish.client].push_back({wish.font.id, std::move(files)});
   ++readyCount_;
+  StepLater();
 }
 
 void Previews::Flush() {

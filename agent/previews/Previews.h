@@ -38,6 +38,8 @@ struct Preview {
 struct PreviewEvents {
   // Some of the previews that a client asked for. A font that can't be drawn at all comes without files.
   std::function<void(uint32_t client, const std::vector<Preview>&)> rendered;
+  // False while the client has not read what it was sent. Its previews wait.
+  std::function<bool(uint32_t client)> canTake;
   std::function<void(const std::string& line)> report;  // a line for people
 };
 
@@ -50,8 +52,8 @@ class Previews {
   Previews& operator=(const Previews&) = delete;
 
   const std::string& Folder() const { return cache_.Folder(); }
-  // The fonts come before those that were asked for earlier with the same or less urgency. A client has at most kMostQueued
-  // waiting; beyond that the oldest ones are not drawn.
+  // The fonts come before those that were asked for earlier with the same or less urgency. At most kMostQueued wait in each
+  // of the two queues; beyond that the oldest ones are not drawn, and come without files.
   void Render(uint32_t client, const std::vector<PreviewFont>& fonts, const PreviewSize& size, bool isUrgent);
   void OnGone(uint32_t client);
 
@@ -66,6 +68,7 @@ class Previews {
   };
   void Queue(Wish wish, bool isUrgent);
   void PostStep();
+  void StepLater();
   void Step();
   void Take(const Wish& wish);
   void OnRendered(const Wish& wish, RenderedName name, bool inFallback);
@@ -80,7 +83,8 @@ class Previews {
   std::deque<Wish> urgent_, others_;
   std::map<uint32_t, std::vector<Preview>> ready_;  // by client
   size_t readyCount_ = 0;
-  double readySince_ = 0;
+  platform::RunLoopTimerRef timer_;  // null if nothing is due
+  std::set<uint32_t> reported_;      // fonts whose problem is in the log
   bool isPosted_ = false;
   bool saidCacheFails_ = false;
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps check whether this object still exists

@@ -102,8 +102,9 @@ std::string Draw(FT_Face face, const Line& line, const RenderRequest& request, i
   return canvas.PNG();
 }
 
-std::optional<Pictures> RenderIn(FT_Face face, const RenderRequest& request, bool isMarked) {
+std::optional<Pictures> RenderIn(FT_Face face, const RenderRequest& request, bool isMarked, bool couldOpen) {
   Pictures pictures;
+  pictures.couldOpen = couldOpen;
   pictures.isMarked = isMarked;
   const auto one = Fit(face, request, 1, isMarked);
   if (!one) return std::nullopt;
@@ -128,13 +129,15 @@ NameRenderer::Face NameRenderer::Open(const std::string& path, uint32_t index) c
 }
 
 Pictures NameRenderer::Render(const RenderRequest& request, const std::string& path) {
+  bool couldOpen = false;
   if (!request.inFallback) {
     const Face face = Open(path, request.faceIndex);
+    couldOpen = face != nullptr;
     // A symbol font has pictures at the places of letters, so its name would not be readable.
     const bool hasText = face && FT_Select_Charmap(face.get(), FT_ENCODING_UNICODE) == 0;
     try {
       if (hasText) {
-        if (auto pictures = RenderIn(face.get(), request, false)) return *pictures;
+        if (auto pictures = RenderIn(face.get(), request, false, couldOpen)) return *pictures;
       }
     } catch (const std::runtime_error&) {
       // A broken glyph: the name is drawn below, with the mark.
@@ -144,7 +147,7 @@ Pictures NameRenderer::Render(const RenderRequest& request, const std::string& p
   if (!fallback) throw std::runtime_error("there is no font to draw the name with");
   const Face face = Open(fallback->path, static_cast<uint32_t>(fallback->faceIndex));
   if (face) {
-    if (auto pictures = RenderIn(face.get(), request, true)) return *pictures;
+    if (auto pictures = RenderIn(face.get(), request, true, couldOpen)) return *pictures;
   }
   throw std::runtime_error("the name can't be drawn in " + fallback->path);
 }

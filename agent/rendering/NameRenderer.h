@@ -15,6 +15,7 @@ namespace agent {
 struct Pictures {
   std::string png, png2x;
   bool isMarked = false;
+  bool couldOpen = false;  // the font itself was opened
 };
 
 // Not thread-safe. Works in a process of its own, because a broken font can make it loop or crash.

@@ -24,16 +24,16 @@ struct RenderRequest {
 };
 
 struct RenderAnswer {
-  std::string problem;    // empty if there are pictures
-  bool isMarked = false;  // drawn in the fallback font
-  AGENT_FIELDS(problem, isMarked)
+  std::string problem;     // empty if there are pictures
+  bool isMarked = false;   // drawn in the fallback font
+  bool couldOpen = false;  // the font itself was opened
+  AGENT_FIELDS(problem, isMarked, couldOpen)
 };
 
-// Limits of a request, in pixels and, for the name, in bytes.
+// Limits of a request, in pixels.
 inline constexpr uint32_t kSmallestTextSize = 4, kLargestTextSize = 200;
 inline constexpr uint32_t kLargestWidth = 4000;
 inline constexpr uint32_t kSmallestHeight = 4, kLargestHeight = 400;
-inline constexpr size_t kLongestName = 1024;
 
 inline constexpr uint64_t kRenderMemory = uint64_t{1} << 29;  // bytes of address space of the worker
 inline constexpr uint32_t kRenderSeconds = 3;                 // of processor time for one request

@@ -10,6 +10,8 @@ namespace agent {
 
 namespace {
 
+constexpr size_t kMostUnread = 4u << 20;  // bytes
+
 // Leaves out fonts that do not exist and those in `done`.
 std::vector<PreviewFont> FontsOf(const FontTable& table, const Numbers& ids, std::set<uint32_t>& done) {
   std::vector<PreviewFont> fonts;
@@ -50,6 +52,7 @@ PreviewEvents Agent::MakePreviewEvents() {
     for (const Preview& preview : previews) payload[std::to_string(preview.fontID)] = PayloadOf(preview);
     server_.Send(client, ToText({{"notify", PluginInterface::kPreviewPNGsRendered}, {"payload", payload}}));
   };
+  events.canTake = [this](ClientID client) { return server_.Unsent(client) < kMostUnread; };
   events.report = [this](const std::string& line) { log_.Write(line); };
   return events;
 }

@@ -150,6 +150,11 @@ void Server::Send(ClientID client, std::string_view message) {
   }
 }
 
+size_t Server::Unsent(ClientID client) const {
+  const auto found = connections_.find(client);
+  return found == connections_.end() ? 0 : found->second.unsent.size();
+}
+
 bool Server::Write(ClientID client, Connection& connection) {
   size_t sent = 0;
   while (sent < connection.unsent.size()) {

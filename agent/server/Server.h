@@ -37,6 +37,8 @@ class Server {
   // deleted and created again while this server was running.
   void StopListening();
   void Send(ClientID client, std::string_view message);
+  // The number of bytes that the client has not read yet.
+  size_t Unsent(ClientID client) const;
   // Takes effect in the next round of the loop, so a handler may drop its own client.
   void Drop(ClientID client);
   // Tries to send unsent messages, for at most this time.

@@ -103,7 +103,7 @@ Answer<calls::SetLibraryFolders> Agent::Serve(ClientID, const calls::SetLibraryF
     log_.Write(problem);
     return {kDatabaseError, {problem}};
   }
-  if (library_) library_->SetFolders(arguments.folders);
+  if (library_) library_->SetFolders(configuration_.library);
   return calls::SetLibraryFolders::Result();
 }
 

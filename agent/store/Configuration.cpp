@@ -79,7 +79,9 @@ bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& 
   const std::string file = configuration.stateFolder + "/" + agent_protocol::kConfigurationName;
   auto json = ReadObject(file, error);
   if (!json) return false;
-  (*json)["library"] = folders;
+  std::vector<std::string> whole;
+  for (const std::string& folder : folders) whole.push_back(Absolute(folder, configuration.stateFolder));
+  (*json)["library"] = whole;
   std::string text;
   try {
     text = json->dump(2) + "\n";
@@ -91,7 +93,7 @@ bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& 
     error = file + ": " + platform::DescribeError(failure);
     return false;
   }
-  configuration.library = folders;
+  configuration.library = std::move(whole);
   return true;
 }
 

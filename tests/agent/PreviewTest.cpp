@@ -1,5 +1,6 @@
 // Drawn names of fonts: what is drawn, how it is kept, and what a broken font or worker can do.
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -70,9 +71,14 @@ TEST_F(Preview, NamesAreDrawnInTwoSizesAndKept) {
   EXPECT_THAT(one.width, AllOf(Ge(kSize.textSize), Le(kSize.width)));
   EXPECT_THAT(two.width, AllOf(Ge(2 * one.width - 8), Le(2 * one.width + 8)));
   // The second time from the folder, and again if somebody deletes that.
-  const fs::file_time_type drawn = fs::last_write_time(first["pngFilename"].get<std::string>());
+  const auto inode = [&first] {
+    struct stat info {};
+    EXPECT_EQ(stat(first["pngFilename"].get<std::string>().c_str(), &info), 0);
+    return info.st_ino;
+  };
+  const ino_t drawn = inode();
   EXPECT_EQ(Ask(client, {}, {font})[std::to_string(font)], first);
-  EXPECT_EQ(fs::last_write_time(first["pngFilename"].get<std::string>()), drawn);
+  EXPECT_EQ(inode(), drawn);
   fs::remove_all(state_ / "agent/previews");
   EXPECT_EQ(Ask(client, {}, {font})[std::to_string(font)], first);
 }

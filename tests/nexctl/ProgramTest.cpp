@@ -86,9 +86,10 @@ const Row kSession[] = {
     {"library rescan", 0, ""},
     {"library remove fonts", 1, ""},
     {"library remove \"$FONTS\"", 0, ""},
-    {"fonts name = LiberationSerif-Bold", 0, ""},
+    {"status", 0, "fonts          0"},  // the command waits for the scan
     {"library list", 0, ""},
     {"library add \"$FONTS/\"", 0, ""},
+    {"status", 0, "fonts          3"},
     {"library list", 0, "/fonts"},
     {"fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold.ttf"},
     {"log", 0, ""},
