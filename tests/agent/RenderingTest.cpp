@@ -7,6 +7,8 @@
 #include "agent/rendering/NameRenderer.h"
 #include "agent/rendering/TextShaper.h"
 #include "support/DebianFonts.h"
+#include "support/ScopedVariable.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -59,6 +61,9 @@ TEST_F(Shaping, PutsGlyphsInTheOrderOfReading) {
 }
 
 TEST(Names, WithoutLettersInTheirFontAreMarked) {
+  // Fallback fonts come from here, whatever this machine's own fonts are.
+  const test_support::TempFolder folder;
+  const test_support::ScopedVariable configuration("FONTCONFIG_FILE", folder.WriteFontsConf({debian_fonts::kDejaVu}));
   agent::NameRenderer renderer;
   agent::RenderRequest request{0, "Sans", 14, 400, 30, false};
   const std::string path = debian_fonts::kDejaVu + "DejaVuSans.ttf";
