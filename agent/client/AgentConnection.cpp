@@ -247,12 +247,11 @@ void AgentConnection::Close() {
 }
 
 bool AgentConnection::IsLost() const {
-  {
-    const std::lock_guard lock(state_->mutex);
-    if (state_->isLost) return true;
-  }
-  return IsHungUp(state_->socket.Get());
+  const std::lock_guard lock(state_->mutex);
+  return state_->isLost;
 }
+
+bool AgentConnection::HasEnded() const { return IsLost() || IsHungUp(state_->socket.Get()); }
 
 bool AgentConnection::HasFallenSilent() const {
   const std::lock_guard lock(state_->mutex);

@@ -66,8 +66,10 @@ class AgentConnection {
     }
     return reply;
   }
-  // True as soon as the agent has closed its end.
+  // True once the reader thread or a call has noticed the loss. All that the agent sent before was delivered.
   bool IsLost() const;
+  // True as soon as the agent has closed its end, even if nothing here has noticed it yet.
+  bool HasEnded() const;
   bool HasFallenSilent() const;  // lost because the agent was silent
   void Close();                  // the connection is lost afterwards
 

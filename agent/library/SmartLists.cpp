@@ -108,6 +108,7 @@ std::string SmartLists::TreeText(uint32_t id) const {
   if (!list) return "";
   std::string text = "smartlist " + std::to_string(id) + " " + Quoted(list->name) + "\n";
   for (const uint32_t workgroup : list->query.workgroupIDs) {
+    if (WorkgroupWithID(workgroup).id != workgroup) continue;  // there is no such workgroup
     text += "workgroup " + std::to_string(workgroup) + " " + Quoted(WorkgroupWithID(workgroup).name) + "\n";
   }
   const std::vector<FontSet> sets = parts_.user.Sets();

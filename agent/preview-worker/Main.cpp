@@ -32,7 +32,6 @@ bool Serve(agent::NameRenderer& renderer, const std::string& message, const std:
     const auto request = agent_protocol::FromJson<RenderRequest>(agent_protocol::Json::parse(message), "request");
     platform::LimitChildTime(agent::kRenderSeconds);
     pictures = renderer.Render(request, path);
-    answer.isMarked = pictures.isMarked;
     answer.couldOpen = pictures.couldOpen;
   } catch (const std::runtime_error& error) {
     answer.problem = error.what();

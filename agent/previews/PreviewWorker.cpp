@@ -51,7 +51,7 @@ void PreviewWorker::Render(const RenderRequest& request, const std::string& path
   done_ = std::move(done);
   messages_.clear();
   std::string problem;
-  if (!child_.IsRunning() && !Start(&problem)) return Finish({problem, true, false, false, "", ""});
+  if (!child_.IsRunning() && !Start(&problem)) return Finish({problem, true, false, "", ""});
   // Both fit the socket's buffer, so this does not wait.
   if (platform::SendMessage(child_.Socket(), agent_protocol::ToText(agent_protocol::ToJson(request))) ||
       platform::SendMessage(child_.Socket(), path)) {
@@ -75,7 +75,7 @@ void PreviewWorker::OnClosed() {
   StopWatching();
   int status = 0;
   const std::string problem = child_.Reap(status) ? Explain(status) : "the preview worker ended";
-  if (done_) Finish({problem, true, false, false, "", ""});
+  if (done_) Finish({problem, true, false, "", ""});
 }
 
 void PreviewWorker::TakeMessages() {
@@ -89,7 +89,6 @@ void PreviewWorker::TakeMessages() {
   try {
     const auto answer = agent_protocol::FromJson<RenderAnswer>(agent_protocol::Json::parse(messages_[0]), "answer");
     rendered.problem = answer.problem;
-    rendered.isMarked = answer.isMarked;
     rendered.couldOpen = answer.couldOpen;
   } catch (const std::exception&) {  // the worker may be in the hands of a font
     return EndWith("the preview worker answered nonsense");
@@ -104,7 +103,7 @@ void PreviewWorker::TakeMessages() {
 void PreviewWorker::EndWith(const std::string& problem) {
   StopWatching();
   child_.Kill();
-  if (done_) Finish({problem, true, false, false, "", ""});
+  if (done_) Finish({problem, true, false, "", ""});
 }
 
 void PreviewWorker::Finish(RenderedName result) {

@@ -16,7 +16,6 @@ namespace agent {
 struct RenderedName {
   std::string problem;     // a line for people; empty if there are pictures
   bool hasEnded = false;   // the worker ended over this request
-  bool isMarked = false;   // drawn in a fallback font
   bool couldOpen = false;  // the font itself was opened
   std::string png, png2x;
 };

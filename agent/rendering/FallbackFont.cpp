@@ -5,20 +5,15 @@
 
 #include <memory>
 
+#include "agent/rendering/FreeWith.h"
+
 namespace agent {
 
 namespace {
 
-template <auto free>
-struct Free {
-  template <class T>
-  void operator()(T* object) const {
-    free(object);
-  }
-};
-using Pattern = std::unique_ptr<FcPattern, Free<FcPatternDestroy>>;
-using CharSet = std::unique_ptr<FcCharSet, Free<FcCharSetDestroy>>;
-using FontSet = std::unique_ptr<FcFontSet, Free<FcFontSetDestroy>>;
+using Pattern = std::unique_ptr<FcPattern, FreeWith<FcPatternDestroy>>;
+using CharSet = std::unique_ptr<FcCharSet, FreeWith<FcCharSetDestroy>>;
+using FontSet = std::unique_ptr<FcFontSet, FreeWith<FcFontSetDestroy>>;
 
 CharSet CharactersOf(const std::string& utf8) {
   CharSet characters(FcCharSetCreate());

@@ -25,9 +25,8 @@ struct RenderRequest {
 
 struct RenderAnswer {
   std::string problem;     // empty if there are pictures
-  bool isMarked = false;   // drawn in the fallback font
   bool couldOpen = false;  // the font itself was opened
-  AGENT_FIELDS(problem, isMarked, couldOpen)
+  AGENT_FIELDS(problem, couldOpen)
 };
 
 // Limits of a request, in pixels.

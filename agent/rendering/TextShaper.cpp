@@ -11,20 +11,15 @@
 #include <memory>
 #include <new>
 
+#include "agent/rendering/FreeWith.h"
+
 namespace agent {
 
 namespace {
 
-template <auto free>
-struct Free {
-  template <class T>
-  void operator()(T* object) const {
-    free(object);
-  }
-};
-using Buffer = std::unique_ptr<hb_buffer_t, Free<hb_buffer_destroy>>;
-using Font = std::unique_ptr<hb_font_t, Free<hb_font_destroy>>;
-using Bidi = std::unique_ptr<UBiDi, Free<ubidi_close>>;
+using Buffer = std::unique_ptr<hb_buffer_t, FreeWith<hb_buffer_destroy>>;
+using Font = std::unique_ptr<hb_font_t, FreeWith<hb_font_destroy>>;
+using Bidi = std::unique_ptr<UBiDi, FreeWith<ubidi_close>>;
 
 // Characters of one script in one direction.
 struct Piece {

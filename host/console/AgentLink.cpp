@@ -179,7 +179,7 @@ std::string AgentLink::SilenceProblem() const {
 }
 
 bool AgentLink::IsConnected() {
-  if (connection_ && connection_->IsLost()) connection_.reset();
+  if (connection_ && connection_->HasEnded()) connection_.reset();
   return connection_ != nullptr;
 }
 

@@ -10,29 +10,23 @@
 #include <regex>
 #include <set>
 
+#include "support/ProgramRun.h"
 #include "support/TempFolder.h"
 
 namespace {
 
 using Json = nlohmann::json;
+using test_support::Outcome;
 using test_support::TempFolder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-struct Outcome {
-  int status = 0;
-  std::string output, errors;
-};
-
 class Program : public testing::Test {
  protected:
   // Takes the words as a shell does.
   Outcome Run(const std::string& words) const {
-    const std::string out = folder / "out", err = folder / "err";
-    const std::string line = "'" APP_DIR "/docfonts/docfonts' " + words + " >'" + out + "' 2>'" + err + "'";
-    const int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TempFolder::Content(out), TempFolder::Content(err)};
+    return test_support::RunLine("'" APP_DIR "/docfonts/docfonts' " + words, folder);
   }
   static std::string Sample(const std::string& name) { return SOURCE_DIR "/samples/" + name; }
 

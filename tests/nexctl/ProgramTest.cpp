@@ -1,29 +1,24 @@
 // The program as a user starts it, with the real agent, which it starts by itself.
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
 
 #include "support/DebianFonts.h"
+#include "support/ProgramRun.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 
 namespace {
 
 using Json = nlohmann::json;
+using test_support::Outcome;
 using test_support::TempFolder;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
-
-struct Outcome {
-  int status = 0;
-  std::string output, errors;
-};
 
 class Nexctl : public testing::Test {
  protected:
@@ -41,11 +36,7 @@ class Nexctl : public testing::Test {
 
   // With words as a shell takes them.
   Outcome Run(const std::string& words) const {
-    const std::string out = folder_ / "out", err = folder_ / "err";
-    const std::string line =
-        "'" APP_DIR "/nexctl/nexctl' --state '" + folder_ / "state" + "' " + words + " >'" + out + "' 2>'" + err + "'";
-    const int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TempFolder::Content(out), TempFolder::Content(err)};
+    return test_support::RunLine("'" APP_DIR "/nexctl/nexctl' --state '" + folder_ / "state" + "' " + words, folder_);
   }
 
   TempFolder folder_;
