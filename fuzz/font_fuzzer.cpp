@@ -23,7 +23,8 @@ void CheckFace(const FontFace& face) {
   font.path = "/fonts/font.ttf";
   font.face = face;
   platform::Dictionary record = platform::Dictionary::Create();
-  for (const auto& [key, text] : MakeFontRecord(font, agent_protocol::kInactive)) {
+  for (const auto& [key, text] :
+       MakeFontRecord(font, {kFontLibraryID, kFontLibraryName, kLibraryType, {}}, agent_protocol::kInactive)) {
     CHECK(platform::IsValidUTF8(text));  // otherwise the record could not be sent
     record.Set(key, text);
   }

@@ -1,4 +1,4 @@
-// The agent itself: its state, its library's folders, and what it tells.
+// The agent itself: its state, and what it tells.
 #include <poll.h>
 #include <sys/signalfd.h>
 
@@ -45,27 +45,22 @@ void PrintEvent(const Output& output, const Json& event) {
   output.Line(line);
 }
 
-void SetFolders(Session& session, const std::vector<std::string>& folders) {
-  const auto reply = session.Try<calls::SetLibraryFolders>({folders});
-  if (!reply.result.problem.empty()) throw Failure(reply.result.problem);
-  if (reply.code != agent_protocol::kSuccess) throw Failure(DescribeCode(reply.code));
-  session.AwaitScan();
-}
-
 }  // namespace
 
 int ShowStatus(const Call& call) {
   Session session(call.options.state);
   const auto status = session.Ask<calls::GetStatus>();
-  std::string folders;
-  for (const std::string& folder : status.folders) folders += (folders.empty() ? "" : ", ") + folder;
+  std::vector<std::string> folders;
+  for (const auto& workgroup : session.Ask<calls::GetWorkgroups>().workgroups) {
+    folders.insert(folders.end(), workgroup.folders.begin(), workgroup.folders.end());
+  }
   const std::string scan =
       status.isScanning ? std::to_string(status.step) + " of " + std::to_string(status.steps) : "done";
   if (call.output.IsJson()) {
     call.output.Object({{"state", session.StateFolder()},
                         {"scan", scan},
                         {"fonts", status.fonts},
-                        {"folders", status.folders},
+                        {"folders", folders},
                         {"activeFolder", status.activeFolder},
                         {"desktop", status.isDesktop}});
     return 0;
@@ -73,50 +68,9 @@ int ShowStatus(const Call& call) {
   call.output.Line("state folder   " + session.StateFolder());
   call.output.Line("scan           " + scan);
   call.output.Line("fonts          " + std::to_string(status.fonts));
-  call.output.Line("folders        " + folders);
+  for (const std::string& folder : folders) call.output.Line("folder         " + folder);
   call.output.Line("active fonts   " + status.activeFolder +
                    (status.isDesktop ? ", for all programs" : ", for the host's sandbox"));
-  return 0;
-}
-
-int ListLibrary(const Call& call) {
-  Session session(call.options.state);
-  std::vector<std::vector<std::string>> rows;
-  for (const std::string& folder : session.Ask<calls::GetStatus>().folders) {
-    rows.push_back({folder, platform::FolderExists(folder) ? "" : "is not there now"});
-  }
-  call.output.Table({"folder", "problem"}, rows);
-  return 0;
-}
-
-int AddToLibrary(const Call& call) {
-  Session session(call.options.state);
-  std::vector<std::string> folders = session.Ask<calls::GetStatus>().folders;
-  for (const std::string& argument : call.arguments) {
-    const std::string folder = AbsoluteFolder(argument);
-    if (!platform::FolderExists(folder)) throw Failure(folder + ": is not a folder");
-    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(folder);
-  }
-  SetFolders(session, folders);
-  return 0;
-}
-
-int RemoveFromLibrary(const Call& call) {
-  Session session(call.options.state);
-  std::vector<std::string> folders = session.Ask<calls::GetStatus>().folders;
-  for (const std::string& argument : call.arguments) {
-    if (std::erase(folders, AbsoluteFolder(argument)) == 0) {
-      throw Failure(argument + ": is not among the library's folders (nexctl library list)");
-    }
-  }
-  SetFolders(session, folders);
-  return 0;
-}
-
-int Rescan(const Call& call) {
-  Session session(call.options.state);
-  session.Ask<calls::Rescan>();
-  session.AwaitScan();
   return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "nexctl/Commands.h"
 
+#include "nexctl/Fonts.h"
 #include "nexctl/Session.h"
 
 namespace nexctl {
@@ -32,11 +33,19 @@ constexpr Command kCommands[] = {
     {"smartlist change", "ID [PART ...]", "change what a smart list consists of", 1, kAny, ChangeSmartList},
     {"smartlist rename", "ID NAME", "rename a smart list", 2, 2, RenameSmartList},
     {"smartlist delete", "ID", "delete a smart list", 1, 1, DeleteSmartList},
-    {"library list", "", "list the folders of the library", 0, 0, ListLibrary},
-    {"library add", "FOLDER ...", "add folders to the library, with those below them", 1, kAny, AddToLibrary},
-    {"library remove", "FOLDER ...", "remove folders from the library; their fonts are deactivated", 1, kAny,
+    {"library list", "", "list the folders of the libraries", 0, 0, ListLibrary},
+    {"library add", "FOLDER ...", "add folders to a library, with those below them", 1, kAny, AddToLibrary},
+    {"library remove", "FOLDER ...", "remove folders from a library; their fonts are deactivated", 1, kAny,
      RemoveFromLibrary},
-    {"library rescan", "", "look for changes in the library's folders now", 0, 0, Rescan},
+    {"library rescan", "", "look for changes in the libraries' folders now", 0, 0, Rescan},
+    {"workgroup list", "", "list the libraries and the other groups of fonts", 0, 0, ListWorkgroups},
+    {"workgroup create", "NAME [FOLDER ...]", "create a library", 1, kAny, CreateWorkgroup},
+    {"workgroup rename", "ID NAME", "rename a library", 2, 2, RenameWorkgroup},
+    {"workgroup delete", "ID", "delete a library; its fonts are deactivated, its files stay", 1, 1, DeleteWorkgroup},
+    {"rights list", "", "list the rights, and where they were taken away", 0, 0, ListRights},
+    {"rights deny", "RIGHT [WORKGROUP]", "take a right away: export, or activate-across (in all workgroups only)", 1, 2,
+     DenyRight},
+    {"rights allow", "RIGHT [WORKGROUP]", "give a right back", 1, 2, AllowRight},
     {"check", "", "list font files that cannot be used, and why; status 1 if there are any", 0, 0, CheckLibrary},
     {"watch", "", "print what happens until interrupted", 0, 0, Watch},
     {"log", "", "print the font manager's log", 0, 0, ShowLog},
@@ -63,6 +72,20 @@ std::vector<platform::CommandText> CommandTexts() {
   std::vector<platform::CommandText> texts;
   for (const Command& command : kCommands) texts.push_back({command.name, command.arguments, command.help});
   return texts;
+}
+
+std::vector<std::string> After(const std::vector<std::string>& words, size_t count) {
+  return {words.begin() + static_cast<ptrdiff_t>(count), words.end()};
+}
+
+int PrintCreated(const Call& call, uint32_t id) {
+  call.output.Table({"id"}, {{std::to_string(id)}});
+  return 0;
+}
+
+uint32_t WorkgroupOf(const Call& call) {
+  constexpr uint32_t kFontLibrary = 1;
+  return call.options.workgroup.empty() ? kFontLibrary : NumberOf(call.options.workgroup);
 }
 
 const Command& FindCommand(const std::vector<std::string>& words, std::vector<std::string>& arguments) {

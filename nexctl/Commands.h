@@ -33,6 +33,12 @@ std::vector<platform::CommandText> CommandTexts();
 // The command that the words begin with, and its arguments. Throws WrongUsage.
 const Command& FindCommand(const std::vector<std::string>& words, std::vector<std::string>& arguments);
 
+// What several commands do.
+std::vector<std::string> After(const std::vector<std::string>& words, size_t count);
+int PrintCreated(const Call& call, uint32_t id);  // returns 0
+// The ID that --workgroup names, or that of the first library. Throws WrongUsage.
+uint32_t WorkgroupOf(const Call& call);
+
 // FontCommands.cpp
 int ListFonts(const Call& call);
 int ShowFont(const Call& call);
@@ -56,12 +62,20 @@ int CreateSmartList(const Call& call);
 int RenameSmartList(const Call& call);
 int ChangeSmartList(const Call& call);
 int DeleteSmartList(const Call& call);
-// AgentCommands.cpp
-int ShowStatus(const Call& call);
+// LibraryCommands.cpp
 int ListLibrary(const Call& call);
 int AddToLibrary(const Call& call);
 int RemoveFromLibrary(const Call& call);
 int Rescan(const Call& call);
+int ListWorkgroups(const Call& call);
+int CreateWorkgroup(const Call& call);
+int RenameWorkgroup(const Call& call);
+int DeleteWorkgroup(const Call& call);
+int ListRights(const Call& call);
+int DenyRight(const Call& call);
+int AllowRight(const Call& call);
+// AgentCommands.cpp
+int ShowStatus(const Call& call);
 int CheckLibrary(const Call& call);
 int Watch(const Call& call);
 int ShowLog(const Call& call);

@@ -42,6 +42,7 @@ const Column kColumns[] = {
     {"added", [](const Description& f) { return DayText(f.added); }},
     {"size", [](const Description& f) { return std::to_string(f.fileSize); }},
     {"face", [](const Description& f) { return std::to_string(f.faceIndex); }},
+    {"workgroup", [](const Description& f) { return std::to_string(f.workgroupID); }},
     {"path", [](const Description& f) { return f.path; }},
 };
 constexpr const char* kUsualColumns = "id,state,name,kind,foundry,path";

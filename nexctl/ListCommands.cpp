@@ -12,19 +12,10 @@ std::string Joined(const Numbers& numbers) {
   return text;
 }
 
-std::vector<std::string> After(const std::vector<std::string>& words, size_t count) {
-  return {words.begin() + static_cast<ptrdiff_t>(count), words.end()};
-}
-
 std::string RuleOf(const std::vector<std::string>& words) {
   std::string rule;
   for (const std::string& word : words) rule += (rule.empty() ? "" : " ") + word;
   return rule;
-}
-
-int PrintCreated(const Call& call, uint32_t id) {
-  call.output.Table({"id"}, {{std::to_string(id)}});
-  return 0;
 }
 
 uint32_t PutSmartSet(const Call& call, uint32_t id, const std::string& name, const std::string& rule) {
@@ -72,10 +63,9 @@ int ListSets(const Call& call) {
 }
 
 int CreateSet(const Call& call) {
-  constexpr uint32_t kFontLibrary = 1;
   Session session(call.options.state);
   const Numbers fonts = FontsNamed(session, After(call.arguments, 1));
-  return PrintCreated(call, session.Ask<calls::CreateTopLevelSet>({call.arguments[0], kFontLibrary, fonts}).setID);
+  return PrintCreated(call, session.Ask<calls::CreateTopLevelSet>({call.arguments[0], WorkgroupOf(call), fonts}).setID);
 }
 
 int AddToSet(const Call& call) {

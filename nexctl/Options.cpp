@@ -6,6 +6,8 @@ std::vector<platform::Option> OptionTable(Options& options) {
   return {
       {"--state", "FOLDER", "the state folder of the font manager, instead of the user's", &options.state},
       {"--columns", "LIST", "for fonts: the columns, such as id,name,weight,path", &options.columns},
+      {"--workgroup", "ID", "for library add and remove, and set create: the library, instead of the first",
+       &options.workgroup},
       {"--json", "", "write one JSON object a line", &options.json},
       {"--completion", "", "print a line for the shell that completes commands and options", &options.completion},
       {"--manual", "", "print the manual page, in the man macros", &options.manual},

@@ -12,6 +12,7 @@ struct Options {
   std::vector<std::string> words;  // the command and its arguments
   std::string state;               // the agent's state folder; empty for the user's
   std::string columns;             // of `fonts`, separated by commas
+  std::string workgroup;           // the ID of a library; empty for the first
   bool json = false;
   bool help = false;
   bool completion = false;

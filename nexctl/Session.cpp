@@ -47,6 +47,7 @@ std::string DescribeCode(agent_protocol::ResultCode code) {
     case kNotImplemented: return "this font manager does not know the call; is it older than this program?";
     case kDatabaseError: return "the font manager cannot store this; its log says why (nexctl log)";
     case kInvalidVault: return "the font manager cannot use its databases, or its state folder is gone";
+    case kNotGrantedExport: return "the right to export some of the fonts was taken away (nexctl rights list)";
     case kCouldNotCopyFile: return "a font file could not be copied";
     case kCantDeactivateSystemFonts: return "fonts of the operating system can't be deactivated";
     case kMessageTooLarge: return "the request is too long";

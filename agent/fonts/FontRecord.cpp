@@ -20,12 +20,16 @@ std::string DisplayName(const FontFace& face) {
 }
 
 uint32_t LocationOf(const Font& font) {
-  return font.workgroupID == kSystemFonts.id ? kSystemLocation : kDesktopLocation;
+  switch (font.workgroupID) {
+    case kSystemFontsID: return kSystemLocation;
+    case kWebFontsID: return kWebLocation;
+    default: return kDesktopLocation;
+  }
 }
 
-agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state) {
+agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgroup,
+                                      agent_protocol::AgentActivationState state) {
   const FontFace& face = font.face;
-  const Workgroup& workgroup = WorkgroupWithID(font.workgroupID);
   agent_protocol::Record record = {
       {"PostScriptName", face.postScriptName},
       {"FontKind", face.kind},
@@ -46,9 +50,9 @@ agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentAct
       {"DisplayName", DisplayName(face)},
       {"FontFaceID", std::to_string(face.faceIndex)},
       {"FontLocation", std::to_string(LocationOf(font))},
-      {"IsMarquineFile", workgroup.id == kFontLibrary.id ? "1" : "0"},
+      {"IsMarquineFile", workgroup.type == kLibraryType ? "1" : "0"},
       {"ScannedFoundry", face.foundry},
-      {"IsSystem", workgroup.id == kSystemFonts.id ? "1" : "0"},
+      {"IsSystem", workgroup.type == kSystemType ? "1" : "0"},
       {"IsLocal", "1"},
   };
   if (!face.printerFont.empty()) record["PrinterFont"] = face.printerFont;

@@ -7,12 +7,14 @@
 
 namespace agent {
 
-// The name for people: family and style, without a style that says nothing. UTF-8, at most 512 bytes.
-// Where a font is, for panels: kDesktopLocation for files of the library, kSystemLocation for those of the operating system.
+// Where a font is, for panels: kDesktopLocation for files of libraries.
 uint32_t LocationOf(const Font& font);
-inline constexpr uint32_t kDesktopLocation = 3, kSystemLocation = 4;
+inline constexpr uint32_t kDesktopLocation = 3, kSystemLocation = 4, kWebLocation = 10;
+// The name for people: family and style, without a style that says nothing. UTF-8, at most 512 bytes.
 std::string DisplayName(const FontFace& face);
-agent_protocol::Record MakeFontRecord(const Font& font, agent_protocol::AgentActivationState state);
+// `workgroup` is that of the font.
+agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgroup,
+                                      agent_protocol::AgentActivationState state);
 // Its numbers and flags are decimal text, as in font records.
 agent_protocol::Record MakeWorkgroupRecord(const Workgroup& workgroup);
 

@@ -17,13 +17,11 @@ void Erase(Index& index, const Key& key, uint32_t id) {
 
 void Sort(std::vector<const Font*>& fonts) {
   std::sort(fonts.begin(), fonts.end(), [](const Font* a, const Font* b) {
-    return a->workgroupID != b->workgroupID ? a->workgroupID < b->workgroupID : a->id < b->id;
+    return a->workgroupID != b->workgroupID ? IsSearchedBefore(a->workgroupID, b->workgroupID) : a->id < b->id;
   });
 }
 
 }  // namespace
-
-const Workgroup& WorkgroupWithID(uint32_t id) { return id == kSystemFonts.id ? kSystemFonts : kFontLibrary; }
 
 void FontTable::Forget(const Font& font) {
   Erase(byPostScriptName_, font.face.postScriptName, font.id);

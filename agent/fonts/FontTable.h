@@ -10,22 +10,14 @@
 #include <vector>
 
 #include "agent/fonts/FontFile.h"
+#include "agent/fonts/Workgroup.h"
 
 namespace agent {
-
-struct Workgroup {
-  uint32_t id;
-  const char* name;
-  int32_t type;
-};
-inline constexpr Workgroup kFontLibrary = {1, "Font Library", 3};
-inline constexpr Workgroup kSystemFonts = {2, "System", 4};
-const Workgroup& WorkgroupWithID(uint32_t id);
 
 struct Font {
   uint32_t id = 0;
   uint32_t familyID = 0;
-  uint32_t workgroupID = kFontLibrary.id;
+  uint32_t workgroupID = kFontLibraryID;
   std::string path;
   uint64_t fileSize = 0;
   int64_t added = 0;  // to the library, in seconds since 1970; 0 if unknown
@@ -42,7 +34,7 @@ class FontTable {
   bool IsSystemActive(const Font& font) const { return systemActive_.contains(font.path); }
 
   const Font* Find(uint32_t id) const;  // null if unknown
-  // Sorted by workgroup, then ID.
+  // Sorted by workgroup (IsSearchedBefore), then ID.
   std::vector<const Font*> WithPostScriptName(std::string_view name) const;  // exact match
   std::vector<const Font*> WithFamilyName(std::string_view name) const;      // ignoring case
   std::vector<const Font*> WithFamilyID(uint32_t familyID) const;

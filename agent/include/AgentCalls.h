@@ -13,6 +13,7 @@
 
 #include "agent/include/CallTypes.h"
 #include "agent/include/PanelCalls.h"
+#include "agent/include/WorkgroupCalls.h"
 
 namespace agent_protocol {
 
@@ -35,7 +36,12 @@ namespace agent_protocol {
   X(GetPermission)              \
   X(GetRenderedPNGsDirectory)   \
   X(GetStatus)                  \
-  X(SetLibraryFolders)
+  X(GetWorkgroups)              \
+  X(PutLibrary)                 \
+  X(DeleteLibrary)              \
+  X(GetDeniedRights)            \
+  X(DenyRight)                  \
+  X(AllowRight)
 
 // Delayed until the first scan of the library has finished: "not found" must not mean "not yet".
 #define AGENT_FONT_CALLS(X)             \
@@ -169,41 +175,6 @@ struct GetIsGoogleWebFontsEnabled {
   using Result = Value;
 };
 
-struct GetAllWorkgroupsForUser {
-  struct Arguments {
-    bool includeSpecial = false;  // also the workgroup of the operating system's fonts
-    AGENT_FIELDS(includeSpecial)
-  };
-  struct Result {
-    std::vector<Record> workgroups;
-    AGENT_FIELDS(workgroups)
-  };
-};
-
-struct GetDefaultLibraryName {
-  struct Arguments : Nothing {};
-  struct Result {
-    std::string name;
-    AGENT_FIELDS(name)
-  };
-};
-
-struct GetSystemWorkgroupID {
-  struct Arguments : Nothing {};
-  struct Result {
-    uint32_t workgroupID = 0;
-    AGENT_FIELDS(workgroupID)
-  };
-};
-
-struct GetPermission {
-  struct Arguments {
-    std::string right;
-    AGENT_FIELDS(right)
-  };
-  using Result = Value;
-};
-
 struct GetStatus {
   struct Arguments : Nothing {};
   struct Result {
@@ -211,22 +182,9 @@ struct GetStatus {
     uint32_t step = 0;  // of the scan, in files
     uint32_t steps = 0;
     uint32_t fonts = 0;
-    std::vector<std::string> folders;  // of the library
-    std::string activeFolder;          // where active fonts are linked
-    bool isDesktop = false;            // active fonts are active for all programs of the user
-    AGENT_FIELDS(isScanning, step, steps, fonts, folders, activeFolder, isDesktop)
-  };
-};
-
-// Stores the folders in the agent's configuration and scans them.
-struct SetLibraryFolders {
-  struct Arguments {
-    std::vector<std::string> folders;  // absolute paths; a folder need not exist yet
-    AGENT_FIELDS(folders)
-  };
-  struct Result {
-    std::string problem;  // a line for people if the call fails
-    AGENT_FIELDS(problem)
+    std::string activeFolder;  // where active fonts are linked
+    bool isDesktop = false;    // active fonts are active for all programs of the user
+    AGENT_FIELDS(isScanning, step, steps, fonts, activeFolder, isDesktop)
   };
 };
 

@@ -29,14 +29,16 @@ inline constexpr size_t kMostHeldRequests = 1000;
 inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 
 // The agent's one argument is its state folder. It reads STATE/nexcore.json there, every key of which may be left out:
-//   {"library": ["/folder", ...],      folders to scan, with those below them; relative ones are meant from STATE
+//   {"library": ["/folder", ...],      folders of the first library, with those below them; relative ones are meant from STATE
+//    "libraries": [{"id": 11, "name": "Mine", "folders": [...]}],   further ones; the agent changes these on request
+//    "lastLibraryID": 11,              the greatest ID so far; none is used again
 //    "desktop": false,                 true: activate in the user's own font folder
 //    "exitWithLastClient": false,      true: end when the last client has gone
 //    "refused": ["PostScriptName"]}    fonts that may not be activated
 // and keeps:
 //   STATE/run/             the socket and the list of running applications, mode 0700
 //   STATE/agent/index.db   what a scan found; may be deleted at any time
-//   STATE/agent/user.db    sets and activations that outlive clients; migrated, never deleted
+//   STATE/agent/user.db    sets, rights, and activations that outlive clients; migrated, never deleted
 //   STATE/agent/agent.log  what a person should know
 //   STATE/agent/scan.log   what was wrong with files and folders in the last scan, one a line
 //   STATE/active/0 .. f    the links that make fonts active, spread by the last hexadecimal digit of the font ID; with

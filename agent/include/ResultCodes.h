@@ -23,6 +23,7 @@ inline constexpr ResultCode kNotInitialized =
 inline constexpr ResultCode kUnknownError = 0x15000000;  // the call failed in another way; agent.log says how
 inline constexpr ResultCode kInvalidVault = 0x01002008;  // user.db cannot be used
 inline constexpr ResultCode kCouldNotCopyFile = 0x04004007;
+inline constexpr ResultCode kNotGrantedExport = 0x09004007;  // the right to export a font was taken away
 inline constexpr ResultCode kCantDeactivateSystemFonts = 0x08004001;
 
 // From either.

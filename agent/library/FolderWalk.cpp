@@ -19,13 +19,15 @@ bool IsHidden(const std::string& name) { return name.starts_with("."); }
 
 }  // namespace
 
-FolderWalk::FolderWalk(const std::vector<std::string>& folders, const std::string& excluded) {
+FolderWalk::FolderWalk(const Workgroups& workgroups, const std::string& excluded) {
   struct stat info;
   if (stat(excluded.c_str(), &info) == 0) visited_.emplace(info.st_dev, info.st_ino);
-  for (const std::string& folder : folders) Take(folder, true);
+  for (const Workgroup& workgroup : workgroups) {
+    for (const std::string& folder : workgroup.folders) Take(folder, workgroup.id, true);
+  }
 }
 
-void FolderWalk::Take(const std::string& path, bool isGiven) {
+void FolderWalk::Take(const std::string& path, uint32_t workgroupID, bool isGiven) {
   struct stat info;
   if (stat(path.c_str(), &info) != 0) {
     const std::string reason = LastProblem();
@@ -41,18 +43,19 @@ void FolderWalk::Take(const std::string& path, bool isGiven) {
   if (!S_ISDIR(info.st_mode) && !S_ISREG(info.st_mode)) return;
   if (!visited_.emplace(info.st_dev, info.st_ino).second) return;
   if (S_ISDIR(info.st_mode)) {
-    waiting_.push_back(path);
+    waiting_.push_back({path, workgroupID});
     return;
   }
   FoundFile file;
   file.path = path;
+  file.workgroupID = workgroupID;
   std::string problem;
   if (FileIdentity::Of(path, file.identity, problem)) files_.push_back(std::move(file));
 }
 
 std::string FolderWalk::Step() {
   if (waiting_.empty()) return "";
-  const std::string folder = waiting_.front();
+  const auto [folder, workgroupID] = waiting_.front();
   waiting_.pop_front();
   const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), &closedir);
   if (!listing) {
@@ -65,7 +68,7 @@ std::string FolderWalk::Step() {
   }
   std::sort(names.begin(), names.end());
   const std::string prefix = folder == "/" ? folder : folder + "/";
-  for (const std::string& name : names) Take(prefix + name, false);
+  for (const std::string& name : names) Take(prefix + name, workgroupID, false);
   return folder;
 }
 

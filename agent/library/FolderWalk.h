@@ -1,6 +1,7 @@
 // Walks through folders and their subfolders, one folder per step, and collects their regular files.
 //
-// A folder or file that is reached twice, through links or because given folders overlap, counts once. So loops end.
+// A folder or file that is reached twice, through links or because given folders overlap, counts once. So loops end. A given
+// folder below another one is walked for its own workgroup.
 #pragma once
 
 #include <deque>
@@ -9,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "agent/fonts/Workgroup.h"
 #include "agent/store/IndexStore.h"
 
 namespace agent {
@@ -21,16 +23,17 @@ struct ScanProblem {
 struct FoundFile {
   std::string path;
   FileIdentity identity;
+  uint32_t workgroupID = kSystemFontsID;
 };
 
 class FolderWalk {
  public:
   // Skips the excluded folder wherever it is found; it need not exist.
-  FolderWalk(const std::vector<std::string>& folders, const std::string& excluded);
+  FolderWalk(const Workgroups& workgroups, const std::string& excluded);
 
   bool IsDone() const { return waiting_.empty(); }
   // The folder that the next step reads; empty at the end.
-  std::string Next() const { return waiting_.empty() ? "" : waiting_.front(); }
+  std::string Next() const { return waiting_.empty() ? "" : waiting_.front().path; }
   // Reads the next folder and returns its name, or an empty string at the end. Entries are sorted by name.
   std::string Step();
 
@@ -38,8 +41,12 @@ class FolderWalk {
   const std::vector<ScanProblem>& Problems() const { return problems_; }
 
  private:
-  void Take(const std::string& path, bool isGiven);
-  std::deque<std::string> waiting_;
+  struct Folder {
+    std::string path;
+    uint32_t workgroupID;
+  };
+  void Take(const std::string& path, uint32_t workgroupID, bool isGiven);
+  std::deque<Folder> waiting_;
   std::set<std::pair<uint64_t, uint64_t>> visited_;
   std::vector<FoundFile> files_;
   std::vector<ScanProblem> problems_;

@@ -11,6 +11,14 @@ namespace {
 constexpr double kProgressInterval = 0.1;
 constexpr double kSystemFontsAge = 5.0;
 
+std::vector<std::string> FoldersOf(const Workgroups& workgroups) {
+  std::vector<std::string> folders;
+  for (const Workgroup& workgroup : workgroups) {
+    folders.insert(folders.end(), workgroup.folders.begin(), workgroup.folders.end());
+  }
+  return folders;
+}
+
 }  // namespace
 
 FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events)
@@ -20,12 +28,14 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
       index_(configuration.DataFolder() + "/index.db", events_.report),
       user_(configuration.DataFolder() + "/user.db"),
       smart_(user_.Tables()),
+      rights_(user_.Tables()),
+      workgroups_(configuration.AllWorkgroups()),
       folder_(configuration.ActiveFolderPath(), configuration.desktop ? LinkKind::kHardPreferred : LinkKind::kSymbolic,
               loop),
       activations_({table_, folder_, user_}, configuration.refused,
                    {events_.activated, events_.deactivated, events_.report}),
-      lists_({table_, activations_, user_, smart_}),
-      scanner_({index_, user_, table_, folder_}, configuration.library,
+      lists_({table_, activations_, user_, smart_, workgroups_}),
+      scanner_({index_, user_, table_, folder_}, workgroups_,
                {[this](const std::string& folder) { watch_.Add(folder); },
                 [this](const std::string& path) { activations_.OnFileReplaced(path); },
                 [this](uint32_t former, uint32_t id) { activations_.OnFontRenewed(former, id); },
@@ -33,7 +43,7 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
                   activations_.OnFontsGone(path, fonts);
                   for (const Font& font : fonts) events_.missing(font.id);
                 }}),
-      watch_(loop, configuration.library, {[this] { Rescan(); }, events_.report}) {}
+      watch_(loop, FoldersOf(workgroups_), {[this] { Rescan(); }, events_.report}) {}
 
 FontLibrary::~FontLibrary() = default;
 
@@ -57,9 +67,10 @@ void FontLibrary::Rescan() {
   PostStep();
 }
 
-void FontLibrary::SetFolders(const std::vector<std::string>& folders) {
-  watch_.SetGiven(folders);
-  scanner_.SetFolders(folders);
+void FontLibrary::SetWorkgroups(const Workgroups& workgroups) {
+  workgroups_ = workgroups;
+  watch_.SetGiven(FoldersOf(workgroups_));
+  scanner_.SetWorkgroups(workgroups_);
   Rescan();
 }
 

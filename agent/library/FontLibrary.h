@@ -14,6 +14,7 @@
 #include "agent/library/SmartLists.h"
 #include "agent/store/Configuration.h"
 #include "agent/store/IndexStore.h"
+#include "agent/store/RightsStore.h"
 #include "agent/store/UserStore.h"
 #include "platform/RunLoop.h"
 
@@ -44,19 +45,21 @@ class FontLibrary {
   // True if the first scan has finished, so that the table can be used.
   bool IsReady() const { return scanner_.HasFinishedOnce(); }
   void Rescan();  // again after one that is running
-  // Replaces the folders of the library and scans them. Fonts of folders that are left out are deactivated.
-  void SetFolders(const std::vector<std::string>& folders);
+  // Replaces the workgroups and scans their folders. Fonts of folders that are left out are deactivated.
+  void SetWorkgroups(const Workgroups& workgroups);
   // Call before looking at active fonts. Asks the operating system at most every few seconds, or at once with `now`.
   void FreshenSystemFonts(bool now);
   // Deactivates what clients requested; stored activations stay linked.
   void Finish();
 
   const FontTable& Table() const { return table_; }
+  const Workgroups& Groups() const { return workgroups_; }
   const Scanner& Scans() const { return scanner_; }
   Activations& Active() { return activations_; }
   const Activations& Active() const { return activations_; }
   UserStore& User() { return user_; }
   SmartStore& Smart() { return smart_; }
+  RightsStore& Rights() { return rights_; }
   const SmartLists& Lists() const { return lists_; }
   void NoteDesignRefused(ClientID client, uint32_t fontID) { events_.designRefused(client, fontID); }
   // Call when what lists are made of has been changed.
@@ -74,6 +77,8 @@ class FontLibrary {
   IndexStore index_;
   UserStore user_;
   SmartStore smart_;
+  RightsStore rights_;
+  Workgroups workgroups_;
   FontTable table_;
   ActiveFolder folder_;
   Activations activations_;

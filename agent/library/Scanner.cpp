@@ -14,8 +14,8 @@ constexpr size_t kUnchangedPerStep = 256;
 
 }  // namespace
 
-Scanner::Scanner(const Parts& parts, std::vector<std::string> folders, ScanEvents events)
-    : parts_(parts), folders_(std::move(folders)), events_(std::move(events)) {
+Scanner::Scanner(const Parts& parts, Workgroups workgroups, ScanEvents events)
+    : parts_(parts), workgroups_(std::move(workgroups)), events_(std::move(events)) {
   for (IndexedFile& file : parts_.index.Load()) {
     const std::string path = file.path;
     known_.emplace(path, std::move(file));
@@ -23,7 +23,7 @@ Scanner::Scanner(const Parts& parts, std::vector<std::string> folders, ScanEvent
 }
 
 void Scanner::Start() {
-  walk_ = std::make_unique<FolderWalk>(folders_, parts_.active.Root());
+  walk_ = std::make_unique<FolderWalk>(workgroups_, parts_.active.Root());
   seen_.clear();
   libraryFiles_.clear();
   systemFiles_.clear();
@@ -61,7 +61,7 @@ bool Scanner::ReadNext() {
     ++next_;
     lastRead_ = file.path;
     if (!isLibrary && IsLibraryFile(file)) continue;
-    if (TakeFile(file, isLibrary ? kFontLibrary.id : kSystemFonts.id)) break;
+    if (TakeFile(file)) break;
   }
   return true;
 }
@@ -90,7 +90,8 @@ void Scanner::TakeSystemFiles() {
   parts_.table.SetSystemActiveFiles(std::move(active));
 }
 
-bool Scanner::TakeFile(const FoundFile& file, uint32_t workgroupID) {
+bool Scanner::TakeFile(const FoundFile& file) {
+  const uint32_t workgroupID = file.workgroupID;
   const auto before = seen_.find(file.path);
   if (before != seen_.end()) return false;
   seen_[file.path] = workgroupID;
@@ -179,7 +180,7 @@ void Scanner::Finish() {
   report_ = {};
   report_.problems = walk_->Problems();
   for (const auto& [path, file] : known_) {
-    if (seen_[path] != kFontLibrary.id) continue;
+    if (seen_[path] == kSystemFontsID) continue;
     if (!file.content.faces.empty()) ++report_.files;
     report_.faces += file.content.faces.size();
     if (!file.content.problem.empty()) report_.problems.push_back({path, file.content.problem});
@@ -204,11 +205,11 @@ void Scanner::RefreshSystemFonts() {
     listed.insert(file.path);
     const auto known = known_.find(file.path);
     if (known != known_.end() && !(known->second.identity == file.identity)) seen_.erase(file.path);
-    TakeFile(file, kSystemFonts.id);
+    TakeFile(file);
   }
   std::vector<std::string> vanished;
   for (const auto& [path, workgroupID] : seen_) {
-    if (workgroupID == kSystemFonts.id && !listed.contains(path)) vanished.push_back(path);
+    if (workgroupID == kSystemFontsID && !listed.contains(path)) vanished.push_back(path);
   }
   for (const std::string& path : vanished) {
     Drop(path);

@@ -51,10 +51,10 @@ class Scanner {
     FontTable& table;
     const ActiveFolder& active;
   };
-  Scanner(const Parts& parts, std::vector<std::string> folders, ScanEvents events);
+  Scanner(const Parts& parts, Workgroups workgroups, ScanEvents events);
 
   // From the next start on.
-  void SetFolders(std::vector<std::string> folders) { folders_ = std::move(folders); }
+  void SetWorkgroups(Workgroups workgroups) { workgroups_ = std::move(workgroups); }
   void Start();
   bool IsRunning() const { return running_; }
   bool HasFinishedOnce() const { return finishedOnce_; }
@@ -71,7 +71,7 @@ class Scanner {
   void BeginReading();
   bool ReadNext();
   // Returns true if the file had to be read.
-  bool TakeFile(const FoundFile& file, uint32_t workgroupID);
+  bool TakeFile(const FoundFile& file);
   bool PutFonts(const IndexedFile& file, uint32_t workgroupID);
   void Drop(const std::string& path);
   void Finish();
@@ -81,10 +81,10 @@ class Scanner {
   void NoteStoreProblem(const std::string& path, const StoreError& error);
 
   Parts parts_;
-  std::vector<std::string> folders_;
+  Workgroups workgroups_;
   ScanEvents events_;
   FontFileReader reader_;
-  std::map<std::string, IndexedFile> known_;                           // by path, both workgroups
+  std::map<std::string, IndexedFile> known_;                           // by path, all workgroups
   std::map<std::pair<uint64_t, uint64_t>, std::string> libraryFiles_;  // device and inode to path
   std::map<std::string, uint32_t> seen_;  // by path: the workgroup, in the current or last scan
   std::unique_ptr<FolderWalk> walk_;

@@ -107,9 +107,9 @@ std::string SmartLists::TreeText(uint32_t id) const {
   const auto list = Find(id);
   if (!list) return "";
   std::string text = "smartlist " + std::to_string(id) + " " + Quoted(list->name) + "\n";
-  for (const uint32_t workgroup : list->query.workgroupIDs) {
-    if (WorkgroupWithID(workgroup).id != workgroup) continue;  // there is no such workgroup
-    text += "workgroup " + std::to_string(workgroup) + " " + Quoted(WorkgroupWithID(workgroup).name) + "\n";
+  for (const uint32_t workgroupID : list->query.workgroupIDs) {
+    const Workgroup* workgroup = FindWorkgroup(parts_.workgroups, workgroupID);
+    if (workgroup) text += "workgroup " + std::to_string(workgroupID) + " " + Quoted(workgroup->name) + "\n";
   }
   const std::vector<FontSet> sets = parts_.user.Sets();
   for (const uint32_t setID : list->query.setIDs) {

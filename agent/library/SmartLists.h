@@ -21,6 +21,7 @@ class SmartLists {
     const Activations& activations;
     UserStore& user;
     SmartStore& store;
+    const Workgroups& workgroups;
   };
   explicit SmartLists(const Parts& parts) : parts_(parts) {}
 

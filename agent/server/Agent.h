@@ -43,9 +43,12 @@ class Agent {
   void ClearDesktop();
   void AddCalls();
 #define AGENT_HANDLER(name) Answer<calls::name> Serve(ClientID client, const calls::name::Arguments& arguments);
-  AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp
+  AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp and WorkgroupCalls.cpp
   AGENT_PREVIEW_CALLS(AGENT_HANDLER)  // in PreviewCalls.cpp
 #undef AGENT_HANDLER
+  // Stores the configuration and takes over its workgroups. Returns false with a line in `problem`, and nothing changed.
+  bool ChangeConfiguration(const Configuration& changed, std::string& problem);
+  bool IsRight(const calls::Right& right) const;
   LibraryEvents MakeLibraryEvents();
   PreviewEvents MakePreviewEvents();
   void Notify(const Json& notification);

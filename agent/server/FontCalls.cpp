@@ -28,7 +28,12 @@ calls::IDs IDsOf(Fonts fonts, const Numbers& workgroupIDs) {
   return result;
 }
 
-Record RecordOf(FontLibrary& library, const Font& font) { return MakeFontRecord(font, library.Active().StateOf(font)); }
+Record RecordOf(FontLibrary& library, const Font& font) {
+  const Workgroup* workgroup = FindWorkgroup(library.Groups(), font.workgroupID);
+  // A font is listed until the scan that follows the deletion of its workgroup.
+  const Workgroup deleted{font.workgroupID, "", kLibraryType, {}};
+  return MakeFontRecord(font, workgroup ? *workgroup : deleted, library.Active().StateOf(font));
+}
 
 // True if font a represents its PostScript name in the family better than b.
 bool IsBetterMember(FontLibrary& library, const Font& a, const Font& b, uint32_t askedID, const std::string& kind) {

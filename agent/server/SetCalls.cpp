@@ -30,7 +30,8 @@ Numbers WithoutRepeats(const Numbers& ids) {
 Answer<calls::CreateTopLevelSet> Serve(FontLibrary& library, ClientID,
                                        const calls::CreateTopLevelSet::Arguments& arguments) {
   const bool isNameGood = !arguments.name.empty() && arguments.name.size() <= kLongestSetName;
-  if (!isNameGood || arguments.workgroupID != kFontLibrary.id) return kInvalidParam;
+  const Workgroup* workgroup = FindWorkgroup(library.Groups(), arguments.workgroupID);
+  if (!isNameGood || !workgroup || workgroup->type == kSystemType) return kInvalidParam;
   if (!AreAllKnown(library, arguments.fontIDs)) return kNotFound;
   const uint32_t id = library.User().CreateSet(arguments.name, arguments.workgroupID, arguments.fontIDs);
   library.NoteListsChanged();
@@ -56,18 +57,28 @@ Answer<calls::GetSets> Serve(FontLibrary& library, ClientID, const calls::GetSet
 }
 
 Answer<calls::CanExportFonts> Serve(FontLibrary& library, ClientID, const calls::CanExportFonts::Arguments& arguments) {
-  return calls::Value{AreAllKnown(library, arguments.fontIDs) ? 1u : 0u};
+  const bool canExport = std::ranges::all_of(arguments.fontIDs, [&](uint32_t id) {
+    const Font* font = library.Table().Find(id);
+    return font && library.Rights().IsHeld(kExportFonts, font->workgroupID);
+  });
+  return calls::Value{canExport ? 1u : 0u};
 }
 
-// Continues after a font that cannot be copied, and then fails.
+// Continues after a font that cannot or may not be copied, and then fails.
 Answer<calls::ExportFonts> Serve(FontLibrary& library, ClientID, const calls::ExportFonts::Arguments& arguments) {
   if (!arguments.folder.starts_with("/")) return kInvalidParam;
   if (platform::MakeFolder(arguments.folder)) return kCouldNotCopyFile;
   calls::ExportFonts::Result result;
+  ResultCode failure = kCouldNotCopyFile;
   std::set<std::string> taken;  // the faces of a collection share their file
   for (const uint32_t id : arguments.fontIDs) {
     const Font* font = library.Table().Find(id);
     if (font && !taken.insert(font->path).second) continue;
+    if (font && !library.Rights().IsHeld(kExportFonts, font->workgroupID)) {
+      failure = kNotGrantedExport;
+      result.failed.push_back(id);
+      continue;
+    }
     std::string copy;
     if (font && !ExportFile(font->path, arguments.folder, &copy)) {
       result.copies.push_back(copy);
@@ -75,7 +86,7 @@ Answer<calls::ExportFonts> Serve(FontLibrary& library, ClientID, const calls::Ex
       result.failed.push_back(id);
     }
   }
-  return {result.failed.empty() ? kSuccess : kCouldNotCopyFile, std::move(result)};
+  return {result.failed.empty() ? kSuccess : failure, std::move(result)};
 }
 
 }  // namespace agent

@@ -1,5 +1,6 @@
 #include "agent/store/Configuration.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "agent/client/AgentFolders.h"
@@ -17,18 +18,31 @@ std::string WithoutTrailingSlash(std::string path) {
   return path;
 }
 
-std::string Absolute(const std::string& path, const std::string& base) {
-  const std::filesystem::path whole = std::filesystem::path(base) / path;
-  return WithoutTrailingSlash(whole.lexically_normal().string());
+using Folders = std::vector<std::string>;
+
+Folders CleanFolders(const Configuration& configuration, const Folders& folders) {
+  Folders clean;
+  for (const std::string& folder : folders) clean.push_back(CleanFolder(configuration, folder));
+  return clean;
+}
+
+// Throws Json::exception for a key that is missing or of the wrong type.
+void ReadOwnLibraries(const Json& libraries, Configuration& configuration) {
+  for (const Json& library : libraries) {
+    Workgroup group{library.at("id"), library.at("name"), kLibraryType,
+                    CleanFolders(configuration, library.at("folders").get<Folders>())};
+    configuration.lastLibraryID = std::max(configuration.lastLibraryID, group.id);
+    configuration.ownLibraries.push_back(std::move(group));
+  }
 }
 
 // Throws Json::exception for a key of the wrong type.
 Configuration FromJson(const Json& json, const std::string& stateFolder) {
   Configuration configuration;
   configuration.stateFolder = stateFolder;
-  for (const auto& folder : json.value("library", std::vector<std::string>())) {
-    configuration.library.push_back(Absolute(folder, stateFolder));
-  }
+  configuration.library = CleanFolders(configuration, json.value("library", Folders()));
+  configuration.lastLibraryID = json.value("lastLibraryID", kFirstOwnLibraryID - 1);
+  ReadOwnLibraries(json.value("libraries", Json::array()), configuration);
   configuration.desktop = json.value("desktop", false);
   configuration.exitWithLastClient = json.value("exitWithLastClient", false);
   configuration.refused = json.value("refused", std::set<std::string>());
@@ -52,7 +66,31 @@ std::optional<Json> ReadObject(const std::string& file, std::string& error) {
   return std::nullopt;
 }
 
+// One line; empty if there is no problem.
+std::string ProblemOf(const Workgroups& libraries) {
+  std::set<uint32_t> ids;
+  for (const Workgroup& library : libraries) {
+    if (library.id < kFirstOwnLibraryID) {
+      return "the ID of a library is below " + std::to_string(kFirstOwnLibraryID);
+    }
+    if (!ids.insert(library.id).second) return "two libraries have the ID " + std::to_string(library.id);
+  }
+  return "";
+}
+
 }  // namespace
+
+std::string CleanFolder(const Configuration& configuration, const std::string& path) {
+  const std::filesystem::path whole = std::filesystem::path(configuration.stateFolder) / path;
+  return WithoutTrailingSlash(whole.lexically_normal().string());
+}
+
+Workgroups Configuration::AllWorkgroups() const {
+  Workgroups all = {{kFontLibraryID, kFontLibraryName, kLibraryType, library}};
+  all.insert(all.end(), ownLibraries.begin(), ownLibraries.end());
+  all.push_back({kSystemFontsID, "System", kSystemType, {}});
+  return all;
+}
 
 std::string Configuration::ActiveFolderPath() const {
   return agent_client::ActiveFolderOf(stateFolder, desktop, platform::GetPlaces().home);
@@ -68,20 +106,27 @@ std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, s
   const auto json = ReadObject(folder + "/" + agent_protocol::kConfigurationName, error);
   if (!json) return std::nullopt;
   try {
-    return FromJson(*json, folder);
+    Configuration configuration = FromJson(*json, folder);
+    error = ProblemOf(configuration.ownLibraries);
+    if (error.empty()) return configuration;
+    error = folder + "/" + agent_protocol::kConfigurationName + ": " + error;
+    return std::nullopt;
   } catch (const Json::exception& exception) {
     error = folder + "/" + agent_protocol::kConfigurationName + ": " + exception.what();
     return std::nullopt;
   }
 }
 
-bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& folders, std::string& error) {
+bool StoreConfiguration(const Configuration& configuration, std::string& error) {
   const std::string file = configuration.stateFolder + "/" + agent_protocol::kConfigurationName;
   auto json = ReadObject(file, error);
   if (!json) return false;
-  std::vector<std::string> whole;
-  for (const std::string& folder : folders) whole.push_back(Absolute(folder, configuration.stateFolder));
-  (*json)["library"] = whole;
+  (*json)["library"] = configuration.library;
+  (*json)["libraries"] = Json::array();
+  for (const Workgroup& library : configuration.ownLibraries) {
+    (*json)["libraries"].push_back({{"id", library.id}, {"name", library.name}, {"folders", library.folders}});
+  }
+  (*json)["lastLibraryID"] = configuration.lastLibraryID;
   std::string text;
   try {
     text = json->dump(2) + "\n";
@@ -93,7 +138,6 @@ bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& 
     error = file + ": " + platform::DescribeError(failure);
     return false;
   }
-  configuration.library = std::move(whole);
   return true;
 }
 

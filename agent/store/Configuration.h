@@ -6,11 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "agent/fonts/Workgroup.h"
+
 namespace agent {
 
 struct Configuration {
   std::string stateFolder;           // absolute
-  std::vector<std::string> library;  // absolute folders; relative ones start at the state folder
+  std::vector<std::string> library;  // absolute folders of the first library; relative ones start at the state folder
+  Workgroups ownLibraries;           // further ones, that the user has made
+  uint32_t lastLibraryID = 0;        // of those that were made so far, so that no ID is used again
   bool desktop = false;
   bool exitWithLastClient = false;
   std::set<std::string> refused;  // PostScript names of fonts that must not be activated
@@ -19,10 +23,16 @@ struct Configuration {
   std::string DataFolder() const { return stateFolder + "/agent"; }
   // The folder of the links that activate fonts.
   std::string ActiveFolderPath() const;
+  // Every workgroup, in the order in which they are searched.
+  Workgroups AllWorkgroups() const;
 };
 
-// Replaces the list of folders in the file and in the object. On an error neither is changed, and `error` is one line.
-bool StoreLibrary(Configuration& configuration, const std::vector<std::string>& folders, std::string& error);
+// Makes a path absolute, without a slash at its end; a relative one starts at the state folder.
+std::string CleanFolder(const Configuration& configuration, const std::string& path);
+
+// Stores what changes while the agent runs: the libraries. The rest of the file stays as it is. On an error the file is not
+// changed, and `error` is one line.
+bool StoreConfiguration(const Configuration& configuration, std::string& error);
 
 // Returns nothing, with one line in `error`, if the folder or its configuration cannot be used.
 std::optional<Configuration> ReadConfiguration(const std::string& stateFolder, std::string& error);

@@ -11,7 +11,7 @@ namespace agent {
 namespace {
 
 // Steps are added, never changed.
-constexpr std::array<const char*, 3> kMigrations = {R"(
+constexpr std::array<const char*, 4> kMigrations = {R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
 CREATE INDEX fonts_by_file ON fonts(device, inode, face);
@@ -31,7 +31,9 @@ CREATE TABLE smart_lists(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 100 AND
 INSERT INTO sqlite_sequence VALUES('smart_lists', 100);
 CREATE TABLE smart_list_members(list INTEGER NOT NULL REFERENCES smart_lists(id), kind INTEGER NOT NULL,
                                 member INTEGER NOT NULL, PRIMARY KEY(list, kind, member)) WITHOUT ROWID;
-CREATE TABLE panel_clicks(font INTEGER PRIMARY KEY REFERENCES fonts(id), count INTEGER NOT NULL);)"};
+CREATE TABLE panel_clicks(font INTEGER PRIMARY KEY REFERENCES fonts(id), count INTEGER NOT NULL);)",
+                                                    R"(
+CREATE TABLE denied_rights(name TEXT NOT NULL, workgroup INTEGER NOT NULL, PRIMARY KEY(name, workgroup)) WITHOUT ROWID;)"};
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
 
@@ -198,6 +200,18 @@ bool UserStore::AddToSets(const std::vector<uint32_t>& setIDs, const std::vector
   }
   transaction.Commit();
   return true;
+}
+
+void UserStore::ForgetWorkgroup(uint32_t id, uint32_t heir) {
+  Transaction transaction(database_);
+  Statement(database_, "UPDATE sets SET workgroup=?2 WHERE workgroup=?1")
+      .Bind(1, int64_t{id})
+      .Bind(2, int64_t{heir})
+      .Run();
+  // Kind 1 is a workgroup, as in SmartStore.cpp.
+  Statement(database_, "DELETE FROM smart_list_members WHERE kind=1 AND member=?").Bind(1, int64_t{id}).Run();
+  Statement(database_, "DELETE FROM denied_rights WHERE workgroup=?").Bind(1, int64_t{id}).Run();
+  transaction.Commit();
 }
 
 std::vector<FontSet> UserStore::Sets() {

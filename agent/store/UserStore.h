@@ -49,6 +49,8 @@ class UserStore {
   // Returns false, with nothing changed, if one of the sets does not exist.
   bool AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs);
   std::vector<FontSet> Sets();
+  // After the workgroup was deleted: its sets go to `heir`, smart lists lose it, and so do the rights.
+  void ForgetWorkgroup(uint32_t id, uint32_t heir);
 
   // For the stores that keep their tables in the same file.
   Database& Tables() { return database_; }

@@ -39,9 +39,9 @@ TModuleErrorCode GetSystemWorkgroupID(FacadeHandle h, uint32_t* out) {
 
 int32_t IsAllWorkgroups(int32_t workgroupID) { return workgroupID == kAllWorkgroups || workgroupID == 0 ? 1 : 0; }
 
-TModuleErrorCode GetPermission(FacadeHandle h, uint16_t, const char* right, uint32_t, int32_t* out) {
+TModuleErrorCode GetPermission(FacadeHandle h, uint16_t, const char* right, uint32_t workgroupID, int32_t* out) {
   if (!right) return kNullPointer;
-  return ReadValue<calls::GetPermission>(h, {right}, out);
+  return ReadValue<calls::GetPermission>(h, {{right, workgroupID}}, out);
 }
 
 TModuleErrorCode CreateTopLevelSet(FacadeHandle h, uint32_t* outSetID, uint32_t workgroupID, const char* name, uint32_t,

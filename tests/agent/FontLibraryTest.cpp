@@ -372,7 +372,9 @@ TEST_F(FontLibraryTest, AFontWithControlCharactersInItsNamesIsServed) {
   ASSERT_NE(id, 0u);
   EXPECT_THAT(library_->Active().Activate(kClient, {id}, kAutoActivated).activated, ElementsAre(id));
   platform::Dictionary record = platform::Dictionary::Create();
-  for (const auto& [key, text] : MakeFontRecord(*library_->Table().Find(id), kAutoActivated)) record.Set(key, text);
+  for (const auto& [key, text] :
+       MakeFontRecord(*library_->Table().Find(id), library_->Groups().front(), kAutoActivated))
+    record.Set(key, text);
   EXPECT_THAT(platform::CreateXMLPropertyList(record), HasSubstr("odd\uFFFD\uFFFD\uFFFD[31m.t1"));
 }
 
@@ -456,10 +458,10 @@ TEST_F(FontLibraryTest, KnowsTheSystemsFontsFromItsOwn) {
   UseFontConfig(system.Path());
   Start();
   const Font& bold = *library_->Table().Find(IDOf("LiberationSerif-Bold"));
-  EXPECT_EQ(bold.workgroupID, kFontLibrary.id);
+  EXPECT_EQ(bold.workgroupID, kFontLibraryID);
   EXPECT_EQ(library_->Active().StateOf(bold), agent_protocol::kSystemActive);
   const Font& dejavu = *library_->Table().Find(IDOf("DejaVuSans"));
-  EXPECT_EQ(dejavu.workgroupID, kSystemFonts.id);
+  EXPECT_EQ(dejavu.workgroupID, kSystemFontsID);
   EXPECT_EQ(library_->Scans().Report().faces, 1u);
 
   fs::remove(system / "DejaVuSans.ttf");

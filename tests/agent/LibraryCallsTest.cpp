@@ -55,17 +55,6 @@ TEST_F(LibraryCalls, ThisEditionServesOneUserWithoutAServer) {
   EXPECT_EQ(vpi_.GetIsLoggedIn(Handle(), &answer), 0u);
   EXPECT_EQ(answer, 1);
   EXPECT_NE(vpi_.GetIsLoggedIn(Handle(), nullptr), 0u);
-  for (const bool special : {false, true}) {
-    ValueRef list = nullptr;
-    ASSERT_EQ(vpi_.GetAllWorkgroupsForUser(Handle(), &list, special, false), 0u);
-    EXPECT_EQ(Array(Value::Adopt(list)).Count(), special ? 2u : 1u);
-  }
-  char right[256];
-  EXPECT_EQ(vpi_.GetCanActivateAcrossWorkgroupsColumnID(right, sizeof right), 0u);
-  for (const auto& [asked, held] : {std::pair{right, 1}, std::pair{const_cast<char*>("RuleTheWorld"), 0}}) {
-    EXPECT_EQ(vpi_.GetPermission(Handle(), 1, asked, 0, &answer), 0u);
-    EXPECT_EQ(answer, held) << asked;
-  }
 }
 
 TEST_F(LibraryCalls, LookUpsKeepToNamesWorkgroupsAndCapacity) {

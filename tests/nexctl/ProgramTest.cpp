@@ -29,6 +29,7 @@ class Nexctl : public testing::Test {
     }
     std::filesystem::copy_file(debian_fonts::kLiberation + "LiberationMono-Bold.ttf", folder_ / "fonts/copy.ttf");
     folder_.Write("fonts/broken.otf", "not a font");
+    std::filesystem::create_directory(folder_ / "fonts/client");
     folder_.Write("state/nexcore.json", R"({"library": ["../fonts"], "exitWithLastClient": true})");
     folder_.Write("state/fonts.conf", "<fontconfig><dir>" + folder_ / "state/active" + "</dir><cachedir>" +
                                           folder_ / "state/cache" + "</cachedir></fontconfig>");
@@ -83,6 +84,18 @@ const Row kSession[] = {
     {"status", 0, "fonts          3"},
     {"library list", 0, "/fonts"},
     {"fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold.ttf"},
+    {"workgroup create Client \"$FONTS/client\"", 0, "id\n11\n"},
+    {"library list", 0, "11         Client"},
+    {"--workgroup 11 set create Titles", 0, "id\n2\n"},
+    {"--workgroup 11 library remove \"$FONTS/client\"", 0, ""},
+    {"--workgroup 11 library add \"$FONTS/client\"", 0, ""},
+    {"workgroup rename 11 Customer", 0, ""},
+    {"workgroup list", 0, "11  library  Customer"},
+    {"rights deny export 11", 0, ""},
+    {"rights list", 0, "export           11         denied"},
+    {"rights allow export", 0, ""},
+    {"rights list", 0, "export           all        allowed"},
+    {"workgroup delete 11", 0, ""},
     {"log", 0, ""},
 };
 
@@ -113,6 +126,10 @@ TEST_F(Nexctl, MistakesAreExplained) {
       {"show Nonesuch", 1, "no font Nonesuch"},
       {"show 999999", 1, "no font 999999"},
       {"activate LiberationMono-Bold", 1, "in several files"},
+      {"workgroup delete 1", 1, "no library 1"},
+      {"workgroup rename 1 Mine", 1, "can't be renamed"},
+      {"--workgroup 50 library add .", 1, "no library 50"},
+      {"rights deny sleep", 2, "export or activate-across"},
       {"--state /nonexistent/folder status", 1, "no state folder"},
   };
   for (const Row& row : rows) {

@@ -172,25 +172,26 @@ using agent_protocol::kServiceUnavailableCode;
 //
 // --- Workgroups and rights ---
 // GetAllWorkgroupsForUser        *outArray receives dictionaries with "WorkgroupID", "WorkgroupName" and
-//                                "WorkgroupType", all strings; null on failure. includeSpecial adds the workgroup of
-//                                the operating system's fonts. The meaning of `flag` is not known; the plug-in passes
+//                                "WorkgroupType", all strings; null on failure. includeSpecial adds the workgroups of
+//                                the operating system's fonts and of web fonts. The meaning of `flag` is not known; the plug-in passes
 //                                false.
-// GetDefaultLibraryName          Writes the name of the library.
+// GetDefaultLibraryName          Writes the name of the first library.
 // GetSystemWorkgroupID           The ID of the workgroup of the operating system's fonts. On failure *out is unchanged.
 // IsAllWorkgroups                Local. 1 for 0 and for -2, which the plug-in uses for "all"; otherwise 0.
 // GetPermission                  1 in *out if the user has the right, otherwise 0. On failure *out is unchanged.
 //                                `right` is the name from GetCanActivateAcrossWorkgroupsColumnID or
-//                                GetExportFontsColumnID. `flag` is always 1. This library ignores the workgroup,
-//                                because it has the same rights in all of them.
+//                                GetExportFontsColumnID. `flag` is always 1. With workgroup 0, whether the user has
+//                                the right in every workgroup.
 //
 // --- Sets and copies ---
 // CreateTopLevelSet              Creates a set of fonts in a workgroup. On failure *outSetID is unchanged and no set
 //                                exists. kNotFound for an unknown font.
 // AddFontsToSets                 Adds all fonts to all sets, or nothing: kNotFound for an unknown set or font.
-// CanExportFonts                 1 in *out if all fonts are known, otherwise 0. On failure *out is unchanged.
+// CanExportFonts                 1 in *out if all fonts are known and may be exported, otherwise 0. On failure *out is
+//                                unchanged.
 // ExportFonts                    Copies the font files to `folder`, an absolute path. An existing file is not replaced;
-//                                the copy gets another name. kCouldNotCopyFile if a file could not be copied; the
-//                                others are copied all the same.
+//                                the copy gets another name. kCouldNotCopyFile if a file could not be copied,
+//                                kNotGrantedExport if one may not; the others are copied all the same.
 // GetFontVaultPath               Writes the folder of the agent's databases.
 //
 // --- Previews ---
