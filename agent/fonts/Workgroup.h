@@ -25,6 +25,7 @@ inline constexpr const char* kFontLibraryName = "Font Library";
 
 // Null if there is no such workgroup.
 const Workgroup* FindWorkgroup(const Workgroups& workgroups, uint32_t id);
+const Workgroup* FindWorkgroup(Workgroups&&, uint32_t) = delete;  // it would end before the result
 // True if fonts of workgroup a come before those of b: libraries, then web fonts, then the operating system's.
 bool IsSearchedBefore(uint32_t a, uint32_t b);
 

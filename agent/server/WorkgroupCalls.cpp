@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t kLongestLibraryName = 127;  // bytes; what clients have room for
 
-// The workgroup of this folder among those that the user can change; null if there is none.
+// The workgroup of this folder; null if there is none.
 const Workgroup* OwnerOf(const Workgroups& workgroups, const std::string& folder) {
   const auto owner = std::ranges::find_if(workgroups, [&](const Workgroup& workgroup) {
     return std::ranges::find(workgroup.folders, folder) != workgroup.folders.end();
@@ -26,11 +26,12 @@ std::string Put(const calls::PutLibrary::Arguments& arguments, Configuration& ch
   const bool isFirst = id == kFontLibraryID;
   if (isFirst && arguments.name != kFontLibraryName) return "the first library can't be renamed";
   if (arguments.name.empty() || arguments.name.size() > kLongestLibraryName) return "the name is empty or too long";
+  const Workgroups before = changed.AllWorkgroups();
   std::vector<std::string> folders;
   for (const std::string& folder : arguments.folders) {
     if (!folder.starts_with('/')) return folder + ": is not an absolute path";
     folders.push_back(CleanFolder(changed, folder));
-    const Workgroup* owner = OwnerOf(changed.AllWorkgroups(), folders.back());
+    const Workgroup* owner = OwnerOf(before, folders.back());
     if (owner && owner->id != id) return folder + ": is a folder of the library " + owner->name;
   }
   if (isFirst) {
@@ -116,7 +117,8 @@ Answer<calls::DeleteLibrary> Agent::Serve(ClientID, const calls::DeleteLibrary::
 bool Agent::IsRight(const calls::Right& right) const {
   if (right.right == kActivateAcrossWorkgroups) return right.workgroupID == kAllWorkgroups;
   if (right.right != kExportFonts) return false;
-  return right.workgroupID == kAllWorkgroups || FindWorkgroup(configuration_.AllWorkgroups(), right.workgroupID);
+  const Workgroups workgroups = configuration_.AllWorkgroups();
+  return right.workgroupID == kAllWorkgroups || FindWorkgroup(workgroups, right.workgroupID);
 }
 
 Answer<calls::GetPermission> Agent::Serve(ClientID, const calls::GetPermission::Arguments& arguments) {
