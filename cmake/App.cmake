@@ -19,6 +19,17 @@ function(place_in_app target folder)
     LIBRARY DESTINATION ${APP_INSTALL_DIR}/${folder})
 endfunction()
 
+# place_files_in_app(FROM FOLDER): copies the files of a folder of the sources to FOLDER, relative to the folder of the programs,
+# and installs them there.
+function(place_files_in_app from folder)
+  file(GLOB files CONFIGURE_DEPENDS ${from}/*)
+  foreach(file ${files})
+    get_filename_component(name ${file} NAME)
+    configure_file(${file} ${APP_DIR}/${folder}/${name} COPYONLY)
+  endforeach()
+  install(FILES ${files} DESTINATION ${APP_INSTALL_DIR}/${folder})
+endfunction()
+
 # put_on_path(NAME PROGRAM): installs a link NAME, by which users call the program. PROGRAM is relative to the folder of the
 # programs.
 function(put_on_path name program)

@@ -11,6 +11,7 @@
 #include "host/console/Boxes.h"
 #include "host/console/Commands.h"
 #include "host/console/Options.h"
+#include "host/console/PanelSession.h"
 #include "host/console/Report.h"
 #include "host/console/Sandbox.h"
 #include "host/console/Session.h"
@@ -57,6 +58,7 @@ std::string ReadScript(const std::string& path, const std::string& text, std::ve
 // The objects of one run of the program.
 struct Run {
   Signals& signals;
+  const Sandbox& sandbox;
   Session& session;
   Report& report;
 
@@ -72,8 +74,8 @@ void RunScript(const Run& run, const std::vector<ScriptLine>& script, CommandCon
   }
 }
 
-// Returns false if a line was not understood and no user could read that.
-bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes) {
+// Returns false if a line was not understood and no user could read that. `panel` is null without a font panel.
+bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes, PanelSession* panel) {
   Terminal terminal(run.signals, [&context] { return context.session.DocumentNames(); });
   run.signals.SetUser(terminal.HasUser());
   if (terminal.HasUser()) {
@@ -83,7 +85,11 @@ bool RunConsole(const Run& run, CommandContext& context, Boxes& boxes) {
   }
   std::string line;
   bool isUnderstood = true;
-  while (!context.quits && terminal.ReadCommand(line)) {
+  const auto readCommand = [&] {
+    const PanelSession::AgentWatch watch(panel);
+    return terminal.ReadCommand(line);
+  };
+  while (!context.quits && readCommand()) {
     Words words;
     std::string problem = SplitWords(line, words);
     if (problem.empty()) problem = CheckCommand(words);
@@ -147,7 +153,14 @@ bool Work(const Run& run, const Options& options, const std::vector<ScriptLine>&
     for (const std::string& file : options.files) {
       RunReported(run.report, file, [&] { run.session.Open(file); });
     }
-    return RunConsole(run, context, boxes);
+    std::optional<PanelSession> panel;
+    if (options.panel) {
+      RunReported(run.report, "panel", [&] {
+        panel.emplace(run.sandbox, run.session);
+        run.report.Listing({"panel: " + panel->Address()});
+      });
+    }
+    return RunConsole(run, context, boxes, panel ? &*panel : nullptr);
   } else {
     Demonstrate(run, options.files);
   }
@@ -173,7 +186,7 @@ int RunHost(const Options& options, const std::vector<ScriptLine>& script) {
   bool isUnderstood = true;
   if (session.Start(&library)) {
     if (library.isKnown) DescribeLibrary(sandbox, library);
-    isUnderstood = Work({signals, session, *report}, options, script, answers, boxes);
+    isUnderstood = Work({signals, sandbox, session, *report}, options, script, answers, boxes);
   }
   RunReported(*report, sandbox.Folder(), [&] { session.Quit(); });
   if (signals.EndAsked() != 0) {

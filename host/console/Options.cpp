@@ -11,6 +11,7 @@ std::vector<platform::Option> OptionTable(Options& options) {
   return {
       {"--script", "FILE", "replay the commands of a file, one a line", &options.script},
       {"--interactive", "", "take commands from the terminal", &options.interactive},
+      {"--panel", "", "open the font panel in the browser, and take commands from the terminal", &options.panel},
       {"--json", "", "write one JSON object a line instead of the report", &options.json},
       {"--library", "FOLDER", "a folder of fonts to choose from; may be given several times", &options.library},
       {"--state", "FOLDER", "keep fonts, preferences and copies of documents there", &options.state},
@@ -23,6 +24,7 @@ std::vector<platform::Option> OptionTable(Options& options) {
 
 std::string Conflict(const Options& options) {
   if (options.script.empty()) return "";
+  if (options.panel) return "--script and --panel cannot be used together";
   if (options.interactive) return "--script and --interactive cannot be used together";
   if (!options.files.empty()) return "--script allows no documents on the command line; open them in the script";
   return "";
@@ -31,8 +33,10 @@ std::string Conflict(const Options& options) {
 }  // namespace
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
-  const std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.files);
-  return problem.empty() ? Conflict(options) : problem;
+  std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.files);
+  if (problem.empty()) problem = Conflict(options);
+  options.interactive |= options.panel;
+  return problem;
 }
 
 std::string HelpText() {

@@ -13,6 +13,7 @@ struct Options {
   std::string state;    // empty for the platform's default
   std::string samples;  // the folder of documents to open if none are named
   bool interactive = false;
+  bool panel = false;  // implies interactive
   bool json = false;
   bool desktop = false;
   bool help = false;

@@ -86,6 +86,7 @@ std::string Sandbox::InterfaceFramework() const { return app_ + "/agent/Velorant
 std::string Sandbox::UserInterfaceFramework() const { return app_ + "/agent/PluginFiles/VelorantPlugins.framework"; }
 std::string Sandbox::EventsFramework() const { return app_ + "/host/Frameworks/PlugPlug.framework"; }
 std::string Sandbox::FontListerExecutable() const { return app_ + "/docfonts/docfonts"; }
+std::string Sandbox::PanelPageFolder() const { return app_ + "/host/panel"; }
 std::string Sandbox::PluginBundle() const { return app_ + "/host/Plug-ins/AutoActivation.plugin"; }
 
 std::string Sandbox::Prepare(const SandboxOptions& options) {

@@ -7,6 +7,7 @@
 //   STATE/run, agent, active   the agent's; see agent/include/AgentProtocol.h
 //   STATE/home, logs, cache    the user's folder of the sandbox, diagnostic logs, fontconfig's cache
 //   STATE/preferences.plist    the user-interface framework's preferences
+//   STATE/run/panel.html opens the font panel's page, whose address is secret
 //   STATE/copies               where documents are saved that must not be changed themselves
 //
 // Each file is replaced atomically, and only if its content changes.
@@ -47,6 +48,12 @@ class Sandbox {
   std::string EventsFramework() const;         // between the plug-in and its panel
   std::string PluginBundle() const;
   std::string FontListerExecutable() const;  // docfonts
+  std::string PanelPageFolder() const;       // the files of the font panel's page
+  std::string PreviewFolder() const {
+    return folder_ + "/agent/previews";
+  }                                                                     // the names of fonts that the agent has drawn
+  std::string PanelLog() const { return folder_ + "/logs/panel.log"; }  // of the panel's server, for this run
+  std::string PanelRedirect() const { return folder_ + "/run/panel.html"; }
   std::string ActiveFolder() const { return activeFolder_; }
   std::string AgentErrors() const {
     return folder_ + "/logs/agent.err";

@@ -55,6 +55,13 @@ class Session {
   void ShowTrace(size_t lines);
   void ShowPreferences();
 
+  // Notices what happened without a command: an agent that has ended is started again, and documents that the plug-in
+  // closed and opened are known again. Call it before each operation, because the loop also runs while the console waits
+  // for a command and while a box is open.
+  void CatchUp();
+  // True if the agent runs, as far as is known without a question.
+  bool HasAgent() { return agent_.IsConnected(); }
+
   std::vector<std::string> DocumentNames() const;
   // True if the state folder was removed or replaced. Then no more documents are opened; open ones can be saved.
   bool IsLost() const { return isLost_; }
@@ -85,8 +92,6 @@ class Session {
   // none.
   KnownDocument* Choose(const std::string& document, const char* operation);
   host::DocumentInfo InfoOf(int32_t id) const;
-  // Call before each operation: the loop also runs while the console waits for a command and while a box is open.
-  void CatchUp();
   // Catches up. Returns false, and reports it, if no more documents can be opened.
   bool CanOpen(const std::string& document);
   // Updates the list after what the plug-in did: documents that it closed and reopened have new IDs.

@@ -37,6 +37,7 @@ TEST(Options, WrongOnesAreToldInOneLine) {
       {{"--json=1"}, "--json takes no value"},
       {{"--script", "s", "a.psd"}, "no documents on the command line"},
       {{"--script", "s", "--interactive"}, "cannot be used together"},
+      {{"--script", "s", "--panel"}, "cannot be used together"},
   };
   for (const Row& row : rows) {
     Options options;

@@ -26,6 +26,7 @@ FLOORS = (
     ('agent/client/AgentConnection.cpp', 'agent/fonts/FontFile.h', False),
     ('host/console/AgentLink.cpp', 'agent/fonts/FontFile.h', False),
     ('host/console/AgentLink.cpp', 'agent/client/AgentConnection.h', True),
+    ('host/panel/EventLink.cpp', 'host/console/Session.h', False),
     ('host/console/FontLister.cpp', 'docfonts/Report.h', False),
     ('host/console/FontLister.cpp', 'docfonts/include/ReadingTime.h', True),
     ('docfonts/Resolver.cpp', 'Readers/Document/DocumentReaders.h', True),
