@@ -14,6 +14,7 @@
 #include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
 #include "platform/Trace.h"
+#include "platform/Waiting.h"
 
 namespace agent_client {
 
@@ -59,6 +60,13 @@ bool IsHungUp(int socket) {
 platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
   std::error_code error;
   return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
+}
+
+bool AnswersGreeting(const platform::Descriptor& socket, std::chrono::milliseconds patience) {
+  if (patience != platform::kForever) SetTimeout(socket.Get(), SO_RCVTIMEO, patience);
+  const std::string hello = agent_protocol::RequestText<agent_protocol::calls::Hello>(1, {});
+  std::string reply;
+  return !platform::SendMessage(socket.Get(), hello) && !platform::ReceiveMessage(socket.Get(), reply);
 }
 
 // Shared with the reader thread, which may outlive the connection if a notification handler deletes it.
@@ -244,6 +252,13 @@ void AgentConnection::Close() {
     state_->isClosed = true;
   }
   state_->Lose();
+}
+
+void AgentConnection::AwaitDelivery() const {
+  constexpr auto kLongest = std::chrono::seconds(1);
+  std::unique_lock lock(state_->mutex);
+  if (state_->reader == std::this_thread::get_id()) return;
+  state_->readerEnded.wait_for(lock, kLongest, [this] { return state_->readerHasEnded; });
 }
 
 bool AgentConnection::IsLost() const {

@@ -35,6 +35,10 @@ struct Reply {
 // connection within 2 seconds.
 platform::Descriptor ReachAgent(const std::string& runtimeFolder);
 
+// Sends a greeting through a socket from ReachAgent and waits for the reply. Returns false if the agent ends or does not
+// answer in time. The socket of an agent that is being killed still accepts connections, so reaching it proves nothing.
+bool AnswersGreeting(const platform::Descriptor& socket, std::chrono::milliseconds patience);
+
 class AgentConnection {
  public:
   using Patience = std::chrono::milliseconds;
@@ -72,6 +76,9 @@ class AgentConnection {
   bool HasEnded() const;
   bool HasFallenSilent() const;  // lost because the agent was silent
   void Close();                  // the connection is lost afterwards
+  // For a lost connection: waits until all that the agent had sent is delivered, for a second at most. Returns at once on
+  // the reader thread.
+  void AwaitDelivery() const;
 
  private:
   struct State;

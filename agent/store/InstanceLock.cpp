@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <chrono>
 
+#include "agent/client/AgentConnection.h"
 #include "platform/Files.h"
 #include "platform/LastError.h"
 #include "platform/LocalSocket.h"
@@ -28,12 +29,13 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
   }
   Result result = Result::kFailed;
   platform::WaitUntil(kPatience, [&] {
-    std::error_code unanswered;
     if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) {
       result = Result::kTaken;
-    } else if (platform::ConnectLocal(runtimeFolder, socketName, unanswered)) {
-      result = Result::kServed;
+      return true;
     }
+    std::error_code unreachable;
+    const platform::Descriptor socket = platform::ConnectLocal(runtimeFolder, socketName, unreachable);
+    if (socket && agent_client::AnswersGreeting(socket, kPatience)) result = Result::kServed;
     return result != Result::kFailed;
   });
   if (result == Result::kFailed) error = std::make_error_code(std::errc::resource_unavailable_try_again);

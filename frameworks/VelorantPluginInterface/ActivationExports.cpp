@@ -1,6 +1,6 @@
 // Activating and deactivating fonts.
 #include "agent/include/AgentProtocol.h"
-#include "frameworks/VelorantPluginInterface/Calls.h"
+#include "frameworks/VelorantPluginInterface/AgentRestart.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 
 using namespace plugin_interface;
@@ -52,7 +52,7 @@ TModuleErrorCode DeactivateFonts(FacadeHandle h, uint32_t count, const uint32_t*
 TModuleErrorCode GetFontIsActivated(FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t* outFlags) {
   if (count > 0 && (!fontIDs || !outFlags)) return kNullPointer;
   return Guarded([&] {
-    const auto reply = CallAgent<calls::GetFontIsActivated>(h, {NumbersOf(count, fontIDs)});
+    const auto reply = AskAgent<calls::GetFontIsActivated>(h, {NumbersOf(count, fontIDs)});
     return reply.code == kSuccess ? WriteAnswers(reply.result.flags, count, outFlags) : reply.code;
   });
 }
@@ -69,7 +69,7 @@ TModuleErrorCode GetFontConflicts(FacadeHandle h, uint32_t count, const uint32_t
                                   uint32_t* outConflictingIDs) {
   if (count > 0 && (!fontIDs || !outConflictingIDs)) return kNullPointer;
   return Guarded([&] {
-    const auto reply = CallAgent<calls::GetFontConflicts>(h, {NumbersOf(count, fontIDs)});
+    const auto reply = AskAgent<calls::GetFontConflicts>(h, {NumbersOf(count, fontIDs)});
     return reply.code == kSuccess ? WriteAnswers(reply.result.conflicts, count, outConflictingIDs) : reply.code;
   });
 }

@@ -39,6 +39,7 @@ platform::Descriptor AwaitAgent(const std::string& runtimeFolder, AgentConnectio
 
 struct Facades {
   std::atomic<bool> isSilent = false;
+  std::atomic<bool> expectsAgent = false;
   std::atomic<AgentConnection::Patience> patience = AgentConnection::kPatience;
 
   std::mutex mutex;  // guards what follows
@@ -97,9 +98,7 @@ void AwaitVoice(const std::string& runtimeFolder) {
     const platform::Descriptor socket = ReachAgent(runtimeFolder);
     // Without a socket the agent does not listen yet, or accepts no more connections.
     if (!socket) return !IsAgentProcessRunning(runtimeFolder);
-    const std::string hello = agent_protocol::RequestText<calls::Hello>(1, {});
-    std::string reply;
-    if (!platform::SendMessage(socket.Get(), hello)) platform::ReceiveMessage(socket.Get(), reply);
+    agent_client::AnswersGreeting(socket, platform::kForever);
     return true;
   };
   platform::WaitUntil(platform::kForever, hasAnsweredOrEnded, kBetweenLooks);
@@ -124,6 +123,11 @@ void NoteSilence(const std::string& runtimeFolder) {
   if (code != kSuccess) all.isSilent = false;
 }
 
+void NoteAndDeliver(const nlohmann::json& notification) {
+  if (notification.value("notify", nlohmann::json()) == PluginInterface::kAgentShutdown) All().expectsAgent = false;
+  Deliver(notification);
+}
+
 uint32_t CodeWithoutAgent() {
   Facades& all = All();
   const std::lock_guard lock(all.mutex);
@@ -135,11 +139,17 @@ uint32_t CodeWithoutAgent() {
 }  // namespace
 
 bool IsAgentSilent() { return All().isSilent; }
+bool ExpectsAgent() { return All().expectsAgent; }
 void SetPatienceForTesting(AgentConnection::Patience patience) { All().patience = patience; }
 
 Facade::ConnectionRef Facade::Connection() const {
   const std::lock_guard lock(mutex_);
   return connection_;
+}
+
+bool Facade::IsRetired() const {
+  const std::lock_guard lock(mutex_);
+  return isRetired_;
 }
 
 bool Facade::IsConnected() const {
@@ -150,6 +160,11 @@ bool Facade::IsConnected() const {
 bool Facade::IsLost() const {
   const ConnectionRef connection = Connection();
   return connection && connection->IsLost();
+}
+
+void Facade::AwaitLastWords() const {
+  const ConnectionRef connection = Connection();
+  if (connection && connection->IsLost()) connection->AwaitDelivery();
 }
 
 uint32_t Facade::Connect() {
@@ -164,14 +179,27 @@ uint32_t Facade::Connect() {
 }
 
 uint32_t Facade::ConnectAlone() {
-  platform::Descriptor socket = AwaitAgent(runtimeFolder_, All().patience);
-  if (!socket) {
-    if (!IsAgentProcessRunning(runtimeFolder_)) return CodeWithoutAgent();
-    NoteSilence(runtimeFolder_);
-    return kReplyTimeout;
-  }
+  uint32_t code = kSuccess;
+  // The socket of a killed agent accepts connections until the system has cleaned up, so try again as long as there is
+  // one. Callers would relaunch the agent several times, and tell the user that it does not run.
+  platform::WaitUntil(All().patience, [&] {
+    platform::Descriptor socket = AwaitAgent(runtimeFolder_, All().patience);
+    const bool isThere = static_cast<bool>(socket);
+    code = isThere ? ConnectThrough(std::move(socket)) : CodeWithoutSocket();
+    return !isThere || !IsAgentGone(code) || IsRetired();
+  });
+  return code;
+}
+
+uint32_t Facade::CodeWithoutSocket() {
+  if (!IsAgentProcessRunning(runtimeFolder_)) return CodeWithoutAgent();
+  NoteSilence(runtimeFolder_);
+  return kReplyTimeout;
+}
+
+uint32_t Facade::ConnectThrough(platform::Descriptor socket) {
   const auto connection =
-      std::make_shared<AgentConnection>(std::move(socket), Deliver, ReturnToNextAgent, All().patience);
+      std::make_shared<AgentConnection>(std::move(socket), NoteAndDeliver, ReturnToNextAgent, All().patience);
   const uint32_t code = Greet(*connection);
   if (connection->HasFallenSilent()) {
     NoteSilence(runtimeFolder_);
@@ -182,6 +210,7 @@ uint32_t Facade::ConnectAlone() {
     const std::lock_guard lock(All().mutex);
     All().relaunches = 0;
   }
+  All().expectsAgent = true;
   {
     const std::lock_guard lock(mutex_);
     if (isRetired_) return kAgentShutdownCode;

@@ -46,6 +46,8 @@ class Facade {
   }
   bool IsConnected() const;
   bool IsLost() const;
+  // If the connection is lost, waits until the agent's last notifications are delivered.
+  void AwaitLastWords() const;
   // Closes the connection; the next call connects again. With keepFonts, the fonts that this process holds stay active
   // and are not held any more. Otherwise the agent deactivates them, and a new connection requests them again.
   void Disconnect(bool keepFonts);
@@ -55,8 +57,11 @@ class Facade {
  private:
   using ConnectionRef = std::shared_ptr<AgentConnection>;
   ConnectionRef Connection() const;
+  bool IsRetired() const;
   void StopWaiting() const;  // the agent is silent
   uint32_t ConnectAlone();
+  uint32_t ConnectThrough(platform::Descriptor socket);
+  uint32_t CodeWithoutSocket();
   uint32_t Greet(AgentConnection& connection);
   template <class Call>
   uint32_t AskAgainFor(AgentConnection& connection, HoldKind kind);
@@ -81,6 +86,8 @@ std::shared_ptr<Facade> FacadeOf(PluginInterface::FacadeHandle handle, uint32_t&
 void DiscardFacade(bool keepFonts);
 // True if the agent runs but does not answer.
 bool IsAgentSilent();
+// True if this process was connected to an agent that has not announced its end.
+bool ExpectsAgent();
 void SetPatienceForTesting(AgentConnection::Patience patience);
 // The fonts that the process holds, independent of facades.
 HeldFonts& ProcessFonts();

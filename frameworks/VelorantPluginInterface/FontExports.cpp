@@ -1,5 +1,5 @@
 // Looking fonts up and reading their records.
-#include "frameworks/VelorantPluginInterface/Calls.h"
+#include "frameworks/VelorantPluginInterface/AgentRestart.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Values.h"
 
@@ -32,7 +32,7 @@ TModuleErrorCode LookUp(FacadeHandle h, const char* name, const Workgroups& work
   if (!name || !out.count) return kNullPointer;
   *out.count = 0;
   return Guarded([&] {
-    const Reply<Call> reply = CallAgent<Call>(h, {{name, NumbersOf(workgroups.count, workgroups.ids)}});
+    const Reply<Call> reply = AskAgent<Call>(h, {{name, NumbersOf(workgroups.count, workgroups.ids)}});
     if (reply.code == kSuccess) *out.count = WriteNumbers(reply.result.fontIDs, out.ids, out.capacity);
     return reply.code;
   });
@@ -62,7 +62,7 @@ TModuleErrorCode GetFontInfoByID(FacadeHandle h, const uint32_t*, uint32_t, Valu
   const auto fontID = NumberInText(Dictionary(Value::Retain(request)), kDatabaseIDKey);
   if (!fontID) return kInvalidParam;
   return Guarded([&] {
-    const auto reply = CallAgent<calls::GetFontInfoByID>(h, {*fontID});
+    const auto reply = AskAgent<calls::GetFontInfoByID>(h, {*fontID});
     if (reply.code != kSuccess) return reply.code;
     outFields->nDatabaseID = *fontID;
     *outDictionary = DictionaryOf(reply.result.record).Release();
@@ -78,7 +78,8 @@ TModuleErrorCode FindFontsInSameFamilyForActivation(ValueRef fontRecord, const u
   const auto familyID = NumberInText(font, kAssignedFamilyIDKey);
   if (!familyID) return kInvalidParam;
   return Guarded([&] {
-    const auto reply = CurrentFacade()->Call<calls::FindFontsInSameFamilyForActivation>(
+    const auto reply = AskAgent<calls::FindFontsInSameFamilyForActivation>(
+        CurrentFacade()->Handle(),
         {NumberInText(font, kDatabaseIDKey).value_or(0), *familyID, NumbersOf(workgroupCount, workgroupIDs)});
     for (const Record& record : reply.result.records) family.Append(DictionaryOf(record));
     return reply.code;

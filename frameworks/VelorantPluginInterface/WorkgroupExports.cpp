@@ -1,5 +1,5 @@
 // Workgroups, rights, sets and copying font files.
-#include "frameworks/VelorantPluginInterface/Calls.h"
+#include "frameworks/VelorantPluginInterface/AgentRestart.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Values.h"
 
@@ -15,7 +15,7 @@ TModuleErrorCode GetAllWorkgroupsForUser(FacadeHandle h, ValueRef* outArray, boo
   if (!outArray) return kNullPointer;
   *outArray = nullptr;
   return Guarded([&] {
-    const auto reply = CallAgent<calls::GetAllWorkgroupsForUser>(h, {includeSpecial});
+    const auto reply = AskAgent<calls::GetAllWorkgroupsForUser>(h, {includeSpecial});
     if (reply.code == kSuccess) *outArray = ArrayOf(reply.result.workgroups).Release();
     return reply.code;
   });
@@ -31,7 +31,7 @@ TModuleErrorCode GetDefaultLibraryName(FacadeHandle h, char* buffer, uint32_t si
 TModuleErrorCode GetSystemWorkgroupID(FacadeHandle h, uint32_t* out) {
   if (!out) return kNullPointer;
   return Guarded([&] {
-    const auto reply = CallAgent<calls::GetSystemWorkgroupID>(h);
+    const auto reply = AskAgent<calls::GetSystemWorkgroupID>(h);
     if (reply.code == kSuccess) *out = reply.result.workgroupID;
     return reply.code;
   });

@@ -74,6 +74,19 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   EXPECT_FALSE(platform::ActivePostScriptNames().contains("LiberationSerif-Bold"));
 }
 
+// Its user starts a missing agent only for a change. A document that opens now must find its fonts all the same.
+TEST_F(AgentLife, ALookUpStartsAnAgentThatWasKilledButNotOneThatEnded) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  ASSERT_EQ(Activate({serif}), 1u);
+  End(SIGKILL);
+  EXPECT_EQ(FontNamed("LiberationSerif-Bold"), serif);
+  EXPECT_TRUE(IsActive(serif));
+  End(SIGTERM);
+  uint32_t count = 0;
+  EXPECT_NE(vpi_.GetFontsByPostscriptName(Handle(), "LiberationSerif-Bold", nullptr, 0, nullptr, 0, &count), 0u);
+  EXPECT_FALSE(fs::exists(state_ / "run/nexcore.sock"));
+}
+
 // Another program may start the agent again. A plug-in with open documents may make no call meanwhile.
 TEST_F(AgentLife, AnAgentThatCameBackByItselfGetsTheFontsOfAClientThatIsSilent) {
   const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");

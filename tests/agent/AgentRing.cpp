@@ -58,10 +58,9 @@ PluginInterface::TModuleErrorCode Recorder::Callback(PluginInterface::ECallbackK
                         kind == PluginInterface::kFontMissing;
   const uint32_t fontID = isOfFont ? *static_cast<uint32_t*>(data) : 0;
   // A callback may call the library, on the library's own thread.
-  const uint32_t count = isOfFont ? 1 : 0;
-  uint32_t flag = 0;
+  int32_t online = 0;
   const Library& vpi = Library::Get();
-  vpi.GetFontIsActivated(vpi.GetPluginFacadeInstance(), count, &fontID, &flag);
+  vpi.GetIsOnline(vpi.GetPluginFacadeInstance(), &online);
   const std::lock_guard lock(registered->mutex_);
   registered->events_.push_back({kind, fontID});
   registered->came_.notify_all();

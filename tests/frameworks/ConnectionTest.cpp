@@ -33,8 +33,9 @@ class StandIn {
   // Returns whether to answer a request, with code 0.
   using Answers = std::function<bool(const std::string& call)>;
 
-  StandIn(Descriptor socket, bool isListening, Answers answers)
-      : socket_(std::move(socket)), isListening_(isListening), answers_(std::move(answers)) {
+  // Hangs up at the first `hangUps` requests, like an agent that is being killed.
+  StandIn(Descriptor socket, bool isListening, Answers answers, int hangUps = 0)
+      : socket_(std::move(socket)), isListening_(isListening), answers_(std::move(answers)), hangUps_(hangUps) {
     EXPECT_EQ(pipe(stop_), 0);
     thread_ = std::thread([this] { Serve(); });
   }
@@ -86,6 +87,7 @@ class StandIn {
     std::string text;
     if (platform::ReceiveMessage(socket, text)) return false;
     const Json request = Json::parse(text);
+    if (hangUps_-- > 0) return false;
     {
       const std::lock_guard lock(mutex_);
       heard_.push_back(request["call"]);
@@ -101,6 +103,7 @@ class StandIn {
   Descriptor socket_;
   const bool isListening_;
   const Answers answers_;
+  int hangUps_;  // left
   int stop_[2] = {};
   mutable std::mutex mutex_;
   std::condition_variable changed_;
@@ -253,6 +256,14 @@ TEST_F(SilentAgent, ThatEndsIsAnAgentThatIsGone) {
   }
   EXPECT_EQ(code, kAgentNotFound);
   EXPECT_EQ(Ask(), PluginInterface::kServiceUnavailableCode) << "and can try again later";
+}
+
+// Its socket accepts connections until the system has cleaned up. A caller that was told that the agent is gone would
+// tell the user, and start several new ones.
+TEST_F(SilentAgent, ThatIsBeingKilledIsGoneOnlyWhenItsSocketIs) {
+  SetPatienceForTesting(AgentConnection::kPatience);
+  const StandIn agent(Listen(), true, AnswerAll, 3);
+  EXPECT_EQ(Ask(), kSuccess);
 }
 
 }  // namespace

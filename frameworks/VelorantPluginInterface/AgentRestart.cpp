@@ -1,0 +1,65 @@
+#include "frameworks/VelorantPluginInterface/AgentRestart.h"
+
+#include <dlfcn.h>
+
+#include <chrono>
+#include <deque>
+#include <filesystem>
+#include <mutex>
+
+#include "agent/client/AgentProcess.h"
+#include "agent/include/AgentProtocol.h"
+#include "platform/Process.h"
+#include "platform/Trace.h"
+
+namespace plugin_interface {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+// An agent that ends at each question is not started for ever.
+constexpr size_t kMostRestarts = 3;
+constexpr auto kPeriod = std::chrono::minutes(1);
+
+bool MayRestart() {
+  static std::mutex sMutex;
+  static std::deque<Clock::time_point> sRestarts;
+  const std::lock_guard lock(sMutex);
+  const Clock::time_point now = Clock::now();
+  while (!sRestarts.empty() && now - sRestarts.front() > kPeriod) sRestarts.pop_front();
+  if (sRestarts.size() >= kMostRestarts) return false;
+  sRestarts.push_back(now);
+  return true;
+}
+
+// The agent is beside the bundle of this library.
+fs::path AgentBesideBundle() {
+  Dl_info info{};
+  if (dladdr(reinterpret_cast<const void*>(&AgentBesideBundle), &info) == 0 || !info.dli_fname) return {};
+  return fs::path(info.dli_fname).parent_path().parent_path() / agent_protocol::kAgentName;
+}
+
+void Restart(const std::string& runtimeFolder) {
+  std::string error;
+  const fs::path stateFolder = fs::path(runtimeFolder).parent_path();
+  if (!platform::LaunchDetached(AgentBesideBundle(), stateFolder, "", &error)) platform::ReportProblem(error);
+}
+
+}  // namespace
+
+std::shared_ptr<Facade> ReturnToAgent() {
+  std::shared_ptr<Facade> facade = CurrentFacade();
+  facade->AwaitLastWords();  // it may have announced its end
+  if (!ExpectsAgent() || IsAgentSilent()) return nullptr;
+  // Another thread or program may have started it.
+  if (facade->Connect() == kSuccess) return facade;
+  if (!MayRestart()) return nullptr;
+  Restart(facade->RuntimeFolder());
+  DiscardFacade(false);  // a new one waits for the agent
+  facade = CurrentFacade();
+  return facade->Connect() == kSuccess ? facade : nullptr;
+}
+
+}  // namespace plugin_interface
