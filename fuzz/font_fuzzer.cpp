@@ -15,7 +15,8 @@ using namespace agent;
 
 void CheckFace(const FontFace& face) {
   CHECK(!face.postScriptName.empty() && !face.family.empty() && !face.kind.empty() && !face.foundry.empty());
-  for (const std::string& text : {face.postScriptName, face.family, face.style, face.foundry, face.version}) {
+  for (const std::string_view text :
+       {face.postScriptName.View(), face.family.View(), face.style.View(), face.foundry.View(), face.version.View()}) {
     CHECK(platform::IsValidUTF8(text));
   }
   CHECK(face.checksum != 0 && face.glyphsureChecksum != 0 && face.kerningChecksum <= 0xFFFFF);

@@ -173,7 +173,7 @@ std::string TextOf(const char* bytes) {
 }
 
 // Reads what both kinds of file have. Returns false with a problem if the face is unusable.
-bool ReadCommon(const FreeTypeLibrary& library, FT_Face face, FontFace& out, std::string& problem) {
+bool ReadCommon(FT_Face face, FontFace& out, std::string& problem) {
   out.postScriptName = TextOf(FT_Get_Postscript_Name(face));
   if (!FT_IS_SCALABLE(face)) problem = "has no outlines";
   if (out.postScriptName.empty()) problem = "has no PostScript name";
@@ -182,7 +182,7 @@ bool ReadCommon(const FreeTypeLibrary& library, FT_Face face, FontFace& out, std
   if (out.family.empty()) out.family = out.postScriptName;
   out.style = TextOf(face->style_name);
   out.traits = TraitsOf(face);
-  out.coverage = library.Coverage().Read(face);
+  out.coverage = CoverageReader::Shared().Read(face);
   return true;
 }
 
@@ -193,17 +193,12 @@ FreeTypeLibrary::FreeTypeLibrary() {
 }
 FreeTypeLibrary::~FreeTypeLibrary() { FT_Done_FreeType(library_); }
 
-const CoverageReader& FreeTypeLibrary::Coverage() const {
-  if (!coverage_) coverage_ = std::make_unique<CoverageReader>();
-  return *coverage_;
-}
-
 bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const SfntTables& tables, int index,
                   FileReading& reading, FontFace& out, std::string& problem) {
   problem = "its parts are shared too often to be read";
   if (!reading.Pay(CostOf(tables))) return false;
   const Face face = OpenFace(library, bytes, index, problem);
-  if (!face || !ReadCommon(library, face.get(), out, problem)) return false;
+  if (!face || !ReadCommon(face.get(), out, problem)) return false;
   out.faceIndex = index;
   out.kind = SfntKind(tables);
   out.foundry = FoundryOf(face.get(), SfntName(face.get(), TT_NAME_ID_MANUFACTURER));
@@ -218,7 +213,7 @@ bool ReadSfntFace(const FreeTypeLibrary& library, std::string_view bytes, const 
 bool ReadType1Face(const FreeTypeLibrary& library, std::string_view bytes, const std::string& fileName, FontFace& out,
                    std::string& problem) {
   const Face face = OpenFace(library, bytes, 0, problem);
-  if (!face || !ReadCommon(library, face.get(), out, problem)) return false;
+  if (!face || !ReadCommon(face.get(), out, problem)) return false;
   out.kind = FT_HAS_MULTIPLE_MASTERS(face.get()) ? "PostScript - MM" : "Postscript";
   out.foundry = FoundryOf(face.get(), "");
   PS_FontInfoRec info{};

@@ -4,7 +4,6 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -22,11 +21,9 @@ class FreeTypeLibrary {
   FreeTypeLibrary(const FreeTypeLibrary&) = delete;
   FreeTypeLibrary& operator=(const FreeTypeLibrary&) = delete;
   FT_Library Get() const { return library_; }
-  const CoverageReader& Coverage() const;  // made when it is first needed
 
  private:
   FT_Library library_ = nullptr;
-  mutable std::unique_ptr<CoverageReader> coverage_;
 };
 
 // Returns false, with a line in `problem`, if the face cannot be used. Use one FileReading for all faces of a file.

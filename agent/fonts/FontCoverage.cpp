@@ -80,6 +80,11 @@ std::bitset<FontCoverage::kMost> CoverageOfText(std::string_view text) {
   return set;
 }
 
+PackedCoverage::PackedCoverage(const FontCoverage& coverage)
+    : scripts_(TextOfCoverage(coverage.scripts)), languages_(TextOfCoverage(coverage.languages)) {}
+
+FontCoverage PackedCoverage::Unpacked() const { return {CoverageOfText(scripts_), CoverageOfText(languages_)}; }
+
 CoverageReader::CoverageReader() {
   std::map<char32_t, FontCoverage> needs;
   for (int script = 0; script < USCRIPT_CODE_LIMIT && script < static_cast<int>(FontCoverage::kMost); ++script) {
@@ -101,13 +106,20 @@ CoverageReader::CoverageReader() {
   for (const auto& [character, need] : needs) letters_.push_back({character, need});
 }
 
-CoverageReader::~CoverageReader() = default;
+const CoverageReader& CoverageReader::Shared() {
+  static const CoverageReader sShared;
+  return sShared;
+}
 
 FontCoverage CoverageReader::Read(FT_Face face) const {
   FontCoverage coverage;
   if (FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0) return coverage;
   coverage = all_;
   for (const Letter& letter : letters_) {
+    // Most letters belong only to what an earlier letter has ruled out.
+    const bool decides =
+        (coverage.scripts & letter.needs.scripts).any() || (coverage.languages & letter.needs.languages).any();
+    if (!decides) continue;
     if (FT_Get_Char_Index(face, letter.character) != 0) continue;
     coverage.scripts &= ~letter.needs.scripts;
     coverage.languages &= ~letter.needs.languages;

@@ -22,6 +22,7 @@ namespace agent {
 namespace {
 
 constexpr size_t kLargestFile = size_t{1} << 30;
+constexpr size_t kStart = 4096;  // of a file, to see what it is
 
 std::string_view BaseName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
@@ -42,13 +43,18 @@ bool IsType1(std::string_view bytes) {
 
 bool StartsLikeAFont(std::string_view bytes) { return SfntTables::IsSfnt(bytes) || IsType1(bytes); }
 
-std::error_code ReadStart(const std::string& path, std::string& bytes) {
-  constexpr size_t kEnough = 32;
-  const platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  bytes.resize(kEnough);
-  const ssize_t count = file ? read(file.Get(), bytes.data(), bytes.size()) : -1;
-  if (count < 0) return platform::LastError();
-  bytes.resize(static_cast<size_t>(count));
+// Reads on to this size, or to the end.
+std::error_code ReadTo(size_t size, int file, std::string& bytes) {
+  size_t at = bytes.size();
+  bytes.resize(size);
+  while (at < size) {
+    const ssize_t count = read(file, bytes.data() + at, size - at);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return platform::LastError();
+    if (count == 0) break;
+    at += static_cast<size_t>(count);
+  }
+  bytes.resize(at);
   return {};
 }
 
@@ -82,17 +88,17 @@ FontFileContent FontFileReader::Read(const std::string& path) const {
     content.problem = why;
     return content;
   };
+  const platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));  // a pipe would block
   struct stat info;
-  if (stat(path.c_str(), &info) != 0) return broken(std::generic_category().message(errno));
+  if (!file || fstat(file.Get(), &info) != 0) return broken(platform::DescribeError(platform::LastError()));
   if (!S_ISREG(info.st_mode)) return content;
-  if (static_cast<size_t>(info.st_size) > kLargestFile) {
-    return IsNamedLikeAFont(path) ? broken("is too large for a font file") : content;
-  }
+  const auto size = static_cast<size_t>(info.st_size);
+  if (size > kLargestFile) return IsNamedLikeAFont(path) ? broken("is too large for a font file") : content;
   std::string bytes;
-  std::error_code error = ReadStart(path, bytes);
+  std::error_code error = ReadTo(std::min(size, kStart), file.Get(), bytes);
   // Do not read large files such as films and archives to find that they are not fonts.
   if (!error && !StartsLikeAFont(bytes) && !IsNamedLikeAFont(path)) return content;
-  if (!error) error = platform::ReadFile(path, bytes);
+  if (!error) error = ReadTo(size, file.Get(), bytes);
   if (error) return broken(platform::DescribeError(error));
   return Parse(bytes, std::string(BaseName(path)));
 }

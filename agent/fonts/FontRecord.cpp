@@ -39,7 +39,7 @@ agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgro
       {"Checksum", std::to_string(face.checksum)},
       {"Glyphsure_1.2_Checksum", std::to_string(face.glyphsureChecksum)},
       {"OutlineFileSize", std::to_string(font.fileSize)},
-      {"OutlineFileName", ShownPath(font.path.substr(font.path.rfind('/') + 1))},
+      {"OutlineFileName", ShownPath(font.path.View().substr(font.path.View().rfind('/') + 1))},
       {"Family", face.family},
       {"AssignedFamilyID", std::to_string(font.familyID)},
       {"AssignedFamilyName", face.family},

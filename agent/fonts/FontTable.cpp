@@ -8,13 +8,6 @@ namespace agent {
 
 namespace {
 
-template <class Index, class Key>
-void Erase(Index& index, const Key& key, uint32_t id) {
-  const auto [begin, end] = index.equal_range(key);
-  const auto found = std::find_if(begin, end, [&](const auto& entry) { return entry.second == id; });
-  if (found != end) index.erase(found);
-}
-
 void Sort(std::vector<const Font*>& fonts) {
   std::sort(fonts.begin(), fonts.end(), [](const Font* a, const Font* b) {
     return a->workgroupID != b->workgroupID ? IsSearchedBefore(a->workgroupID, b->workgroupID) : a->id < b->id;
@@ -23,76 +16,99 @@ void Sort(std::vector<const Font*>& fonts) {
 
 }  // namespace
 
-void FontTable::Forget(const Font& font) {
-  Erase(byPostScriptName_, font.face.postScriptName, font.id);
-  Erase(byFamily_, platform::ToLowercase(font.face.family), font.id);
-  Erase(byFamilyID_, font.familyID, font.id);
+std::vector<uint32_t> FontTable::RowsWith(const Column& column, uint32_t key) const {
+  std::vector<uint32_t> rows;
+  const auto keyOf = [&](uint32_t row) { return column.keyOf(rows_[row]); };
+  column.index.ForEach(key, keyOf, [&](uint32_t row) { rows.push_back(row); });
+  return rows;
+}
+
+std::vector<const Font*> FontTable::FontsWith(const Column& column, uint32_t key) const {
+  std::vector<const Font*> fonts;
+  for (const uint32_t row : RowsWith(column, key)) fonts.push_back(&rows_[row].font);
+  Sort(fonts);
+  return fonts;
+}
+
+SharedText FontTable::Lowercase(SharedText family) {
+  if (family == lastFamily_) return lastLowercase_;
+  lastFamily_ = family;
+  return lastLowercase_ = platform::ToLowercase(family.View());
+}
+
+void FontTable::Add(const Font& font) {
+  uint32_t row = static_cast<uint32_t>(rows_.size());
+  if (free_.empty()) {
+    rows_.emplace_back();
+  } else {
+    row = free_.back();
+    free_.pop_back();
+  }
+  rows_[row] = {font, Lowercase(font.face.family)};
+  for (Column* column : {&byID_, &byPostScriptName_, &byFamily_, &byFamilyID_, &byPath_}) {
+    column->index.Insert(row, [&](uint32_t other) { return column->keyOf(rows_[other]); });
+  }
+}
+
+void FontTable::Remove(uint32_t row) {
+  for (Column* column : {&byID_, &byPostScriptName_, &byFamily_, &byFamilyID_, &byPath_}) {
+    column->index.Erase(row, column->keyOf(rows_[row]));
+  }
+  rows_[row] = {};
+  free_.push_back(row);
 }
 
 std::vector<Font> FontTable::ReplaceFile(const std::string& path, const std::vector<Font>& fonts) {
   std::vector<Font> gone;
-  if (const auto known = files_.find(path); known != files_.end()) {
-    for (const uint32_t id : known->second) {
-      const auto found = fonts_.find(id);
-      Forget(found->second);
-      const bool stays = std::any_of(fonts.begin(), fonts.end(), [&](const Font& font) { return font.id == id; });
-      if (!stays) gone.push_back(std::move(found->second));
-      fonts_.erase(found);
-    }
-    files_.erase(known);
+  const std::optional<SharedText> known = SharedText::Find(path);
+  const std::vector<uint32_t> old = known ? RowsWith(byPath_, known->Number()) : std::vector<uint32_t>();
+  for (const uint32_t row : old) {
+    const Font font = rows_[row].font;
+    const bool stays = std::any_of(fonts.begin(), fonts.end(), [&](const Font& other) { return other.id == font.id; });
+    if (!stays) gone.push_back(font);
+    Remove(row);
   }
   for (const Font& font : fonts) {
     // A moved file keeps its IDs, possibly while the old path is still in the table.
-    if (const auto old = fonts_.find(font.id); old != fonts_.end()) {
-      Forget(old->second);
-      auto& ids = files_[old->second.path];
-      std::erase(ids, font.id);
-      if (ids.empty()) files_.erase(old->second.path);
-      fonts_.erase(old);
-    }
-    byPostScriptName_.emplace(font.face.postScriptName, font.id);
-    byFamily_.emplace(platform::ToLowercase(font.face.family), font.id);
-    byFamilyID_.emplace(font.familyID, font.id);
-    files_[path].push_back(font.id);
-    fonts_.emplace(font.id, font);
+    for (const uint32_t row : RowsWith(byID_, font.id)) Remove(row);
+    Add(font);
   }
   return gone;
 }
 
-const Font* FontTable::Find(uint32_t id) const {
-  const auto found = fonts_.find(id);
-  return found == fonts_.end() ? nullptr : &found->second;
+void FontTable::SetWorkgroupOfFile(const std::string& path, uint32_t workgroupID) {
+  const std::optional<SharedText> known = SharedText::Find(path);
+  if (!known) return;
+  for (const uint32_t row : RowsWith(byPath_, known->Number())) rows_[row].font.workgroupID = workgroupID;
 }
 
-std::vector<const Font*> FontTable::Look(const Index& index, const std::string& key) const {
-  std::vector<const Font*> fonts;
-  const auto [begin, end] = index.equal_range(key);
-  for (auto entry = begin; entry != end; ++entry) fonts.push_back(Find(entry->second));
-  Sort(fonts);
-  return fonts;
+void FontTable::SetSystemActiveFiles(const std::vector<std::string>& paths) {
+  systemActive_.clear();
+  for (const std::string& path : paths) systemActive_.insert(SharedText(path).Number());
+}
+
+const Font* FontTable::Find(uint32_t id) const {
+  const std::vector<uint32_t> rows = RowsWith(byID_, id);
+  return rows.empty() || id == 0 ? nullptr : &rows_[rows.front()].font;
 }
 
 std::vector<const Font*> FontTable::WithPostScriptName(std::string_view name) const {
-  return Look(byPostScriptName_, std::string(name));
+  const std::optional<SharedText> known = SharedText::Find(name);
+  return known ? FontsWith(byPostScriptName_, known->Number()) : std::vector<const Font*>();
 }
 
 std::vector<const Font*> FontTable::WithFamilyName(std::string_view name) const {
-  return Look(byFamily_, platform::ToLowercase(name));
+  const std::optional<SharedText> known = SharedText::Find(platform::ToLowercase(name));
+  return known ? FontsWith(byFamily_, known->Number()) : std::vector<const Font*>();
 }
 
-std::vector<const Font*> FontTable::WithFamilyID(uint32_t familyID) const {
-  std::vector<const Font*> fonts;
-  const auto [begin, end] = byFamilyID_.equal_range(familyID);
-  for (auto entry = begin; entry != end; ++entry) fonts.push_back(Find(entry->second));
-  Sort(fonts);
-  return fonts;
-}
+std::vector<const Font*> FontTable::WithFamilyID(uint32_t familyID) const { return FontsWith(byFamilyID_, familyID); }
 
-std::vector<const Font*> FontTable::OfFile(const std::string& path) const {
-  std::vector<const Font*> fonts;
-  const auto found = files_.find(path);
-  if (found == files_.end()) return fonts;
-  for (const uint32_t id : found->second) fonts.push_back(Find(id));
+std::vector<const Font*> FontTable::OfFile(std::string_view path) const {
+  const std::optional<SharedText> known = SharedText::Find(path);
+  if (!known) return {};
+  std::vector<const Font*> fonts = FontsWith(byPath_, known->Number());
+  std::ranges::sort(fonts, {}, [](const Font* font) { return font->face.faceIndex; });
   return fonts;
 }
 

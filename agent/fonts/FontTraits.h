@@ -17,10 +17,10 @@ struct FontTraits {
   uint16_t weight = 400;  // 1 to 1000, as in the OS/2 table: 400 regular, 700 bold
   uint8_t width = 5;      // 1 to 9, as in the OS/2 table: 5 normal, below condensed, above expanded
   FontDesign design = FontDesign::kUnknown;
-  bool isItalic = false;  // or oblique
-  bool isMonospaced = false;
-  bool isVariable = false;
-  bool isColoured = false;
+  bool isItalic : 1 = false;  // or oblique
+  bool isMonospaced : 1 = false;
+  bool isVariable : 1 = false;
+  bool isColoured : 1 = false;
   bool operator==(const FontTraits&) const = default;
 };
 

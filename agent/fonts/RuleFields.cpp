@@ -20,16 +20,16 @@ constexpr int64_t kSecondsOfDay = 86400;
 
 struct TextField {
   const char* name;
-  const std::string& (*of)(const Font& font);
+  SharedText (*of)(const Font& font);
 };
 const TextField kTexts[] = {
-    {"family", [](const Font& font) -> const std::string& { return font.face.family; }},
-    {"style", [](const Font& font) -> const std::string& { return font.face.style; }},
-    {"name", [](const Font& font) -> const std::string& { return font.face.postScriptName; }},
-    {"foundry", [](const Font& font) -> const std::string& { return font.face.foundry; }},
-    {"kind", [](const Font& font) -> const std::string& { return font.face.kind; }},
-    {"version", [](const Font& font) -> const std::string& { return font.face.version; }},
-    {"path", [](const Font& font) -> const std::string& { return font.path; }},
+    {"family", [](const Font& font) { return font.face.family; }},
+    {"style", [](const Font& font) { return font.face.style; }},
+    {"name", [](const Font& font) { return font.face.postScriptName; }},
+    {"foundry", [](const Font& font) { return font.face.foundry; }},
+    {"kind", [](const Font& font) { return font.face.kind; }},
+    {"version", [](const Font& font) { return font.face.version; }},
+    {"path", [](const Font& font) { return font.path; }},
 };
 
 struct NumberField {
@@ -128,7 +128,9 @@ std::optional<Test> DesignTest(const std::string& value) {
 std::optional<Test> ScriptTest(const std::string& value) {
   const int32_t script = u_getPropertyValueEnum(UCHAR_SCRIPT, value.c_str());
   if (script < 0 || script >= static_cast<int32_t>(FontCoverage::kMost)) return std::nullopt;
-  return [script](const RuleSubject& s) { return s.font.face.coverage.scripts[static_cast<size_t>(script)]; };
+  return [script](const RuleSubject& s) {
+    return s.font.face.coverage.Unpacked().scripts.test(static_cast<size_t>(script));
+  };
 }
 
 std::optional<Test> LanguageTest(const std::string& value) {
@@ -136,7 +138,7 @@ std::optional<Test> LanguageTest(const std::string& value) {
   const auto found = std::find(languages.begin(), languages.end(), value);
   if (found == languages.end()) return std::nullopt;
   const auto bit = static_cast<size_t>(found - languages.begin());
-  return [bit](const RuleSubject& s) { return s.font.face.coverage.languages[bit]; };
+  return [bit](const RuleSubject& s) { return s.font.face.coverage.Unpacked().languages.test(bit); };
 }
 
 // Sets `problem` if the value is unknown; without a problem the field does not know the operator.

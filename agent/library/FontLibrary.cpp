@@ -42,6 +42,11 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
                 [this](const std::string& path, const std::vector<Font>& fonts) {
                   activations_.OnFontsGone(path, fonts);
                   for (const Font& font : fonts) events_.missing(font.id);
+                },
+                [this, alive = std::weak_ptr<int>(alive_)] {
+                  loop_.Post([this, alive] {
+                    if (!alive.expired()) Step();
+                  });
                 }}),
       watch_(loop, FoldersOf(workgroups_), {[this] { Rescan(); }, events_.report}) {}
 
@@ -81,10 +86,9 @@ void FontLibrary::PostStep() {
 }
 
 void FontLibrary::Step() {
-  if (!scanner_.Step()) {
-    FinishScan();
-    return;
-  }
+  const Scanner::Outcome outcome = scanner_.Step();
+  if (outcome == Scanner::Outcome::kFinished) return FinishScan();
+  if (outcome == Scanner::Outcome::kMustWait) return;  // the scanner posts the next step
   const double now = platform::Clock::Steady();
   if (now - lastProgress_ >= kProgressInterval) {
     lastProgress_ = now;

@@ -71,6 +71,7 @@ class FontLibrary {
   void FinishScan();
   void WriteScanLog() const;
 
+  std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps check whether this object still exists
   platform::RunLoop& loop_;
   LibraryEvents events_;
   std::string logPath_;
@@ -89,7 +90,6 @@ class FontLibrary {
   bool hadProgress_ = false;
   bool scanAgain_ = false;
   double lastFreshened_ = 0;
-  std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps check whether this object still exists
 };
 
 }  // namespace agent

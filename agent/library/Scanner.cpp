@@ -1,6 +1,9 @@
 #include "agent/library/Scanner.h"
 
+#include <malloc.h>
+
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "platform/Fonts.h"
@@ -9,117 +12,194 @@ namespace agent {
 
 namespace {
 
-// Unchanged files are cheap, so a step handles this many of them.
-constexpr size_t kUnchangedPerStep = 256;
+// Unchanged and vanished files are cheap, so a step handles this many of them.
+constexpr size_t kCheapOfStep = 256;
+// Files that are read are stored together, which costs little more than to store one of them. Requests wait meanwhile.
+constexpr size_t kStoredOfStep = 16;
+// Files that the readers have or have read.
+constexpr size_t kMostAhead = 64;
+
+using Place = std::pair<uint64_t, uint64_t>;  // device and inode
+Place PlaceOf(const FileIdentity& identity) { return {identity.device, identity.inode}; }
+
+KnownFile Known(const IndexedFile& file, uint32_t workgroupID, bool isSeen) {
+  return {file.path, file.content.problem, file.identity, workgroupID, file.content.verdict, isSeen};
+}
+
+std::vector<Font> FontsOf(const IndexedFile& file, uint32_t workgroupID) {
+  std::vector<Font> fonts;
+  for (size_t i = 0; i < file.content.faces.size(); ++i) {
+    Font font;
+    font.id = file.numbers[i].id;
+    font.added = static_cast<uint32_t>(file.numbers[i].added);
+    font.familyID = file.numbers[i].familyID;
+    font.workgroupID = workgroupID;
+    font.path = file.path;
+    font.fileSize = static_cast<uint32_t>(file.identity.size);
+    font.face = file.content.faces[i];
+    fonts.push_back(font);
+  }
+  return fonts;
+}
 
 }  // namespace
 
 Scanner::Scanner(const Parts& parts, Workgroups workgroups, ScanEvents events)
     : parts_(parts), workgroups_(std::move(workgroups)), events_(std::move(events)) {
-  for (IndexedFile& file : parts_.index.Load()) {
-    const std::string path = file.path;
-    known_.emplace(path, std::move(file));
+  LoadIndex();
+}
+
+// Fills the table with what the last run has found. The first scan removes what is gone since, before anybody is told of a
+// font.
+void Scanner::LoadIndex() {
+  const bool isNumbered = parts_.index.Revision() == parts_.user.Revision();
+  const auto take = [this](const IndexedFile& file) {
+    parts_.table.ReplaceFile(file.path, FontsOf(file, kFontLibraryID));
+    known_.Put(Known(file, kFontLibraryID, false));
+  };
+  Files others;
+  parts_.index.Load([&](IndexedFile&& file) {
+    if (!isNumbered) return others.push_back(std::move(file));
+    take(file);
+  });
+  // Without numbers every file is read again.
+  if (others.empty() || !Number(others)) return;
+  for (const IndexedFile& file : others) take(file);
+  ChangeIndex(others, {});
+}
+
+// Gives all faces lasting IDs, or none.
+bool Scanner::Number(Files& files) {
+  try {
+    Transaction transaction(parts_.user.Tables());
+    for (IndexedFile& file : files) {
+      file.numbers.clear();
+      for (const FontFace& face : file.content.faces) {
+        file.numbers.push_back(parts_.user.FontID(file.path, face, file.identity));
+      }
+    }
+    transaction.Commit();
+    return true;
+  } catch (const StoreError& error) {
+    NoteStoreProblem(files.front().path, error);
+    return false;
   }
 }
 
 void Scanner::Start() {
   walk_ = std::make_unique<FolderWalk>(workgroups_, parts_.active.Root());
-  seen_.clear();
-  libraryFiles_.clear();
+  readers_ = std::make_unique<FontReaders>(events_.canContinue);
+  known_.ForEach([](KnownFile& file) { file.isSeen = false; });
   systemFiles_.clear();
   storeProblems_.clear();
   next_ = 0;
-  running_ = true;
   phase_ = Phase::kWalking;
 }
 
-bool Scanner::Step() {
-  if (!running_) return false;
-  if (phase_ == Phase::kWalking) {
-    if (events_.enteringFolder && !walk_->IsDone()) events_.enteringFolder(walk_->Next());
-    lastRead_ = walk_->Step();
-    if (walk_->IsDone()) BeginReading();
-    return true;
+Scanner::Outcome Scanner::Step() {
+  switch (phase_) {
+    case Phase::kIdle: return Outcome::kFinished;
+    case Phase::kWalking: {
+      const std::string folder = walk_->Next();
+      if (events_.enteringFolder && !folder.empty()) events_.enteringFolder(folder);
+      lastRead_ = walk_->Step();
+      if (walk_->IsDone()) BeginReading();
+      return Outcome::kMore;
+    }
+    case Phase::kReading: return ReadNext();
+    case Phase::kDropping: break;
   }
-  if (ReadNext()) return true;
+  if (DropSome()) return Outcome::kMore;
   Finish();
-  return false;
+  return Outcome::kFinished;
 }
 
 void Scanner::BeginReading() {
-  for (const FoundFile& file : walk_->Files()) libraryFiles_[{file.identity.device, file.identity.inode}] = file.path;
   TakeSystemFiles();
   phase_ = Phase::kReading;
 }
 
-bool Scanner::ReadNext() {
+Scanner::Outcome Scanner::ReadNext() {
+  const size_t before = next_;
+  AskAhead();
+  if (StoreAnswers() > 0 || next_ > before) return Outcome::kMore;
+  if (!readings_.empty()) return Outcome::kMustWait;
+  BeginDropping();
+  return Outcome::kMore;
+}
+
+void Scanner::AskAhead() {
   const std::vector<FoundFile>& files = walk_->Files();
-  for (size_t i = 0; i < kUnchangedPerStep; ++i) {
-    if (next_ == files.size() + systemFiles_.size()) return false;
-    const bool isLibrary = next_ < files.size();
-    const FoundFile& file = isLibrary ? files[next_] : systemFiles_[next_ - files.size()];
+  const size_t end = std::min(next_ + kCheapOfStep, files.size() + systemFiles_.size());
+  while (next_ < end && readings_.size() < kMostAhead) {
+    const FoundFile& file = next_ < files.size() ? files[next_] : systemFiles_[next_ - files.size()];
     ++next_;
-    lastRead_ = file.path;
-    if (!isLibrary && IsLibraryFile(file)) continue;
-    if (TakeFile(file)) break;
+    TakeFile(file);
   }
-  return true;
 }
 
-bool Scanner::IsLibraryFile(const FoundFile& file) const {
-  return libraryFiles_.contains({file.identity.device, file.identity.inode});
-}
-
-void Scanner::TakeSystemFiles() {
-  std::set<std::string> paths;
-  for (const platform::ActiveFont& font : platform::ActiveFonts()) {
-    if (!parts_.active.IsLinkOfAnyAgent(font.file)) paths.insert(font.file);
-  }
-  systemFiles_.clear();
-  std::set<std::string> active;
-  std::string problem;
-  for (const std::string& path : paths) {
-    FoundFile file;
-    file.path = path;
-    if (!FileIdentity::Of(path, file.identity, problem)) continue;
-    // A file of the library that the operating system also lists stays in the library and is active.
-    const auto library = libraryFiles_.find({file.identity.device, file.identity.inode});
-    active.insert(library == libraryFiles_.end() ? path : library->second);
-    systemFiles_.push_back(std::move(file));
-  }
-  parts_.table.SetSystemActiveFiles(std::move(active));
-}
-
-bool Scanner::TakeFile(const FoundFile& file) {
-  const uint32_t workgroupID = file.workgroupID;
-  const auto before = seen_.find(file.path);
-  if (before != seen_.end()) return false;
-  seen_[file.path] = workgroupID;
-  const auto known = known_.find(file.path);
+// Has the file read, unless it is known.
+void Scanner::TakeFile(const FoundFile& file) {
+  KnownFile* known = known_.Find(file.path);
+  if (known && known->isSeen) return;
+  const bool isSame = known && known->identity == file.identity;
   // A file that could not be read may be readable now, even with the same date.
-  const bool isUnchanged = known != known_.end() && known->second.identity == file.identity &&
-                           known->second.content.verdict != FontVerdict::kBroken;
-  if (isUnchanged) {
-    const std::vector<const Font*> listed = parts_.table.OfFile(file.path);
-    const bool isListed = !listed.empty() && listed.front()->workgroupID == workgroupID;
-    if (!isListed && !known->second.content.faces.empty()) PutFonts(known->second, workgroupID);
-    return false;
+  if (isSame && known->verdict != FontVerdict::kBroken) {
+    known->isSeen = true;
+    if (known->workgroupID == file.workgroupID) return;
+    known->workgroupID = file.workgroupID;
+    parts_.table.SetWorkgroupOfFile(file.path, file.workgroupID);
+    return;
   }
-  IndexedFile fresh{file.path, file.identity, reader_.Read(file.path)};
-  const bool isReplaced = known != known_.end() && !(known->second.identity == file.identity);
-  if (!PutFonts(fresh, workgroupID)) return true;
-  StoreInIndex(fresh);
-  known_[file.path] = std::move(fresh);
-  if (isReplaced && events_.fileReplaced) events_.fileReplaced(file.path);
-  return true;
+  if (known) known->isSeen = true;
+  readers_->Ask(file.path);
+  readings_.push_back({file, known && !isSame});
+}
+
+// Returns how many answers there were.
+size_t Scanner::StoreAnswers() {
+  Files files;
+  std::vector<Reading> readings;
+  while (files.size() < kStoredOfStep) {
+    std::optional<FontFileContent> content = readers_->TakeOldest();
+    if (!content) break;
+    readings.push_back(std::move(readings_.front()));
+    readings_.pop_front();
+    const FoundFile& file = readings.back().file;
+    lastRead_ = file.path;
+    files.push_back({file.path, file.identity, std::move(*content), {}});
+  }
+  const size_t count = files.size();
+  if (count > 0) Store(std::move(files), readings);
+  return count;
+}
+
+// Files whose fonts cannot be numbered are left out.
+void Scanner::Store(Files files, const std::vector<Reading>& readings) {
+  if (!Number(files)) return;
+  for (size_t i = 0; i < files.size(); ++i) {
+    const uint32_t workgroupID = readings[i].file.workgroupID;
+    PutFonts(files[i], workgroupID);
+    known_.Put(Known(files[i], workgroupID, true));
+    if (readings[i].isReplaced && events_.fileReplaced) events_.fileReplaced(files[i].path);
+  }
+  ChangeIndex(files, {});
+}
+
+void Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
+  const std::vector<Font> gone = parts_.table.ReplaceFile(file.path, FontsOf(file, workgroupID));
+  for (const FontNumber& number : file.numbers) {
+    if (number.former != 0 && events_.fontRenewed) events_.fontRenewed(number.former, number.id);
+  }
+  if (!gone.empty() && events_.fontsGone) events_.fontsGone(file.path, gone);
 }
 
 // A failure of the index, for example a full disk or a deleted file, only costs time.
-void Scanner::StoreInIndex(const IndexedFile& file) {
+void Scanner::ChangeIndex(const Files& put, const std::vector<std::string>& removed) {
   try {
-    parts_.index.Put(file);
+    parts_.index.Change(put, removed, parts_.user.Revision());
   } catch (const StoreError& error) {
-    NoteStoreProblem(file.path, error);
+    NoteStoreProblem(put.empty() ? removed.front() : put.front().path, error);
   }
 }
 
@@ -129,91 +209,105 @@ void Scanner::NoteStoreProblem(const std::string& path, const StoreError& error)
     storeProblems_.push_back({path, error.what()});
 }
 
-// Returns false if the fonts cannot be given lasting IDs.
-bool Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
-  std::vector<Font> fonts;
-  std::vector<FontNumber> renewed;
-  for (const FontFace& face : file.content.faces) {
-    Font font;
-    try {
-      const FontNumber number = parts_.user.FontID(file.path, face, file.identity);
-      if (number.former != 0) renewed.push_back(number);
-      font.id = number.id;
-      font.added = number.added;
-      font.familyID = parts_.user.FamilyID(face.family);
-    } catch (const StoreError& error) {
-      NoteStoreProblem(file.path, error);
-      return false;
-    }
-    font.workgroupID = workgroupID;
-    font.path = file.path;
-    font.fileSize = file.identity.size;
-    font.face = face;
-    fonts.push_back(std::move(font));
-  }
-  const std::vector<Font> gone = parts_.table.ReplaceFile(file.path, fonts);
-  for (const FontNumber& number : renewed) {
-    if (events_.fontRenewed) events_.fontRenewed(number.former, number.id);
-  }
-  if (!gone.empty() && events_.fontsGone) events_.fontsGone(file.path, gone);
-  return true;
+void Scanner::BeginDropping() {
+  known_.ForEach([this](const KnownFile& file) {
+    if (!file.isSeen) vanished_.push_back(file.path);
+  });
+  phase_ = Phase::kDropping;
 }
 
-void Scanner::Drop(const std::string& path) {
-  const std::vector<Font> gone = parts_.table.ReplaceFile(path, {});
-  known_.erase(path);
-  try {
-    parts_.index.Remove(path);
-  } catch (const StoreError& error) {
-    NoteStoreProblem(path, error);
+// Returns false if there is nothing to drop.
+bool Scanner::DropSome() {
+  std::vector<std::string> dropped;
+  while (!vanished_.empty() && dropped.size() < kCheapOfStep) {
+    const SharedText path = vanished_.back();
+    vanished_.pop_back();
+    dropped.emplace_back(path);
+    known_.Remove(path);
+    const std::vector<Font> gone = parts_.table.ReplaceFile(dropped.back(), {});
+    // What vanished before the first scan was never there for anybody.
+    if (finishedOnce_ && !gone.empty() && events_.fontsGone) events_.fontsGone(dropped.back(), gone);
   }
-  if (!gone.empty() && events_.fontsGone) events_.fontsGone(path, gone);
+  if (!dropped.empty()) ChangeIndex({}, dropped);
+  return !dropped.empty();
 }
 
 void Scanner::Finish() {
-  std::vector<std::string> vanished;
-  for (const auto& [path, file] : known_) {
-    if (!seen_.contains(path)) vanished.push_back(path);
-  }
-  for (const std::string& path : vanished) Drop(path);
-
   report_ = {};
   report_.problems = walk_->Problems();
-  for (const auto& [path, file] : known_) {
-    if (seen_[path] == kSystemFontsID) continue;
-    if (!file.content.faces.empty()) ++report_.files;
-    report_.faces += file.content.faces.size();
-    if (!file.content.problem.empty()) report_.problems.push_back({path, file.content.problem});
-  }
+  known_.ForEach([this](const KnownFile& file) {
+    if (file.workgroupID == kSystemFontsID) return;
+    if (file.verdict == FontVerdict::kFont) ++report_.files;
+    if (!file.problem.empty()) report_.problems.push_back({file.path, file.problem});
+  });
+  std::ranges::sort(report_.problems, {}, &ScanProblem::path);
+  parts_.table.ForEach([this](const Font& font) { report_.faces += font.workgroupID != kSystemFontsID; });
   report_.problems.insert(report_.problems.end(), storeProblems_.begin(), storeProblems_.end());
   walk_.reset();
-  running_ = false;
+  readers_.reset();
+  phase_ = Phase::kIdle;
   finishedOnce_ = true;
+  malloc_trim(0);  // a scan needs much memory that nothing needs afterwards
 }
 
 ScanProgress Scanner::Progress() const {
-  if (!running_) return {};
-  return {next_, walk_->Files().size() + systemFiles_.size(), lastRead_};
+  if (!IsRunning()) return {};
+  return {next_ - readings_.size(), walk_->Files().size() + systemFiles_.size(), lastRead_};
+}
+
+// Asks the operating system for the files that are active in any case. A file of a library that it lists stays in the library.
+void Scanner::TakeSystemFiles() {
+  std::set<std::string> paths;
+  for (const platform::ActiveFont& font : platform::ActiveFonts()) {
+    if (!parts_.active.IsLinkOfAnyAgent(font.file)) paths.insert(font.file);
+  }
+  systemFiles_.clear();
+  std::map<Place, bool> isOfLibrary;
+  std::string problem;
+  for (const std::string& path : paths) {
+    FoundFile file{path, {}, kSystemFontsID};
+    if (!FileIdentity::Of(path, file.identity, problem)) continue;
+    isOfLibrary[PlaceOf(file.identity)] = false;
+    systemFiles_.push_back(std::move(file));
+  }
+  std::vector<std::string> active;
+  const auto takeLibraryFile = [&](std::string_view path, const FileIdentity& identity) {
+    const auto found = isOfLibrary.find(PlaceOf(identity));
+    if (found == isOfLibrary.end()) return;
+    found->second = true;
+    active.emplace_back(path);
+  };
+  if (walk_) {
+    for (const FoundFile& file : walk_->Files()) takeLibraryFile(file.path, file.identity);
+  } else {
+    known_.ForEach([&](const KnownFile& file) {
+      if (file.workgroupID != kSystemFontsID) takeLibraryFile(file.path, file.identity);
+    });
+  }
+  std::erase_if(systemFiles_, [&](const FoundFile& file) { return isOfLibrary[PlaceOf(file.identity)]; });
+  for (const FoundFile& file : systemFiles_) active.push_back(file.path);
+  parts_.table.SetSystemActiveFiles(active);
 }
 
 void Scanner::RefreshSystemFonts() {
-  if (running_ || !finishedOnce_) return;
+  if (IsRunning() || !finishedOnce_) return;
   TakeSystemFiles();
+  std::optional<FontFileReader> reader;
   std::set<std::string> listed;
   for (const FoundFile& file : systemFiles_) {
-    if (IsLibraryFile(file)) continue;
     listed.insert(file.path);
-    const auto known = known_.find(file.path);
-    if (known != known_.end() && !(known->second.identity == file.identity)) seen_.erase(file.path);
-    TakeFile(file);
+    const KnownFile* known = known_.Find(file.path);
+    if (known && known->workgroupID == kSystemFontsID && known->identity == file.identity) continue;
+    if (!reader) reader.emplace();
+    const bool isReplaced = known && !(known->identity == file.identity);
+    Files read(1);
+    read[0] = {file.path, file.identity, reader->Read(file.path), {}};
+    Store(std::move(read), {Reading{file, isReplaced}});
   }
-  std::vector<std::string> vanished;
-  for (const auto& [path, workgroupID] : seen_) {
-    if (workgroupID == kSystemFontsID && !listed.contains(path)) vanished.push_back(path);
-  }
-  for (const std::string& path : vanished) {
-    Drop(path);
-    seen_.erase(path);
+  known_.ForEach([&](const KnownFile& file) {
+    if (file.workgroupID == kSystemFontsID && !listed.contains(file.path)) vanished_.push_back(file.path);
+  });
+  while (DropSome()) {
   }
 }
 

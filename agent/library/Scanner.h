@@ -1,14 +1,15 @@
 // Keeps the font table up to date with the library folders and with the fonts that the operating system has active by
 // itself.
 //
-// A scan runs in small steps, so that the loop can answer requests in between. It walks the folders, then reads new and
-// changed files, one per step, and then removes files that are gone. The index stores what was read. The workgroup of
+// A scan runs in small steps, so that the loop can answer requests in between. It walks the folders, has new and changed files
+// read by threads of its own, numbers and stores what they found, some files at a time, and then removes files that are gone.
+// The index stores what was read. The workgroup of
 // system fonts contains the files that the operating system's font service lists, except our own links and files of the
 // library.
 #pragma once
 
+#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,8 @@
 #include "agent/fonts/FontFile.h"
 #include "agent/fonts/FontTable.h"
 #include "agent/library/FolderWalk.h"
+#include "agent/library/FontReaders.h"
+#include "agent/library/KnownFiles.h"
 #include "agent/store/IndexStore.h"
 #include "agent/store/UserStore.h"
 
@@ -41,6 +44,7 @@ struct ScanEvents {
   std::function<void(uint32_t former, uint32_t id)>
       fontRenewed;  // a new version, in the table, has replaced an old one
   std::function<void(const std::string& path, const std::vector<Font>&)> fontsGone;
+  std::function<void()> canContinue;  // after a step that had to wait; called on another thread, and must not throw
 };
 
 class Scanner {
@@ -56,11 +60,12 @@ class Scanner {
   // From the next start on.
   void SetWorkgroups(Workgroups workgroups) { workgroups_ = std::move(workgroups); }
   void Start();
-  bool IsRunning() const { return running_; }
+  bool IsRunning() const { return phase_ != Phase::kIdle; }
   bool HasFinishedOnce() const { return finishedOnce_; }
-  // Does one step and returns whether there is more to do. A file whose fonts cannot get IDs, because user.db cannot be
+  enum class Outcome { kMore, kMustWait, kFinished };
+  // Does one step. After kMustWait, the next one is due when canContinue is called; before, it does nothing. A file whose fonts cannot get IDs, because user.db cannot be
   // written, is left out and reported.
-  bool Step();
+  Outcome Step();
   ScanProgress Progress() const;
   const ScanReport& Report() const { return report_; }  // of the last finished scan
 
@@ -68,31 +73,41 @@ class Scanner {
   void RefreshSystemFonts();
 
  private:
+  // A file that was given to the readers.
+  struct Reading {
+    FoundFile file;
+    bool isReplaced;
+  };
+  using Files = std::vector<IndexedFile>;
+
+  void LoadIndex();
+  bool Number(Files& files);
   void BeginReading();
-  bool ReadNext();
-  // Returns true if the file had to be read.
-  bool TakeFile(const FoundFile& file);
-  bool PutFonts(const IndexedFile& file, uint32_t workgroupID);
-  void Drop(const std::string& path);
+  Outcome ReadNext();
+  void AskAhead();
+  void TakeFile(const FoundFile& file);
+  size_t StoreAnswers();
+  void Store(Files files, const std::vector<Reading>& readings);
+  void PutFonts(const IndexedFile& file, uint32_t workgroupID);
+  void ChangeIndex(const Files& put, const std::vector<std::string>& removed);
+  void NoteStoreProblem(const std::string& path, const StoreError& error);
+  void BeginDropping();
+  bool DropSome();
   void Finish();
   void TakeSystemFiles();
-  bool IsLibraryFile(const FoundFile& file) const;
-  void StoreInIndex(const IndexedFile& file);
-  void NoteStoreProblem(const std::string& path, const StoreError& error);
 
   Parts parts_;
   Workgroups workgroups_;
   ScanEvents events_;
-  FontFileReader reader_;
-  std::map<std::string, IndexedFile> known_;                           // by path, all workgroups
-  std::map<std::pair<uint64_t, uint64_t>, std::string> libraryFiles_;  // device and inode to path
-  std::map<std::string, uint32_t> seen_;  // by path: the workgroup, in the current or last scan
+  KnownFiles known_;
   std::unique_ptr<FolderWalk> walk_;
-  std::vector<FoundFile> systemFiles_;
+  std::unique_ptr<FontReaders> readers_;  // during a scan
+  std::deque<Reading> readings_;          // in the order of their answers
+  std::vector<FoundFile> systemFiles_;    // that are not files of a library
+  std::vector<SharedText> vanished_;
   size_t next_ = 0;
   std::string lastRead_;
-  enum class Phase { kWalking, kReading } phase_ = Phase::kWalking;
-  bool running_ = false;
+  enum class Phase { kIdle, kWalking, kReading, kDropping } phase_ = Phase::kIdle;
   bool finishedOnce_ = false;
   std::vector<ScanProblem> storeProblems_;  // the first of each kind
   ScanReport report_;

@@ -66,8 +66,8 @@ calls::DescribeFonts::Font Describe(const FontLibrary& library, const Font& font
   out.monospaced = face.traits.isMonospaced;
   out.variable = face.traits.isVariable;
   out.coloured = face.traits.isColoured;
-  out.scripts = ScriptCodes(face.coverage);
-  out.languages = LanguageCodes(face.coverage);
+  out.scripts = ScriptCodes(face.coverage.Unpacked());
+  out.languages = LanguageCodes(face.coverage.Unpacked());
   out.added = static_cast<uint32_t>(font.added);
   out.state = static_cast<uint32_t>(library.Active().StateOf(font));
   out.checksum = face.glyphsureChecksum;

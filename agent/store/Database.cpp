@@ -19,6 +19,7 @@ bool StoreError::IsDamage() const {
 }
 
 void Database::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+void Database::Finalize::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
 Database::Database(const std::string& path) : path_(path) {
   sqlite3* opened = nullptr;
@@ -66,34 +67,51 @@ void Database::Check() {
   if (verdict != "ok") throw StoreError(path_ + ": " + verdict, SQLITE_CORRUPT);
 }
 
-Statement::Statement(const Database& database, const char* sql) : database_(database) {
-  Check(sqlite3_prepare_v2(database.Get(), sql, -1, &statement_, nullptr));
+Statement::Statement(Database& database, const char* sql) : database_(database) {
+  if (auto idle = database.prepared_.extract(sql)) {
+    statement_ = std::move(idle.mapped());
+    return;
+  }
+  sqlite3_stmt* prepared = nullptr;
+  Check(sqlite3_prepare_v3(database.Get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &prepared, nullptr));
+  statement_.reset(prepared);
 }
 
-Statement::~Statement() { sqlite3_finalize(statement_); }
+Statement::~Statement() {
+  if (!statement_) return;
+  Reset();
+  sqlite3_clear_bindings(statement_.get());
+  std::string sql = sqlite3_sql(statement_.get());
+  database_.prepared_.emplace(std::move(sql), std::move(statement_));
+}
 
 void Statement::Check(int code) const {
   if (code != SQLITE_OK) throw MakeError(database_.Path(), database_.Get(), code);
 }
 
 Statement& Statement::Bind(int parameter, int64_t value) {
-  Check(sqlite3_bind_int64(statement_, parameter, value));
+  Check(sqlite3_bind_int64(statement_.get(), parameter, value));
   return *this;
 }
 
 Statement& Statement::Bind(int parameter, std::string_view text) {
   // A null pointer would bind NULL.
   const char* bytes = text.data() ? text.data() : "";
-  Check(sqlite3_bind_text(statement_, parameter, bytes, static_cast<int>(text.size()), SQLITE_TRANSIENT));
+  Check(sqlite3_bind_text(statement_.get(), parameter, bytes, static_cast<int>(text.size()), SQLITE_TRANSIENT));
+  return *this;
+}
+
+Statement& Statement::BindBytes(int parameter, std::string_view bytes) {
+  Check(sqlite3_bind_blob64(statement_.get(), parameter, bytes.data(), bytes.size(), SQLITE_TRANSIENT));
   return *this;
 }
 
 bool Statement::Step() {
-  const int code = sqlite3_step(statement_);
+  const int code = sqlite3_step(statement_.get());
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   const StoreError error = MakeError(database_.Path(), database_.Get(), code);
-  sqlite3_reset(statement_);
+  sqlite3_reset(statement_.get());
   throw StoreError(error);
 }
 
@@ -102,23 +120,30 @@ void Statement::Run() {
   Reset();
 }
 
-void Statement::Reset() { sqlite3_reset(statement_); }
+void Statement::Reset() { sqlite3_reset(statement_.get()); }
 
-int64_t Statement::Integer(int column) const { return sqlite3_column_int64(statement_, column); }
+int64_t Statement::Integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
 
 std::string Statement::Text(int column) const {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-  return text ? std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement_, column))) : "";
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), column));
+  return text ? std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement_.get(), column))) : "";
 }
 
-Transaction::Transaction(Database& database) : database_(&database) { database_->Execute("BEGIN IMMEDIATE"); }
+std::string_view Statement::Bytes(int column) const {
+  const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
+  return {bytes, static_cast<size_t>(sqlite3_column_bytes(statement_.get(), column))};
+}
+
+Transaction::Transaction(Database& database) : database_(sqlite3_get_autocommit(database.Get()) ? &database : nullptr) {
+  if (database_) database_->Execute("BEGIN IMMEDIATE");
+}
 
 Transaction::~Transaction() {
   if (database_) sqlite3_exec(database_->Get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 void Transaction::Commit() {
-  database_->Execute("COMMIT");
+  if (database_) database_->Execute("COMMIT");
   database_ = nullptr;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <span>
 #include <stdexcept>
@@ -45,37 +46,47 @@ class Database {
   const std::string& Path() const { return path_; }
 
  private:
+  friend class Statement;
   struct Close {
     void operator()(sqlite3* database) const;
   };
   std::string path_;
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const;
+  };
+  using Prepared = std::unique_ptr<sqlite3_stmt, Finalize>;
+
   std::unique_ptr<sqlite3, Close> database_;
+  // By their SQL, those that are not in use: to prepare one takes longer than to run it.
+  std::multimap<std::string, Prepared, std::less<>> prepared_;
 };
 
 // A prepared statement. Parameters count from 1, columns from 0.
 class Statement {
  public:
-  Statement(const Database& database, const char* sql);
+  Statement(Database& database, const char* sql);
   ~Statement();
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
   Statement& Bind(int parameter, int64_t value);
   Statement& Bind(int parameter, std::string_view text);
+  Statement& BindBytes(int parameter, std::string_view bytes);
   bool Step();  // true while there is a row
   // Steps once and makes ready for the next values.
   void Run();
   void Reset();
   int64_t Integer(int column) const;
   std::string Text(int column) const;
+  std::string_view Bytes(int column) const;  // until the next step
 
  private:
   void Check(int code) const;
-  sqlite3_stmt* statement_ = nullptr;
-  const Database& database_;
+  Database::Prepared statement_;
+  Database& database_;
 };
 
-// Everything until Commit, or nothing.
+// Everything until Commit, or nothing. One within another is part of it.
 class Transaction {
  public:
   explicit Transaction(Database& database);
@@ -85,7 +96,7 @@ class Transaction {
   void Commit();
 
  private:
-  Database* database_;
+  Database* database_;  // null if there is nothing to undo
 };
 
 }  // namespace agent

@@ -1,10 +1,11 @@
 #include "agent/store/IndexStore.h"
 
+#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <map>
+#include <cstring>
 #include <system_error>
 
 namespace agent {
@@ -12,67 +13,133 @@ namespace agent {
 namespace {
 
 // Increase it when the reader finds more or other things in a file: rows of another version are not used.
-constexpr int kIndexVersion = 3;
+constexpr int kIndexVersion = 4;
 
 constexpr const char* kTables = R"(
 CREATE TABLE files(path TEXT PRIMARY KEY, device INTEGER, inode INTEGER, size INTEGER, modified INTEGER,
-                   verdict INTEGER, problem TEXT) WITHOUT ROWID;
-CREATE TABLE faces(path TEXT REFERENCES files(path) ON DELETE CASCADE, face INTEGER, postscript_name TEXT, family TEXT,
-                   style TEXT, kind TEXT, foundry TEXT, version TEXT, printer_font TEXT, kerning INTEGER,
-                   checksum INTEGER, glyphsure INTEGER, weight INTEGER, width INTEGER, design INTEGER, flags INTEGER,
-                   scripts TEXT, languages TEXT, PRIMARY KEY(path, face)) WITHOUT ROWID;)";
+                   verdict INTEGER, problem TEXT, faces BLOB) WITHOUT ROWID;
+CREATE TABLE numbers(revision INTEGER NOT NULL);
+INSERT INTO numbers VALUES(0))";
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
 
-constexpr int64_t kItalic = 1, kMonospaced = 2, kVariable = 4, kColoured = 8;
+constexpr uint8_t kItalic = 1, kMonospaced = 2, kVariable = 4, kColoured = 8;
 
-int64_t FlagsOf(const FontTraits& traits) {
-  return (traits.isItalic ? kItalic : 0) | (traits.isMonospaced ? kMonospaced : 0) |
-         (traits.isVariable ? kVariable : 0) | (traits.isColoured ? kColoured : 0);
+uint8_t FlagsOf(const FontTraits& traits) {
+  return static_cast<uint8_t>((traits.isItalic ? kItalic : 0) | (traits.isMonospaced ? kMonospaced : 0) |
+                              (traits.isVariable ? kVariable : 0) | (traits.isColoured ? kColoured : 0));
 }
 
-FontTraits TraitsOfRow(const Statement& row, int column) {
-  FontTraits traits;
-  traits.weight = static_cast<uint16_t>(row.Integer(column));
-  traits.width = static_cast<uint8_t>(row.Integer(column + 1));
-  traits.design = static_cast<FontDesign>(row.Integer(column + 2));
-  const int64_t flags = row.Integer(column + 3);
+void SetFlags(uint8_t flags, FontTraits& traits) {
   traits.isItalic = (flags & kItalic) != 0;
   traits.isMonospaced = (flags & kMonospaced) != 0;
   traits.isVariable = (flags & kVariable) != 0;
   traits.isColoured = (flags & kColoured) != 0;
-  return traits;
 }
 
-FontFace FaceOfRow(const Statement& row) {
-  FontFace face;
-  face.faceIndex = static_cast<int32_t>(row.Integer(1));
-  face.postScriptName = row.Text(2);
-  face.family = row.Text(3);
-  face.style = row.Text(4);
-  face.kind = row.Text(5);
-  face.foundry = row.Text(6);
-  face.version = row.Text(7);
-  face.printerFont = row.Text(8);
-  face.kerningChecksum = static_cast<uint32_t>(row.Integer(9));
-  face.checksum = static_cast<uint32_t>(row.Integer(10));
-  face.glyphsureChecksum = static_cast<uint32_t>(row.Integer(11));
-  face.traits = TraitsOfRow(row, 12);
-  face.coverage = {CoverageOfText(row.Text(16)), CoverageOfText(row.Text(17))};
-  return face;
+// The faces of a file lie in one value, one after the other, because a hundred thousand rows of twenty columns would take a
+// start longer to read than it may take. Numbers are as in memory: an index is read on the machine that wrote it.
+class Packer {
+ public:
+  template <class Number>
+  Packer& Add(Number number) {
+    bytes_.append(reinterpret_cast<const char*>(&number), sizeof number);
+    return *this;
+  }
+  Packer& Add(SharedText text) {
+    Add(static_cast<uint32_t>(text.View().size()));
+    bytes_.append(text.View());
+    return *this;
+  }
+  const std::string& Bytes() const { return bytes_; }
+
+ private:
+  std::string bytes_;
+};
+
+class Unpacker {
+ public:
+  explicit Unpacker(std::string_view bytes) : bytes_(bytes) {}
+  bool IsAtEnd() const { return bytes_.empty(); }
+  bool IsCutShort() const { return isCutShort_; }  // what was read since is not valid
+
+  template <class Number>
+  Unpacker& Get(Number& number) {
+    const std::string_view part = Next(sizeof number);
+    if (!part.empty()) std::memcpy(&number, part.data(), sizeof number);
+    return *this;
+  }
+  Unpacker& Get(SharedText& text) {
+    uint32_t size = 0;
+    Get(size);
+    text = Next(size);
+    return *this;
+  }
+
+ private:
+  std::string_view Next(size_t size) {
+    isCutShort_ = isCutShort_ || size > bytes_.size();
+    const std::string_view part = isCutShort_ ? std::string_view() : bytes_.substr(0, size);
+    bytes_.remove_prefix(isCutShort_ ? bytes_.size() : size);
+    return part;
+  }
+  std::string_view bytes_;
+  bool isCutShort_ = false;
+};
+
+void AddFace(const FontFace& face, const FontNumber& number, Packer& out) {
+  out.Add(face.faceIndex).Add(face.postScriptName).Add(face.family).Add(face.style).Add(face.kind).Add(face.foundry);
+  out.Add(face.version).Add(face.printerFont).Add(face.kerningChecksum).Add(face.checksum).Add(face.glyphsureChecksum);
+  out.Add(face.traits.weight).Add(face.traits.width).Add(face.traits.design).Add(FlagsOf(face.traits));
+  out.Add(face.coverage.Scripts()).Add(face.coverage.Languages());
+  out.Add(number.id).Add(number.familyID).Add(number.added);
 }
 
-void InsertFace(Statement& insert, const std::string& path, const FontFace& face) {
-  insert.Bind(1, path).Bind(2, int64_t{face.faceIndex}).Bind(3, face.postScriptName).Bind(4, face.family);
-  insert.Bind(5, face.style).Bind(6, face.kind).Bind(7, face.foundry).Bind(8, face.version).Bind(9, face.printerFont);
-  insert.Bind(10, int64_t{face.kerningChecksum}).Bind(11, int64_t{face.checksum});
-  insert.Bind(12, int64_t{face.glyphsureChecksum}).Bind(13, int64_t{face.traits.weight});
-  insert.Bind(14, int64_t{face.traits.width}).Bind(15, static_cast<int64_t>(face.traits.design));
-  insert.Bind(16, FlagsOf(face.traits)).Bind(17, TextOfCoverage(face.coverage.scripts));
-  insert.Bind(18, TextOfCoverage(face.coverage.languages)).Run();
+void GetFace(Unpacker& in, FontFace& face, FontNumber& number) {
+  uint8_t flags = 0;
+  SharedText scripts, languages;
+  in.Get(face.faceIndex).Get(face.postScriptName).Get(face.family).Get(face.style).Get(face.kind).Get(face.foundry);
+  in.Get(face.version).Get(face.printerFont).Get(face.kerningChecksum).Get(face.checksum).Get(face.glyphsureChecksum);
+  in.Get(face.traits.weight).Get(face.traits.width).Get(face.traits.design).Get(flags);
+  in.Get(scripts).Get(languages);
+  in.Get(number.id).Get(number.familyID).Get(number.added);
+  SetFlags(flags, face.traits);
+  face.coverage = {scripts, languages};
+}
+
+std::string FacesOf(const IndexedFile& file) {
+  Packer out;
+  for (size_t i = 0; i < file.content.faces.size(); ++i) {
+    AddFace(file.content.faces[i], i < file.numbers.size() ? file.numbers[i] : FontNumber(), out);
+  }
+  return out.Bytes();
+}
+
+// Returns false if the value is damaged.
+bool SetFaces(std::string_view bytes, IndexedFile& file) {
+  Unpacker in(bytes);
+  while (!in.IsAtEnd()) GetFace(in, file.content.faces.emplace_back(), file.numbers.emplace_back());
+  return !in.IsCutShort();
+}
+
+IndexedFile FileOfRow(const Statement& row) {
+  IndexedFile file;
+  file.path = row.Text(0);
+  file.identity.device = static_cast<uint64_t>(row.Integer(1));
+  file.identity.inode = static_cast<uint64_t>(row.Integer(2));
+  file.identity.size = static_cast<uint64_t>(row.Integer(3));
+  file.identity.modified = row.Integer(4);
+  file.content.verdict = static_cast<FontVerdict>(row.Integer(5));
+  file.content.problem = row.Text(6);
+  return file;
 }
 
 }  // namespace
+
+FileIdentity FileIdentity::Of(const struct stat& info) {
+  return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size),
+          int64_t{info.st_mtim.tv_sec} * 1000000000 + info.st_mtim.tv_nsec};
+}
 
 bool FileIdentity::Of(const std::string& path, FileIdentity& identity, std::string& problem) {
   struct stat info;
@@ -80,76 +147,74 @@ bool FileIdentity::Of(const std::string& path, FileIdentity& identity, std::stri
     problem = std::generic_category().message(errno);
     return false;
   }
-  identity.device = info.st_dev;
-  identity.inode = info.st_ino;
-  identity.size = static_cast<uint64_t>(info.st_size);
-  identity.modified = int64_t{info.st_mtim.tv_sec} * 1000000000 + info.st_mtim.tv_nsec;
+  identity = Of(info);
   return true;
 }
 
-IndexStore::IndexStore(const std::string& path, const std::function<void(const std::string&)>& report) : path_(path) {
+IndexStore::IndexStore(const std::string& path, const std::function<void(const std::string&)>& report)
+    : path_(path), report_(report) {
   try {
     Open();
   } catch (const StoreError& error) {
-    if (!error.IsDamage()) throw;
-    report(std::string(error.what()) + "; moved aside to " + path + ".damaged and created again");
-    database_.reset();
-    for (const char* companion : {"-wal", "-shm"}) std::remove((path + companion).c_str());
-    if (std::rename(path.c_str(), (path + ".damaged").c_str()) != 0) throw;
-    Open();
+    Replace(error);
   }
 }
 
+// Moves a damaged file aside and makes another one. Throws what is no damage.
+void IndexStore::Replace(const StoreError& damage) {
+  if (!damage.IsDamage()) throw StoreError(damage);
+  report_(std::string(damage.what()) + "; moved aside to " + path_ + ".damaged and created again");
+  database_.reset();
+  for (const char* companion : {"-wal", "-shm"}) std::remove((path_ + companion).c_str());
+  if (std::rename(path_.c_str(), (path_ + ".damaged").c_str()) != 0) throw StoreError(damage);
+  Open();
+}
+
 void IndexStore::Open() {
+  revision_ = 0;
   database_ = std::make_unique<Database>(path_);
-  database_->Check();
-  if (database_->Version() == kIndexVersion) return;
+  if (database_->Version() == kIndexVersion) {
+    Statement find(*database_, "SELECT revision FROM numbers");
+    if (find.Step()) revision_ = find.Integer(0);
+    return;
+  }
   Transaction transaction(*database_);
-  database_->Execute("DROP TABLE IF EXISTS faces");
-  database_->Execute("DROP TABLE IF EXISTS files");
+  for (const char* table : {"faces", "files", "numbers"}) {
+    database_->Execute(std::string("DROP TABLE IF EXISTS ") + table);
+  }
   database_->Execute(kTables);
   database_->SetVersion(kIndexVersion);
   transaction.Commit();
 }
 
-std::vector<IndexedFile> IndexStore::Load() {
-  std::map<std::string, std::vector<FontFace>> faces;
-  Statement faceRows(
-      *database_,
-      "SELECT path, face, postscript_name, family, style, kind, foundry, version, printer_font, "
-      "kerning, checksum, glyphsure, weight, width, design, flags, scripts, languages FROM faces ORDER BY path, face");
-  while (faceRows.Step()) faces[faceRows.Text(0)].push_back(FaceOfRow(faceRows));
-  std::vector<IndexedFile> files;
-  Statement rows(*database_, "SELECT path, device, inode, size, modified, verdict, problem FROM files");
-  while (rows.Step()) {
-    IndexedFile file;
-    file.path = rows.Text(0);
-    file.identity.device = static_cast<uint64_t>(rows.Integer(1));
-    file.identity.inode = static_cast<uint64_t>(rows.Integer(2));
-    file.identity.size = static_cast<uint64_t>(rows.Integer(3));
-    file.identity.modified = rows.Integer(4);
-    file.content.verdict = static_cast<FontVerdict>(rows.Integer(5));
-    file.content.problem = rows.Text(6);
-    file.content.faces = std::move(faces[file.path]);
-    files.push_back(std::move(file));
+void IndexStore::Load(const std::function<void(IndexedFile&& file)>& visit) {
+  try {
+    Statement rows(*database_, "SELECT path, device, inode, size, modified, verdict, problem, faces FROM files");
+    while (rows.Step()) {
+      IndexedFile file = FileOfRow(rows);
+      if (!SetFaces(rows.Bytes(7), file)) throw StoreError(path_ + ": a file's faces are cut short", SQLITE_CORRUPT);
+      visit(std::move(file));
+    }
+  } catch (const StoreError& error) {
+    Replace(error);
   }
-  return files;
 }
 
-void IndexStore::Put(const IndexedFile& file) {
+void IndexStore::Change(const std::vector<IndexedFile>& put, const std::vector<std::string>& removed,
+                        int64_t revision) {
   Transaction transaction(*database_);
-  Statement(*database_, "DELETE FROM files WHERE path=?").Bind(1, file.path).Run();
-  Statement insertFile(*database_, "INSERT INTO files VALUES(?,?,?,?,?,?,?)");
-  insertFile.Bind(1, file.path).Bind(2, Signed(file.identity.device)).Bind(3, Signed(file.identity.inode));
-  insertFile.Bind(4, Signed(file.identity.size)).Bind(5, file.identity.modified);
-  insertFile.Bind(6, static_cast<int64_t>(file.content.verdict)).Bind(7, file.content.problem).Run();
-  Statement insertFace(*database_, "INSERT INTO faces VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
-  for (const FontFace& face : file.content.faces) InsertFace(insertFace, file.path, face);
+  Statement insert(*database_, "INSERT OR REPLACE INTO files VALUES(?,?,?,?,?,?,?,?)");
+  for (const IndexedFile& file : put) {
+    insert.Bind(1, file.path).Bind(2, Signed(file.identity.device)).Bind(3, Signed(file.identity.inode));
+    insert.Bind(4, Signed(file.identity.size)).Bind(5, file.identity.modified);
+    insert.Bind(6, static_cast<int64_t>(file.content.verdict)).Bind(7, file.content.problem);
+    insert.BindBytes(8, FacesOf(file)).Run();
+  }
+  Statement remove(*database_, "DELETE FROM files WHERE path=?");
+  for (const std::string& path : removed) remove.Bind(1, path).Run();
+  Statement(*database_, "UPDATE numbers SET revision=?").Bind(1, revision).Run();
   transaction.Commit();
-}
-
-void IndexStore::Remove(const std::string& path) {
-  Statement(*database_, "DELETE FROM files WHERE path=?").Bind(1, path).Run();
+  revision_ = revision;
 }
 
 }  // namespace agent

@@ -11,7 +11,7 @@ namespace agent {
 namespace {
 
 // Steps are added, never changed.
-constexpr std::array<const char*, 4> kMigrations = {R"(
+constexpr std::array<const char*, 5> kMigrations = {R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
 CREATE INDEX fonts_by_file ON fonts(device, inode, face);
@@ -33,7 +33,13 @@ CREATE TABLE smart_list_members(list INTEGER NOT NULL REFERENCES smart_lists(id)
                                 member INTEGER NOT NULL, PRIMARY KEY(list, kind, member)) WITHOUT ROWID;
 CREATE TABLE panel_clicks(font INTEGER PRIMARY KEY REFERENCES fonts(id), count INTEGER NOT NULL);)",
                                                     R"(
-CREATE TABLE denied_rights(name TEXT NOT NULL, workgroup INTEGER NOT NULL, PRIMARY KEY(name, workgroup)) WITHOUT ROWID;)"};
+CREATE TABLE denied_rights(name TEXT NOT NULL, workgroup INTEGER NOT NULL, PRIMARY KEY(name, workgroup)) WITHOUT ROWID;)",
+                                                    R"(
+CREATE TABLE font_numbers(revision INTEGER NOT NULL);
+INSERT INTO font_numbers VALUES(random());
+CREATE TRIGGER font_added AFTER INSERT ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;
+CREATE TRIGGER font_changed AFTER UPDATE ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;
+CREATE TRIGGER font_removed AFTER DELETE ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;)"};
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
 
@@ -122,15 +128,16 @@ FontNumber UserStore::FontID(const std::string& path, const FontFace& face, cons
   StoredFont known;
   const bool isKnown = FindFontAt(path, face.faceIndex, known);
   const std::string content = ContentOf(face);
+  const uint32_t familyID = FamilyID(face.family);
   if (isKnown && known.name == face.postScriptName && (known.content == content || known.content.empty())) {
     const bool isSame = known.device == Signed(identity.device) && known.inode == Signed(identity.inode);
     if (!isSame || known.content.empty()) PutFont(known.id, path, face, identity);
-    return {known.id, 0, known.added};
+    return {known.id, 0, known.added, familyID};
   }
   Transaction transaction(database_);
   if (isKnown) DisplaceFont(known.id);
   const std::optional<uint32_t> elsewhere = FindFontElsewhere(face, identity);
-  FontNumber number{elsewhere ? *elsewhere : InsertFont(path, face), 0, 0};
+  FontNumber number{elsewhere ? *elsewhere : InsertFont(path, face), 0, 0, familyID};
   number.added = AddedOf(number.id);
   PutFont(number.id, path, face, identity);
   if (isKnown && known.name == face.postScriptName) {
@@ -147,6 +154,11 @@ uint32_t UserStore::FamilyID(const std::string& family) {
   find.Reset();
   Statement(database_, "INSERT INTO families(name) VALUES(?)").Bind(1, family).Run();
   return static_cast<uint32_t>(database_.LastInsertedRow());
+}
+
+int64_t UserStore::Revision() {
+  Statement find(database_, "SELECT revision FROM font_numbers");
+  return find.Step() ? find.Integer(0) : 0;
 }
 
 std::map<uint32_t, int32_t> UserStore::Activations() {

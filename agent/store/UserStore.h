@@ -20,14 +20,6 @@ struct FontSet {
   std::vector<uint32_t> fontIDs;
 };
 
-struct FontNumber {
-  uint32_t id = 0;
-  // The ID of the older version whose file this one replaced, if any. Its sets and lasting activations are those of the
-  // new ID now.
-  uint32_t former = 0;
-  int64_t added = 0;  // to the library, in seconds since 1970; 0 if unknown
-};
-
 // All functions throw StoreError. What returned has been stored.
 class UserStore {
  public:
@@ -37,8 +29,11 @@ class UserStore {
   // Returns a lasting ID, above 0 and below 2^31. It means one face with one content (its name, version and checksums),
   // because clients keep the record of an ID for good. A file that was moved within its file system keeps its IDs, and a
   // font that was replaced by another one has its ID again when it comes back.
+  // Also gives its family an ID.
   FontNumber FontID(const std::string& path, const FontFace& face, const FileIdentity& identity);
   uint32_t FamilyID(const std::string& family);
+  // Another number after each change of an ID. If it is the same as before, so are the IDs.
+  int64_t Revision();
 
   // Activations that outlive clients and the agent: font ID to AgentActivationState.
   std::map<uint32_t, int32_t> Activations();

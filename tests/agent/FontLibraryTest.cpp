@@ -396,7 +396,9 @@ TEST_F(FontLibraryTest, AScanThatTakesItsTimeSaysHowFarItIs) {
   Start();
   EXPECT_THAT(progress_, IsEmpty());  // no time passed
   EXPECT_FALSE(hadProgress_);
-  for (const auto& entry : fs::directory_iterator(kDejaVu)) fs::copy(entry, fonts_.Path());
+  for (const std::string& folder : {kDejaVu, kLiberation, kOpenType}) {
+    for (const auto& entry : fs::directory_iterator(folder)) fs::copy(entry, fonts_.Path());
+  }
   library_->Rescan();
   std::function<void()> tick = [&] {
     platform::Clock::SetDriven(platform::Clock::Now() + 0.2);

@@ -31,7 +31,16 @@ IndexedFile MakeFile(const std::string& path, uint64_t inode, const std::string&
   face.glyphsureChecksum = 0x80000001;
   file.content.faces = {face, face};
   file.content.faces[1].faceIndex = 1;
+  file.content.faces[1].coverage = FontCoverage{1, 2};
+  file.content.faces[1].traits = {700, 3, FontDesign::kSlab, true, false, true, false};
+  file.numbers = {{1, 0, 1700000000, 2}, {0x7FFFFFFF, 0, 0, 3}};
   return file;
+}
+
+std::vector<IndexedFile> FilesOf(IndexStore& store) {
+  std::vector<IndexedFile> files;
+  store.Load([&](IndexedFile&& file) { files.push_back(std::move(file)); });
+  return files;
 }
 
 void ExpectNoReport(const std::string& line) { ADD_FAILURE() << line; }
@@ -44,13 +53,13 @@ TEST(IndexStore, GivesBackWhatWasPut) {
   files[1].content = {FontVerdict::kBroken, {}, "is empty"};
   {
     IndexStore store(folder / "index.db", ExpectNoReport);
-    for (const IndexedFile& file : files) store.Put(file);
-    store.Put(MakeFile("/fonts/removed", 3, "Removed"));
-    store.Remove("/fonts/removed");
-    store.Put(files[0]);  // in place of itself
+    store.Change(files, {}, 1);
+    store.Change({MakeFile("/fonts/removed", 3, "Removed")}, {}, 2);
+    store.Change({files[0]}, {"/fonts/removed"}, -5);  // the file in place of itself
   }
   IndexStore store(folder / "index.db", ExpectNoReport);
-  const std::vector<IndexedFile> loaded = store.Load();
+  EXPECT_EQ(store.Revision(), -5);
+  const std::vector<IndexedFile> loaded = FilesOf(store);
   ASSERT_EQ(loaded.size(), files.size());
   for (const IndexedFile& file : files) {
     const auto found = std::find_if(loaded.begin(), loaded.end(), [&](const auto& it) { return it.path == file.path; });
@@ -59,24 +68,44 @@ TEST(IndexStore, GivesBackWhatWasPut) {
     EXPECT_EQ(found->content.verdict, file.content.verdict);
     EXPECT_EQ(found->content.problem, file.content.problem);
     EXPECT_EQ(found->content.faces, file.content.faces);
+    ASSERT_EQ(found->numbers.size(), found->content.faces.size());
+    for (size_t i = 0; i < found->numbers.size(); ++i) {
+      const FontNumber &is = found->numbers[i], &was = file.numbers[i];
+      EXPECT_EQ(std::tie(is.id, is.added, is.familyID), std::tie(was.id, was.added, was.familyID));
+    }
   }
 }
 
 TEST(IndexStore, AnotherVersionIsDroppedAndADamagedFileMovedAside) {
   const TempFolder folder;
   const std::string path = folder / "index.db";
-  IndexStore(path, ExpectNoReport).Put(MakeFile("/fonts/a", 1, "A"));
+  IndexStore(path, ExpectNoReport).Change({MakeFile("/fonts/a", 1, "A"), MakeFile("/fonts/b", 2, "B")}, {}, 1);
+  // A value that is cut short costs the files from there on.
+  std::string report;
+  Database(path).Execute("UPDATE files SET faces=substr(faces, 1, length(faces) - 1) WHERE path='/fonts/b'");
+  {
+    IndexStore damaged(path, [&](const std::string& line) { report = line; });
+    EXPECT_EQ(FilesOf(damaged).size(), 1u);
+    EXPECT_THAT(report, testing::HasSubstr("moved aside"));
+    EXPECT_TRUE(FilesOf(damaged).empty());
+    damaged.Change({MakeFile("/fonts/a", 1, "A")}, {}, 1);
+  }
   Database(path).SetVersion(99);
-  EXPECT_TRUE(IndexStore(path, ExpectNoReport).Load().empty());
+  {
+    IndexStore other(path, ExpectNoReport);
+    EXPECT_TRUE(FilesOf(other).empty());
+    EXPECT_EQ(other.Revision(), 0);
+  }
 
   const std::string garbage = "this was a database once, " + std::string(5000, '?');
   fs::remove(path);
   folder.Write("index.db", garbage);
-  std::string report;
-  IndexStore(path, [&](const std::string& line) { report = line; }).Put(MakeFile("/fonts/b", 2, "B"));
+  report.clear();
+  IndexStore(path, [&](const std::string& line) { report = line; }).Change({MakeFile("/fonts/b", 2, "B")}, {}, 1);
   EXPECT_THAT(report, testing::HasSubstr("moved aside"));
   EXPECT_EQ(debian_fonts::Bytes(path + ".damaged"), garbage);
-  EXPECT_EQ(IndexStore(path, ExpectNoReport).Load().size(), 1u);
+  IndexStore again(path, ExpectNoReport);
+  EXPECT_EQ(FilesOf(again).size(), 1u);
 }
 
 FontFace FaceNamed(const std::string& name, int32_t index = 0) {
