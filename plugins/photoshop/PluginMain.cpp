@@ -11,6 +11,7 @@
 #include "Readers/XMPFontMetadata.h"
 #include "Services/DiagnosticLog.h"
 #include "Services/MarquineGlobals.h"
+#include "frameworks/PlugPlug/include/PanelEvents.h"
 #include "photoshop/DocumentEvents.h"
 #include "photoshop/MissingFontsWindow.h"
 #include "photoshop/NotificationTimer.h"
@@ -72,7 +73,7 @@ constexpr Notifier kNotifiers[] = {
 bool SendStartNotification(const VPFInterfaceRef& ui) {
   sPPLib.Load();
   if (ui->GetPreferenceForKey(kSuppressPanelLaunch)) return true;
-  const csxs::event::Event event{"com.velorant.startpanel", 1, "test", nullptr, ""};
+  const csxs::event::Event event{panel_events::kStartPanel, panel_events::kApplicationScope, "test", nullptr, ""};
   const bool isSent = sPPLib.DispatchEvent(&event) == csxs::event::kEventErrorCode_Success;
   ui->SetPreferenceForKey(kSuppressPanelLaunch, isSent);
   if (!isSent) sPPLib.Unload();
@@ -85,7 +86,10 @@ void processNotifications(platform::RunLoopTimer&, void*) {
     if (ui && ui->IsValid()) sentStartNotification = SendStartNotification(ui);
   }
   PanelManager* panels = PanelManager::GetSharedInstance();
-  if (sentStartNotification && !registeredPlugPlug) registeredPlugPlug = panels->RegisterPlugPlug(&sPPLib) == 0;
+  // A host without an event service is not asked again: no later tick would load it.
+  if (sentStartNotification && !registeredPlugPlug && sPPLib.IsUsable()) {
+    registeredPlugPlug = panels->RegisterPlugPlug(&sPPLib) == 0;
+  }
   if (FontManagerInterface::sm_pFontManager) FontManagerInterface::sm_pFontManager->ProcessNotifications();
   panels->SelectSocket(true);
   panels->PopNotifications();
@@ -248,6 +252,7 @@ SPErr Dispatch(const char* caller, const char* selector, SPMessageData* message)
 }  // namespace
 
 void ResetPluginMainForTesting() {
+  PanelManager::GetSharedInstance()->ResetForTesting();
   notificationTimer.reset();
   gGlobals = nullptr;
   gNotifierOn = sentStartNotification = registeredPlugPlug = false;

@@ -7,11 +7,14 @@
 
 #include "platform/Value.h"
 #include "support/FakeAgentState.h"
+#include "support/FakePanelAnswers.h"
 
 namespace fakes {
 
-class AgentAnswers {
+class AgentAnswers : PanelAnswers {
  public:
+  using PanelAnswers::Answer;
+
   static const char* NameOf(AgentFunction function) {
     constexpr const char* kNames[] = {
 #define FAKE_NAME(name, result, parameters) #name,
@@ -42,6 +45,7 @@ class AgentAnswers {
         {"OutlineFileSize", std::to_string(1000 + font.id)},
         {"OutlineFileName", font.postScriptName + ".otf"},
         {"Family", font.family},
+        {"DisplayName", font.displayName.empty() ? font.postScriptName : font.displayName},
         {"AssignedFamilyID", std::to_string(font.familyID)},
         {"AssignedFamilyName", font.family},
         {"Path", "/fonts/" + std::to_string(font.id) + "/" + font.postScriptName + ".otf"},
@@ -116,8 +120,8 @@ class AgentAnswers {
   static Code ANSWER(GetClientFontActivationStates, uint32_t count, const uint32_t* ids, uint32_t* out) {
     return GetFlags(count, ids, out, [](const FakeFont& font) { return font.isHeld; });
   }
-  static Code ANSWER(GetFontConflicts, Facade, uint32_t count, const uint32_t*, uint32_t* out) {
-    std::fill(out, out + count, 0);
+  static Code ANSWER(GetFontConflicts, Facade, uint32_t count, const uint32_t* ids, uint32_t* out) {
+    for (uint32_t i = 0; i < count; ++i) out[i] = Agent().conflicts[ids[i]];
     return 0;
   }
   static Code ANSWER(FindFontsInSameFamilyForActivation, ValueRef record, const uint32_t* workgroups, uint32_t count,
@@ -138,6 +142,7 @@ class AgentAnswers {
     Note(AgentFunction::ActivateFonts, {zero, kind, one, alsoOne, failedCapacity, refusedCapacity});
     *failedCount = *refusedCount = 0;
     for (const uint32_t* id = ids; id != ids + count; ++id) {
+      if (*id == 0) continue;  // no font; a panel sends it for a duplicate
       FakeFont& font = Agent().Font(*id);
       if (font.isRefused) {
         refused[(*refusedCount)++] = *id;

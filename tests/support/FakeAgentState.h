@@ -26,6 +26,7 @@ struct FakeFont {
   uint32_t id = 0;
   std::string postScriptName;
   std::string family = "Family";
+  std::string displayName;  // empty for the PostScript name
   std::string kind = "OpenType - PS";
   std::string foundry = "Foundry";
   std::string version = "1.000";
@@ -108,6 +109,12 @@ class FakeAgent {
   bool areSchemasInSync = true, isProcessRunning = true;
   bool mayUseAllWorkgroups = true, mayExport = true;
   uint32_t initAppResult = 0, initThreadResult = 0;
+  bool isReplicating = false;
+  int32_t replicationMode = 0;
+  std::map<uint32_t, uint32_t> conflicts;  // by font ID
+  std::map<uint32_t, std::string> smartLists;
+  std::string listTree;
+  std::vector<platform::Dictionary> listedFonts;  // of every smart list
   // Runs before each call. An exception leaves the call.
   std::function<void(AgentFunction)> onCall;
 
@@ -115,6 +122,7 @@ class FakeAgent {
   std::vector<std::string> calls;
   // The numeric arguments of the last call of a function that are not recorded elsewhere, in their order.
   std::map<AgentFunction, std::vector<uint32_t>> arguments;
+  std::vector<std::string> asked;  // as FakePanelAnswers.h describes
   std::vector<uint32_t> wronglyDeactivated;  // the client did not hold them at that moment
   std::vector<uint32_t> exported;
   std::vector<std::string> sets;

@@ -1,16 +1,13 @@
 // The only route from the rest of the plug-in to the panels. Repeats each operation on all panels; the first failure
-// ends it and is the result. Owns the panels for the life of the process. Main thread only.
-//
-// No transport exists yet: OpenSocket and RegisterPlugPlug return kNotImplemented, and there are no panels.
+// ends it and is the result. Owns the panels for the life of the process: one on a socket and, once the host's event
+// service is there, one that is an extension of the host. Main thread only.
 #pragma once
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "ErrorCodes.h"
 #include "Panel/MarquinePanel.h"
-#include "platform/Value.h"
 
 class SDKPlugPlug;
 
@@ -20,6 +17,7 @@ class PanelManager {
   static PanelManager* GetSharedInstance();
 
   TModuleErrorCode OpenSocket();
+  // Adds a panel on the service, which is not owned. kNullPointer for null; on failure nothing is added.
   TModuleErrorCode RegisterPlugPlug(SDKPlugPlug* plugPlug);
   TModuleErrorCode SelectSocket(bool closeListeningSocket);
   unsigned int GetSocketPort();  // the first port that is not 0; 0 if no panel has one
@@ -29,6 +27,8 @@ class PanelManager {
 #define PANEL_PUSH(operation, push, parameters, arguments) TModuleErrorCode push parameters;
   PANEL_PUSHES(PANEL_PUSH)
 #undef PANEL_PUSH
+
+  void ResetForTesting() { mPanels.clear(); }
 
  private:
   std::vector<std::unique_ptr<MarquinePanel>> mPanels;

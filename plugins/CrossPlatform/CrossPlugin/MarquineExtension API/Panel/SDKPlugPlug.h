@@ -1,7 +1,7 @@
 // The host's event service, loaded at run time from the host's bundle.
 #pragma once
 
-#include "frameworks/PlugPlug/include/PlugPlugEvents.h"
+#include "frameworks/PlugPlug/include/EventFunctions.h"
 #include "platform/Bundle.h"
 
 class SDKPlugPlug {
@@ -10,6 +10,8 @@ class SDKPlugPlug {
 
   int Load();    // 0 or kLoadFailure; the functions before the first missing one stay set
   int Unload();  // the function pointers stay set
+  // False if AddEventListener and DispatchEvent can only fail, until another Load.
+  bool IsUsable() const { return mFunctions.pfPlugPlugAddEventListener != nullptr; }
   int LoadExtension(const char* extensionID);
   int UnloadExtension(const char* extensionID);
   csxs::event::EventErrorCode AddEventListener(const char* type, csxs::event::EventCallback callback, void* context);
@@ -18,7 +20,5 @@ class SDKPlugPlug {
 
  private:
   platform::BundleRef mBundle;
-#define PLUG_PLUG_MEMBER(name, result, parameters) result(*pf##name) parameters = nullptr;
-  PLUG_PLUG_FUNCTIONS(PLUG_PLUG_MEMBER)
-#undef PLUG_PLUG_MEMBER
+  EventFunctions mFunctions;
 };
