@@ -26,7 +26,7 @@ struct FakeFont {
   uint32_t id = 0;
   std::string postScriptName;
   std::string family = "Family";
-  std::string displayName;  // empty for the PostScript name
+  std::string displayName{};  // empty for the PostScript name
   std::string kind = "OpenType - PS";
   std::string foundry = "Foundry";
   std::string version = "1.000";
@@ -122,7 +122,7 @@ class FakeAgent {
   std::vector<std::string> calls;
   // The numeric arguments of the last call of a function that are not recorded elsewhere, in their order.
   std::map<AgentFunction, std::vector<uint32_t>> arguments;
-  std::vector<std::string> asked;  // as FakePanelAnswers.h describes
+  std::vector<std::string> asked;            // as FakePanelAnswers.h describes
   std::vector<uint32_t> wronglyDeactivated;  // the client did not hold them at that moment
   std::vector<uint32_t> exported;
   std::vector<std::string> sets;

@@ -86,10 +86,8 @@ class PanelAnswers {
   }
   static std::string Text(const std::string& text) { return text; }
   template <class Number>
-    requires std::is_integral_v<Number>
-  static std::string Text(Number number) {
-    return std::to_string(number);
-  }
+  requires std::is_integral_v<Number>
+  static std::string Text(Number number) { return std::to_string(number); }
   template <class... Arguments>
   static Code Ask(std::string line, const Arguments&... arguments) {
     ((line += " " + Text(arguments)), ...);

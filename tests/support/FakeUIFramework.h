@@ -37,6 +37,7 @@ class FakeUIFramework {
 
   // Booleans as 0 and 1 beside the numbers.
   std::map<std::string, int> preferences{{"EnablePlugin", 1}, {"EnableGlyphsure", 1}};
+  std::map<std::string, std::string> texts;  // preferences that are texts
   // "box MESSAGE", "ask", "resolve NAMES", "restricted NAMES", "command", "about", "preferences", "show", "update" and
   // "hide" of the progress window, "online 1".
   std::vector<std::string> shown;
@@ -66,6 +67,10 @@ class FakeUIFramework {
     table->pfVPFSetPreferenceForKey = [](const char* key, int8_t value) { sCurrent->preferences[key] = value; };
     table->pfVPFGetLongPreferenceForKey = [](const char* key) { return int32_t{sCurrent->preferences[key]}; };
     table->pfVPFSetLongPreferenceForKey = [](const char* key, int32_t value) { sCurrent->preferences[key] = value; };
+    table->pfVPFGetStringPreferenceForKey = [](const char* key) {
+      const auto found = sCurrent->texts.find(key);
+      return found == sCurrent->texts.end() ? nullptr : platform::String::FromUTF8(found->second).Release();
+    };
     table->pfVPFDoPreferencesExist = [] { return static_cast<int32_t>(!sCurrent->preferences.empty()); };
     table->pfVPFShowAboutBox = [] { Note("about"); };
     table->pfVPFShowPreferences = [] { Note("preferences"); };

@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 
@@ -52,7 +53,7 @@ TModuleErrorCode FlashPanel::OpenSocket() {
   mListeningSocket = Descriptor(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   const int on = 1;
   setsockopt(mListeningSocket.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  // On every interface, because a panel may run on another machine beside the host's screen.
+  // On every interface, as panels expect. A panel does not authenticate itself: whoever connects first is the panel.
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_ANY);
@@ -85,6 +86,9 @@ TModuleErrorCode FlashPanel::SocketAcceptCallback(bool closeListeningSocket) {
   if (closeListeningSocket) mListeningSocket.Close();
   PANEL_CHECK(SetNonBlocking(mSocket.Get()));
   setsockopt(mSocket.Get(), SOL_SOCKET, SO_SNDBUF, &kSendBufferSize, sizeof kSendBufferSize);
+  // A message must not wait until the panel has acknowledged the one before.
+  const int on = 1;
+  setsockopt(mSocket.Get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
   PANEL_CHECK(StartPanelInfo());
   return CoreErrorCodes::kSuccess;
 }
