@@ -27,12 +27,12 @@ constexpr int kWaitingConnections = 2;
 constexpr int kSendBufferSize = 128'000;       // bytes
 constexpr size_t kReceiveBufferSize = 65'535;  // bytes
 
-// The last text is written by hand: a picture without bytes gives a text that is no valid JSON. Keep it, because panels
-// recognise a failed picture by it.
+// Written by hand, so that a picture without bytes gives a text that is no valid JSON. Keep it: panels depend on this
+// text for a name that could not be drawn.
 std::string ImageMessage(int32_t fontID, const std::string& base64) {
   std::string text = "({\"" + kMessageIDKey + "\":" + std::to_string(MarquinePanel::kGetFontPNG) + ",\"" + kFontIDKey +
-                     "\":" + std::to_string(fontID) + ",\"";
-  if (!base64.empty()) text += kFontImageKey + "\":\"" + base64;
+                     "\":" + std::to_string(fontID) + ",";
+  if (!base64.empty()) text += "\"" + kFontImageKey + "\":\"" + base64;
   return text + "\"})";
 }
 
