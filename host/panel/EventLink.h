@@ -5,13 +5,11 @@
 #include <functional>
 #include <string>
 
-#include "frameworks/PlugPlug/include/PlugPlugEvents.h"
+#include "frameworks/PlugPlug/include/EventFunctions.h"
+#include "frameworks/PlugPlug/include/PanelEvents.h"
 #include "platform/Bundle.h"
 
 namespace panel {
-
-inline constexpr const char* kPanelToPlugin = "com.velorant.PanelToPlugin";
-inline constexpr const char* kPluginToPanel = "com.velorant.PluginToPanel";
 
 class EventLink {
  public:
@@ -24,20 +22,17 @@ class EventLink {
   EventLink& operator=(const EventLink&) = delete;
 
   // Gives an event of the page to the plug-in, which handles it before this returns. An event of another type than
-  // kPanelToPlugin is lost: pages may cause no other. So is one that nobody listens to yet.
+  // kPanelToPlugin is lost: pages may cause no other. So is one that nobody listens to yet. An exception of the plug-in
+  // passes through, as the message for a single smart list always causes one: call this from the run loop, which reports
+  // it.
   void Dispatch(const std::string& type, const std::string& data);
 
  private:
-  using Listen = csxs::event::EventErrorCode (*)(const char*, csxs::event::EventCallback, void*);
-  using DispatchEvent = csxs::event::EventErrorCode (*)(const csxs::event::Event*);
-  template <class Function>
-  Function Find(const char* name) const;
   static void Receive(const csxs::event::Event* event, void* context);
 
   platform::BundleRef bundle_;
   std::function<void(const std::string& type, const std::string& data)> onEvent_;
-  Listen removeListener_ = nullptr;
-  DispatchEvent dispatch_ = nullptr;
+  EventFunctions functions_;
 };
 
 }  // namespace panel

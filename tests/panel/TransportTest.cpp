@@ -5,7 +5,7 @@
 
 #include "Panel/FlashPanel.h"
 #include "Panel/HTMLPanel.h"
-#include "frameworks/PlugPlug/include/PanelChannel.h"
+#include "host/panel/EventLink.h"
 #include "panel/PanelFixture.h"
 #include "platform/FileLock.h"
 
@@ -168,20 +168,20 @@ TEST_F(Extension, MessagesAreEventsBothWays) {
   Install("PlugPlug");
   ASSERT_EQ(service.Load(), 0);
   ASSERT_EQ(manager.RegisterPlugPlug(&service), 0u);
-  PanelChannel channel;
   Lines heard;
-  channel.onMessage = [&](std::string_view text) { heard.emplace_back(text); };
-  ASSERT_EQ(channel.Open(frameworks), "");
+  panel::EventLink page(frameworks / "PlugPlug.framework",
+                        [&](const std::string&, const std::string& data) { heard.push_back(data); });
   const auto take = [&] { return std::exchange(heard, {}); };
+  const auto send = [&](const char* text) { page.Dispatch(panel_events::kPanelToPlugin, text); };
   EXPECT_EQ(take(), Lines{}) << "nothing comes unasked";
-  EXPECT_TRUE(channel.SendToPlugin(kProbe));
+  send(kProbe);
   EXPECT_EQ(take(), Lines{kProbesReply});
   for (const char* bad : {"", "[]", "({\"messageID\":16})"}) {
-    EXPECT_TRUE(channel.SendToPlugin(bad));
+    send(bad);
     EXPECT_EQ(take(), Lines{});
   }
   agent.smartLists = {{7, "Serif"}};
-  EXPECT_THROW(channel.SendToPlugin(R"({"messageID":36,"smartListID":7})"), std::runtime_error);
+  EXPECT_THROW(send(R"({"messageID":36,"smartListID":7})"), std::runtime_error);
   EXPECT_EQ(take(), Lines{});
   manager.SendFontImages(Previews());
   EXPECT_EQ(take(), Lines{R"(({"messageID":32,"fonts":[)"
@@ -199,7 +199,8 @@ TEST_F(Extension, MessagesAreEventsBothWays) {
   EXPECT_EQ(Heard(), R"(({"messageID":43}))");
   EXPECT_NE(manager.GetSocketPort(), 0u);
   manager.ResetForTesting();
-  EXPECT_TRUE(channel.SendToPlugin(kProbe)) << "nobody listens any more";
+  send(kProbe);
+  EXPECT_EQ(take(), Lines{}) << "nobody listens any more";
   EXPECT_EQ(HTMLPanel(nullptr).SendMessage("()"), CoreErrorCodes::kNullPointer);
 }
 
