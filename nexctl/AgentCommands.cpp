@@ -79,6 +79,8 @@ int CheckLibrary(const Call& call) {
   std::vector<std::vector<std::string>> rows;
   for (const auto& problem : session.Ask<calls::GetScanReport>().problems)
     rows.push_back({problem.path, problem.message});
+  for (const auto& problem : session.Ask<calls::GetWebFontsStatus>().problems)
+    rows.push_back({problem.path, problem.message});
   call.output.Table({"path", "problem"}, rows);
   return rows.empty() ? 0 : 1;
 }

@@ -74,6 +74,11 @@ int DeleteWorkgroup(const Call& call);
 int ListRights(const Call& call);
 int DenyRight(const Call& call);
 int AllowRight(const Call& call);
+// WebFontCommands.cpp
+int ShowWebFonts(const Call& call);
+int EnableWebFonts(const Call& call);
+int DisableWebFonts(const Call& call);
+int SetWebFontsFolder(const Call& call);
 // AgentCommands.cpp
 int ShowStatus(const Call& call);
 int CheckLibrary(const Call& call);

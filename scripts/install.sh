@@ -8,7 +8,7 @@ declare -A groups=(
            libfreetype-dev libfontconfig-dev libharfbuzz-dev libpng-dev libsqlite3-dev libedit-dev libqpdf-dev nlohmann-json3-dev libboost-dev
            zlib1g-dev"
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
-  [test]="libgtest-dev libgmock-dev libimage-exiftool-perl python3 python3-jsonschema"
+  [test]="libgtest-dev libgmock-dev libwoff-dev libimage-exiftool-perl python3 python3-jsonschema"
   [bench]="libimage-exiftool-perl poppler-utils"
   [lint]="git clang-format-14 clang-tidy-14"
   [fuzz]="clang libclang-rt-14-dev"

@@ -30,6 +30,10 @@ namespace agent_protocol {
   X(GetIsReplicationRunning)    \
   X(GetCurrentReplicationMode)  \
   X(GetIsGoogleWebFontsEnabled) \
+  X(SetGoogleWebFontsEnabled)   \
+  X(CanAccessGoogleFonts)       \
+  X(SetWebFontsFolder)          \
+  X(GetWebFontsStatus)          \
   X(GetAllWorkgroupsForUser)    \
   X(GetDefaultLibraryName)      \
   X(GetSystemWorkgroupID)       \
@@ -77,6 +81,7 @@ namespace agent_protocol {
   X(PutSmartSet)                        \
   X(DeleteSmartSet)                     \
   X(FindFonts)                          \
+  X(GetGoogleFonts)                     \
   X(DescribeFonts)                      \
   X(TrackFontPanelClick)                \
   X(GetPanelClicks)
@@ -170,16 +175,11 @@ struct GetCurrentReplicationMode {
   using Result = Value;
 };
 
-struct GetIsGoogleWebFontsEnabled {
-  struct Arguments : Nothing {};
-  using Result = Value;
-};
-
 struct GetStatus {
   struct Arguments : Nothing {};
   struct Result {
-    bool isScanning = false;
-    uint32_t step = 0;  // of the scan, in files
+    bool isScanning = false;  // or unpacking web fonts
+    uint32_t step = 0;        // of that, in files
     uint32_t steps = 0;
     uint32_t fonts = 0;
     std::string activeFolder;  // where active fonts are linked

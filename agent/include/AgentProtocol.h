@@ -32,6 +32,7 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 //   {"library": ["/folder", ...],      folders of the first library, with those below them; relative ones are meant from STATE
 //    "libraries": [{"id": 11, "name": "Mine", "folders": [...]}],   further ones; the agent changes these on request
 //    "lastLibraryID": 11,              the greatest ID so far; none is used again
+//    "webFonts": {"folder": "/folder", "enabled": false},   a collection of fonts, perhaps packed ones
 //    "desktop": false,                 true: activate in the user's own font folder
 //    "exitWithLastClient": false,      true: end when the last client has gone
 //    "refused": ["PostScriptName"]}    fonts that may not be activated
@@ -39,6 +40,7 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 //   STATE/run/             the socket and the list of running applications, mode 0700
 //   STATE/agent/index.db   what a scan found; may be deleted at any time
 //   STATE/agent/user.db    sets, rights, and activations that outlive clients; migrated, never deleted
+//   STATE/agent/webfonts/  unpacked web fonts; may be deleted at any time
 //   STATE/agent/agent.log  what a person should know
 //   STATE/agent/scan.log   what was wrong with files and folders in the last scan, one a line
 //   STATE/active/0 .. f    the links that make fonts active, spread by the last hexadecimal digit of the font ID; with

@@ -27,7 +27,7 @@ struct ListedFont {
   std::string displayName;
   std::string postscriptName;
   bool activated = false;
-  uint32_t fontLocation = 0;  // 3: on this machine; 4: of the operating system
+  uint32_t fontLocation = 0;  // 3: on this machine; 4: of the operating system; 10: web
   bool fontIsLocal = false;
   AGENT_FIELDS(fontID, displayName, postscriptName, activated, fontLocation, fontIsLocal)
 };
@@ -70,6 +70,15 @@ struct QueryForSmartListFonts {
 
 struct GetSmartListFonts {
   struct Arguments : SmartListID {};
+  struct Result {
+    std::vector<ListedFont> fonts;  // sorted by name
+    AGENT_FIELDS(fonts)
+  };
+};
+
+// All web fonts.
+struct GetGoogleFonts {
+  struct Arguments : Nothing {};
   struct Result {
     std::vector<ListedFont> fonts;  // sorted by name
     AGENT_FIELDS(fonts)

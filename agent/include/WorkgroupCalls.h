@@ -85,6 +85,53 @@ struct DeleteLibrary {
   };
 };
 
+// Web fonts: a folder of an open collection of fonts, whose packed files the agent unpacks.
+
+struct GetIsGoogleWebFontsEnabled {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct SetGoogleWebFontsEnabled {
+  struct Arguments {
+    bool enabled = false;
+    AGENT_FIELDS(enabled)
+  };
+  using Result = Nothing;
+};
+
+struct CanAccessGoogleFonts {
+  struct Arguments : Nothing {};
+  using Result = Value;
+};
+
+struct SetWebFontsFolder {
+  struct Arguments {
+    std::string folder;  // an absolute path; empty for none, which also disables web fonts
+    AGENT_FIELDS(folder)
+  };
+  struct Result {
+    std::string problem;  // a line for people if the call fails
+    AGENT_FIELDS(problem)
+  };
+};
+
+struct GetWebFontsStatus {
+  struct Problem {
+    std::string path;
+    std::string message;
+    AGENT_FIELDS(path, message)
+  };
+  struct Arguments : Nothing {};
+  struct Result {
+    std::string folder;
+    bool enabled = false;
+    bool isUnpacking = false;
+    std::vector<Problem> problems;  // files that can't be unpacked
+    AGENT_FIELDS(folder, enabled, isUnpacking, problems)
+  };
+};
+
 struct Right {
   std::string right;
   uint32_t workgroupID = 0;  // 0: in all workgroups

@@ -20,6 +20,7 @@ namespace {
 constexpr double kLinger = 1.0;
 constexpr double kPatienceForFirstClient = 60.0;
 constexpr int kFlushMilliseconds = 200;
+constexpr uint64_t kMostUnpackedBytes = uint64_t{2} << 30;
 
 std::string ProgramBesideThis(const std::string& name) {
   std::error_code error;
@@ -45,7 +46,9 @@ Agent::Agent(const Configuration& configuration, const InstanceLock& lock, platf
                    },
                    [this](const std::string& line) { log_.Write(line); }}),
       previews_(configuration.DataFolder() + "/previews", ProgramBesideThis("preview-worker"), loop,
-                MakePreviewEvents()) {}
+                MakePreviewEvents()),
+      webFonts_(configuration.UnpackedFolder(), ProgramBesideThis("font-unpacker"), kMostUnpackedBytes, loop,
+                MakeWebFontEvents()) {}
 
 Agent::~Agent() {
   if (placeWatch_) loop_.UnwatchDescriptor(placeWatch_.Get());
@@ -65,6 +68,7 @@ std::error_code Agent::Start() {
   AddCalls();
   const std::error_code error = server_.Listen(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName);
   if (error) return error;
+  FollowWebFolder();
   if (library_) library_->Start();
   if (configuration_.exitWithLastClient) EndAfter(kPatienceForFirstClient);
   return {};
@@ -110,12 +114,12 @@ LibraryEvents Agent::MakeLibraryEvents() {
   events.deactivated = [this](uint32_t id) { NotifyFont(PluginInterface::kFontDeactivated, id); };
   events.missing = [this](uint32_t id) { NotifyFont(PluginInterface::kFontMissing, id); };
   events.scanProgress = [this](const ScanProgress& progress) {
-    Notify({{"notify", PluginInterface::kBulkReplicationProgress},
-            {"payload", {{"stepIndex", progress.step}, {"numSteps", progress.steps}, {"text", progress.text}}}});
+    NotifyProgress(PluginInterface::kBulkReplicationProgress, progress);
   };
   events.scanFinished = [this](bool hadProgress) {
     if (hadProgress) Notify({{"notify", PluginInterface::kBulkReplicationStopped}});
     dispatcher_.Release();
+    webFonts_.Update();
   };
   events.designRefused = [this](uint32_t client, uint32_t fontID) {
     const auto found = clients_.find(client);
@@ -162,6 +166,11 @@ void Agent::Notify(const Json& notification) {
 }
 
 void Agent::NotifyFont(uint32_t kind, uint32_t fontID) { Notify({{"notify", kind}, {"fontID", fontID}}); }
+
+void Agent::NotifyProgress(uint32_t kind, const ScanProgress& progress) {
+  Notify({{"notify", kind},
+          {"payload", {{"stepIndex", progress.step}, {"numSteps", progress.steps}, {"text", progress.text}}}});
+}
 
 void Agent::OnGone(ClientID client) {
   dispatcher_.OnGone(client);

@@ -13,6 +13,7 @@
 #include "agent/store/AgentLog.h"
 #include "agent/store/Configuration.h"
 #include "agent/store/InstanceLock.h"
+#include "agent/webfonts/WebFonts.h"
 #include "platform/RunLoop.h"
 
 namespace agent {
@@ -43,7 +44,7 @@ class Agent {
   void ClearDesktop();
   void AddCalls();
 #define AGENT_HANDLER(name) Answer<calls::name> Serve(ClientID client, const calls::name::Arguments& arguments);
-  AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp and WorkgroupCalls.cpp
+  AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp, WorkgroupCalls.cpp, WebFontCalls.cpp
   AGENT_PREVIEW_CALLS(AGENT_HANDLER)  // in PreviewCalls.cpp
 #undef AGENT_HANDLER
   // Stores the configuration and takes over its workgroups. Returns false with a line in `problem`, and nothing changed.
@@ -51,8 +52,11 @@ class Agent {
   bool IsRight(const calls::Right& right) const;
   LibraryEvents MakeLibraryEvents();
   PreviewEvents MakePreviewEvents();
+  WebFontEvents MakeWebFontEvents();
+  void FollowWebFolder();
   void Notify(const Json& notification);
   void NotifyFont(uint32_t kind, uint32_t fontID);
+  void NotifyProgress(uint32_t kind, const ScanProgress& progress);
   void OnGone(ClientID client);
   void EndAfter(double seconds);
   void KeepRunning();  // cancels EndAfter
@@ -65,6 +69,7 @@ class Agent {
   Dispatcher dispatcher_;
   std::unique_ptr<FontLibrary> library_;  // null if its databases cannot be used
   Previews previews_;
+  WebFonts webFonts_;
   std::map<ClientID, Client> clients_;  // that called Hello; others only checked whether an agent answers
   platform::RunLoopTimerRef endTimer_;
   platform::Descriptor placeWatch_;  // watches the state folder and its lock file

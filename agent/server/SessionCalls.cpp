@@ -33,7 +33,7 @@ Answer<calls::GetFontVaultPath> Agent::Serve(ClientID, const calls::GetFontVault
   return calls::GetFontVaultPath::Result{configuration_.DataFolder()};
 }
 
-// This edition serves a single user without a server: always logged in, nothing to replicate, no web fonts.
+// This edition serves a single user without a server: always logged in, nothing to replicate.
 #define CONSTANT_STATE(name, number) \
   Answer<calls::name> Agent::Serve(ClientID, const calls::name::Arguments&) { return calls::Value{number}; }
 CONSTANT_STATE(GetIsLoggedIn, 1)
@@ -41,7 +41,6 @@ CONSTANT_STATE(GetIsOnline, 1)
 CONSTANT_STATE(GetIsStandaloneMode, 1)
 CONSTANT_STATE(GetIsReplicationRunning, 0)
 CONSTANT_STATE(GetCurrentReplicationMode, 0)
-CONSTANT_STATE(GetIsGoogleWebFontsEnabled, 0)
 #undef CONSTANT_STATE
 
 Answer<calls::GetRenderedPNGsDirectory> Agent::Serve(ClientID, const calls::GetRenderedPNGsDirectory::Arguments&) {
@@ -53,8 +52,9 @@ Answer<calls::GetStatus> Agent::Serve(ClientID, const calls::GetStatus::Argument
   result.activeFolder = configuration_.ActiveFolderPath();
   result.isDesktop = configuration_.desktop;
   if (!library_) return {kInvalidVault, std::move(result)};
-  const ScanProgress progress = library_->Scans().Progress();
-  result.isScanning = library_->Scans().IsRunning();
+  const bool isScanning = library_->Scans().IsRunning();
+  const ScanProgress progress = isScanning ? library_->Scans().Progress() : webFonts_.Progress();
+  result.isScanning = isScanning || webFonts_.IsBusy();
   result.step = static_cast<uint32_t>(progress.step);
   result.steps = static_cast<uint32_t>(progress.steps);
   result.fonts = static_cast<uint32_t>(library_->Table().Count());

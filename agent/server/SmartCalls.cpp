@@ -71,6 +71,14 @@ Answer<calls::GetSmartListFonts> Serve(FontLibrary& library, ClientID,
   return result;
 }
 
+Answer<calls::GetGoogleFonts> Serve(FontLibrary& library, ClientID, const calls::GetGoogleFonts::Arguments&) {
+  calls::GetGoogleFonts::Result result;
+  for (const Font* font : library.Lists().FontsOf(SmartListQuery{{kWebFontsID}, {}, {}})) {
+    result.fonts.push_back(Listed(library, *font));
+  }
+  return result;
+}
+
 Answer<calls::CreateSmartList> Serve(FontLibrary& library, ClientID,
                                      const calls::CreateSmartList::Arguments& arguments) {
   if (!IsNameGood(arguments.name)) return kInvalidParam;

@@ -58,6 +58,7 @@ bool Agent::ChangeConfiguration(const Configuration& changed, std::string& probl
     return false;
   }
   configuration_ = changed;
+  FollowWebFolder();
   if (library_) library_->SetWorkgroups(configuration_.AllWorkgroups());
   Notify({{"notify", PluginInterface::kWorkgroupsChanged}});
   return true;

@@ -42,6 +42,10 @@ Configuration FromJson(const Json& json, const std::string& stateFolder) {
   configuration.stateFolder = stateFolder;
   configuration.library = CleanFolders(configuration, json.value("library", Folders()));
   configuration.lastLibraryID = json.value("lastLibraryID", kFirstOwnLibraryID - 1);
+  const Json web = json.value("webFonts", Json::object());
+  const std::string webFolder = web.value("folder", "");
+  if (!webFolder.empty()) configuration.webFolder = CleanFolder(configuration, webFolder);
+  configuration.hasWebFonts = web.value("enabled", false) && !webFolder.empty();
   ReadOwnLibraries(json.value("libraries", Json::array()), configuration);
   configuration.desktop = json.value("desktop", false);
   configuration.exitWithLastClient = json.value("exitWithLastClient", false);
@@ -88,6 +92,7 @@ std::string CleanFolder(const Configuration& configuration, const std::string& p
 Workgroups Configuration::AllWorkgroups() const {
   Workgroups all = {{kFontLibraryID, kFontLibraryName, kLibraryType, library}};
   all.insert(all.end(), ownLibraries.begin(), ownLibraries.end());
+  if (hasWebFonts) all.push_back({kWebFontsID, "Web Fonts", kWebFontsType, {webFolder, UnpackedFolder()}});
   all.push_back({kSystemFontsID, "System", kSystemType, {}});
   return all;
 }
@@ -127,6 +132,7 @@ bool StoreConfiguration(const Configuration& configuration, std::string& error) 
     (*json)["libraries"].push_back({{"id", library.id}, {"name", library.name}, {"folders", library.folders}});
   }
   (*json)["lastLibraryID"] = configuration.lastLibraryID;
+  (*json)["webFonts"] = {{"folder", configuration.webFolder}, {"enabled", configuration.hasWebFonts}};
   std::string text;
   try {
     text = json->dump(2) + "\n";

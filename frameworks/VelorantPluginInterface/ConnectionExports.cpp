@@ -112,5 +112,4 @@ STATE_QUESTION(GetIsOnline)
 STATE_QUESTION(GetIsStandaloneMode)
 STATE_QUESTION(GetIsReplicationRunning)
 STATE_QUESTION(GetCurrentReplicationMode)
-STATE_QUESTION(GetIsGoogleWebFontsEnabled)
 #undef STATE_QUESTION

@@ -1,4 +1,4 @@
-// Smart lists, and the panel: its clicks and the fonts that it activates.
+// Smart lists, the list of web fonts, and the panel: its clicks and the fonts that it activates.
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Values.h"
@@ -91,6 +91,16 @@ TModuleErrorCode GetSmartListFonts(FacadeHandle h, uint32_t smartListID, ValueRe
   if (!filledArray) return kNullPointer;
   return Guarded([&] {
     const auto reply = CallAgent<calls::GetSmartListFonts>(h, {smartListID});
+    Array array(Value::Retain(filledArray));
+    for (const auto& font : reply.result.fonts) array.Append(DictionaryOf(font));
+    return reply.code;
+  });
+}
+
+TModuleErrorCode GetGoogleFonts(FacadeHandle h, ValueRef filledArray) {
+  if (!filledArray) return kNullPointer;
+  return Guarded([&] {
+    const auto reply = CallAgent<calls::GetGoogleFonts>(h);
     Array array(Value::Retain(filledArray));
     for (const auto& font : reply.result.fonts) array.Append(DictionaryOf(font));
     return reply.code;

@@ -24,7 +24,6 @@ using testing::UnorderedElementsAre;
 
 constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
 constexpr uint32_t kUnavailable = PluginInterface::kServiceUnavailableCode;
-constexpr uint32_t kNotImplemented = PluginInterface::kNotImplemented;
 constexpr uint32_t kAll = 0;
 
 class LibraryCalls : public AgentRing {
@@ -206,14 +205,6 @@ TEST_F(LibraryCalls, SetsAndCopies) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 3);
   EXPECT_NE(vpi_.ExportFonts(Handle(), 1, &unknown, folder.c_str(), 0, 0), 0u);
   EXPECT_NE(vpi_.ExportFonts(Handle(), 1, fonts.data(), (fonts_ / "broken.otf").c_str(), 0, 0), 0u);
-}
-
-TEST_F(LibraryCalls, WhatIsNotServedSaysSo) {
-  const Array list = Array::Create();
-  const FacadeHandle h = Handle();
-  EXPECT_EQ(vpi_.GetGoogleFonts(h, list.Ref()), kNotImplemented);
-  EXPECT_EQ(vpi_.SetGoogleWebFontsEnabled(h, 1), kNotImplemented);
-  EXPECT_EQ(vpi_.CanAccessGoogleFonts(h), 0);
 }
 
 TEST_F(LibraryCalls, ThreadsShareAConnection) {

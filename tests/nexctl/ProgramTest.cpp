@@ -96,6 +96,10 @@ const Row kSession[] = {
     {"rights allow export", 0, ""},
     {"rights list", 0, "export           all        allowed"},
     {"workgroup delete 11", 0, ""},
+    {"webfonts folder \"$FONTS/client\"", 0, ""},
+    {"webfonts enable", 0, ""},
+    {"webfonts status", 0, "web fonts  enabled"},
+    {"webfonts disable", 0, ""},
     {"log", 0, ""},
 };
 
@@ -129,6 +133,7 @@ TEST_F(Nexctl, MistakesAreExplained) {
       {"workgroup delete 1", 1, "no library 1"},
       {"workgroup rename 1 Mine", 1, "can't be renamed"},
       {"--workgroup 50 library add .", 1, "no library 50"},
+      {"webfonts enable", 1, "no folder of web fonts"},
       {"rights deny sleep", 2, "export or activate-across"},
       {"--state /nonexistent/folder status", 1, "no state folder"},
   };

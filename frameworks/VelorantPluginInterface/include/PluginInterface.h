@@ -92,7 +92,6 @@ struct FontRecordFields {
 
 // The codes that callers compare with.
 using agent_protocol::kAgentShutdownCode;
-using agent_protocol::kNotImplemented;
 using agent_protocol::kServiceUnavailableCode;
 
 }  // namespace PluginInterface
@@ -115,7 +114,6 @@ using agent_protocol::kServiceUnavailableCode;
 //                                Previews end, and so do activations that were restored after a relaunch of the agent.
 //                                Closes the connection. The next call connects again.
 // CleanUpOnShutdown              The same, and discards the handle.
-// EnableDesignActivation         Not served: kNotImplemented.
 // RegisterForNotifications       Adds the callback and connects. Registering it again changes nothing. The callback
 //                                stays registered if connecting fails and when the agent is relaunched.
 // UnregisterForNotifications     Local. Removes the callback. Waits until a running callback returns, unless that
@@ -135,8 +133,9 @@ using agent_protocol::kServiceUnavailableCode;
 // GetAreSchemaVersionsInSync     1 if the agent speaks the same protocol, 0 if not. Connects.
 // GetIsLoggedIn, GetIsOnline, GetIsStandaloneMode
 //                                Always 1: this agent serves one user without a server.
-// GetIsReplicationRunning, GetCurrentReplicationMode, GetIsGoogleWebFontsEnabled
+// GetIsReplicationRunning, GetCurrentReplicationMode
 //                                Always 0.
+// GetIsGoogleWebFontsEnabled     1 if the fonts of the folder of web fonts are wanted.
 //
 // --- Fonts ---
 // GetFontsByPostscriptName       Writes the IDs of the fonts with exactly this name, the library's fonts first, then by
@@ -216,7 +215,7 @@ using agent_protocol::kServiceUnavailableCode;
 // QueryForSmartListFonts         Adds the IDs of the fonts, sorted by name.
 // GetSmartListFonts              Adds a dictionary for each font of a list, sorted by name, with "fontID", "activated",
 //                                "fontLocation", "fontIsLocal" (integers), "displayName" and "postscriptName" (strings).
-//                                Location 3 is this machine, 4 the operating system.
+//                                Location 3 is this machine, 4 the operating system, 10 the web.
 // CreateSmartList, RenameSmartList, DeleteSmartList, SetSmartListQuery
 // EnableDesignActivation         From now on this client gets the event DesignActivationNonCompliant for each font that
 //                                may not be activated with kind 3.
@@ -226,8 +225,13 @@ using agent_protocol::kServiceUnavailableCode;
 // Get...ColumnID                 The key of that column in a font record, or the name of a right for
 //                                GetCanActivateAcrossWorkgroupsColumnID and GetExportFontsColumnID.
 //
-// --- Not served: kNotImplemented; out parameters stay as they were ---
-// Web fonts                      GetGoogleFonts, SetGoogleWebFontsEnabled. CanAccessGoogleFonts returns 0, for no.
+// --- Web fonts ---
+// SetGoogleWebFontsEnabled       kNotFound if the agent has no folder of web fonts. Followed by the event
+//                                GoogleWebFontsEnabled, and by GoogleReplicationProgress and GoogleReplicationStopped while
+//                                files are unpacked.
+// GetGoogleFonts                 Adds a dictionary for each web font, as GetSmartListFonts does. None while they are
+//                                disabled.
+// CanAccessGoogleFonts           Returns 1 if the folder is there, otherwise 0, and 0 without an agent.
 
 // X(name, result, (parameters)) in the order of the table.
 // clang-format off
