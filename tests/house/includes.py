@@ -32,6 +32,7 @@ FLOORS = (
     ('host/panel/EventLink.cpp', 'host/console/Session.h', False),
     ('host/console/FontLister.cpp', 'docfonts/Report.h', False),
     ('host/console/FontLister.cpp', 'docfonts/include/ReadingTime.h', True),
+    ('panelcat/Conversation.cpp', 'Panel/PanelKeys.h', False),
     ('docfonts/Resolver.cpp', 'Readers/Document/DocumentReaders.h', True),
     ('docfonts/Resolver.cpp', 'Documents/OneTrackedDocument.h', False),
     ('frameworks/PlugPlug/PlugPlug.cpp', 'frameworks/VelorantPlugins/Texts.h', False),

@@ -1,6 +1,6 @@
 #include "Panel/PanelChecks.h"
 
-#include "platform/TextEncoding.h"
+#include "platform/PlainText.h"
 
 namespace {
 constexpr size_t kLongestText = 1023;  // bytes
@@ -15,6 +15,5 @@ int32_t AskAgentFor(AgentState state) {
 std::string BoundedText(const platform::String& text) {
   std::string bounded = text.CString();
   if (bounded.size() > kLongestText) bounded.resize(kLongestText);
-  while (!platform::IsValidUTF8(bounded)) bounded.pop_back();
-  return bounded;
+  return std::string(platform::ValidStart(bounded));
 }

@@ -1,0 +1,78 @@
+#include "panelcat/Options.h"
+
+#include <charconv>
+
+namespace panelcat {
+
+namespace {
+
+constexpr unsigned kNoAgentPort = 0x7FFFFFFF;  // what the plug-in answers while there is no font manager
+constexpr double kMostSeconds = 86'400;
+
+template <class Number>
+bool Read(const std::string& text, Number least, Number most, Number& number) {
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && rest == end && number >= least && number <= most;
+}
+
+std::string ReadPort(const std::vector<std::string>& words, uint16_t& port) {
+  if (words.size() != 1) return "names one port; see --help";
+  unsigned number = 0;
+  if (!Read(words[0], 1u, kNoAgentPort, number)) return "the port '" + words[0] + "' is no number";
+  if (number == kNoAgentPort) return "this port means that no font manager runs; start one, then ask again";
+  if (number > UINT16_MAX) return "the port '" + words[0] + "' is too large";
+  port = static_cast<uint16_t>(number);
+  return "";
+}
+
+}  // namespace
+
+std::vector<platform::Option> OptionTable(Options& options) {
+  return {
+      {"-w, --wait", "SECONDS", "after the end of the input, wait as long for more messages; 1 by default",
+       &options.secondsText},
+      {"-n, --count", "NUMBER", "end after this number of messages", &options.countText},
+      {"--completion", "", "print a line for the shell that completes these options", &options.completion},
+      {"--manual", "", "print the manual page, in the man macros", &options.manual},
+      {"-h, --help", "", "print this help", &options.help},
+  };
+}
+
+std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
+  const std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.words);
+  if (!problem.empty() || options.help || options.completion || options.manual) return problem;
+  if (!options.secondsText.empty() && !Read(options.secondsText, 0.0, kMostSeconds, options.seconds)) {
+    return "--wait takes a number of seconds, at most a day";
+  }
+  if (!options.countText.empty() && !Read<size_t>(options.countText, 1, SIZE_MAX, options.count)) {
+    return "--count takes a number from 1";
+  }
+  return ReadPort(options.words, options.port);
+}
+
+std::string HelpText() {
+  constexpr size_t kColumn = 22;
+  Options none;
+  return "usage: panelcat [OPTION ...] PORT\n"
+         "Connects to the port of a font panel on this machine, sends each line of the input as a message, and prints each\n"
+         "message that comes as a line. The host tells the port ('do-it 4'); it accepts one connection until it ends.\n\n" +
+         platform::HelpLines(OptionTable(none), kColumn) +
+         "\nExit status: 0 done, 1 no connection, or it ended early, 2 wrong usage.\n";
+}
+
+std::string CompletionText() {
+  Options none;
+  return platform::CompletionLine("panelcat", OptionTable(none));
+}
+
+std::string ManualPage() {
+  Options none;
+  return ".TH PANELCAT 1\n.SH NAME\npanelcat \\- talks to the font panel's port\n.SH SYNOPSIS\n.B panelcat\n"
+         "[OPTION ...] PORT\n.SH DESCRIPTION\nSends each line of the input as a message, and prints each message that "
+         "comes as a line.\n.SH OPTIONS\n" +
+         platform::ManualLines(OptionTable(none)) +
+         ".SH EXIT STATUS\n0 done, 1 no connection, or it ended early, 2 wrong usage.\n";
+}
+
+}  // namespace panelcat
