@@ -46,7 +46,8 @@ int DeactivateFonts(const Call& call) {
   }
   Numbers inactive, stillActive;
   for (const Description& font : Describe(session, ids)) {
-    (font.state == agent_protocol::kInactive ? inactive : stillActive).push_back(font.fontID);
+    const auto state = static_cast<agent_protocol::AgentActivationState>(font.state);
+    (agent_protocol::IsActiveState(state) ? stillActive : inactive).push_back(font.fontID);
   }
   return Report(call, session, {{"inactive", inactive}, {"still active", stillActive}}) ? 0 : 1;
 }

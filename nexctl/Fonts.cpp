@@ -82,8 +82,14 @@ std::string StateText(const Description& font) {
     case agent_protocol::kAutoActivated:
     case agent_protocol::kAutoActivatedAgain: return "for a document";
     case agent_protocol::kPreviewActivated: return "for a preview";
+    case agent_protocol::kTemporary: return "for a program";
     case agent_protocol::kActivated: return "active";
+    case agent_protocol::kActiveWithFile:
+    case agent_protocol::kPreviewedWithFile: return "with its file";
     case agent_protocol::kSystemActive: return "system";
+    case agent_protocol::kActiveInPlace: return "active in place";
+    case agent_protocol::kCannotBeActive: return "can't be active";
+    case agent_protocol::kForbidden: return "forbidden";
     default: return "";
   }
 }

@@ -8,11 +8,17 @@
 namespace agent {
 
 using agent_protocol::kActivated;
+using agent_protocol::kActiveInPlace;
+using agent_protocol::kActiveWithFile;
 using agent_protocol::kAutoActivated;
 using agent_protocol::kAutoActivatedAgain;
+using agent_protocol::kCannotBeActive;
+using agent_protocol::kForbidden;
 using agent_protocol::kInactive;
 using agent_protocol::kPreviewActivated;
+using agent_protocol::kPreviewedWithFile;
 using agent_protocol::kSystemActive;
+using agent_protocol::kTemporary;
 
 namespace {
 
@@ -21,7 +27,8 @@ int Rank(AgentActivationState state) {
     case kActivated: return 4;
     case kAutoActivated: return 3;
     case kAutoActivatedAgain: return 2;
-    case kPreviewActivated: return 1;
+    case kPreviewActivated:
+    case kTemporary: return 1;
     default: return 0;
   }
 }
@@ -288,8 +295,13 @@ void Activations::KeepClient(ClientID client) {
 }
 
 AgentActivationState Activations::StateOf(const Font& font) const {
-  if (parts_.table.IsSystemActive(font)) return kSystemActive;
-  if (!linkedFiles_.contains(font.path)) return kInactive;
+  if (parts_.table.IsSystemActive(font)) return font.workgroupID == kSystemFontsID ? kSystemActive : kActiveInPlace;
+  if (linkedFiles_.contains(font.path)) return StateOfLinked(font);
+  if (demands_.contains(font.id)) return kCannotBeActive;
+  return refusedNames_.contains(font.face.postScriptName) ? kForbidden : kInactive;
+}
+
+AgentActivationState Activations::StateOfLinked(const Font& font) const {
   const auto own = demands_.find(font.id);
   if (own != demands_.end()) return own->second.Strongest();
   // This face was not requested, but its file is active for another one.
@@ -298,7 +310,12 @@ AgentActivationState Activations::StateOf(const Font& font) const {
     const auto found = demands_.find(face->id);
     if (found != demands_.end()) state = Stronger(state, found->second.Strongest());
   }
-  return state;
+  switch (state) {
+    case kActivated: return kActiveWithFile;
+    case kPreviewActivated:
+    case kTemporary: return kPreviewedWithFile;
+    default: return state;  // for a document, which needs the whole file
+  }
 }
 
 bool Activations::IsHeldForDocument(uint32_t fontID) const {

@@ -65,7 +65,7 @@ class Activations {
   void ReleaseAllClients();
 
   AgentActivationState StateOf(const Font& font) const;
-  bool IsActive(const Font& font) const { return StateOf(font) != agent_protocol::kInactive; }
+  bool IsActive(const Font& font) const { return agent_protocol::IsActiveState(StateOf(font)); }
   // True if a client holds the font for a document.
   bool IsHeldForDocument(uint32_t fontID) const;
   bool IsHeldBy(ClientID client, uint32_t fontID) const;
@@ -85,6 +85,8 @@ class Activations {
     bool IsEmpty() const { return clients.empty() && stored == agent_protocol::kInactive; }
     AgentActivationState Strongest() const;
   };
+
+  AgentActivationState StateOfLinked(const Font& font) const;
 
   using Demands = std::map<uint32_t, Demand>;  // by font ID; never empty entries
 

@@ -50,14 +50,25 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 inline constexpr const char* kConfigurationName = "nexcore.json";
 inline constexpr const char* kActiveFolderName = "active";
 
-// Activation states of a font as the agent reports them ("ActivationStatus").
+// Activation states of a font as the agent reports them ("ActivationStatus"). Programs read whole files, so a file is active
+// with all its faces.
 enum AgentActivationState : int32_t {
   kInactive = 0,
   kAutoActivated = 1,       // for a document, by a plug-in
   kAutoActivatedAgain = 2,  // restored for a client after a restart of the agent
-  kPreviewActivated = 3,    // for a preview, until its client ends
+  kPreviewActivated = 3,    // for a preview of a design, until its client ends
   kActivated = 4,           // by the user, until the user deactivates it
-  kSystemActive = 5,        // by the operating system; the agent cannot change it
+  kSystemActive = 5,        // by the operating system, as one of its own fonts; the agent cannot change it
+  kActiveWithFile = 6,      // with another face of its file, which the user activated
+  kCannotBeActive = 7,      // inactive, although it is wanted: another active font has its name, or it cannot be linked
+  kForbidden = 8,           // inactive: the configuration refuses it
+  kTemporary = 9,           // for its client only, until that ends
+  kPreviewedWithFile = 10,  // with another face of its file, which is active in state 3 or 9
+  kActiveInPlace = 11,      // by the operating system, which reads its folder of the library
 };
+
+constexpr bool IsActiveState(AgentActivationState state) {
+  return state != kInactive && state != kCannotBeActive && state != kForbidden;
+}
 
 }  // namespace agent_protocol

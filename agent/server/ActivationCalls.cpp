@@ -27,7 +27,7 @@ Answer<calls::ActivateFonts> Serve(FontLibrary& library, ClientID client,
 // The library's callers get no lists, so the call fails if any font failed.
 Answer<calls::PreviewActivateFonts> Serve(FontLibrary& library, ClientID client,
                                           const calls::PreviewActivateFonts::Arguments& arguments) {
-  calls::Activated result = Activate(library, client, arguments.fontIDs, kPreviewActivated);
+  calls::Activated result = Activate(library, client, arguments.fontIDs, kTemporary);
   const bool areAllActive = result.failed.empty() && result.refused.empty();
   return {areAllActive ? kSuccess : kNotSupported, std::move(result)};
 }

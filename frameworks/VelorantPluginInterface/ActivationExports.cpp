@@ -22,7 +22,7 @@ TModuleErrorCode ActivateFonts(FacadeHandle h, uint32_t count, const uint32_t* f
     const auto reply = CallAgent<calls::ActivateFonts>(h, {NumbersOf(count, fontIDs), kind});
     if (reply.code != kSuccess) return reply.code;
     if (kind == kAutoActivated) Remember(reply.result, HoldKind::kDocument);
-    if (kind == kPreviewActivated) Remember(reply.result, HoldKind::kPreview);
+    if (kind == kPreviewActivated) Remember(reply.result, HoldKind::kDesign);
     *failedCount = WriteNumbers(reply.result.failed, failedIDs, failedCapacity);
     *refusedCount = WriteNumbers(reply.result.refused, refusedIDs, refusedCapacity);
     return kSuccess;
@@ -33,7 +33,7 @@ TModuleErrorCode PreviewActivateFonts(FacadeHandle h, uint32_t count, const uint
   if (count > 0 && !fontIDs) return kNullPointer;
   return Guarded([&] {
     const auto reply = CallAgent<calls::PreviewActivateFonts>(h, {NumbersOf(count, fontIDs)});
-    Remember(reply.result, HoldKind::kPreview);
+    Remember(reply.result, HoldKind::kTemporary);
     // Some fonts may have failed while others are active. The caller gets no list, so it asks for their states.
     return reply.result.activated.empty() ? reply.code : kSuccess;
   });

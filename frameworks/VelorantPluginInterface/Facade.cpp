@@ -224,15 +224,19 @@ uint32_t Facade::Greet(AgentConnection& connection) {
   const auto hello = connection.Call<calls::Hello>({.notifications = false});
   if (hello.code != kSuccess) return hello.code;
   if (hello.result.protocol != agent_protocol::kProtocolVersion) return kVersionMismatch;
-  const uint32_t code = AskAgainFor<calls::RestoreActivations>(connection, HoldKind::kDocument);
-  return code != kSuccess ? code : AskAgainFor<calls::PreviewActivateFonts>(connection, HoldKind::kPreview);
+  uint32_t code = AskAgainFor<calls::RestoreActivations>(connection, HoldKind::kDocument);
+  if (code == kSuccess) {
+    constexpr uint32_t kKind = agent_protocol::kPreviewActivated;
+    code = AskAgainFor<calls::ActivateFonts>(connection, HoldKind::kDesign, kKind);
+  }
+  return code != kSuccess ? code : AskAgainFor<calls::PreviewActivateFonts>(connection, HoldKind::kTemporary);
 }
 
-template <class Call>
-uint32_t Facade::AskAgainFor(AgentConnection& connection, HoldKind kind) {
+template <class Call, class... More>
+uint32_t Facade::AskAgainFor(AgentConnection& connection, HoldKind kind, More... more) {
   const std::vector<uint32_t> ids = held_.Of(kind);
   if (ids.empty()) return kSuccess;
-  const Reply<Call> restored = connection.Call<Call>({ids});
+  const Reply<Call> restored = connection.Call<Call>({ids, more...});
   if (IsAgentGone(restored.code) || restored.code == kInvalidMessage) return restored.code;
   held_.Remove(restored.result.failed);
   return kSuccess;

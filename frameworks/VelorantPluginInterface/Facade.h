@@ -63,8 +63,8 @@ class Facade {
   uint32_t ConnectThrough(platform::Descriptor socket);
   uint32_t CodeWithoutSocket();
   uint32_t Greet(AgentConnection& connection);
-  template <class Call>
-  uint32_t AskAgainFor(AgentConnection& connection, HoldKind kind);
+  template <class Call, class... More>
+  uint32_t AskAgainFor(AgentConnection& connection, HoldKind kind, More... more);
 
   const PluginInterface::FacadeHandle handle_;
   HeldFonts& held_;

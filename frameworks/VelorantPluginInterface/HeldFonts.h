@@ -9,12 +9,12 @@
 
 namespace plugin_interface {
 
-enum class HoldKind { kDocument, kPreview };
+enum class HoldKind { kDocument, kDesign, kTemporary };
 
 // Thread-safe.
 class HeldFonts {
  public:
-  void Add(const std::vector<uint32_t>& fontIDs, HoldKind kind);  // a document's hold replaces a preview's
+  void Add(const std::vector<uint32_t>& fontIDs, HoldKind kind);  // a document's hold replaces another
   void Remove(const std::vector<uint32_t>& fontIDs);
   void Clear();
   std::vector<uint32_t> Of(HoldKind kind) const;

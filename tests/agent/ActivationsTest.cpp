@@ -82,8 +82,9 @@ class Desk {
   std::string States() const {
     std::string states;
     for (const auto& [letter, id] : ids_) {
-      const AgentActivationState state = activations_->StateOf(*table_.Find(id));
-      if (state != kInactive && state != kSystemActive) states += std::string(1, letter) + std::to_string(state) + " ";
+      const Font& font = *table_.Find(id);
+      if (!activations_->IsActive(font) || table_.IsSystemActive(font)) continue;
+      states += std::string(1, letter) + std::to_string(activations_->StateOf(font)) + " ";
     }
     return states.substr(0, states.empty() ? 0 : states.size() - 1);
   }

@@ -61,7 +61,7 @@ TEST_F(AgentLife, AKilledAgentIsNoticedAndALivingClientGetsItsFontsAgain) {
   EXPECT_NE(Handle(), before);
   EXPECT_TRUE(IsActive(serif));
   EXPECT_EQ(StateOf(serif), "2");
-  EXPECT_EQ(StateOf(mono), "3");
+  EXPECT_EQ(StateOf(mono), "9");
   EXPECT_FALSE(IsActive(regular));
   EXPECT_EQ(vpi_.GetIsCoreAgentProcessRunning(Handle(), &running), 0u);
   EXPECT_EQ(running, 1);

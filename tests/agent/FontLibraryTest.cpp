@@ -461,7 +461,7 @@ TEST_F(FontLibraryTest, KnowsTheSystemsFontsFromItsOwn) {
   Start();
   const Font& bold = *library_->Table().Find(IDOf("LiberationSerif-Bold"));
   EXPECT_EQ(bold.workgroupID, kFontLibraryID);
-  EXPECT_EQ(library_->Active().StateOf(bold), agent_protocol::kSystemActive);
+  EXPECT_EQ(library_->Active().StateOf(bold), agent_protocol::kActiveInPlace);
   const Font& dejavu = *library_->Table().Find(IDOf("DejaVuSans"));
   EXPECT_EQ(dejavu.workgroupID, kSystemFontsID);
   EXPECT_EQ(library_->Scans().Report().faces, 1u);

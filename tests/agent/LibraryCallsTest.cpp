@@ -151,7 +151,7 @@ TEST_F(LibraryCalls, ActivationIsRealIsToldAndIsGivenBack) {
     EXPECT_TRUE(platform::ActivePostScriptNames().contains(name)) << name;
   }
   EXPECT_EQ(StateOf(serif), "1");
-  EXPECT_EQ(StateOf(mono), "3");
+  EXPECT_EQ(StateOf(mono), "9");
   const std::array<uint32_t, 4> asked = {serif, 4711, nimbus[1], nimbus[0]};
   std::array<uint32_t, 4> flags{};
   EXPECT_EQ(vpi_.GetFontIsActivated(Handle(), 4, asked.data(), flags.data()), 0u);
