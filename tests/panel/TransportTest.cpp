@@ -11,6 +11,7 @@
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
+using test_support::PanelClient;
 
 namespace {
 

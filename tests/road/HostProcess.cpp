@@ -113,6 +113,13 @@ void HostProcess::AwaitOutput(const std::string& text) {
   taken_ = at + text.size();
 }
 
+std::string HostProcess::AwaitLine(const std::string& start) {
+  AwaitOutput(start);
+  const size_t begin = taken_;
+  AwaitOutput("\n");
+  return result_.output.substr(begin, taken_ - begin - 1);
+}
+
 // Reads what is available on either stream. Returns false when both have ended.
 bool HostProcess::ReadMore() {
   if (!output_ && !errors_) return false;

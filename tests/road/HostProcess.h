@@ -44,6 +44,8 @@ class HostProcess {
   void Type(const std::string& keys) const;
   // Reads until this text appears after the one that was awaited before.
   void AwaitOutput(const std::string& text);
+  // The same. Returns the rest of its line.
+  std::string AwaitLine(const std::string& start);
   // Returns the next line of the output as JSON; null at its end.
   Json NextEvent();
   // Reads until the next event of this kind and returns it; null if there is none.
