@@ -1,4 +1,6 @@
 // The additions of Node. Allocates with malloc, because yajl_tree_free calls free.
+#include <malloc.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -51,9 +53,13 @@ OwnedValue NewDouble(double real) {
 
 OwnedValue NewBool(bool value) { return NewValue(value ? yajl_t_true : yajl_t_false); }
 
+// Grows in steps, so that a list of many thousand fonts takes no quadratic time. Only malloc knows the room that is left:
+// the tree has no place for it, and the parser's own arrays have none.
 template <class T>
 bool GrowByOne(T*& items, size_t count) {
-  void* grown = std::realloc(items, (count + 1) * sizeof(T));  // NOLINT(bugprone-sizeof-expression): array of pointers
+  const size_t needed = (count + 1) * sizeof(T);  // NOLINT(bugprone-sizeof-expression): array of pointers
+  if (items && malloc_usable_size(items) >= needed) return true;
+  void* grown = std::realloc(items, needed + needed / 2);
   if (grown) items = static_cast<T*>(grown);
   return grown != nullptr;
 }
