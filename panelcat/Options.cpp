@@ -6,7 +6,6 @@ namespace panelcat {
 
 namespace {
 
-constexpr unsigned kNoAgentPort = 0x7FFFFFFF;  // what the plug-in answers while there is no font manager
 constexpr double kMostSeconds = 86'400;
 
 template <class Number>
@@ -18,12 +17,8 @@ bool Read(const std::string& text, Number least, Number most, Number& number) {
 
 std::string ReadPort(const std::vector<std::string>& words, uint16_t& port) {
   if (words.size() != 1) return "names one port; see --help";
-  unsigned number = 0;
-  if (!Read(words[0], 1u, kNoAgentPort, number)) return "the port '" + words[0] + "' is no number";
-  if (number == kNoAgentPort) return "this port means that no font manager runs; start one, then ask again";
-  if (number > UINT16_MAX) return "the port '" + words[0] + "' is too large";
-  port = static_cast<uint16_t>(number);
-  return "";
+  const bool isPort = Read<uint16_t>(words[0], 1, UINT16_MAX, port);
+  return isPort ? "" : "'" + words[0] + "' is no port: a number from 1 to 65535";
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "host/console/BatchProgress.h"
 #include "host/console/FontLister.h"
 #include "host/console/Slug.h"
+#include "host/include/HostTerminology.h"
 #include "platform/TextEncoding.h"
 #include "platform/Trace.h"
 
@@ -391,6 +392,8 @@ void Session::DoIt(int32_t operation) {
     report_.Error("do-it", problem);
   } else if (port == 0) {
     report_.Error("do-it", "the font panel has no port");
+  } else if (port == host_sdk::kNoFontManagerPort) {
+    report_.Error("do-it", "no font manager is connected, so the font panel would be empty");
   } else if (port > 0) {
     report_.Listing({"the font panel's port is " + std::to_string(port)});
   }

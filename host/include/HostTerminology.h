@@ -69,4 +69,7 @@ namespace host_sdk {
 HOST_TERMINOLOGY(HOST_CONSTANT)
 #undef HOST_CONSTANT
 
+// The plug-in's keyServerPort while it is not connected to a font manager: no port, so that a panel need not try.
+inline constexpr int32_t kNoFontManagerPort = 0x7FFFFFFF;
+
 }  // namespace host_sdk

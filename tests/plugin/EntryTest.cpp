@@ -183,10 +183,15 @@ TEST_F(Entry, AnswersEachCallerAndSelector) {
 TEST_F(Entry, AsksForThePanelUntilTheHostHasOpenedIt) {
   const std::filesystem::path frameworks = platform::Bundle::Main()->PrivateFrameworksFolder();
   std::filesystem::remove(frameworks);
+  Start();
+  Wait(0.05);
+  ResetPluginMainForTesting();
+  CommonFunctionality::ResetForTesting();
   ui->preferences["SuppressPanelLaunch"] = 0;
   Start();
   Wait(0.05);
   EXPECT_EQ(ui->preferences["SuppressPanelLaunch"], 0);
+  EXPECT_TRUE(TracedLines("RegisterPlugPlug() called").empty()) << "there is nothing to register with";
   std::filesystem::create_directory_symlink(APP_DIR "/host/Frameworks", frameworks);
   SDKPlugPlug service;
   ASSERT_EQ(service.Load(), 0);
@@ -198,6 +203,7 @@ TEST_F(Entry, AsksForThePanelUntilTheHostHasOpenedIt) {
   Wait(0.05);
   EXPECT_EQ(heard, Lines{"1 test ''"});
   EXPECT_EQ(ui->preferences["SuppressPanelLaunch"], 1);
+  EXPECT_EQ(TracedLines("RegisterPlugPlug() called").size(), 1u);
   // Sent once per user, not at another start.
   ResetPluginMainForTesting();
   CommonFunctionality::ResetForTesting();

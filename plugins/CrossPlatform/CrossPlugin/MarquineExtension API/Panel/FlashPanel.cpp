@@ -14,6 +14,7 @@
 #include "Panel/PanelChecks.h"
 #include "Panel/PanelKeys.h"
 #include "Services/MarquineGlobals.h"
+#include "host/include/HostTerminology.h"
 #include "platform/Base64.h"
 
 using namespace panel_keys;
@@ -61,7 +62,7 @@ TModuleErrorCode FlashPanel::OpenSocket() {
   socklen_t size = sizeof address;
   getsockname(mListeningSocket.Get(), reinterpret_cast<sockaddr*>(&address), &size);
   mPort = ntohs(address.sin_port);
-  PANEL_CHECK(SetNonBlocking(mListeningSocket.Get()));
+  PANEL_CHECK_AS(SetNonBlocking(mListeningSocket.Get()), "SetNonBlocking(mListeningSocket)");
   listen(mListeningSocket.Get(), kWaitingConnections);
   return CoreErrorCodes::kSuccess;
 }
@@ -84,7 +85,7 @@ TModuleErrorCode FlashPanel::SelectSocket(bool closeListeningSocket) {
 TModuleErrorCode FlashPanel::SocketAcceptCallback(bool closeListeningSocket) {
   mSocket = Descriptor(accept4(mListeningSocket.Get(), nullptr, nullptr, SOCK_CLOEXEC));
   if (closeListeningSocket) mListeningSocket.Close();
-  PANEL_CHECK(SetNonBlocking(mSocket.Get()));
+  PANEL_CHECK_AS(SetNonBlocking(mSocket.Get()), "SetNonBlocking(mSocket)");
   setsockopt(mSocket.Get(), SOL_SOCKET, SO_SNDBUF, &kSendBufferSize, sizeof kSendBufferSize);
   // A message must not wait until the panel has acknowledged the one before.
   const int on = 1;
@@ -109,7 +110,9 @@ TModuleErrorCode FlashPanel::SocketDataCallback() {
   return CoreErrorCodes::kSuccess;
 }
 
-unsigned int FlashPanel::GetSocketPort() { return MarquineGlobals::sConnectedToCore ? mPort : kNoAgentPort; }
+unsigned int FlashPanel::GetSocketPort() {
+  return MarquineGlobals::sConnectedToCore ? mPort : host_sdk::kNoFontManagerPort;
+}
 
 // Drops the text without a panel, and what does not fit into the buffer of a panel that does not read.
 TModuleErrorCode FlashPanel::SendMessage(const std::string& text) {

@@ -12,13 +12,10 @@
 
 class FlashPanel : public MarquinePanel {
  public:
-  // What GetSocketPort returns while there is no agent.
-  static constexpr unsigned int kNoAgentPort = 0x7FFFFFFF;
-
   // Returns 0 also if no socket can be had; the port is then 0.
   TModuleErrorCode OpenSocket() override;
   TModuleErrorCode SelectSocket(bool closeListeningSocket) override;  // always 0
-  unsigned int GetSocketPort() override;
+  unsigned int GetSocketPort() override;  // host_sdk::kNoFontManagerPort while there is no agent
   TModuleErrorCode SendMessage(const std::string& text) override;                  // always 0
   TModuleErrorCode SendFontImages(const platform::Dictionary& fontPNGs) override;  // always 0
 

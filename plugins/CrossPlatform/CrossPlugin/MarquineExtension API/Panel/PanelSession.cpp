@@ -18,7 +18,9 @@ using platform::String;
 
 namespace {
 
-constexpr int kUnknownReplicationMode = 1;
+// The agent's numbers, which the plug-in passes on. This one is told if it has none.
+enum EReplicationMode : int { kReplicationModeDefault = 1 };
+
 constexpr long kTypekitWorkgroup = 9;
 
 constexpr const char* kWidthPreference = "CS5PanelWidth";
@@ -114,7 +116,7 @@ TModuleErrorCode MarquinePanel::IsGoogleWebFontsEnabled() {
     ui->SetPreferenceForKey(kWebFontsSeenPreference, true);
   }
   // Panels learn of a replication from its progress; here it is never told.
-  constexpr int isReplicating = 0, replicationMode = kUnknownReplicationMode;
+  constexpr int isReplicating = 0, replicationMode = kReplicationModeDefault;
   Parser jsonObject;
   const Node root = jsonObject.root();
   Node jsonValue;
@@ -139,7 +141,7 @@ TModuleErrorCode MarquinePanel::HBSIsLoggedIn() {
   if (!MarquineGlobals::sConnectedToCore) return CoreErrorCodes::kSuccess;
   const VPILoader& agent = AgentFunctions();
   unsigned int isLoggedIn = 1, isOnline = 1, isReplicating = 0;
-  int replicationMode = kUnknownReplicationMode;
+  int replicationMode = kReplicationModeDefault;
   std::string port;
   if (AskAgentFor(agent.pfGetIsStandaloneMode) == 0) {
     isLoggedIn = static_cast<unsigned int>(AskAgentFor(agent.pfGetIsLoggedIn));
