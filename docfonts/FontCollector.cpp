@@ -1,6 +1,7 @@
 #include "docfonts/FontCollector.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <unordered_map>
 
 #include "Identification/FontKeys.h"
@@ -31,13 +32,15 @@ class Merger {
   void Take(const char* source, const Array& records) {
     for (size_t i = 0; i < records.Count(); ++i) {
       const Dictionary record(records.At(i));
-      const std::string name = record.GetString(kGS_PostScriptNameKey).Text();
-      if (!name.empty()) TakeRecord(source, name, record);
+      const std::optional<FontStyle> style = StyleOf(record);
+      const std::string name = style ? NameOf(*style) : record.GetString(kGS_PostScriptNameKey).Text();
+      if (name.empty()) continue;
+      TakeRecord(source, name, record).style = style;
     }
   }
 
  private:
-  void TakeRecord(const char* source, const std::string& name, const Dictionary& record) {
+  Font& TakeRecord(const char* source, const std::string& name, const Dictionary& record) {
     const auto [place, isNew] = mPlaces.emplace(KeyOf(name), mReport.fonts.size());
     if (isNew) mReport.fonts.push_back({.name = name});
     Font& font = mReport.fonts[place->second];
@@ -52,6 +55,15 @@ class Merger {
       if (key == kGS_PostScriptNameKey || !IsSluggableKey(key)) continue;
       if (const String value{record.ValueAt(i)}) font.slug.emplace(key, value.Text());
     }
+    return font;
+  }
+  // What the record names instead of a PostScript name.
+  static std::optional<FontStyle> StyleOf(const Dictionary& record) {
+    const auto number = [&](std::string_view key) { return std::atoi(record.GetString(key).Text().c_str()); };
+    const String family = record.GetString(kDocumentFont_FamilyKey);
+    if (!family) return std::nullopt;
+    return FontStyle{family.Text(), number(kDocumentFont_WeightKey), number(kDocumentFont_ItalicKey) != 0,
+                     number(kDocumentFont_StretchKey)};
   }
   static void Fill(std::string& field, const Dictionary& record, std::string_view key) {
     if (field.empty()) field = record.GetString(key).Text();

@@ -29,7 +29,8 @@ std::string HelpText() {
          "Lists the fonts that each document names, whether they are embedded and active, which identification of them the\n"
          "document carries, and what of it says so: pdf (the whole structure of a PDF), parser (the structure as the "
          "plug-in\n"
-         "reads it), scan (text around font names), list (metadata of other applications), slug (metadata of the plug-in).\n"
+         "reads it), text (the styles of its text), scan (text around font names), list (metadata of other applications),\n"
+         "slug (metadata of the plug-in).\n"
          "\n" +
          platform::HelpLines(OptionTable(none), kColumn) +
          "\nExit status: 0 all documents were read, 1 one could not be read wholly, 2 an option is not known.\n";

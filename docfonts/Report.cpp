@@ -16,6 +16,12 @@ Json ToJson(const Report& report) {
   object["fonts"] = Json::array();
   for (const Font& font : report.fonts) {
     Json entry = {{"name", font.name}, {"found", font.found}};
+    if (font.style) {
+      entry["family"] = font.style->family;
+      entry["weight"] = font.style->weight;
+      entry["italic"] = font.style->isItalic;
+      entry["stretch"] = font.style->stretch;
+    }
     if (font.embedded) entry["embedded"] = *font.embedded;
     if (!font.subset.empty()) entry["subset"] = font.subset;
     if (!font.type.empty()) entry["type"] = font.type;
@@ -37,6 +43,9 @@ Report FromJson(const Json& object) {
     Font font;
     font.name = entry.at("name");
     font.found = entry.at("found").get<std::vector<std::string>>();
+    if (entry.contains("family")) {
+      font.style = {entry["family"], entry.at("weight"), entry.at("italic"), entry.at("stretch")};
+    }
     if (entry.contains("embedded")) font.embedded = entry["embedded"].get<bool>();
     font.subset = entry.value("subset", "");
     font.type = entry.value("type", "");

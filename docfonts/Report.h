@@ -7,12 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "Readers/Document/FontStyle.h"
+
 namespace docfonts {
 
 // A font in a document. Empty texts and missing values mean unknown.
 struct Font {
-  std::string name{};                // PostScript name, UTF-8
-  std::vector<std::string> found{};  // the readers that found it: "parser", "pdf", "scan", "list", "slug"
+  std::string name{};  // PostScript name, UTF-8; if the document names a style, the name of that (FontStyle.h)
+  std::vector<std::string> found{};  // the readers that found it: "parser", "pdf", "text", "scan", "list", "slug"
+  std::optional<FontStyle> style{};  // the family, weight, slant and width that the document names
   std::optional<bool> embedded{};
   std::string subset{};                       // six-letter tag before the name of a subset
   std::string type{};                         // the document's name for the type

@@ -7,6 +7,7 @@
 #include "Bridge/FontManagerInterface.h"
 #include "Identification/FontClassification.h"
 #include "Identification/FontKeys.h"
+#include "Readers/Document/StyleMatch.h"
 #include "Services/MarquineGlobals.h"
 #include "platform/LocalSocket.h"
 
@@ -32,6 +33,7 @@ std::string ConnectToAgent() {
 
 // Returns the file, empty if there is none, or null if the agent does not answer.
 Json ChooseFile(const Font& font) {
+  if (font.style) return FindFontOfStyle(*font.style).GetString(kGS_PathKey).Text();
   Array fonts = Array::Create(), matched = Array::Create(), unresolved = Array::Create();
   Dictionary record = Dictionary::Create();
   record.Set(kGS_PostScriptNameKey, font.name);

@@ -67,6 +67,11 @@ bool IsNotNeeded(const Font& font) {
   return !font.active && !font.embedded.value_or(false) && GlyphsureSupport::IsInternalToHost(font.name);
 }
 
+bool IsActive(const Font& font, const platform::FontSnapshot& system) {
+  if (!font.style) return system.postScriptNames.contains(font.name);
+  return FindFace(system, font.style->family, font.style->weight, font.style->isItalic, font.style->stretch) != nullptr;
+}
+
 class Program {
  public:
   explicit Program(const Options& options)
@@ -128,7 +133,7 @@ bool Program::Take(Report report) {
   progress_.Count(report.file);
   // Uses the fonts that are active at the start of the run.
   if (!system_) system_ = platform::GetFontSnapshot();
-  for (Font& font : report.fonts) font.active = system_->postScriptNames.contains(font.name);
+  for (Font& font : report.fonts) font.active = IsActive(font, *system_);
   std::erase_if(report.fonts, IsNotNeeded);
   if (options_.missing) std::erase_if(report.fonts, [](const Font& font) { return font.active; });
   if (options_.resolve) resolver_.Resolve(report);

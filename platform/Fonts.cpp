@@ -4,12 +4,14 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <ctime>
 #include <mutex>
 #include <tuple>
 #include <utility>
 
 #include "platform/Folders.h"
+#include "platform/TextEncoding.h"
 
 namespace platform {
 
@@ -34,6 +36,29 @@ std::string Text(const FcPattern* font, const char* object) {
   return FcPatternGetString(font, object, 0, &text) == FcResultMatch ? reinterpret_cast<const char*>(text) : "";
 }
 
+// Variable fonts have a range instead of a number.
+std::pair<double, double> RangeOf(const FcPattern* font, const char* object, double unknown) {
+  double low = unknown, high = unknown;
+  if (FcPatternGetDouble(font, object, 0, &low) == FcResultMatch) return {low, low};
+  FcRange* range = nullptr;
+  if (FcPatternGetRange(font, object, 0, &range) == FcResultMatch) FcRangeGetDouble(range, &low, &high);
+  return {low, high};
+}
+
+void TakeStyle(const FcPattern* pattern, ActiveFont& font) {
+  FcChar8* family = nullptr;
+  for (int i = 0; FcPatternGetString(pattern, FC_FAMILY, i, &family) == FcResultMatch; ++i) {
+    font.families.emplace_back(reinterpret_cast<const char*>(family));
+  }
+  const auto [low, high] = RangeOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR);
+  font.lightest = static_cast<int>(FcWeightToOpenTypeDouble(low));
+  font.heaviest = static_cast<int>(FcWeightToOpenTypeDouble(high));
+  int slant = FC_SLANT_ROMAN;
+  FcPatternGetInteger(pattern, FC_SLANT, 0, &slant);
+  font.isItalic = slant != FC_SLANT_ROMAN;
+  font.stretch = static_cast<int>(RangeOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL).first);
+}
+
 void AddFont(const FcPattern* pattern, FontSnapshot& snapshot) {
   std::string name = Text(pattern, FC_POSTSCRIPT_NAME);
   if (!name.empty()) snapshot.postScriptNames.insert(name);
@@ -43,7 +68,9 @@ void AddFont(const FcPattern* pattern, FontSnapshot& snapshot) {
   FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
   // The upper half of the index numbers the named instances of a variable font, which are not faces.
   if (!scalable || (index >> 16) != 0) return;
-  snapshot.fonts.push_back({std::move(name), Text(pattern, FC_FAMILY), Text(pattern, FC_FILE), index & 0xFFFF});
+  ActiveFont font{std::move(name), Text(pattern, FC_FAMILY), Text(pattern, FC_FILE), index & 0xFFFF};
+  TakeStyle(pattern, font);
+  snapshot.fonts.push_back(std::move(font));
 }
 
 // A time of a file or of the clock that stamps files, in nanoseconds.
@@ -137,6 +164,19 @@ std::shared_ptr<const FontSnapshot> GetFontSnapshot() {
   const std::lock_guard lock(sMutex);
   if (!sLast || !sLast->IsCurrent(configFile)) sLast = std::make_unique<const StampedSnapshot>(configFile);
   return sLast->Get();
+}
+
+const ActiveFont* FindFace(const FontSnapshot& snapshot, const std::string& family, int weight, bool isItalic,
+                           int stretch) {
+  constexpr int kWeightTolerance = 50, kStretchTolerance = 5;
+  const auto fits = [&](const ActiveFont& font) {
+    return font.isItalic == isItalic && weight >= font.lightest - kWeightTolerance &&
+           weight <= font.heaviest + kWeightTolerance && std::abs(font.stretch - stretch) <= kStretchTolerance &&
+           std::any_of(font.families.begin(), font.families.end(),
+                       [&](const std::string& name) { return EqualCaseless(name, family); });
+  };
+  const auto found = std::find_if(snapshot.fonts.begin(), snapshot.fonts.end(), fits);
+  return found == snapshot.fonts.end() ? nullptr : &*found;
 }
 
 bool IsPostScriptNameActive(const std::string& name) { return GetFontSnapshot()->postScriptNames.contains(name); }

@@ -15,10 +15,15 @@
 namespace platform {
 
 struct ActiveFont {
-  std::string postScriptName;  // may be empty
-  std::string family;          // the first family name; may be empty
-  std::string file;            // the path in the font folder, which may be a link
-  int faceIndex = 0;           // index of the face in its file, from 0
+  std::string postScriptName;           // may be empty
+  std::string family;                   // the first family name; may be empty
+  std::string file;                     // the path in the font folder, which may be a link
+  int faceIndex = 0;                    // index of the face in its file, from 0
+  std::vector<std::string> families{};  // all names of the family, in several languages or with parts of the style
+  // Of a variable font the range; otherwise both are the same. As in CSS: 400 is regular, 700 is bold.
+  int lightest = 400, heaviest = 400;
+  bool isItalic = false;  // or oblique
+  int stretch = 100;      // width in percent
 };
 
 struct FontSnapshot {
@@ -35,6 +40,11 @@ PLATFORM_API std::shared_ptr<const FontSnapshot> GetFontSnapshot();
 // True if a font with exactly this PostScript name is active. Does not compare family names: "Z003" is not active just
 // because the face "Z003-MediumItalic" of that family is.
 PLATFORM_API bool IsPostScriptNameActive(const std::string& name);
+
+// Returns the first face of this family and style; null if there is none. The case of the family's letters does not
+// matter, weights may differ by 50 and widths by 5.
+PLATFORM_API const ActiveFont* FindFace(const FontSnapshot& snapshot, const std::string& family, int weight,
+                                        bool isItalic, int stretch);
 
 PLATFORM_API std::set<std::string> ActivePostScriptNames();
 PLATFORM_API std::vector<ActiveFont> ActiveFonts();

@@ -54,6 +54,9 @@ agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgro
       {"ScannedFoundry", face.foundry},
       {"IsSystem", workgroup.type == kSystemType ? "1" : "0"},
       {"IsLocal", "1"},
+      {"Weight", std::to_string(face.traits.weight)},
+      {"Width", std::to_string(face.traits.width)},
+      {"IsItalic", face.traits.isItalic ? "1" : "0"},
   };
   if (!face.printerFont.empty()) record["PrinterFont"] = face.printerFont;
   record.merge(MakeWorkgroupRecord(workgroup));

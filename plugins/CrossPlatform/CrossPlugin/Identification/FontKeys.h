@@ -36,6 +36,10 @@ inline constexpr std::string_view kGS_IsVaultKey = "IsVault";
 inline constexpr std::string_view kGS_IsSystemKey = "IsSystem";
 inline constexpr std::string_view kGS_IsLocalKey = "IsLocal";
 inline constexpr std::string_view kGS_IsAutoActivatedKey = "IsAutoActivated";
+// The style, from the agent only; never stored in a document. Numbers as in the OS/2 table.
+inline constexpr std::string_view kGS_WeightKey = "Weight";      // 1 to 1000, 400 is regular
+inline constexpr std::string_view kGS_WidthKey = "Width";        // 1 to 9, 5 is normal
+inline constexpr std::string_view kGS_IsItalicKey = "IsItalic";  // or oblique
 
 inline constexpr std::string_view kGS_Kind_OpenType = "OpenType";  // contained in the kind of every OpenType font
 inline constexpr std::string_view kGS_Kind_Postscript = "Postscript";

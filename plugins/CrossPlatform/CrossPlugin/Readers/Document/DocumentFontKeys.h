@@ -1,4 +1,5 @@
-// Keys that the readers add to font records: what a document says about its own copy of a font.
+// Keys that the readers add to font records: what a document says about its own copy of a font, and how it names a font of
+// which it knows no PostScript name.
 #pragma once
 
 #include <string_view>
@@ -6,3 +7,9 @@
 inline constexpr std::string_view kDocumentFont_EmbeddedKey = "Embedded";    // "1" or "0"
 inline constexpr std::string_view kDocumentFont_SubsetTagKey = "SubsetTag";  // six letters
 inline constexpr std::string_view kDocumentFont_TypeKey = "FontType";        // as a PDF names it
+
+// Set together, in records without a PostScript name. Values as in FontStyle.h, as decimal numbers.
+inline constexpr std::string_view kDocumentFont_FamilyKey = "DocumentFamily";
+inline constexpr std::string_view kDocumentFont_WeightKey = "DocumentWeight";
+inline constexpr std::string_view kDocumentFont_ItalicKey = "DocumentItalic";    // "1" or "0"
+inline constexpr std::string_view kDocumentFont_StretchKey = "DocumentStretch";  // percent

@@ -1,6 +1,7 @@
 #include "Readers/Document/DocumentReaders.h"
 
 #include "Identification/FontMerging.h"
+#include "Readers/Document/ForeignFonts.h"
 #include "Readers/Document/PDFFontList.h"
 #include "Readers/FontParserEPS.h"
 #include "Readers/FontParserPDF.h"
@@ -50,10 +51,18 @@ bool IsPostScript(ReadableDocument& document) {
 // Files of any kind may contain metadata.
 bool IsAny(ReadableDocument&) { return true; }
 
-// A PDF or PostScript file has a reader that understands it, and text in it that looks like a font's name may be
+template <EDocumentKind kKind>
+bool Is(ReadableDocument& document) {
+  return document.Kind() == kKind;
+}
+
+bool IsArchive(ReadableDocument& document) { return document.Kind() >= EDocumentKind::kOpenDocument; }
+
+// Documents of these kinds have a reader that understands them, and text in them that looks like a font's name may be
 // something else. Documents of Illustrator are scanned in either form.
 bool IsScanned(ReadableDocument& document) {
-  return document.HasIllustratorExtension() || (document.Kind() != EDocumentKind::kPDF && !IsPostScript(document));
+  const bool isUnderstood = document.Kind() == EDocumentKind::kPDF || document.Kind() >= EDocumentKind::kSVG;
+  return document.HasIllustratorExtension() || (!isUnderstood && !IsPostScript(document));
 }
 
 bool IsPDF(ReadableDocument& document) {
@@ -64,6 +73,10 @@ constexpr DocumentReader kDocumentReaders[] = {
     {"pdf", IsPDF, ListFontsOfPDF},
     {"parser", IsPDF, Parse<FontParserPDF>},
     {"parser", IsPostScript, Parse<FontParserEPS>},
+    {"text", Is<EDocumentKind::kSVG>, ListFontsOfSVG},
+    {"text", Is<EDocumentKind::kScribus>, ListFontsOfSLA},
+    {"text", Is<EDocumentKind::kXCF>, ListFontsOfXCF},
+    {"text", IsArchive, ListFontsOfArchive},
     {"scan", IsScanned, Scan},
     {"list", IsAny, TakeAdobeList},
     {"slug", IsAny, TakeSlug},

@@ -7,19 +7,9 @@
 #include <system_error>
 
 #include "ErrorCodes.h"
+#include "Readers/Document/DocumentKind.h"
 #include "Readers/DocumentBytes.h"
 #include "platform/Value.h"
-
-enum class EDocumentKind {
-  kUnknown,
-  kPhotoshop,     // .psd, .psb
-  kIllustrator,   // .ai, .ait in PDF form
-  kAfterEffects,  // .aep
-  kPDF,
-  kPostScript,  // also Illustrator's older documents
-  kEPS,         // with or without the binary header
-  kImage,       // JPEG, TIFF, PNG, which may contain metadata
-};
 
 struct FontMetadata {
   platform::Array slug = platform::Array::Create();   // records of the plug-in
@@ -37,21 +27,22 @@ class ReadableDocument {
   // All empty and unknown without a successful Open.
   DocumentBytes& Bytes() { return mBytes; }
   EDocumentKind Kind();
-  // "psd", "psb", "ai", "aep", "pdf", "ps", "eps", "jpeg", "tiff", "png"; for an unknown kind empty.
+  // The name of DocumentKind.h.
   const char* KindName();
+  // Of kinds that may be plain text or packed.
+  bool IsCompressed() { return !Open() && IsGzip(mBytes); }
   // ".ai" or ".ait", in upper or lower case.
   bool HasIllustratorExtension() const;
   // Reads it at the first call. Needs InitializeGlyphsureXMP.
   const FontMetadata& Metadata();
 
  private:
-  struct KindRow;
-  const KindRow* FindKind();
+  const DocumentKindRow& FindKind();
 
   std::string mPath;
   DocumentBytes mBytes;
   bool mIsTried = false;
   std::error_code mError;
-  const KindRow* mKind = nullptr;
+  std::optional<DocumentKindRow> mKind;
   std::optional<FontMetadata> mMetadata;
 };

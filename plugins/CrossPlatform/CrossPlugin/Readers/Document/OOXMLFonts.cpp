@@ -1,0 +1,116 @@
+#include "Readers/Document/OOXMLFonts.h"
+
+#include <cstdlib>
+#include <set>
+#include <vector>
+
+#include "Readers/Document/MarkupReader.h"
+#include "Readers/Document/OOXMLTheme.h"
+
+namespace {
+
+using Event = MarkupReader::Event;
+
+// The fonts of a workbook, and which of them each cell format uses.
+struct CellFonts {
+  std::vector<FontStyle> fonts;
+  std::vector<size_t> formats;
+};
+
+std::string ReadCellFonts(const ZipDocument& archive, CellFonts& cells) {
+  const auto stream = archive.Open("xl/styles.xml");
+  if (!stream) return "";
+  MarkupReader markup(*stream);
+  bool isInFonts = false, isInFormats = false;
+  for (Event event = markup.Next(); event != Event::kDone; event = markup.Next()) {
+    if (event == Event::kText) continue;
+    const std::string_view name = markup.Name();
+    if (name == "fonts") isInFonts = event == Event::kStart;
+    if (name == "cellXfs") isInFormats = event == Event::kStart;
+    if (event == Event::kEnd) continue;
+    if (isInFormats && name == "xf")
+      cells.formats.push_back(std::strtoul(markup.Attribute("fontId").c_str(), nullptr, 10));
+    if (!isInFonts) continue;
+    if (name == "font") cells.fonts.emplace_back();
+    if (cells.fonts.empty()) continue;
+    FontStyle& font = cells.fonts.back();
+    if (name == "name") font.family = markup.Attribute("val");
+    if (name == "b" && IsSwitchedOn(markup.Attribute("val"))) font.weight = FontStyle::kBoldWeight;
+    if (name == "i" && IsSwitchedOn(markup.Attribute("val"))) font.isItalic = true;
+  }
+  return markup.Problem();
+}
+
+// Finds the formats of the cells that show something.
+std::string ReadUsedFormats(ByteStream& stream, std::set<size_t>& used) {
+  MarkupReader markup(stream);
+  size_t format = 0;
+  for (Event event = markup.Next(); event != Event::kDone; event = markup.Next()) {
+    if (event != Event::kStart) continue;
+    if (markup.Name() == "c") format = std::strtoul(markup.Attribute("s").c_str(), nullptr, 10);
+    if (markup.Name() == "v" || markup.Name() == "is") used.insert(format);
+  }
+  return markup.Problem();
+}
+
+// A slide. Text without a font of its own has that of the theme.
+std::string ReadSlide(ByteStream& stream, const OOXMLTheme& theme, StyledFonts& fonts) {
+  MarkupReader markup(stream);
+  std::string usual = theme.FamilyOf("+mn-lt");
+  FontStyle run;
+  bool isInText = false, isInRunProperties = false;
+  for (Event event = markup.Next(); event != Event::kDone; event = markup.Next()) {
+    if (event == Event::kText) {
+      if (isInText && HasCharacters(markup.Text())) fonts.Add(run);
+      continue;
+    }
+    const std::string_view name = markup.Name();
+    if (name == "t") isInText = event == Event::kStart;
+    if (name == "rPr") isInRunProperties = event == Event::kStart;
+    if (event == Event::kEnd) continue;
+    if (name == "sp") usual = theme.FamilyOf("+mn-lt");
+    if (name == "ph" && markup.Attribute("type").ends_with("itle")) usual = theme.FamilyOf("+mj-lt");
+    if (name == "r") run = {usual};
+    if (!isInRunProperties) continue;
+    if (name == "rPr") {
+      run.weight = markup.Attribute("b") == "1" ? FontStyle::kBoldWeight : FontStyle::kNormalWeight;
+      run.isItalic = markup.Attribute("i") == "1";
+    }
+    if (name == "latin") {
+      const std::string family = markup.Attribute("typeface");
+      run.family = family.starts_with('+') ? theme.FamilyOf(family) : family;
+    }
+  }
+  return markup.Problem();
+}
+
+bool IsIn(const std::string& name, const char* folder) { return name.starts_with(folder) && name.ends_with(".xml"); }
+
+}  // namespace
+
+std::string ReadFontsOfXLSX(const ZipDocument& archive, StyledFonts& fonts) {
+  CellFonts cells;
+  std::string problem = ReadCellFonts(archive, cells);
+  std::set<size_t> used;
+  for (const std::string& name : archive.Names()) {
+    if (!problem.empty()) break;
+    if (!IsIn(name, "xl/worksheets/sheet")) continue;
+    if (const auto stream = archive.Open(name)) problem = ReadUsedFormats(*stream, used);
+  }
+  for (const size_t format : used) {
+    const size_t font = format < cells.formats.size() ? cells.formats[format] : cells.fonts.size();
+    if (font < cells.fonts.size()) fonts.Add(cells.fonts[font]);
+  }
+  return problem;
+}
+
+std::string ReadFontsOfPPTX(const ZipDocument& archive, StyledFonts& fonts) {
+  const OOXMLTheme theme = ReadOOXMLTheme(archive, "ppt/theme/theme1.xml");
+  std::string problem;
+  for (const std::string& name : archive.Names()) {
+    if (!problem.empty()) break;
+    if (!IsIn(name, "ppt/slides/slide")) continue;
+    if (const auto stream = archive.Open(name)) problem = ReadSlide(*stream, theme, fonts);
+  }
+  return problem;
+}
