@@ -97,6 +97,38 @@ TEST_F(Socket, WithoutAPanelOrAgentNothingHappens) {
   for (int i = 0; i < 3; ++i) none.SelectSocket(true);
 }
 
+// Refuses messages from the n-th one on.
+class FailingPanel : public MarquinePanel {
+ public:
+  TModuleErrorCode OpenSocket() override { return 0; }
+  TModuleErrorCode SelectSocket(bool) override { return 0; }
+  unsigned int GetSocketPort() override { return 0; }
+  TModuleErrorCode SendFontImages(const platform::Dictionary&) override { return 0; }
+  TModuleErrorCode SendMessage(const std::string& text) override {
+    if (room == 0) return CoreErrorCodes::kNullPointer;
+    --room;
+    sent.push_back(text);
+    return 0;
+  }
+
+  size_t room = 0;
+  Lines sent;
+};
+
+TEST_F(Socket, AFailedMessageIsSentAgainWithAllOfItsQueueButNotItsFonts) {
+  FailingPanel panel;
+  panel.room = 1;
+  panel.PushGoogleWebFontsEnabledNotificaton(true);
+  panel.PushFontActivatedNotification(4);
+  panel.PushDataChangedNotification();
+  EXPECT_EQ(panel.PopNotifications(), CoreErrorCodes::kNullPointer);
+  panel.room = 9;
+  EXPECT_EQ(panel.PopNotifications(), 0u);
+  EXPECT_EQ(panel.PopNotifications(), 0u);
+  EXPECT_EQ(panel.sent, (Lines{R"(({"messageID":22}))", R"(({"messageID":22}))", R"(({"messageID":24,"fontIDs":[]}))",
+                               R"(({"messageID":56}))"}));
+}
+
 platform::Dictionary Previews() {
   platform::Dictionary picture = platform::Dictionary::Create(), files = platform::Dictionary::Create();
   picture.Set("pngBytes", platform::Data::From(std::as_bytes(std::span("\x89PNG", 4))));

@@ -66,6 +66,8 @@ TEST_F(PanelOnTheRoad, ActivatesAFamilyOfTheLibrary) {
   EXPECT_EQ(Ask(Request(8, fields), "\"messageID\":8"), R"(({"messageID":8,"returnCode":0}))");
   EXPECT_THAT(Await("\"messageID\":24"), HasSubstr(id));
   EXPECT_THAT(state_.NamesByFontList(), testing::IsSupersetOf({"NimbusSans-Bold", "NimbusSans-Regular"}));
+  state_.EndAgent(SIGTERM);
+  EXPECT_EQ(Await("\"messageID\":30"), R"(({"messageID":30,"isEnabled":false}))");
 }
 
 TEST_F(PanelOnTheRoad, KeepsSmartListsAndSurvivesTheMessageThatThrows) {
