@@ -37,14 +37,7 @@ SharedText FontTable::Lowercase(SharedText family) {
 }
 
 void FontTable::Add(const Font& font) {
-  uint32_t row = static_cast<uint32_t>(rows_.size());
-  if (free_.empty()) {
-    rows_.emplace_back();
-  } else {
-    row = free_.back();
-    free_.pop_back();
-  }
-  rows_[row] = {font, Lowercase(font.face.family)};
+  const uint32_t row = rows_.Add({font, Lowercase(font.face.family)});
   for (Column* column : {&byID_, &byPostScriptName_, &byFamily_, &byFamilyID_, &byPath_}) {
     column->index.Insert(row, [&](uint32_t other) { return column->keyOf(rows_[other]); });
   }
@@ -54,8 +47,7 @@ void FontTable::Remove(uint32_t row) {
   for (Column* column : {&byID_, &byPostScriptName_, &byFamily_, &byFamilyID_, &byPath_}) {
     column->index.Erase(row, column->keyOf(rows_[row]));
   }
-  rows_[row] = {};
-  free_.push_back(row);
+  rows_.Remove(row);
 }
 
 std::vector<Font> FontTable::ReplaceFile(const std::string& path, const std::vector<Font>& fonts) {

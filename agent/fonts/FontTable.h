@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -10,6 +9,7 @@
 
 #include "agent/fonts/FontFile.h"
 #include "agent/fonts/RowIndex.h"
+#include "agent/fonts/Rows.h"
 #include "agent/fonts/Workgroup.h"
 
 namespace agent {
@@ -44,14 +44,13 @@ class FontTable {
   // Calls visit(const Font&) for each font, in no order.
   template <class Visit>
   void ForEach(const Visit& visit) const {
-    for (const Row& row : rows_) {
-      if (row.font.id != 0) visit(row.font);
+    for (uint32_t row = 0; row < rows_.End(); ++row) {
+      if (rows_[row].font.id != 0) visit(rows_[row].font);
     }
   }
-  size_t Count() const { return rows_.size() - free_.size(); }
+  size_t Count() const { return rows_.Count(); }
 
  private:
-  // A row without an ID is free.
   struct Row {
     Font font;
     SharedText family;  // in lower case
@@ -68,8 +67,7 @@ class FontTable {
   std::vector<const Font*> FontsWith(const Column& column, uint32_t key) const;
   SharedText Lowercase(SharedText family);
 
-  std::deque<Row> rows_;
-  std::vector<uint32_t> free_;
+  Rows<Row> rows_;                             // unused ones have no ID
   std::unordered_set<uint32_t> systemActive_;  // numbers of paths
   Column byID_{[](const Row& row) { return row.font.id; }, {}};
   Column byPostScriptName_{[](const Row& row) { return row.font.face.postScriptName.Number(); }, {}};

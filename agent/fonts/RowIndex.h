@@ -1,4 +1,4 @@
-// Finds the rows of a table by a number that several rows may have in common. Takes some nine bytes a row; the owner keeps
+// Finds the rows of a table by a number that several rows may have in common. Takes six to eight bytes a row; the owner keeps
 // the rows and tells their keys.
 #pragma once
 
@@ -13,7 +13,7 @@ class RowIndex {
   template <class KeyOf>
   void Insert(uint32_t row, const KeyOf& keyOf) {
     if (next_.size() <= row) next_.resize(row + 1);
-    if (count_ == heads_.size()) Grow(keyOf);
+    if (count_ == kRowsOfList * heads_.size()) Grow(keyOf);
     Link(row, keyOf(row));
     ++count_;
   }
@@ -37,6 +37,8 @@ class RowIndex {
   }
 
  private:
+  static constexpr size_t kRowsOfList = 2;  // at most, on average
+
   size_t PlaceOf(uint32_t key) const {
     constexpr uint32_t kSpread = 2654435769u;  // spreads keys that follow each other, and those with equal low bits
     const uint32_t spread = key * kSpread;

@@ -50,22 +50,21 @@ class TextPool {
   static constexpr uint32_t kBlockSize = 1 << 16, kBlocks = 1 << 16;
   static constexpr uint8_t kLong = 255;
 
-  static uint32_t HashOf(std::string_view text) { return static_cast<uint32_t>(std::hash<std::string_view>()(text)); }
+  size_t FirstSlot(std::string_view text) const { return std::hash<std::string_view>()(text) % slots_.size(); }
+  size_t SlotAfter(size_t slot) const { return slot + 1 == slots_.size() ? 0 : slot + 1; }
 
   // Returns 0 for an unknown text.
   uint32_t Look(std::string_view text) const {
     if (slots_.empty()) return 0;
-    const size_t mask = slots_.size() - 1;
-    for (size_t slot = HashOf(text) & mask; slots_[slot] != 0; slot = (slot + 1) & mask) {
+    for (size_t slot = FirstSlot(text); slots_[slot] != 0; slot = SlotAfter(slot)) {
       if (View(slots_[slot]) == text) return slots_[slot];
     }
     return 0;
   }
 
   void Insert(uint32_t number) {
-    const size_t mask = slots_.size() - 1;
-    size_t slot = HashOf(View(number)) & mask;
-    while (slots_[slot] != 0) slot = (slot + 1) & mask;
+    size_t slot = FirstSlot(View(number));
+    while (slots_[slot] != 0) slot = SlotAfter(slot);
     slots_[slot] = number;
     ++count_;
   }
@@ -73,7 +72,7 @@ class TextPool {
   void Grow() {
     constexpr size_t kFirst = 1024;
     const std::vector<uint32_t> old = std::move(slots_);
-    slots_.assign(old.empty() ? kFirst : 2 * old.size(), 0);
+    slots_.assign(old.empty() ? kFirst : old.size() * 3 / 2, 0);
     count_ = 0;
     for (const uint32_t number : old) {
       if (number != 0) Insert(number);
@@ -109,7 +108,7 @@ class TextPool {
   std::array<std::atomic<const char*>, kBlocks> blocks_{};
   uint32_t block_ = 0;           // block 0 has no texts, because the number 0 is the empty text
   size_t used_ = kBlockSize;     // of the last block
-  std::vector<uint32_t> slots_;  // a hash table of numbers; its size is a power of two, and 0 is a free place
+  std::vector<uint32_t> slots_;  // a hash table of numbers; 0 is a free place
   size_t count_ = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "agent/library/KnownFiles.h"
 
+#include <vector>
+
 namespace agent {
 
 KnownFile* KnownFiles::Find(std::string_view path) {
@@ -16,15 +18,7 @@ void KnownFiles::Put(const KnownFile& file) {
     *known = file;
     return;
   }
-  auto row = static_cast<uint32_t>(rows_.size());
-  if (free_.empty()) {
-    rows_.push_back(file);
-  } else {
-    row = free_.back();
-    free_.pop_back();
-    rows_[row] = file;
-  }
-  byPath_.Insert(row, [this](uint32_t other) { return rows_[other].path.Number(); });
+  byPath_.Insert(rows_.Add(file), [this](uint32_t other) { return rows_[other].path.Number(); });
 }
 
 void KnownFiles::Remove(SharedText path) {
@@ -33,8 +27,7 @@ void KnownFiles::Remove(SharedText path) {
   byPath_.ForEach(path.Number(), keyOf, [&](uint32_t row) { rows.push_back(row); });
   for (const uint32_t row : rows) {
     byPath_.Erase(row, path.Number());
-    rows_[row] = {};
-    free_.push_back(row);
+    rows_.Remove(row);
   }
 }
 

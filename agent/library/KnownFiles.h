@@ -3,12 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string_view>
-#include <vector>
 
 #include "agent/fonts/FontFile.h"
 #include "agent/fonts/RowIndex.h"
+#include "agent/fonts/Rows.h"
 #include "agent/fonts/SharedText.h"
 #include "agent/store/IndexStore.h"
 
@@ -33,14 +32,13 @@ class KnownFiles {
   // Calls visit(KnownFile&) for each file, in no order. It must not put or remove files.
   template <class Visit>
   void ForEach(const Visit& visit) {
-    for (KnownFile& file : rows_) {
-      if (!file.path.empty()) visit(file);
+    for (uint32_t row = 0; row < rows_.End(); ++row) {
+      if (!rows_[row].path.empty()) visit(rows_[row]);
     }
   }
 
  private:
-  std::deque<KnownFile> rows_;  // without a path: free
-  std::vector<uint32_t> free_;
+  Rows<KnownFile> rows_;  // unused ones have no path
   RowIndex byPath_;
 };
 

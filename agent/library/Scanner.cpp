@@ -247,7 +247,10 @@ void Scanner::Finish() {
   readers_.reset();
   phase_ = Phase::kIdle;
   finishedOnce_ = true;
-  malloc_trim(0);  // a scan needs much memory that nothing needs afterwards
+  // A scan needs much memory that nothing needs afterwards.
+  parts_.index.ReleaseMemory();
+  parts_.user.Tables().ReleaseMemory();
+  malloc_trim(0);
 }
 
 ScanProgress Scanner::Progress() const {

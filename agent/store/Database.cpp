@@ -67,6 +67,8 @@ void Database::Check() {
   if (verdict != "ok") throw StoreError(path_ + ": " + verdict, SQLITE_CORRUPT);
 }
 
+void Database::ReleaseMemory() { sqlite3_db_release_memory(database_.get()); }
+
 Statement::Statement(Database& database, const char* sql) : database_(database) {
   if (auto idle = database.prepared_.extract(sql)) {
     statement_ = std::move(idle.mapped());

@@ -56,6 +56,7 @@ class IndexStore {
   // Replaces the entries of these paths, and removes the others, all or none. `revision` is that of user.db, where the
   // numbers are from: a start with another revision does not use them.
   void Change(const std::vector<IndexedFile>& put, const std::vector<std::string>& removed, int64_t revision);
+  void ReleaseMemory() { database_->ReleaseMemory(); }
   int64_t Revision() const { return revision_; }
 
  private:
