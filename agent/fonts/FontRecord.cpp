@@ -30,36 +30,34 @@ uint32_t LocationOf(const Font& font) {
 agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgroup,
                                       agent_protocol::AgentActivationState state) {
   const FontFace& face = font.face;
-  agent_protocol::Record record = {
-      {"PostScriptName", face.postScriptName},
-      {"FontKind", face.kind},
-      {"Foundry", face.foundry},
-      {"Version", face.version},
-      {"KerningChecksum", std::to_string(face.kerningChecksum)},
-      {"Checksum", std::to_string(face.checksum)},
-      {"Glyphsure_1.2_Checksum", std::to_string(face.glyphsureChecksum)},
-      {"OutlineFileSize", std::to_string(font.fileSize)},
-      {"OutlineFileName", ShownPath(font.path.View().substr(font.path.View().rfind('/') + 1))},
-      {"Family", face.family},
-      {"AssignedFamilyID", std::to_string(font.familyID)},
-      {"AssignedFamilyName", face.family},
-      {"Path", ShownPath(font.path)},
-      {"DatabaseID", std::to_string(font.id)},
-      {"ActivationStatus", std::to_string(state)},
-      {"IsVault", "0"},
-      {"DisplayName", DisplayName(face)},
-      {"FontFaceID", std::to_string(face.faceIndex)},
-      {"FontLocation", std::to_string(LocationOf(font))},
-      {"IsMarquineFile", workgroup.type == kLibraryType ? "1" : "0"},
-      {"ScannedFoundry", face.foundry},
-      {"IsSystem", workgroup.type == kSystemType ? "1" : "0"},
-      {"IsLocal", "1"},
-      {"Weight", std::to_string(face.traits.weight)},
-      {"Width", std::to_string(face.traits.width)},
-      {"IsItalic", face.traits.isItalic ? "1" : "0"},
-  };
-  if (!face.printerFont.empty()) record["PrinterFont"] = face.printerFont;
-  record.merge(MakeWorkgroupRecord(workgroup));
+  agent_protocol::Record record = MakeWorkgroupRecord(workgroup);
+  record.emplace("PostScriptName", face.postScriptName);
+  record.emplace("FontKind", face.kind);
+  record.emplace("Foundry", face.foundry);
+  record.emplace("Version", face.version);
+  record.emplace("KerningChecksum", std::to_string(face.kerningChecksum));
+  record.emplace("Checksum", std::to_string(face.checksum));
+  record.emplace("Glyphsure_1.2_Checksum", std::to_string(face.glyphsureChecksum));
+  record.emplace("OutlineFileSize", std::to_string(font.fileSize));
+  record.emplace("OutlineFileName", ShownPath(font.path.View().substr(font.path.View().rfind('/') + 1)));
+  record.emplace("Family", face.family);
+  record.emplace("AssignedFamilyID", std::to_string(font.familyID));
+  record.emplace("AssignedFamilyName", face.family);
+  record.emplace("Path", ShownPath(font.path));
+  record.emplace("DatabaseID", std::to_string(font.id));
+  record.emplace("ActivationStatus", std::to_string(state));
+  record.emplace("IsVault", "0");
+  record.emplace("DisplayName", DisplayName(face));
+  record.emplace("FontFaceID", std::to_string(face.faceIndex));
+  record.emplace("FontLocation", std::to_string(LocationOf(font)));
+  record.emplace("IsMarquineFile", workgroup.type == kLibraryType ? "1" : "0");
+  record.emplace("ScannedFoundry", face.foundry);
+  record.emplace("IsSystem", workgroup.type == kSystemType ? "1" : "0");
+  record.emplace("IsLocal", "1");
+  record.emplace("Weight", std::to_string(face.traits.weight));
+  record.emplace("Width", std::to_string(face.traits.width));
+  record.emplace("IsItalic", face.traits.isItalic ? "1" : "0");
+  if (!face.printerFont.empty()) record.emplace("PrinterFont", face.printerFont);
   return record;
 }
 

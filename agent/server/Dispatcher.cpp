@@ -65,8 +65,11 @@ Dispatcher::Reply Dispatcher::ReplyTo(const Request& request) {
 
 void Dispatcher::Serve(const Request& request) { Send(request, ReplyTo(request)); }
 
-void Dispatcher::Send(const Request& request, const Reply& reply) {
-  events_.send(request.client, ToText({{"id", request.id}, {"code", reply.code}, {"result", reply.result}}));
+// Lists of values would copy the result, which can be large.
+void Dispatcher::Send(const Request& request, Reply reply) {
+  Json message = {{"id", request.id}, {"code", reply.code}};
+  message["result"] = std::move(reply.result);
+  events_.send(request.client, ToText(message));
 }
 
 void Dispatcher::OnGone(ClientID client) {

@@ -101,7 +101,7 @@ class Dispatcher {
   void Add(const char* call, Needs needs, JsonHandler handler) { entries_[call] = {needs, std::move(handler)}; }
   bool Hold(ClientID client, std::string_view message);
   void Serve(const Request& request);
-  void Send(const Request& request, const Reply& reply);
+  void Send(const Request& request, Reply reply);
   Reply ReplyTo(const Request& request);
 
   Events events_;
