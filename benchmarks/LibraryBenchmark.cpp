@@ -269,24 +269,35 @@ void MeasureActivation() {
         agent.Result("GetFontsByPostscriptName", {{"name", name}, {"workgroupIDs", Json::array()}})["fontIDs"][0]);
   }
   UseFontsOf(links, links / "active");
-  benchmark::Compare(
-      "200 faces active, to links and a query", 1.2, 5,
-      [&] {
-        const Json result = agent.Result("ActivateFonts", {{"fontIDs", ids}, {"kind", agent_protocol::kAutoActivated}});
-        if (result["activated"].size() != kDocumentFonts) Fail(result.dump().substr(0, 200));
-      },
-      [&] {
-        fs::remove_all(links / "active");
-        fs::remove_all(links / "cache");
-        fs::create_directories(links / "active");
-        for (const std::string& file : files)
-          fs::create_symlink(file, links / ("active/" + fs::path(file).filename().string()));
-        if (platform::ActiveFonts().size() != kDocumentFonts) Fail("fontconfig does not list the links");
-      },
-      [&] {
-        agent.Result("DeactivateFonts", {{"fontIDs", ids}, {"alsoUser", false}});
-        fs::remove_all(state / "cache");
-      });
+  const auto clear = [&] {
+    fs::remove_all(links / "active");
+    fs::remove_all(links / "cache");
+    fs::create_directories(links / "active");
+    agent.Result("DeactivateFonts", {{"fontIDs", ids}, {"alsoUser", false}});
+    fs::remove_all(state / "cache");
+    // The agent's own view of the system is not older than that, as long after a change.
+    constexpr int kUntilTimesTellChangesApart = 100;  // milliseconds
+    poll(nullptr, 0, kUntilTimesTellChangesApart);
+    agent.Result("GetFontConflicts", {{"fontIDs", ids}});
+  };
+  const auto activate = [&] {
+    const Json result = agent.Result("ActivateFonts", {{"fontIDs", ids}, {"kind", agent_protocol::kAutoActivated}});
+    if (result["activated"].size() != kDocumentFonts) Fail(result.dump().substr(0, 200));
+  };
+  const auto linkAndLook = [&] {
+    for (const std::string& file : files) {
+      fs::create_symlink(file, links / ("active/" + fs::path(file).filename().string()));
+    }
+    if (platform::ActiveFonts().size() != kDocumentFonts) Fail("fontconfig does not list the links");
+  };
+  clear();
+  double best = HUGE_VAL, bestFloor = HUGE_VAL;
+  for (int i = 0; i < 7; ++i) {
+    bestFloor = std::min(bestFloor, benchmark::Measure(linkAndLook));
+    best = std::min(best, benchmark::Measure(activate));
+    clear();
+  }
+  benchmark::Report("200 faces active, to links and a query", best * 1000, bestFloor * 1000, 1.2, "ms");
 }
 
 // What another program pays when it looks for fonts after one of 1000 active ones has changed.

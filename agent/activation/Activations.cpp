@@ -65,6 +65,7 @@ bool Activations::Unlink(uint32_t linkID) {
 }
 
 void Activations::Reconcile() {
+  const ActiveFolder::Batch batch(parts_.folder);
   const std::map<std::string, uint32_t> linked = linkedFiles_;
   for (const auto& [path, id] : linked) UnlinkIfUnasked(path);
   std::set<uint32_t> owned;
@@ -166,6 +167,7 @@ void Activations::Undo(const std::vector<uint32_t>& fontIDs, const Demands& befo
 // Links the files that are not linked and records the client's request. linkedNow receives the files of the new links.
 ActivationOutcome Activations::Link(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state,
                                     std::set<std::string>& linkedNow) {
+  const ActiveFolder::Batch batch(parts_.folder);
   ActivationOutcome outcome;
   std::set<uint32_t> taken;
   for (const uint32_t id : fontIDs) {
@@ -251,6 +253,7 @@ std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector
     if (demand.stored != kInactive && (alsoUser || demand.stored != kActivated)) ending.insert(id);
   }
   Store({ending.begin(), ending.end()}, kInactive);
+  const ActiveFolder::Batch batch(parts_.folder);
   std::vector<uint32_t> notOurs;
   for (const uint32_t id : fontIDs) {
     const Font* font = parts_.table.Find(id);
@@ -270,6 +273,7 @@ std::vector<uint32_t> Activations::HeldBy(ClientID client) const {
 }
 
 void Activations::ReleaseClient(ClientID client) {
+  const ActiveFolder::Batch batch(parts_.folder);
   for (const uint32_t id : HeldBy(client)) {
     DropClient(client, id);
     if (const Font* font = parts_.table.Find(id)) UnlinkIfUnasked(font->path);

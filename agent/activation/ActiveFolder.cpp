@@ -59,7 +59,7 @@ ActiveFolder::~ActiveFolder() {
   }
 }
 
-std::string ActiveFolder::FolderOf(uint32_t id) const { return root_ + "/" + "0123456789abcdef"[id % kFolders]; }
+std::string ActiveFolder::FolderOf(size_t id) const { return root_ + "/" + "0123456789abcdef"[id % kFolders]; }
 
 std::error_code ActiveFolder::Prepare() {
   links_.clear();
@@ -86,19 +86,28 @@ void ActiveFolder::TakeStock(size_t folder) {
   }
 }
 
+// Makes the link under its hidden name.
+ActiveFolder::LinkResult ActiveFolder::MakeHidden(const std::string& hidden, const std::string& file) const {
+  // Follow a symbolic link in the library, so that the link is to the font file itself.
+  if (kind_ == LinkKind::kHardPreferred &&
+      linkat(AT_FDCWD, file.c_str(), AT_FDCWD, hidden.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+    return {};
+  }
+  const bool isMade = symlink(file.c_str(), hidden.c_str()) == 0;
+  return {isMade ? std::error_code() : platform::LastError(), true};
+}
+
 ActiveFolder::LinkResult ActiveFolder::Link(uint32_t id, const std::string& file) {
   const std::string name = std::to_string(id) + ExtensionOf(file);
   const std::string hidden = FolderOf(id) + "/." + name;
   if (const std::error_code error = Unlink(id)) return {error};
-  unlink(hidden.c_str());
-  LinkResult result;
-  if (kind_ == LinkKind::kHardPreferred) {
-    // Follow a symbolic link in the library, so that the link is to the font file itself.
-    result.symbolic = linkat(AT_FDCWD, file.c_str(), AT_FDCWD, hidden.c_str(), AT_SYMLINK_FOLLOW) != 0;
-  } else {
-    result.symbolic = true;
+  LinkResult result = MakeHidden(hidden, file);
+  if (result.error == std::errc::file_exists) {
+    // Left by a failure.
+    unlink(hidden.c_str());
+    result = MakeHidden(hidden, file);
   }
-  if (result.symbolic && symlink(file.c_str(), hidden.c_str()) != 0) return {platform::LastError()};
+  if (result.error) return result;
   if (rename(hidden.c_str(), (FolderOf(id) + "/" + name).c_str()) != 0) {
     result.error = platform::LastError();
     unlink(hidden.c_str());
@@ -125,9 +134,22 @@ std::vector<uint32_t> ActiveFolder::LinkedIDs() const {
 }
 
 void ActiveFolder::Changed(uint32_t id) {
-  const std::string folder = FolderOf(id);
+  untouched_.set(id % kFolders);
+  if (batches_ == 0) Touch(id % kFolders);
+}
+
+ActiveFolder::Batch::~Batch() {
+  if (--folder_.batches_ > 0) return;
+  for (size_t folder = 0; folder < kFolders; ++folder) {
+    if (folder_.untouched_[folder]) folder_.Touch(folder);
+  }
+}
+
+void ActiveFolder::Touch(size_t number) {
+  untouched_.reset(number);
+  const std::string folder = FolderOf(number);
   SetTimeOf(folder, 0);
-  platform::RunLoopTimerRef& timer = secondTouches_[id % kFolders];
+  platform::RunLoopTimerRef& timer = secondTouches_[number];
   if (timer) loop_.RemoveTimer(timer);
   timer =
       platform::RunLoopTimer::After(kSecondTouchDelay, 0, [folder](platform::RunLoopTimer&) { SetTimeOf(folder, 0); });

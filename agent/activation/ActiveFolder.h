@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -39,6 +40,18 @@ class ActiveFolder {
     std::error_code error;
     bool symbolic = false;
   };
+  // While one exists, changed folders get no new time, so that many changes cost hardly more than their links. They get it at
+  // its end; before, fontconfig may not see the changes.
+  class Batch {
+   public:
+    explicit Batch(ActiveFolder& folder) : folder_(folder) { ++folder_.batches_; }
+    ~Batch();
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+
+   private:
+    ActiveFolder& folder_;
+  };
   // Creates or replaces the link from the ID to the file, an absolute path.
   LinkResult Link(uint32_t id, const std::string& file);
   std::error_code Unlink(uint32_t id);  // a missing link is not an error
@@ -57,9 +70,11 @@ class ActiveFolder {
 
  private:
   static constexpr size_t kFolders = 16;
-  std::string FolderOf(uint32_t id) const;
+  std::string FolderOf(size_t id) const;
   void TakeStock(size_t folder);
+  LinkResult MakeHidden(const std::string& hidden, const std::string& file) const;
   void Changed(uint32_t id);
+  void Touch(size_t folder);
 
   std::string root_;
   std::string realRoot_;  // without symbolic links
@@ -67,6 +82,8 @@ class ActiveFolder {
   platform::RunLoop& loop_;
   std::map<uint32_t, std::string> links_;  // ID to the link's name
   std::array<platform::RunLoopTimerRef, kFolders> secondTouches_;
+  int batches_ = 0;
+  std::bitset<kFolders> untouched_;  // changed in a batch
 };
 
 }  // namespace agent
