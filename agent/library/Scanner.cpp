@@ -54,8 +54,16 @@ Scanner::Scanner(const Parts& parts, Workgroups workgroups, ScanEvents events)
 void Scanner::LoadIndex() {
   const bool isNumbered = parts_.index.Revision() == parts_.user.Revision();
   const auto take = [this](const IndexedFile& file) {
-    parts_.table.ReplaceFile(file.path, FontsOf(file, kFontLibraryID));
-    known_.Put(Known(file, kFontLibraryID, false));
+    KnownFile known = Known(file, kFontLibraryID, false);
+    // A kill in time leaves a moved file at both places. Whichever is still there is read again.
+    const bool isMoved = std::ranges::any_of(
+        file.numbers, [this](const FontNumber& number) { return parts_.table.Find(number.id) != nullptr; });
+    if (isMoved) {
+      known.identity = {};
+    } else {
+      parts_.table.ReplaceFile(file.path, FontsOf(file, kFontLibraryID));
+    }
+    known_.Put(known);
   };
   Files others;
   parts_.index.Load([&](IndexedFile&& file) {
