@@ -33,10 +33,11 @@ std::string ConnectToAgent() {
 
 // Returns the file, empty if there is none, or null if the agent does not answer.
 Json ChooseFile(const Font& font) {
-  if (font.style) return FindFontOfStyle(*font.style).GetString(kGS_PathKey).Text();
+  const std::string name = font.style ? FindPostScriptName(*font.style) : font.name;
+  if (name.empty()) return "";
   Array fonts = Array::Create(), matched = Array::Create(), unresolved = Array::Create();
   Dictionary record = Dictionary::Create();
-  record.Set(kGS_PostScriptNameKey, font.name);
+  record.Set(kGS_PostScriptNameKey, name);
   for (const auto& [key, value] : font.slug) record.Set(key, value);
   fonts.Append(record);
   const int status = ProcessDocumentFontsForAutoActivation(fonts, matched, unresolved, true, true,

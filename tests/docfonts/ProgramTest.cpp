@@ -136,7 +136,8 @@ TEST_F(DocfontsProgram, FailsWhereItsOutputCannotBeWritten) {
 
 TEST_F(DocfontsProgram, JsonFollowsItsSchema) {
   folder.Write("bad.pdf", "%PDF-1.4\n1 0 obj\n<<");
-  const Outcome lines = Run("-r --json '" SOURCE_DIR "/samples' " + folder.Path());
+  const Outcome lines =
+      Run("-r --json '" SOURCE_DIR "/samples' '" SOURCE_DIR "/tests/docfonts/samples' " + folder.Path());
   folder.Write("lines", lines.output);
   const std::string check =
       "python3 -c 'import json, sys, jsonschema\n"

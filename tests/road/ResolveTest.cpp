@@ -12,6 +12,7 @@ namespace road {
 namespace {
 
 const std::string kDocfonts = APP_DIR "/docfonts/docfonts";
+const std::string kSlides = SOURCE_DIR "/tests/docfonts/samples/slide.odp";
 
 class Resolve : public RoadTest {
  protected:
@@ -37,9 +38,11 @@ TEST_F(Resolve, NamesTheFileThatWouldBeChosenWhetherActiveOrNot) {
   host.Send("set CloseFontsOnDocClose 1\nopen " + kPoster);
   host.NextEvent("opened");
   // The processes that read them start while the agent is connected.
-  const HostResult active = RunDocfonts({kPoster, kBrochure, kPoster}, state_.Path());
+  const HostResult active = RunDocfonts({kPoster, kBrochure, kPoster, kSlides}, state_.Path());
   EXPECT_EQ(active.status, 0) << active.errors;
-  EXPECT_THAT(active.Events(), SizeIs(3));
+  EXPECT_THAT(active.Events(), SizeIs(4));
+  EXPECT_THAT(FontNamed(active, "Nimbus Roman Italic")["resolved"], EndsWith("/NimbusRoman-Italic.otf"))
+      << "a document that names a family and a style";
   EXPECT_EQ(FontNamed(active, "NimbusSans-Bold")["active"], true);
   EXPECT_THAT(FontNamed(active, "NimbusSans-Bold")["resolved"], EndsWith("/NimbusSans-Bold.otf"));
   host.Send("close");

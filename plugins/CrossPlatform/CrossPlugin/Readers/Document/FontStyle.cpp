@@ -21,7 +21,7 @@ struct Word {
 constexpr Word kWords[] = {
     {"thin", 100, false, 0},     {"extralight", 200, false, 0},    {"ultralight", 200, false, 0},
     {"light", 300, false, 0},    {"semilight", 350, false, 0},     {"demilight", 350, false, 0},
-    {"book", 380, false, 0},     {"regular", 400, false, 0},       {"normal", 400, false, 0},
+    {"book", 400, false, 0},     {"regular", 400, false, 0},       {"normal", 400, false, 0},
     {"medium", 500, false, 0},   {"semibold", 600, false, 0},      {"demibold", 600, false, 0},
     {"bold", 700, false, 0},     {"extrabold", 800, false, 0},     {"ultrabold", 800, false, 0},
     {"black", 900, false, 0},    {"heavy", 900, false, 0},         {"italic", 0, true, 0},

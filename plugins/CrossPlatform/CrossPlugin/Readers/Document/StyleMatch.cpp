@@ -46,9 +46,9 @@ Distance DistanceOf(const FontStyle& style, const Dictionary& record) {
           WeightDistance(style.weight, weight)};
 }
 
-Dictionary FindInFamily(FontManagerInterface& manager, const FontStyle& style) {
+std::string FindInFamily(FontManagerInterface& manager, const FontStyle& style) {
   constexpr long kAll = FontManagerInterface::kAllWorkgroupsID;
-  Dictionary best;
+  std::string best;
   Distance bestDistance;
   std::vector<uint64_t> ids;
   if (manager.FontIDsForFamilyName(style.family, kAll, ids) != 0) return best;
@@ -59,8 +59,8 @@ Dictionary FindInFamily(FontManagerInterface& manager, const FontStyle& style) {
     FontOrSetInfoRec found;
     if (manager.GetFontInfoByID(request, &found) != 0 || !found.fontInfo) continue;
     const Distance distance = DistanceOf(style, found.fontInfo);
-    if (best && distance >= bestDistance) continue;
-    best = found.fontInfo;
+    if (!best.empty() && distance >= bestDistance) continue;
+    best = found.fontInfo.GetString(kGS_PostScriptNameKey).Text();
     bestDistance = distance;
   }
   return best;
@@ -68,10 +68,10 @@ Dictionary FindInFamily(FontManagerInterface& manager, const FontStyle& style) {
 
 }  // namespace
 
-Dictionary FindFontOfStyle(const FontStyle& style) {
+std::string FindPostScriptName(const FontStyle& style) {
   FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
   if (!manager) return {};
-  if (Dictionary found = FindInFamily(*manager, style)) return found;
+  if (std::string found = FindInFamily(*manager, style); !found.empty()) return found;
   // Some programs write parts of the style into the family: "DejaVu Sans Condensed".
   FontStyle split = StyleOfName(style.family);
   if (split.family == style.family) return {};

@@ -1,9 +1,11 @@
 // Finds the fonts of the library for a document that names families and styles.
 #pragma once
 
-#include "Readers/Document/FontStyle.h"
-#include "platform/Value.h"
+#include <string>
 
-// Returns the agent's record of the face of the family that is nearest to the style, as CSS orders faces: by width, then
-// slant, then weight. Null if the library does not have the family, or there is no agent.
-platform::Dictionary FindFontOfStyle(const FontStyle& style);
+#include "Readers/Document/FontStyle.h"
+
+// Returns the PostScript name of the face of the family that is nearest to the style, as CSS orders faces: by width, then
+// slant, then weight. Several files may have a face of this name. Empty if the library does not have the family, or there is
+// no agent.
+std::string FindPostScriptName(const FontStyle& style);
