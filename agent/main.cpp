@@ -55,7 +55,8 @@ int Run(const agent::Configuration& configuration) {
   std::string problem;
   const auto announcement =
       platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier, &problem);
-  if (!announcement) return Fail(problem, 1);
+  // Clients also find the agent by its process and its socket, so a full disk is no reason to end.
+  if (!announcement) Fail(problem, 1);
   platform::RunLoop& loop = platform::RunLoop::Main();
   const platform::Descriptor signals = CatchEndSignals();
   loop.WatchDescriptor(signals.Get(), [&loop] { loop.Stop(); });

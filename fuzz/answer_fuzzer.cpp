@@ -55,7 +55,7 @@ class FakeAgent {
   std::string AnswerTo(const std::string& message) {
     const Json request = Json::parse(message);
     const std::lock_guard lock(mutex_);
-    const std::string result = request["call"] == "Hello" ? R"({"protocol":1})" : result_;
+    const std::string result = request["call"] == "Hello" ? R"({"protocol":2})" : result_;
     return R"({"id":)" + std::to_string(request["id"].get<uint64_t>()) + R"(,"code":0,"result":)" + result + "}";
   }
 

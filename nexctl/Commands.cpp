@@ -12,7 +12,7 @@ constexpr size_t kAny = SIZE_MAX;
 constexpr Command kCommands[] = {
     {"status", "", "show whether the font manager runs, and what it has", 0, 0, ShowStatus},
     {"fonts", "[RULE]", "list the fonts, or those that a rule describes", 0, kAny, ListFonts},
-    {"show", "FONT ...", "show everything that is known about fonts", 1, kAny, ShowFont},
+    {"show", "FONT ...", "show everything that is known about fonts, in a terminal with a picture", 1, kAny, ShowFont},
     {"activate", "FONT ...", "activate fonts until they are deactivated", 1, kAny, ActivateFonts},
     {"deactivate", "FONT ...", "deactivate fonts", 1, kAny, DeactivateFonts},
     {"conflicts", "FONT ...", "list the active fonts that stand in the way of these", 1, kAny, ListConflicts},
@@ -22,6 +22,9 @@ constexpr Command kCommands[] = {
     {"set list", "", "list the sets", 0, 0, ListSets},
     {"set create", "NAME [FONT ...]", "create a set", 1, kAny, CreateSet},
     {"set add", "SET FONT ...", "add fonts to a set, named by its ID", 2, kAny, AddToSet},
+    {"set remove", "SET FONT ...", "remove fonts from a set", 2, kAny, RemoveFromSet},
+    {"set rename", "SET NAME", "rename a set", 2, 2, RenameSet},
+    {"set delete", "SET", "delete a set; its fonts stay", 1, 1, DeleteSet},
     {"smartset list", "", "list the smart sets, which are rules", 0, 0, ListSmartSets},
     {"smartset create", "NAME RULE", "create a smart set", 2, kAny, CreateSmartSet},
     {"smartset change", "ID NAME RULE", "change the name and the rule of a smart set", 3, kAny, ChangeSmartSet},
@@ -51,6 +54,8 @@ constexpr Command kCommands[] = {
     {"webfonts disable", "", "leave them out again", 0, 0, DisableWebFonts},
     {"webfonts folder", "FOLDER", "name the folder of a collection of web fonts", 1, 1, SetWebFontsFolder},
     {"check", "", "list font files that cannot be used, and why; status 1 if there are any", 0, 0, CheckLibrary},
+    {"doctor", "", "say what is wrong with this machine's font set-up, and how to mend it; status 1 if anything is", 0,
+     0, Diagnose},
     {"watch", "", "print what happens until interrupted", 0, 0, Watch},
     {"log", "", "print the font manager's log", 0, 0, ShowLog},
 };

@@ -52,6 +52,9 @@ int DeactivateFonts(const Call& call);
 int ListSets(const Call& call);
 int CreateSet(const Call& call);
 int AddToSet(const Call& call);
+int RemoveFromSet(const Call& call);
+int RenameSet(const Call& call);
+int DeleteSet(const Call& call);
 int ListSmartSets(const Call& call);
 int CreateSmartSet(const Call& call);
 int ChangeSmartSet(const Call& call);
@@ -83,6 +86,8 @@ int SetWebFontsFolder(const Call& call);
 int ShowStatus(const Call& call);
 int CheckLibrary(const Call& call);
 int Watch(const Call& call);
+// DoctorCommand.cpp
+int Diagnose(const Call& call);
 int ShowLog(const Call& call);
 
 }  // namespace nexctl

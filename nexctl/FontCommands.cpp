@@ -1,7 +1,9 @@
+#include <cstdio>
 #include <map>
 
 #include "nexctl/Commands.h"
 #include "nexctl/Fonts.h"
+#include "nexctl/PreviewInbox.h"
 
 namespace nexctl {
 
@@ -95,12 +97,17 @@ int ListFonts(const Call& call) {
 }
 
 int ShowFont(const Call& call) {
-  Session session(call.options.state);
+  const PictureForm form = call.output.IsJson() ? PictureForm::kNone : FormOfTerminal();
+  PreviewInbox inbox;
+  Session session(call.options.state, [&inbox](const Json& notification) { inbox.Take(notification); });
   const auto fonts = Describe(session, FontsNamed(session, call.arguments));
   for (const Description& font : fonts) {
     if (call.output.IsJson()) {
       call.output.Object(ObjectOf(font));
       continue;
+    }
+    if (form != PictureForm::kNone) {
+      if (const auto picture = inbox.Draw(session, font.fontID, form)) std::fputs(Draw(*picture, form).c_str(), stdout);
     }
     for (const Column& column : kColumns) {
       const std::string value = column.of(font);

@@ -75,6 +75,25 @@ int AddToSet(const Call& call) {
   return 0;
 }
 
+int RemoveFromSet(const Call& call) {
+  Session session(call.options.state);
+  const Numbers fonts = FontsNamed(session, After(call.arguments, 1));
+  session.Ask<calls::RemoveFontsFromSet>({NumberOf(call.arguments[0]), fonts});
+  return 0;
+}
+
+int RenameSet(const Call& call) {
+  Session session(call.options.state);
+  session.Ask<calls::RenameSet>({NumberOf(call.arguments[0]), call.arguments[1]});
+  return 0;
+}
+
+int DeleteSet(const Call& call) {
+  Session session(call.options.state);
+  session.Ask<calls::DeleteSet>({NumberOf(call.arguments[0])});
+  return 0;
+}
+
 int ListSmartSets(const Call& call) {
   Session session(call.options.state);
   std::vector<std::vector<std::string>> rows;

@@ -9,6 +9,7 @@
 #include "agent/include/AgentProtocol.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+#include "platform/PlainText.h"
 #include "platform/Process.h"
 #include "platform/Waiting.h"
 
@@ -74,13 +75,19 @@ bool Session::Connect(const NotificationHandler& onNotification) {
   connection_ = std::make_unique<agent_client::AgentConnection>(
       std::move(socket), onNotification ? onNotification : [](const Json&) {}, [] {});
   const auto reply = connection_->Call<calls::Hello>({.notifications = static_cast<bool>(onNotification)});
-  if (reply.code == agent_protocol::kSuccess &&
-      reply.result.protocol != static_cast<uint32_t>(agent_protocol::kProtocolVersion)) {
+  const bool isAnswer = reply.code == agent_protocol::kSuccess || reply.code == agent_protocol::kVersionMismatch;
+  if (isAnswer && reply.result.protocol != agent_protocol::kProtocolVersion) {
     throw Failure("the font manager that runs speaks protocol " + std::to_string(reply.result.protocol) +
                   ", this program " + std::to_string(agent_protocol::kProtocolVersion));
   }
   if (connection_->HasFallenSilent()) throw Failure("the font manager runs and does not answer");
-  return reply.code == agent_protocol::kSuccess;
+  if (reply.code != agent_protocol::kSuccess) return false;
+  const auto status = connection_->Call<calls::GetStatus>({});
+  if (!status.result.unwritable.empty()) {
+    std::fprintf(stderr, "nexctl: changes last only until the font manager ends: %s\n",
+                 platform::OneLine(status.result.unwritable).c_str());
+  }
+  return true;
 }
 
 void Session::AwaitScan() {

@@ -155,7 +155,24 @@ class StampedSnapshot {
   bool isReusable_ = false;
 };
 
+std::vector<std::string> TextsOf(FcStrList* list) {
+  std::vector<std::string> texts;
+  while (const FcChar8* item = FcStrListNext(list)) texts.emplace_back(reinterpret_cast<const char*>(item));
+  FcStrListDone(list);
+  return texts;
+}
+
 }  // namespace
+
+FontServiceSetup GetFontServiceSetup() {
+  FontServiceSetup setup;
+  const Config config = LoadConfig(GetPlaces().fontConfigFile);
+  if (!config) return setup;
+  setup.isReadable = true;
+  setup.configFiles = TextsOf(FcConfigGetConfigFiles(config.get()));
+  setup.folders = TextsOf(FcConfigGetFontDirs(config.get()));
+  return setup;
+}
 
 std::shared_ptr<const FontSnapshot> GetFontSnapshot() {
   static std::mutex sMutex;

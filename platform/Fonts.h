@@ -49,4 +49,12 @@ PLATFORM_API const ActiveFont* FindFace(const FontSnapshot& snapshot, const std:
 PLATFORM_API std::set<std::string> ActivePostScriptNames();
 PLATFORM_API std::vector<ActiveFont> ActiveFonts();
 
+// What the font service goes by, to find out why a font is not active.
+struct FontServiceSetup {
+  bool isReadable = false;  // false: the configuration cannot be read
+  std::vector<std::string> configFiles;
+  std::vector<std::string> folders;  // absolute, with all below them; they need not exist
+};
+PLATFORM_API FontServiceSetup GetFontServiceSetup();
+
 }  // namespace platform

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "agent/include/AgentProtocol.h"
 #include "agent/include/CallTypes.h"
 #include "agent/include/PanelCalls.h"
 #include "agent/include/WorkgroupCalls.h"
@@ -65,6 +66,9 @@ namespace agent_protocol {
   X(KeepActivations)                    \
   X(CreateTopLevelSet)                  \
   X(AddFontsToSets)                     \
+  X(RenameSet)                          \
+  X(DeleteSet)                          \
+  X(RemoveFontsFromSet)                 \
   X(GetSets)                            \
   X(CanExportFonts)                     \
   X(ExportFonts)                        \
@@ -115,10 +119,11 @@ struct Activated {
 struct Hello {
   struct Arguments {
     bool notifications = false;
-    AGENT_FIELDS(notifications)
+    uint32_t protocol = kProtocolVersion;  // the client's
+    AGENT_FIELDS(notifications, protocol)
   };
   struct Result {
-    uint32_t protocol = 0;
+    uint32_t protocol = 0;  // the agent's
     AGENT_FIELDS(protocol)
   };
 };
@@ -184,7 +189,9 @@ struct GetStatus {
     uint32_t fonts = 0;
     std::string activeFolder;  // where active fonts are linked
     bool isDesktop = false;    // active fonts are active for all programs of the user
-    AGENT_FIELDS(isScanning, step, steps, fonts, activeFolder, isDesktop)
+    std::string unwritable;    // why what changes is kept only until the agent ends; empty if it is stored
+    bool isUnwatched = false;  // a folder can't be watched for changes, so libraries are scanned on a timer
+    AGENT_FIELDS(isScanning, step, steps, fonts, activeFolder, isDesktop, unwritable, isUnwatched)
   };
 };
 
@@ -328,6 +335,34 @@ struct AddFontsToSets {
     Numbers setIDs;
     Numbers fontIDs;
     AGENT_FIELDS(setIDs, fontIDs)
+  };
+  using Result = Nothing;
+};
+
+struct RenameSet {
+  struct Arguments {
+    uint32_t setID = 0;
+    std::string name;
+    AGENT_FIELDS(setID, name)
+  };
+  using Result = Nothing;
+};
+
+// Smart lists that name it lose it.
+struct DeleteSet {
+  struct Arguments {
+    uint32_t setID = 0;
+    AGENT_FIELDS(setID)
+  };
+  using Result = Nothing;
+};
+
+// Fonts that are not in the set are ignored.
+struct RemoveFontsFromSet {
+  struct Arguments {
+    uint32_t setID = 0;
+    Numbers fontIDs;
+    AGENT_FIELDS(setID, fontIDs)
   };
   using Result = Nothing;
 };

@@ -18,7 +18,7 @@ namespace agent_protocol {
 inline constexpr const char* kAgentName = "Nexcore";
 inline constexpr const char* kAgentIdentifier = "com.velorant.Nexcore";
 inline constexpr const char* kAgentSocketName = "nexcore.sock";
-inline constexpr int32_t kProtocolVersion = 1;
+inline constexpr uint32_t kProtocolVersion = 2;
 
 // Limits of a request. Its bytes, fewer than in a reply; a longer one ends the connection.
 inline constexpr uint32_t kLongestRequest = 1u << 20;

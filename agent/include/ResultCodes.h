@@ -29,13 +29,14 @@ inline constexpr ResultCode kCantDeactivateSystemFonts = 0x08004001;
 // From either.
 inline constexpr ResultCode kOutOfMemory = 0x06000000;  // no memory, or no further thread
 
+inline constexpr ResultCode kVersionMismatch = 0x0E000000;  // the other side speaks another protocol
+
 // From the library, without the agent.
 inline constexpr ResultCode kNullPointer = 0x05000000;
 inline constexpr ResultCode kMessageTooLarge = 0x03001009;  // more than the agent takes in one request; it was not sent
-inline constexpr ResultCode kVersionMismatch = 0x0E000000;
-inline constexpr ResultCode kInvalidMessage = 0x01004015;  // the agent's reply makes no sense
-inline constexpr ResultCode kReplyTimeout = 0x0200100E;    // the agent runs and does not answer
-inline constexpr ResultCode kAgentNotFound = 0x02002005;   // several relaunches brought no agent
+inline constexpr ResultCode kInvalidMessage = 0x01004015;   // the agent's reply makes no sense
+inline constexpr ResultCode kReplyTimeout = 0x0200100E;     // the agent runs and does not answer
+inline constexpr ResultCode kAgentNotFound = 0x02002005;    // several relaunches brought no agent
 inline constexpr ResultCode kCouldNotOpenFile = 0x02001004;
 inline constexpr ResultCode kCouldNotMakeFolder = 0x03004007;
 // The agent is gone: the connection was lost, or no agent listens. Callers relaunch the agent and ask again.

@@ -53,6 +53,7 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
 FontLibrary::~FontLibrary() = default;
 
 void FontLibrary::Start() {
+  ReportUnwritable();
   if (const std::error_code error = folder_.Prepare()) {
     events_.report("can't make the folder of active fonts: " + platform::DescribeError(error));
   }
@@ -65,6 +66,7 @@ void FontLibrary::Rescan() {
     scanAgain_ = true;  // the change may be in a folder that was scanned already
     return;
   }
+  StoreAgain();
   watch_.BeginScan();
   scanner_.Start();
   lastProgress_ = platform::Clock::Steady();
@@ -98,7 +100,24 @@ void FontLibrary::Step() {
   PostStep();
 }
 
+void FontLibrary::StoreAgain() {
+  try {
+    if (!user_.ReturnToFile()) return;
+    saidUnwritable_ = false;
+    events_.report("user.db can be written again; what changed since is stored");
+  } catch (const StoreError& error) {
+    events_.report(error.what());
+  }
+}
+
+void FontLibrary::ReportUnwritable() {
+  if (user_.Unwritable().empty() || saidUnwritable_) return;
+  saidUnwritable_ = true;
+  events_.report(user_.Unwritable() + "; fonts are served, but what changes is kept only until the agent ends");
+}
+
 void FontLibrary::FinishScan() {
+  ReportUnwritable();
   lastFreshened_ = platform::Clock::Steady();
   WriteScanLog();
   activations_.Reconcile();
@@ -125,6 +144,7 @@ void FontLibrary::FreshenSystemFonts(bool now) {
 }
 
 void FontLibrary::Finish() {
+  StoreAgain();
   activations_.ReleaseAllClients();
   folder_.FinishTouches();
 }

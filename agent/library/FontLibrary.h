@@ -34,7 +34,8 @@ struct LibraryEvents {
 
 class FontLibrary {
  public:
-  // Throws StoreError, with nothing changed, if a database cannot be used.
+  // Throws StoreError, with nothing changed, if a database is damaged or of a later version. One that cannot be written is
+  // used in memory.
   FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events);
   ~FontLibrary();
   FontLibrary(const FontLibrary&) = delete;
@@ -55,9 +56,11 @@ class FontLibrary {
   const FontTable& Table() const { return table_; }
   const Workgroups& Groups() const { return workgroups_; }
   const Scanner& Scans() const { return scanner_; }
+  bool IsUnwatched() const { return watch_.IsUnwatched(); }
   Activations& Active() { return activations_; }
   const Activations& Active() const { return activations_; }
   UserStore& User() { return user_; }
+  const UserStore& User() const { return user_; }
   SmartStore& Smart() { return smart_; }
   RightsStore& Rights() { return rights_; }
   const SmartLists& Lists() const { return lists_; }
@@ -70,6 +73,8 @@ class FontLibrary {
   void Step();
   void FinishScan();
   void WriteScanLog() const;
+  void ReportUnwritable();
+  void StoreAgain();
 
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps check whether this object still exists
   platform::RunLoop& loop_;
@@ -90,6 +95,7 @@ class FontLibrary {
   bool hadProgress_ = false;
   bool scanAgain_ = false;
   double lastFreshened_ = 0;
+  bool saidUnwritable_ = false;
 };
 
 }  // namespace agent

@@ -41,6 +41,8 @@ class LibraryWatch {
   void BeginScan();
   // Does nothing for a watched folder. A deleted folder is removed automatically.
   void Add(const std::string& folder);
+  // True if a folder of the last scan can't be watched.
+  bool IsUnwatched() const { return isUnwatched_; }
 
  private:
   using Identity = std::pair<uint64_t, uint64_t>;  // device and inode; zeros if it is not a folder now

@@ -90,7 +90,8 @@ bool Scanner::Number(Files& files) {
     return true;
   } catch (const StoreError& error) {
     NoteStoreProblem(files.front().path, error);
-    return false;
+    // On a full disk the fonts get IDs for this session.
+    return parts_.user.KeepInMemory(error) && Number(files);
   }
 }
 
@@ -204,6 +205,8 @@ void Scanner::PutFonts(const IndexedFile& file, uint32_t workgroupID) {
 
 // A failure of the index, for example a full disk or a deleted file, only costs time.
 void Scanner::ChangeIndex(const Files& put, const std::vector<std::string>& removed) {
+  // The numbers of a store in memory mean nothing to the next start.
+  if (!parts_.user.Unwritable().empty()) return;
   try {
     parts_.index.Change(put, removed, parts_.user.Revision());
   } catch (const StoreError& error) {

@@ -55,8 +55,10 @@ Agent::~Agent() {
 }
 
 std::error_code Agent::Start() {
-  if (const std::error_code error = platform::MakeFolder(configuration_.DataFolder(), 0700)) return error;
-  if (const std::error_code error = log_.Open(configuration_.DataFolder() + "/agent.log")) return error;
+  // On a full or read-only disk the log goes to standard error only, and the databases are in memory.
+  std::error_code unwritable = platform::MakeFolder(configuration_.DataFolder(), 0700);
+  if (!unwritable) unwritable = log_.Open(configuration_.DataFolder() + "/agent.log");
+  if (unwritable) log_.Write(configuration_.DataFolder() + ": " + platform::DescribeError(unwritable));
   WatchPlace();
   ClearDesktop();
   try {

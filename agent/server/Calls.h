@@ -12,4 +12,12 @@ namespace agent {
 AGENT_FONT_CALLS(AGENT_HANDLER)
 #undef AGENT_HANDLER
 
+// After a change that was asked for: kNotFound, or the news for everybody.
+template <class Call>
+Answer<Call> Changed(FontLibrary& library, bool isDone) {
+  if (!isDone) return kNotFound;
+  library.NoteListsChanged();
+  return calls::Nothing();
+}
+
 }  // namespace agent

@@ -4,10 +4,14 @@
 namespace agent {
 
 Answer<calls::Hello> Agent::Serve(ClientID client, const calls::Hello::Arguments& arguments) {
+  if (arguments.protocol != kProtocolVersion) {
+    log_.Write("a client of protocol " + std::to_string(arguments.protocol) + " was refused");
+    return {kVersionMismatch, {kProtocolVersion}};
+  }
   ClearDesktop();  // a new client is a program that has just started
   clients_[client].wantsNotifications = arguments.notifications;
   KeepRunning();
-  return calls::Hello::Result{static_cast<uint32_t>(kProtocolVersion)};
+  return calls::Hello::Result{kProtocolVersion};
 }
 
 Answer<calls::SetNotifications> Agent::Serve(ClientID client, const calls::SetNotifications::Arguments& arguments) {
@@ -54,6 +58,8 @@ Answer<calls::GetStatus> Agent::Serve(ClientID, const calls::GetStatus::Argument
   if (!library_) return {kInvalidVault, std::move(result)};
   const bool isScanning = library_->Scans().IsRunning();
   const ScanProgress progress = isScanning ? library_->Scans().Progress() : webFonts_.Progress();
+  result.unwritable = library_->User().Unwritable();
+  result.isUnwatched = library_->IsUnwatched();
   result.isScanning = isScanning || webFonts_.IsBusy();
   result.step = static_cast<uint32_t>(progress.step);
   result.steps = static_cast<uint32_t>(progress.steps);

@@ -16,6 +16,8 @@ bool AreAllKnown(const FontLibrary& library, const Numbers& fontIDs) {
   return std::all_of(fontIDs.begin(), fontIDs.end(), [&](uint32_t id) { return library.Table().Find(id) != nullptr; });
 }
 
+bool IsNameGood(const std::string& name) { return !name.empty() && name.size() <= kLongestSetName; }
+
 Numbers WithoutRepeats(const Numbers& ids) {
   Numbers once;
   std::set<uint32_t> taken;
@@ -29,9 +31,8 @@ Numbers WithoutRepeats(const Numbers& ids) {
 
 Answer<calls::CreateTopLevelSet> Serve(FontLibrary& library, ClientID,
                                        const calls::CreateTopLevelSet::Arguments& arguments) {
-  const bool isNameGood = !arguments.name.empty() && arguments.name.size() <= kLongestSetName;
   const Workgroup* workgroup = FindWorkgroup(library.Groups(), arguments.workgroupID);
-  if (!isNameGood || !workgroup || workgroup->type == kSystemType) return kInvalidParam;
+  if (!IsNameGood(arguments.name) || !workgroup || workgroup->type == kSystemType) return kInvalidParam;
   if (!AreAllKnown(library, arguments.fontIDs)) return kNotFound;
   const uint32_t id = library.User().CreateSet(arguments.name, arguments.workgroupID, arguments.fontIDs);
   library.NoteListsChanged();
@@ -46,6 +47,20 @@ Answer<calls::AddFontsToSets> Serve(FontLibrary& library, ClientID, const calls:
   if (!library.User().AddToSets(setIDs, fontIDs)) return kNotFound;
   library.NoteListsChanged();
   return calls::Nothing();
+}
+
+Answer<calls::RenameSet> Serve(FontLibrary& library, ClientID, const calls::RenameSet::Arguments& arguments) {
+  if (!IsNameGood(arguments.name)) return kInvalidParam;
+  return Changed<calls::RenameSet>(library, library.User().RenameSet(arguments.setID, arguments.name));
+}
+
+Answer<calls::DeleteSet> Serve(FontLibrary& library, ClientID, const calls::DeleteSet::Arguments& arguments) {
+  return Changed<calls::DeleteSet>(library, library.User().DeleteSet(arguments.setID));
+}
+
+Answer<calls::RemoveFontsFromSet> Serve(FontLibrary& library, ClientID,
+                                        const calls::RemoveFontsFromSet::Arguments& arguments) {
+  return Changed<calls::RemoveFontsFromSet>(library, library.User().RemoveFromSet(arguments.setID, arguments.fontIDs));
 }
 
 Answer<calls::GetSets> Serve(FontLibrary& library, ClientID, const calls::GetSets::Arguments&) {

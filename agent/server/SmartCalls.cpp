@@ -26,14 +26,6 @@ calls::SmartListDefinition DefinitionOf(SmartList list) {
           std::move(list.query.smartSetIDs)};
 }
 
-// After a change that was asked for: kNotFound, or the news for everybody.
-template <class Call>
-Answer<Call> Changed(FontLibrary& library, bool isDone) {
-  if (!isDone) return kNotFound;
-  library.NoteListsChanged();
-  return calls::Nothing();
-}
-
 }  // namespace
 
 Answer<calls::GetAllSmartLists> Serve(FontLibrary& library, ClientID, const calls::GetAllSmartLists::Arguments&) {

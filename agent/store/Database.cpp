@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include "platform/Files.h"
+
 namespace agent {
 
 namespace {
@@ -18,23 +20,91 @@ bool StoreError::IsDamage() const {
   return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
 }
 
+bool StoreError::IsUnwritable() const {
+  switch (code_ & 0xFF) {
+    case SQLITE_PERM:
+    case SQLITE_READONLY:
+    case SQLITE_IOERR:
+    case SQLITE_FULL:
+    case SQLITE_CANTOPEN: return true;
+    default: return false;
+  }
+}
+
 void Database::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
 void Database::Finalize::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-Database::Database(const std::string& path) : path_(path) {
-  sqlite3* opened = nullptr;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-  const int code = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
-  database_.reset(opened);
-  if (code != SQLITE_OK) throw MakeError(path_, opened, code);
-  sqlite3_extended_result_codes(opened, 1);
-  sqlite3_busy_timeout(opened, 2000);
+Database::Database(const std::string& path, Place place) : path_(path) {
+  if (place == Place::kMemory) {
+    if (platform::FileExists(path_)) database_ = OpenReadOnly();
+    MoveToMemory();
+    return;
+  }
+  database_ = OpenFile();
   Execute("PRAGMA journal_mode=WAL");
   Execute("PRAGMA synchronous=NORMAL");
   Execute("PRAGMA foreign_keys=ON");
 }
 
 Database::~Database() = default;
+
+Database::Handle Database::Open(const std::string& name, int flags) const {
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(name.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  Handle handle(opened);
+  if (code != SQLITE_OK) throw MakeError(path_, opened, code);
+  sqlite3_extended_result_codes(opened, 1);
+  return handle;
+}
+
+Database::Handle Database::OpenFile() const {
+  Handle handle = Open(path_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  sqlite3_busy_timeout(handle.get(), 2000);
+  return handle;
+}
+
+// The companion files of a database on a read-only disk cannot be made. Without them its last changes may be missing.
+Database::Handle Database::OpenReadOnly() {
+  Handle handle = Open(path_, SQLITE_OPEN_READONLY);
+  if (sqlite3_exec(handle.get(), "SELECT 1 FROM sqlite_master", nullptr, nullptr, nullptr) == SQLITE_OK) return handle;
+  isComplete_ = false;
+  std::string name = "file:";
+  for (const char c : path_) name += c == '%' ? "%25" : c == '?' ? "%3f" : c == '#' ? "%23" : std::string(1, c);
+  return Open(name + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+}
+
+void Database::Copy(sqlite3* from, sqlite3* to) const {
+  sqlite3_backup* backup = sqlite3_backup_init(to, "main", from, "main");
+  if (!backup) throw MakeError(path_, to, sqlite3_errcode(to));
+  sqlite3_backup_step(backup, -1);
+  const int code = sqlite3_backup_finish(backup);
+  if (code != SQLITE_OK) throw MakeError(path_, to, code);
+}
+
+bool Database::ReturnToFile() {
+  if (!isComplete_) return false;
+  try {
+    Handle file = OpenFile();
+    Copy(database_.get(), file.get());
+    prepared_.clear();
+    database_ = std::move(file);
+    Execute("PRAGMA journal_mode=WAL");
+    Execute("PRAGMA synchronous=NORMAL");
+    Execute("PRAGMA foreign_keys=ON");
+    return true;
+  } catch (const StoreError& error) {
+    if (error.IsUnwritable()) return false;
+    throw;
+  }
+}
+
+void Database::MoveToMemory() {
+  Handle copy = Open(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  if (database_) Copy(database_.get(), copy.get());
+  prepared_.clear();
+  database_ = std::move(copy);
+  Execute("PRAGMA foreign_keys=ON");
+}
 
 void Database::Execute(const std::string& sql) {
   const int code = sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr);

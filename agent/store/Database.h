@@ -19,6 +19,8 @@ class StoreError : public std::runtime_error {
   StoreError(const std::string& what, int code) : std::runtime_error(what), code_(code) {}
   // The file's content is not a sound database, as opposed to a full disk or a missing right.
   bool IsDamage() const;
+  // The file cannot be written or made: a full or read-only disk, or a missing right.
+  bool IsUnwritable() const;
 
  private:
   int code_;
@@ -27,7 +29,11 @@ class StoreError : public std::runtime_error {
 // A database file, made if missing. All operations throw StoreError.
 class Database {
  public:
-  explicit Database(const std::string& path);
+  enum class Place {
+    kFile,
+    kMemory,  // a copy of the file, if there is one; what changes is lost with this object
+  };
+  explicit Database(const std::string& path, Place place = Place::kFile);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -39,6 +45,11 @@ class Database {
   // Each step is SQL that brings the tables from the version of its place to the next. All that are missing are done, or
   // none; a file of a later version is refused.
   void Migrate(std::span<const char* const> steps);
+  // Goes on with a copy in memory. Call while no statement or transaction is in use.
+  void MoveToMemory();
+  // Stores the copy in the file as a whole and goes on there. Returns false, with the file unchanged, if it still cannot be
+  // written, or if the copy may lack something that is in the file.
+  bool ReturnToFile();
   // Looks through the whole file; throws if it is damaged.
   void Check();
   void ReleaseMemory();  // that only makes the next questions faster
@@ -57,7 +68,14 @@ class Database {
   };
   using Prepared = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-  std::unique_ptr<sqlite3, Close> database_;
+  using Handle = std::unique_ptr<sqlite3, Close>;
+  Handle Open(const std::string& name, int flags) const;
+  Handle OpenReadOnly();
+  Handle OpenFile() const;
+  void Copy(sqlite3* from, sqlite3* to) const;
+
+  Handle database_;
+  bool isComplete_ = true;  // the copy in memory has everything that is in the file
   // By their SQL, those that are not in use: to prepare one takes longer than to run it.
   std::multimap<std::string, Prepared, std::less<>> prepared_;
 };

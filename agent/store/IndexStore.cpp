@@ -171,8 +171,18 @@ void IndexStore::Replace(const StoreError& damage) {
 }
 
 void IndexStore::Open() {
+  try {
+    OpenIn(Database::Place::kFile);
+  } catch (const StoreError& error) {
+    if (!error.IsUnwritable()) throw;
+    report_(std::string(error.what()) + "; the index is kept in memory");
+    OpenIn(Database::Place::kMemory);
+  }
+}
+
+void IndexStore::OpenIn(Database::Place place) {
   revision_ = 0;
-  database_ = std::make_unique<Database>(path_);
+  database_ = std::make_unique<Database>(path_, place);
   if (database_->Version() == kIndexVersion) {
     Statement find(*database_, "SELECT revision FROM numbers");
     if (find.Step()) revision_ = find.Integer(0);

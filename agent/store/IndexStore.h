@@ -61,6 +61,7 @@ class IndexStore {
 
  private:
   void Open();
+  void OpenIn(Database::Place place);
   void Replace(const StoreError& damage);
   std::string path_;
   std::function<void(const std::string&)> report_;

@@ -57,9 +57,37 @@ bool IsStillThere(const std::string& path, const FileIdentity& identity) {
 
 }  // namespace
 
-UserStore::UserStore(const std::string& path) : database_(path) {
+Database UserStore::OpenOrCopy(const std::string& path, std::string& unwritable) {
+  try {
+    return Database(path);
+  } catch (const StoreError& error) {
+    if (!error.IsUnwritable()) throw;
+    unwritable = error.what();
+  }
+  return Database(path, Database::Place::kMemory);
+}
+
+bool UserStore::KeepInMemory(const StoreError& error) {
+  if (!error.IsUnwritable() || !unwritable_.empty()) return false;
+  database_.MoveToMemory();
+  unwritable_ = error.what();
+  return true;
+}
+
+bool UserStore::ReturnToFile() {
+  if (unwritable_.empty() || !database_.ReturnToFile()) return false;
+  unwritable_.clear();
+  return true;
+}
+
+UserStore::UserStore(const std::string& path) : database_(OpenOrCopy(path, unwritable_)) {
   database_.Check();
-  database_.Migrate(kMigrations);
+  try {
+    database_.Migrate(kMigrations);
+  } catch (const StoreError& error) {
+    if (!KeepInMemory(error)) throw;
+    database_.Migrate(kMigrations);
+  }
 }
 
 // Finds the font that this place had at the last scan. Returns false if there was none.
@@ -201,13 +229,41 @@ uint32_t UserStore::CreateSet(const std::string& name, uint32_t workgroupID, con
   return id;
 }
 
+bool UserStore::HasSet(uint32_t id) {
+  Statement find(database_, "SELECT 1 FROM sets WHERE id=?");
+  return find.Bind(1, int64_t{id}).Step();
+}
+
+bool UserStore::RenameSet(uint32_t id, const std::string& name) {
+  if (!HasSet(id)) return false;
+  Statement(database_, "UPDATE sets SET name=? WHERE id=?").Bind(1, name).Bind(2, int64_t{id}).Run();
+  return true;
+}
+
+bool UserStore::DeleteSet(uint32_t id) {
+  Transaction transaction(database_);
+  if (!HasSet(id)) return false;
+  // Kind 2 is a set, as in SmartStore.cpp.
+  Statement(database_, "DELETE FROM smart_list_members WHERE kind=2 AND member=?").Bind(1, int64_t{id}).Run();
+  Statement(database_, "DELETE FROM set_fonts WHERE set_id=?").Bind(1, int64_t{id}).Run();
+  Statement(database_, "DELETE FROM sets WHERE id=?").Bind(1, int64_t{id}).Run();
+  transaction.Commit();
+  return true;
+}
+
+bool UserStore::RemoveFromSet(uint32_t id, const std::vector<uint32_t>& fontIDs) {
+  Transaction transaction(database_);
+  if (!HasSet(id)) return false;
+  Statement remove(database_, "DELETE FROM set_fonts WHERE set_id=? AND font=?");
+  for (const uint32_t font : fontIDs) remove.Bind(1, int64_t{id}).Bind(2, int64_t{font}).Run();
+  transaction.Commit();
+  return true;
+}
+
 bool UserStore::AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs) {
   Transaction transaction(database_);
-  Statement find(database_, "SELECT 1 FROM sets WHERE id=?");
   for (const uint32_t id : setIDs) {
-    const bool exists = find.Bind(1, int64_t{id}).Step();
-    find.Reset();
-    if (!exists) return false;
+    if (!HasSet(id)) return false;
     AppendToSet(id, fontIDs);
   }
   transaction.Commit();

@@ -20,11 +20,20 @@ struct FontSet {
   std::vector<uint32_t> fontIDs;
 };
 
-// All functions throw StoreError. What returned has been stored.
+// All functions throw StoreError. What returned has been stored, unless the store is in memory.
 class UserStore {
  public:
   // Also throws if the file is damaged or of a later version than this program's.
+  // If the file cannot be written, the store is a copy of it in memory.
   explicit UserStore(const std::string& path);
+
+  // Goes on in memory, because of this error. Returns false, with nothing changed, if it is another kind of error or the store
+  // is in memory already.
+  bool KeepInMemory(const StoreError& error);
+  // Stores what is in memory if the file can be written again. Returns true if that has just happened.
+  bool ReturnToFile();
+  // Why what changes is kept in memory only and lost with this object; empty if it is stored.
+  const std::string& Unwritable() const { return unwritable_; }
 
   // Returns a lasting ID, above 0 and below 2^31. It means one face with one content (its name, version and checksums),
   // because clients keep the record of an ID for good. A file that was moved within its file system keeps its IDs, and a
@@ -43,6 +52,10 @@ class UserStore {
   uint32_t CreateSet(const std::string& name, uint32_t workgroupID, const std::vector<uint32_t>& fontIDs);
   // Returns false, with nothing changed, if one of the sets does not exist.
   bool AddToSets(const std::vector<uint32_t>& setIDs, const std::vector<uint32_t>& fontIDs);
+  // These return false, with nothing changed, if the set does not exist.
+  bool RenameSet(uint32_t id, const std::string& name);
+  bool DeleteSet(uint32_t id);  // smart lists that name it lose it
+  bool RemoveFromSet(uint32_t id, const std::vector<uint32_t>& fontIDs);
   std::vector<FontSet> Sets();
   // After the workgroup was deleted: its sets go to `heir`, smart lists lose it, and so do the rights.
   void ForgetWorkgroup(uint32_t id, uint32_t heir);
@@ -65,7 +78,11 @@ class UserStore {
   void PutFont(uint32_t id, const std::string& path, const FontFace& face, const FileIdentity& identity);
   void DisplaceFont(uint32_t id);
   void TakeOver(uint32_t former, uint32_t id);
+  bool HasSet(uint32_t id);
   void AppendToSet(uint32_t setID, const std::vector<uint32_t>& fontIDs);
+  static Database OpenOrCopy(const std::string& path, std::string& unwritable);
+
+  std::string unwritable_;
   Database database_;
 };
 

@@ -180,8 +180,29 @@ int StatusOf(const std::string& command) { return WEXITSTATUS(std::system((comma
 TEST_F(AgentLife, OneAgentServesAStateFolder) {
   FontNamed("LiberationSerif-Bold");
   const int process = RawClient(state_ / "run").AgentProcess();
-  EXPECT_EQ(StatusOf(APP_DIR "/agent/Nexcore " + state_.Path()), 0);
+  fs::create_directory_symlink(state_.Path(), fonts_ / "other name");
+  for (const std::string& folder : {state_.Path(), "'" + fonts_ / "other name'"}) {
+    EXPECT_EQ(StatusOf(APP_DIR "/agent/Nexcore " + folder), 0) << folder;
+  }
   EXPECT_EQ(RawClient(state_ / "run").AgentProcess(), process);
+}
+
+// Also if they start together.
+TEST_F(AgentRing, OfSeveralAgentsThatStartTogetherOneStays) {
+  const std::string start = "( " APP_DIR "/agent/Nexcore " + state_.Path() + "; echo $? ) & ";
+  EXPECT_EQ(StatusOf("{ " + start + start + start + "} | { read one; read two; test $one$two = 00; }"), 0);
+  EXPECT_NE(RawClient(state_ / "run").AgentProcess(), 0);
+}
+
+TEST_F(AgentLife, AClientOfAnotherProtocolIsRefusedAndHarmsNobody) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  ASSERT_EQ(Activate({serif}), 1u);
+  RawClient other(state_ / "run");
+  const Json reply = other.Hello(agent_protocol::kProtocolVersion + 1);
+  EXPECT_EQ(reply["code"], agent_protocol::kVersionMismatch);
+  EXPECT_EQ(reply["result"]["protocol"], agent_protocol::kProtocolVersion);
+  EXPECT_EQ(other.Ask("SetNotifications", {{"wanted", true}})["code"], agent_protocol::kInvalidParam);
+  EXPECT_TRUE(IsActive(serif));
 }
 
 TEST_F(AgentRing, AStartThatCanNotBeSaysWhyAndFails) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 #include "platform/LocalSocket.h"
 #include "support/TempFolder.h"
@@ -54,6 +55,10 @@ class RawClient {
   explicit RawClient(const std::string& runtimeFolder);
   // Sends a request and reads up to its reply. Stores notifications in between in `notifications`.
   Json Ask(const std::string& call, const Json& arguments = Json::object());
+  // Becomes a client that wants notifications. Returns the reply.
+  Json Hello(uint32_t protocol = agent_protocol::kProtocolVersion) {
+    return Ask("Hello", {{"notifications", true}, {"protocol", protocol}});
+  }
   // The oldest notification that was not taken yet; waits for one. Null if none comes.
   Json Next();
   void SendBytes(const std::string& bytes) const;

@@ -193,7 +193,7 @@ TEST_F(FontLibraryTest, AnUnchangedFileIsNotReadAgainAndAChangedOneIs) {
   EXPECT_NE(IDOf("LiberationMono-Bold"), id);
 }
 
-TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
+TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsNothingOnceThereIsRoomAgain) {
   fonts_.Write("a.ttf", Bytes(kBold));
   Start();
   fonts_.Write("b.otf", Bytes(kOpenType + "NimbusSans-Bold.otf"));
@@ -203,10 +203,15 @@ TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsOnlyWhatIsNew) {
   }
   EXPECT_THAT(Problems(), ElementsAre(HasSubstr("user.db: ")));
   EXPECT_NE(IDOf("LiberationSerif-Bold"), 0u);
-  EXPECT_EQ(IDOf("NimbusSans-Bold"), 0u);
+  const uint32_t fresh = IDOf("NimbusSans-Bold");
+  EXPECT_NE(fresh, 0u);
+  library_->User().CreateSet("Made in memory", kFontLibraryID, {fresh});
   Rescan();
   EXPECT_THAT(Problems(), IsEmpty());
-  EXPECT_NE(IDOf("NimbusSans-Bold"), 0u);
+  EXPECT_EQ(library_->User().Unwritable(), "");
+  Start();
+  EXPECT_EQ(IDOf("NimbusSans-Bold"), fresh);
+  EXPECT_THAT(library_->User().Sets(), testing::SizeIs(1));
 }
 
 // After a failure everything is as before.
@@ -427,7 +432,10 @@ TEST_F(FontLibraryTest, TheAgentTellsItsClientsHowFarAScanIs) {
   const platform::Descriptor client =
       platform::ConnectLocal(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName, error);
   ASSERT_FALSE(platform::SendMessage(
-      client.Get(), Json{{"id", 1}, {"call", "Hello"}, {"arguments", {{"notifications", true}}}}.dump()));
+      client.Get(), Json{{"id", 1},
+                         {"call", "Hello"},
+                         {"arguments", {{"notifications", true}, {"protocol", agent_protocol::kProtocolVersion}}}}
+                        .dump()));
   std::vector<Json> heard;
   loop_.WatchDescriptor(client.Get(), [&] {
     std::string text;

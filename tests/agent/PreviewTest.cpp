@@ -61,7 +61,7 @@ TEST_F(Preview, NamesAreDrawnInTwoSizesAndKept) {
   Launch();
   const uint32_t font = FontNamed("LiberationSerif-Bold");
   RawClient client(state_ / "run");
-  client.Ask("Hello", {{"notifications", true}});
+  client.Hello();
   const Json first = Ask(client, {font}, {})[std::to_string(font)];
   const std::string png = platform::DecodeBase64(first["pngBytes"].get<std::string>()).value();
   EXPECT_EQ(png, debian_fonts::Bytes(first["pngFilename"]));
@@ -101,7 +101,7 @@ TEST_F(Preview, FontsThatCannotShowTheirNameGetAMarkedOne) {
   }
   fs::last_write_time(fonts_ / "broken.ttf", time);
   RawClient client(state_ / "run");
-  client.Ask("Hello", {{"notifications", true}});
+  client.Hello();
   const Json pictures = Ask(client, {whole}, {symbols, broken});
   for (const uint32_t font : {symbols, broken, whole}) {
     const Json& picture = pictures[std::to_string(font)];

@@ -34,8 +34,13 @@ class StandIn {
   using Answers = std::function<bool(const std::string& call)>;
 
   // Hangs up at the first `hangUps` requests, like an agent that is being killed.
-  StandIn(Descriptor socket, bool isListening, Answers answers, int hangUps = 0)
-      : socket_(std::move(socket)), isListening_(isListening), answers_(std::move(answers)), hangUps_(hangUps) {
+  StandIn(Descriptor socket, bool isListening, Answers answers, int hangUps = 0,
+          uint32_t protocol = agent_protocol::kProtocolVersion)
+      : socket_(std::move(socket)),
+        isListening_(isListening),
+        answers_(std::move(answers)),
+        hangUps_(hangUps),
+        protocol_(protocol) {
     EXPECT_EQ(pipe(stop_), 0);
     thread_ = std::thread([this] { Serve(); });
   }
@@ -95,8 +100,8 @@ class StandIn {
     if (answers_(request["call"])) Reply(socket, request["id"]);
     return true;
   }
-  static void Reply(int socket, uint64_t id) {
-    const Json result = {{"protocol", agent_protocol::kProtocolVersion}, {"value", 1}};
+  void Reply(int socket, uint64_t id) const {
+    const Json result = {{"protocol", protocol_}, {"value", 1}};
     platform::SendMessage(socket, Json{{"id", id}, {"code", 0}, {"result", result}}.dump());
   }
 
@@ -104,6 +109,7 @@ class StandIn {
   const bool isListening_;
   const Answers answers_;
   int hangUps_;  // left
+  const uint32_t protocol_;
   int stop_[2] = {};
   mutable std::mutex mutex_;
   std::condition_variable changed_;
@@ -240,6 +246,12 @@ TEST_F(SilentAgent, AtTheGreetingIsNoReasonToRelaunchEither) {
   const StandIn agent(std::move(listening), true, AnswerAll);
   AwaitVoice();
   EXPECT_EQ(Ask(), kSuccess);
+}
+
+TEST_F(SilentAgent, OfAnotherProtocolIsAskedNothingMore) {
+  const StandIn agent(Listen(), true, AnswerAll, 0, agent_protocol::kProtocolVersion + 1);
+  EXPECT_EQ(Ask(), uint32_t{agent_protocol::kVersionMismatch});
+  EXPECT_EQ(agent.Heard(), std::vector<std::string>{"Hello"});
 }
 
 TEST_F(SilentAgent, ThatEndsIsAnAgentThatIsGone) {

@@ -62,6 +62,13 @@ const Row kSession[] = {
     {"set create Titles LiberationSerif-Bold", 0, "id\n1\n"},
     {"set add 1 LiberationSerif-Bold", 0, ""},
     {"set list", 0, "Titles"},
+    {"set rename 1 Headlines", 0, ""},
+    {"set list", 0, "1   Headlines  "},
+    {"set remove 1 LiberationSerif-Bold", 0, ""},
+    {"set list", 0, "1   Headlines  \n"},
+    {"set add 1 LiberationSerif-Bold", 0, ""},
+    {"set create Short", 0, "id\n2\n"},
+    {"set delete 2", 0, ""},
     {"smartset create 'Bold ones' weight = 700", 0, "id\n1\n"},
     {"smartset change 1 Bold weight '>=' 700", 0, ""},
     {"smartset list", 0, "weight >= 700"},
@@ -86,7 +93,7 @@ const Row kSession[] = {
     {"fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold.ttf"},
     {"workgroup create Client \"$FONTS/client\"", 0, "id\n11\n"},
     {"library list", 0, "11         Client"},
-    {"--workgroup 11 set create Titles", 0, "id\n2\n"},
+    {"--workgroup 11 set create Titles", 0, "id\n3\n"},
     {"--workgroup 11 library remove \"$FONTS/client\"", 0, ""},
     {"--workgroup 11 library add \"$FONTS/client\"", 0, ""},
     {"workgroup rename 11 Customer", 0, ""},
@@ -126,6 +133,7 @@ TEST_F(Nexctl, MistakesAreExplained) {
       {"smartset create X weight", 2, "operator is expected"},
       {"smartlist create X kind:3", 2, "workgroup:ID"},
       {"smartlist rename 2 X", 1, "refuses"},
+      {"set delete 500", 1, "no such"},
       {"smartlist delete 500", 1, "no such"},
       {"show Nonesuch", 1, "no font Nonesuch"},
       {"show 999999", 1, "no font 999999"},
@@ -159,6 +167,58 @@ TEST_F(Nexctl, OneTableDescribesIt) {
     EXPECT_THAT(manual, HasSubstr(escaped)) << word;
     EXPECT_THAT(completion, HasSubstr(word)) << word;
   }
+}
+
+TEST_F(Nexctl, DoctorNamesWhatIsWrongAndHowToMendIt) {
+  EXPECT_EQ(Run("doctor").output, "nothing is wrong\n");
+  ASSERT_EQ(Run("activate LiberationSerif-Bold").status, 0);
+  const std::string conf = folder_ / "state/fonts.conf", active = folder_ / "state/active";
+  const std::string rest = "<cachedir>" + folder_ / "state/cache" + "</cachedir></fontconfig>";
+  const std::string reads = "<fontconfig><dir>" + active + "</dir>";
+  const std::string rejects = "<selectfont><rejectfont><glob> " + active + "/*</glob></rejectfont></selectfont>";
+  const std::string hides =
+      "<selectfont><rejectfont><pattern><patelt name='family'><string>Liberation Serif</string></patelt></pattern>"
+      "</rejectfont></selectfont>";
+  const struct {
+    std::string conf;
+    const char* problem;
+    const char* mend;
+  } rows[] = {
+      {"<fontconfig>" + rest, "does not read the folder of active fonts", "<dir>"},
+      {reads + rejects + rest, "rejects", "remove that <rejectfont>"},
+      {reads + hides + rest, "does not list an active font", "<selectfont>"},
+      {"<fontconfig><dir>", "cannot read its configuration", "repair"},
+  };
+  for (const auto& row : rows) {
+    folder_.Write("state/fonts.conf", row.conf);
+    const Outcome outcome = Run("doctor");
+    EXPECT_EQ(outcome.status, 1) << row.problem;
+    EXPECT_THAT(outcome.output, HasSubstr(row.problem));
+    EXPECT_THAT(outcome.output, HasSubstr(row.mend));
+  }
+  folder_.Write("state/fonts.conf", reads + rest);
+  std::filesystem::rename(folder_ / "fonts", folder_ / "elsewhere");
+  EXPECT_THAT(Run("--json doctor").output, HasSubstr("library remove"));
+  EXPECT_THAT(Run("--state /nonexistent/folder doctor").output, HasSubstr("no state folder"));
+}
+
+// `script` gives the program a terminal, which answers with what is on its own input.
+TEST_F(Nexctl, ShowsAPictureAsTheTerminalCan) {
+  const test_support::ScopedVariable type("TERM", "xterm"), program("TERM_PROGRAM", ""),
+      none("KITTY_WINDOW_ID", std::nullopt);
+  ASSERT_EQ(Run("fonts").status, 0);
+  const std::string show = "'" APP_DIR "/nexctl/nexctl' --state '" + folder_ / "state" + "' show LiberationSerif-Bold";
+  const auto onTerminal = [&](const std::string& answer) {
+    const std::string words = "printf '" + answer + "' | script -qec \"" + show + "\" /dev/null";
+    return test_support::RunLine(words, folder_).output;
+  };
+  EXPECT_THAT(onTerminal(""), HasSubstr("\u2588"));
+  EXPECT_THAT(onTerminal("\\033[?62;4;22c"), testing::AllOf(HasSubstr("\033Pq#"), testing::Not(HasSubstr("\u2588"))));
+  {
+    const test_support::ScopedVariable kitty("KITTY_WINDOW_ID", "1");
+    EXPECT_THAT(onTerminal(""), HasSubstr("\033_Ga=T"));
+  }
+  EXPECT_THAT(Run("show LiberationSerif-Bold").output, testing::Not(HasSubstr("\u2588")));
 }
 
 TEST_F(Nexctl, WritesJSONALine) {
