@@ -7,7 +7,6 @@
 #include <deque>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <set>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -46,7 +45,7 @@ using Response = http::response<http::string_body>;
 using SharedText = std::shared_ptr<const std::string>;
 
 constexpr int kMostConnections = 64;
-constexpr size_t kMostPages = 8;
+constexpr uint16_t kReplacedCode = 4001;  // known to the page
 constexpr uint32_t kLongestHead = 16 << 10;
 constexpr size_t kLongestMessage = 1 << 20;
 constexpr size_t kMostUnread = 16 << 20;
@@ -70,17 +69,16 @@ auto Into(error_code& error) { return asio::redirect_error(asio::use_awaitable, 
 
 std::string_view View(beast::string_view text) { return {text.data(), text.size()}; }
 
-// Counts a connection or page until the end of the scope.
-template <class Enter, class Leave>
-class Registered {
+// Counts a connection until the end of the scope.
+class Counted {
  public:
-  Registered(Enter enter, Leave leave) : leave_(std::move(leave)) { enter(); }
-  ~Registered() { leave_(); }
-  Registered(const Registered&) = delete;
-  Registered& operator=(const Registered&) = delete;
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  ~Counted() { --count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
 
  private:
-  Leave leave_;
+  int& count_;
 };
 
 // The WebSocket of one page. Lives as long as its reader or a write.
@@ -103,6 +101,10 @@ class Page : public std::enable_shared_from_this<Page> {
     queue_.push_back(text);
     if (queue_.size() == 1) Write();
     return true;
+  }
+  // Tells the page that another one has taken its place. Its reader ends when it has answered.
+  void Replace() {
+    socket_.async_close(static_cast<websocket::close_code>(kReplacedCode), [self = shared_from_this()](error_code) {});
   }
   void Disconnect() {
     error_code ignored;
@@ -160,7 +162,7 @@ class PanelServer::Impl {
   // The rest belongs to the server's thread.
   int connections_ = 0;
   int logged_ = 0;
-  std::set<std::shared_ptr<Page>> pages_;
+  std::shared_ptr<Page> page_;  // null while none is connected
   asio::io_context io_{1};
   Tcp::acceptor acceptor_{io_};
   std::thread thread_;
@@ -181,7 +183,7 @@ PanelServer::Impl::~Impl() {
   main_->isClosed = true;
   io_.stop();
   thread_.join();
-  pages_.clear();
+  page_.reset();
 }
 
 // A coroutine ends by itself when its connection does. An exception that leaves one is a fault of ours, and is not hidden.
@@ -217,7 +219,7 @@ asio::awaitable<void> PanelServer::Impl::Accept() {
 }
 
 asio::awaitable<void> PanelServer::Impl::Serve(beast::tcp_stream stream) {
-  const Registered counted([this] { ++connections_; }, [this] { --connections_; });
+  const Counted counted(connections_);
   beast::flat_buffer buffer;
   for (bool goesOn = true; goesOn;) {
     http::request_parser<http::empty_body> parser;
@@ -250,15 +252,11 @@ asio::awaitable<void> PanelServer::Impl::Serve(beast::tcp_stream stream) {
 }
 
 asio::awaitable<void> PanelServer::Impl::ServePage(beast::tcp_stream stream, Request request) {
-  if (pages_.size() >= kMostPages) {
-    Log("refused a page: too many are open");
-    co_return;
-  }
   const auto page = std::make_shared<Page>(std::move(stream));
   error_code error;
   co_await page->Socket().async_accept(request, Into(error));
   if (error) co_return;
-  const Registered counted([&] { pages_.insert(page); }, [&] { pages_.erase(page); });
+  if (const auto older = std::exchange(page_, page)) older->Replace();
   beast::flat_buffer buffer;
   for (;;) {
     co_await page->Socket().async_read(buffer, Into(error));
@@ -273,6 +271,7 @@ asio::awaitable<void> PanelServer::Impl::ServePage(beast::tcp_stream stream, Req
     Log("a page was disconnected: " + error.message());
   }
   page->Disconnect();
+  if (page_ == page) page_.reset();
 }
 
 bool PanelServer::Impl::Deliver(const std::string& message) {
@@ -295,11 +294,10 @@ void PanelServer::Impl::Send(const std::string& type, const std::string& data) {
   using nlohmann::json;
   const auto text = std::make_shared<const std::string>(event.dump(-1, ' ', false, json::error_handler_t::replace));
   asio::post(io_, [this, text] {
-    for (const auto& page : pages_) {
-      if (page->Send(text)) continue;
-      Log("disconnected a page: it does not read what it is sent");
-      page->Disconnect();
-    }
+    if (!page_ || page_->Send(text)) return;
+    Log("disconnected a page: it does not read what it is sent");
+    page_->Disconnect();
+    page_.reset();
   });
 }
 

@@ -2,9 +2,12 @@
 // ReadableFiles allows, and a WebSocket with the events of the extension service: text messages
 // {"type": TYPE, "data": TEXT} in both directions.
 //
+// There is one page: a newer one takes the place of an older one, which is told so with the close code 4001. The messages
+// name no receiver, and two pages would take each other's answers.
+//
 // The address has a random token, without which nobody gets anything. The server has a thread of its own and never makes
 // the run loop wait: a page that does not read, does not answer or sends too much is disconnected. Its limits: 64
-// connections, 8 pages, 16 KiB for the head of a request, 1 MiB for a message from a page, 16 MiB that a page has not
+// connections, 16 KiB for the head of a request, 1 MiB for a message from a page, 16 MiB that a page has not
 // read, 30 seconds of silence.
 #pragma once
 
@@ -34,7 +37,7 @@ class PanelServer {
 
   std::string Address() const;  // "http://127.0.0.1:PORT/TOKEN/"
 
-  // Sends an event to all pages that are connected now. Does not wait.
+  // Sends an event to the page, if one is connected. Does not wait.
   void Send(const std::string& type, const std::string& data);
 
  private:

@@ -1,0 +1,194 @@
+// Puts the page together.
+import {Activation} from './activation.js';
+import {FontBrowser, settled} from './browser.js';
+import {FontView, problemOf} from './fontview.js';
+import {Link} from './link.js';
+import {ListDialog} from './listdialog.js';
+import {Lists} from './lists.js';
+import {Message} from './messages.js';
+import {Notices} from './notices.js';
+import {Parts, partID} from './parts.js';
+import {Previews} from './previews.js';
+import {Samples} from './samples.js';
+import {Session} from './session.js';
+import {Sidebar} from './sidebar.js';
+import {fillTexts, loadTexts, t} from './texts.js';
+
+const element = (id) => document.getElementById(id);
+
+// Remembers a field while the page is reloaded.
+function remember(id) {
+  const field = element(id);
+  field.value = sessionStorage.getItem(id) ?? field.value;
+  field.addEventListener('change', () => sessionStorage.setItem(id, field.value));
+  return field;
+}
+
+function connectTools({view, browser, samples, parts, lists}) {
+  const sample = remember('sample'), size = remember('size'), order = remember('sort');
+  const useSample = () => {
+    samples.text = sample.value.trim();
+    view.refresh(() => true);
+  };
+  sample.addEventListener('input', useSample);
+  size.addEventListener('input', () => view.setScale(Number(size.value)));
+  order.addEventListener('change', () => (browser.order = order.value));
+  element('search').addEventListener('input', (event) => browser.want({words: event.target.value}));
+  useSample();
+  view.setScale(Number(size.value));
+  browser.order = order.value;
+
+  const fillChoice = (select, options) => {
+    const value = select.value;
+    select.replaceChildren(new Option(t('filter.any'), ''), ...options.map(([key, text]) => new Option(text, key)));
+    select.value = options.some(([key]) => key === value) ? value : '';
+  };
+  const showFilters = () => {
+    const count = ['location', 'active', 'library'].filter((id) => element(`filter-${id}`).value).length;
+    element('filter-count').textContent = count || '';
+    element('filter-clear').hidden = count === 0;
+  };
+  const useFilters = () => {
+    browser.want({
+      location: element('filter-location').value,
+      state: element('filter-active').value,
+      library: parts.fontIDsOf(element('filter-library').value),
+    });
+    showFilters();
+  };
+  fillChoice(element('filter-active'), [['active', t('state.active')], ['inactive', t('state.inactive')]]);
+  fillChoice(element('filter-location'), []);
+  fillChoice(element('filter-library'), []);
+  element('filters').addEventListener('change', useFilters);
+  element('filter-clear').addEventListener('click', () => {
+    for (const id of ['location', 'active', 'library']) element(`filter-${id}`).value = '';
+    useFilters();
+  });
+  element('filter-details').addEventListener('toggle', async (event) => {
+    if (!event.target.open) return;
+    fillChoice(element('filter-location'), browser.locations().map((word) => [word, t(`location.${word}`)]));
+    await lists.learnParts();
+    const libraries = await parts.discover(['workgroup']);
+    fillChoice(element('filter-library'), libraries.map((part) => [partID(part), parts.nameOf(part)]));
+  });
+}
+
+// The bar below the list says what the row says, and has its actions, for those who don't use a mouse.
+function connectDetails({view, browser, activation}) {
+  const bar = element('details');
+  let current = null;
+  const show = () => {
+    bar.hidden = !current;
+    if (!current) return;
+    const state = current.isMissing ? 'missing' : current.isActive ? 'active' : 'inactive';
+    bar.querySelector('.name').textContent = current.displayName;
+    const place = current.location ? t(`location.${current.location}`) : '';
+    bar.querySelector('.facts').textContent = [current.postscriptName, place, t(`state.${state}`)].filter(Boolean).join(' · ');
+    bar.querySelector('.problem').textContent = problemOf(current);
+    element('details-activate').hidden = current.isActive || current.isMissing;
+    element('details-activate').textContent = t(current.conflict ? 'font.tryAgain' : 'font.activateFamily');
+    element('details-other').hidden = !browser.table.get(current.conflict?.id);
+  };
+  element('details-activate').addEventListener('click', () => activation.activate(current));
+  element('details-other').addEventListener('click', () => view.reveal(browser.table.get(current.conflict.id)));
+  view.onCurrent = (font) => {
+    current = font;
+    show();
+  };
+  return show;
+}
+
+function connectWebFonts(link, notices) {
+  const box = element('web-fonts'), button = element('web-fonts-on');
+  let isOn = false;
+  const show = () => {
+    button.hidden = isOn;
+    box.querySelector('.text').textContent = isOn ? t('webFonts.on') : t('webFonts');
+  };
+  const set = (value) => {
+    isOn = value;
+    show();
+  };
+  link.on(Message.canAccessWebFonts, ({canAccessGoogleFonts}) => (box.hidden = !canAccessGoogleFonts));
+  link.on(Message.areWebFontsEnabled, ({isEnabled}) => set(isEnabled !== 0));
+  link.on(Message.webFontsEnabled, () => set(true));
+  link.on(Message.webFontsDisabled, () => set(false));
+  link.on(Message.enableWebFonts, ({returnCode}) => returnCode === 0 || notices.say(t('webFonts.failed')));
+  button.addEventListener('click', () => link.send(Message.enableWebFonts));
+}
+
+// The panel's size is the plug-in's to remember. Only a window without a browser around it can take it up again.
+function connectSize(link) {
+  link.on(Message.getDimensions, ({width, height}) => {
+    if (!window.menubar.visible && width > 0 && height > 0) window.resizeTo(width, height);
+  });
+  const tell = settled(() => link.send(Message.setDimensions, {windowWidth: innerWidth, windowHeight: innerHeight}));
+  addEventListener('resize', tell);
+}
+
+async function start() {
+  await loadTexts();
+  document.title = t('title');
+  fillTexts(document);
+  for (const template of document.querySelectorAll('template')) fillTexts(template.content);
+
+  const notices = new Notices();
+  const address = new URL('events', document.baseURI.replace(/^http/, 'ws'));
+  const link = new Link(address, {onState: (state) => session.setConnection(state), onAgent: (isRunning) => session.setAgent(isRunning)});
+  const parts = new Parts(link);
+  const samples = new Samples((ids) => view.refresh((font) => ids.has(font.id)));
+  const previews = new Previews(link, (ids) => view.refresh((font) => ids.has(font.id)));
+  const view = new FontView({
+    previews,
+    samples,
+    onActivate: (font) => activation.activate(font),
+    onCurrent: () => {},
+    onInView: (visible, near) => previews.ask(visible, near),
+  });
+  const lists = new Lists(link, parts, {
+    onChange: () => sidebar.show(),
+    onSelect: (listID) => {
+      previews.listID = listID;
+      browser.open(listID);
+    },
+  });
+  const browser = new FontBrowser(link, lists, view);
+  const activation = new Activation(link, browser.table, notices, (ids) => {
+    view.refresh((font) => ids.has(font.id));
+    showDetails();
+  });
+  const dialog = new ListDialog(lists, parts);
+  const sidebar = new Sidebar(lists, {
+    onEdit: (list) => dialog.open(list),
+    onDelete: async (list) => {
+      const undo = await lists.remove(list);
+      notices.say(t('list.deleted', {name: list.smartListName}), {text: t('undo'), act: undo});
+    },
+  });
+  const showDetails = connectDetails({view, browser, activation});
+  connectTools({view, browser, samples, parts, lists});
+  connectWebFonts(link, notices);
+  connectSize(link);
+  link.on([Message.fontActivated, Message.fontDeactivated], ({fontIDs}) => samples.forget(fontIDs));
+  link.on([Message.fontActivated, Message.fontDeactivated, Message.fontMissing, Message.fontNonCompliant], showDetails);
+  for (const button of document.querySelectorAll('.new-list')) button.addEventListener('click', () => dialog.open(null));
+  addEventListener('keydown', (event) => {
+    const isTyping = event.target.matches('input:not([type=range]):not([type=checkbox]), select');
+    if (!(event.key === '/' && !isTyping) && !(event.key === 'f' && (event.ctrlKey || event.metaKey))) return;
+    event.preventDefault();
+    element('search').select();
+  });
+
+  const session = new Session(link, notices, {
+    onReady: () => {
+      for (const id of [Message.getDimensions, Message.getDropDown, Message.canAccessWebFonts, Message.areWebFontsEnabled]) link.send(id);
+      lists.load();
+      browser.start();
+    },
+    onLost: () => previews.forgetAsked(),
+    onStopped: () => browser.reload(),
+  });
+  link.connect();
+}
+
+start();

@@ -1,0 +1,284 @@
+// The list of fonts: rows of sections, families and fonts, with the keyboard and the actions of a row.
+import {t, plural} from './texts.js';
+import {VirtualRows} from './virtual.js';
+
+const kPreviewHeight = 30; // of a picture, in pixels at its own size
+const kSectionHeight = 34, kFamilyHeight = 40, kCaptionHeight = 30, kProblemHeight = 30;
+const kTypeAheadPause = 800; // milliseconds
+
+function make(kind) {
+  return document.getElementById(`row-${kind}`).content.firstElementChild.cloneNode(true);
+}
+
+export function problemOf(font) {
+  if (font.conflict) return t('font.conflict', {name: font.conflict.name});
+  if (font.isRefused) return t('font.refused');
+  if (font.isMissing) return t('font.missingWhy');
+  return '';
+}
+
+function stateOf(font) {
+  if (font.isMissing) return 'missing';
+  return font.isActive ? 'active' : 'inactive';
+}
+
+export class FontView {
+  #rows;
+  #scroller = document.getElementById('fonts');
+  #families = [];
+  #closed = new Set(); // keys of families whose fonts are not shown
+  #current = -1; // index of the row that the keyboard is on
+  #typed = '';
+  #typedAt = 0;
+
+  // `previews`, `samples`: pictures and texts of fonts. `onActivate(font)`, `onCurrent(font or null)`,
+  // `onInView(visible, near)` are called with fonts and lists of font IDs.
+  constructor({previews, samples, onActivate, onCurrent, onInView}) {
+    Object.assign(this, {previews, samples, onActivate, onCurrent, onInView});
+    this.scale = 1;
+    this.#rows = new VirtualRows(this.#scroller, document.getElementById('rows'), {
+      create: (kind) => this.#create(kind),
+      fill: (element, item, index) => this.#fill(element, item, index),
+      onRange: (first, last) => this.#look(first, last),
+    });
+    this.#scroller.addEventListener('keydown', (event) => this.#onKey(event));
+    this.#scroller.addEventListener('click', (event) => this.#onClick(event));
+    this.#scroller.addEventListener('focus', () => {
+      if (this.#current < 0 && this.#rows.items.length > 0) this.#moveTo(this.#next(-1, 1));
+    });
+  }
+
+  // `sections`: whether families of the open documents stand apart.
+  show(families, {sections}) {
+    const item = this.#rows.items[this.#current];
+    this.#families = families;
+    this.sections = sections;
+    this.#lay();
+    this.#current = item ? this.#find(item) : -1;
+    this.#markCurrent();
+  }
+
+  // Back to the beginning, for another list.
+  rewind() {
+    this.#scroller.scrollTop = 0;
+    this.#current = -1;
+    this.#markCurrent();
+  }
+
+  // News about fonts; rows with a problem have another height, so the list is laid out again where that changed.
+  refresh(isChanged) {
+    const hasMoved = this.#rows.items.some((item) => item.font && isChanged(item.font) && this.#heightOf(item.font) !== item.height);
+    if (hasMoved) return this.#lay();
+    this.#rows.refresh((item) => (item.font ? isChanged(item.font) : item.family?.fonts.some(isChanged)));
+  }
+
+  setScale(scale) {
+    this.scale = scale;
+    this.#lay();
+  }
+
+  reveal(font) {
+    const index = this.#rows.items.findIndex((item) => item.font === font);
+    if (index < 0) return false;
+    this.#moveTo(index);
+    this.#scroller.focus();
+    return true;
+  }
+
+  #heightOf(font) {
+    return Math.round(kPreviewHeight * this.scale) + kCaptionHeight + (problemOf(font) ? kProblemHeight : 0);
+  }
+
+  #lay() {
+    const items = [];
+    let isFirst = null;
+    for (const family of this.#families) {
+      if (this.sections && family.isFirst !== isFirst) {
+        items.push({kind: 'section', height: kSectionHeight, text: t(family.isFirst ? 'section.documents' : 'section.others')});
+      }
+      isFirst = family.isFirst;
+      const isAlone = family.fonts.length === 1;
+      if (!isAlone) items.push({kind: 'family', height: kFamilyHeight, family});
+      if (!isAlone && this.#closed.has(family.key)) continue;
+      family.fonts.forEach((font, i) => {
+        const place = isAlone ? {} : {position: i + 1, count: family.fonts.length};
+        items.push({kind: 'font', height: this.#heightOf(font), font, family, isAlone, ...place});
+      });
+    }
+    this.#scroller.setAttribute('aria-rowcount', items.length);
+    this.#rows.items = items;
+  }
+
+  #find(old) {
+    return this.#rows.items.findIndex((item) => item.kind === old.kind && item.font === old.font && item.family?.key === old.family?.key);
+  }
+
+  #create(kind) {
+    const element = make(kind);
+    const picture = element.querySelector('.preview');
+    // The folder of pictures may lose any at any time.
+    picture?.addEventListener('error', () => {
+      if (!picture.getAttribute('src')) return;
+      this.previews.forget(Number(element.dataset.font));
+      this.#rows.render();
+    });
+    return element;
+  }
+
+  #fill(element, item, index) {
+    element.id = `row${index}`;
+    element.setAttribute('aria-rowindex', index + 1);
+    element.classList.toggle('current', index === this.#current);
+    element.setAttribute('aria-selected', index === this.#current);
+    if (item.kind === 'section') element.firstElementChild.textContent = item.text;
+    if (item.kind === 'family') this.#fillFamily(element, item.family);
+    if (item.kind === 'font') this.#fillFont(element, item);
+  }
+
+  #fillFamily(element, family) {
+    const isOpen = !this.#closed.has(family.key);
+    element.setAttribute('aria-expanded', isOpen);
+    element.querySelector('.name').textContent = family.name;
+    const active = family.fonts.filter((font) => font.isActive).length;
+    const count = plural('family.count', family.fonts.length);
+    element.querySelector('.count').textContent = active > 0 ? `${count} · ${t('family.active', {n: active})}` : count;
+    element.setAttribute('aria-label', `${family.name}, ${element.querySelector('.count').textContent}`);
+    const button = element.querySelector('button');
+    button.textContent = t('font.activateFamily');
+    button.hidden = active > 0;
+  }
+
+  #fillFont(element, {font, isAlone, position, count}) {
+    const state = stateOf(font), problem = problemOf(font);
+    element.dataset.font = font.id;
+    element.dataset.state = state;
+    element.classList.toggle('alone', isAlone);
+    element.setAttribute('aria-level', isAlone ? 1 : 2);
+    if (position) {
+      element.setAttribute('aria-posinset', position);
+      element.setAttribute('aria-setsize', count);
+    }
+    element.setAttribute('aria-label', [font.displayName, t(`state.${state}`), problem].filter(Boolean).join(', '));
+    element.querySelector('.caption').textContent = font.postscriptName;
+    element.querySelector('.badge').textContent = t(`state.${state}`);
+    element.querySelector('.problem').textContent = problem;
+    const buttons = element.querySelectorAll('button');
+    buttons[0].textContent = t(font.conflict ? 'font.tryAgain' : 'font.activate');
+    buttons[0].hidden = font.isActive || font.isMissing;
+    this.#draw(element, font);
+  }
+
+  // The user's own text where the font can draw it, otherwise the picture of the name, otherwise the name as a text.
+  #draw(element, font) {
+    const picture = element.querySelector('.preview'), text = element.querySelector('.sample');
+    const family = this.samples.familyOf(font);
+    const drawn = family ? null : this.previews.get(font.id);
+    const isSmall = this.scale <= 1 && devicePixelRatio <= 1;
+    const source = (isSmall ? drawn?.src : drawn?.src2x) || drawn?.src;
+    picture.hidden = !source;
+    if (!source) picture.removeAttribute('src');
+    else if (picture.getAttribute('src') !== source) picture.src = source;
+    picture.style.height = `${kPreviewHeight * this.scale}px`;
+    text.hidden = !picture.hidden;
+    text.textContent = family ? this.samples.text : font.displayName;
+    text.style.fontFamily = family ? `"${family}"` : '';
+    text.style.fontSize = `${(family ? 20 : 15) * this.scale}px`;
+    text.style.height = `${kPreviewHeight * this.scale}px`;
+    text.classList.toggle('waits', !family && !drawn);
+  }
+
+  #look(first, last) {
+    const [from, to] = this.#rows.inView();
+    const ids = (start, end) => this.#rows.items.slice(Math.max(start, 0), end).filter((item) => item.font).map((item) => item.font.id);
+    this.onInView(ids(from, to), [...ids(to, last + 20), ...ids(first, from)]);
+  }
+
+  #next(from, step) {
+    const items = this.#rows.items;
+    let index = from + step;
+    while (index >= 0 && index < items.length && items[index].kind === 'section') index += step;
+    return index >= 0 && index < items.length ? index : from;
+  }
+
+  #moveTo(index) {
+    if (index < 0) return;
+    this.#current = index;
+    this.#rows.reveal(index);
+    this.#markCurrent();
+  }
+
+  #markCurrent() {
+    this.#rows.refresh();
+    const item = this.#rows.items[this.#current];
+    if (this.#rows.element(this.#current)) this.#scroller.setAttribute('aria-activedescendant', `row${this.#current}`);
+    else this.#scroller.removeAttribute('aria-activedescendant');
+    this.onCurrent(item ? (item.font ?? item.family.fonts[0]) : null);
+  }
+
+  #setOpen(item, isOpen) {
+    if (item.kind !== 'family') return false;
+    if (isOpen === !this.#closed.has(item.family.key)) return false;
+    if (isOpen) this.#closed.delete(item.family.key);
+    else this.#closed.add(item.family.key);
+    this.#lay();
+    this.#markCurrent();
+    return true;
+  }
+
+  #onKey(event) {
+    const item = this.#rows.items[this.#current];
+    if (!item || event.target !== this.#scroller || event.ctrlKey || event.metaKey || event.altKey) return;
+    const end = this.#rows.items.length;
+    const keys = {
+      ArrowDown: () => this.#moveTo(this.#next(this.#current, 1)),
+      ArrowUp: () => this.#moveTo(this.#next(this.#current, -1)),
+      PageDown: () => this.#moveTo(this.#next(this.#rows.pageFrom(this.#current, 1) - 1, 1)),
+      PageUp: () => this.#moveTo(this.#next(this.#rows.pageFrom(this.#current, -1) - 1, 1)),
+      Home: () => this.#moveTo(this.#next(-1, 1)),
+      End: () => this.#moveTo(this.#next(end, -1)),
+      ArrowRight: () => this.#setOpen(item, true) || (item.kind === 'family' && this.#moveTo(this.#next(this.#current, 1))),
+      ArrowLeft: () => {
+        const parent = this.#rows.items.findIndex((row) => row.kind === 'family' && row.family === item.family);
+        if (item.kind === 'family') this.#setOpen(item, false);
+        else if (parent >= 0) this.#moveTo(parent);
+      },
+      Enter: () => this.#activate(item),
+      ' ': () => this.#activate(item),
+    };
+    const act = keys[event.key];
+    if (act) {
+      event.preventDefault();
+      act();
+    } else if (event.key.length === 1) {
+      this.#typeAhead(event.key);
+    }
+  }
+
+  #typeAhead(key) {
+    const now = performance.now();
+    this.#typed = (now - this.#typedAt < kTypeAheadPause ? this.#typed : '') + key.toLowerCase();
+    this.#typedAt = now;
+    const items = this.#rows.items;
+    const matches = (item) => item.kind !== 'section' && (item.kind === 'family' || item.isAlone) && item.family.name.toLowerCase().startsWith(this.#typed);
+    const later = items.findIndex((item, i) => i >= this.#current + (this.#typed.length === 1 ? 1 : 0) && matches(item));
+    this.#moveTo(later >= 0 ? later : items.findIndex(matches));
+  }
+
+  #onClick(event) {
+    const row = event.target.closest('[role=row]');
+    if (!row) return;
+    const index = Number(row.id.slice('row'.length));
+    const item = this.#rows.items[index];
+    if (!item || item.kind === 'section') return;
+    this.#current = index;
+    if (event.target.closest('.toggle')) this.#setOpen(item, this.#closed.has(item.family.key));
+    else if (event.target.closest('button')) this.#activate(item);
+    this.#markCurrent();
+  }
+
+  #activate(item) {
+    const font = item.font ?? item.family.fonts.find((candidate) => !candidate.isMissing);
+    if (font && !font.isActive && !font.isMissing) this.onActivate(font);
+    else if (item.kind === 'family') this.#setOpen(item, this.#closed.has(item.family.key));
+  }
+}

@@ -1,0 +1,129 @@
+// A list of any number of rows of which only those in view are in the page. Rows have an item with a `kind` and a `height`
+// in pixels; elements are used again for other items of the same kind.
+
+const kOverscan = 400; // pixels above and below the view
+
+export class VirtualRows {
+  #scroller;
+  #body;
+  #create;
+  #fill;
+  #items = [];
+  #tops = new Float64Array(1);
+  #shown = new Map(); // index -> element
+  #spare = new Map(); // kind -> elements
+  #isScheduled = false;
+
+  // `create(kind)` makes an element; `fill(element, item, index)` makes it show an item. `onRange(first, last)` is called
+  // when other rows came into view.
+  constructor(scroller, body, {create, fill, onRange}) {
+    this.#scroller = scroller;
+    this.#body = body;
+    this.#create = create;
+    this.#fill = fill;
+    this.onRange = onRange;
+    scroller.addEventListener('scroll', () => this.#schedule(), {passive: true});
+    new ResizeObserver(() => this.#schedule()).observe(scroller);
+  }
+
+  get items() {
+    return this.#items;
+  }
+
+  set items(items) {
+    this.#items = items;
+    this.#tops = new Float64Array(items.length + 1);
+    items.forEach((item, i) => (this.#tops[i + 1] = this.#tops[i] + item.height));
+    this.#body.style.height = `${this.#tops[items.length]}px`;
+    for (const [index, element] of this.#shown) this.#release(index, element);
+    this.render();
+  }
+
+  element(index) {
+    return this.#shown.get(index);
+  }
+
+  // Shows the items for which this is true anew, where they are in view.
+  refresh(isChanged = () => true) {
+    for (const [index, element] of this.#shown) {
+      if (isChanged(this.#items[index])) this.#fill(element, this.#items[index], index);
+    }
+  }
+
+  // Scrolls as little as needed.
+  reveal(index) {
+    const top = this.#tops[index], bottom = this.#tops[index + 1];
+    const view = this.#scroller;
+    if (top < view.scrollTop) view.scrollTop = top;
+    if (bottom > view.scrollTop + view.clientHeight) view.scrollTop = bottom - view.clientHeight;
+    this.render();
+  }
+
+  // The indices of the rows in view, the second excluded.
+  inView() {
+    return [this.#at(this.#scroller.scrollTop), this.#at(this.#scroller.scrollTop + this.#scroller.clientHeight) + 1];
+  }
+
+  // The index after a page, up or down.
+  pageFrom(index, direction) {
+    const target = this.#tops[index] + direction * this.#scroller.clientHeight * 0.9;
+    return this.#at(Math.max(0, Math.min(target, this.#tops[this.#items.length])));
+  }
+
+  #at(y) {
+    let low = 0, high = this.#items.length - 1;
+    while (low < high) {
+      const middle = (low + high + 1) >> 1;
+      if (this.#tops[middle] <= y) low = middle;
+      else high = middle - 1;
+    }
+    return Math.max(low, 0);
+  }
+
+  #schedule() {
+    if (this.#isScheduled) return;
+    this.#isScheduled = true;
+    requestAnimationFrame(() => {
+      this.#isScheduled = false;
+      this.render();
+    });
+  }
+
+  #release(index, element) {
+    this.#shown.delete(index);
+    element.hidden = true;
+    const kind = element.dataset.kind;
+    if (!this.#spare.has(kind)) this.#spare.set(kind, []);
+    this.#spare.get(kind).push(element);
+  }
+
+  render() {
+    const count = this.#items.length;
+    const top = this.#scroller.scrollTop - kOverscan;
+    const bottom = this.#scroller.scrollTop + this.#scroller.clientHeight + kOverscan;
+    const first = count ? this.#at(Math.max(top, 0)) : 0;
+    const last = count ? Math.min(this.#at(bottom) + 1, count) : 0;
+    for (const [index, element] of this.#shown) {
+      if (index < first || index >= last) this.#release(index, element);
+    }
+    for (let index = first; index < last; ++index) {
+      if (!this.#shown.has(index)) this.#show(index);
+    }
+    this.onRange(first, last);
+  }
+
+  #show(index) {
+    const item = this.#items[index];
+    let element = this.#spare.get(item.kind)?.pop();
+    if (!element) {
+      element = this.#create(item.kind);
+      element.dataset.kind = item.kind;
+      this.#body.append(element);
+    }
+    element.hidden = false;
+    element.style.transform = `translateY(${this.#tops[index]}px)`;
+    element.style.height = `${item.height}px`;
+    this.#shown.set(index, element);
+    this.#fill(element, item, index);
+  }
+}
