@@ -1,0 +1,226 @@
+// The panel's page in a browser, against the real host, plug-in and agent: what a user does there, and what the server
+// refuses.
+import assert from 'node:assert/strict';
+import fs from 'node:fs';
+import http from 'node:http';
+import net from 'node:net';
+import path from 'node:path';
+import {after, before, test} from 'node:test';
+import {Host, heard, kSamples, openPanel, startBrowser, violations} from './harness.mjs';
+
+const host = new Host();
+let address, browser, page;
+
+before(async () => {
+  address = await host.start([path.join(kSamples, 'poster.psd')]);
+  browser = await startBrowser();
+  page = await openPanel(browser, address, {deviceScaleFactor: 2});
+});
+
+after(async () => {
+  await browser?.close();
+  await host.stop();
+});
+
+const row = (name) => page.locator('.row.font', {has: page.locator('.caption', {hasText: new RegExp(`^${name}$`)})}).first();
+const search = (words) => page.fill('#search', words);
+const list = (name) => page.locator('#lists .list', {hasText: new RegExp(`^${name}$`)});
+const countIs = (text) => page.locator('#count', {hasText: text}).waitFor();
+
+test('fonts are listed with those of the open document first, and drawn in their own design', async () => {
+  await page.locator('.row.section', {hasText: 'In open documents'}).waitFor();
+  assert.equal(await page.locator('.row.family .name').first().textContent(), 'Liberation Serif');
+  const picture = row('LiberationSerif-Bold').locator('.preview');
+  await page.waitForFunction(() => [...document.querySelectorAll('.preview')].some((image) => image.naturalHeight === 60));
+  assert.match(await picture.getAttribute('src'), /%402x\.png$/);
+  assert.equal(await row('LiberationSerif-Bold').getAttribute('data-state'), 'active');
+  // Few rows are in the page, however many fonts there are.
+  assert.ok((await page.locator('.row').count()) < 60);
+});
+
+test('a family is activated for every program', async () => {
+  await search('nimbus mono');
+  await row('NimbusMonoPS-Bold').hover();
+  await row('NimbusMonoPS-Bold').locator('button').click();
+  await heard(page, '“Nimbus Mono PS Bold” and its family are active now.');
+  for (const face of ['Regular', 'Bold', 'Italic', 'BoldItalic']) await host.until(() => host.activeFonts().includes(`NimbusMonoPS-${face}`));
+  await row('NimbusMonoPS-Italic').locator('.badge', {hasText: 'Active'}).waitFor();
+});
+
+test('a conflict is shown at its font, with the way to the other one', async () => {
+  await search('NimbusSans-Bold');
+  const inactive = page.locator('.row.font[data-state=inactive]', {has: page.locator('.caption', {hasText: /^NimbusSans-Bold$/})}).first();
+  await inactive.hover();
+  await inactive.locator('button').click();
+  await page.locator('.row .problem', {hasText: 'has the same name and is active'}).waitFor();
+  await page.click('#details-other');
+  await page.locator('.row.current[data-state=active]').waitFor();
+});
+
+test('the keyboard alone finds and activates a font', async () => {
+  await page.locator('#fonts').focus();
+  await page.keyboard.press('/');
+  await page.keyboard.type('c059 italic');
+  for (let i = 0; i < 10 && (await page.evaluate(() => document.activeElement.id)) !== 'fonts'; ++i) await page.keyboard.press('Tab');
+  await page.keyboard.press('Home');
+  await page.keyboard.press('ArrowRight');
+  await page.locator('#fonts[aria-activedescendant] .row.font.current').waitFor();
+  await page.keyboard.press('Enter');
+  await host.until(() => host.activeFonts().includes('C059-Italic'));
+});
+
+test('a smart list is created, queried, renamed, deleted and brought back', async () => {
+  await search('');
+  await page.click('.new-list >> visible=true');
+  await page.fill('#list-name', 'Catalogue');
+  const library = page.locator('#list-parts label', {hasText: 'Library'}).first();
+  await library.click();
+  await page.locator('#list-count', {hasText: /^[1-9]\d* fonts$/}).waitFor();
+  const count = await page.locator('#list-count').textContent();
+  await page.click('#list-form [type=submit]');
+  await page.locator('#list-title', {hasText: 'Catalogue'}).waitFor();
+  await countIs(count);
+  await page.click('#edit-list');
+  await library.locator('input:checked').waitFor();
+  await page.fill('#list-name', 'Autumn');
+  await library.click();
+  await page.locator('#list-count', {hasText: /^0 fonts$/}).waitFor();
+  await page.click('#list-form [type=submit]');
+  await list('Autumn').waitFor();
+  await countIs('0 fonts');
+  await page.click('#delete-list');
+  await list('Autumn').waitFor({state: 'detached'});
+  await page.locator('.notice button', {hasText: 'Undo'}).click();
+  await list('Autumn').waitFor();
+  await list('Autumn').press('Delete');
+  await list('Autumn').waitFor({state: 'detached'});
+});
+
+test('the selected list is remembered', async () => {
+  await list('Active').click();
+  await row('NimbusMonoPS-Bold').waitFor();
+  await page.reload();
+  await page.locator('#list-title', {hasText: 'Active'}).waitFor();
+  await row('NimbusMonoPS-Bold').waitFor();
+});
+
+test('progress of a scan moves', async () => {
+  await list('All fonts').click();
+  for (let i = 0; i < 4; ++i) host.addFonts('/usr/share/fonts/opentype/urw-base35', `more-${i}`);
+  await page.waitForFunction(() => window.said.filter((text) => text.startsWith('Reading fonts')).length > 1);
+  await page.locator('#progress').waitFor({state: 'hidden'});
+});
+
+test('the page says that the agent has stopped, and goes on when it is back', async () => {
+  host.killAgent();
+  await heard(page, 'The font manager has stopped.');
+  await heard(page, 'The font manager is back.');
+  await page.locator('#banner').waitFor({state: 'hidden'});
+  await search('p052 roman');
+  await row('P052-Roman').hover();
+  await row('P052-Roman').locator('button').click();
+  await host.until(() => host.activeFonts().includes('P052-Roman'));
+  await search('');
+});
+
+test('no rule of accessibility is broken, in no theme, and nothing is cut off at any width', async () => {
+  for (const colorScheme of ['light', 'dark']) {
+    await page.emulateMedia({colorScheme});
+    await page.locator('#fonts').focus();
+    assert.deepEqual(await violations(page), [], colorScheme);
+    await page.click('.new-list >> visible=true');
+    assert.deepEqual(await violations(page), [], `${colorScheme}, dialog`);
+    await page.click('#list-cancel');
+  }
+  for (const width of [320, 500, 900, 2560]) {
+    await page.setViewportSize({width, height: 600});
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `at ${width}`);
+  }
+  await page.setViewportSize({width: 1100, height: 720});
+});
+
+test('every language has every text', async () => {
+  const texts = (language) => import(path.join(kSamples, `../panel/texts-${language}.js`)).then((module) => module.default);
+  const english = await texts('en');
+  const places = (text) => [...text.matchAll(/\{\w+\}/g)].map(String).sort();
+  for (const language of ['de', 'es', 'fr', 'it', 'ja', 'pt']) {
+    const others = await texts(language);
+    assert.deepEqual(Object.keys(others), Object.keys(english), language);
+    for (const key of Object.keys(english)) assert.deepEqual(places(others[key]), places(english[key]), `${language} ${key}`);
+  }
+});
+
+// Returns the status of a request with exactly this path.
+function ask(pathOfRequest, headers = {}) {
+  const {port} = new URL(address);
+  return new Promise((resolve, reject) => {
+    const request = http.request({host: '127.0.0.1', port, path: pathOfRequest, headers}, (response) => {
+      response.resume();
+      resolve(response.statusCode);
+    });
+    request.on('error', reject);
+    request.end();
+  });
+}
+
+test('the server gives nothing to others, and says so in its log', async () => {
+  const {port, pathname} = new URL(address);
+  const secret = path.join(host.folder, 'secret');
+  fs.writeFileSync(secret, 'secret');
+  assert.equal(await ask(pathname), 200);
+  for (const [target, headers] of [
+    ['/'], ['/app.js'], ['/' + 'f'.repeat(64) + '/'], [pathname, {Host: `fonts.example:${port}`}], [pathname, {Origin: 'http://fonts.example'}],
+    [`${pathname}files${secret}`], [`${pathname}files/../../..${secret}`], [`${pathname}files${host.state}/agent/previews/%2e%2e/user.db`],
+  ]) {
+    assert.ok((await ask(target, headers)) >= 400, target);
+  }
+  for (const reason of ['wrong one', 'another host name', 'another origin', 'not for pages', 'leaves its folder']) {
+    await host.until(() => host.log().includes(reason));
+  }
+  // Garbage, and a client that connects and says nothing, leave the others working.
+  const silent = net.connect(port, '127.0.0.1');
+  const garbage = net.connect(port, '127.0.0.1', () => garbage.write('\x16\x03\x01 nothing of HTTP\r\n\r\n'));
+  await new Promise((resolve) => garbage.on('close', resolve).on('error', () => {}));
+  assert.equal(await ask(pathname), 200);
+  silent.destroy();
+});
+
+test('a page that sends something else than events is disconnected and comes back', async () => {
+  const frames = ['not json', '[]', '{"type":1,"data":""}', '{"type":"x"}', 'x'.repeat(2 << 20)];
+  const codes = await page.evaluate(async (texts) => {
+    const close = (text) => new Promise((resolve) => {
+      const socket = new WebSocket(new URL('events', document.baseURI.replace(/^http/, 'ws')));
+      socket.onopen = () => socket.send(text);
+      socket.onclose = resolve;
+    });
+    for (const text of texts) await close(text);
+    return texts.length;
+  }, frames);
+  assert.equal(codes, frames.length);
+  await page.locator('#banner', {hasText: 'another window'}).waitFor();
+  await page.click('#banner button');
+  await row('LiberationSerif-Bold').waitFor();
+  // Messages that mean nothing to the plug-in, and those whose handlers fail, disturb nobody.
+  await page.evaluate(() => {
+    const socket = new WebSocket(new URL('events', document.baseURI.replace(/^http/, 'ws')));
+    const send = (data) => socket.send(JSON.stringify({type: 'com.velorant.PanelToPlugin', data}));
+    return new Promise((resolve) => {
+      socket.onmessage = ({data}) => data.includes('isWindows') && resolve();
+      socket.onopen = () => ['', '(', '[]', '{"messageID":-1}', '{"messageID":36,"smartListID":1}', '{"messageID":16}'].forEach(send);
+    });
+  });
+});
+
+test('a newer page takes the place of an older one', async () => {
+  const second = await openPanel(browser, address, {locale: 'de'});
+  await second.locator('.row.font').first().waitFor();
+  assert.equal(await second.locator('#list-title').textContent(), 'Alle Schriften');
+  await page.locator('#banner', {hasText: 'another window'}).waitFor();
+  await page.click('#banner button');
+  await row('LiberationSerif-Bold').waitFor();
+  assert.deepEqual(second.faults, []);
+});
+
+test('the page has had no fault', () => {
+  assert.deepEqual(page.faults.filter((fault) => !fault.includes('WebSocket')), []);
+});
