@@ -2,6 +2,7 @@
 // in pixels; elements are used again for other items of the same kind.
 
 const kOverscan = 400; // pixels above and below the view
+const kSettle = 200; // milliseconds without a change after which the rows are put in order
 
 export class VirtualRows {
   #scroller;
@@ -13,6 +14,7 @@ export class VirtualRows {
   #shown = new Map(); // index -> element
   #spare = new Map(); // kind -> elements
   #isScheduled = false;
+  #sorting = 0;
 
   // `create(kind)` makes an element; `fill(element, item, index)` makes it show an item. `onRange(first, last)` is called
   // when other rows came into view.
@@ -92,6 +94,8 @@ export class VirtualRows {
   #release(index, element) {
     this.#shown.delete(index);
     element.hidden = true;
+    element.removeAttribute('id');
+    element.classList.remove('current');
     const kind = element.dataset.kind;
     if (!this.#spare.has(kind)) this.#spare.set(kind, []);
     this.#spare.get(kind).push(element);
@@ -110,6 +114,15 @@ export class VirtualRows {
       if (!this.#shown.has(index)) this.#show(index);
     }
     this.onRange(first, last);
+    clearTimeout(this.#sorting);
+    this.#sorting = setTimeout(() => this.#sort(), kSettle);
+  }
+
+  // Screen readers read the rows in the order of the document.
+  #sort() {
+    const indices = [...this.#shown.keys()].sort((a, b) => a - b);
+    const isSorted = indices.every((index, i) => i === 0 || this.#shown.get(indices[i - 1]).compareDocumentPosition(this.#shown.get(index)) & Node.DOCUMENT_POSITION_FOLLOWING);
+    if (!isSorted) this.#body.append(...indices.map((index) => this.#shown.get(index)));
   }
 
   #show(index) {

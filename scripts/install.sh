@@ -8,7 +8,7 @@ declare -A groups=(
            libfreetype-dev libfontconfig-dev libharfbuzz-dev libpng-dev libsqlite3-dev libedit-dev libqpdf-dev nlohmann-json3-dev libboost-dev
            zlib1g-dev libzip-dev"
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
-  [test]="libgtest-dev libgmock-dev libwoff-dev libimage-exiftool-perl python3 python3-jsonschema"
+  [test]="libgtest-dev libgmock-dev libwoff-dev libimage-exiftool-perl python3 python3-jsonschema chromium nodejs npm"
   [bench]="libimage-exiftool-perl poppler-utils"
   [lint]="git clang-format-14 clang-tidy-14"
   [fuzz]="clang libclang-rt-14-dev"
@@ -25,8 +25,12 @@ for group in "$@"; do
 done
 
 command -v dpkg-query >/dev/null || fail "this is no Debian system; please install by hand: ${wanted[*]}"
+# Node from another source brings its own npm, which Debian's package is in conflict with.
+declare -A programs=([nodejs]=node [npm]=npm)
+
 missing=()
 for name in "${wanted[@]}"; do
+  [ -z "${programs[$name]:-}" ] || ! command -v "${programs[$name]}" >/dev/null || continue
   [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null || true)" = installed ] || missing+=("$name")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0

@@ -23,11 +23,14 @@ export class Host {
 
   constructor() {
     fs.mkdirSync(this.library);
-    for (const folder of kFonts) this.addFonts(folder, path.basename(path.dirname(folder)));
+    for (const folder of kFonts) this.addFonts(folder, path.basename(path.dirname(folder)), 1);
   }
 
-  addFonts(from, name) {
-    fs.cpSync(from, path.join(this.library, name), {recursive: true, dereference: true});
+  // Adds a folder with so many copies of another one to the library, at once, so that one scan reads them all.
+  addFonts(from, name, copies) {
+    const prepared = path.join(this.folder, name);
+    for (let i = 0; i < copies; ++i) fs.cpSync(from, path.join(prepared, `${i}`), {recursive: true, dereference: true});
+    fs.renameSync(prepared, path.join(this.library, name));
   }
 
   // Resolves with the panel's address.
