@@ -84,7 +84,7 @@ class Counted {
 // The WebSocket of one page. Lives as long as its reader or a write.
 class Page : public std::enable_shared_from_this<Page> {
  public:
-  explicit Page(beast::tcp_stream stream) : socket_(std::move(stream)) {
+  Page(beast::tcp_stream stream, uint64_t number) : number_(number), socket_(std::move(stream)) {
     beast::get_lowest_layer(socket_).expires_never();  // the WebSocket has its own limit
     // Pings in between, so only a page that does not answer is silent.
     socket_.set_option(websocket::stream_base::timeout{kPatience, kPatience, true});
@@ -92,6 +92,7 @@ class Page : public std::enable_shared_from_this<Page> {
     socket_.text(true);
   }
 
+  uint64_t Number() const { return number_; }
   websocket::stream<beast::tcp_stream>& Socket() { return socket_; }
 
   // Returns false if the page does not read; the caller disconnects it.
@@ -121,6 +122,7 @@ class Page : public std::enable_shared_from_this<Page> {
     });
   }
 
+  const uint64_t number_;
   websocket::stream<beast::tcp_stream> socket_;
   std::deque<SharedText> queue_;  // the first is being written
   size_t unread_ = 0;             // bytes in the queue
@@ -132,7 +134,9 @@ class Page : public std::enable_shared_from_this<Page> {
 struct MainSide {
   ServerSetup setup;
   std::atomic<int> waiting = 0;  // events that the run loop has not delivered yet
-  bool isClosed = false;         // main thread only
+  // Main thread only. What is sent is for this page: the answer to an older page's event must not reach a newer one.
+  uint64_t page = 0;
+  bool isClosed = false;
 };
 
 class PanelServer::Impl {
@@ -150,6 +154,7 @@ class PanelServer::Impl {
   Response Answer(const Decision& decision) const;
   Response Refusal(unsigned status) const;
   void SetHeaders(Response& response) const;
+  void Welcome(const std::shared_ptr<Page>& page);
   bool Deliver(const std::string& message);  // false if it is not an event, or one too many
   void Log(const std::string& line);
   template <class Coroutine>
@@ -162,6 +167,7 @@ class PanelServer::Impl {
   // The rest belongs to the server's thread.
   int connections_ = 0;
   int logged_ = 0;
+  uint64_t pages_ = 0;          // so many have connected
   std::shared_ptr<Page> page_;  // null while none is connected
   asio::io_context io_{1};
   Tcp::acceptor acceptor_{io_};
@@ -252,16 +258,18 @@ asio::awaitable<void> PanelServer::Impl::Serve(beast::tcp_stream stream) {
 }
 
 asio::awaitable<void> PanelServer::Impl::ServePage(beast::tcp_stream stream, Request request) {
-  const auto page = std::make_shared<Page>(std::move(stream));
+  const auto page = std::make_shared<Page>(std::move(stream), ++pages_);
   error_code error;
   co_await page->Socket().async_accept(request, Into(error));
   if (error) co_return;
-  if (const auto older = std::exchange(page_, page)) older->Replace();
+  Welcome(page);
   beast::flat_buffer buffer;
   for (;;) {
     co_await page->Socket().async_read(buffer, Into(error));
     if (error) break;
-    if (!page->Socket().got_text() || !Deliver(beast::buffers_to_string(buffer.data()))) {
+    // A page whose place was taken is only waited for until it has answered the close.
+    const bool isTaken = page_ != page;
+    if (!isTaken && (!page->Socket().got_text() || !Deliver(beast::buffers_to_string(buffer.data())))) {
       Log("disconnected a page: it sent something else than events, or too many");
       break;
     }
@@ -272,6 +280,11 @@ asio::awaitable<void> PanelServer::Impl::ServePage(beast::tcp_stream stream, Req
   }
   page->Disconnect();
   if (page_ == page) page_.reset();
+}
+
+void PanelServer::Impl::Welcome(const std::shared_ptr<Page>& page) {
+  if (const auto older = std::exchange(page_, page)) older->Replace();
+  platform::RunLoop::Main().Post([main = main_, number = page->Number()] { main->page = number; });
 }
 
 bool PanelServer::Impl::Deliver(const std::string& message) {
@@ -293,8 +306,8 @@ void PanelServer::Impl::Send(const std::string& type, const std::string& data) {
   const nlohmann::json event = {{"type", type}, {"data", data}};
   using nlohmann::json;
   const auto text = std::make_shared<const std::string>(event.dump(-1, ' ', false, json::error_handler_t::replace));
-  asio::post(io_, [this, text] {
-    if (!page_ || page_->Send(text)) return;
+  asio::post(io_, [this, text, number = main_->page] {
+    if (!page_ || page_->Number() != number || page_->Send(text)) return;
     Log("disconnected a page: it does not read what it is sent");
     page_->Disconnect();
     page_.reset();

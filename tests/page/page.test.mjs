@@ -107,7 +107,7 @@ test('the selected list is remembered', async () => {
 
 test('progress of a scan moves', async () => {
   await list('All fonts').click();
-  host.addFonts('/usr/share/fonts/opentype/urw-base35', 'more', 20);
+  host.addTinyFonts(3000);
   await page.waitForFunction(() => window.said.filter((text) => text.startsWith('Reading fonts')).length > 1);
   await page.locator('#progress').waitFor({state: 'hidden'});
 });
@@ -206,7 +206,8 @@ test('a page that sends something else than events is disconnected and comes bac
     const socket = new WebSocket(new URL('events', document.baseURI.replace(/^http/, 'ws')));
     const send = (data) => socket.send(JSON.stringify({type: 'com.velorant.PanelToPlugin', data}));
     return new Promise((resolve) => {
-      socket.onmessage = ({data}) => data.includes('isWindows') && resolve();
+      socket.onmessage = ({data}) => data.includes('isWindows') && socket.close();
+      socket.onclose = resolve;
       socket.onopen = () => ['', '(', '[]', '{"messageID":-1}', '{"messageID":36,"smartListID":1}', '{"messageID":16}'].forEach(send);
     });
   });

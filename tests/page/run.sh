@@ -18,4 +18,4 @@ if ! cmp -s "$here/package-lock.json" "$packages/fetched"; then
     fail "the packages of the test can't be fetched: $(grep -m1 'npm ERR!\|npm error' "$packages/npm.log")"
   cp "$here/package-lock.json" "$packages/fetched"
 fi
-PAGE_PACKAGES=$packages APP=$(dirname "$packages")/app exec node "$here/$script" "$@"
+PAGE_PACKAGES=$packages BUILD=$(dirname "$packages") exec node "$here/$script" "$@"
