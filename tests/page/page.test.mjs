@@ -112,18 +112,6 @@ test('progress of a scan moves', async () => {
   await page.locator('#progress').waitFor({state: 'hidden'});
 });
 
-test('the page says that the agent has stopped, and goes on when it is back', async () => {
-  host.killAgent();
-  await heard(page, 'The font manager has stopped.');
-  await heard(page, 'The font manager is back.');
-  await page.locator('#banner').waitFor({state: 'hidden'});
-  await search('p052 roman');
-  await row('P052-Roman').hover();
-  await row('P052-Roman').locator('button').click();
-  await host.until(() => host.activeFonts().includes('P052-Roman'));
-  await search('');
-});
-
 test('no rule of accessibility is broken, in no theme, and nothing is cut off at any width', async () => {
   for (const colorScheme of ['light', 'dark']) {
     await page.emulateMedia({colorScheme});
@@ -225,4 +213,29 @@ test('a newer page takes the place of an older one', async () => {
 
 test('the page has had no fault', () => {
   assert.deepEqual(page.faults.filter((fault) => !fault.includes('WebSocket')), []);
+});
+
+// Returns whether the plug-in went on: in the moment without an agent it may have looked for one, and switched itself off.
+async function killAgentOf(lonely) {
+  const panel = await openPanel(browser, await lonely.start());
+  await panel.fill('#search', 'p052');
+  const roman = panel.locator('.row.font:not([hidden])', {has: panel.locator('.caption', {hasText: /^P052-Roman$/})}).first();
+  await roman.hover();
+  lonely.killAgent();
+  await heard(panel, 'The font manager has stopped.');
+  await heard(panel, 'The font manager is back.');
+  await roman.locator('button').click();
+  await lonely.until(() => lonely.activeFonts().includes('P052-Roman') || lonely.output.includes('cannot reach the font manager'));
+  const hasGoneOn = lonely.activeFonts().includes('P052-Roman');
+  await (hasGoneOn ? panel.locator('#banner').waitFor({state: 'hidden'}) : heard(panel, 'The plug-in has lost the font manager.'));
+  return hasGoneOn;
+}
+
+test('the page says that the agent has stopped, and goes on when it is back', async () => {
+  let hasGoneOn = false;
+  for (let attempt = 0; attempt < 3 && !hasGoneOn; ++attempt) {
+    const lonely = new Host();
+    hasGoneOn = await killAgentOf(lonely).finally(() => lonely.stop());
+  }
+  assert.ok(hasGoneOn);
 });
