@@ -1,5 +1,4 @@
 // The state of the session, the panel's own settings, and the progress of replications.
-#include <utility>
 
 #include "Bridge/FontManagerInterface.h"
 #include "Bridge/NotificationKeys.h"

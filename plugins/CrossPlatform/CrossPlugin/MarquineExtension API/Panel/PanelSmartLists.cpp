@@ -1,5 +1,4 @@
 // The panel's smart lists: queries that the agent stores. Everything but GetAllSmartLists does nothing without an agent.
-#include <algorithm>
 #include <vector>
 
 #include "Bridge/NotificationKeys.h"
