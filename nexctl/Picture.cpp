@@ -151,8 +151,10 @@ std::string DrawBlocks(const Picture& picture) {
 PictureForm FormOfTerminal() {
   if (isatty(STDOUT_FILENO) == 0) return PictureForm::kNone;
   if (HasKittyGraphics()) return PictureForm::kKitty;
-  if (isatty(STDIN_FILENO) != 0 && HasSixel(AttributesOfTerminal())) return PictureForm::kSixel;
-  return PictureForm::kBlocks;
+  // A terminal without a type, or a simple one, would show the question.
+  const char* type = std::getenv("TERM");
+  const bool understands = type && *type != '\0' && std::string_view(type) != "dumb" && isatty(STDIN_FILENO) != 0;
+  return understands && HasSixel(AttributesOfTerminal()) ? PictureForm::kSixel : PictureForm::kBlocks;
 }
 
 std::optional<Picture> ReadPNG(const std::string& bytes) {

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/Files.h"
+
 namespace nexctl {
 
 namespace {
@@ -45,7 +47,11 @@ std::vector<RejectRule> RejectRulesIn(const std::vector<std::string>& configFile
   std::vector<RejectRule> rules;
   for (const std::string& file : configFiles) {
     constexpr int kQuietly = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
-    const std::unique_ptr<xmlDoc, FreeDocument> document(xmlReadFile(file.c_str(), nullptr, kQuietly));
+    // Folders are listed, too.
+    std::string text;
+    if (platform::FolderExists(file) || platform::ReadFile(file, text)) continue;
+    const std::unique_ptr<xmlDoc, FreeDocument> document(
+        xmlReadMemory(text.data(), static_cast<int>(text.size()), file.c_str(), nullptr, kQuietly));
     xmlNode* root = document ? xmlDocGetRootElement(document.get()) : nullptr;
     if (root) TakeRules(root, file, rules);
   }
