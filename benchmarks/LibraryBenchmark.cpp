@@ -117,16 +117,25 @@ void CompareCalls(const std::string& name, double limit, RunningAgent& agent,
 
 void CompareLookUps(RunningAgent& agent, size_t faces) {
   const std::string title = ", " + std::to_string(faces) + " faces";
-  std::vector<std::string> lookUps, records;
+  std::vector<std::string> lookUps, records, names;
   for (size_t i = 0; i < kDocumentFonts; ++i) {
     const std::string name = tiny_fonts::FaceOf(i * (faces / kDocumentFonts)).PostScriptName();
     const Json arguments = {{"name", name}, {"workgroupIDs", Json::array({0})}};
+    names.push_back(name);
     lookUps.push_back(RunningAgent::Request("GetFontsByPostscriptName", arguments));
     const Json found = agent.Result("GetFontsByPostscriptName", arguments);
     if (found["fontIDs"].size() != 1) Fail(name + ": " + found.dump());
     records.push_back(RunningAgent::Request("GetFontInfoByID", {{"fontID", found["fontIDs"][0]}}));
   }
   CompareCalls("look-up by name" + title, 1.5, agent, lookUps);
+  // Against as many bare round trips.
+  const std::string all = RunningAgent::Request(
+      "LookUpFonts", {{"names", names}, {"byFamily", false}, {"workgroupIDs", Json::array()}, {"recordsOfEach", 0}});
+  const std::string bare = RunningAgent::Request("GetIsOnline");
+  const auto askBare = [&] {
+    for (size_t i = 0; i < kDocumentFonts; ++i) agent.Ask(bare);
+  };
+  benchmark::Compare(("200 names in a call" + title).c_str(), 0.25, 20, [&] { agent.Ask(all); }, askBare);
   CompareCalls("record" + title, 1.5, agent, records);
 }
 

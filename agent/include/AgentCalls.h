@@ -51,7 +51,7 @@ namespace agent_protocol {
 // Delayed until the first scan of the library has finished: "not found" must not mean "not yet".
 #define AGENT_FONT_CALLS(X)             \
   X(GetFontsByPostscriptName)           \
-  X(GetFontsByFamilyName)               \
+  X(LookUpFonts)                        \
   X(GetFontInfoByID)                    \
   X(FindFontsInSameFamilyForActivation) \
   X(GetFontIsActivated)                 \
@@ -210,9 +210,26 @@ struct GetFontsByPostscriptName {
   using Result = IDs;
 };
 
-struct GetFontsByFamilyName {
-  struct Arguments : Lookup {};
-  using Result = IDs;
+// Looks many names up in one call, and sends the first records along.
+struct LookUpFonts {
+  struct Arguments {
+    std::vector<std::string> names;
+    bool byFamily = false;       // family names, ignoring case; otherwise PostScript names
+    Numbers workgroupIDs;        // empty, or with a 0 in it, means all
+    uint32_t recordsOfEach = 0;  // of the first fonts with each name; kMostRecords in all
+    AGENT_FIELDS(names, byFamily, workgroupIDs, recordsOfEach)
+  };
+  struct Found {
+    Numbers fontIDs;
+    std::vector<Record> records;  // of the first of these
+    Numbers flags;                // for each record 1 if its font is active, otherwise 0
+    AGENT_FIELDS(fontIDs, records, flags)
+  };
+  struct Result {
+    std::vector<Found> found;  // one for each name
+    AGENT_FIELDS(found)
+  };
+  static constexpr size_t kMostRecords = 4096;
 };
 
 struct GetFontInfoByID {

@@ -83,10 +83,24 @@ Answer<calls::GetFontsByPostscriptName> Serve(FontLibrary& library, ClientID,
   return IDsOf(library.Table().WithPostScriptName(arguments.name), arguments.workgroupIDs);
 }
 
-Answer<calls::GetFontsByFamilyName> Serve(FontLibrary& library, ClientID,
-                                          const calls::GetFontsByFamilyName::Arguments& arguments) {
+Answer<calls::LookUpFonts> Serve(FontLibrary& library, ClientID, const calls::LookUpFonts::Arguments& arguments) {
   library.FreshenSystemFonts(false);
-  return IDsOf(library.Table().WithFamilyName(arguments.name), arguments.workgroupIDs);
+  calls::LookUpFonts::Result result;
+  size_t recordsLeft = calls::LookUpFonts::kMostRecords;
+  for (const std::string& name : arguments.names) {
+    Fonts fonts = arguments.byFamily ? library.Table().WithFamilyName(name) : library.Table().WithPostScriptName(name);
+    KeepWorkgroups(fonts, arguments.workgroupIDs);
+    calls::LookUpFonts::Found found;
+    for (const Font* font : fonts) {
+      found.fontIDs.push_back(font->id);
+      if (found.records.size() == arguments.recordsOfEach || recordsLeft == 0) continue;
+      found.records.push_back(RecordOf(library, *font));
+      found.flags.push_back(library.Active().IsActive(*font) ? 1 : 0);
+      --recordsLeft;
+    }
+    result.found.push_back(std::move(found));
+  }
+  return result;
 }
 
 Answer<calls::GetFontInfoByID> Serve(FontLibrary& library, ClientID,

@@ -52,7 +52,11 @@ TModuleErrorCode DeactivateFonts(FacadeHandle h, uint32_t count, const uint32_t*
 TModuleErrorCode GetFontIsActivated(FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t* outFlags) {
   if (count > 0 && (!fontIDs || !outFlags)) return kNullPointer;
   return Guarded([&] {
-    const auto reply = AskAgent<calls::GetFontIsActivated>(h, {NumbersOf(count, fontIDs)});
+    const Numbers ids = NumbersOf(count, fontIDs);
+    if (const auto recent = IsConnected(h) ? RecentFonts::Shared().FlagsOf(ids) : std::nullopt) {
+      return WriteAnswers(*recent, count, outFlags);
+    }
+    const auto reply = AskAgent<calls::GetFontIsActivated>(h, {ids});
     return reply.code == kSuccess ? WriteAnswers(reply.result.flags, count, outFlags) : reply.code;
   });
 }

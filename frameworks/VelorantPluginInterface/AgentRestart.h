@@ -15,10 +15,10 @@ namespace plugin_interface {
 // it was started too often lately. Thread-safe.
 std::shared_ptr<Facade> ReturnToAgent();
 
-// CallAgent for calls that change nothing: repeats the call once if the agent has ended.
+// CallUnchanging that repeats the call once if the agent has ended.
 template <class Call>
 Reply<Call> AskAgent(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
-  Reply<Call> reply = CallAgent<Call>(handle, arguments);
+  Reply<Call> reply = CallUnchanging<Call>(handle, arguments);
   if (!IsAgentGone(reply.code)) return reply;
   const auto facade = ReturnToAgent();
   return facade ? facade->Call<Call>(arguments) : reply;

@@ -5,6 +5,12 @@
 
 namespace plugin_interface {
 
+bool IsConnected(PluginInterface::FacadeHandle handle) {
+  ResultCode code = kSuccess;
+  const auto facade = FacadeOf(handle, code);
+  return facade && facade->IsConnected();
+}
+
 Numbers NumbersOf(uint32_t count, const uint32_t* numbers) {
   return numbers ? Numbers(numbers, numbers + count) : Numbers();
 }

@@ -6,16 +6,29 @@
 
 #include "frameworks/VelorantPluginInterface/Facade.h"
 #include "frameworks/VelorantPluginInterface/Guarded.h"
+#include "frameworks/VelorantPluginInterface/RecentFonts.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
 
 namespace plugin_interface {
 
+// For calls that change no font.
 template <class Call>
-Reply<Call> CallAgent(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
+Reply<Call> CallUnchanging(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
   ResultCode code = kSuccess;
   const auto facade = FacadeOf(handle, code);
   return facade ? facade->Call<Call>(arguments) : Reply<Call>{code, {}};
 }
+
+template <class Call>
+Reply<Call> CallAgent(PluginInterface::FacadeHandle handle, const typename Call::Arguments& arguments = {}) {
+  RecentFonts::Shared().Forget();
+  Reply<Call> reply = CallUnchanging<Call>(handle, arguments);
+  RecentFonts::Shared().Forget();  // what another thread was told meanwhile
+  return reply;
+}
+
+// True if the handle's agent is there: only then what it answered a moment ago can be used.
+bool IsConnected(PluginInterface::FacadeHandle handle);
 
 // Copies an array of numbers. A null array is an empty one.
 Numbers NumbersOf(uint32_t count, const uint32_t* numbers);
@@ -32,7 +45,7 @@ TModuleErrorCode ReadValue(PluginInterface::FacadeHandle handle, const typename 
                            int32_t* out) {
   if (!out) return kNullPointer;
   return Guarded([&] {
-    const Reply<Call> reply = CallAgent<Call>(handle, arguments);
+    const Reply<Call> reply = CallUnchanging<Call>(handle, arguments);
     if (reply.code == kSuccess) *out = static_cast<int32_t>(reply.result.value);
     return reply.code;
   });

@@ -16,26 +16,28 @@ namespace {
 constexpr const char* kDatabaseIDKey = "DatabaseID";
 constexpr const char* kAssignedFamilyIDKey = "AssignedFamilyID";
 
-struct Workgroups {
-  const uint32_t* ids;
-  uint32_t count;
-};
-
 struct FontIDBuffer {
   uint32_t* ids;
   uint32_t capacity;
   uint32_t* count;
 };
 
-template <class Call>
-TModuleErrorCode LookUp(FacadeHandle h, const char* name, const Workgroups& workgroups, const FontIDBuffer& out) {
-  if (!name || !out.count) return kNullPointer;
-  *out.count = 0;
-  return Guarded([&] {
-    const Reply<Call> reply = AskAgent<Call>(h, {{name, NumbersOf(workgroups.count, workgroups.ids)}});
-    if (reply.code == kSuccess) *out.count = WriteNumbers(reply.result.fontIDs, out.ids, out.capacity);
-    return reply.code;
-  });
+TModuleErrorCode LookUp(FacadeHandle h, const RecentFonts::Question& question, const FontIDBuffer& out) {
+  if (IsConnected(h)) {
+    if (const auto ids = RecentFonts::Shared().IDsFor(question)) {
+      *out.count = WriteNumbers(*ids, out.ids, out.capacity);
+      return kSuccess;
+    }
+  }
+  const uint64_t generation = RecentFonts::Shared().Generation();
+  const auto reply = AskAgent<calls::LookUpFonts>(
+      h, {{question.name}, question.byFamily, question.workgroupIDs, RecentFonts::kMostRecords});
+  if (reply.code != kSuccess) return reply.code;
+  if (reply.result.found.size() != 1) return kInvalidMessage;
+  const calls::LookUpFonts::Found& found = reply.result.found.front();
+  RecentFonts::Shared().Remember(generation, question, found);
+  *out.count = WriteNumbers(found.fontIDs, out.ids, out.capacity);
+  return kSuccess;
 }
 
 }  // namespace
@@ -43,14 +45,21 @@ TModuleErrorCode LookUp(FacadeHandle h, const char* name, const Workgroups& work
 TModuleErrorCode GetFontsByPostscriptName(FacadeHandle h, const char* name, const uint32_t* workgroupIDs,
                                           uint32_t workgroupCount, uint32_t* outFontIDs, uint32_t capacity,
                                           uint32_t* outCount) {
-  return LookUp<calls::GetFontsByPostscriptName>(h, name, {workgroupIDs, workgroupCount},
-                                                 {outFontIDs, capacity, outCount});
+  if (!name || !outCount) return kNullPointer;
+  *outCount = 0;
+  return Guarded([&] {
+    return LookUp(h, {name, false, NumbersOf(workgroupCount, workgroupIDs)}, {outFontIDs, capacity, outCount});
+  });
 }
 
 TModuleErrorCode GetFontsByFamilyName(FacadeHandle h, const char* name, const uint32_t* workgroupIDs,
                                       uint32_t workgroupCount, uint32_t* outFontIDs, uint32_t capacity,
                                       uint32_t* outCount) {
-  return LookUp<calls::GetFontsByFamilyName>(h, name, {workgroupIDs, workgroupCount}, {outFontIDs, capacity, outCount});
+  if (!name || !outCount) return kNullPointer;
+  *outCount = 0;
+  return Guarded([&] {
+    return LookUp(h, {name, true, NumbersOf(workgroupCount, workgroupIDs)}, {outFontIDs, capacity, outCount});
+  });
 }
 
 // Ignores the workgroups, because a font is in one workgroup only, and callers pass pseudo IDs.
@@ -62,10 +71,14 @@ TModuleErrorCode GetFontInfoByID(FacadeHandle h, const uint32_t*, uint32_t, Valu
   const auto fontID = NumberInText(Dictionary(Value::Retain(request)), kDatabaseIDKey);
   if (!fontID) return kInvalidParam;
   return Guarded([&] {
-    const auto reply = AskAgent<calls::GetFontInfoByID>(h, {*fontID});
-    if (reply.code != kSuccess) return reply.code;
+    std::optional<Record> record = IsConnected(h) ? RecentFonts::Shared().RecordOf(*fontID) : std::nullopt;
+    if (!record) {
+      auto reply = AskAgent<calls::GetFontInfoByID>(h, {*fontID});
+      if (reply.code != kSuccess) return reply.code;
+      record = std::move(reply.result.record);
+    }
     outFields->nDatabaseID = *fontID;
-    *outDictionary = DictionaryOf(reply.result.record).Release();
+    *outDictionary = DictionaryOf(*record).Release();
     return kSuccess;
   });
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "frameworks/VelorantPluginInterface/RecentFonts.h"
 #include "frameworks/VelorantPluginInterface/Values.h"
 #include "platform/Base64.h"
 
@@ -72,6 +73,7 @@ void RemoveCallback(PluginInterface::NotificationCallback callback) {
 void Deliver(const nlohmann::json& message) {
   const auto found = message.find("notify");
   if (found == message.end() || !IsNumber(*found)) return;
+  RecentFonts::Shared().Forget();
   const auto kind = static_cast<PluginInterface::ECallbackKind>(found->get<uint32_t>());
   const EventPayload payload = PayloadOf(kind);
   const auto content = message.find(payload == EventPayload::kFontID ? "fontID" : "payload");

@@ -13,8 +13,11 @@
 
 #include "agent/client/AgentConnection.h"
 #include "agent/include/AgentProtocol.h"
+#include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Facade.h"
+#include "frameworks/VelorantPluginInterface/RecentFonts.h"
 #include "frameworks/VelorantPluginInterface/ResultCodes.h"
+#include "platform/Clock.h"
 #include "platform/Folders.h"
 #include "support/TempFolder.h"
 
@@ -101,7 +104,9 @@ class StandIn {
     return true;
   }
   void Reply(int socket, uint64_t id) const {
-    const Json result = {{"protocol", protocol_}, {"value", 1}};
+    const Json record = {{"PostScriptName", "A"}};
+    const Json found = {{"fontIDs", {1, 2, 3}}, {"records", {record, record}}, {"flags", {1, 0}}};
+    const Json result = {{"protocol", protocol_}, {"value", 1}, {"record", record}, {"found", Json::array({found})}};
     platform::SendMessage(socket, Json{{"id", id}, {"code", 0}, {"result", result}}.dump());
   }
 
@@ -276,6 +281,53 @@ TEST_F(SilentAgent, ThatIsBeingKilledIsGoneOnlyWhenItsSocketIs) {
   SetPatienceForTesting(AgentConnection::kPatience);
   const StandIn agent(Listen(), true, AnswerAll, 3);
   EXPECT_EQ(Ask(), kSuccess);
+}
+
+// As the plug-in asks for each font of a document: a name, and for each font with it the name again and the record.
+TEST_F(SilentAgent, IsAskedOnceForANameAndTheRecordsOfItsFonts) {
+  constexpr size_t kNames = 200;
+  SetPatienceForTesting(AgentConnection::kPatience);
+  platform::Clock::SetDriven(1000);
+  const StandIn agent(Listen(), true, AnswerAll);
+  const auto h = CurrentFacade()->Handle();
+  EXPECT_EQ(CurrentFacade()->Connect(), 0u);
+  const size_t before = agent.Heard().size();
+  const auto questions = [&] { return agent.Heard().size() - before; };
+  const auto lookUp = [&](const std::string& name) {
+    uint32_t ids[8] = {}, count = 0;
+    EXPECT_EQ(GetFontsByPostscriptName(h, name.c_str(), nullptr, 0, ids, 8, &count), 0u);
+    EXPECT_TRUE(count == 3 && ids[2] == 3);
+  };
+  const auto readRecord = [&](const char* id) {
+    platform::Dictionary request = platform::Dictionary::Create();
+    request.Set("DatabaseID", id);
+    PluginInterface::FontRecordFields fields;
+    PluginInterface::ValueRef out = nullptr;
+    EXPECT_EQ(GetFontInfoByID(h, nullptr, 0, request.Ref(), &fields, &out), 0u);
+    EXPECT_EQ(platform::Dictionary(platform::Value::Adopt(out)).GetString("PostScriptName").View(), "A");
+  };
+  for (size_t name = 0; name < kNames; ++name) {
+    lookUp(std::to_string(name));
+    for (const char* id : {"1", "2"}) {
+      lookUp(std::to_string(name));
+      readRecord(id);
+    }
+    const uint32_t compared[] = {1, 2};
+    uint32_t areActive[2] = {};
+    EXPECT_EQ(GetFontIsActivated(h, 2, compared, areActive), 0u);
+    EXPECT_TRUE(areActive[0] == 1 && areActive[1] == 0);
+  }
+  EXPECT_EQ(questions(), kNames);
+  readRecord("3");  // was not sent along
+  const std::string last = std::to_string(kNames - 1);
+  platform::Clock::SetDriven(1000 + 2 * RecentFonts::kKeptSeconds);
+  lookUp(last);
+  readRecord("1");
+  EXPECT_EQ(questions(), kNames + 2);
+  DeactivateFonts(h, 0, nullptr, 0);
+  lookUp(last);
+  EXPECT_EQ(questions(), kNames + 4) << "something may have changed";
+  platform::Clock::UseSystemTime();
 }
 
 }  // namespace
