@@ -17,13 +17,8 @@ constexpr int kDocuments = 2000, kFolders = 40;
 constexpr size_t kMiB = size_t{1} << 20, kEPSSize = 256 * kMiB;
 const std::string kStart = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\n%%EndComments\n";
 
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "DocfontsBenchmark: %s\n", what.c_str());
-  std::exit(2);
-}
-
 void Run(const std::string& command) {
-  if (std::system(command.c_str()) != 0) Fail(command + " fails");
+  if (std::system(command.c_str()) != 0) benchmark::Fail(command + " fails");
 }
 
 std::string Quoted(const std::string& path) { return "'" + path + "'"; }
@@ -56,7 +51,7 @@ void SaveData(const std::string& path) {
   parser.Parse();
   parser.RegisterFontWithGlyphsure("<FONTSPEC NAME=\"A-Bold\" KIND=\"OpenType\" FOUNDRY=\"F\" CHECKSUM=\"1\"/>");
   parser.Save();
-  if (parser.GetError() != 0) Fail(path + " can't be written");
+  if (parser.GetError() != 0) benchmark::Fail(path + " can't be written");
 }
 
 // Both write a new file, sync it and remove an old one.
@@ -77,10 +72,7 @@ void CompareSaving(const char* name, const test_support::TempFolder& folder) {
       write);
 }
 
-}  // namespace
-
-int main() {
-  benchmark::Begin();
+void MeasureAll() {
   const test_support::TempFolder folder;
   FillFolder(folder);
   const std::string documents = Quoted(folder / "documents");
@@ -93,5 +85,8 @@ int main() {
   // Without the disk, whose time differs much from one write to the next.
   setenv("TMPDIR", "/dev/shm", 1);
   CompareSaving("the same in memory", test_support::TempFolder());
-  return benchmark::Finish();
 }
+
+}  // namespace
+
+int main() { return benchmark::Run(MeasureAll); }

@@ -24,11 +24,6 @@ namespace {
 constexpr size_t kMiB = 1024 * 1024;
 constexpr int kRuns = 5;
 
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "DocumentBenchmark: %s\n", what.c_str());
-  std::exit(2);
-}
-
 // Returns a document of about this size with one text layer and a composite image of raw noise.
 std::string Document(size_t size) {
   std::string plain = host::NewLayeredFile(true);
@@ -37,7 +32,7 @@ std::string Document(size_t size) {
   host::Pieces pieces;
   if (!host::ParseLayeredFile(source, structure).empty() ||
       !host::AddTextLayers(structure, plain.size(), {{"Text", "First"}}, pieces).empty()) {
-    Fail("the document can't be made");
+    benchmark::Fail("the document can't be made");
   }
   std::string bytes = pieces.Join(plain);
   platform::ByteSource made(bytes);
@@ -61,13 +56,13 @@ class Folder {
   Folder() {
     const char* folder = std::getenv("TMPDIR");
     path_ = std::string(folder ? folder : "/tmp") + "/documents-XXXXXX";
-    if (!mkdtemp(path_.data())) Fail(path_ + ": " + std::strerror(errno));
+    if (!mkdtemp(path_.data())) benchmark::Fail(path_ + ": " + std::strerror(errno));
   }
   ~Folder() { platform::RemoveTree(path_); }
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
   std::string Write(const char* name, const std::string& bytes) const {
-    if (platform::ReplaceFile(path_ + name, bytes)) Fail(path_ + name + " can't be written");
+    if (platform::ReplaceFile(path_ + name, bytes)) benchmark::Fail(path_ + name + " can't be written");
     return path_ + name;
   }
 
@@ -83,18 +78,19 @@ void ReadOnce(const std::string& path) {
   do {
     got = read(file.Get(), buffer.get(), kBuffer);
   } while (got > 0);
-  if (got < 0) Fail(path);
+  if (got < 0) benchmark::Fail(path);
 }
 
 void Check(const std::string& problem) {
-  if (!problem.empty()) Fail(problem);
+  if (!problem.empty()) benchmark::Fail(problem);
 }
 
 void OpenAndClose(const std::string& path) {
   host::DocumentOperations documents([](host_sdk::SPPluginRef) { return false; });
   int32_t id = 0;
   Check(documents.Open(path, &id));
-  if (documents.OpenDocuments().Find(id)->FontNames() != std::vector<std::string>{"First"}) Fail("the names differ");
+  if (documents.OpenDocuments().Find(id)->FontNames() != std::vector<std::string>{"First"})
+    benchmark::Fail("the names differ");
   Check(documents.Close(id));
 }
 
@@ -108,7 +104,8 @@ void WriteSlug(const std::string& path) {
     font.Set(GlyphsureSupport::kGS_VersionKey, std::to_string(++sRun));
     fonts.Append(font);
   }
-  if (WriteXMPGlyphsureSlugToFile(path, fonts) != CoreErrorCodes::kSuccess) Fail("the slug can't be written");
+  if (WriteXMPGlyphsureSlugToFile(path, fonts) != CoreErrorCodes::kSuccess)
+    benchmark::Fail("the slug can't be written");
 }
 
 void EditAndSave(const std::string& path, bool withSlug = false) {
@@ -128,11 +125,8 @@ void CopyAndSync(const std::string& from, const std::string& to) {
   Check(std::system(command.c_str()) == 0 ? "" : "cp failed");
 }
 
-}  // namespace
-
-int main() {
-  benchmark::Begin();
-  if (InitializeGlyphsureXMP() != 0) Fail("the XMP library can't be started");
+void MeasureAll() {
+  if (InitializeGlyphsureXMP() != 0) benchmark::Fail("the XMP library can't be started");
   const Folder folder;
   const std::string small = folder.Write("/small.psb", Document(kMiB));
   const std::string medium = folder.Write("/medium.psb", Document(64 * kMiB));
@@ -149,5 +143,8 @@ int main() {
   benchmark::Report("peak memory, 512 MiB against 1 MiB", benchmark::PeakOf([&] { EditAndSave(large); }), floor, 1.2,
                     "MiB");
   TerminateGlyphsureXMP();
-  return benchmark::Finish();
 }
+
+}  // namespace
+
+int main() { return benchmark::Run(MeasureAll); }

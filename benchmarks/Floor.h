@@ -1,7 +1,8 @@
-// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program prints
-// its own lines and returns Finish() from main.
+// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program returns
+// Run() from main; one that cannot fail may call Begin and Finish itself.
 #pragma once
 
+#include <errno.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,8 +13,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <functional>
 #include <limits>
+#include <stdexcept>
 #include <string>
 
 namespace benchmark {
@@ -61,18 +64,25 @@ inline void Compare(
   Report(name, best * 1000, bestFloor * 1000, limit, "ms");
 }
 
+// Ends the measurements with this message.
+[[noreturn]] inline void Fail(const std::string& message) { throw std::runtime_error(message); }
+
 // Returns the greatest memory, in MiB, of a process of its own that does the work.
 inline double PeakOf(const std::function<void()>& work) {
   const pid_t child = fork();
   if (child == 0) {
-    work();
+    try {
+      work();
+    } catch (const std::exception& error) {
+      std::fprintf(stderr, "%s\n", error.what());
+      _exit(2);
+    }
     _exit(0);
   }
   int status = 0;
   rusage usage{};
   if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) {
-    std::fprintf(stderr, "the memory of a process could not be measured\n");
-    std::exit(2);
+    Fail("the memory of a process could not be measured");
   }
   return static_cast<double>(usage.ru_maxrss) / 1024;
 }
@@ -89,5 +99,18 @@ inline void FillWithNoise(std::string& bytes, size_t start = 0) {
 }
 
 inline int Finish() { return IsAboveLimit() ? 1 : 0; }
+
+// Runs all measurements of a program and returns its exit status: 1 if a ratio is above its limit, 2 after a failure.
+// Failures are exceptions, so that files and processes of the measurements are removed first.
+inline int Run(const std::function<void()>& measurements) {
+  Begin();
+  try {
+    measurements();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, error.what());
+    return 2;
+  }
+  return Finish();
+}
 
 }  // namespace benchmark

@@ -40,11 +40,6 @@ constexpr size_t kRealFaces = 1800;
 constexpr int kRounds = 2000;
 constexpr size_t kDocumentFonts = 200;
 
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "LibraryBenchmark: %s\n", what.c_str());
-  std::exit(2);
-}
-
 std::string AgentProgram() {
   return (fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "app/agent/Nexcore").string();
 }
@@ -75,7 +70,7 @@ class RunningAgent {
       socket_ = agent_client::ReachAgent(runtime_);
       if (!socket_) poll(nullptr, 0, kTryMilliseconds);
     }
-    if (!socket_) Fail("the agent does not start");
+    if (!socket_) benchmark::Fail("the agent does not start");
     Ask(Request("GetScanReport"));
   }
   static std::string Request(const std::string& call, const Json& arguments = Json::object()) {
@@ -84,13 +79,13 @@ class RunningAgent {
   std::string Ask(const std::string& request) {
     std::string reply;
     if (platform::SendMessage(socket_.Get(), request) || platform::ReceiveMessage(socket_.Get(), reply)) {
-      Fail("the agent does not answer " + request.substr(0, 100));
+      benchmark::Fail("the agent does not answer " + request.substr(0, 100));
     }
     return reply;
   }
   Json Result(const std::string& call, const Json& arguments) {
     Json reply = Json::parse(Ask(Request(call, arguments)));
-    if (reply["code"] != 0) Fail(call + ": " + reply.dump());
+    if (reply["code"] != 0) benchmark::Fail(call + ": " + reply.dump());
     return reply["result"];
   }
   size_t ResidentBytes() const {
@@ -124,7 +119,7 @@ void CompareLookUps(RunningAgent& agent, size_t faces) {
     names.push_back(name);
     lookUps.push_back(RunningAgent::Request("GetFontsByPostscriptName", arguments));
     const Json found = agent.Result("GetFontsByPostscriptName", arguments);
-    if (found["fontIDs"].size() != 1) Fail(name + ": " + found.dump());
+    if (found["fontIDs"].size() != 1) benchmark::Fail(name + ": " + found.dump());
     records.push_back(RunningAgent::Request("GetFontInfoByID", {{"fontID", found["fontIDs"][0]}}));
   }
   CompareCalls("look-up by name" + title, 1.5, agent, lookUps);
@@ -165,7 +160,7 @@ void ReadWhatAStartReads(const TempFolder& state, const std::string& library) {
   for (const auto& entry : fs::recursive_directory_iterator(library)) {
     if (entry.is_regular_file()) bytes += entry.file_size();
   }
-  if (bytes == 0) Fail("there is nothing to read");
+  if (bytes == 0) benchmark::Fail("there is nothing to read");
 }
 
 void MeasureScale() {
@@ -203,7 +198,7 @@ size_t FillWithRealFonts(const TempFolder& library) {
       if (!entry.is_regular_file() || !kExtensions.contains(extension)) continue;
       fs::copy_file(entry.path(), library / (std::to_string(files++) + extension));
     }
-    if (files == before) Fail("there are no fonts in /usr/share/fonts");
+    if (files == before) benchmark::Fail("there are no fonts in /usr/share/fonts");
   }
   return files;
 }
@@ -232,14 +227,14 @@ uint32_t OpenFaces(FT_Library freeType, const std::string& bytes) {
 
 void OpenAllWithFreeType(const std::string& library) {
   FT_Library freeType = nullptr;
-  if (FT_Init_FreeType(&freeType) != 0) Fail("FreeType does not start");
+  if (FT_Init_FreeType(&freeType) != 0) benchmark::Fail("FreeType does not start");
   uint32_t sum = 0;
   for (const auto& entry : fs::recursive_directory_iterator(library)) {
     std::string bytes;
     if (!platform::ReadFile(entry.path(), bytes)) sum += OpenFaces(freeType, bytes);
   }
   FT_Done_FreeType(freeType);
-  if (sum == 0) Fail("the checksums are 0");
+  if (sum == 0) benchmark::Fail("the checksums are 0");
 }
 
 void MeasureFirstIndex() {
@@ -291,13 +286,13 @@ void MeasureActivation() {
   };
   const auto activate = [&] {
     const Json result = agent.Result("ActivateFonts", {{"fontIDs", ids}, {"kind", agent_protocol::kAutoActivated}});
-    if (result["activated"].size() != kDocumentFonts) Fail(result.dump().substr(0, 200));
+    if (result["activated"].size() != kDocumentFonts) benchmark::Fail(result.dump().substr(0, 200));
   };
   const auto linkAndLook = [&] {
     for (const std::string& file : files) {
       fs::create_symlink(file, links / ("active/" + fs::path(file).filename().string()));
     }
-    if (platform::ActiveFonts().size() != kDocumentFonts) Fail("fontconfig does not list the links");
+    if (platform::ActiveFonts().size() != kDocumentFonts) benchmark::Fail("fontconfig does not list the links");
   };
   clear();
   double best = HUGE_VAL, bestFloor = HUGE_VAL;
@@ -318,7 +313,7 @@ void MeasureOneChange() {
   files.resize(kActive + 1);
   platform::RunLoop loop;
   agent::ActiveFolder spread(spreadState / "active", agent::LinkKind::kSymbolic, loop);
-  if (spread.Prepare()) Fail("the folder of links can't be made");
+  if (spread.Prepare()) benchmark::Fail("the folder of links can't be made");
   fs::create_directories(flatState / "active");
   const auto linkFlat = [&](uint32_t id) {
     fs::create_symlink(files[id], flatState / ("active/" + std::to_string(id) + ".ttf"));
@@ -329,7 +324,7 @@ void MeasureOneChange() {
   }
   const auto look = [&](const TempFolder& state, size_t expected) {
     UseFontsOf(state, state / "active");
-    if (platform::ActiveFonts().size() != expected) Fail("fontconfig does not list the links");
+    if (platform::ActiveFonts().size() != expected) benchmark::Fail("fontconfig does not list the links");
   };
   constexpr uint32_t kChanged = 7;
   // fontconfig sees a change only in another second than its last look.
@@ -352,13 +347,13 @@ void MeasureOneChange() {
   benchmark::Report("look after a change, to one folder of links", best * 1000, bestFlat * 1000, 0.25, "ms");
 }
 
-}  // namespace
-
-int main() {
-  benchmark::Begin();
+void MeasureAll() {
   MeasureActivation();
   MeasureOneChange();
   MeasureFirstIndex();
   MeasureScale();
-  return benchmark::Finish();
 }
+
+}  // namespace
+
+int main() { return benchmark::Run(MeasureAll); }

@@ -24,14 +24,9 @@ using platform::Dictionary;
 constexpr int kRuns = 7;
 constexpr size_t kMiB = 1024 * 1024;
 
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "MetadataBenchmark: %s\n", what.c_str());
-  std::exit(2);
-}
-
 std::string MakeFolder(const std::filesystem::path& above) {
   std::string folder = (above / "metadata-XXXXXX").string();
-  if (!mkdtemp(folder.data())) Fail(folder + ": " + std::strerror(errno));
+  if (!mkdtemp(folder.data())) benchmark::Fail(folder + ": " + std::strerror(errno));
   return folder;
 }
 
@@ -58,7 +53,7 @@ void WriteDocument(const std::string& path, uint32_t megabytes) {
     }
     file << block;
   }
-  if (!file.flush()) Fail(path + " can't be written");
+  if (!file.flush()) benchmark::Fail(path + " can't be written");
 }
 
 Array Fonts(int count) {
@@ -73,7 +68,8 @@ Array Fonts(int count) {
 }
 
 void WriteSlug(const std::string& path, int count) {
-  if (WriteXMPGlyphsureSlugToFile(path, Fonts(count)) != CoreErrorCodes::kSuccess) Fail("the slug can't be written");
+  if (WriteXMPGlyphsureSlugToFile(path, Fonts(count)) != CoreErrorCodes::kSuccess)
+    benchmark::Fail("the slug can't be written");
 }
 
 // Returns the shortest time of several runs, in milliseconds.
@@ -83,11 +79,8 @@ double Best(const std::function<void()>& work) {
   return best;
 }
 
-}  // namespace
-
-int main() {
-  benchmark::Begin();
-  if (InitializeGlyphsureXMP() != 0) Fail("the XMP library can't be started");
+void MeasureAll() {
+  if (InitializeGlyphsureXMP() != 0) benchmark::Fail("the XMP library can't be started");
   const std::string folder = MakeFolder(std::filesystem::temp_directory_path());
   const std::string large = folder + "/large.psd", copy = folder + "/copy.psd";
   // In memory, because the time of the disk is not a cost of the metadata.
@@ -98,13 +91,14 @@ int main() {
   benchmark::Report("slug's write, against 10 ms", Best([&] { WriteSlug(small, ++count); }), 10, 1, "ms");
   const auto read = [&] {
     const Array slug = Array::Create();
-    if (ReadXMPGlyphsureSlugFromFile(small, slug) != CoreErrorCodes::kSuccess || slug.Count() == 0) Fail("no slug");
+    if (ReadXMPGlyphsureSlugFromFile(small, slug) != CoreErrorCodes::kSuccess || slug.Count() == 0)
+      benchmark::Fail("no slug");
   };
   benchmark::Report("slug's read, against 10 ms", Best(read), 10, 1, "ms");
   benchmark::Report("same slug again, 64 MiB, against 10 ms", (WriteSlug(large, 3), Best([&] { WriteSlug(large, 3); })),
                     10, 1, "ms");
   const auto run = [](const std::string& command) {
-    if (std::system(command.c_str()) != 0) Fail(command + " fails");
+    if (std::system(command.c_str()) != 0) benchmark::Fail(command + " fails");
   };
   const std::string copying = "cp '" + large + "' '" + copy + "'";
   const auto copyTo = [&](const std::string& command) {
@@ -123,5 +117,8 @@ int main() {
   platform::RemoveTree(folder);
   platform::RemoveTree(inMemory);
   TerminateGlyphsureXMP();
-  return benchmark::Finish();
 }
+
+}  // namespace
+
+int main() { return benchmark::Run(MeasureAll); }

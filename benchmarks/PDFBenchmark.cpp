@@ -14,11 +14,6 @@ namespace {
 
 constexpr int kPages = 5000, kFonts = 200, kFontsOnAPage = 8;
 
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "PDFBenchmark: %s\n", what.c_str());
-  std::exit(2);
-}
-
 // Each page has its own resources with 8 of 200 fonts.
 class Document {
  public:
@@ -63,7 +58,8 @@ class Document {
     const char* folder = std::getenv("TMPDIR");
     mPath = std::string(folder ? folder : "/tmp") + "/pdf-XXXXXX";
     const int file = mkostemp(mPath.data(), 0);
-    if (file < 0 || write(file, mBytes.data(), mBytes.size()) != static_cast<ssize_t>(mBytes.size())) Fail(mPath);
+    if (file < 0 || write(file, mBytes.data(), mBytes.size()) != static_cast<ssize_t>(mBytes.size()))
+      benchmark::Fail(mPath);
     close(file);
   }
 
@@ -73,11 +69,11 @@ class Document {
 
 void ReadFonts(const Document& document) {
   const auto parser = FontParser::CreateParserWithFile(document.Path(), true, FontParser::GetDefaultSystemPathStyle());
-  if (!parser) Fail("no parser");
+  if (!parser) benchmark::Fail("no parser");
   platform::Array fonts = platform::Array::Create();
   parser->Parse();
   parser->GetObsoleteGlyphsureData(true, &fonts);
-  if (fonts.Count() != kFonts) Fail("found " + std::to_string(fonts.Count()) + " fonts");
+  if (fonts.Count() != kFonts) benchmark::Fail("found " + std::to_string(fonts.Count()) + " fonts");
 }
 
 void RunPDFFonts(const Document& document) {
@@ -90,17 +86,17 @@ void RunPDFFonts(const Document& document) {
   int status = 0;
   if (posix_spawnp(&child, arguments[0], &actions, nullptr, arguments, environ) != 0 ||
       waitpid(child, &status, 0) != child || status != 0) {
-    Fail("pdffonts can't be run");
+    benchmark::Fail("pdffonts can't be run");
   }
   posix_spawn_file_actions_destroy(&actions);
 }
 
-}  // namespace
-
-int main() {
-  benchmark::Begin();
+void MeasureAll() {
   const Document document;
   benchmark::Compare(
       "fonts of a PDF, 5000 pages with 8 of 200", 0.1, 5, [&] { ReadFonts(document); }, [&] { RunPDFFonts(document); });
-  return benchmark::Finish();
 }
+
+}  // namespace
+
+int main() { return benchmark::Run(MeasureAll); }

@@ -1,12 +1,16 @@
-// Scans the bytes of a large document for font names, against reading the document into memory once and searching it
-// for the first byte of the pattern, or for the whole pattern.
+// Searches large documents for font names with the two functions that read their bytes: the raw scan, for any document,
+// and the reader of the host's documents. The floor reads the document into memory at once and searches it for the first
+// byte of the names' mark; or for the whole mark, where every byte of the document is that first byte.
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Floor.h"
@@ -18,26 +22,24 @@ namespace {
 constexpr size_t kMiB = 1024 * 1024;
 constexpr int kRuns = 5;
 
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "RawScanBenchmark: %s: %s\n", what.c_str(), std::strerror(errno));
-  std::exit(2);
-}
+[[noreturn]] void FailToUse(const std::string& path) { benchmark::Fail(path + ": " + std::strerror(errno)); }
 
+// Text of a document that names one font, in ASCII.
 std::string FontSetOf(const std::string& name) {
   std::string utf16;
   for (const char c : name) utf16 += std::string(1, '\0') + c;
   return "/FontSet [ << /Name (\xFE\xFF" + utf16 + ") /Script 0 >> ]";
 }
 
-// A document that is deleted with its object.
+// A document in the folder for temporary files, deleted with this object. `fill` writes each MiB of it. The texts are
+// at equal distances, the last one at the end.
 class Document {
  public:
   Document(size_t size, const std::function<void(std::string& block)>& fill, const std::vector<std::string>& texts) {
     const char* folder = std::getenv("TMPDIR");
     mPath = std::string(folder ? folder : "/tmp") + "/raw-scan-XXXXXX.psd";
     const int file = mkostemps(mPath.data(), 4, 0);
-    if (file < 0) Fail(mPath);
-    // The texts are at equal distances, the last one at the end.
+    if (file < 0) FailToUse(mPath);
     std::string block(kMiB, '\0');
     const size_t blocks = size / kMiB;
     for (size_t i = 0; i < blocks; ++i) {
@@ -45,7 +47,7 @@ class Document {
       for (size_t t = 0; t < texts.size(); ++t) {
         if (i == (t + 1) * blocks / texts.size() - 1) block.replace(kMiB - texts[t].size(), texts[t].size(), texts[t]);
       }
-      if (write(file, block.data(), kMiB) != static_cast<ssize_t>(kMiB)) Fail(mPath);
+      if (write(file, block.data(), kMiB) != static_cast<ssize_t>(kMiB)) FailToUse(mPath);
     }
     close(file);
   }
@@ -60,9 +62,9 @@ class Document {
 
 void FillWithNoise(std::string& block) { benchmark::FillWithNoise(block); }
 
-volatile size_t sSink;  // keeps the compiler from removing the work
+volatile size_t sSink;  // receives results, so that the compiler cannot remove the work
 
-// Reads the whole file and searches it.
+// Reads the whole file and searches it. `search` takes the first byte and the end.
 template <class Search>
 void ReadAnd(const std::string& path, size_t size, const Search& search) {
   const int file = open(path.c_str(), O_RDONLY);
@@ -70,7 +72,7 @@ void ReadAnd(const std::string& path, size_t size, const Search& search) {
   size_t have = 0;
   while (have < size) {
     const ssize_t got = read(file, bytes.get() + have, size - have);
-    if (got <= 0) Fail(path);
+    if (got <= 0) FailToUse(path);
     have += static_cast<size_t>(got);
   }
   close(file);
@@ -91,32 +93,37 @@ size_t FindFontSet(const char* from, const char* end) {
   return memmem(from, static_cast<size_t>(end - from), kPattern.data(), kPattern.size()) != nullptr;
 }
 
+void Expect(size_t expected, const std::vector<std::string>& names) {
+  if (names.size() == expected) return;
+  benchmark::Fail(std::to_string(names.size()) + " names found instead of " + std::to_string(expected));
+}
+
 void Scan(const Document& document, size_t expected) {
   std::vector<std::string> names;
   CommonFunctionality::GetFontNamesFromNonXMPSectionOfAdobeDocument(document.Path().c_str(), names);
-  if (names.size() != expected) Fail("the scan found " + std::to_string(names.size()) + " names");
+  Expect(expected, names);
 }
 
 void ReadFonts(const Document& document, size_t expected) {
   std::vector<std::string> names;
-  PhotoshopFontUtils::GetDocumentFonts(document.Path(), names, true);
-  if (names.size() != expected) Fail("the reader found " + std::to_string(names.size()) + " names");
+  constexpr bool kIsOpening = true;
+  PhotoshopFontUtils::GetDocumentFonts(document.Path(), names, kIsOpening);
+  Expect(expected, names);
 }
 
+// `limit` is the greatest time, as a multiple of the floor's.
 void CompareBoth(const std::string& what, const Document& document, size_t expected, double limit,
                  const std::function<void()>& floor) {
   benchmark::Compare(("scan, " + what).c_str(), limit, kRuns, [&] { Scan(document, expected); }, floor);
   benchmark::Compare(("document fonts, " + what).c_str(), limit, kRuns, [&] { ReadFonts(document, expected); }, floor);
 }
 
-}  // namespace
-
-int main() {
-  benchmark::Begin();
+void MeasureAll() {
   constexpr size_t kLarge = 512 * kMiB, kImage = 64 * kMiB;
   {
     const Document document(kLarge, FillWithNoise, {FontSetOf("First"), FontSetOf("Second"), FontSetOf("Last")});
     CompareBoth("512 MiB, 3 names", document, 3, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
+    // The greatest memory allowed: the document's size and 64 MiB, for readers that keep it whole.
     const double most = static_cast<double>(kLarge / kMiB + 64);
     benchmark::Report("peak memory, 512 MiB", benchmark::PeakOf([&] {
                         Scan(document, 3);
@@ -129,8 +136,12 @@ int main() {
     CompareBoth("512 MiB, no text", document, 0, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
   }
   {
+    // The worst case for a search by the first byte.
     const Document document(kImage, [](std::string& block) { block.assign(kMiB, '/'); }, {});
     CompareBoth("64 MiB of 0x2F", document, 0, 2, [&] { ReadAnd(document.Path(), kImage, FindFontSet); });
   }
-  return benchmark::Finish();
 }
+
+}  // namespace
+
+int main() { return benchmark::Run(MeasureAll); }

@@ -73,7 +73,7 @@ bool AnswersGreeting(const platform::Descriptor& socket, std::chrono::millisecon
 struct AgentConnection::State {
   platform::Descriptor socket;
   NotificationHandler onNotification;
-  void (*onLost)() = nullptr;
+  LostHandler onLost;
   Patience patience = kPatience;
 
   std::mutex sending;  // one message at a time
@@ -153,12 +153,12 @@ void AgentConnection::State::Lose(bool silent) {
   shutdown(socket.Get(), SHUT_RDWR);
 }
 
-AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, void (*onLost)(),
+AgentConnection::AgentConnection(platform::Descriptor socket, NotificationHandler onNotification, LostHandler onLost,
                                  Patience patience)
     : state_(std::make_shared<State>()) {
   state_->socket = std::move(socket);
   state_->onNotification = std::move(onNotification);
-  state_->onLost = onLost;
+  state_->onLost = std::move(onLost);
   state_->patience = patience;
   SetTimeout(state_->socket.Get(), SO_SNDTIMEO, patience);
   // Detached from the start, because a lost connection may exist for a long time before it is deleted.

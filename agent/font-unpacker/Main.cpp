@@ -1,6 +1,6 @@
-// font-unpacker: unpacks font files of the web for the agent in a separate process, because a broken one can make it loop, run
-// out of memory or crash. agent/webfonts starts it. It answers the requests on its standard input (a socket) one by one and
-// ends when the other side closes.
+// font-unpacker: unpacks web font files (WOFF, WOFF2) for the agent, which starts it (agent/webfonts). It is a separate
+// process, because a broken file can make it loop, run out of memory or crash. Its standard input is a socket, on which it
+// answers requests (UnpackMessages.h) one by one until the agent closes its end.
 #include <unistd.h>
 
 #include <string>
@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kSocket = STDIN_FILENO;
 
+// Returns a font file for each face. Throws UnpackError if the file cannot be read or unpacked.
 std::vector<std::string> Unpack(const agent::FontUnpacker& unpacker, const std::string& path) {
   std::string bytes;
   if (const std::error_code error = platform::ReadFile(path, bytes)) {
@@ -25,6 +26,8 @@ std::vector<std::string> Unpack(const agent::FontUnpacker& unpacker, const std::
   return unpacker.Unpack(bytes);
 }
 
+// Unpacks the file and sends the answer. Returns false if the agent has closed its end. A file that needs too much time or
+// memory ends the process; the agent notices that and starts another one.
 bool Serve(const agent::FontUnpacker& unpacker, const std::string& path) {
   agent::UnpackAnswer answer;
   std::vector<std::string> fonts;
@@ -49,8 +52,8 @@ int main() {
   platform::LimitChild(agent::kUnpackMemory);
   const agent::FontUnpacker unpacker;
   std::string path;
-  while (!platform::ReceiveMessage(kSocket, path)) {
+  for (;;) {
+    if (const std::error_code closed = platform::ReceiveMessage(kSocket, path)) return 0;
     if (!Serve(unpacker, path)) return 1;
   }
-  return 0;
 }

@@ -12,10 +12,11 @@ constexpr size_t kLongestDisplayName = 512;  // bytes
 }  // namespace
 
 std::string DisplayName(const FontFace& face) {
-  const bool isPlain = face.style.empty() || platform::EqualCaseless(face.style, "Regular");
-  std::string name = face.family + (isPlain ? "" : " " + face.style);
+  const bool saysNothing = face.style.empty() || platform::EqualCaseless(face.style, "Regular");
+  std::string name = face.family + (saysNothing ? "" : " " + face.style);
   if (name.size() > kLongestDisplayName) name.resize(kLongestDisplayName);
-  while (!platform::IsValidUTF8(name)) name.pop_back();  // cut off within a character
+  // The cut may be within a character.
+  while (!platform::IsValidUTF8(name)) name.pop_back();
   return name;
 }
 
@@ -46,14 +47,14 @@ agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgro
   record.emplace("Path", ShownPath(font.path));
   record.emplace("DatabaseID", std::to_string(font.id));
   record.emplace("ActivationStatus", std::to_string(state));
-  record.emplace("IsVault", "0");
+  record.emplace("IsVault", "0");  // the agent activates files where they are; it has no vault of copies
   record.emplace("DisplayName", DisplayName(face));
   record.emplace("FontFaceID", std::to_string(face.faceIndex));
   record.emplace("FontLocation", std::to_string(LocationOf(font)));
   record.emplace("IsMarquineFile", workgroup.type == kLibraryType ? "1" : "0");
   record.emplace("ScannedFoundry", face.foundry);
   record.emplace("IsSystem", workgroup.type == kSystemType ? "1" : "0");
-  record.emplace("IsLocal", "1");
+  record.emplace("IsLocal", "1");  // no font is on a server
   record.emplace("Weight", std::to_string(face.traits.weight));
   record.emplace("Width", std::to_string(face.traits.width));
   record.emplace("IsItalic", face.traits.isItalic ? "1" : "0");

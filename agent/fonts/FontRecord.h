@@ -10,7 +10,7 @@ namespace agent {
 // Where a font is, for panels: kDesktopLocation for files of libraries.
 uint32_t LocationOf(const Font& font);
 inline constexpr uint32_t kDesktopLocation = 3, kSystemLocation = 4, kWebLocation = 10;
-// The name for people: family and style, without a style that says nothing. UTF-8, at most 512 bytes.
+// The name for people: family and style, without the style "Regular". UTF-8, at most 512 bytes.
 std::string DisplayName(const FontFace& face);
 // `workgroup` is that of the font.
 agent_protocol::Record MakeFontRecord(const Font& font, const Workgroup& workgroup,

@@ -1,4 +1,4 @@
-// Makes texts of font files and of the file system safe for records and logs.
+// Makes texts of font files and of the file system safe for records and logs. Functions without state, for any thread.
 #pragma once
 
 #include <string>
@@ -6,14 +6,16 @@
 
 namespace agent {
 
-// Replaces what a record's XML form cannot contain or a terminal would obey: control characters and the code points
-// U+FFFE and U+FFFF. The replacement may be empty. Malformed UTF-8 is not changed.
+// Replaces each character that XML forbids in records or that a terminal would obey: the control characters (below U+0020,
+// and U+007F to U+009F), U+FFFE and U+FFFF. Malformed UTF-8 stays as it is.
 std::string WithoutControls(std::string_view utf8, std::string_view replacement = "");
 
-// A path or file name, which may contain any bytes. What cannot be shown becomes U+FFFD.
+// WithoutControls for a path or file name, with U+FFFD for each of these characters. Its bytes may be malformed UTF-8 and
+// stay so: ToText in CallEncoding.h replaces them for the socket.
 std::string ShownPath(std::string_view path);
 
-// Converts UTF-16 in network order to UTF-8. Drops lone surrogates and an odd last byte.
+// Converts UTF-16 in network order, as font files have it, to UTF-8. Drops lone surrogates and an odd last byte; keeps
+// control characters.
 std::string DecodeUTF16(std::string_view bytes);
 
 }  // namespace agent

@@ -20,19 +20,19 @@ inline constexpr const char* kAgentIdentifier = "com.velorant.Nexcore";
 inline constexpr const char* kAgentSocketName = "nexcore.sock";
 inline constexpr uint32_t kProtocolVersion = 2;
 
-// Limits of a request. Its bytes, fewer than in a reply; a longer one ends the connection.
+// The longest request, in bytes. A longer one ends the connection. Replies may be longer.
 inline constexpr uint32_t kLongestRequest = 1u << 20;
-// The numbers in a list of a request, and the pairs of set and font in "AddFontsToSets".
+// The most numbers in a list of a request, and the most pairs of set and font in "AddFontsToSets".
 inline constexpr size_t kMostNumbers = 65536;
-// What may wait for the first scan: requests of one client, and bytes of all clients together.
+// The most that may wait for the first scan: requests of one client, and bytes of all clients together.
 inline constexpr size_t kMostHeldRequests = 1000;
 inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 
-// The agent's one argument is its state folder. It reads STATE/nexcore.json there, every key of which may be left out:
-//   {"library": ["/folder", ...],      folders of the first library, with those below them; relative ones are meant from STATE
-//    "libraries": [{"id": 11, "name": "Mine", "folders": [...]}],   further ones; the agent changes these on request
-//    "lastLibraryID": 11,              the greatest ID so far; none is used again
-//    "webFonts": {"folder": "/folder", "enabled": false},   a collection of fonts, perhaps packed ones
+// The agent's one argument is its state folder, STATE. It reads STATE/nexcore.json; every key may be absent:
+//   {"library": ["/folder", ...],      the folders of the first library, searched with their subfolders; relative to STATE
+//    "libraries": [{"id": 11, "name": "Mine", "folders": [...]}],   more libraries; the agent changes these on request
+//    "lastLibraryID": 11,              the greatest ID so far; the agent never uses one again
+//    "webFonts": {"folder": "/folder", "enabled": false},   a folder of web fonts, which may be packed
 //    "desktop": false,                 true: activate in the user's own font folder
 //    "exitWithLastClient": false,      true: end when the last client has gone
 //    "refused": ["PostScriptName"]}    fonts that may not be activated
@@ -42,16 +42,15 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 //   STATE/agent/user.db    sets, rights, and activations that outlive clients; migrated, never deleted
 //   STATE/agent/webfonts/  unpacked web fonts; may be deleted at any time
 //   STATE/agent/agent.log  what a person should know
-//   STATE/agent/scan.log   what was wrong with files and folders in the last scan, one a line
+//   STATE/agent/scan.log   what was wrong with files and folders in the last scan, one problem per line
 //   STATE/active/0 .. f    the links that make fonts active, spread by the last hexadecimal digit of the font ID; with
-//                          "desktop" they are in a folder of their own below the user's font folder, see
-//                          client/AgentFolders.h
-//   STATE/fonts.conf       the fontconfig file, made by whoever set up the state folder
+//                          "desktop" they are in a subfolder of the user's font folder, see client/AgentFolders.h
+//   STATE/fonts.conf       the fontconfig file; the program that sets up the state folder writes it
 inline constexpr const char* kConfigurationName = "nexcore.json";
 inline constexpr const char* kActiveFolderName = "active";
 
-// Activation states of a font as the agent reports them ("ActivationStatus"). Programs read whole files, so a file is active
-// with all its faces.
+// The activation states in font records ("ActivationStatus"). Programs read whole files, so a file is active with all its
+// faces.
 enum AgentActivationState : int32_t {
   kInactive = 0,
   kAutoActivated = 1,       // for a document, by a plug-in

@@ -8,8 +8,8 @@ namespace agent {
 
 namespace {
 
-constexpr double kProgressInterval = 0.1;
-constexpr double kSystemFontsAge = 5.0;
+constexpr double kProgressInterval = 0.1;  // seconds
+constexpr double kSystemFontsAge = 5.0;    // seconds
 
 std::vector<std::string> FoldersOf(const Workgroups& workgroups) {
   std::vector<std::string> folders;
@@ -43,11 +43,7 @@ FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& 
                   activations_.OnFontsGone(path, fonts);
                   for (const Font& font : fonts) events_.missing(font.id);
                 },
-                [this, alive = std::weak_ptr<int>(alive_)] {
-                  loop_.Post([this, alive] {
-                    if (!alive.expired()) Step();
-                  });
-                }}),
+                [this] { PostStep(); }}),
       watch_(loop, FoldersOf(workgroups_), {[this] { Rescan(); }, events_.report}) {}
 
 FontLibrary::~FontLibrary() = default;

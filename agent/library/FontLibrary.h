@@ -1,5 +1,6 @@
 // The agent's fonts, kept up to date with the folders, and their activations. Owns the two databases, the table, the
-// scanner, the folder of links and the activations, and runs the scans on the loop.
+// scanner, the folder of links and the activations. A scan is a series of short steps on the loop, between which the agent
+// answers requests. Only the loop's thread may use the library, and all events are called on it.
 #pragma once
 
 #include <functional>
@@ -20,22 +21,24 @@
 
 namespace agent {
 
+// What the library tells the agent. All must be set.
 struct LibraryEvents {
   std::function<void(uint32_t fontID)> activated;
   std::function<void(uint32_t fontID)> deactivated;
-  std::function<void(uint32_t fontID)> missing;
-  std::function<void(const ScanProgress&)> scanProgress;  // occasionally, while files are read
+  std::function<void(uint32_t fontID)> missing;           // its file has gone
+  std::function<void(const ScanProgress&)> scanProgress;  // at most every 0.1 seconds; never in a short scan
+  // `hadProgress` is true if the scan called scanProgress.
   std::function<void(bool hadProgress)> scanFinished;
-  // A font may not be activated for a preview that this client asked for.
+  // The client asked to activate the font for a design, and "refused" in the configuration names the font.
   std::function<void(ClientID client, uint32_t fontID)> designRefused;
-  std::function<void()> listsChanged;                   // smart lists, or the sets and smart sets that they are made of
-  std::function<void(const std::string& line)> report;  // a line for people
+  std::function<void()> listsChanged;  // smart lists have changed, or what they are made of: sets and smart sets
+  std::function<void(const std::string& line)> report;  // a line for people, for the agent's log
 };
 
 class FontLibrary {
  public:
-  // Throws StoreError, with nothing changed, if a database is damaged or of a later version. One that cannot be written is
-  // used in memory.
+  // Opens the databases; Start does the rest. The loop must outlive the library. Throws StoreError, with nothing changed,
+  // if a database is damaged or of a later version. One that cannot be written is used in memory.
   FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events);
   ~FontLibrary();
   FontLibrary(const FontLibrary&) = delete;
@@ -43,14 +46,16 @@ class FontLibrary {
 
   // Removes what a killed agent left and starts the first scan.
   void Start();
-  // True if the first scan has finished, so that the table can be used.
+  // True if the first scan has finished. Before, "not in the table" does not mean "not in the library".
   bool IsReady() const { return scanner_.HasFinishedOnce(); }
-  void Rescan();  // again after one that is running
-  // Replaces the workgroups and scans their folders. Fonts of folders that are left out are deactivated.
+  // Starts a scan, or notes to start another one after the scan that is running.
+  void Rescan();
+  // Replaces the libraries and scans their folders. Fonts of folders that no library has any more are deactivated.
   void SetWorkgroups(const Workgroups& workgroups);
-  // Call before looking at active fonts. Asks the operating system at most every few seconds, or at once with `now`.
+  // Call before looking at active fonts: updates which fonts the operating system has active by itself. Asks it at most
+  // every 5 seconds, or always if `now` is true.
   void FreshenSystemFonts(bool now);
-  // Deactivates what clients requested; stored activations stay linked.
+  // Call before the agent ends: deactivates what clients requested. Activations that outlive their client stay linked.
   void Finish();
 
   const FontTable& Table() const { return table_; }
@@ -91,11 +96,11 @@ class FontLibrary {
   SmartLists lists_;
   Scanner scanner_;
   LibraryWatch watch_;
-  double lastProgress_ = 0;
-  bool hadProgress_ = false;
-  bool scanAgain_ = false;
-  double lastFreshened_ = 0;
-  bool saidUnwritable_ = false;
+  double lastProgress_ = 0;      // on the steady clock, in seconds
+  bool hadProgress_ = false;     // the scan that is running called scanProgress
+  bool scanAgain_ = false;       // after the scan that is running
+  double lastFreshened_ = 0;     // on the steady clock, in seconds
+  bool saidUnwritable_ = false;  // reported that user.db cannot be written
 };
 
 }  // namespace agent

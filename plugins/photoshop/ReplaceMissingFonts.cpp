@@ -20,8 +20,10 @@ namespace {
 
 constexpr double kRetrySeconds = 1.0;
 
-std::vector<platform::RunLoopTimerRef> sTimers;
+std::vector<platform::RunLoopTimerRef> sTimers;  // pending, one for each document
 
+// Closes and reopens the document, unless that would lose changes or disturb the user. The host may give the reopened
+// document another handle, so the tracked document takes the handle of the document that is in front afterwards.
 void CloseAndReopen(int documentID) {
   PhotoshopFontUtils::BringDocumentToFront(documentID);
   std::string path;
@@ -35,7 +37,7 @@ void CloseAndReopen(int documentID) {
   } else if (platform::Window::Modal()) {
     OutputIndentedAndFormattedString(0, "Skipping close/reopen because a modal window is displayed.");
   } else if (platform::EncodeText(path, platform::TextEncoding::kMacRoman)) {
-    // Do not close a document whose path the host's file strings cannot hold.
+    // The host opens files by MacRoman paths only. A document with another path stays open, or it could not be reopened.
     PhotoshopFontUtils::PlayeventClose();
     PhotoshopFontUtils::PlayeventOpen(path);
   }
@@ -49,7 +51,7 @@ void CloseAndReopen(int documentID) {
 void replaceMissingFontsTimerCallback(platform::RunLoopTimer& timer, int documentID) {
   const TracedCall traced(__func__, "Entering %s(gOpenDocumentCallCounter == %d && gShowingAlertCallCounter == %d)",
                           __func__, gOpenDocumentCallCounter, gShowingAlertCallCounter);
-  // The timer stays armed and fires again in a second.
+  // While the host is busy, leave the timer armed: it fires again in kRetrySeconds.
   if (gOpenDocumentCallCounter != 0 || gShowingAlertCallCounter != 0) return;
   std::erase_if(sTimers, [&](const platform::RunLoopTimerRef& pending) { return pending.get() == &timer; });
   timer.Invalidate();

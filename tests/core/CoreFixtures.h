@@ -19,7 +19,7 @@ class LogRecorder {
  public:
   explicit LogRecorder(GLogger::LoggingLevel level = GLogger::kError) {
     GLogger::GetSharedInstance()->SetDefaultLoggingLevel(level);
-    GLogger::GetSharedInstance()->SetAppender("recorder", new Appender(lines));
+    GLogger::GetSharedInstance()->SetAppender("recorder", std::make_unique<Appender>(lines));
   }
   ~LogRecorder() {
     GLogger::GetSharedInstance()->SetAppender("recorder", nullptr);

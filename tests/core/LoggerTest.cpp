@@ -30,7 +30,7 @@ GLogger::LoggingLevel Level(int level) { return static_cast<GLogger::LoggingLeve
 class LoggerTest : public testing::Test {
  protected:
   LoggerTest() {
-    mLogger.SetAppender("a", new Appender([this](const std::string& line) { mLines.push_back(line); }));
+    mLogger.SetAppender("a", std::make_unique<Appender>([this](const std::string& line) { mLines.push_back(line); }));
   }
   Logger mLogger;
   std::vector<std::string> mLines;
@@ -96,8 +96,8 @@ TEST_F(LoggerTest, TheBufferGrowsInStepsAndStaysGrown) {
 TEST_F(LoggerTest, ACallFromInsideAnAppenderIsDropped) {
   int calls = 0, callsOfTheOther = 0;
   Logger other;
-  other.SetAppender("a", new Appender([&](const std::string&) { ++callsOfTheOther; }));
-  mLogger.SetAppender("b", new Appender([&](const std::string&) {
+  other.SetAppender("a", std::make_unique<Appender>([&](const std::string&) { ++callsOfTheOther; }));
+  mLogger.SetAppender("b", std::make_unique<Appender>([&](const std::string&) {
                         ++calls;
                         other.LogError("x", "one record serves all loggers");
                         EXPECT_EQ(mLogger.GetAppender("a"), nullptr);  // the lock is held
@@ -112,7 +112,8 @@ TEST_F(LoggerTest, ACallFromInsideAnAppenderIsDropped) {
 }
 
 TEST_F(LoggerTest, AnAppenderThatThrowsDoesNotSilenceTheLog) {
-  mLogger.SetAppender("b", new Appender([](const std::string&) { throw std::runtime_error("disk full"); }));
+  mLogger.SetAppender("b",
+                      std::make_unique<Appender>([](const std::string&) { throw std::runtime_error("disk full"); }));
   EXPECT_THROW(mLogger.LogError("x", "one"), std::runtime_error);
   mLogger.SetAppender("b", nullptr);
   mLogger.LogError("x", "two");
@@ -123,13 +124,11 @@ TEST_F(LoggerTest, AppendersGetLinesInOrderOfIdentifierAndAreOwned) {
   std::string order;
   const auto alive = std::make_shared<int>();
   for (const char* name : {"b", "B"}) {
-    mLogger.SetAppender(name, new Appender([&order, name, alive](const std::string&) { order += name; }));
+    mLogger.SetAppender(name, std::make_unique<Appender>([&order, name, alive](const std::string&) { order += name; }));
   }
   mLogger.LogError("x", "one");
   EXPECT_EQ(order, "Bb");
-  mLogger.SetAppender("B", mLogger.GetAppender("B"));
-  EXPECT_EQ(alive.use_count(), 3);
-  mLogger.SetAppender("B", new Appender([](const std::string&) {}));
+  mLogger.SetAppender("B", std::make_unique<Appender>([](const std::string&) {}));
   EXPECT_EQ(alive.use_count(), 2);
   mLogger.RemoveAllAppenders();
   EXPECT_EQ(alive.use_count(), 1);

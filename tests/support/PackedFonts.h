@@ -1,4 +1,4 @@
-// Packed font files of the web, made from plain ones.
+// Web font files (WOFF, WOFF2), made from plain ones.
 #pragma once
 
 #include <woff2/encode.h>

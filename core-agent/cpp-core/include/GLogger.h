@@ -54,10 +54,11 @@ class GLogger {
   void SetLoggingLevelsFromKVTree(const GKVTree& levels);
   void ResetAllLoggingLevels();
 
-  // Takes ownership of the appender. Null removes the registered one. Identifiers of appenders are case-sensitive. Has
-  // no effect when called from an appender, because the logger is locked.
-  void SetAppender(const std::string& identifier, GLogAppender* appender);
-  GLogAppender* GetAppender(const std::string& identifier);  // owned by the logger; may be null
+  // Replaces the registered appender; null removes it. Identifiers of appenders are case-sensitive. When called from an
+  // appender, it only deletes the new one, because the logger is locked.
+  void SetAppender(const std::string& identifier, std::unique_ptr<GLogAppender> appender);
+  // Returns the registered appender, owned by the logger, or null. Always null when called from an appender.
+  GLogAppender* GetAppender(const std::string& identifier);
   void RemoveAllAppenders();
   void OSRegisterDefaultAppender();
   static const std::string& GetDefaultAppenderIdentifier();
@@ -76,7 +77,7 @@ class GLogger {
 
   GMutex mAppenderMutex;  // guards mAppenders and mBuffer
   std::map<std::string, std::unique_ptr<GLogAppender>> mAppenders;
-  GMutex mLevelMutex;
+  GMutex mLevelMutex;                           // guards mLevels
   std::map<std::string, LoggingLevel> mLevels;  // by lower-case identifier
   const std::string mDefaultIdentifier = "default";
   std::vector<char> mBuffer;  // text of the last line; never shrinks

@@ -173,12 +173,14 @@ void GLogger::ResetAllLoggingLevels() {
   if (lock) mLevels = {{GetDefaultLoggingIdentifier(), kWarning}};
 }
 
-void GLogger::SetAppender(const std::string& identifier, GLogAppender* appender) {
+void GLogger::SetAppender(const std::string& identifier, std::unique_ptr<GLogAppender> appender) {
   const HeldMutex lock(mAppenderMutex);
   if (!lock) return;
-  std::unique_ptr<GLogAppender>& entry = mAppenders[identifier];
-  if (entry.get() != appender) entry.reset(appender);  // setting the same one again must not delete it
-  if (!appender) mAppenders.erase(identifier);
+  if (appender) {
+    mAppenders[identifier] = std::move(appender);
+  } else {
+    mAppenders.erase(identifier);
+  }
 }
 
 GLogAppender* GLogger::GetAppender(const std::string& identifier) {
@@ -193,7 +195,9 @@ void GLogger::RemoveAllAppenders() {
   if (lock) mAppenders.clear();
 }
 
-void GLogger::OSRegisterDefaultAppender() { SetAppender(GetDefaultAppenderIdentifier(), new GStdOutLogAppender); }
+void GLogger::OSRegisterDefaultAppender() {
+  SetAppender(GetDefaultAppenderIdentifier(), std::make_unique<GStdOutLogAppender>());
+}
 
 GLogger::LoggingLevel GLogger::StringToLevel(const std::string& text) {
   const std::string lowered = GStringUtils::OSToLowerCase(text);

@@ -17,11 +17,13 @@ using platform::String;
 
 namespace {
 
-// The agent's numbers, which the plug-in passes on. This one is told if it has none.
+// The agent's numbers, which the plug-in passes on. If the agent has none, panels are told this one.
 enum EReplicationMode : int { kReplicationModeDefault = 1 };
 
-constexpr long kTypekitWorkgroup = 9;
+constexpr long kTypekitWorkgroup = 9;  // a type of workgroup
 
+
+// Preferences of the plug-in. The names are older than this version.
 constexpr const char* kWidthPreference = "CS5PanelWidth";
 constexpr const char* kHeightPreference = "CS5PanelHeight";
 constexpr const char* kSelectionPreference = "DropDownSelection";
@@ -109,12 +111,12 @@ TModuleErrorCode MarquinePanel::IsGoogleWebFontsEnabled() {
   int isEnabled = 0;
   if (MarquineGlobals::sConnectedToCore) isEnabled = AskAgentFor(AgentFunctions().pfGetIsGoogleWebFontsEnabled);
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
-  // Once in the life of the preferences, the first web fonts move the user to all workgroups, so that they are seen.
+  // When web fonts are enabled for the first time, select all workgroups, so that the user sees these fonts.
   if (isEnabled != 0 && CanActivateFromAllWorkgroups() && !ui->GetPreferenceForKey(kWebFontsSeenPreference)) {
     ui->SetCurrentWorkgroupID(FontManagerInterface::kAllWorkgroupsID);
     ui->SetPreferenceForKey(kWebFontsSeenPreference, true);
   }
-  // Panels learn of a replication from its progress; here it is never told.
+  // This reply never reports a replication. Keep it: panels learn of one from its progress messages.
   constexpr int isReplicating = 0, replicationMode = kReplicationModeDefault;
   Parser jsonObject;
   const Node root = jsonObject.root();
@@ -127,7 +129,8 @@ TModuleErrorCode MarquinePanel::IsGoogleWebFontsEnabled() {
   return SendReply(root);
 }
 
-// Stores all three under one key. Keep it: the other two keys belong to the login of earlier versions.
+// Stores all three under one key, so that the last one stays. Keep it: the other two keys belong to the login of earlier
+// versions. The user interface must exist.
 void MarquinePanel::StorePendingLogin() {
   for (String* pending : {&mPendingAddress, &mPendingPort, &mPendingUsername}) {
     if (!*pending) continue;
@@ -156,6 +159,7 @@ TModuleErrorCode MarquinePanel::HBSIsLoggedIn() {
   Parser jsonObject;
   const Node root = jsonObject.root();
   Node jsonValue;
+  // Unlike other replies, this one is sent even if a member cannot be set.
   GJSONUtils::SetValueForKey(kIsLoggedIn, kMessageIDKey, root, jsonValue);
   GJSONUtils::SetValueForKey(isLoggedIn, kIsLoggedInKey, root, jsonValue);
   GJSONUtils::SetValueForKey(isOnline, kIsOnlineKey, root, jsonValue);
@@ -170,7 +174,7 @@ TModuleErrorCode MarquinePanel::HBSIsLoggedIn() {
 
 TModuleErrorCode MarquinePanel::GetDimensions() {
   if (!MarquineGlobals::sConnectedToCore) return CoreErrorCodes::kSuccess;
-  int width = 260, height = 350;
+  int width = 260, height = 350;  // pixels; the user interface has defaults of its own
   if (const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface()) {
     width = ui->GetLongPreferenceForKey(kWidthPreference);
     height = ui->GetLongPreferenceForKey(kHeightPreference);
@@ -207,7 +211,7 @@ TModuleErrorCode MarquinePanel::SaveDropDownSelection(const std::string& message
   PANEL_CHECK(GetJSONValueFromMessage(message, jsonValue, jsonObject));
   PANEL_CHECK(GJSONUtils::GetValueForKey(jsonValue, kSelectionKey, selection));
   PANEL_CHECK(GJSONUtils::GetValueForKey(jsonValue, kSavesSmartListKey, savesSmartList));
-  // The first entry is what a panel shows when nothing is saved. Selecting it keeps what was saved before.
+  // A panel shows the first entry, 0, when nothing is saved. Selecting it keeps what was saved before.
   const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
   if (selection == 0 || !ui) return CoreErrorCodes::kSuccess;
   ui->SetLongPreferenceForKey(kSelectionPreference, static_cast<int>(selection));
