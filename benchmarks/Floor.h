@@ -1,5 +1,5 @@
-// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program returns
-// Run() from main; one that cannot fail may call Begin and Finish itself.
+// For every benchmark: measures several runs against a floor, in turn, and prints how they compare. Each program
+// returns Run() from main; one that cannot fail may call Begin and Finish itself.
 #pragma once
 
 #include <errno.h>

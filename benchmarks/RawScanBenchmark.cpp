@@ -1,6 +1,6 @@
 // Searches large documents for font names with the two functions that read their bytes: the raw scan, for any document,
-// and the reader of the host's documents. The floor reads the document into memory at once and searches it for the first
-// byte of the names' mark; or for the whole mark, where every byte of the document is that first byte.
+// and the reader of the host's documents. The floor reads the document into memory at once and searches it for the
+// first byte of the names' mark; or for the whole mark, where every byte of the document is that first byte.
 #include <fcntl.h>
 #include <unistd.h>
 

@@ -18,8 +18,8 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  // Starts the process, which calls `serve` with its end of the socket and ends when that returns. It is killed when this
-  // process dies. Must not be called while it runs.
+  // Starts the process, which calls `serve` with its end of the socket and ends when that returns. It is killed when
+  // this process dies. Must not be called while it runs.
   std::error_code Start(const std::function<void(int socket)>& serve);
   bool IsStarted() const { return process_ != 0; }
   int Socket() const { return socket_.Get(); }  // -1 while it does not run

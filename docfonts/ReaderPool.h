@@ -24,7 +24,8 @@ struct ReaderLimits {
   uint32_t patience = kPatienceFactor;     // real time as a multiple of that
 };
 
-// Not thread-safe. The program must have no other threads: a process is started for each reader, and again after one ended.
+// Not thread-safe. The program must have no other threads: a process is started for each reader, and again after one
+// ended.
 class ReaderPool {
  public:
   // `read` runs in the reader processes.

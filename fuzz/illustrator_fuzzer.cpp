@@ -1,5 +1,5 @@
-// Any bytes as the private data of Illustrator in a PDF, packed in the way that the first byte chooses: the document's own
-// font is always found, reading twice gives the same, and no temporary file is left.
+// Any bytes as the private data of Illustrator in a PDF, packed in the way that the first byte chooses: the document's
+// own font is always found, reading twice gives the same, and no temporary file is left.
 #include <zlib.h>
 
 #include <filesystem>

@@ -1,4 +1,5 @@
-// Any text as a rule over fonts: it is read, or refused with a line for people that says where; a rule and its negation disagree.
+// Any text as a rule over fonts: it is read, or refused with a line for people that says where; a rule and its negation
+// disagree.
 #include <string>
 
 #include "Check.h"

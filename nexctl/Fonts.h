@@ -12,8 +12,8 @@ using Description = calls::DescribeFonts::Font;
 
 // An ID from a word of digits; nothing else. Throws WrongUsage.
 uint32_t NumberOf(const std::string& word);
-// The IDs of fonts, each named by its ID or its PostScript name. Throws Failure for a font that does not exist, and for a
-// name that several files have.
+// The IDs of fonts, each named by its ID or its PostScript name. Throws Failure for a font that does not exist, and for
+// a name that several files have.
 Numbers FontsNamed(Session& session, const std::vector<std::string>& words);
 // In the order of the IDs; fonts that do not exist are left out.
 std::vector<Description> Describe(Session& session, const Numbers& ids);

@@ -32,8 +32,8 @@ class Session {
  public:
   using NotificationHandler = agent_client::AgentConnection::NotificationHandler;
 
-  // `stateFolder` is empty for the user's. Starts the agent if none runs there and the folder exists. With a handler, the
-  // agent's notifications come to it, on another thread. Throws Failure.
+  // `stateFolder` is empty for the user's. Starts the agent if none runs there and the folder exists. With a handler,
+  // the agent's notifications come to it, on another thread. Throws Failure.
   explicit Session(const std::string& stateFolder, NotificationHandler onNotification = nullptr);
 
   // Throws Failure if the call fails.

@@ -1,5 +1,6 @@
-// A helper program that does dangerous work in a process of its own. Its standard input is one end of a pair of connected
-// sockets; its standard output goes nowhere. It serves requests on the socket until the other end closes. Not thread-safe.
+// A helper program that does dangerous work in a process of its own. Its standard input is one end of a pair of
+// connected sockets; its standard output goes nowhere. It serves requests on the socket until the other end closes. Not
+// thread-safe.
 #pragma once
 
 #include <sys/types.h>
@@ -20,8 +21,8 @@ class PLATFORM_API ChildProgram {
   ChildProgram& operator=(const ChildProgram&) = delete;
 
   const std::string& Program() const { return program_; }
-  // Starts the program, in its own process group: Ctrl-C at the terminal is meant for the program that started it. Returns
-  // false, with a line in *problem, on failure.
+  // Starts the program, in its own process group: Ctrl-C at the terminal is meant for the program that started it.
+  // Returns false, with a line in *problem, on failure.
   bool Start(std::string* problem);
   // False if it was not started, has ended, or was started by the process of which this one is a fork.
   bool IsRunning();

@@ -1,4 +1,5 @@
-// The options and commands of a program. One table gives the parser, the help, the shell completion and the manual page.
+// The options and commands of a program. One table gives the parser, the help, the shell completion and the manual
+// page.
 #pragma once
 
 #include <span>
@@ -19,8 +20,8 @@ struct Option {
   const char* argument;
   // One line without a full stop at its end.
   const char* help;
-  // What ParseOptions sets, not null. A bool becomes true, a text gets the last value, a list gets all values. An option
-  // has an argument if and only if this is no bool.
+  // What ParseOptions sets, not null. A bool becomes true, a text gets the last value, a list gets all values. An
+  // option has an argument if and only if this is no bool.
   std::variant<bool*, std::string*, std::vector<std::string>*> target;
 };
 
@@ -30,9 +31,9 @@ struct CommandText {
   const char* help;
 };
 
-// Options may be anywhere before "--". A value is the next word or follows "=", and is not empty. Other words, "-" and all
-// words after "--" are appended to `words`. Returns an empty text, or one line that says what is wrong, with all before it
-// done.
+// Options may be anywhere before "--". A value is the next word or follows "=", and is not empty. Other words, "-" and
+// all words after "--" are appended to `words`. Returns an empty text, or one line that says what is wrong, with all
+// before it done.
 PLATFORM_API std::string ParseOptions(std::span<const Option> options, const std::vector<std::string>& arguments,
                                       std::vector<std::string>& words);
 

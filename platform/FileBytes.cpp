@@ -57,7 +57,8 @@ std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to) {
   constexpr off_t kPage = 4096, kShared = off_t{1} << 30, kBuffer = off_t{1} << 20;
   auto at = static_cast<off_t>(begin);
   const auto stop = static_cast<off_t>(end);
-  // The kernel copies bytes whose place within their page changes in small pieces, which takes longer than a buffer does.
+  // The kernel copies bytes whose place within their page changes in small pieces, which takes longer than a buffer
+  // does.
   bool isByKernel = (at - lseek(to, 0, SEEK_CUR)) % kPage == 0;
   while (isByKernel && at < stop) {
     const auto most = static_cast<size_t>(std::min(stop - at, kShared));

@@ -21,8 +21,8 @@ std::error_code WriteAll(int fd, std::string_view bytes);
 std::error_code WriteAllAt(int fd, uint64_t offset, std::string_view bytes);
 // Fills `bytes`. Fails with std::errc::io_error if the file ends before that.
 std::error_code ReadAllAt(int fd, uint64_t offset, std::string& bytes);
-// Copies the range [begin, end) of one open file to the position of the other. The file system shares or copies the bytes
-// by itself where it can. std::errc::io_error if the file ends before `end`, unless that is kToItsEnd.
+// Copies the range [begin, end) of one open file to the position of the other. The file system shares or copies the
+// bytes by itself where it can. std::errc::io_error if the file ends before `end`, unless that is kToItsEnd.
 inline constexpr uint64_t kToItsEnd = INT64_MAX;
 std::error_code CopyRange(int from, uint64_t begin, uint64_t end, int to);
 

@@ -101,8 +101,8 @@ std::string RenewPacket(std::string_view resource, const Resource& old, const st
   return std::string(resource).replace(old.data, old.dataSize, fitting);
 }
 
-// Replaces the packet in the resources, or appends it. Of several packets it replaces the first, which is the one that the
-// XMP library reads. Returns false if they are damaged.
+// Replaces the packet in the resources, or appends it. Of several packets it replaces the first, which is the one that
+// the XMP library reads. Returns false if they are damaged.
 bool Renew(std::string_view resources, const std::string& packet, std::string& renewed) {
   bool isAdded = false;
   while (!resources.empty()) {

@@ -18,8 +18,8 @@ struct Splice {
   std::string bytes;
 };
 
-// Reads the packet that the XMP library reads, too: the first one. Returns false if there is none, or if the file cannot
-// be read up to it.
+// Reads the packet that the XMP library reads, too: the first one. Returns false if there is none, or if the file
+// cannot be read up to it.
 bool FindLayeredPacket(const std::string& path, std::string& packet);
 
 // Plans how to replace the packet. A packet that fits the place of the old one, which may end in blanks, is padded to

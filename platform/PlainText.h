@@ -13,8 +13,8 @@ constexpr bool IsContinuation(char byte) { return (static_cast<unsigned char>(by
 
 inline constexpr char32_t kMalformed = 0xFFFFFFFF;
 
-// Removes the first character from a text that is not empty, and returns its code point. If the text does not start with a
-// well-formed character, removes one byte and returns kMalformed.
+// Removes the first character from a text that is not empty, and returns its code point. If the text does not start
+// with a well-formed character, removes one byte and returns kMalformed.
 PLATFORM_API char32_t TakeCharacter(std::string_view& text);
 
 // Counts characters. A malformed byte that looks like the start of a character counts as one.

@@ -9,7 +9,8 @@ namespace platform {
 // A box is a dictionary:
 //   "Kind"     string, one of the kinds below
 //   "Header", "Message"  strings, may be absent
-//   "Buttons"  array of strings, the first is the default (answer 1), then 2 ...; absent for a box that can only be closed
+//   "Buttons"  array of strings, the first is the default (answer 1), then 2 ...; absent for a box that can only be
+//              closed
 // and what its kind brings along:
 //   "message"     "Key": the name of the message, the same in every language, if it has one
 //   "text"        asks for one line: "Default"
@@ -18,16 +19,16 @@ namespace platform {
 //                 "PossibleReplacements", an array of such records, the best first
 //   "restricted", "missing"  "Fonts": such records without replacements
 //   "workgroup"   "Workgroups": dictionaries with "Name", "ID" (integer), "IsLocalPersonal" (boolean)
-//   "command"     the same, "CurrentWorkgroupID" (integer) as the preset choice, and "ButtonsEnabled", a boolean for each
-//                 button
+//   "command"     the same, "CurrentWorkgroupID" (integer) as the preset choice, and "ButtonsEnabled", a boolean for
+//                 each button
 //   "about"       nothing
 //   "preferences" "Preferences": dictionaries with "Key", "Label" and "Value" (boolean or integer)
 // The answer is a dictionary:
 //   "Button"      integer from 1; absent or 0 when the user closed the box
 //   "Text"        string, for "text" and "save-folder"
 //   "Choice"      integer, the ID of the chosen workgroup
-//   "Choices"     dictionary, for "resolve": PostScript name to the index of the chosen replacement, from 0; fonts may be
-//                 left out
+//   "Choices"     dictionary, for "resolve": PostScript name to the index of the chosen replacement, from 0; fonts may
+//                 be left out
 //   "Preferences" dictionary, for "preferences": key to new value, of the type that was shown; others may be left out
 struct Presenter {
   void* context = nullptr;

@@ -1,5 +1,5 @@
-// A private file for data that another part of this process reads by path. It has mode 0600 and no name in its folder, so
-// the kernel removes it with the object and also when the process is killed. Not thread-safe.
+// A private file for data that another part of this process reads by path. It has mode 0600 and no name in its folder,
+// so the kernel removes it with the object and also when the process is killed. Not thread-safe.
 #pragma once
 
 #include <string>

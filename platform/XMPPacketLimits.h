@@ -6,8 +6,8 @@
 
 namespace platform {
 
-// Empty if it is small enough; otherwise the end of a sentence: "has more than 2000 properties in one group". Damage, too,
-// is an excess unless it is tolerated; then the packet is checked up to the damage.
+// Empty if it is small enough; otherwise the end of a sentence: "has more than 2000 properties in one group". Damage,
+// too, is an excess unless it is tolerated; then the packet is checked up to the damage.
 enum class PacketDamage { kIsExcess, kIsTolerated };
 std::string DescribeExcess(const std::string& packet, PacketDamage damage = PacketDamage::kIsExcess);
 

@@ -1,6 +1,6 @@
 // font-unpacker: unpacks web font files (WOFF, WOFF2) for the agent, which starts it (agent/webfonts). It is a separate
-// process, because a broken file can make it loop, run out of memory or crash. Its standard input is a socket, on which it
-// answers requests (UnpackMessages.h) one by one until the agent closes its end.
+// process, because a broken file can make it loop, run out of memory or crash. Its standard input is a socket, on which
+// it answers requests (UnpackMessages.h) one by one until the agent closes its end.
 #include <unistd.h>
 
 #include <string>
@@ -26,8 +26,8 @@ std::vector<std::string> Unpack(const agent::FontUnpacker& unpacker, const std::
   return unpacker.Unpack(bytes);
 }
 
-// Unpacks the file and sends the answer. Returns false if the agent has closed its end. A file that needs too much time or
-// memory ends the process; the agent notices that and starts another one.
+// Unpacks the file and sends the answer. Returns false if the agent has closed its end. A file that needs too much time
+// or memory ends the process; the agent notices that and starts another one.
 bool Serve(const agent::FontUnpacker& unpacker, const std::string& path) {
   agent::UnpackAnswer answer;
   std::vector<std::string> fonts;

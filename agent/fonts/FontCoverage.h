@@ -48,8 +48,8 @@ class PackedCoverage {
 };
 
 // Thread-safe. A script counts as covered if the face has the letter that stands for it in Unicode's data;
-// a language, if the face has all letters that it needs in ordinary text. Of languages with more than kMostLetters it looks
-// at some of these only.
+// a language, if the face has all letters that it needs in ordinary text. Of languages with more than kMostLetters it
+// looks at some of these only.
 class CoverageReader {
  public:
   // Made when it is first needed, which takes some 30 ms.

@@ -31,8 +31,8 @@ class FontFileReader {
   FontFileReader(const FontFileReader&) = delete;
   FontFileReader& operator=(const FontFileReader&) = delete;
 
-  // Its content decides whether a file is a font, not its name. A file of more than 1 GiB is none, and so is anything but
-  // a regular file.
+  // Its content decides whether a file is a font, not its name. A file of more than 1 GiB is none, and so is anything
+  // but a regular file.
   FontFileContent Read(const std::string& path) const;
   // The same for bytes in memory. fileName is the name without folders: it tells what the file claims to be, and is the
   // printer font of a Type 1 face.

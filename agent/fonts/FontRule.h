@@ -6,15 +6,16 @@
 //
 //   FIELD                                            OPERATOR             VALUE
 //   family style name foundry kind version path      =  !=  ~  !~         a text; "~" means contains
-//   design                                           =  !=                serif slab sans script decorative symbol unknown
+//   design                                           =  !=                serif slab sans script decorative symbol
+//                                                                         unknown
 //   script language                                  =  !=                Cyrl, ru; "=" means covers
-//   weight width size age                            =  !=  <  <=  >  >=  a number; size is in bytes, K or M may follow; age
-//                                                                         is the days since the font was added
+//   weight width size age                            =  !=  <  <=  >  >=  a number; size is in bytes, K or M may
+//                                                                         follow; age is the days since the font was added
 //   added                                            =  !=  <  <=  >  >=  a day, 2026-01-31
 //   FLAG: italic, monospaced, variable, coloured, active
 //
-// Texts are compared without regard to case; "name" is the PostScript name. A value is a word, or is in double quotes, where
-// a backslash stands before a quote or backslash. Example:
+// Texts are compared without regard to case; "name" is the PostScript name. A value is a word, or is in double quotes,
+// where a backslash stands before a quote or backslash. Example:
 //   (family ~ garamond or design = serif) and weight >= 600 and language = cs and not variable
 #pragma once
 

@@ -18,11 +18,11 @@ class SfntTables {
   // True if the file starts like a font or a collection.
   static bool IsSfnt(std::string_view bytes);
   static bool IsCollection(std::string_view bytes);
-  // Returns the offset of each face's directory; for a single font one 0. If a collection's list of faces does not fit the
-  // file, returns nothing and sets `problem` to a line for people.
+  // Returns the offset of each face's directory; for a single font one 0. If a collection's list of faces does not fit
+  // the file, returns nothing and sets `problem` to a line for people.
   static std::optional<std::vector<uint32_t>> FaceOffsets(std::string_view bytes, std::string& problem);
-  // Parses the directory at the offset. If it or one of its tables is not completely within the file, returns nothing and
-  // sets `problem` to a line for people.
+  // Parses the directory at the offset. If it or one of its tables is not completely within the file, returns nothing
+  // and sets `problem` to a line for people.
   static std::optional<SfntTables> Parse(std::string_view bytes, uint32_t offset, std::string& problem);
 
   size_t DirectorySize() const { return directorySize_; }  // in bytes

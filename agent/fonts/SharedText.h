@@ -1,5 +1,5 @@
-// A text that the process stores once, in four bytes wherever it is used: faces share most of their names, and a library
-// has a hundred thousand of them.
+// A text that the process stores once, in four bytes wherever it is used: faces share most of their names, and a
+// library has a hundred thousand of them.
 //
 // Texts are never freed. So use it for names and paths of fonts, not for texts that come from clients. Thread-safe.
 #pragma once

@@ -1,5 +1,5 @@
-// Workgroups: named groups of fonts. A library is a workgroup of folders. The workgroup of the operating system's fonts has no
-// folders of its own.
+// Workgroups: named groups of fonts. A library is a workgroup of folders. The workgroup of the operating system's fonts
+// has no folders of its own.
 #pragma once
 
 #include <cstdint>

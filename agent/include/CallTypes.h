@@ -1,7 +1,7 @@
 // What the arguments and results of calls are made of.
 //
-// CallEncoding.h converts them to and from JSON. AGENT_FIELDS lists the members that are encoded, under their own names. A
-// member may be bool, uint32_t, std::string, Record, a struct with AGENT_FIELDS, or a std::vector of these.
+// CallEncoding.h converts them to and from JSON. AGENT_FIELDS lists the members that are encoded, under their own
+// names. A member may be bool, uint32_t, std::string, Record, a struct with AGENT_FIELDS, or a std::vector of these.
 #pragma once
 
 #include <cstdint>

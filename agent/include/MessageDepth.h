@@ -1,5 +1,5 @@
-// The limit for the nesting of messages. The other side chooses the nesting, and a JSON library needs memory and stack for
-// each level, so both sides check a message before they parse it.
+// The limit for the nesting of messages. The other side chooses the nesting, and a JSON library needs memory and stack
+// for each level, so both sides check a message before they parse it.
 #pragma once
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // Walks through folders and their subfolders, a part of a folder per step, and collects their regular files.
 //
-// A folder or file that is reached twice, through links or because given folders overlap, counts once. So loops end. A given
-// folder below another one is walked for its own workgroup.
+// A folder or file that is reached twice, through links or because given folders overlap, counts once. So loops end. A
+// given folder below another one is walked for its own workgroup.
 #pragma once
 
 #include <dirent.h>

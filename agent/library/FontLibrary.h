@@ -1,6 +1,6 @@
 // The agent's fonts, kept up to date with the folders, and their activations. Owns the two databases, the table, the
-// scanner, the folder of links and the activations. A scan is a series of short steps on the loop, between which the agent
-// answers requests. Only the loop's thread may use the library, and all events are called on it.
+// scanner, the folder of links and the activations. A scan is a series of short steps on the loop, between which the
+// agent answers requests. Only the loop's thread may use the library, and all events are called on it.
 #pragma once
 
 #include <functional>
@@ -37,8 +37,8 @@ struct LibraryEvents {
 
 class FontLibrary {
  public:
-  // Opens the databases; Start does the rest. The loop must outlive the library. Throws StoreError, with nothing changed,
-  // if a database is damaged or of a later version. One that cannot be written is used in memory.
+  // Opens the databases; Start does the rest. The loop must outlive the library. Throws StoreError, with nothing
+  // changed, if a database is damaged or of a later version. One that cannot be written is used in memory.
   FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events);
   ~FontLibrary();
   FontLibrary(const FontLibrary&) = delete;

@@ -1,5 +1,5 @@
-// Reads font files on threads of its own. The results come in the order of the questions, so that a library gets the same
-// numbers on every machine.
+// Reads font files on threads of its own. The results come in the order of the questions, so that a library gets the
+// same numbers on every machine.
 #pragma once
 
 #include <condition_variable>
@@ -20,8 +20,8 @@ namespace agent {
 // Call its functions on one thread.
 class FontReaders {
  public:
-  // `wake` is called on a thread of this object, once for each TakeOldest that had nothing to take, when there is something.
-  // It must not throw. The threads start with the first question, one a processor and at most kMostThreads.
+  // `wake` is called on a thread of this object, once for each TakeOldest that had nothing to take, when there is
+  // something. It must not throw. The threads start with the first question, one a processor and at most kMostThreads.
   explicit FontReaders(std::function<void()> wake);
   ~FontReaders();  // waits for the files that are being read
   FontReaders(const FontReaders&) = delete;

@@ -1,11 +1,10 @@
 // Keeps the font table up to date with the library folders and with the fonts that the operating system has active by
 // itself.
 //
-// A scan runs in small steps, so that the loop can answer requests in between. It walks the folders, has new and changed files
-// read by threads of its own, numbers and stores what they found, some files at a time, and then removes files that are gone.
-// The index stores what was read. The workgroup of
-// system fonts contains the files that the operating system's font service lists, except our own links and files of the
-// library.
+// A scan runs in small steps, so that the loop can answer requests in between. It walks the folders, has new and
+// changed files read by threads of its own, numbers and stores what they found, some files at a time, and then removes
+// files that are gone. The index stores what was read. The workgroup of system fonts contains the files that the
+// operating system's font service lists, except our own links and files of the library.
 #pragma once
 
 #include <deque>
@@ -63,8 +62,8 @@ class Scanner {
   bool IsRunning() const { return phase_ != Phase::kIdle; }
   bool HasFinishedOnce() const { return finishedOnce_; }
   enum class Outcome { kMore, kMustWait, kFinished };
-  // Does one step. After kMustWait, the next one is due when canContinue is called; before, it does nothing. A file whose fonts cannot get IDs, because user.db cannot be
-  // written, is left out and reported.
+  // Does one step. After kMustWait, the next one is due when canContinue is called; before, it does nothing. A file
+  // whose fonts cannot get IDs, because user.db cannot be written, is left out and reported.
   Outcome Step();
   ScanProgress Progress() const;
   const ScanReport& Report() const { return report_; }  // of the last finished scan

@@ -29,8 +29,8 @@ class SmartLists {
   std::vector<SmartList> All() const;
   std::optional<SmartList> Find(uint32_t id) const;
 
-  // The fonts, sorted by name. A set or smart set that does not exist adds none. Throws RuleError if the rule of a smart set
-  // cannot be read, which only another version of this program can have stored.
+  // The fonts, sorted by name. A set or smart set that does not exist adds none. Throws RuleError if the rule of a
+  // smart set cannot be read, which only another version of this program can have stored.
   std::vector<const Font*> FontsOf(const SmartListQuery& query) const;
   // Nothing if there is no such list.
   std::optional<std::vector<const Font*>> FontsOf(uint32_t listID) const;

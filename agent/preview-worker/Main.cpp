@@ -1,6 +1,6 @@
-// preview-worker: draws the names of fonts for the agent in a separate process, because a broken font can make it loop, run
-// out of memory or crash. agent/previews/PreviewWorker.cpp starts it. It answers the requests on its standard input (a
-// socket) one by one and ends when the other side closes.
+// preview-worker: draws the names of fonts for the agent in a separate process, because a broken font can make it loop,
+// run out of memory or crash. agent/previews/PreviewWorker.cpp starts it. It answers the requests on its standard input
+// (a socket) one by one and ends when the other side closes.
 #include <unistd.h>
 
 #include <stdexcept>

@@ -1,5 +1,5 @@
-// The folder of rendered previews, STATE/agent/previews. It may be deleted at any time: what is missing is rendered again.
-// Not thread-safe.
+// The folder of rendered previews, STATE/agent/previews. It may be deleted at any time: what is missing is rendered
+// again. Not thread-safe.
 #pragma once
 
 #include <cstdint>

@@ -52,8 +52,8 @@ class Previews {
   Previews& operator=(const Previews&) = delete;
 
   const std::string& Folder() const { return cache_.Folder(); }
-  // The fonts come before those that were asked for earlier with the same or less urgency. At most kMostQueued wait in each
-  // of the two queues; beyond that the oldest ones are not drawn, and come without files.
+  // The fonts come before those that were asked for earlier with the same or less urgency. At most kMostQueued wait in
+  // each of the two queues; beyond that the oldest ones are not drawn, and come without files.
   void Render(uint32_t client, const std::vector<PreviewFont>& fonts, const PreviewSize& size, bool isUrgent);
   void OnGone(uint32_t client);
 

@@ -11,8 +11,8 @@ struct FallbackFont {
   int faceIndex = 0;
 };
 
-// Asks fontconfig for a sans-serif font with the characters of the text, other than the file at `notPath`. If there is none
-// that has them all, returns the closest; if there is no font at all, nothing.
+// Asks fontconfig for a sans-serif font with the characters of the text, other than the file at `notPath`. If there is
+// none that has them all, returns the closest; if there is no font at all, nothing.
 std::optional<FallbackFont> FindFallbackFont(const std::string& utf8, const std::string& notPath);
 
 }  // namespace agent

@@ -57,8 +57,8 @@ Line ShapeAt(FT_Face face, const std::string& name, FT_UInt size) {
   return line;
 }
 
-// Makes the text smaller until it fits the height. Returns nothing if the font can't show the name; a fallback font may lack
-// some characters, for which it shows a box of its own.
+// Makes the text smaller until it fits the height. Returns nothing if the font can't show the name; a fallback font may
+// lack some characters, for which it shows a box of its own.
 std::optional<Line> Fit(FT_Face face, const RenderRequest& request, int scale, bool isFallback) {
   const auto height = static_cast<FT_Pos>(request.height) * scale;
   FT_UInt size = request.textSize * static_cast<FT_UInt>(scale);

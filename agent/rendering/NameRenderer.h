@@ -1,5 +1,5 @@
-// Draws the name of a font in the font itself, or, if that lacks a character of the name or is broken, in a fallback font
-// with an empty box before it as a mark.
+// Draws the name of a font in the font itself, or, if that lacks a character of the name or is broken, in a fallback
+// font with an empty box before it as a mark.
 #pragma once
 
 #include <ft2build.h>

@@ -1,7 +1,7 @@
 // The messages between the agent and its preview worker, on a socket with the framing of platform/LocalSocket.h.
 //
-// A request is a RenderRequest as JSON, and the path of the font file. The answer is a RenderAnswer as JSON, and, if that has
-// no problem, the two pictures.
+// A request is a RenderRequest as JSON, and the path of the font file. The answer is a RenderAnswer as JSON, and, if
+// that has no problem, the two pictures.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 namespace agent {
 
-// All lengths are in pixels of the picture for ordinary screens. The second picture, for dense screens, has twice as many in
-// each direction.
+// All lengths are in pixels of the picture for ordinary screens. The second picture, for dense screens, has twice as
+// many in each direction.
 struct RenderRequest {
   uint32_t faceIndex = 0;
   std::string name;       // UTF-8

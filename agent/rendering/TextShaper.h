@@ -21,8 +21,8 @@ struct ShapedLine {
   bool isComplete = true;  // false if the font lacks a character
 };
 
-// Shapes the text at the face's current size. The line runs from left to right as a whole; the text decides where parts run
-// from right to left. Scripts that are written downwards are set from left to right, as in other lists. Throws
+// Shapes the text at the face's current size. The line runs from left to right as a whole; the text decides where parts
+// run from right to left. Scripts that are written downwards are set from left to right, as in other lists. Throws
 // std::bad_alloc.
 ShapedLine ShapeLine(FT_Face face, const std::string& utf8);
 

@@ -47,7 +47,8 @@ class Agent {
   AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp, WorkgroupCalls.cpp, WebFontCalls.cpp
   AGENT_PREVIEW_CALLS(AGENT_HANDLER)  // in PreviewCalls.cpp
 #undef AGENT_HANDLER
-  // Stores the configuration and takes over its workgroups. Returns false with a line in `problem`, and nothing changed.
+  // Stores the configuration and takes over its workgroups. Returns false with a line in `problem`, and nothing
+  // changed.
   bool ChangeConfiguration(const Configuration& changed, std::string& problem);
   bool IsRight(const calls::Right& right) const;
   LibraryEvents MakeLibraryEvents();

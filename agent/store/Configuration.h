@@ -33,8 +33,8 @@ struct Configuration {
 // Makes a path absolute, without a slash at its end; a relative one starts at the state folder.
 std::string CleanFolder(const Configuration& configuration, const std::string& path);
 
-// Stores what changes while the agent runs: the libraries and web fonts. The rest of the file stays as it is. On an error the file is not
-// changed, and `error` is one line.
+// Stores what changes while the agent runs: the libraries and web fonts. The rest of the file stays as it is. On an
+// error the file is not changed, and `error` is one line.
 bool StoreConfiguration(const Configuration& configuration, std::string& error);
 
 // Returns nothing, with one line in `error`, if the folder or its configuration cannot be used.

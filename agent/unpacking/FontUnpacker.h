@@ -1,5 +1,5 @@
-// Unpacks web font files (WOFF, WOFF2) into plain ones. Use it only in a process that does nothing else: broken files can
-// make the library loop or crash.
+// Unpacks web font files (WOFF, WOFF2) into plain ones. Use it only in a process that does nothing else: broken files
+// can make the library loop or crash.
 #pragma once
 
 #include <ft2build.h>

@@ -1,5 +1,5 @@
-// Keeps a folder of plain font files in step with a folder of packed ones (WOFF, WOFF2), which programs of the desktop can't use.
-// Works in the background, one file at a time, through the program font-unpacker. Not thread-safe.
+// Keeps a folder of plain font files in step with a folder of packed ones (WOFF, WOFF2), which programs of the desktop
+// can't use. Works in the background, one file at a time, through the program font-unpacker. Not thread-safe.
 #pragma once
 
 #include <cstdint>
@@ -25,8 +25,8 @@ struct WebFontEvents {
 
 class WebFonts {
  public:
-  // `cache` is the folder of plain files, which may be deleted at any time; `worker` is the program. When the files need more
-  // than `mostBytes`, the rest stays packed and is reported.
+  // `cache` is the folder of plain files, which may be deleted at any time; `worker` is the program. When the files
+  // need more than `mostBytes`, the rest stays packed and is reported.
   WebFonts(std::string cache, std::string worker, uint64_t mostBytes, platform::RunLoop& loop, WebFontEvents events);
   ~WebFonts();
   WebFonts(const WebFonts&) = delete;
@@ -34,8 +34,8 @@ class WebFonts {
 
   // The folder of packed files; an empty text stops the work. Call Update afterwards.
   void SetFolder(const std::string& folder);
-  // Compares the folders and unpacks what is missing, or does so again if it is at work. `finished` follows, unless there is
-  // no folder.
+  // Compares the folders and unpacks what is missing, or does so again if it is at work. `finished` follows, unless
+  // there is no folder.
   void Update();
 
   bool IsBusy() const { return phase_ != Phase::kIdle; }

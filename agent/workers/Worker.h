@@ -1,5 +1,5 @@
-// A helper program that does something with fonts, one request at a time, because a broken font can make it loop or crash. It is
-// killed and started again when it takes too long. Never waits for it; not thread-safe.
+// A helper program that does something with fonts, one request at a time, because a broken font can make it loop or
+// crash. It is killed and started again when it takes too long. Never waits for it; not thread-safe.
 #pragma once
 
 #include <functional>
@@ -34,8 +34,8 @@ class Worker {
   Worker& operator=(const Worker&) = delete;
 
   bool IsBusy() const { return static_cast<bool>(done_); }
-  // Starts the program if it does not run, and sends the messages, which must fit the socket's buffer together. `done` is
-  // called from the loop, or at once if that fails. Call only if not busy.
+  // Starts the program if it does not run, and sends the messages, which must fit the socket's buffer together. `done`
+  // is called from the loop, or at once if that fails. Call only if not busy.
   void Ask(const std::vector<std::string>& request, Done done);
 
  private:

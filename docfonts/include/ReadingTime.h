@@ -1,4 +1,5 @@
-// How long docfonts reads one document before it gives up. A program that runs docfonts waits a little longer than that.
+// How long docfonts reads one document before it gives up. A program that runs docfonts waits a little longer than
+// that.
 #pragma once
 
 #include <sys/stat.h>

@@ -45,8 +45,8 @@ class AgentLink {
   // True if the agent answers a question now. Waits for the answer; if none comes, the agent is not connected any more.
   bool Answers();
 
-  // Calls the observer, on the connection's thread, each time that the agent has activated a font. Null ends this: when it
-  // returns, the observer is not running and is not called any more. Call no other function in between.
+  // Calls the observer, on the connection's thread, each time that the agent has activated a font. Null ends this: when
+  // it returns, the observer is not running and is not called any more. Call no other function in between.
   void ObserveActivations(std::function<void()> observer);
 
   // Returns how many files contain a font with this PostScript name; 0 if the agent cannot say.

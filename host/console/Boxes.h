@@ -1,6 +1,6 @@
-// Shows boxes and progress to the user. The answer to a box comes from a script, else from the user at the terminal, else
-// it is the default. Boxes that the user is not asked about are reported on standard error. While a user is asked, the box
-// is modal: the run loop is in its modal mode, and platform::Window::Modal() is the box. Main thread only.
+// Shows boxes and progress to the user. The answer to a box comes from a script, else from the user at the terminal,
+// else it is the default. Boxes that the user is not asked about are reported on standard error. While a user is asked,
+// the box is modal: the run loop is in its modal mode, and platform::Window::Modal() is the box. Main thread only.
 #pragma once
 
 #include <functional>

@@ -12,8 +12,8 @@ struct ListedFonts {
   std::string problem;             // one line: why some may be missing; empty if none are
 };
 
-// Runs the program at this path and waits for it, a little longer than it may read the document (see ReadingTime.h). What
-// goes wrong is the problem.
+// Runs the program at this path and waits for it, a little longer than it may read the document (see ReadingTime.h).
+// What goes wrong is the problem.
 ListedFonts ListFonts(const std::string& program, const std::string& document);
 
 }  // namespace console

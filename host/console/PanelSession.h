@@ -26,8 +26,8 @@ class PanelSession {
 
   std::string Address() const { return server_.Address(); }
 
-  // During its life an agent that has ended is started again, and the page told. It belongs around the time in which the
-  // console waits for a command, because a command looks after the agent itself.
+  // During its life an agent that has ended is started again, and the page told. It belongs around the time in which
+  // the console waits for a command, because a command looks after the agent itself.
   class AgentWatch {
    public:
     explicit AgentWatch(PanelSession* panel);  // does nothing without a panel

@@ -56,8 +56,8 @@ class Session {
   void ShowPreferences();
 
   // Notices what happened without a command: an agent that has ended is started again, and documents that the plug-in
-  // closed and opened are known again. Call it before each operation, because the loop also runs while the console waits
-  // for a command and while a box is open.
+  // closed and opened are known again. Call it before each operation, because the loop also runs while the console
+  // waits for a command and while a box is open.
   void CatchUp();
   // True if the agent runs, as far as is known without a question.
   bool HasAgent() { return agent_.IsConnected(); }

@@ -17,9 +17,9 @@ constexpr int kDeepest = 20;
 
 using Parts = std::vector<std::string>;
 
-// Returns the parts of a line that was traced with this format, as many as it has conversions; nothing for any other line.
-// Texts of `known` stand for the conversions of their position, counted from 0, and are not among the parts. Indentation may
-// precede the line. If a part contains the text between two conversions, the last such text ends it.
+// Returns the parts of a line that was traced with this format, as many as it has conversions; nothing for any other
+// line. Texts of `known` stand for the conversions of their position, counted from 0, and are not among the parts.
+// Indentation may precede the line. If a part contains the text between two conversions, the last such text ends it.
 std::optional<Parts> ReadLine(std::string_view line, std::string_view format,
                               const std::map<size_t, std::string>& known = {}) {
   Parts between(1);  // the texts before, between and after the conversions

@@ -1,5 +1,5 @@
-// The trace lines of the plug-in that the host reads (console/TraceRecorder.cpp), as formats for printf. The plug-in traces
-// with them, so that a line and its reader cannot come apart. Each %s or number is one part of the line.
+// The trace lines of the plug-in that the host reads (console/TraceRecorder.cpp), as formats for printf. The plug-in
+// traces with them, so that a line and its reader cannot come apart. Each %s or number is one part of the line.
 #pragma once
 
 namespace trace_lines {

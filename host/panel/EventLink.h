@@ -1,5 +1,5 @@
-// The host's side of the extension service (frameworks/PlugPlug): how the panel's page hears the plug-in and speaks to it.
-// Main thread only.
+// The host's side of the extension service (frameworks/PlugPlug): how the panel's page hears the plug-in and speaks to
+// it. Main thread only.
 #pragma once
 
 #include <functional>
@@ -23,8 +23,8 @@ class EventLink {
 
   // Gives an event of the page to the plug-in, which handles it before this returns. An event of another type than
   // kPanelToPlugin is lost: pages may cause no other. So is one that nobody listens to yet. An exception of the plug-in
-  // passes through, as the message for a single smart list always causes one: call this from the run loop, which reports
-  // it.
+  // passes through, as the message for a single smart list always causes one: call this from the run loop, which
+  // reports it.
   void Dispatch(const std::string& type, const std::string& data);
 
  private:

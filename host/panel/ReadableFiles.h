@@ -1,5 +1,5 @@
-// The files outside the page that pages may read: the font lists that messages of the plug-in named, and the drawn names
-// of fonts. Thread-safe.
+// The files outside the page that pages may read: the font lists that messages of the plug-in named, and the drawn
+// names of fonts. Thread-safe.
 #pragma once
 
 #include <deque>
@@ -14,16 +14,16 @@ class ReadableFiles {
   // `previewFolder`: the folder of the drawn names, an absolute path. Files directly in it may be read.
   explicit ReadableFiles(std::string previewFolder) : previewFolder_(std::move(previewFolder)) {}
 
-  // Looks at a message from the plug-in. If it names the file of a font list, pages may read that file from now on. Only
-  // the last hundred files count; a page reads a list once, at once.
+  // Looks at a message from the plug-in. If it names the file of a font list, pages may read that file from now on.
+  // Only the last hundred files count; a page reads a list once, at once.
   void Learn(const std::string& message);
 
   struct Content {
     std::string bytes;
     const char* type = nullptr;  // the media type
   };
-  // Reads a regular file at this absolute path, without following a link at its end. Nothing for other files, files that
-  // are gone, and files above 64 MiB.
+  // Reads a regular file at this absolute path, without following a link at its end. Nothing for other files, files
+  // that are gone, and files above 64 MiB.
   std::optional<Content> Read(const std::string& path) const;
 
  private:

@@ -1,5 +1,5 @@
-// Which requests the panel's server answers. A pure function on what a client sent, so that any bytes can be tried on it.
-// Thread-safe.
+// Which requests the panel's server answers. A pure function on what a client sent, so that any bytes can be tried on
+// it. Thread-safe.
 #pragma once
 
 #include <cstdint>

@@ -37,7 +37,8 @@ void CloseAndReopen(int documentID) {
   } else if (platform::Window::Modal()) {
     OutputIndentedAndFormattedString(0, "Skipping close/reopen because a modal window is displayed.");
   } else if (platform::EncodeText(path, platform::TextEncoding::kMacRoman)) {
-    // The host opens files by MacRoman paths only. A document with another path stays open, or it could not be reopened.
+    // The host opens files by MacRoman paths only. A document with another path stays open, or it could not be
+    // reopened.
     PhotoshopFontUtils::PlayeventClose();
     PhotoshopFontUtils::PlayeventOpen(path);
   }

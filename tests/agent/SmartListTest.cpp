@@ -1,4 +1,5 @@
-// Smart lists through the exported functions and the real agent: how they are made, changed and told, and what they contain.
+// Smart lists through the exported functions and the real agent: how they are made, changed and told, and what they
+// contain.
 #include <gmock/gmock.h>
 
 #include <filesystem>

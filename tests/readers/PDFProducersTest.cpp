@@ -1,5 +1,5 @@
-// Real files of many producers, made by pdf/make-samples: the names are those that pdffonts lists, save where the reader has
-// a limit.
+// Real files of many producers, made by pdf/make-samples: the names are those that pdffonts lists, save where the
+// reader has a limit.
 #include <gtest/gtest.h>
 
 #include <fstream>

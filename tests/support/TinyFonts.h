@@ -103,8 +103,8 @@ inline Face FaceOf(size_t face) {
   return {"Tiny" + std::to_string(face / 4), kStyles[face % 4], static_cast<int>(face % 30000)};
 }
 
-// Writes a library of this number of faces, 500 files to a folder: of four families, three have a file for each of their
-// four faces, and the fourth has one collection.
+// Writes a library of this number of faces, 500 files to a folder: of four families, three have a file for each of
+// their four faces, and the fourth has one collection.
 inline void FillLibrary(const test_support::TempFolder& folder, size_t faces) {
   constexpr size_t kFilesOfFolder = 500;
   size_t files = 0;

@@ -45,8 +45,8 @@ enum class EventPayload {
 // The events that the notification callback receives: X(number, Name, payload). The dictionaries contain:
 //   ...Progress           "stepIndex" and "numSteps" (integers), "text" (string)
 //   LoggedInStateChanged  "isLoggedIn" (boolean), "serverType" (integer)
-//   PreviewPNGsRendered   for each font its ID as decimal text; the value is a dictionary with "pngBytes" (data) and the
-//                         paths "pngFilename" and "2xPNGFilename". The paths are left out if the agent can't keep
+//   PreviewPNGsRendered   for each font its ID as decimal text; the value is a dictionary with "pngBytes" (data) and
+//                         the paths "pngFilename" and "2xPNGFilename". The paths are left out if the agent can't keep
 //                         files; the dictionary is empty if the name can't be drawn at all.
 #define AGENT_EVENTS(X)                             \
   X(0, AgentShutdown, Nothing)                      \
@@ -172,8 +172,8 @@ using agent_protocol::kServiceUnavailableCode;
 // --- Workgroups and rights ---
 // GetAllWorkgroupsForUser        *outArray receives dictionaries with "WorkgroupID", "WorkgroupName" and
 //                                "WorkgroupType", all strings; null on failure. includeSpecial adds the workgroups of
-//                                the operating system's fonts and of web fonts. The meaning of `flag` is not known; the plug-in passes
-//                                false.
+//                                the operating system's fonts and of web fonts. The meaning of `flag` is not known; the
+//                                plug-in passes false.
 // GetDefaultLibraryName          Writes the name of the first library.
 // GetSystemWorkgroupID           The ID of the workgroup of the operating system's fonts. On failure *out is unchanged.
 // IsAllWorkgroups                Local. 1 for 0 and for -2, which the plug-in uses for "all"; otherwise 0.
@@ -194,28 +194,28 @@ using agent_protocol::kServiceUnavailableCode;
 // GetFontVaultPath               Writes the folder of the agent's databases.
 //
 // --- Previews ---
-// RenderFontNamePreviewPNGs      Draws the names of fonts in the fonts themselves, those of highPriorityIDs first. Returns
-//                                at once; the pictures come as PreviewPNGsRendered. textSize is that of the em square, in
-//                                pixels; the picture is `height` pixels high and at most `width` wide. A second picture
-//                                is twice as large. A name that its font can't show is drawn in another font with an
-//                                empty box before it. Unknown fonts are ignored. smartListID and `one` are not used.
-//                                kInvalidParam for a size out of range.
+// RenderFontNamePreviewPNGs      Draws the names of fonts in the fonts themselves, those of highPriorityIDs first.
+//                                Returns at once; the pictures come as PreviewPNGsRendered. textSize is that of the em
+//                                square, in pixels; the picture is `height` pixels high and at most `width` wide. A
+//                                second picture is twice as large. A name that its font can't show is drawn in another
+//                                font with an empty box before it. Unknown fonts are ignored. smartListID and `one` are
+//                                not used. kInvalidParam for a size out of range.
 // GetRenderedPNGsDirectory       Writes the folder of these pictures. Files in it may go at any time.
 //
 // --- Smart lists ---
-// A query is three lists of IDs, of workgroups, sets and smart sets; it has the fonts of all of them. A null array is an
-// empty list, whatever its count. kNotFound for an unknown list; kInvalidParam for a change of a list with an ID below 101,
-// which the agent has by itself, and for a name that is empty or longer than 1,023 bytes. Each change is followed by the
-// event SmartListsChanged. Where an array is filled, it gets nothing on failure.
-// GetAllSmartLists               Adds a dictionary for each list, with "smartListID" (integer), "smartListName" (string),
-//                                "workgroupIDs", "setIDs" and "smartSetIDs" (arrays of integers).
+// A query is three lists of IDs, of workgroups, sets and smart sets; it has the fonts of all of them. A null array is
+// an empty list, whatever its count. kNotFound for an unknown list; kInvalidParam for a change of a list with an ID
+// below 101, which the agent has by itself, and for a name that is empty or longer than 1,023 bytes. Each change is
+// followed by the event SmartListsChanged. Where an array is filled, it gets nothing on failure.
+// GetAllSmartLists               Adds a dictionary for each list, with "smartListID" (integer), "smartListName"
+//                                (string), "workgroupIDs", "setIDs" and "smartSetIDs" (arrays of integers).
 // GetSmartList                   The same for one list. The caller owns *outObject, unchanged on failure.
-// GetPanelSmartListTree          A text with the definition of a list, a line for each part (docs/PROTOCOL.md). The caller
-//                                owns *outString, unchanged on failure.
+// GetPanelSmartListTree          A text with the definition of a list, a line for each part (docs/PROTOCOL.md). The
+//                                caller owns *outString, unchanged on failure.
 // QueryForSmartListFonts         Adds the IDs of the fonts, sorted by name.
 // GetSmartListFonts              Adds a dictionary for each font of a list, sorted by name, with "fontID", "activated",
-//                                "fontLocation", "fontIsLocal" (integers), "displayName" and "postscriptName" (strings).
-//                                Location 3 is this machine, 4 the operating system, 10 the web.
+//                                "fontLocation", "fontIsLocal" (integers), "displayName" and "postscriptName"
+//                                (strings). Location 3 is this machine, 4 the operating system, 10 the web.
 // CreateSmartList, RenameSmartList, DeleteSmartList, SetSmartListQuery
 // EnableDesignActivation         From now on this client gets the event DesignActivationNonCompliant for each font that
 //                                may not be activated with kind 3.
@@ -227,8 +227,8 @@ using agent_protocol::kServiceUnavailableCode;
 //
 // --- Web fonts ---
 // SetGoogleWebFontsEnabled       kNotFound if the agent has no folder of web fonts. Followed by the event
-//                                GoogleWebFontsEnabled, and by GoogleReplicationProgress and GoogleReplicationStopped while
-//                                files are unpacked.
+//                                GoogleWebFontsEnabled, and by GoogleReplicationProgress and GoogleReplicationStopped
+//                                while files are unpacked.
 // GetGoogleFonts                 Adds a dictionary for each web font, as GetSmartListFonts does. None while they are
 //                                disabled.
 // CanAccessGoogleFonts           Returns 1 if the folder is there, otherwise 0, and 0 without an agent.
@@ -236,7 +236,8 @@ using agent_protocol::kServiceUnavailableCode;
 // X(name, result, (parameters)) in the order of the table.
 // clang-format off
 #define PLUGIN_INTERFACE_COLUMN(X, name) X(name, uint32_t, (char* buffer, uint32_t size))
-#define PLUGIN_INTERFACE_STATE(X, name) X(name, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, int32_t* out))
+#define PLUGIN_INTERFACE_STATE(X, name) \
+  X(name, PluginInterface::TModuleErrorCode, (PluginInterface::FacadeHandle h, int32_t* out))
 #define PLUGIN_INTERFACE_FUNCTIONS(X)                                                                                  \
   X(ActivateFonts, PluginInterface::TModuleErrorCode,                                                                  \
     (PluginInterface::FacadeHandle h, uint32_t count, const uint32_t* fontIDs, uint32_t zero, uint32_t kind,           \

@@ -1,8 +1,8 @@
-// Every preference of the plug-in, in one table: the framework's preferences box, the plug-in's first start and the console
-// are made from it. The framework itself stores any key; an unset one reads as 0 or as no text.
+// Every preference of the plug-in, in one table: the framework's preferences box, the plug-in's first start and the
+// console are made from it. The framework itself stores any key; an unset one reads as 0 or as no text.
 //
-// To add a preference: a row here, a getter in Services/VPFInterface.h, and the text KEYLabel in the seven Texts*.cpp if
-// it is in the box.
+// To add a preference: a row here, a getter in Services/VPFInterface.h, and the text KEYLabel in the seven Texts*.cpp
+// if it is in the box.
 #pragma once
 
 #include <cstdint>

@@ -1,9 +1,9 @@
 // Reads a PDF file as characters, tokens and lines, with limits for broken files. Reads through the parser's stream and
 // sets the parser's error field, which ends every loop over tokens. Not thread-safe.
 //
-// All input goes through a block of 256 bytes, and a seek reads a block again. Blocks come from a window of the file, so
-// objects that are close together are read from the disk once. Each block costs the bytes that are read from the disk
-// for it, at least 256. The total cost is limited to a multiple of the file's size, even if objects overlap.
+// All input goes through a block of 256 bytes, and a seek reads a block again. Blocks come from a window of the file,
+// so objects that are close together are read from the disk once. Each block costs the bytes that are read from the
+// disk for it, at least 256. The total cost is limited to a multiple of the file's size, even if objects overlap.
 //
 // The window is not platform::ByteSource: that reads 16 KiB at each jump. Here most jumps lead to an object of 100
 // bytes that is read once, so this window starts with one block and doubles while reading goes on. With 16 KiB a jump,

@@ -26,8 +26,8 @@ void SetAnnouncementPatienceForTesting(std::chrono::milliseconds patience);
 TModuleErrorCode GetConfiguredPath(const std::string& folder, const std::string& file, const std::string& key,
                                    std::string& out);
 
-// Copies a string field of a bundle's Info.plist to a buffer of `size` bytes. Returns false, with the buffer unchanged, if
-// there is no such bundle or field or if the text and its NUL do not fit. The second form reads the version.
+// Copies a string field of a bundle's Info.plist to a buffer of `size` bytes. Returns false, with the buffer unchanged,
+// if there is no such bundle or field or if the text and its NUL do not fit. The second form reads the version.
 bool ReadFieldFromVersionResource(const char* path, const char* key, unsigned long size, char* out);
 bool ReadVersionResource(const char* path, unsigned long size, char* out);
 

@@ -13,8 +13,8 @@
 
 class CoreAgentInterface;
 
-// One event: a dictionary that contains `true` under the key of its kind (NotificationKeys.h) and, under other keys, the
-// event's data.
+// One event: a dictionary that contains `true` under the key of its kind (NotificationKeys.h) and, under other keys,
+// the event's data.
 class CoreAgentPluginNotification {
  public:
   explicit CoreAgentPluginNotification(CoreAgentInterface* agent)
@@ -49,7 +49,8 @@ class CoreAgentPluginNotificationQueue {
   std::deque<std::unique_ptr<CoreAgentPluginNotification>> mNotifications;
 };
 
-// The function that the plug-in registers with the agent's library, which calls it on a thread of its own. `data` is the
-// payload of this kind, as AGENT_EVENTS in PluginInterface.h lists it; not owned. Queues the event for the main thread.
-// Always returns CoreErrorCodes::kUnknownError. Keep it: libraries have never received another value and ignore it.
+// The function that the plug-in registers with the agent's library, which calls it on a thread of its own. `data` is
+// the payload of this kind, as AGENT_EVENTS in PluginInterface.h lists it; not owned. Queues the event for the main
+// thread. Always returns CoreErrorCodes::kUnknownError. Keep it: libraries have never received another value and ignore
+// it.
 TModuleErrorCode CoreAgentNotificationCallback(PluginInterface::ECallbackKind kind, void* data);

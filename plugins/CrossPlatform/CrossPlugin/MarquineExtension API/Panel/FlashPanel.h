@@ -1,8 +1,8 @@
 // A panel that connects to a TCP port of this process. Messages in both directions end with a NUL byte.
 //
-// The system chooses the port; the host asks the plug-in for it and tells the panel. One panel connects; while the plug-in
-// polls with closeListeningSocket, no other can. Nothing blocks and no thread is involved: the plug-in's timer polls. A
-// panel that has gone away is not noticed, and what a stalled panel's buffer cannot hold is lost.
+// The system chooses the port; the host asks the plug-in for it and tells the panel. One panel connects; while the
+// plug-in polls with closeListeningSocket, no other can. Nothing blocks and no thread is involved: the plug-in's timer
+// polls. A panel that has gone away is not noticed, and what a stalled panel's buffer cannot hold is lost.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// The protocol between the plug-in and a font panel: small JSON messages, whatever carries them. Each kind of panel is a
-// subclass that carries them. docs/PANEL.md describes every message.
+// The protocol between the plug-in and a font panel: small JSON messages, whatever carries them. Each kind of panel is
+// a subclass that carries them. docs/PANEL.md describes every message.
 //
 // Main thread only. Results are codes of ErrorCodes.h, 0 for success; a failed step is logged where it fails. Arguments
 // are borrowed for the call. No call waits, except for the agent's answers.
@@ -161,8 +161,8 @@ class MarquinePanel {
   virtual TModuleErrorCode DeleteFile(const std::string& message);
   virtual TModuleErrorCode SendFontActivationError(unsigned int fontID, unsigned int conflictID, bool isConflictError);
   virtual TModuleErrorCode SendTrackFontClick(const std::string& message);
-  // Queues `message` with one more font. An activation cancels a waiting deactivation of the font, every other message a
-  // waiting activation. The message stays queued, with an empty list if its last font was cancelled.
+  // Queues `message` with one more font. An activation cancels a waiting deactivation of the font, every other message
+  // a waiting activation. The message stays queued, with an empty list if its last font was cancelled.
   virtual TModuleErrorCode PushNotificationWithFontSet(unsigned int fontID, operatorIDs message,
                                                        std::set<unsigned int>& fonts);
 

@@ -186,8 +186,9 @@ struct MarquinePanel::Family {
   uint32_t count = 1;  // of the entries of `ids` that are sent
 };
 
-// A member keeps the place that it has in the array, so a skipped one leaves a gap, and for each gap one font at the end
-// is not sent. Do not close the gaps: which fonts of a family with duplicates a panel sees activated depends on them.
+// A member keeps the place that it has in the array, so a skipped one leaves a gap, and for each gap one font at the
+// end is not sent. Do not close the gaps: which fonts of a family with duplicates a panel sees activated depends on
+// them.
 MarquinePanel::Family::Family(unsigned int fontID, const std::string& postScriptName, const std::string& displayName,
                               const Array& members)
     : ids(members.Count() + 1) {  // one more, because the font itself may be missing in the array

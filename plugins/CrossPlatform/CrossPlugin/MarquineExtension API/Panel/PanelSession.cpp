@@ -129,8 +129,8 @@ TModuleErrorCode MarquinePanel::IsGoogleWebFontsEnabled() {
   return SendReply(root);
 }
 
-// Stores all three under one key, so that the last one stays. Keep it: the other two keys belong to the login of earlier
-// versions. The user interface must exist.
+// Stores all three under one key, so that the last one stays. Keep it: the other two keys belong to the login of
+// earlier versions. The user interface must exist.
 void MarquinePanel::StorePendingLogin() {
   for (String* pending : {&mPendingAddress, &mPendingPort, &mPendingUsername}) {
     if (!*pending) continue;

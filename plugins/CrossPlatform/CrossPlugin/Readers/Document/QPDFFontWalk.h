@@ -1,5 +1,5 @@
-// Walks over the fonts of a PDF with libqpdf. Its headers stay in this unit and in QPDFByteSource, which are compiled as
-// C++17: clang 14 rejects them as C++20. Not thread-safe.
+// Walks over the fonts of a PDF with libqpdf. Its headers stay in this unit and in QPDFByteSource, which are compiled
+// as C++17: clang 14 rejects them as C++20. Not thread-safe.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ struct ListedPDFFont {
   bool isEmbedded = false;
 };
 
-// Passes each font that the pages use to `take`, once for each name. Appends one line for a person to `problems` for each
-// reason why fonts may be missing. Throws nothing unless `take` does.
+// Passes each font that the pages use to `take`, once for each name. Appends one line for a person to `problems` for
+// each reason why fonts may be missing. Throws nothing unless `take` does.
 void WalkFontsOfPDF(platform::ByteSource& bytes, const std::function<void(const ListedPDFFont&)>& take,
                     std::vector<std::string>& problems);
