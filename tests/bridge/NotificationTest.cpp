@@ -34,38 +34,18 @@ TEST_F(Notices, AreAnsweredInTheOrderOfTheirArrival) {
 TEST_F(Notices, KeepTheFontDataCacheUpToDate) {
   CoreAgentInterface& manager = Connect();
   agent.Add({.id = 1, .postScriptName = "A", .ownState = 4});
-  agent.Add({.id = 2, .postScriptName = "A"});
-  for (const char* id : {"1", "2"}) {
-    FontOrSetInfoRec fetched;
-    ASSERT_EQ(manager.GetFontInfoByID(Record({{"DatabaseID", id}}), &fetched), 0);
-  }
+  FontOrSetInfoRec fetched;
+  ASSERT_EQ(manager.GetFontInfoByID(Record({{"DatabaseID", "1"}}), &fetched), 0);
   const auto isKnownAsActive = [] {
     Dictionary record;
     uint32_t id = 0;
     return FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphsureDataForActiveFont("A", record, id);
   };
-  const struct {
-    PluginInterface::ECallbackKind kind;
-    uint32_t font;
-    bool isKnown;
-  } rows[] = {{PluginInterface::kFontDeactivated, 2, true},
-              {PluginInterface::kFontDeactivated, 1, false},
-              {PluginInterface::kFontActivated, 1, true},
-              {PluginInterface::kFontActivated, 2, false}};  // only one font of a name is active
-  for (const auto& row : rows) {
-    Post(row.kind, row.font);
+  for (const bool isActive : {false, true}) {
+    Post<uint32_t>(isActive ? PluginInterface::kFontActivated : PluginInterface::kFontDeactivated, 1);
     manager.ProcessNotifications();
-    EXPECT_EQ(isKnownAsActive(), row.isKnown) << row.kind << " for " << row.font;
+    EXPECT_EQ(isKnownAsActive(), isActive);
   }
-}
-
-TEST_F(Notices, AShutdownOfTheAgentDisablesThePanelsBeforeItIsShown) {
-  CoreAgentInterface& manager = Connect();
-  ui->onShown = [&] { EXPECT_FALSE(host.arePanelsEnabled); };
-  CoreAgentNotificationCallback(PluginInterface::kAgentShutdown, nullptr);
-  manager.ProcessNotifications();
-  EXPECT_EQ(ui->TakeShown(), std::vector<std::string>{"box FontManagerNotFoundMessage"});
-  EXPECT_FALSE(MarquineGlobals::sPluginServicesEnabled || MarquineGlobals::sConnectedToCore);
 }
 
 TEST_F(Notices, ComeFromManyThreadsAndNoneIsLost) {

@@ -82,17 +82,6 @@ TEST_F(LoggerTest, TheLineHasTimeIdentifierLevelAndText) {
                                   "[2025-11-24T16:07:07.250Z]\twhatever the levels: 1\n"));
 }
 
-TEST_F(LoggerTest, TheBufferGrowsInStepsAndStaysGrown) {
-  const std::pair<size_t, size_t> cases[] = {{10, 256},    {255, 256}, {256, 512},
-                                             {1000, 1024}, {5, 1024},  {100'000, 100'096}};
-  for (const auto& [length, size] : cases) {
-    mLines.clear();
-    mLogger.LogString("%s", LongText(length).c_str());
-    EXPECT_EQ(mLogger.BufferSizeForTesting(), size);
-    EXPECT_EQ(std::count(mLines[0].begin(), mLines[0].end(), 'x'), static_cast<long>(length));
-  }
-}
-
 TEST_F(LoggerTest, ACallFromInsideAnAppenderIsDropped) {
   int calls = 0, callsOfTheOther = 0;
   Logger other;

@@ -8,6 +8,7 @@
 #include "platform/TextEncoding.h"
 #include "platform/XMP.h"
 #include "support/LayeredBytes.h"
+#include "support/TempFolder.h"
 
 using host::LayeredFile;
 using test_support::AddTexts;
@@ -17,9 +18,7 @@ using test_support::ParseLayered;
 namespace {
 
 std::string Sample(const std::string& name) {
-  std::string bytes;
-  EXPECT_FALSE(platform::ReadFile(std::string(SOURCE_DIR) + "/samples/" + name, bytes));
-  return bytes;
+  return test_support::TempFolder::Content(std::string(SOURCE_DIR) + "/samples/" + name);
 }
 
 LayeredFile Parse(std::string_view bytes) {

@@ -18,7 +18,6 @@ class SuiteTest : public HostTest {
  public:
   const PSActionDescriptorSuite& descriptors = host::ActionDescriptorSuite();
   const PSActionReferenceSuite& references = host::ActionReferenceSuite();
-  const PSActionListSuite& lists = host::ActionListSuite();
   const PSActionControlSuite& control = host::ActionControlSuite();
   const PSAliasSuite& aliases = host::AliasSuite();
   const PSHandleSuite& handles = host::HandleSuite();
@@ -170,50 +169,6 @@ TEST_F(SuiteTest, ReferencesThatNameNothingAreRefused) {
   descriptors.Free(result);
 }
 
-TEST_F(SuiteTest, UntitledDocumentHasNoFileAndThatIsNoError) {
-  application.Make(nullptr);
-  PIActionDescriptor result = nullptr;
-  uint32_t count = 9;
-  const auto fill = [&](PIActionReference asked) {
-    references.PutProperty(asked, Code("Prpr"), host::kKeyFileReference);
-    references.PutIndex(asked, host::kClassDocument, 1);
-  };
-  ASSERT_EQ(Get(fill, &result), kNoErr);
-  EXPECT_EQ(descriptors.GetCount(result, &count), kNoErr);
-  EXPECT_EQ(count, 0u);
-  descriptors.Free(result);
-}
-
-TEST_F(SuiteTest, ApplicationListsTheActiveFonts) {
-  FourCharCode fontList = 0, names = 0, objectClass = 0;
-  control.StringIDToTypeID("fontList", &fontList);
-  control.StringIDToTypeID("fontPostScriptName", &names);
-  char name[32];
-  EXPECT_EQ(control.TypeIDToStringID(names, name, sizeof name), kNoErr);
-  EXPECT_STREQ(name, "fontPostScriptName");
-  PIActionDescriptor result = nullptr, object = nullptr;
-  PIActionList list = nullptr;
-  const auto fill = [&](PIActionReference asked) {
-    references.PutProperty(asked, Code("Prpr"), fontList);
-    references.PutEnumerated(asked, host::kClassApplication, host::kTypeOrdinal, host::kEnumTarget);
-  };
-  ASSERT_EQ(Get(fill, &result), kNoErr);
-  ASSERT_EQ(descriptors.GetObject(result, fontList, &objectClass, &object), kNoErr);
-  ASSERT_EQ(descriptors.GetList(object, names, &list), kNoErr);
-  uint32_t count = 0;
-  lists.GetCount(list, &count);
-  std::vector<std::string> found;
-  for (uint32_t i = 0; i < count; ++i) {
-    ASSERT_EQ(lists.GetString(list, i, name, sizeof name), kNoErr);
-    found.emplace_back(name);
-  }
-  EXPECT_THAT(found, testing::Contains("DejaVuSans"));
-  EXPECT_EQ(lists.GetString(list, count, name, sizeof name), kNoSuchObject);
-  lists.Free(list);
-  descriptors.Free(object);
-  descriptors.Free(result);
-}
-
 TEST_F(SuiteTest, TextIsCutAtWholeCharactersAndUnitsAtTheirSize) {
   descriptors.PutString(descriptor, kKey, "a\xC3\xA9z");
   struct Cut {
@@ -232,25 +187,4 @@ TEST_F(SuiteTest, TextIsCutAtWholeCharactersAndUnitsAtTheirSize) {
   EXPECT_EQ(length, 2u) << "the whole length, whatever the size";
   EXPECT_EQ(units[1], 7);
   EXPECT_EQ(handles.GetSize(alias), 4);
-}
-
-TEST_F(SuiteTest, PathThatIsNoTextComesAsBytes) {
-  const std::string path = Sample("no-text.psd", "\xFF.psd");
-  onEvent = [&](const std::string&) {
-    PIActionDescriptor result = nullptr;
-    Handle file = nullptr;
-    int32_t kind = 0;
-    char buffer[1024];
-    Get([&](PIActionReference asked) { references.PutIndex(asked, host::kClassDocument, 1); }, &result);
-    EXPECT_EQ(descriptors.GetAlias(result, host::kKeyFileReference, &file), kNoErr);
-    EXPECT_EQ(aliases.GetKind(file, &kind), kNoErr);
-    EXPECT_EQ(kind, kAliasKindDirect);
-    EXPECT_EQ(aliases.GetPath(file, buffer, sizeof buffer), kNoErr);
-    EXPECT_EQ(buffer, path);
-    handles.Dispose(file);
-    descriptors.Free(result);
-    return kNoErr;
-  };
-  Open(path);
-  onEvent = nullptr;
 }

@@ -200,34 +200,6 @@ TEST_F(RawFontScan, NamesThatAllReachTheSameFarEndAreTakenUpToALimit) {
   EXPECT_TRUE(Traced("Ignoring the remaining font names because they overlap too much."));
 }
 
-TEST_F(RawFontScan, SearchesWithAnExcludedPredecessor) {
-  const struct {
-    std::string haystack, needle;
-    char forbidden;
-    int at;  // -1: none
-  } kRows[] = {
-      {"abcabc", "abc", 'c', 0},
-      {"xabc", "abc", 'x', 1},
-      {"xxabc", "abc", 'x', -1},
-      {"xxabc", "abc", 0, 2},
-      {"xxabcabc", "abc", 'x', 5},
-      {"xxaaa", "aa", 'x', 3},
-      {"ab", "abc", 0, -1},
-      {"", "a", 0, -1},
-      {"abc", "", 0, -1},
-      {"....a", "a", '.', -1},
-      {std::string(200, '<'), "<<x", 0, -1},
-      {std::string(200, '/') + "/F", "/F", 0, 200},
-      {std::string(63, '.') + "ab", "ab", 0, 63},
-  };
-  for (const auto& row : kRows) {
-    const void* found =
-        memmem(row.haystack.data(), row.haystack.size(), row.needle.data(), row.needle.size(), row.forbidden);
-    const long at = found ? static_cast<const char*>(found) - row.haystack.data() : -1;
-    EXPECT_EQ(at, row.at) << row.needle << " in " << row.haystack;
-  }
-}
-
 TEST_F(RawFontScan, ComparesWholeExtensionsInWhateverCase) {
   for (const char* extension : {"pdf", ".PDF", "Pdf"})
     EXPECT_TRUE(CommonFunctionality::FileExtensionIs("/a.b/c.pdf", extension));

@@ -223,6 +223,7 @@ TEST_F(Notification, OfEachKindReachesTheHost) {
 }
 
 TEST_F(Notification, OfAShutdownSwitchesOffForGood) {
+  ui->onShown = [&] { EXPECT_FALSE(host.arePanelsEnabled); };
   Hear(0, nullptr);
   EXPECT_EQ(Shown(), "box FontManagerNotFoundMessage");
   EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 
-#include "platform/Files.h"
 #include "road/RoadFixture.h"
 #include "support/ScopedVariable.h"
 
@@ -77,20 +76,6 @@ TEST_F(Life, OtherProgramsSeeTheFontsAsLongAsADocumentNeedsThem) {
   EXPECT_EQ(host.Finish().status, 0);
 }
 
-TEST_F(Life, QuittingGivesBackWhatClosingKept) {
-  HostProcess host(Arguments({"--interactive"}));
-  host.Send("open " + kPoster + "\nclose");
-  EXPECT_THAT(host.NextEvent("closed")["deactivated"], IsEmpty());
-  EXPECT_THAT(state_.NamesByFontList(), Contains("NimbusSans-Bold"));
-  host.Send("open " + kBrochure + "\nquit");
-  const Json closed = host.NextEvent("closed");
-  EXPECT_EQ(closed["file"], kBrochure);
-  EXPECT_THAT(closed["deactivated"], SizeIs(3));
-  EXPECT_EQ(host.Finish().status, 0);
-  EXPECT_THAT(state_.NamesByFontList(), Not(Contains("NimbusSans-Bold")));
-  EXPECT_THAT(state_.Links(), IsEmpty());
-}
-
 TEST_F(Life, AFamilyNameIsMissingThoughAFaceOfTheFamilyIsActive) {
   const std::string document = CopyOf(kNoText, "family.psd");
   const std::string saved = folder_ / "saved.psd";
@@ -140,8 +125,7 @@ TEST_F(Life, SavedDocumentChoosesTheSameFilesElsewhere) {
 // The document was saved when the library had exactly this file and no newer one.
 TEST_F(Life, StoredChecksumGoesBeforeANewerFile) {
   const std::string original = "/usr/share/fonts/truetype/liberation2/LiberationSerif-Bold.ttf";
-  std::string font;
-  ASSERT_FALSE(platform::ReadFile(original, font));
+  std::string font = test_support::TempFolder::Content(original);
   const std::string version("\0002\0.\0001\0.\0005", 10);
   const size_t at = font.find(version);
   ASSERT_NE(at, std::string::npos);
@@ -170,11 +154,8 @@ TEST_F(Life, DocumentsOfTheUserStayAsTheyAre) {
   const std::string mine = CopyOf(kPoster, "mine.psd");
   std::filesystem::create_directory(folder_ / "other");
   const std::string namesake = CopyOf(kNoText, "other/mine.psd");
-  std::string before, after;
-  ASSERT_FALSE(platform::ReadFile(mine, before));
   const HostResult result = RunHost(Arguments({mine, namesake}));
-  ASSERT_FALSE(platform::ReadFile(mine, after));
-  EXPECT_EQ(before, after);
+  EXPECT_EQ(folder_.Content(mine), folder_.Content(kPoster));
   EXPECT_EQ(Events(result, "saved").at(0)["file"], mine);
   EXPECT_EQ(Events(result, "saved").at(1)["file"], namesake);
   EXPECT_THAT(result.errors, HasSubstr("in the copy " + state_.Path() + "/copies/mine.psd"));
@@ -186,9 +167,8 @@ TEST_F(Life, DemonstrationLeavesThePreferencesAlone) {
   HostProcess host(Arguments({kPoster, kBrochure}));
   host.NextEvent("opened");
   EXPECT_THAT(host.NextEvent("closed")["deactivated"], SizeIs(3));
-  std::string stored;
-  ASSERT_FALSE(platform::ReadFile(state_.Path() + "/preferences.plist", stored));
-  EXPECT_THAT(stored, HasSubstr("<key>CloseFontsOnDocClose</key>\n\t<false/>"));
+  EXPECT_THAT(folder_.Content(state_.Path() + "/preferences.plist"),
+              HasSubstr("<key>CloseFontsOnDocClose</key>\n\t<false/>"));
 }
 
 TEST_F(Life, SignalEndsTheHostAsQuitDoes) {

@@ -67,8 +67,6 @@ class GLogger {
   static LoggingLevel StringToLevel(const std::string& text);
   static std::string LevelToString(LoggingLevel level);
 
-  size_t BufferSizeForTesting() const { return mBuffer.size(); }
-
  protected:
   void ClearLoggingLevels();  // also the default's
 
