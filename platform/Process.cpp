@@ -222,7 +222,7 @@ void PostPowerEvent(PowerEvent event) {
 }
 
 void NoticeSleep(double secondsAsleep) {
-  constexpr double kShortest = 0.5;
+  constexpr double kShortest = 0.5;  // seconds
   static double sKnown = secondsAsleep;
   const bool hasSlept = secondsAsleep - sKnown >= kShortest;
   sKnown = secondsAsleep;

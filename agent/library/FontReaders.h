@@ -21,7 +21,8 @@ namespace agent {
 class FontReaders {
  public:
   // `wake` is called on a thread of this object, once for each TakeOldest that had nothing to take, when there is
-  // something. It must not throw. The threads start with the first question, one a processor and at most kMostThreads.
+  // something. It must not throw. The threads start with the first question, one per processor and at most
+  // kMostThreads.
   explicit FontReaders(std::function<void()> wake);
   ~FontReaders();  // waits for the files that are being read
   FontReaders(const FontReaders&) = delete;

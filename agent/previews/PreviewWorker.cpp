@@ -10,7 +10,7 @@ namespace agent {
 namespace {
 
 constexpr double kPatience = 2.0 * platform::kChildPatience * kRenderSeconds;
-constexpr uint32_t kLongestAnswer = 8u << 20;
+constexpr uint32_t kLongestAnswer = 8u << 20;  // bytes
 
 RenderAnswer FirstOf(const std::vector<std::string>& messages) {
   return agent_protocol::FromJson<RenderAnswer>(agent_protocol::Json::parse(messages[0]), "answer");

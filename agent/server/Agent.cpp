@@ -17,8 +17,8 @@ namespace agent {
 namespace {
 
 // Time in which a client that reconnects, or a first client on its way, finds the agent running.
-constexpr double kLinger = 1.0;
-constexpr double kPatienceForFirstClient = 60.0;
+constexpr double kLinger = 1.0;                   // seconds
+constexpr double kPatienceForFirstClient = 60.0;  // seconds
 constexpr int kFlushMilliseconds = 200;
 constexpr uint64_t kMostUnpackedBytes = uint64_t{2} << 30;
 

@@ -20,8 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 constexpr double kPatience = 2.0 * platform::kChildPatience * kUnpackSeconds;
-constexpr double kProgressInterval = 0.1;
-constexpr size_t kLongestStem = 100;  // bytes of a file's name that its plain files keep
+constexpr double kProgressInterval = 0.1;  // seconds
+constexpr size_t kLongestStem = 100;       // bytes of a file's name that its plain files keep
 
 bool IsNamedLikeAPackedFont(const std::string& path) {
   const std::string extension = platform::ToLowercase(fs::path(path).extension().string());

@@ -26,7 +26,7 @@ namespace console {
 namespace {
 
 // Longer than the time after which the plug-in closes and reopens a document.
-constexpr double kUntilReopened = 6;
+constexpr double kUntilReopened = 6;  // seconds
 constexpr size_t kLongestPipedScript = 1u << 20;
 constexpr const char* kCloseGivesBack = "CloseFontsOnDocClose";
 

@@ -9,7 +9,7 @@ namespace {
 
 std::vector<platform::Option> OptionTable(Options& options) {
   return {
-      {"--script", "FILE", "replay the commands of a file, one a line", &options.script},
+      {"--script", "FILE", "replay the commands of a file, one per line", &options.script},
       {"--interactive", "", "take commands from the terminal", &options.interactive},
       {"--panel", "", "open the font panel in the browser, and take commands from the terminal", &options.panel},
       {"--json", "", "write one JSON object a line instead of the report", &options.json},

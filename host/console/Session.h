@@ -3,6 +3,8 @@
 // deactivated.
 //
 // Documents are named by the path as the user gave it, untitled ones "Untitled-1" and so on.
+//
+// Sources: SessionListings.cpp (Show...), Session.cpp (the rest).
 #pragma once
 
 #include <cstdint>

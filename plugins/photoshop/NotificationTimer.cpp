@@ -3,7 +3,7 @@
 #include "platform/Process.h"
 
 namespace {
-constexpr double kInterval = 0.01;
+constexpr double kInterval = 0.01;  // seconds
 }
 
 NotificationTimer::~NotificationTimer() {

@@ -1,5 +1,8 @@
 // The plug-in's queries to the host. All results are host errors, 0 for success, unless noted. Out values are written
 // on success only. Main thread only.
+//
+// Sources: PlayEvents.cpp (Playevent...), AliasPaths.cpp (aliases and bookmarks), PhotoshopDocumentFonts.cpp (fonts of
+// documents and of the host), DescriptorWalk.cpp (ProcessDescriptor), PhotoshopFontUtils.cpp (the rest).
 #pragma once
 
 #include <memory>

@@ -48,7 +48,7 @@ TEST(Options, WrongOnesAreToldInOneLine) {
 }
 
 TEST(Options, HelpAndCompletionNameEveryOption) {
-  EXPECT_THAT(HelpText(), HasSubstr("\n  --script FILE       replay the commands of a file, one a line\n"));
+  EXPECT_THAT(HelpText(), HasSubstr("\n  --script FILE       replay the commands of a file, one per line\n"));
   // The whole line that the shell reads.
   EXPECT_THAT(CompletionText(), testing::MatchesRegex("complete -o default -W '(--[a-z]+ )+--help' ./run\n"));
 }

@@ -1,4 +1,6 @@
 // A map from strings to values, which can themselves be trees. Owns its values.
+//
+// Sources: GKVTreeXML.cpp, GValueJSON.cpp (ConvertToJSON), GKVTree.cpp (the rest).
 #pragma once
 
 #include <map>

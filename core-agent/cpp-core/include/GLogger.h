@@ -1,5 +1,6 @@
 // The core library's log: a level for each subject area, and any number of appenders that receive finished lines. It is
-// separate from the plug-in's diagnostic log. Thread-safe; one line is written at a time.
+// separate from the plug-in's diagnostic log. Thread-safe; one line is written at a time. SetLoggingLevelsFromKVTree is
+// in GLoggerLevelTree.cpp, because trees report to the logger.
 #pragma once
 
 #include <cstdarg>

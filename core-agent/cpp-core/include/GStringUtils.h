@@ -1,5 +1,8 @@
 // Operations on text, which is UTF-8 unless noted. Nothing throws; a failure gives an empty result, 0 or a code.
 // Thread-safe.
+//
+// Sources: GStringEscaping.cpp, GStringNumbers.cpp, GStringTruncation.cpp, GStringRegEx.cpp, GStringUtils.cpp (the
+// rest).
 #pragma once
 
 #include <cstdarg>

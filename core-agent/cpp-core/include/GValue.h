@@ -1,5 +1,7 @@
 // The core library's variant: one typed value, or an array of values of one type. Copies share their elements until
 // Assign replaces them.
+//
+// Sources: GValueTree.cpp (values that are trees), GValueXML.cpp, GValueJSON.cpp, GValue.cpp (the rest).
 #pragma once
 
 #include <boost/shared_ptr.hpp>

@@ -1,5 +1,9 @@
 // The host-independent flows: start and stop, reading a document's fonts, and activating them without a dialog. Main
-// thread only. Operations that need documents, tracker or manager are implemented on the floor of the documents.
+// thread only.
+//
+// Sources: the operations on file names and bytes are in FontNameScans.cpp. Those that need documents, tracker or
+// manager are on the floor of the documents: PluginStartup.cpp (start and stop), DocumentFontData.cpp (a document's
+// fonts), SilentActivation.cpp.
 #pragma once
 
 #include <string>

@@ -4,6 +4,8 @@
 // Use: CreateParserWithFile, Parse once, GetObsoleteGlyphsureData, perhaps Save of the subclass that has it. Failures
 // are traced and give null, false or an error code in the error field. Fonts found before a failure are kept. Not
 // thread-safe.
+//
+// Sources: FontParserCreation.cpp (CreateParserWithFile, which knows the subclasses), FontParser.cpp (the rest).
 #pragma once
 
 #include <memory>

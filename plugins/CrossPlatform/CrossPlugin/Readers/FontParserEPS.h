@@ -3,6 +3,8 @@
 // it reads the whole file, for embedded fonts.
 //
 // A failed save does not change the file.
+//
+// Sources: FontParserEPSFonts.cpp (the records), FontParserEPSWriter.cpp (Save), FontParserEPS.cpp (reading).
 #pragma once
 
 #include <array>

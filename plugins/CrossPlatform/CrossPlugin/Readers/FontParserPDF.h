@@ -4,6 +4,10 @@
 // object streams and cross-reference streams: a file that uses them gives no fonts and no error. Wrong input ends the
 // function that reads it; fonts found before are kept. The bytes read never exceed a multiple of the file's size; those
 // of Illustrator's private data have their own limit.
+//
+// Sources: FontParserPDF.cpp (cross-references and objects), FontParserPDFPages.cpp (from the catalog to the fonts of a
+// page), FontParserPDFFonts.cpp (font objects), FontParserPDFSlug.cpp (identification data),
+// FontParserPDFIllustrator.cpp (private data).
 #pragma once
 
 #include <cstddef>

@@ -2,8 +2,8 @@
 // which it reads. Accesses document files only through the XMP toolkit. Main thread only. Functions return codes and
 // show nothing to the user.
 //
-// Slug: in the slug namespace the property "slug", an array of structures, one a font, whose fields are record keys.
-// The old form, the property "VelorantGlyphsureSlug" with a property list as text, is recognised and removed on a
+// Slug: in the slug namespace the property "slug", an array of structures, one for each font, whose fields are record
+// keys. The old form, the property "VelorantGlyphsureSlug" with a property list as text, is recognised and removed on a
 // write. Adobe's list: the array xmpTPg:Fonts of structures with stFnt fields (XMP Paged-Text schema).
 #pragma once
 

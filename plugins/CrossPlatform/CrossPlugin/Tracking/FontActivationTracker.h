@@ -12,6 +12,9 @@
 // a map is kept across an agent call.
 //
 // The pointer to the user interface is not owned and may be null.
+//
+// Sources: FontActivationTrackerClosing.cpp (closing, for a document or at the quit), FontActivationTracker.cpp (the
+// rest).
 #pragma once
 
 #include <map>

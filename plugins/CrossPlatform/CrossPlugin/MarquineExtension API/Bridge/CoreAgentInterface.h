@@ -1,6 +1,9 @@
 // The font manager that asks the agent. It turns every question into calls of the agent function table and makes font
 // records from the results. If the agent is gone during a command, it relaunches the agent and repeats the command
 // until the agent replies or relaunching is given up. Main thread only, except EnqueueNotification.
+//
+// Sources: CoreAgentFonts.cpp (questions about fonts), CoreAgentActivation.cpp (activation, sets, collecting),
+// AgentNotificationResponses.cpp (ProcessNotifications), CoreAgentInterface.cpp (the rest).
 #pragma once
 
 #include <functional>

@@ -12,6 +12,8 @@
 // Workgroups 0 means none, kAllWorkgroupsID means all.
 // Not used   `documentIdentifier`, `handle`, `scratch`, `progress` and `context` are part of the class's form. The
 //            implementation ignores them; pass an empty string or null.
+// Sources    FontManagerWorkgroups.cpp here. Above this floor: Identification/FontManagerSearch.cpp
+//            (GetGlyphsureData...), Tracking/FontManagerLifecycle.cpp (creating and deleting the manager).
 #pragma once
 
 #include <map>

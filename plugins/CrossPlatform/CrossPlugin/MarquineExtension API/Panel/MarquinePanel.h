@@ -6,6 +6,9 @@
 //
 // The JSON layer throws at malformed UTF-8 within a text and at array elements that are no integers. Such exceptions,
 // and that of GetSmartList, leave CallMethodForMessage; the run loop reports them.
+//
+// Sources: PanelSession.cpp (state and settings), PanelNotifications.cpp (Push..., PopNotifications),
+// PanelFontServices.cpp (activation, pictures and lists of fonts), PanelSmartLists.cpp, MarquinePanel.cpp (the rest).
 #pragma once
 
 #include <map>

@@ -3,6 +3,9 @@
 // only.
 //
 // Code that may have a null pointer holds it as a VPFInterfaceRef, whose calls are safe.
+//
+// Sources: Bridge/VPFInterfaceFramework.cpp (finding the framework, and boxes that ask for the agent's edition),
+// VPFInterface.cpp (the rest).
 #pragma once
 
 #include <string>
