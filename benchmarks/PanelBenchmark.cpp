@@ -1,5 +1,5 @@
-// The font panel's socket: requests as fast as they are polled, an idle tick of two panels, and news of many fonts in one
-// tick, each against what it cannot do without. The agent is a fake.
+// The font panel's socket: requests as fast as they are polled, an idle tick of two panels, and news of many fonts in
+// one tick, each against what it cannot do without. The agent is a fake.
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>

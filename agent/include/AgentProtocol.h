@@ -49,8 +49,8 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 inline constexpr const char* kConfigurationName = "nexcore.json";
 inline constexpr const char* kActiveFolderName = "active";
 
-// The activation states in font records ("ActivationStatus"). Programs read whole files, so a file is active with all its
-// faces.
+// The activation states in font records ("ActivationStatus"). Programs read whole files, so a file is active with all
+// its faces.
 enum AgentActivationState : int32_t {
   kInactive = 0,
   kAutoActivated = 1,       // for a document, by a plug-in

@@ -53,8 +53,8 @@ OwnedValue NewDouble(double real) {
 
 OwnedValue NewBool(bool value) { return NewValue(value ? yajl_t_true : yajl_t_false); }
 
-// Grows in steps, so that a list of many thousand fonts takes no quadratic time. Only malloc knows the room that is left:
-// the tree has no place for it, and the parser's own arrays have none.
+// Grows in steps, so that a list of many thousand fonts takes no quadratic time. Only malloc knows the room that is
+// left: the tree has no place for it, and the parser's own arrays have none.
 template <class T>
 bool GrowByOne(T*& items, size_t count) {
   const size_t needed = (count + 1) * sizeof(T);  // NOLINT(bugprone-sizeof-expression): array of pointers

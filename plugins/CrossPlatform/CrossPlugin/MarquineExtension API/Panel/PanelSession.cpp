@@ -22,7 +22,6 @@ enum EReplicationMode : int { kReplicationModeDefault = 1 };
 
 constexpr long kTypekitWorkgroup = 9;  // a type of workgroup
 
-
 // Preferences of the plug-in. The names are older than this version.
 constexpr const char* kWidthPreference = "CS5PanelWidth";
 constexpr const char* kHeightPreference = "CS5PanelHeight";
