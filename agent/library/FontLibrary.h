@@ -21,7 +21,7 @@
 
 namespace agent {
 
-// What the library tells the agent. All must be set.
+// What the library tells the agent. All must be set, except those of the Note... functions if nobody calls these.
 struct LibraryEvents {
   std::function<void(uint32_t fontID)> activated;
   std::function<void(uint32_t fontID)> deactivated;
