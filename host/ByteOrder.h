@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/BigEndian.h"
 #include "platform/ByteSource.h"
 
 namespace host {
@@ -21,10 +22,8 @@ class BigEndianReader {
     const std::string_view bytes = Left() < size ? std::string_view() : source_->View(offset_, size);
     ok_ = ok_ && bytes.size() >= size;
     if (!ok_) return 0;
-    uint64_t value = 0;
-    for (size_t i = 0; i < size; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
     offset_ += size;
-    return value;
+    return platform::ReadBigEndian(bytes, 0, size);
   }
   void Skip(uint64_t count) {
     ok_ = ok_ && count <= Left();
@@ -41,8 +40,6 @@ class BigEndianReader {
   bool ok_;
 };
 
-inline void AppendBigEndian(std::string& out, uint64_t value, int width) {
-  for (int shift = (width - 1) * 8; shift >= 0; shift -= 8) out.push_back(static_cast<char>(value >> shift & 0xFF));
-}
+using platform::AppendBigEndian;
 
 }  // namespace host

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <string_view>
 
+#include "platform/BigEndian.h"
 #include "platform/Descriptor.h"
 #include "platform/FileBytes.h"
 
@@ -24,9 +25,7 @@ constexpr std::string_view kEmptyPacket =
     "<?xpacket end=\"w\"?>";
 
 uint32_t Number(std::string_view bytes, size_t at, size_t width) {
-  uint32_t number = 0;
-  for (size_t i = 0; i < width; ++i) number = number << 8 | static_cast<uint8_t>(bytes[at + i]);
-  return number;
+  return static_cast<uint32_t>(ReadBigEndian(bytes, at, width));
 }
 
 bool ReadNumberAt(int file, uint64_t offset, uint32_t& number) {
@@ -37,8 +36,9 @@ bool ReadNumberAt(int file, uint64_t offset, uint32_t& number) {
 }
 
 std::string Bytes(size_t number) {
-  return {static_cast<char>(number >> 24), static_cast<char>(number >> 16), static_cast<char>(number >> 8),
-          static_cast<char>(number)};
+  std::string bytes;
+  AppendBigEndian(bytes, number, 4);
+  return bytes;
 }
 
 // The resource at the start of the bytes.

@@ -13,6 +13,7 @@
 
 #include "agent/fonts/Checksums.h"
 #include "agent/fonts/ShownText.h"
+#include "platform/BigEndian.h"
 #include "platform/TextEncoding.h"
 
 namespace agent {
@@ -130,9 +131,9 @@ std::string SfntKind(const SfntTables& tables) {
   return "TrueType";
 }
 
-uint16_t Short(std::string_view bytes, size_t at) {
-  if (at + 2 > bytes.size()) return 0;
-  return static_cast<uint16_t>(static_cast<uint8_t>(bytes[at]) << 8 | static_cast<uint8_t>(bytes[at + 1]));
+// Returns 0 beyond the end.
+uint64_t UInt16(std::string_view bytes, size_t at) {
+  return at + 2 > bytes.size() ? 0 : platform::ReadBigEndian(bytes, at, 2);
 }
 
 // The number of bytes processed for one face. Any number of names may share bytes, and FreeType copies each; any number
@@ -140,9 +141,9 @@ uint16_t Short(std::string_view bytes, size_t at) {
 uint64_t CostOf(const SfntTables& tables) {
   constexpr size_t kHeaderSize = 6, kRecordSize = 12, kLengthInRecord = 8;
   const std::string_view names = tables.Table("name"), maps = tables.Table("cmap");
-  uint64_t cost = tables.DirectorySize() + tables.Table("kern").size() + uint64_t{Short(maps, 2)} * maps.size();
-  const size_t count = Short(names, 2);
-  for (size_t i = 0; i < count; ++i) cost += Short(names, kHeaderSize + i * kRecordSize + kLengthInRecord);
+  uint64_t cost = tables.DirectorySize() + tables.Table("kern").size() + UInt16(maps, 2) * maps.size();
+  const size_t count = UInt16(names, 2);
+  for (size_t i = 0; i < count; ++i) cost += UInt16(names, kHeaderSize + i * kRecordSize + kLengthInRecord);
   return cost;
 }
 

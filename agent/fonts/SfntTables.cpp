@@ -1,5 +1,7 @@
 #include "agent/fonts/SfntTables.h"
 
+#include "platform/BigEndian.h"
+
 namespace agent {
 
 namespace {
@@ -8,17 +10,12 @@ constexpr size_t kHeaderSize = 12;
 constexpr size_t kRecordSize = 16;
 constexpr uint32_t kMostFaces = 4096;
 
-uint32_t Long(std::string_view bytes, size_t at) {
-  uint32_t value = 0;
-  for (size_t i = 0; i < 4; ++i) value = value << 8 | static_cast<uint8_t>(bytes[at + i]);
-  return value;
+uint32_t UInt32(std::string_view bytes, size_t at) {
+  return static_cast<uint32_t>(platform::ReadBigEndian(bytes, at, 4));
 }
+size_t UInt16(std::string_view bytes, size_t at) { return platform::ReadBigEndian(bytes, at, 2); }
 
-uint16_t Short(std::string_view bytes, size_t at) {
-  return static_cast<uint16_t>(static_cast<uint8_t>(bytes[at]) << 8 | static_cast<uint8_t>(bytes[at + 1]));
-}
-
-// A tag is four ASCII characters in sound files, and anything in others.
+// A tag has four ASCII characters, but in damaged files any bytes.
 std::string Shown(std::string tag) {
   for (char& c : tag) {
     if (c < ' ' || c > '~') c = '?';
@@ -42,13 +39,13 @@ std::optional<std::vector<uint32_t>> SfntTables::FaceOffsets(std::string_view by
     problem = "the collection's header is cut short";
     return std::nullopt;
   }
-  const uint32_t count = Long(bytes, 8);
+  const uint32_t count = UInt32(bytes, 8);
   if (count == 0 || count > kMostFaces || kHeaderSize + size_t{4} * count > bytes.size()) {
     problem = "the collection's list of " + std::to_string(count) + " faces does not fit the file";
     return std::nullopt;
   }
   std::vector<uint32_t> offsets;
-  for (uint32_t i = 0; i < count; ++i) offsets.push_back(Long(bytes, kHeaderSize + size_t{4} * i));
+  for (uint32_t i = 0; i < count; ++i) offsets.push_back(UInt32(bytes, kHeaderSize + size_t{4} * i));
   return offsets;
 }
 
@@ -57,7 +54,7 @@ std::optional<SfntTables> SfntTables::Parse(std::string_view bytes, uint32_t off
     problem = "the table directory is cut short";
     return std::nullopt;
   }
-  const size_t count = Short(bytes, offset + size_t{4});
+  const size_t count = UInt16(bytes, offset + size_t{4});
   if (offset + kHeaderSize + count * kRecordSize > bytes.size()) {
     problem = "the table directory is cut short";
     return std::nullopt;
@@ -67,8 +64,8 @@ std::optional<SfntTables> SfntTables::Parse(std::string_view bytes, uint32_t off
   for (size_t i = 0; i < count; ++i) {
     const size_t record = offset + kHeaderSize + i * kRecordSize;
     const std::string tag(bytes.substr(record, 4));
-    const size_t start = Long(bytes, record + 8);
-    const size_t length = Long(bytes, record + 12);
+    const size_t start = UInt32(bytes, record + 8);
+    const size_t length = UInt32(bytes, record + 12);
     if (start > bytes.size() || length > bytes.size() - start) {
       problem = "table '" + Shown(tag) + "' reaches beyond the end of the file";
       return std::nullopt;

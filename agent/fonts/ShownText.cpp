@@ -1,5 +1,6 @@
 #include "agent/fonts/ShownText.h"
 
+#include "platform/BigEndian.h"
 #include "platform/PlainText.h"
 #include "platform/TextEncoding.h"
 
@@ -26,21 +27,17 @@ std::string WithoutControls(std::string_view utf8, std::string_view replacement)
 std::string ShownPath(std::string_view path) { return WithoutControls(path, "\uFFFD"); }
 
 std::string DecodeUTF16(std::string_view bytes) {
-  const auto unit = [&](size_t at) -> unsigned {
-    if (at + 1 >= bytes.size()) return 0;
-    return static_cast<unsigned>(static_cast<unsigned char>(bytes[at])) << 8 |
-           static_cast<unsigned char>(bytes[at + 1]);
-  };
-  std::string sound;
+  const auto unit = [&](size_t at) { return at + 2 > bytes.size() ? 0 : platform::ReadBigEndian(bytes, at, 2); };
+  std::string wellFormed;
   for (size_t at = 0; at + 1 < bytes.size();) {
     const bool isHigh = unit(at) >> 10 == 0xD800 >> 10;
     const bool isLow = unit(at) >> 10 == 0xDC00 >> 10;
     const bool isPair = isHigh && unit(at + 2) >> 10 == 0xDC00 >> 10;
     const size_t length = isPair ? 4 : 2;
-    if (isPair || (!isHigh && !isLow)) sound += bytes.substr(at, length);
+    if (isPair || (!isHigh && !isLow)) wellFormed += bytes.substr(at, length);
     at += length;
   }
-  return platform::DecodeText(sound, platform::TextEncoding::kUTF16BE).value_or("");
+  return platform::DecodeText(wellFormed, platform::TextEncoding::kUTF16BE).value_or("");
 }
 
 }  // namespace agent

@@ -17,7 +17,7 @@ namespace agent {
 class StoreError : public std::runtime_error {
  public:
   StoreError(const std::string& what, int code) : std::runtime_error(what), code_(code) {}
-  // The file's content is not a sound database, as opposed to a full disk or a missing right.
+  // The file's content is damaged or no database, as opposed to a full disk or a missing right.
   bool IsDamage() const;
   // The file cannot be written or made: a full or read-only disk, or a missing right.
   bool IsUnwritable() const;
