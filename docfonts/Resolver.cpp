@@ -46,8 +46,8 @@ Json ChooseFile(const Font& font) {
   return Dictionary(matched.At(0)).GetDictionary(kGS_MatchedFontKey).GetString(kGS_PathKey).Text();
 }
 
-// The first message says what is wrong with the connection. After that each message is a report, and its answer an array with
-// the result of ChooseFile for each font.
+// The first message says what is wrong with the connection. After that each message is a report, and its answer an
+// array with the result of ChooseFile for each font.
 void Serve(int socket) {
   const std::string problem = ConnectToAgent();
   if (platform::SendMessage(socket, problem) || !problem.empty()) return;

@@ -40,8 +40,8 @@ class ActiveFolder {
     std::error_code error;
     bool symbolic = false;
   };
-  // While one exists, changed folders get no new time, so that many changes cost hardly more than their links. They get it at
-  // its end; before, fontconfig may not see the changes.
+  // While one exists, changed folders get no new time, so that many changes cost hardly more than their links. They get
+  // it at its end; before, fontconfig may not see the changes.
   class Batch {
    public:
     explicit Batch(ActiveFolder& folder) : folder_(folder) { ++folder_.batches_; }

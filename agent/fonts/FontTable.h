@@ -24,8 +24,8 @@ struct Font {
   FontFace face;
 };
 
-// The fonts of a file have one path. Pointers are valid until their file is replaced or removed. Takes some 150 bytes a font
-// besides its names. Use on one thread only.
+// The fonts of a file have one path. Pointers are valid until their file is replaced or removed. Takes some 150 bytes a
+// font besides its names. Use on one thread only.
 class FontTable {
  public:
   // Replaces the fonts of a file; an empty list removes the file. Returns the fonts that are gone.

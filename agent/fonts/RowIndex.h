@@ -1,5 +1,5 @@
-// Finds the rows of a table by a number that several rows may have in common. Takes six to eight bytes a row; the owner keeps
-// the rows and tells their keys.
+// Finds the rows of a table by a number that several rows may have in common. Takes six to eight bytes a row; the owner
+// keeps the rows and tells their keys.
 #pragma once
 
 #include <cstdint>

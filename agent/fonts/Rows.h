@@ -1,5 +1,5 @@
-// The rows of a table, in blocks, so that they stay where they are and take hardly more than their size. A removed row's place
-// is used again.
+// The rows of a table, in blocks, so that they stay where they are and take hardly more than their size. A removed
+// row's place is used again.
 #pragma once
 
 #include <cstdint>

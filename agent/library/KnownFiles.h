@@ -1,5 +1,5 @@
-// The files of the last scan, without their fonts, which are in the table of fonts. Takes some 60 bytes a file besides its
-// path.
+// The files of the last scan, without their fonts, which are in the table of fonts. Takes some 60 bytes a file besides
+// its path.
 #pragma once
 
 #include <cstdint>

@@ -49,8 +49,8 @@ Scanner::Scanner(const Parts& parts, Workgroups workgroups, ScanEvents events)
   LoadIndex();
 }
 
-// Fills the table with what the last run has found. The first scan removes what is gone since, before anybody is told of a
-// font.
+// Fills the table with what the last run has found. The first scan removes what is gone since, before anybody is told
+// of a font.
 void Scanner::LoadIndex() {
   const bool isNumbered = parts_.index.Revision() == parts_.user.Revision();
   const auto take = [this](const IndexedFile& file) {
@@ -269,7 +269,8 @@ ScanProgress Scanner::Progress() const {
   return {next_ - readings_.size(), walk_->Files().size() + systemFiles_.size(), lastRead_};
 }
 
-// Asks the operating system for the files that are active in any case. A file of a library that it lists stays in the library.
+// Asks the operating system for the files that are active in any case. A file of a library that it lists stays in the
+// library.
 void Scanner::TakeSystemFiles() {
   std::set<std::string> paths;
   for (const platform::ActiveFont& font : platform::ActiveFonts()) {

@@ -33,8 +33,8 @@ struct Answer {
 
 enum class Needs {
   kNothing,
-  // Held back until the first scan has finished: "not found" must not mean "not yet". A client that has too much waiting
-  // gets kNotInitialized at once.
+  // Held back until the first scan has finished: "not found" must not mean "not yet". A client that has too much
+  // waiting gets kNotInitialized at once.
   kFonts,
 };
 
@@ -55,9 +55,9 @@ class Dispatcher {
   explicit Dispatcher(Events events) : Dispatcher(std::move(events), Limits()) {}
   Dispatcher(Events events, const Limits& limits) : events_(std::move(events)), limits_(limits) {}
 
-  // handler(ClientID, const Call::Arguments&) returns Answer<Call>. It is not called if the arguments do not fit: then the
-  // client gets kInvalidParam. A StoreError that it throws gives the client kDatabaseError, another
-  // exception kOutOfMemory or kUnknownError. Each is reported.
+  // handler(ClientID, const Call::Arguments&) returns Answer<Call>. It is not called if the arguments do not fit: then
+  // the client gets kInvalidParam. A StoreError that it throws gives the client kDatabaseError, another exception
+  // kOutOfMemory or kUnknownError. Each is reported.
   template <class Call, class Handler>
   void Add(Needs needs, Handler handler) {
     Add(agent_protocol::CallName<Call>::kText, needs, [handler](ClientID client, const Json& json) {

@@ -42,13 +42,13 @@ class Database {
   int64_t LastInsertedRow() const;
   int Version();  // PRAGMA user_version
   void SetVersion(int version);
-  // Each step is SQL that brings the tables from the version of its place to the next. All that are missing are done, or
-  // none; a file of a later version is refused.
+  // Each step is SQL that brings the tables from the version of its place to the next. All that are missing are done,
+  // or none; a file of a later version is refused.
   void Migrate(std::span<const char* const> steps);
   // Goes on with a copy in memory. Call while no statement or transaction is in use.
   void MoveToMemory();
-  // Stores the copy in the file as a whole and goes on there. Returns false, with the file unchanged, if it still cannot be
-  // written, or if the copy may lack something that is in the file.
+  // Stores the copy in the file as a whole and goes on there. Returns false, with the file unchanged, if it still
+  // cannot be written, or if the copy may lack something that is in the file.
   bool ReturnToFile();
   // Looks through the whole file; throws if it is damaged.
   void Check();

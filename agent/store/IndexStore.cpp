@@ -37,8 +37,9 @@ void SetFlags(uint8_t flags, FontTraits& traits) {
   traits.isColoured = (flags & kColoured) != 0;
 }
 
-// The faces of a file lie in one value, one after the other, because a hundred thousand rows of twenty columns would take a
-// start longer to read than it may take. Numbers are as in memory: an index is read on the machine that wrote it.
+// The faces of a file lie in one value, one after the other, because a hundred thousand rows of twenty columns would
+// take a start longer to read than it may take. Numbers are as in memory: an index is read on the machine that wrote
+// it.
 class Packer {
  public:
   template <class Number>

@@ -27,8 +27,8 @@ class UserStore {
   // If the file cannot be written, the store is a copy of it in memory.
   explicit UserStore(const std::string& path);
 
-  // Goes on in memory, because of this error. Returns false, with nothing changed, if it is another kind of error or the store
-  // is in memory already.
+  // Goes on in memory, because of this error. Returns false, with nothing changed, if it is another kind of error or
+  // the store is in memory already.
   bool KeepInMemory(const StoreError& error);
   // Stores what is in memory if the file can be written again. Returns true if that has just happened.
   bool ReturnToFile();
@@ -36,9 +36,8 @@ class UserStore {
   const std::string& Unwritable() const { return unwritable_; }
 
   // Returns a lasting ID, above 0 and below 2^31. It means one face with one content (its name, version and checksums),
-  // because clients keep the record of an ID for good. A file that was moved within its file system keeps its IDs, and a
-  // font that was replaced by another one has its ID again when it comes back.
-  // Also gives its family an ID.
+  // because clients keep the record of an ID for good. A file that was moved within its file system keeps its IDs, and
+  // a font that was replaced by another one has its ID again when it comes back. Also gives its family an ID.
   FontNumber FontID(const std::string& path, const FontFace& face, const FileIdentity& identity);
   uint32_t FamilyID(const std::string& family);
   // Another number after each change of an ID. If it is the same as before, so are the IDs.

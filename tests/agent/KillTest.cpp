@@ -1,5 +1,5 @@
-// The library in a process that is killed before each of its changes to the disk in turn. The next start finds what was stored,
-// and nothing half done.
+// The library in a process that is killed before each of its changes to the disk in turn. The next start finds what was
+// stored, and nothing half done.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
-// The part of CSS that chooses fonts: font-family, font-weight, font-style, font-stretch and font, and style sheets with
-// selectors of one element.
+// The part of CSS that chooses fonts: font-family, font-weight, font-style, font-stretch and font, and style sheets
+// with selectors of one element.
 #pragma once
 
 #include <string>

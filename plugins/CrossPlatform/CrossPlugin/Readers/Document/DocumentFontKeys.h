@@ -1,5 +1,5 @@
-// Keys that the readers add to font records: what a document says about its own copy of a font, and how it names a font of
-// which it knows no PostScript name.
+// Keys that the readers add to font records: what a document says about its own copy of a font, and how it names a font
+// of which it knows no PostScript name.
 #pragma once
 
 #include <string_view>

@@ -23,8 +23,8 @@ class MarkupReader {
   Event Next();
   // Of an element, without the prefix. Valid until the next call of Next.
   std::string_view Name() const;
-  // The value of an attribute of the element that starts, by its name without the prefix; empty if there is none. `prefix`
-  // chooses among attributes that differ in the prefix only. Reading attributes does not move the reader.
+  // The value of an attribute of the element that starts, by its name without the prefix; empty if there is none.
+  // `prefix` chooses among attributes that differ in the prefix only. Reading attributes does not move the reader.
   std::string Attribute(const char* name, const char* prefix = nullptr) const;
   // Calls take(name without prefix, value) for each attribute of the element that starts.
   template <class Take>

@@ -18,8 +18,8 @@ class ZipDocument {
   const std::string& Problem() const { return mProblem; }
   // The names of all files, in the archive's order; at most a hundred thousand.
   std::vector<std::string> Names() const;
-  // The unpacked bytes of a file; null if there is none of this name. Must not outlive the archive. Encrypted files fail
-  // at the first read.
+  // The unpacked bytes of a file; null if there is none of this name. Must not outlive the archive. Encrypted files
+  // fail at the first read.
   std::unique_ptr<ByteStream> Open(const std::string& name) const;
 
  private:
