@@ -10,7 +10,8 @@
 //                                                                         unknown
 //   script language                                  =  !=                Cyrl, ru; "=" means covers
 //   weight width size age                            =  !=  <  <=  >  >=  a number; size is in bytes, K or M may
-//                                                                         follow; age is the days since the font was added
+//                                                                         follow; age is in days since the font was
+//                                                                         added
 //   added                                            =  !=  <  <=  >  >=  a day, 2026-01-31
 //   FLAG: italic, monospaced, variable, coloured, active
 //
