@@ -3,7 +3,6 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -14,7 +13,7 @@ class SourceStream : public ByteStream {
  private:
   size_t ReadSome(char* out, size_t capacity) override {
     const std::string_view view = mSource.View(mAt, std::min<size_t>(capacity, 1)).substr(0, capacity);
-    std::memcpy(out, view.data(), view.size());
+    view.copy(out, view.size());
     mAt += view.size();
     if (mSource.Error()) Fail(mSource.Error().message());
     return view.size();
