@@ -2,6 +2,7 @@
 // keeps the rows and tells their keys.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
