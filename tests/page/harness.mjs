@@ -28,9 +28,10 @@ export class Host {
 
   // Adds so many tiny fonts to the library at once, so that one scan reads them all.
   addTinyFonts(count) {
-    const prepared = path.join(this.folder, 'tiny');
+    const name = `tiny-${count}`;
+    const prepared = path.join(this.folder, name);
     execFileSync(path.join(process.env.BUILD, 'tests/page/make_fonts'), [prepared, count]);
-    fs.renameSync(prepared, path.join(this.library, 'tiny'));
+    fs.renameSync(prepared, path.join(this.library, name));
   }
 
   // Resolves with the panel's address.
