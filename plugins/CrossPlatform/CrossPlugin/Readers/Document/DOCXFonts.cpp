@@ -1,4 +1,5 @@
 #include <array>
+#include <map>
 #include <optional>
 #include <vector>
 

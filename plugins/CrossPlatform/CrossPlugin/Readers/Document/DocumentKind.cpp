@@ -1,5 +1,6 @@
 #include "Readers/Document/DocumentKind.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 

@@ -1,12 +1,9 @@
 #include "Readers/Document/FontStyle.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 
 #include "Readers/Document/DocumentFontKeys.h"
-#include "platform/PlainText.h"
-#include "platform/TextEncoding.h"
 
 namespace {
 

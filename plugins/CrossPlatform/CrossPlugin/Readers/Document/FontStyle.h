@@ -2,12 +2,10 @@
 // PostScript name. Values are those of CSS.
 #pragma once
 
-#include <cstdint>
-#include <map>
+#include <compare>
 #include <set>
 #include <string>
 #include <string_view>
-#include <tuple>
 
 #include "platform/Value.h"
 

@@ -47,7 +47,7 @@ class SLAFontReader {
     if (name == "ITEXT" && HasCharacters(mMarkup.Attribute("CH"))) {
       const std::string font = mMarkup.Attribute("FONT");
       const std::string style = mMarkup.Attribute("CPARENT");
-      mHasStyledText = mHasStyledText || (font.empty() && style.empty());
+      mHasPlainText = mHasPlainText || (font.empty() && style.empty());
       Add(font.empty() ? FontOfCharacters(style) : font, false);
     }
   }
@@ -63,7 +63,7 @@ class SLAFontReader {
 
   // Text without a font of its own has that of its paragraph's style, or of the story.
   void EndStory() {
-    if (mHasStyledText) {
+    if (mHasPlainText) {
       for (const std::string& style : mStoryStyles) {
         const std::string font = FontOfParagraph(style);
         mFonts.Add(StyleOfName(!font.empty() ? font : !mStoryFont.empty() ? mStoryFont : DefaultFont()));
@@ -72,7 +72,7 @@ class SLAFontReader {
     }
     mStoryStyles.clear();
     mStoryFont.clear();
-    mHasStyledText = false;
+    mHasPlainText = false;
   }
 
   static constexpr int kMostParents = 100;
@@ -108,7 +108,7 @@ class SLAFontReader {
   std::string mDefaultCharacters, mDefaultParagraph, mDocumentFont;
   std::set<std::string> mStoryStyles;
   std::string mStoryFont;
-  bool mHasStyledText = false;  // in this story, without a font of its own
+  bool mHasPlainText = false;  // in this story: without a font of its own
 };
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "Readers/Document/XCFFonts.h"
 
 #include <algorithm>
-#include <optional>
+#include <cstdlib>
 #include <vector>
 
 namespace {
