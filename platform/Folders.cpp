@@ -43,9 +43,10 @@ Places WithDefaults(Places places) {
   return places;
 }
 
+// Leaked on purpose: detached threads still read it while the process ends.
 Places& Current() {
-  static Places places = WithDefaults({});
-  return places;
+  static auto* places = new Places(WithDefaults({}));
+  return *places;
 }
 
 }  // namespace

@@ -86,7 +86,8 @@ PowerObservers& Observers() {
 
 String UniqueString(std::string_view text) {
   static std::mutex sMutex;
-  static std::map<std::string, String, std::less<>> sStrings;
+  // Leaked on purpose: detached threads still read it while the process ends.
+  static auto& sStrings = *new std::map<std::string, String, std::less<>>;
   constexpr size_t kLongest = 64;
   const bool isASCII =
       std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });

@@ -61,9 +61,12 @@ void Preferences::Report(const std::string& problem) {
 // Another program may have changed the file since it was read.
 void Preferences::Refresh(bool isLocked) {
   const std::string& path = platform::GetPlaces().preferencesFile;
-  if (isRead_ && path == path_ && StampOf(path) == stamp_) return;
+  const Stamp stamp = StampOf(path);
+  if (isRead_ && path == path_ && stamp == stamp_) return;
   path_ = path;
   isRead_ = true;
+  // Taken before reading: if the file is replaced meanwhile, the next call sees a difference and reads again.
+  stamp_ = stamp;
   std::string problem = Read();
   if (!problem.empty()) {
     // Another program may have replaced the damaged file before we got the lock, so read again.
@@ -73,7 +76,6 @@ void Preferences::Refresh(bool isLocked) {
     if (!noLock) problem = Read();
     if (!problem.empty()) GiveUpFile(problem);
   }
-  stamp_ = StampOf(path);
 }
 
 // Returns what is wrong with the contents; empty if the file was read, does not exist or cannot be read.

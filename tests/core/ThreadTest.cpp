@@ -14,6 +14,7 @@ struct Work {
   GCondition started;
   std::atomic<int> runs{0};
   std::atomic<bool> isIgnoringStop{false};
+  std::atomic<unsigned> looks{0};  // how often the entry function looked for a stop request
   GThread* seen = nullptr;
 };
 
@@ -29,6 +30,7 @@ void* RunUntilStopped(void* argument) {
   ++work->runs;
   work->started.Signal();
   while (work->isIgnoringStop || work->thread->GetThreadState() != EThreadState::kStopRequested) {
+    ++work->looks;
     std::this_thread::yield();
   }
   return nullptr;
@@ -75,6 +77,8 @@ TEST(Thread, StopsWhenItSeesTheRequest) {
   EXPECT_EQ(thread.GetThreadState(), EThreadState::kRunning);
   thread.StartThread();  // nothing: it runs
   work.isIgnoringStop = true;
+  // The entry function may be between its two questions. After two more looks it ignores the request.
+  for (const unsigned seen = work.looks; work.looks < seen + 2;) std::this_thread::yield();
   thread.StopThread(false);
   EXPECT_EQ(thread.GetThreadState(), EThreadState::kStopRequested);
   work.isIgnoringStop = false;
