@@ -71,6 +71,13 @@ TEST_F(Socket, OnePanelConnectsAndItsEndIsNotNoticed) {
     Tick();
   }
   EXPECT_EQ(manager.GetSocketPort(), port);
+  // While the port stays open, a newer panel takes the older one's place, which is not disconnected.
+  PanelManager open;
+  open.OpenSocket();
+  const auto poll = [&] { open.SelectSocket(false); };
+  PanelClient older(open.GetSocketPort()), newer(open.GetSocketPort());
+  for (PanelClient* panel : {&older, &newer}) EXPECT_EQ(panel->Receive(poll), R"(({"messageID":20,"isStandalone":1}))");
+  EXPECT_FALSE(older.HasEnded());
 }
 
 TEST_F(Socket, APanelThatDoesNotReadHoldsUpNothing) {
@@ -138,7 +145,7 @@ platform::Dictionary Previews() {
   platform::Dictionary previews = platform::Dictionary::Create();
   previews.Set("1234", picture);
   previews.Set("7", files);
-  previews.Set("-1", platform::Dictionary::Create());
+  previews.Set("4294967295", platform::Dictionary::Create());
   return previews;
 }
 

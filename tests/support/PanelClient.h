@@ -31,6 +31,11 @@ class PanelClient {
   }
   bool IsConnected() const { return mIsConnected; }
   void Close() { mSocket.Close(); }
+  // True if the other side has disconnected.
+  bool HasEnded() const {
+    char byte;
+    return recv(mSocket.Get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+  }
 
   void Send(std::string_view bytes) const {
     while (!bytes.empty()) {

@@ -7,8 +7,6 @@
 #include <poll.h>
 #include <sys/socket.h>
 
-#include <charconv>
-
 #include "Bridge/NotificationKeys.h"
 #include "GSystem.h"
 #include "Panel/PanelChecks.h"
@@ -39,11 +37,9 @@ std::string ImageMessage(int32_t fontID, const std::string& base64) {
 
 void FlashPanelSendFontImage(std::string_view key, const Dictionary& value, FlashPanel* panel) {
   if (!panel) return;
-  int32_t fontID = 0;
-  std::from_chars(key.data(), key.data() + key.size(), fontID);
   const auto bytes = Data(value.Get(PluginInterface::kPngBytesKey)).Bytes();
   const std::string_view png(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  panel->SendMessage(ImageMessage(fontID, png.empty() ? "" : platform::EncodeBase64(png)));
+  panel->SendMessage(ImageMessage(FontIDOf(key), png.empty() ? "" : platform::EncodeBase64(png)));
 }
 
 }  // namespace
@@ -83,6 +79,7 @@ TModuleErrorCode FlashPanel::SelectSocket(bool closeListeningSocket) {
 }
 
 TModuleErrorCode FlashPanel::SocketAcceptCallback(bool closeListeningSocket) {
+  if (mSocket) mReplacedSockets.push_back(std::move(mSocket));
   mSocket = Descriptor(accept4(mListeningSocket.Get(), nullptr, nullptr, SOCK_CLOEXEC));
   if (closeListeningSocket) mListeningSocket.Close();
   PANEL_CHECK_AS(SetNonBlocking(mSocket.Get()), "SetNonBlocking(mSocket)");

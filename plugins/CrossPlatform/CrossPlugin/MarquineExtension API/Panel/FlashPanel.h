@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Panel/MarquinePanel.h"
 #include "platform/Descriptor.h"
@@ -31,4 +32,6 @@ class FlashPanel : public MarquinePanel {
   unsigned int mPort = 0;      // in host order
   platform::Descriptor mListeningSocket;
   platform::Descriptor mSocket;
+  // Connections that a newer one has replaced. They stay open, but nothing is read or sent any more.
+  std::vector<platform::Descriptor> mReplacedSockets;
 };

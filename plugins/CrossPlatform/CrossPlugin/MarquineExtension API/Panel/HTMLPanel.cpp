@@ -1,7 +1,6 @@
 #include "Panel/HTMLPanel.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "Bridge/NotificationKeys.h"
 #include "GJSONUtils.h"
@@ -34,9 +33,7 @@ std::string FileURL(const Dictionary& value, std::string_view key) {
 
 void HTMLPanelSendFontImage(std::string_view key, const Dictionary& value, HTMLPanel* panel) {
   if (!panel) return;
-  int32_t fontID = 0;
-  std::from_chars(key.data(), key.data() + key.size(), fontID);
-  panel->AddFontURL(static_cast<unsigned int>(fontID), FileURL(value, PluginInterface::kPngFilenameKey),
+  panel->AddFontURL(static_cast<unsigned int>(FontIDOf(key)), FileURL(value, PluginInterface::kPngFilenameKey),
                     FileURL(value, PluginInterface::k2xPNGFilenameKey));
 }
 

@@ -1,5 +1,7 @@
 #include "Panel/PanelChecks.h"
 
+#include <charconv>
+
 #include "platform/PlainText.h"
 
 namespace {
@@ -16,4 +18,10 @@ std::string BoundedText(const platform::String& text) {
   std::string bounded = text.CString();
   if (bounded.size() > kLongestText) bounded.resize(kLongestText);
   return std::string(platform::ValidStart(bounded));
+}
+
+int32_t FontIDOf(std::string_view key) {
+  int64_t fontID = 0;
+  std::from_chars(key.data(), key.data() + key.size(), fontID);
+  return static_cast<int32_t>(fontID);
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "Bridge/VPILoader.h"
 #include "FailedCheck.h"
@@ -30,6 +31,9 @@ int32_t AskAgentFor(AgentState state);
 
 // The text in UTF-8 up to a NUL, cut after a whole character to what fits into a buffer of 1,024 bytes.
 std::string BoundedText(const platform::String& text);
+
+// The font ID that is the key of a drawn name: decimal text, taken as a signed 32-bit number.
+int32_t FontIDOf(std::string_view key);
 
 // Traces the entry to a handler and its exit.
 class PanelTrace : public TracedCall {
