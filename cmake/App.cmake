@@ -3,6 +3,8 @@
 include(GNUInstallDirs)
 set(APP_DIR ${CMAKE_BINARY_DIR}/app)
 set(APP_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/velorant)
+# Debian's zsh reads another folder for what packages install.
+set(ZSH_COMPLETION_DIR ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING "Where zsh finds completions")
 
 # place_in_app(TARGET FOLDER): builds and installs the program or library in FOLDER, relative to the folder of the programs.
 # The target finds libplatform.so relative to itself.
@@ -37,6 +39,26 @@ function(put_on_path name program)
   file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   file(CREATE_LINK ${to_program} ${CMAKE_BINARY_DIR}/bin/${name} SYMBOLIC)
   install(FILES ${CMAKE_BINARY_DIR}/bin/${name} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+# install_words(TARGET NAME [PAGE]): installs the completions of the program NAME for three shells, and its manual page: the
+# file PAGE, or else what the program prints. The program writes them from its table of options, so it must run where it is
+# built.
+function(install_words target name)
+  set(written)
+  set(folder ${CMAKE_CURRENT_BINARY_DIR})
+  foreach(shell bash zsh fish)
+    list(APPEND written COMMAND ${target} --completion ${shell} > ${folder}/${name}.${shell})
+  endforeach()
+  if(NOT ARGN)
+    list(APPEND written COMMAND ${target} --manual > ${folder}/${name}.1)
+    set(ARGN ${folder}/${name}.1)
+  endif()
+  add_custom_command(TARGET ${target} POST_BUILD ${written} VERBATIM)
+  install(FILES ${ARGN} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES ${folder}/${name}.bash RENAME ${name} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${folder}/${name}.zsh RENAME _${name} DESTINATION ${ZSH_COMPLETION_DIR})
+  install(FILES ${folder}/${name}.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 endfunction()
 
 # add_bundle(TARGET NAME KIND FOLDER PLIST [RESOURCE ...]): a loadable shared object NAME with its Info.plist and resources

@@ -11,14 +11,17 @@ std::vector<platform::Option> OptionTable(Options& options) {
       {"--state", "FOLDER", "the state folder of ./run whose fonts count as active, and whose font manager is asked",
        &options.state},
       {"--json", "", "write one JSON object a line for each document", &options.json},
-      {"--completion", "", "print a line for the shell that completes these options", &options.completion},
+      {"--completion", platform::kShells, "print what this shell reads to complete the words of the program",
+       &options.completion},
+      {"--version", "", "print the version", &options.version},
       {"-h, --help", "", "print this help", &options.help},
   };
 }
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
   std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.files);
-  const bool isIncomplete = options.files.empty() && !options.help && !options.completion;
+  const bool isAboutItself = options.help || options.version || !options.completion.empty();
+  const bool isIncomplete = options.files.empty() && !isAboutItself;
   return problem.empty() && isIncomplete ? "no document named; see --help" : problem;
 }
 
@@ -36,9 +39,9 @@ std::string HelpText() {
          "\nExit status: 0 all documents were read, 1 one could not be read wholly, 2 an option is not known.\n";
 }
 
-std::string CompletionText() {
+std::string CompletionText(const std::string& shell) {
   Options none;
-  return platform::CompletionLine("docfonts", OptionTable(none));
+  return platform::Completion(shell, "docfonts", OptionTable(none));
 }
 
 }  // namespace docfonts

@@ -16,7 +16,8 @@ struct Options {
   bool missing = false;
   bool resolve = false;
   bool help = false;
-  bool completion = false;
+  bool version = false;
+  std::string completion;  // the shell to complete for
 };
 
 // The options, which set members of this object.
@@ -24,7 +25,6 @@ std::vector<platform::Option> OptionTable(Options& options);
 // As platform/CommandLine.h. Returns an empty text, or one line that says what is wrong.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 std::string HelpText();
-// Returns a line for the shell that completes the options.
-std::string CompletionText();
+std::string CompletionText(const std::string& shell);
 
 }  // namespace docfonts

@@ -176,16 +176,19 @@ void SetState(const std::string& given) {
   platform::SetPlaces(places);
 }
 
+int Print(const std::string& text) {
+  return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? kAllRead : kNotAllRead;
+}
+
 int Main(const std::vector<std::string>& arguments) {
   Options options;
   if (const std::string problem = ParseOptions(arguments, options); !problem.empty()) {
     std::fprintf(stderr, "docfonts: %s\n", platform::OneLine(problem).c_str());
     return kWrongUsage;
   }
-  if (options.help || options.completion) {
-    const std::string text = options.help ? HelpText() : CompletionText();
-    return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? kAllRead : kNotAllRead;
-  }
+  if (options.help) return Print(HelpText());
+  if (options.version) return Print(platform::VersionLine("docfonts"));
+  if (!options.completion.empty()) return Print(CompletionText(options.completion));
   if (!options.state.empty()) SetState(options.state);
   return Program(options).Run();
 }

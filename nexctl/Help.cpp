@@ -20,9 +20,9 @@ std::string HelpText() {
          "\nExit status: 0 done, 1 something could not be done, 2 wrong usage.\n";
 }
 
-std::string CompletionText() {
+std::string CompletionText(const std::string& shell) {
   Options none;
-  return platform::CompletionLine("nexctl", OptionTable(none), CommandTexts());
+  return platform::Completion(shell, "nexctl", OptionTable(none), CommandTexts());
 }
 
 std::string ManualPage() {

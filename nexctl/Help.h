@@ -6,7 +6,7 @@
 namespace nexctl {
 
 std::string HelpText();
-std::string CompletionText();  // a line for the shell
-std::string ManualPage();      // in the man macros
+std::string CompletionText(const std::string& shell);
+std::string ManualPage();  // in the man macros
 
 }  // namespace nexctl

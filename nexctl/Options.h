@@ -13,10 +13,11 @@ struct Options {
   std::string state;               // the agent's state folder; empty for the user's
   std::string columns;             // of `fonts`, separated by commas
   std::string workgroup;           // the ID of a library; empty for the first
+  std::string completion;          // the shell to complete for
   bool json = false;
   bool help = false;
-  bool completion = false;
   bool manual = false;
+  bool version = false;
 };
 
 std::vector<platform::Option> OptionTable(Options& options);

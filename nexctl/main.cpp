@@ -44,7 +44,8 @@ int main(int count, char** words) {
   const std::string problem = nexctl::ParseOptions(std::vector<std::string>(words + 1, words + count), options);
   if (!problem.empty()) return Fail(problem.c_str(), kWrongUsage);
   if (options.help) return Print(nexctl::HelpText());
-  if (options.completion) return Print(nexctl::CompletionText());
+  if (!options.completion.empty()) return Print(nexctl::CompletionText(options.completion));
   if (options.manual) return Print(nexctl::ManualPage());
+  if (options.version) return Print(platform::VersionLine("nexctl"));
   return RunCommand(options);
 }

@@ -28,15 +28,18 @@ std::vector<platform::Option> OptionTable(Options& options) {
       {"-w, --wait", "SECONDS", "after the end of the input, wait as long for more messages; 1 by default",
        &options.secondsText},
       {"-n, --count", "NUMBER", "end after this number of messages", &options.countText},
-      {"--completion", "", "print a line for the shell that completes these options", &options.completion},
+      {"--completion", platform::kShells, "print what this shell reads to complete the words of the program",
+       &options.completion},
       {"--manual", "", "print the manual page, in the man macros", &options.manual},
+      {"--version", "", "print the version", &options.version},
       {"-h, --help", "", "print this help", &options.help},
   };
 }
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
   const std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.words);
-  if (!problem.empty() || options.help || options.completion || options.manual) return problem;
+  const bool isAboutItself = options.help || options.manual || options.version || !options.completion.empty();
+  if (!problem.empty() || isAboutItself) return problem;
   if (!options.secondsText.empty() && !Read(options.secondsText, 0.0, kMostSeconds, options.seconds)) {
     return "--wait takes a number of seconds, at most a day";
   }
@@ -56,9 +59,9 @@ std::string HelpText() {
          "\nExit status: 0 done, 1 no connection, or it ended early, 2 wrong usage.\n";
 }
 
-std::string CompletionText() {
+std::string CompletionText(const std::string& shell) {
   Options none;
-  return platform::CompletionLine("panelcat", OptionTable(none));
+  return platform::Completion(shell, "panelcat", OptionTable(none));
 }
 
 std::string ManualPage() {

@@ -13,7 +13,8 @@ namespace panelcat {
 struct Options {
   std::vector<std::string> words;
   std::string secondsText, countText;
-  bool help = false, completion = false, manual = false;
+  std::string completion;  // the shell to complete for
+  bool help = false, manual = false, version = false;
 
   uint16_t port = 0;
   double seconds = 1;  // to wait for messages after the end of the input
@@ -25,7 +26,7 @@ std::vector<platform::Option> OptionTable(Options& options);
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 
 std::string HelpText();
-std::string CompletionText();
+std::string CompletionText(const std::string& shell);
 std::string ManualPage();
 
 }  // namespace panelcat

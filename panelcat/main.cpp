@@ -36,7 +36,8 @@ int main(int count, char** words) {
   const std::string problem = panelcat::ParseOptions(std::vector<std::string>(words + 1, words + count), options);
   if (!problem.empty()) return Fail(problem, kWrongUsage);
   if (options.help) return Print(panelcat::HelpText());
-  if (options.completion) return Print(panelcat::CompletionText());
+  if (!options.completion.empty()) return Print(panelcat::CompletionText(options.completion));
   if (options.manual) return Print(panelcat::ManualPage());
+  if (options.version) return Print(platform::VersionLine("panelcat"));
   return Talk(options);
 }

@@ -16,7 +16,8 @@ namespace platform {
 struct Option {
   // "--json", or "-j, --json" with a short form.
   const char* names;
-  // What the value is, in capitals; empty for an option without a value.
+  // What the value is, in capitals; empty for an option without a value. FOLDER and FILE are completed as paths.
+  // "bash|zsh|fish" allows only these values.
   const char* argument;
   // One line without a full stop at its end.
   const char* help;
@@ -41,12 +42,18 @@ PLATFORM_API std::string ParseOptions(std::span<const Option> options, const std
 PLATFORM_API std::string HelpLines(std::span<const Option> options, size_t column);
 PLATFORM_API std::string HelpLines(std::span<const CommandText> commands, size_t column);
 
-// Returns a line for bash that completes the words of `program`: the options, the commands and paths.
-PLATFORM_API std::string CompletionLine(const std::string& program, std::span<const Option> options,
-                                        std::span<const CommandText> commands = {});
+// The values that `Completion` takes, for the table of options.
+inline constexpr const char* kShells = "bash|zsh|fish";
+// Returns what this shell reads to complete the words of `program`: the options and their values, the commands, which
+// have one or two words, and paths.
+PLATFORM_API std::string Completion(const std::string& shell, const std::string& program,
+                                    std::span<const Option> options, std::span<const CommandText> commands = {});
 
 // Returns the lines of a section of a manual page, in the man macros.
 PLATFORM_API std::string ManualLines(std::span<const Option> options);
 PLATFORM_API std::string ManualLines(std::span<const CommandText> commands);
+
+// "PROGRAM 1.0.0", the version of all programs that are built together.
+PLATFORM_API std::string VersionLine(const std::string& program);
 
 }  // namespace platform

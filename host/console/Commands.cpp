@@ -160,11 +160,15 @@ void RunCommand(CommandContext& context, const Words& words) {
   RunReported(context.report, words[0], [&] { FindCommand(words[0])->run(context, arguments); });
 }
 
-std::string CommandHelp() {
-  constexpr size_t kColumn = 24;
+std::vector<platform::CommandText> CommandTexts() {
   std::vector<platform::CommandText> texts;
   for (const CommandEntry& entry : kCommands) texts.push_back({entry.name, entry.arguments, entry.help});
-  return platform::HelpLines(texts, kColumn);
+  return texts;
+}
+
+std::string CommandHelp() {
+  constexpr size_t kColumn = 24;
+  return platform::HelpLines(CommandTexts(), kColumn);
 }
 
 }  // namespace console

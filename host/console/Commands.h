@@ -4,8 +4,10 @@
 #include <deque>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "host/console/Words.h"
+#include "platform/CommandLine.h"
 
 namespace console {
 
@@ -46,6 +48,7 @@ std::string CheckCommand(const Words& words);
 // continues.
 void RunCommand(CommandContext& context, const Words& words);
 
+std::vector<platform::CommandText> CommandTexts();
 std::string CommandHelp();
 
 }  // namespace console

@@ -213,14 +213,22 @@ std::error_code ReadScriptFile(const std::string& path, std::string& text) {
   return pipe.eof() ? std::error_code() : std::make_error_code(std::errc::io_error);
 }
 
+// What the program says about itself; empty if it has to do its work.
+std::string TextAskedFor(const Options& options) {
+  if (options.help) return HelpText();
+  if (options.manual) return ManualPage();
+  if (options.version) return VersionText();
+  return options.completion.empty() ? "" : CompletionText(options.completion);
+}
+
 }  // namespace
 
 int Main(const std::vector<std::string>& arguments) {
   Options options;
   std::string problem = ParseOptions(arguments, options);
   if (!problem.empty()) return Refuse(problem);
-  if (options.help || options.completion) {
-    std::fputs((options.help ? HelpText() : CompletionText()).c_str(), stdout);
+  if (const std::string text = TextAskedFor(options); !text.empty()) {
+    std::fputs(text.c_str(), stdout);
     return kStatusWell;
   }
   std::vector<ScriptLine> script;

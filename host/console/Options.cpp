@@ -7,6 +7,8 @@ namespace console {
 
 namespace {
 
+constexpr const char* kName = "velorant-host";
+
 std::vector<platform::Option> OptionTable(Options& options) {
   return {
       {"--script", "FILE", "replay the commands of a file, one per line", &options.script},
@@ -17,7 +19,9 @@ std::vector<platform::Option> OptionTable(Options& options) {
       {"--state", "FOLDER", "keep fonts, preferences and copies of documents there", &options.state},
       {"--samples", "FOLDER", "the documents to show if none is named", &options.samples},
       {"--desktop", "", "make fonts active for all of your programs, not in a sandbox", &options.desktop},
-      {"--completion", "", "print a line for the shell that completes these options", &options.completion},
+      {"--completion", platform::kShells, "print what this shell reads to complete these options", &options.completion},
+      {"--manual", "", "print the manual page, in the man macros", &options.manual},
+      {"--version", "", "print the version", &options.version},
       {"--help", "", "print this help", &options.help},
   };
 }
@@ -42,7 +46,7 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
 std::string HelpText() {
   constexpr size_t kColumn = 22;
   Options none;
-  return "usage: run [OPTION ...] [DOCUMENT ...]\n"
+  return "usage: velorant-host [OPTION ...] [DOCUMENT ...]\n"
          "Opens each document with the font plug-in loaded, saves a copy and closes it, and shows which fonts it needed,\n"
          "which were activated and why, which are missing, what the save wrote and what the close gave back.\n"
          "Without documents it does so for the samples.\n\n" +
@@ -52,9 +56,22 @@ std::string HelpText() {
          "SIGINT, SIGTERM and SIGHUP close all documents and give fonts back before they end the host.\n";
 }
 
-std::string CompletionText() {
+std::string CompletionText(const std::string& shell) {
   Options none;
-  return platform::CompletionLine("./run", OptionTable(none));
+  return platform::Completion(shell, kName, OptionTable(none));
 }
+
+std::string ManualPage() {
+  Options none;
+  return ".TH VELORANT\\-HOST 1\n.SH NAME\nvelorant\\-host \\- opens documents with the font plug\\-in loaded\n.SH SYNOPSIS\n"
+         ".B velorant\\-host\n[OPTION ...] [DOCUMENT ...]\n.SH DESCRIPTION\n"
+         "Opens each document, saves a copy and closes it, and shows which fonts it needed, which were activated and why,\n"
+         "which are missing, what the save wrote and what the close gave back.\n.SH OPTIONS\n" +
+         platform::ManualLines(OptionTable(none)) + ".SH COMMANDS\nOf a script and of the console:\n" +
+         platform::ManualLines(CommandTexts()) +
+         ".SH EXIT STATUS\n0 all went well, 1 something went wrong, 2 a command or option is not known.\n";
+}
+
+std::string VersionText() { return platform::VersionLine(kName); }
 
 }  // namespace console

@@ -17,13 +17,16 @@ struct Options {
   bool json = false;
   bool desktop = false;
   bool help = false;
-  bool completion = false;
+  bool manual = false;
+  bool version = false;
+  std::string completion;  // the shell to complete for
 };
 
 // As platform/CommandLine.h. Returns an empty text, or one line that says what is wrong.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 std::string HelpText();
-// Returns a line for the shell that completes the options of ./run.
-std::string CompletionText();
+std::string CompletionText(const std::string& shell);
+std::string ManualPage();
+std::string VersionText();
 
 }  // namespace console

@@ -156,7 +156,7 @@ TEST_F(Nexctl, MistakesAreExplained) {
 // Every command and option is in the help, the manual page and the completion.
 TEST_F(Nexctl, OneTableDescribesIt) {
   const std::string help = Run("--help").output, manual = Run("--manual").output,
-                    completion = Run("--completion").output;
+                    completion = Run("--completion bash").output;
   std::set<std::string> words;
   const std::regex line("\n  (-[^ ,]+|[a-z]+( [a-z]+)?)[ ,]");
   for (std::sregex_iterator match(help.begin(), help.end(), line), end; match != end; ++match)
