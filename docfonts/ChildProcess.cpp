@@ -43,4 +43,9 @@ void ChildProcess::Kill() {
   Await();
 }
 
+void ChildProcess::Leave() {
+  socket_.Close();
+  process_ = 0;
+}
+
 }  // namespace docfonts

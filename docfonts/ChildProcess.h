@@ -29,6 +29,8 @@ class ChildProcess {
   // `serve` takes to notice the closed socket.
   int Await();
   void Kill();
+  // Forgets the process, which goes on without this one. `serve` must have made it independent.
+  void Leave();
 
  private:
   pid_t process_ = 0;  // 0 while it does not run

@@ -5,17 +5,12 @@
 #include <utility>
 
 #include "Bridge/FontManagerInterface.h"
-#include "Identification/FontClassification.h"
-#include "Identification/FontKeys.h"
-#include "Readers/Document/StyleMatch.h"
 #include "Services/MarquineGlobals.h"
+#include "docfonts/FileChoice.h"
 #include "platform/LocalSocket.h"
 
 namespace docfonts {
 
-using platform::Array;
-using platform::Dictionary;
-using namespace GlyphsureSupport;
 using Json = nlohmann::ordered_json;
 
 namespace {
@@ -31,23 +26,8 @@ std::string ConnectToAgent() {
   return "no font manager is running, and none can be started; --state names the folder of one";
 }
 
-// Returns the file, empty if there is none, or null if the agent does not answer.
-Json ChooseFile(const Font& font) {
-  const std::string name = font.style ? FindPostScriptName(*font.style) : font.name;
-  if (name.empty()) return "";
-  Array fonts = Array::Create(), matched = Array::Create(), unresolved = Array::Create();
-  Dictionary record = Dictionary::Create();
-  record.Set(kGS_PostScriptNameKey, name);
-  for (const auto& [key, value] : font.slug) record.Set(key, value);
-  fonts.Append(record);
-  const int status = ProcessDocumentFontsForAutoActivation(fonts, matched, unresolved, true, true,
-                                                           FontManagerInterface::kAllWorkgroupsID, nullptr);
-  if (status != 0) return {};
-  return Dictionary(matched.At(0)).GetDictionary(kGS_MatchedFontKey).GetString(kGS_PathKey).Text();
-}
-
 // The first message says what is wrong with the connection. After that each message is a report, and its answer an
-// array with the result of ChooseFile for each font.
+// array with the result of ChooseFile for each font, or null.
 void Serve(int socket) {
   const std::string problem = ConnectToAgent();
   if (platform::SendMessage(socket, problem) || !problem.empty()) return;
@@ -57,7 +37,7 @@ void Serve(int socket) {
     Json files = Json::array();
     for (const Font& font : FromJson(Json::parse(text)).fonts) {
       Json& file = known[{font.name, font.slug}];
-      if (file.is_null()) file = ChooseFile(font);
+      if (const auto chosen = file.is_null() ? ChooseFile(font) : std::nullopt) file = *chosen;
       files.push_back(file);
     }
     if (platform::SendMessage(socket, files.dump(-1, ' ', false, Json::error_handler_t::replace))) break;

@@ -190,14 +190,15 @@ std::string CompletionForFish(const std::string& program, std::span<const Option
 }  // namespace
 
 std::string ParseOptions(std::span<const Option> options, const std::vector<std::string>& arguments,
-                         std::vector<std::string>& words) {
+                         std::vector<std::string>& words, WordOrder order) {
   for (size_t i = 0; i < arguments.size(); ++i) {
     const std::string& word = arguments[i];
-    if (word == "--") {
-      words.insert(words.end(), arguments.begin() + static_cast<ptrdiff_t>(i) + 1, arguments.end());
+    const bool isWord = !word.starts_with("-") || word == "-";
+    if (word == "--" || (isWord && order == WordOrder::kLast)) {
+      words.insert(words.end(), arguments.begin() + static_cast<ptrdiff_t>(i) + (isWord ? 0 : 1), arguments.end());
       break;
     }
-    if (!word.starts_with("-") || word == "-") {
+    if (isWord) {
       words.push_back(word);
       continue;
     }

@@ -32,11 +32,17 @@ struct CommandText {
   const char* help;
 };
 
+// Where words that are no options may be.
+enum class WordOrder {
+  kAnywhere,
+  kLast,  // the first such word ends the options; all that follow are words, too, as for a program with its arguments
+};
+
 // Options may be anywhere before "--". A value is the next word or follows "=", and is not empty. Other words, "-" and
 // all words after "--" are appended to `words`. Returns an empty text, or one line that says what is wrong, with all
 // before it done.
 PLATFORM_API std::string ParseOptions(std::span<const Option> options, const std::vector<std::string>& arguments,
-                                      std::vector<std::string>& words);
+                                      std::vector<std::string>& words, WordOrder order = WordOrder::kAnywhere);
 
 // One line for each option or command. The help starts in this column, or two spaces after what is longer.
 PLATFORM_API std::string HelpLines(std::span<const Option> options, size_t column);

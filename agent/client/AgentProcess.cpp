@@ -1,7 +1,10 @@
 #include "agent/client/AgentProcess.h"
 
+#include <signal.h>
+
 #include <sys/stat.h>
 #include <unistd.h>
+#include <chrono>
 
 #include <cctype>
 #include <filesystem>
@@ -9,6 +12,7 @@
 #include "agent/include/AgentProtocol.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "platform/Waiting.h"
 
 namespace agent_client {
 
@@ -64,6 +68,15 @@ bool IsAgentProcessRunning(const std::string& runtimeFolder) {
     }
   }
   return false;
+}
+
+std::string EndAgent() {
+  constexpr std::chrono::seconds kPatience(10);
+  const int process = AnnouncedAgentProcess();
+  if (process == 0) return "";
+  kill(process, SIGTERM);
+  if (platform::WaitUntil(kPatience, [] { return AnnouncedAgentProcess() == 0; })) return "";
+  return "the font manager, process " + std::to_string(process) + ", has read another configuration and does not end";
 }
 
 }  // namespace agent_client

@@ -11,4 +11,8 @@ int AnnouncedAgentProcess();
 // True also for an agent that is not ready yet. runtimeFolder is the folder of the agent's socket.
 bool IsAgentProcessRunning(const std::string& runtimeFolder);
 
+// Ends the agent of this program's state folder, for example because its configuration has changed. Waits until it has
+// ended. Returns an empty text, also if there is none, or one line.
+std::string EndAgent();
+
 }  // namespace agent_client

@@ -66,7 +66,7 @@ class ScanProgress {
 
 std::string AgentLink::Start(LibrarySummary* summary) {
   if (sandbox_.HasNewAgentConfiguration()) {
-    std::string problem = EndOldAgent();
+    std::string problem = agent_client::EndAgent();
     if (!problem.empty()) return problem;
   }
   return Restart(summary);
@@ -81,15 +81,6 @@ std::string AgentLink::Restart(LibrarySummary* summary) {
     if (!problem.empty()) return problem;
   }
   return ReadReport(summary);
-}
-
-std::string AgentLink::EndOldAgent() const {
-  const int process = AnnouncedAgentProcess();
-  if (process == 0) return "";
-  kill(process, SIGTERM);
-  if (platform::WaitUntil(kPatience, [] { return AnnouncedAgentProcess() == 0; })) return "";
-  return sandbox_.AgentExecutable() + ": process " + std::to_string(process) +
-         " has read another configuration and does not end";
 }
 
 std::string AgentLink::Launch() {

@@ -57,7 +57,6 @@ class AgentLink {
  private:
   using NotificationHandler = agent_client::AgentConnection::NotificationHandler;
   std::string Launch();
-  std::string EndOldAgent() const;
   bool Connect();
   std::string ReadReport(LibrarySummary* summary);
   std::string LastWords() const;

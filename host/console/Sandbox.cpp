@@ -1,7 +1,6 @@
 #include "host/console/Sandbox.h"
 
 #include <fcntl.h>
-#include <libxml/entities.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,14 +9,14 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
-#include <nlohmann/json.hpp>
 
 #include "agent/client/AgentFolders.h"
+#include "agent/client/StateFolder.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Bundle.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+#include "platform/FontConfiguration.h"
 #include "platform/LastError.h"
 
 namespace console {
@@ -25,7 +24,6 @@ namespace console {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
 
 constexpr const char* kActiveFonts = "/usr/share/fonts/truetype/dejavu";
 const std::vector<std::string>& DefaultLibrary() {
@@ -38,8 +36,6 @@ const std::vector<std::string>& DefaultLibrary() {
   return sFolders;
 }
 constexpr const char* kLockName = "/host.lock";
-constexpr const char* kLaunchFolder = "/root/Library/Velorant";
-constexpr const char* kLaunchConfiguration = "/com.velorant.Nexcore-LaunchInfo.conf";
 
 std::string Problem(const std::string& path, const std::error_code& error) {
   return path + ": " + platform::DescribeError(error);
@@ -57,22 +53,6 @@ std::string Absolute(const std::string& path) {
 std::string Environment(const char* name) {
   const char* value = std::getenv(name);
   return value ? value : "";
-}
-
-std::string ReplaceIfOther(const std::string& path, const std::string& content, bool* isOther = nullptr) {
-  std::string old;
-  const std::error_code unreadable = platform::ReadFile(path, old);
-  if (!unreadable && old == content) return "";
-  if (isOther) *isOther = !unreadable;
-  const std::error_code error = platform::ReplaceFile(path, content);
-  return error ? Problem(path, error) : "";
-}
-
-std::string EscapeXML(const std::string& text) {
-  const std::unique_ptr<xmlChar, void (*)(void*)> escaped(
-      xmlEncodeSpecialChars(nullptr, reinterpret_cast<const xmlChar*>(text.c_str())), xmlFree);
-  if (!escaped) throw std::bad_alloc();
-  return reinterpret_cast<const char*>(escaped.get());
 }
 
 }  // namespace
@@ -97,10 +77,9 @@ std::string Sandbox::Prepare(const SandboxOptions& options) {
   activeFolder_ = agent_client::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
   std::string problem = Lock();
   if (problem.empty()) problem = MakeFolders();
-  if (problem.empty()) problem = WriteLaunchConfiguration();
-  if (problem.empty()) problem = WriteAgentConfiguration(options);
+  if (problem.empty()) problem = SetUp(options);
   if (problem.empty()) problem = WriteFontConfiguration();
-  if (problem.empty()) SetPlaces(options.desktop);
+  if (problem.empty()) platform::SetPlaces(agent_client::PlacesOf(folder_, options.desktop));
   return problem;
 }
 
@@ -128,73 +107,28 @@ bool Sandbox::IsInPlace() const {
 }
 
 std::string Sandbox::MakeFolders() const {
-  for (const char* name : {"/home", "/logs", "/cache", "/copies", "/active", kLaunchFolder}) {
+  for (const char* name : {"/cache", "/copies"}) {
     if (const std::error_code error = platform::MakeFolder(folder_ + name)) return Problem(folder_ + name, error);
   }
-  const std::error_code error = platform::MakeFolder(folder_ + "/run", 0700);
-  return error ? Problem(folder_ + "/run", error) : "";
+  return "";
 }
 
-std::string Sandbox::WriteAgentConfiguration(const SandboxOptions& options) {
-  const std::string path = folder_ + "/" + agent_protocol::kConfigurationName;
-  Json configuration = Json::object();
-  std::string text;
-  const std::error_code unreadable = platform::ReadFile(path, text);
-  if (!unreadable) {
-    configuration = Json::parse(text, nullptr, false);
-    if (!configuration.is_object()) return path + ": is not a JSON object; repair it or move it away";
-  } else if (unreadable != std::errc::no_such_file_or_directory) {
-    return Problem(path, unreadable);
-  }
-  if (!options.library.empty()) {
-    configuration["library"] = Json::array();
-    for (const std::string& folder : options.library) configuration["library"].push_back(Absolute(folder));
-  } else if (!configuration.contains("library")) {
-    configuration["library"] = DefaultLibrary();
-  }
-  configuration["desktop"] = options.desktop;
-  configuration["exitWithLastClient"] = true;
-  try {
-    library_ = configuration["library"].get<std::vector<std::string>>();
-    return ReplaceIfOther(path, configuration.dump(2) + "\n", &newAgentConfiguration_);
-  } catch (const Json::exception& exception) {
-    return path + ": " + exception.what();
-  }
+std::string Sandbox::SetUp(const SandboxOptions& options) {
+  agent_client::StateFolderSetup setup{folder_, AgentExecutable()};
+  for (const std::string& folder : options.library) setup.library.push_back(Absolute(folder));
+  setup.newLibrary = DefaultLibrary();
+  setup.desktop = options.desktop;
+  agent_client::StoredSetup stored;
+  const std::string problem = agent_client::SetUpStateFolder(setup, &stored);
+  library_ = std::move(stored.library);
+  newAgentConfiguration_ = stored.isChanged;
+  return problem;
 }
 
 std::string Sandbox::WriteFontConfiguration() const {
-  const auto entry = [](const char* element, const std::string& path) {
-    return std::string("  <") + element + ">" + EscapeXML(path) + "</" + element + ">\n";
-  };
-  return ReplaceIfOther(folder_ + "/fonts.conf",
-                        "<?xml version=\"1.0\"?>\n"
-                        "<!DOCTYPE fontconfig SYSTEM \"urn:fontconfig:fonts.dtd\">\n"
-                        "<fontconfig>\n" +
-                            entry("dir", kActiveFonts) + entry("dir", folder_ + "/active") +
-                            entry("cachedir", folder_ + "/cache") + "</fontconfig>\n");
-}
-
-std::string Sandbox::WriteLaunchConfiguration() const {
-  const std::string agent = AgentExecutable();
-  // The file format cannot represent these characters.
-  for (const std::string& path : {agent, folder_}) {
-    if (path.find_first_of("#\r\n") != std::string::npos || path.ends_with(" ")) {
-      return path + ": a path with '#', a line end or a blank at its end cannot be passed to the plug-in";
-    }
-  }
-  return ReplaceIfOther(folder_ + kLaunchFolder + kLaunchConfiguration,
-                        "nexcore.args=" + folder_ + "\r\nnexcore.path=" + agent + "\r\n");
-}
-
-void Sandbox::SetPlaces(bool desktop) const {
-  platform::Places places;
-  places.fileSystemRoot = folder_ + "/root";
-  places.home = folder_ + "/home";
-  places.runtime = folder_ + "/run";
-  if (!desktop) places.fontConfigFile = folder_ + "/fonts.conf";
-  places.preferencesFile = folder_ + "/preferences.plist";
-  places.logs = folder_ + "/logs";
-  platform::SetPlaces(places);
+  return agent_client::ReplaceIfOther(folder_ + "/fonts.conf",
+                                      platform::FontConfigurationText({.folders = {kActiveFonts, folder_ + "/active"},
+                                                                       .cacheFolder = folder_ + "/cache"}));
 }
 
 std::string Sandbox::PlaceForCopy(const std::string& document) {

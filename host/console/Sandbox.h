@@ -1,11 +1,11 @@
 // A host's state folder: everything that the host, the plug-in and the agent store.
 //
 //   STATE/host.lock      held by the one host that uses the folder; names its process while that lives
-//   STATE/nexcore.json   the agent's configuration; the list of library folders stays until another is given
+//   STATE/nexcore.json, root, home, logs   see agent/client/StateFolder.h; the list of library folders stays until
+//                        another is given
 //   STATE/fonts.conf     which fonts are active in the sandbox: DejaVu, and what the agent links into STATE/active
-//   STATE/root/Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf   by which the plug-in finds the agent
 //   STATE/run, agent, active   the agent's; see agent/include/AgentProtocol.h
-//   STATE/home, logs, cache    the user's folder of the sandbox, diagnostic logs, fontconfig's cache
+//   STATE/cache          fontconfig's cache
 //   STATE/preferences.plist    the user-interface framework's preferences
 //   STATE/run/panel.html opens the font panel's page, whose address is secret
 //   STATE/copies               where documents are saved that must not be changed themselves
@@ -69,10 +69,8 @@ class Sandbox {
  private:
   std::string Lock();
   std::string MakeFolders() const;
-  std::string WriteAgentConfiguration(const SandboxOptions& options);
+  std::string SetUp(const SandboxOptions& options);
   std::string WriteFontConfiguration() const;
-  std::string WriteLaunchConfiguration() const;
-  void SetPlaces(bool desktop) const;
 
   std::string folder_;
   std::string app_;  // the folder of host/ and agent/

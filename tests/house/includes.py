@@ -33,8 +33,10 @@ FLOORS = (
     ('host/console/FontLister.cpp', 'docfonts/Report.h', False),
     ('host/console/FontLister.cpp', 'docfonts/include/ReadingTime.h', True),
     ('panelcat/Conversation.cpp', 'Panel/PanelKeys.h', False),
-    ('docfonts/Resolver.cpp', 'Readers/Document/DocumentReaders.h', True),
+    ('docfonts/FontCollector.cpp', 'Readers/Document/DocumentReaders.h', True),
     ('docfonts/Resolver.cpp', 'Documents/OneTrackedDocument.h', False),
+    ('with-fonts/FontHolder.cpp', 'photoshop/PluginMain.h', False),
+    ('with-fonts/FontHolder.cpp', 'docfonts/Report.h', True),
     ('frameworks/PlugPlug/PlugPlug.cpp', 'frameworks/VelorantPlugins/Texts.h', False),
 )
 # Two units that count as one: a class and its private part, and two types that are defined by each other.

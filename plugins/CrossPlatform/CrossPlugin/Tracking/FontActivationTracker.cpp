@@ -312,6 +312,20 @@ void FontActivationTracker::RegisterFontWithDocument(const Dictionary& font, con
   document.fontIDs.push_back(fontID);
 }
 
+std::vector<FontActivationTracker::FontInfo> FontActivationTracker::GetOpenFontsForIdentifier(
+    const std::string& identifier) {
+  const GScopedLock lock(mMutex);
+  std::vector<FontInfo> fonts;
+  const auto document = m_mDocuments.find(identifier);
+  if (document == m_mDocuments.end()) return fonts;
+  const std::set<uint32_t> fontIDs(document->second.fontIDs.begin(), document->second.fontIDs.end());
+  for (const uint32_t fontID : fontIDs) {
+    const auto found = m_mFonts.find(fontID);
+    if (found != m_mFonts.end() && found->second.bOpen) fonts.push_back(found->second);
+  }
+  return fonts;
+}
+
 size_t FontActivationTracker::CountFontsRegisteredForIdentifier(const std::string& identifier) {
   TracedCall traced(__func__);
   const GScopedLock lock(mMutex);

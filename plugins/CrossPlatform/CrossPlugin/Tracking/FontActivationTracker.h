@@ -68,6 +68,8 @@ class FontActivationTracker {
   // For quit: closes all fonts, whatever their counts.
   int CloseAllFonts(bool bDeactivateClosedFonts, bool bShowProgress);
 
+  // Returns the fonts that are registered for the document and open, each once.
+  std::vector<FontInfo> GetOpenFontsForIdentifier(const std::string& identifier);
   size_t CountFontsRegisteredForIdentifier(const std::string& identifier);
   // Counts the open fonts that this document registered first. alreadyActive receives the number of those that were
   // active before.

@@ -1,0 +1,100 @@
+#include "agent/client/StateFolder.h"
+
+#include <nlohmann/json.hpp>
+
+#include "agent/include/AgentProtocol.h"
+#include "platform/Files.h"
+
+namespace agent_client {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kLaunchFolder = "/root/Library/Velorant";
+constexpr const char* kLaunchConfiguration = "/com.velorant.Nexcore-LaunchInfo.conf";
+
+std::string Problem(const std::string& path, const std::error_code& error) {
+  return path + ": " + platform::DescribeError(error);
+}
+
+std::string MakeFolders(const std::string& folder) {
+  for (const char* name : {"/home", "/logs", "/active", kLaunchFolder}) {
+    if (const std::error_code error = platform::MakeFolder(folder + name)) return Problem(folder + name, error);
+  }
+  const std::error_code error = platform::MakeFolder(folder + "/run", 0700);
+  return error ? Problem(folder + "/run", error) : "";
+}
+
+std::string WriteLaunchConfiguration(const StateFolderSetup& setup) {
+  // The file format cannot represent these characters.
+  for (const std::string& path : {setup.agentProgram, setup.stateFolder}) {
+    if (path.find_first_of("#\r\n") != std::string::npos || path.ends_with(" ")) {
+      return path + ": a path with '#', a line end or a blank at its end cannot be passed to the plug-in";
+    }
+  }
+  return ReplaceIfOther(setup.stateFolder + kLaunchFolder + kLaunchConfiguration,
+                        "nexcore.args=" + setup.stateFolder + "\r\nnexcore.path=" + setup.agentProgram + "\r\n");
+}
+
+std::string WriteAgentConfiguration(const StateFolderSetup& setup, StoredSetup& stored) {
+  const std::string path = setup.stateFolder + "/" + agent_protocol::kConfigurationName;
+  Json configuration = Json::object();
+  std::string text;
+  const std::error_code unreadable = platform::ReadFile(path, text);
+  if (!unreadable) {
+    configuration = Json::parse(text, nullptr, false);
+    if (!configuration.is_object()) return path + ": is not a JSON object; repair it or move it away";
+  } else if (unreadable != std::errc::no_such_file_or_directory) {
+    return Problem(path, unreadable);
+  }
+  if (!setup.library.empty()) {
+    configuration["library"] = setup.library;
+  } else if (!configuration.contains("library")) {
+    configuration["library"] = setup.newLibrary;
+  }
+  if (setup.desktop) {
+    configuration["desktop"] = *setup.desktop;
+  } else if (!configuration.contains("desktop")) {
+    configuration["desktop"] = setup.newDesktop;
+  }
+  configuration["exitWithLastClient"] = true;
+  try {
+    stored.library = configuration["library"].get<std::vector<std::string>>();
+    stored.isDesktop = configuration["desktop"].get<bool>();
+    return ReplaceIfOther(path, configuration.dump(2) + "\n", &stored.isChanged);
+  } catch (const Json::exception& exception) {
+    return path + ": " + exception.what();
+  }
+}
+
+}  // namespace
+
+std::string ReplaceIfOther(const std::string& path, const std::string& content, bool* isOther) {
+  std::string old;
+  const std::error_code unreadable = platform::ReadFile(path, old);
+  if (!unreadable && old == content) return "";
+  if (isOther) *isOther = !unreadable;
+  const std::error_code error = platform::ReplaceFile(path, content);
+  return error ? Problem(path, error) : "";
+}
+
+std::string SetUpStateFolder(const StateFolderSetup& setup, StoredSetup* stored) {
+  std::string problem = MakeFolders(setup.stateFolder);
+  if (problem.empty()) problem = WriteLaunchConfiguration(setup);
+  if (problem.empty()) problem = WriteAgentConfiguration(setup, *stored);
+  return problem;
+}
+
+platform::Places PlacesOf(const std::string& stateFolder, bool isDesktop) {
+  platform::Places places;
+  places.fileSystemRoot = stateFolder + "/root";
+  places.home = stateFolder + "/home";
+  places.runtime = stateFolder + "/run";
+  if (!isDesktop) places.fontConfigFile = stateFolder + "/fonts.conf";
+  places.preferencesFile = stateFolder + "/preferences.plist";
+  places.logs = stateFolder + "/logs";
+  return places;
+}
+
+}  // namespace agent_client

@@ -1,0 +1,216 @@
+// The program as a user starts it, with the real agent, which it starts by itself. The programs that it runs are scripts
+// that ask fontconfig in a process of its own what is there.
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <regex>
+
+#include "platform/Waiting.h"
+#include "support/DebianFonts.h"
+#include "support/ProgramRun.h"
+#include "support/ScopedVariable.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using Json = nlohmann::json;
+using test_support::Outcome;
+using test_support::ScopedVariable;
+using test_support::TempFolder;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::chrono::seconds kPatience(30);
+// The fonts of the poster that only the library has, as the scripts list them.
+constexpr const char* kPosterFonts = "LiberationSerif-Bold\nNimbusSans-Bold\nNimbusSans-Regular\n";
+constexpr const char* kList = "fc-list : postscriptname | sed 's/.*=//' | grep -v DejaVu | sort -u";
+
+// A user with a home, a desktop of one font, and a library.
+class WithFonts : public testing::Test {
+ protected:
+  WithFonts() {
+    std::filesystem::create_directories(folder_ / "home/Fonts");
+    for (const std::string& file :
+         {debian_fonts::kLiberation + "LiberationSerif-Bold.ttf", debian_fonts::kOpenType + "NimbusSans-Regular.otf",
+          debian_fonts::kOpenType + "NimbusSans-Bold.otf"}) {
+      std::filesystem::copy(file, folder_ / "home/Fonts");
+    }
+    folder_.Write("fonts.conf", "<fontconfig><dir>" + debian_fonts::kDejaVu +
+                                    "</dir><dir prefix=\"xdg\">fonts</dir><cachedir>" + folder_ / "cache" +
+                                    "</cachedir></fontconfig>");
+    Script("list", std::string(kList) + "\n");
+  }
+
+  std::string Script(const std::string& name, const std::string& lines) const {
+    const std::string path = folder_.Write(name, "#!/bin/sh\n" + lines);
+    chmod(path.c_str(), 0755);
+    return path;
+  }
+  // With words as a shell takes them.
+  Outcome Run(const std::string& words) const {
+    return test_support::RunLine("cd '" + folder_.Path() + "' && '" APP_DIR "/with-fonts/with-fonts' " + words,
+                                 folder_);
+  }
+  // What a program sees that starts now.
+  std::string Listed() const { return test_support::RunLine(kList, folder_).output; }
+  bool BecomesListed(const std::string& fonts) const {
+    return platform::WaitUntil(kPatience, [&] { return Listed() == fonts; });
+  }
+  bool Appears(const std::string& name) const {
+    return platform::WaitUntil(kPatience, [&] { return std::filesystem::exists(folder_ / name); });
+  }
+  void Pipe(const std::string& name) const { mkfifo((folder_ / name).c_str(), 0600); }
+
+  const std::string kPoster = "'" SOURCE_DIR "/samples/poster.psd'";
+  TempFolder folder_;
+  ScopedVariable home_{"HOME", folder_ / "home"}, data_{"XDG_DATA_HOME", {}}, states_{"XDG_STATE_HOME", {}},
+      others_{"XDG_DATA_DIRS", folder_ / "nothing"}, conf_{"FONTCONFIG_FILE", folder_ / "fonts.conf"};
+};
+
+TEST_F(WithFonts, TheProgramSeesTheFontsOfItsDocumentsAndTheyAreGoneAtItsEnd) {
+  struct Row {
+    const char* words;
+    const char* listed;
+    const char* line;  // a part of it
+  };
+  const Row kRows[] = {
+      {"./list @/samples/poster.psd", kPosterFonts, "4 fonts, 1 already active, 3 activated"},
+      {"./list file://@/samples/poster%2epsd", kPosterFonts, "3 activated"},
+      // Documents that name families and styles.
+      {"./list @/tests/docfonts/samples/text.odt", "LiberationSerif-Bold\nNimbusSans-Bold\n", "3 activated"},
+      {"./list @/tests/docfonts/samples/drawing.svg @/samples/no-text.psd", "NimbusSans-Regular\n", "no fonts"},
+      {"--private ./list @/samples/poster.psd", kPosterFonts, "3 activated"},
+      {"--quiet ./list @/samples/poster.psd", kPosterFonts, ""},
+      {"--json ./list @/samples/poster.psd", kPosterFonts, "\"use\":\"activated\""},
+      // No document: nothing is started.
+      {"./list list nothing.psd --psd", "", ""},
+  };
+  for (const Row& row : kRows) {
+    const Outcome run = Run(std::regex_replace(row.words, std::regex("@"), SOURCE_DIR));
+    EXPECT_EQ(run.status, 0) << row.words << run.errors;
+    EXPECT_EQ(run.output, row.listed) << row.words;
+    EXPECT_THAT(run.errors, HasSubstr(row.line)) << row.words;
+    EXPECT_EQ(run.errors.empty(), !*row.line) << row.words;
+    EXPECT_EQ(Listed(), "") << row.words;
+  }
+  EXPECT_THAT(folder_.Names("home/.local/state/velorant/host/private"), IsEmpty());
+}
+
+TEST_F(WithFonts, PassesOnArgumentsInputStatusAndSignals) {
+  Script("show", "printf '<%s>' \"$@\"; cat; exit 7\n");
+  Outcome run = Run("./show 'a  b' '' -- --json </dev/null");
+  EXPECT_EQ(run.output, "<a  b><><--><--json>");
+  EXPECT_EQ(run.status, 7);
+  EXPECT_EQ(Run("./show <fonts.conf").output.size(), std::filesystem::file_size(folder_ / "fonts.conf") + 2);
+  // The program asks for the signal of its parent, which passes it on.
+  Script("trap", "trap 'echo caught; exit 3' TERM; kill -TERM $PPID; while :; do :; done\n");
+  run = Run("./trap");
+  EXPECT_EQ(run.output, "caught\n");
+  EXPECT_EQ(run.status, 3);
+  EXPECT_EQ(Run("sh -c 'kill -KILL $$'; test $? = 137 && echo killed").output, "killed\n");
+  run = Run("./nowhere");
+  EXPECT_EQ(run.status, 127);
+  EXPECT_THAT(run.errors, HasSubstr("./nowhere: there is no such program"));
+  run = Run("./fonts.conf");
+  EXPECT_EQ(run.status, 126);
+  for (const char* words : {"", "--unknown true", "--private --keep true", "--no-run"}) EXPECT_EQ(Run(words).status, 2);
+}
+
+TEST_F(WithFonts, FontsThatSeveralUseStayUntilTheLastEnds) {
+  for (const std::string& name : {std::string("first"), std::string("second")}) {
+    Pipe(name);
+    Script("wait-" + name, "echo >" + name + "-started; read word <" + name + "\n");
+    const std::string run = "'" APP_DIR "/with-fonts/with-fonts' ./wait-" + name + " " + kPoster + " 2>" + name +
+                            "-errors; echo >" + name + "-ended";
+    ASSERT_EQ(std::system(("cd '" + folder_.Path() + "' && { " + run + "; } &").c_str()), 0);
+    ASSERT_TRUE(Appears(name + "-started"));
+  }
+  EXPECT_THAT(TempFolder::Content(folder_ / "first-errors"), HasSubstr("3 activated"));
+  EXPECT_THAT(TempFolder::Content(folder_ / "second-errors"), HasSubstr("4 already active"));
+  // The first gives back what it held, and the second still holds it.
+  folder_.Write("first", "\n");
+  ASSERT_TRUE(Appears("first-ended"));
+  EXPECT_EQ(Listed(), kPosterFonts);
+  folder_.Write("second", "\n");
+  ASSERT_TRUE(Appears("second-ended"));
+  EXPECT_EQ(Listed(), "");
+}
+
+TEST_F(WithFonts, AKilledRunLeavesNothingActive) {
+  for (const char* option : {"", "--private"}) {
+    // The program kills its parent and goes on.
+    Script("murder", std::string(kList) + " >seen; kill -KILL $PPID\n");
+    Run(std::string(option) + " ./murder " + kPoster);
+    EXPECT_TRUE(platform::WaitUntil(kPatience, [&] { return TempFolder::Content(folder_ / "seen") == kPosterFonts; }));
+    EXPECT_TRUE(BecomesListed("")) << option;
+  }
+  // The links of the killed private run are removed by the next one.
+  EXPECT_EQ(Run("--private ./list " + kPoster).output, kPosterFonts);
+  EXPECT_THAT(folder_.Names("home/.local/state/velorant/host/private"), IsEmpty());
+}
+
+TEST_F(WithFonts, AnInstanceThatGetsTheDocumentKeepsTheFontsUntilItEnds) {
+  Pipe("queue");
+  std::filesystem::create_directory(folder_ / "app");
+  std::filesystem::copy("/bin/cat", folder_ / "app/application");
+  Script("app/start", "exit 4\n");  // passes the document on and ends
+  ASSERT_EQ(std::system(("cd '" + folder_.Path() + "' && app/application queue >/dev/null &").c_str()), 0);
+  for (const char* option : {"", "--private"}) {
+    const Outcome run = Run(std::string(option) + " app/start " + kPoster);
+    EXPECT_EQ(run.status, 4);
+    EXPECT_THAT(run.errors, HasSubstr("the fonts stay until"));
+    EXPECT_EQ(Listed(), kPosterFonts);  // of the first, for both
+  }
+  EXPECT_EQ(folder_.Names("home/.local/state/velorant/host/private").size(), 1u);
+  folder_.Write("queue", "");
+  EXPECT_TRUE(BecomesListed(""));
+  EXPECT_TRUE(
+      platform::WaitUntil(kPatience, [&] { return folder_.Names("home/.local/state/velorant/host/private").empty(); }));
+}
+
+TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
+  struct Row {
+    std::string words;
+    int status;
+    const char* output;  // a part of it
+    const char* listed;  // afterwards
+  };
+  const Row kRows[] = {
+      {"--dry-run " + kPoster, 0, "3 would be activated: LiberationSerif-Bold, NimbusSans-Regular", ""},
+      {"-n '" SOURCE_DIR "/samples/brochure.psd'", 1, "4 missing: C059-Bold", ""},
+      // The nearest face is offered and not activated.
+      {"-n '" SOURCE_DIR "/tests/docfonts/samples/drawing.svg'", 1, "Narrow (nearest: LiberationSerif-Bold)", ""},
+      {"--no-run --keep " + kPoster, 0, "3 activated", kPosterFonts},
+      {"--no-run --keep " + kPoster, 0, "4 already active", kPosterFonts},
+      {"true " + kPoster, 0, "", kPosterFonts},
+      {"--release", 0, "3 fonts given back", ""},
+      {"--release", 0, "0 fonts given back", ""},
+      {"--no-run --keep nothing.psd", 1, "", ""},
+  };
+  for (const Row& row : kRows) {
+    const Outcome run = Run(row.words);
+    EXPECT_EQ(run.status, row.status) << row.words << run.errors;
+    EXPECT_THAT(run.output, HasSubstr(row.output)) << row.words;
+    EXPECT_EQ(Listed(), row.listed) << row.words;
+  }
+  const Outcome json = Run("--json -n " + kPoster);
+  EXPECT_EQ(Json::parse(json.output)["fonts"][0]["use"], "found") << json.output;
+}
+
+TEST_F(WithFonts, WithoutFontManagerOrDocumentTheProgramStillRuns) {
+  folder_.Write("broken.psd", std::string("8BPS\0\1", 6));
+  folder_.Write("state", "not a folder");
+  const std::string start = "--state state ./list ";
+  EXPECT_EQ(Run(start + kPoster).status, 0);
+  EXPECT_THAT(Run(start + kPoster).errors, HasSubstr("state"));
+  const Outcome run = Run("./list broken.psd " + kPoster);
+  EXPECT_EQ(run.output, kPosterFonts);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 2) << run.errors;
+}
+
+}  // namespace

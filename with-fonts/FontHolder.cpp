@@ -1,0 +1,250 @@
+#include "with-fonts/FontHolder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+
+#include "Bridge/FontManagerInterface.h"
+#include "Bridge/VPILoader.h"
+#include "Documents/AllTrackedDocuments.h"
+#include "Readers/CommonFunctionality.h"
+#include "Readers/Document/StyleMatch.h"
+#include "Services/MarquineGlobals.h"
+#include "Tracking/FontActivationTracker.h"
+#include "XCore/ECFExtensions/XCFUtils.h"
+#include "agent/client/AgentStart.h"
+#include "agent/include/AgentCalls.h"
+#include "agent/include/AgentProtocol.h"
+#include "docfonts/FileChoice.h"
+#include "platform/Fonts.h"
+#include "platform/Waiting.h"
+#include "with-fonts/ActiveFonts.h"
+#include "with-fonts/KeptFonts.h"
+#include "with-fonts/NearestFonts.h"
+#include "with-fonts/PrivateFontManager.h"
+
+namespace with_fonts {
+
+using namespace GlyphsureSupport;
+using platform::Array;
+using platform::Dictionary;
+
+// A font that the document needs.
+struct FontHolder::Wanted {
+  const docfonts::Font* font = nullptr;
+  std::string name;  // PostScript name; empty if the library has no face for the style
+  bool wasActive = false;
+};
+
+namespace {
+
+namespace calls = agent_protocol::calls;
+
+// From the link of a font to the moment when programs see it. Linking has ended when the agent replies.
+constexpr std::chrono::seconds kUntilListed(5);
+// Of ActivateFontsForDocumentSilently.
+constexpr TModuleErrorCode kFontsRefused = 0x12000000;
+
+bool Contains(const Array& records, const std::string& name) {
+  for (size_t i = 0; i < records.Count(); ++i) {
+    if (Dictionary(records.At(i)).GetString(kGS_PostScriptNameKey).Text() == name) return true;
+  }
+  return false;
+}
+
+Dictionary RecordOf(const docfonts::Font& font, const std::string& name) {
+  Dictionary record = Dictionary::Create();
+  record.Set(kGS_PostScriptNameKey, name);
+  for (const auto& [key, value] : font.slug) record.Set(key, value);
+  return record;
+}
+
+FontActivationTracker& Tracker() { return *MarquineGlobals::GetSharedFontActivationTracker(); }
+
+void AwaitListing(const std::string& identifier) {
+  platform::WaitUntil(kUntilListed, [&identifier] {
+    const auto listed = platform::GetFontSnapshot();
+    const auto fonts = Tracker().GetOpenFontsForIdentifier(identifier);
+    return std::all_of(fonts.begin(), fonts.end(), [&listed](const auto& font) {
+      return listed->postScriptNames.contains(font.postScriptName.Text());
+    });
+  });
+}
+
+}  // namespace
+
+std::string FontHolder::Connect() {
+  // An agent that ends with its last client may be about to end, and the plug-in's logic looks for it only once.
+  std::string problem;
+  const auto agent = agent_client::StartAgent(source_.stateFolder, source_.agentProgram, &problem);
+  if (!agent) return problem + "; no font is activated";
+  // The name under which the agent's library knows this program.
+  MarquineGlobals::IdentifyPluginBundleID("com.velorant.with-fonts");
+  MarquineGlobals::IdentifyPluginHostApp(platform::String::FromUTF8("with-fonts"));
+  MarquineGlobals::IdentifyPluginInterfaceVersion(VPILoader::GetSharedInstance()->VersionStringRef());
+  if (!source_.linksFolder.empty()) {
+    // In the order of the plug-in's own start, which keeps a manager that exists.
+    MarquineGlobals::GetSharedVPFInterface();
+    FontManagerInterface::sm_pFontManager = std::make_unique<PrivateFontManager>(source_.linksFolder);
+  }
+  const TModuleErrorCode code = CommonFunctionality::Startup(false);
+  CommonFunctionality::InitializeCommonPreferences();
+  if (!FontManagerInterface::ConnectedManager()) {
+    return "the font manager does not answer; no font is activated";
+  }
+  // A folder whose preferences were just made has no selected workgroup yet.
+  FontManagerInterface::CheckSelectWorkgroup();
+  if (FontManagerInterface::AutoActivationIsReady()) return "";
+  if (code != 0) return "the font manager is not ready (code " + std::to_string(code) + "); no font is activated";
+  return "automatic activation is switched off in the preferences of the state folder; no font is activated";
+}
+
+std::vector<FontHolder::Wanted> FontHolder::WantedOf(const docfonts::Report& report) {
+  const auto system = platform::GetFontSnapshot();
+  std::vector<Wanted> wanted;
+  for (const docfonts::Font& font : report.fonts) {
+    if (!IsNeeded(font, *system)) continue;
+    Wanted one{&font, font.style ? "" : font.name};
+    one.wasActive = IsActive(font, one.name, *system);
+    if (!one.wasActive && font.style) {
+      one.name = FindPostScriptName(*font.style);
+      one.wasActive = IsActive(font, one.name, *system);
+    }
+    wanted.push_back(std::move(one));
+  }
+  return wanted;
+}
+
+FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& document) {
+  const auto system = platform::GetFontSnapshot();
+  const docfonts::Font& font = *wanted.font;
+  FontUse use{font.name, EUse::kMissing, FileOf(font, wanted.name, *system)};
+  const auto open = Tracker().GetOpenFontsForIdentifier(document.GetIdentifier());
+  const auto opened = std::find_if(open.begin(), open.end(),
+                                   [&wanted](const auto& info) { return info.postScriptName.Text() == wanted.name; });
+  // The library's file rather than the link to it.
+  const std::string path = opened == open.end() ? "" : opened->font.GetString(kGS_PathKey).Text();
+  if (!path.empty()) use.file = path;
+  if (wanted.wasActive) {
+    use.use = EUse::kActive;
+  } else if (IsActive(font, wanted.name, *system)) {
+    use.use = EUse::kActivated;
+  } else if (Contains(document.GetNoncompliantFonts(), wanted.name)) {
+    use.use = EUse::kRefused;
+  } else if (opened != open.end()) {
+    use.use = EUse::kFailed;
+  } else {
+    use.nearest = NearestFonts(font);
+  }
+  return use;
+}
+
+DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& report) {
+  DocumentFonts result{report.file, {}, report.problems};
+  if (AllTrackedDocuments::FindTrackedDocumentByPath(path)) return result;
+  const std::vector<Wanted> wanted = WantedOf(report);
+  Array extra = Array::Create();
+  for (const Wanted& one : wanted) {
+    if (!one.wasActive && !one.name.empty()) extra.Append(RecordOf(*one.font, one.name));
+  }
+  const auto document = std::make_shared<OneTrackedDocument>();
+  document->SetIdentifier(FontActivationTracker::GenerateUniqueIdentifier());
+  AllTrackedDocuments::AddDocument(document, path);
+  // First, because the tracker keeps what it learns first: whether a font was active without this program.
+  HoldFontsOfOthers(document->GetIdentifier(), wanted);
+  int activated = 0;
+  const TModuleErrorCode code =
+      CommonFunctionality::ActivateFontsForDocumentSilently(true, true, activated, path, extra, document.get());
+  if (code == kFontsRefused) result.problems.push_back("some of its fonts must not be activated, so none is");
+  AwaitListing(document->GetIdentifier());
+  for (const Wanted& one : wanted) result.fonts.push_back(UseOf(one, *document));
+  return result;
+}
+
+DocumentFonts FontHolder::Predict(const docfonts::Report& report) {
+  const auto system = platform::GetFontSnapshot();
+  DocumentFonts result{report.file, {}, report.problems};
+  for (const docfonts::Font& font : report.fonts) {
+    if (!IsNeeded(font, *system)) continue;
+    FontUse use{font.name, EUse::kActive};
+    const std::string name = font.style ? "" : font.name;
+    if (IsActive(font, name, *system)) {
+      use.file = FileOf(font, name, *system);
+    } else {
+      use.file = docfonts::ChooseFile(font).value_or("");
+      use.use = use.file.empty() ? EUse::kMissing : EUse::kFound;
+      if (use.file.empty()) use.nearest = NearestFonts(font);
+    }
+    result.fonts.push_back(std::move(use));
+  }
+  return result;
+}
+
+// A font that is active for another client of the agent counts as active, and the plug-in's logic leaves it alone. It
+// would be given back with that client, so hold it for this document, too.
+void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted) {
+  FontManagerInterface& manager = *FontManagerInterface::sm_pFontManager;
+  const auto system = platform::GetFontSnapshot();
+  Array others = Array::Create();
+  for (const Wanted& one : wanted) {
+    if (!one.wasActive) continue;
+    const platform::ActiveFont* face = FindActive(*one.font, one.name.empty() ? one.font->name : one.name, *system);
+    if (!face || !face->file.starts_with(source_.activeFolder + "/")) continue;
+    std::vector<uint64_t> ids;
+    manager.FontIDsForPostScriptName(face->postScriptName, FontManagerInterface::kAllWorkgroupsID, ids);
+    for (const uint64_t id : ids) {
+      Dictionary record = Dictionary::Create();
+      record.Set(kGS_PostScriptNameKey, face->postScriptName);
+      XCFUtils::PutULongIntoDictAsString(record, kGS_DatabaseIDKey, id);
+      Array single = Array::Create();
+      single.Append(record);
+      const auto states = manager.GetFontIsActivated(single);
+      if (states.empty() || !states.begin()->second) continue;
+      Tracker().RegisterFontWithDocument(record, record.GetString(kGS_PostScriptNameKey), static_cast<uint32_t>(id),
+                                         false, identifier, nullptr);
+      others.Append(record);
+    }
+  }
+  if (others.Count() > 0) {
+    manager.ActivateFontsByID(others, identifier, nullptr, Array::Create(), Array::Create(), nullptr, nullptr);
+  }
+}
+
+void FontHolder::CloseAll() {
+  // Whatever the preferences say: this program closes documents only to give their fonts back.
+  while (!AllTrackedDocuments::GetDocumentList().empty()) {
+    const auto document = AllTrackedDocuments::GetDocumentList().front();
+    Tracker().CloseAllFontsForIdentifier(document->GetIdentifier(), true, false, Array());
+    AllTrackedDocuments::RemoveClosedDocument(document.get());
+  }
+}
+
+std::string FontHolder::Keep(const std::string& recordFile) {
+  std::vector<uint32_t> fontIDs;
+  for (const auto& document : AllTrackedDocuments::GetDocumentList()) {
+    for (const auto& font : Tracker().GetOpenFontsForIdentifier(document->GetIdentifier())) {
+      if (!font.bWasAlreadyActive) fontIDs.push_back(font.nDatabaseID);
+    }
+  }
+  std::string problem = AddKeptFonts(recordFile, fontIDs);
+  if (!problem.empty()) return problem;
+  // As if the user had activated them: no end of a program changes that.
+  const auto agent = agent_client::StartAgent(source_.stateFolder, source_.agentProgram, &problem);
+  if (!agent) return problem;
+  const auto code = agent->Call<calls::ActivateFonts>({fontIDs, agent_protocol::kActivated}).code;
+  return code == agent_protocol::kSuccess ? ""
+                                          : "the font manager can't keep the fonts (code " + std::to_string(code) + ")";
+}
+
+void FontHolder::Tick() {
+  if (FontManagerInterface::sm_pFontManager) FontManagerInterface::sm_pFontManager->ProcessNotifications();
+}
+
+void FontHolder::Disconnect() {
+  if (!FontManagerInterface::sm_pFontManager) return;
+  FontManagerInterface::sm_pFontManager->DisconnectFromFontManager();
+  // Its destructor says goodbye, after which the agent keeps what is still held.
+  FontManagerInterface::sm_pFontManager.reset();
+}
+
+}  // namespace with_fonts

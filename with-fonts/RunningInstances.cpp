@@ -1,0 +1,117 @@
+#include "with-fonts/RunningInstances.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "platform/Files.h"
+
+namespace with_fonts {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kGeneralFolders[] = {"/bin", "/usr/bin", "/usr/local/bin", "/sbin", "/usr/sbin", "/usr/games"};
+
+std::string RealPath(const std::string& path) {
+  std::error_code error;
+  const std::string real = fs::canonical(path, error).string();
+  return error ? "" : real;
+}
+
+std::string FindProgram(const std::string& name) {
+  if (name.find('/') != std::string::npos) return RealPath(name);
+  const char* path = std::getenv("PATH");
+  std::istringstream folders(path ? path : "/usr/local/bin:/usr/bin:/bin");
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    const std::string file = (folder.empty() ? "." : folder) + "/" + name;
+    if (platform::FileExists(file) && access(file.c_str(), X_OK) == 0) return RealPath(file);
+  }
+  return "";
+}
+
+bool IsScript(const std::string& file) {
+  char start[2] = {};
+  std::ifstream(file).read(start, sizeof start);
+  return start[0] == '#' && start[1] == '!';
+}
+
+bool IsShell(const std::string& program) {
+  std::ifstream shells("/etc/shells");
+  for (std::string line; std::getline(shells, line);) {
+    if (line.starts_with('/') && RealPath(line) == program) return true;
+  }
+  return false;
+}
+
+std::string LinkAt(const std::string& path) {
+  std::error_code error;
+  return fs::read_symlink(path, error).string();
+}
+
+std::vector<std::string> CommandLineOf(const std::string& folder) {
+  std::ifstream file(folder + "/cmdline", std::ios::binary);
+  std::vector<std::string> words;
+  for (std::string word; std::getline(file, word, '\0');) words.push_back(word);
+  return words;
+}
+
+}  // namespace
+
+RunningInstances::RunningInstances(const std::vector<std::string>& words, const std::vector<std::string>& documents) {
+  for (const std::string& document : documents) documents_.push_back(RealPath(document));
+  const std::string file = FindProgram(words[0]);
+  if (file.empty()) return;
+  if (IsScript(file)) {
+    const std::string folder = fs::path(file).parent_path().string();
+    const bool isGeneral =
+        std::find(std::begin(kGeneralFolders), std::end(kGeneralFolders), folder) != std::end(kGeneralFolders);
+    if (!isGeneral) folder_ = folder;
+    return;
+  }
+  if (IsShell(file)) return;
+  program_ = file;
+  const bool hasScript = words.size() > 1 && platform::FileExists(words[1]) &&
+                         std::find(documents_.begin(), documents_.end(), RealPath(words[1])) == documents_.end();
+  if (hasScript) script_ = words[1];
+}
+
+bool RunningInstances::IsInstance(const std::string& folder) const {
+  const std::string program = LinkAt(folder + "/exe");
+  if (program.empty()) return false;
+  if (!folder_.empty()) return fs::path(program).parent_path() == folder_;
+  if (program != program_) return false;
+  if (script_.empty()) return true;
+  const std::vector<std::string> words = CommandLineOf(folder);
+  return std::find(words.begin(), words.end(), script_) != words.end();
+}
+
+bool RunningInstances::HasDocumentOpen(const std::string& folder) const {
+  std::error_code error;
+  for (fs::directory_iterator file(folder + "/fd", error), end; !error && file != end; file.increment(error)) {
+    const std::string open = LinkAt(file->path().string());
+    if (!open.empty() && std::find(documents_.begin(), documents_.end(), open) != documents_.end()) return true;
+  }
+  return false;
+}
+
+std::vector<pid_t> RunningInstances::Find() const {
+  std::vector<pid_t> processes;
+  std::error_code error;
+  for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
+    const pid_t process = std::atoi(entry->path().filename().c_str());
+    struct stat info;
+    const std::string folder = entry->path().string();
+    if (process <= 0 || process == getpid() || stat(folder.c_str(), &info) != 0 || info.st_uid != geteuid()) continue;
+    if (IsInstance(folder) || HasDocumentOpen(folder)) processes.push_back(process);
+  }
+  return processes;
+}
+
+}  // namespace with_fonts
