@@ -1,5 +1,7 @@
 // Nexcore, the font manager agent: `Nexcore STATE-FOLDER`.
 #include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <systemd/sd-daemon.h>
 
 #include <csignal>
 #include <cstdio>
@@ -11,6 +13,7 @@
 #include "agent/store/InstanceLock.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+#include "platform/LocalSocket.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 
@@ -41,18 +44,46 @@ platform::Descriptor CatchEndSignals() {
   return platform::Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
+// Takes the socket that a service manager passes to the agent that it starts for a client. Returns false, with a line in
+// `problem`, if it passes another one.
+bool TakePassedSocket(const agent::Configuration& configuration, platform::Descriptor& passed, std::string& problem) {
+  // The helper programs of the agent inherit its environment, so what it says about the socket is removed.
+  const int count = sd_listen_fds(1);
+  if (count == 0) return true;
+  const std::string path = configuration.RuntimeFolder() + "/" + agent_protocol::kAgentSocketName;
+  if (count == 1 && sd_is_socket_unix(SD_LISTEN_FDS_START, SOCK_STREAM, 1, path.c_str(), 0) > 0) {
+    passed = platform::Descriptor(SD_LISTEN_FDS_START);
+    return true;
+  }
+  problem = path + ": the service manager passes another socket";
+  return false;
+}
+
+// True if a service manager listens for an agent that nobody serves: it holds the socket, and starts an agent for the
+// connection that this function makes.
+bool IsServiceManagerListening(const agent::Configuration& configuration) {
+  std::error_code error;
+  return static_cast<bool>(
+      platform::ConnectLocal(configuration.RuntimeFolder(), agent_protocol::kAgentSocketName, error));
+}
+
 int Run(const agent::Configuration& configuration) {
+  platform::Descriptor passed;
+  std::string problem;
+  if (!TakePassedSocket(configuration, passed, problem)) return Fail(problem, 1);
   agent::InstanceLock lock;
   std::error_code error;
-  switch (lock.Take(configuration.RuntimeFolder(), agent_protocol::kAgentSocketName, error)) {
+  using Socket = agent::InstanceLock::Socket;
+  switch (lock.Take(configuration.RuntimeFolder(), agent_protocol::kAgentSocketName, error,
+                    passed ? Socket::kPassed : Socket::kOfHolder)) {
     case agent::InstanceLock::Result::kServed: return 0;
     case agent::InstanceLock::Result::kFailed:
       return Fail(configuration.RuntimeFolder() + ": " + platform::DescribeError(error), 1);
     case agent::InstanceLock::Result::kTaken: break;
   }
+  if (!passed && IsServiceManagerListening(configuration)) return 0;
   // Announce it before opening the databases, which can take long: the process that started the agent looks for it at
   // once.
-  std::string problem;
   const auto announcement =
       platform::AnnounceApplication(agent_protocol::kAgentName, agent_protocol::kAgentIdentifier, &problem);
   // Clients also find the agent by its process and its socket, so a full disk is no reason to end.
@@ -61,7 +92,8 @@ int Run(const agent::Configuration& configuration) {
   const platform::Descriptor signals = CatchEndSignals();
   loop.WatchDescriptor(signals.Get(), [&loop] { loop.Stop(); });
   agent::Agent agent(configuration, lock, loop);
-  if ((error = agent.Start())) return Fail(configuration.stateFolder + ": " + platform::DescribeError(error), 1);
+  if ((error = agent.Start(std::move(passed))))
+    return Fail(configuration.stateFolder + ": " + platform::DescribeError(error), 1);
   loop.RunFor(kForEver);
   agent.Finish();
   return agent.IsLost() ? 1 : 0;

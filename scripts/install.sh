@@ -6,7 +6,7 @@ set -euo pipefail
 declare -A groups=(
   [build]="g++ cmake ninja-build ccache pkg-config libplist-dev libexempi-dev libyajl-dev libxml2-dev libicu-dev
            libfreetype-dev libfontconfig-dev libharfbuzz-dev libpng-dev libsqlite3-dev libedit-dev libqpdf-dev nlohmann-json3-dev libboost-dev
-           zlib1g-dev libzip-dev"
+           zlib1g-dev libzip-dev libsystemd-dev"
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
   [test]="libgtest-dev libgmock-dev libwoff-dev libimage-exiftool-perl python3 python3-jsonschema chromium nodejs npm"
   [bench]="libimage-exiftool-perl poppler-utils"

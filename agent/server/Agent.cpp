@@ -54,7 +54,7 @@ Agent::~Agent() {
   if (placeWatch_) loop_.UnwatchDescriptor(placeWatch_.Get());
 }
 
-std::error_code Agent::Start() {
+std::error_code Agent::Start(platform::Descriptor passed) {
   // On a full or read-only disk the log goes to standard error only, and the databases are in memory.
   std::error_code unwritable = platform::MakeFolder(configuration_.DataFolder(), 0700);
   if (!unwritable) unwritable = log_.Open(configuration_.DataFolder() + "/agent.log");
@@ -68,7 +68,9 @@ std::error_code Agent::Start() {
     dispatcher_.SetCodeForUnknownCalls(kInvalidVault);
   }
   AddCalls();
-  const std::error_code error = server_.Listen(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName);
+  const std::error_code error = passed
+                                    ? server_.Serve(std::move(passed))
+                                    : server_.Listen(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName);
   if (error) return error;
   FollowWebFolder();
   if (library_) library_->Start();

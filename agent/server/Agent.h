@@ -26,8 +26,9 @@ class Agent {
   Agent(const Agent&) = delete;
   Agent& operator=(const Agent&) = delete;
 
-  // Listens and starts the first scan. Returns the error if it cannot listen.
-  std::error_code Start();
+  // Listens and starts the first scan. Returns the error if it cannot listen. `passed` is a socket that already listens
+  // in the runtime folder, or none.
+  std::error_code Start(platform::Descriptor passed = platform::Descriptor());
   // Notifies the clients and deactivates what they requested. Call once, after the loop.
   void Finish();
   // True if the state folder was removed, moved or replaced while the agent was running, which stopped the loop.

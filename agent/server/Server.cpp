@@ -48,10 +48,15 @@ Server::~Server() {
 
 std::error_code Server::Listen(const std::string& folder, const std::string& name) {
   std::error_code error;
-  listening_ = platform::ListenLocal(folder, name, error);
+  platform::Descriptor listening = platform::ListenLocal(folder, name, error);
   if (error) return error;
   socketPath_ = folder + "/" + name;
   socketInode_ = InodeAt(socketPath_);
+  return Serve(std::move(listening));
+}
+
+std::error_code Server::Serve(platform::Descriptor listening) {
+  listening_ = std::move(listening);
   MakeNonBlocking(listening_.Get());
   epoll_event event{};
   event.events = EPOLLIN;
@@ -62,7 +67,7 @@ std::error_code Server::Listen(const std::string& folder, const std::string& nam
 
 void Server::StopListening() {
   if (!listening_) return;
-  if (InodeAt(socketPath_) == socketInode_) unlink(socketPath_.c_str());
+  if (socketInode_ != 0 && InodeAt(socketPath_) == socketInode_) unlink(socketPath_.c_str());
   listening_.Close();
 }
 

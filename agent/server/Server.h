@@ -33,6 +33,8 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   std::error_code Listen(const std::string& folder, const std::string& name);
+  // Serves a socket that another program listens on and keeps. It is not removed at the end.
+  std::error_code Serve(platform::Descriptor listening);
   // Accepts no more clients. Leaves a socket that another server has created in place of ours: the folder may have been
   // deleted and created again while this server was running.
   void StopListening();
@@ -70,7 +72,7 @@ class Server {
   // client would wake the loop forever.
   platform::Descriptor spare_;
   std::string socketPath_;
-  ino_t socketInode_ = 0;
+  ino_t socketInode_ = 0;  // 0 if the socket is not ours
   std::map<ClientID, Connection> connections_;
   ClientID lastClient_ = 0;
 };

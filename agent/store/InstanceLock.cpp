@@ -16,7 +16,7 @@
 namespace agent {
 
 InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const std::string& socketName,
-                                        std::error_code& error) {
+                                        std::error_code& error, Socket socket) {
   constexpr auto kPatience = std::chrono::seconds(10);
 
   error = platform::MakeFolder(runtimeFolder, 0700);
@@ -33,9 +33,10 @@ InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const 
       result = Result::kTaken;
       return true;
     }
+    if (socket == Socket::kPassed) return false;
     std::error_code unreachable;
-    const platform::Descriptor socket = platform::ConnectLocal(runtimeFolder, socketName, unreachable);
-    if (socket && agent_client::AnswersGreeting(socket, kPatience)) result = Result::kServed;
+    const platform::Descriptor holder = platform::ConnectLocal(runtimeFolder, socketName, unreachable);
+    if (holder && agent_client::AnswersGreeting(holder, kPatience)) result = Result::kServed;
     return result != Result::kFailed;
   });
   if (result == Result::kFailed) error = std::make_error_code(std::errc::resource_unavailable_try_again);

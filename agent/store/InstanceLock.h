@@ -15,8 +15,12 @@ class InstanceLock {
     kServed,  // another agent is running and answers
     kFailed,  // neither; `error` says why
   };
+  // Whose the socket is that clients connect to: of the agent that holds the lock, or passed to this one by a service
+  // manager, in which case nobody else answers there.
+  enum class Socket { kOfHolder, kPassed };
   // An agent that holds the lock but does not answer is starting or ending. Waits some seconds for it.
-  Result Take(const std::string& runtimeFolder, const std::string& socketName, std::error_code& error);
+  Result Take(const std::string& runtimeFolder, const std::string& socketName, std::error_code& error,
+              Socket socket = Socket::kOfHolder);
   // Tells whether the lock file that Take created is still in its place, where another agent would find it.
   enum class Place { kKept, kRemoved, kReplaced };
   Place Look() const;
