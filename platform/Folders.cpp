@@ -54,7 +54,8 @@ Places& Current() {
 void SetPlaces(const Places& places) { Current() = WithDefaults(places); }
 const Places& GetPlaces() { return Current(); }
 
-std::string UserStateFolder() { return StatesFolder(GetPlaces().home) + "/host"; }
+std::string UserStateFolder() { return StatesFolder(GetPlaces().home) + "/desktop"; }
+std::string SandboxStateFolder() { return StatesFolder(GetPlaces().home) + "/host"; }
 std::string LocalLibraryFolder() { return GetPlaces().fileSystemRoot + "/Library"; }
 std::string UserLibraryFolder() { return GetPlaces().home + "/Library"; }
 std::string LocalFrameworksFolder() { return LocalLibraryFolder() + "/Frameworks"; }

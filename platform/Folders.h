@@ -31,7 +31,8 @@ PLATFORM_API void SetPlaces(const Places& places);
 PLATFORM_API const Places& GetPlaces();
 
 // Absolute paths without a trailing separator.
-PLATFORM_API std::string UserStateFolder();        // of host and agent, unless another one is named
+PLATFORM_API std::string UserStateFolder();        // of the agent that serves the user's desktop
+PLATFORM_API std::string SandboxStateFolder();     // of a host with a sandbox, and of its agent
 PLATFORM_API std::string LocalLibraryFolder();     // root + "/Library"
 PLATFORM_API std::string UserLibraryFolder();      // home + "/Library"
 PLATFORM_API std::string LocalFrameworksFolder();  // root + "/Library/Frameworks"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install.sh GROUP ... - installs the Debian packages of these groups that are missing, and nothing else.
-# Groups: build, fonts, test, bench, lint, fuzz. Everything that is said goes to standard error; failure is one line and status 1.
+# Groups: build, fonts, test, bench, lint, fuzz, package. Everything that is said goes to standard error; failure is one line and status 1.
 set -euo pipefail
 
 declare -A groups=(
@@ -12,6 +12,7 @@ declare -A groups=(
   [bench]="libimage-exiftool-perl poppler-utils"
   [lint]="git clang-format-14 clang-tidy-14"
   [fuzz]="clang libclang-rt-14-dev"
+  [package]="dpkg-dev fakeroot file lintian"
 )
 
 fail() { echo "install: $*" >&2; exit 1; }

@@ -71,7 +71,8 @@ std::string Sandbox::PluginBundle() const { return app_ + "/host/Plug-ins/AutoAc
 
 std::string Sandbox::Prepare(const SandboxOptions& options) {
   app_ = fs::path(platform::Bundle::Main()->Folder()).parent_path().string();
-  folder_ = Absolute(options.stateFolder.empty() ? platform::UserStateFolder() : options.stateFolder);
+  const std::string own = options.desktop ? platform::UserStateFolder() : platform::SandboxStateFolder();
+  folder_ = Absolute(options.stateFolder.empty() ? own : options.stateFolder);
   if (platform::FileExists(folder_) && !platform::FolderExists(folder_)) return folder_ + ": is not a folder";
   if (const std::error_code error = platform::MakeFolder(folder_)) return Problem(folder_, error);
   activeFolder_ = agent_client::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
