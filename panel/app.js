@@ -136,8 +136,8 @@ async function start() {
   const address = new URL('events', document.baseURI.replace(/^http/, 'ws'));
   const link = new Link(address, {onState: (state) => session.setConnection(state), onAgent: (isRunning) => session.setAgent(isRunning)});
   const parts = new Parts(link);
-  const samples = new Samples((ids) => view.refresh((font) => ids.has(font.id)));
-  const previews = new Previews(link, (ids) => view.refresh((font) => ids.has(font.id)));
+  const samples = new Samples((ids) => view.redraw(ids));
+  const previews = new Previews(link, (ids) => view.redraw(ids));
   const view = new FontView({
     previews,
     samples,

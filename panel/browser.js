@@ -20,7 +20,7 @@ export class FontBrowser {
   #link;
   #files;
   #view;
-  #fonts = []; // of the selected list
+  #fonts = null; // of the selected list; null until they have been read
   #documentIDs = new Set();
   #loading = 0; // number of the newest load, so that late lists are ignored
   #wanted = {words: '', location: '', state: '', library: null};
@@ -63,11 +63,11 @@ export class FontBrowser {
   }
 
   locations() {
-    return [...new Set(this.#fonts.map((font) => font.location))].filter(Boolean).sort();
+    return [...new Set(this.#fonts?.map((font) => font.location))].filter(Boolean).sort();
   }
 
   open(listID) {
-    this.#fonts = [];
+    this.#fonts = null;
     this.#setEmpty('empty.loading');
     this.#show();
     this.#view.rewind();
@@ -78,9 +78,10 @@ export class FontBrowser {
     return this.#load(this.#lists.selected);
   }
 
-  async start() {
-    await this.reload();
-    await this.#loadDocuments();
+  // The fonts of the documents come first in the list, so they are asked for first.
+  start() {
+    this.#loadDocuments();
+    this.reload();
   }
 
   #load(listID) {
@@ -93,8 +94,9 @@ export class FontBrowser {
     const fonts = await this.#read(await asked);
     if (listID !== this.#lists.selected) return;
     if (!fonts) {
-      if (load === this.#loading) this.#setEmpty('empty.noAnswer');
-      return;
+      if (load !== this.#loading) return;
+      this.#setEmpty('empty.noAnswer');
+      return this.#show();
     }
     this.#fonts = fonts;
     this.#setEmpty('empty.list');
@@ -135,8 +137,16 @@ export class FontBrowser {
     this.#empty.dataset.text = key;
   }
 
+  #showNone() {
+    this.#view.show([], {sections: false});
+    this.#empty.hidden = false;
+    this.#empty.textContent = t(this.#empty.dataset.text);
+    document.getElementById('count').textContent = '';
+  }
+
   #show() {
     const {selected} = this.#lists;
+    if (!this.#fonts) return this.#showNone();
     const known = new Set(this.#fonts);
     const missing = [...this.#documentIDs].map((id) => this.table.get(id)).filter((font) => font?.isMissing && !known.has(font));
     const isWhole = selected === BuiltIn.all || selected === BuiltIn.documents;

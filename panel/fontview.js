@@ -5,9 +5,19 @@ import {VirtualRows} from './virtual.js';
 const kPreviewHeight = 30; // of a picture, in pixels at its own size
 const kSectionHeight = 34, kFamilyHeight = 40, kCaptionHeight = 30, kProblemHeight = 30;
 const kTypeAheadPause = 800; // milliseconds
+const kBetweenLooks = 100; // milliseconds: what is scrolled past faster needs no pictures
 
+// Returns a new row with its parts as properties, so that they need not be searched for whenever it shows another item.
 function make(kind) {
-  return document.getElementById(`row-${kind}`).content.firstElementChild.cloneNode(true);
+  const row = document.getElementById(`row-${kind}`).content.firstElementChild.cloneNode(true);
+  row.parts = Object.fromEntries([...row.querySelectorAll('[class]')].map((part) => [part.classList[0], part]));
+  row.parts.button = row.querySelector('button');
+  return row;
+}
+
+function setOrRemove(element, attribute, value) {
+  if (value === undefined) element.removeAttribute(attribute);
+  else element.setAttribute(attribute, value);
 }
 
 export function problemOf(font) {
@@ -30,6 +40,9 @@ export class FontView {
   #current = -1; // index of the row that the keyboard is on
   #typed = '';
   #typedAt = 0;
+  #range = null; // what has come into view last
+  #looking = 0;
+  #lookedAt = -kBetweenLooks;
 
   // `previews`, `samples`: pictures and texts of fonts. `onActivate(font)`, `onCurrent(font or null)`,
   // `onInView(visible, near)` are called with fonts and lists of font IDs.
@@ -39,7 +52,7 @@ export class FontView {
     this.#rows = new VirtualRows(this.#scroller, document.getElementById('rows'), {
       create: (kind) => this.#create(kind),
       fill: (element, item, index) => this.#fill(element, item, index),
-      onRange: (first, last) => this.#look(first, last),
+      onRange: (range) => this.#lookSoon(range),
     });
     this.#scroller.addEventListener('keydown', (event) => this.#onKey(event));
     this.#scroller.addEventListener('click', (event) => this.#onClick(event));
@@ -70,6 +83,13 @@ export class FontView {
     const hasMoved = this.#rows.items.some((item) => item.font && isChanged(item.font) && this.#heightOf(item.font) !== item.height);
     if (hasMoved) return this.#lay();
     this.#rows.refresh((item) => (item.font ? isChanged(item.font) : item.family?.fonts.some(isChanged)));
+  }
+
+  // Pictures have come, or fonts to draw the text in. No row changes its height with them.
+  redraw(fontIDs) {
+    this.#rows.forEach((row, {font}) => {
+      if (font && fontIDs.has(font.id)) this.#draw(row, font);
+    });
   }
 
   setScale(scale) {
@@ -115,7 +135,7 @@ export class FontView {
 
   #create(kind) {
     const element = make(kind);
-    const picture = element.querySelector('.preview');
+    const picture = element.parts.preview;
     // The folder of pictures may lose any at any time.
     picture?.addEventListener('error', () => {
       if (!picture.getAttribute('src')) return;
@@ -138,12 +158,13 @@ export class FontView {
   #fillFamily(element, family) {
     const isOpen = !this.#closed.has(family.key);
     element.setAttribute('aria-expanded', isOpen);
-    element.querySelector('.name').textContent = family.name;
+    element.parts.name.textContent = family.name;
     const active = family.fonts.filter((font) => font.isActive).length;
     const count = plural('family.count', family.fonts.length);
-    element.querySelector('.count').textContent = active > 0 ? `${count} · ${t('family.active', {n: active})}` : count;
-    element.setAttribute('aria-label', `${family.name}, ${element.querySelector('.count').textContent}`);
-    const button = element.querySelector('button');
+    const counts = active > 0 ? `${count} · ${t('family.active', {n: active})}` : count;
+    element.parts.count.textContent = counts;
+    element.setAttribute('aria-label', `${family.name}, ${counts}`);
+    const {button} = element.parts;
     button.textContent = t('font.activateFamily');
     button.hidden = active > 0;
   }
@@ -154,23 +175,21 @@ export class FontView {
     element.dataset.state = state;
     element.classList.toggle('alone', isAlone);
     element.setAttribute('aria-level', isAlone ? 1 : 2);
-    if (position) {
-      element.setAttribute('aria-posinset', position);
-      element.setAttribute('aria-setsize', count);
-    }
+    setOrRemove(element, 'aria-posinset', position);
+    setOrRemove(element, 'aria-setsize', count);
     element.setAttribute('aria-label', [font.displayName, t(`state.${state}`), problem].filter(Boolean).join(', '));
-    element.querySelector('.caption').textContent = font.postscriptName;
-    element.querySelector('.badge').textContent = t(`state.${state}`);
-    element.querySelector('.problem').textContent = problem;
-    const buttons = element.querySelectorAll('button');
-    buttons[0].textContent = t(font.conflict ? 'font.tryAgain' : 'font.activate');
-    buttons[0].hidden = font.isActive || font.isMissing;
+    const {caption, badge, problem: problemText, button} = element.parts;
+    caption.textContent = font.postscriptName;
+    badge.textContent = t(`state.${state}`);
+    problemText.textContent = problem;
+    button.textContent = t(font.conflict ? 'font.tryAgain' : 'font.activate');
+    button.hidden = font.isActive || font.isMissing;
     this.#draw(element, font);
   }
 
   // The user's own text where the font can draw it, otherwise the picture of the name, otherwise the name as a text.
   #draw(element, font) {
-    const picture = element.querySelector('.preview'), text = element.querySelector('.sample');
+    const {preview: picture, sample: text} = element.parts;
     const family = this.samples.familyOf(font);
     const drawn = family ? null : this.previews.get(font.id);
     const isSmall = this.scale <= 1 && devicePixelRatio <= 1;
@@ -187,8 +206,16 @@ export class FontView {
     text.classList.toggle('waits', !family && !drawn);
   }
 
-  #look(first, last) {
-    const [from, to] = this.#rows.inView();
+  #lookSoon(range) {
+    this.#range = range;
+    if (this.#looking) return;
+    this.#looking = setTimeout(() => this.#look(), this.#lookedAt + kBetweenLooks - performance.now());
+  }
+
+  #look() {
+    this.#looking = 0;
+    this.#lookedAt = performance.now();
+    const {first, last, from, to} = this.#range;
     const ids = (start, end) => this.#rows.items.slice(Math.max(start, 0), end).filter((item) => item.font).map((item) => item.font.id);
     this.onInView(ids(from, to), [...ids(to, last + 20), ...ids(first, from)]);
   }

@@ -3,6 +3,7 @@ import {addressOf} from './link.js';
 import {Message} from './messages.js';
 
 const kMostAtOnce = 60;
+const kMostKept = 2000; // pictures; the agent has the others at hand
 const kPatience = 8000; // milliseconds until a font is asked for again
 
 export class Previews {
@@ -19,6 +20,7 @@ export class Previews {
       for (const font of fonts) {
         this.#pictures.set(font.fontID, {src: addressOf(font.pngFilename), src2x: addressOf(font['2xPNGFilename'])});
         this.#asked.delete(font.fontID);
+        if (this.#pictures.size > kMostKept) this.#pictures.delete(this.#pictures.keys().next().value);
       }
       onPictures(new Set(fonts.map((font) => font.fontID)));
     });

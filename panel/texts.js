@@ -6,6 +6,7 @@ const kLanguages = ['en', 'de', 'es', 'fr', 'it', 'ja', 'pt'];
 let texts = english;
 let language = 'en';
 let rules = new Intl.PluralRules('en');
+let numbers = new Intl.NumberFormat('en');
 
 // Loads the first language of the user's that there is.
 export async function loadTexts() {
@@ -13,6 +14,7 @@ export async function loadTexts() {
   language = wanted.find((tag) => kLanguages.includes(tag)) ?? 'en';
   if (language !== 'en') texts = (await import(`./texts-${language}.js`)).default;
   rules = new Intl.PluralRules(language);
+  numbers = new Intl.NumberFormat(language);
   document.documentElement.lang = language;
 }
 
@@ -20,7 +22,7 @@ export async function loadTexts() {
 export function t(key, values = {}) {
   const text = texts[key] ?? english[key];
   if (text === undefined) throw new Error(`no text ${key}`);
-  return text.replace(/\{(\w+)\}/g, (_, name) => (typeof values[name] === 'number' ? values[name].toLocaleString(language) : values[name]));
+  return text.replace(/\{(\w+)\}/g, (_, name) => (typeof values[name] === 'number' ? numbers.format(values[name]) : values[name]));
 }
 
 export function plural(key, n, values = {}) {

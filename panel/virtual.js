@@ -9,6 +9,7 @@ export class VirtualRows {
   #body;
   #create;
   #fill;
+  #height; // of the view
   #items = [];
   #tops = new Float64Array(1);
   #shown = new Map(); // index -> element
@@ -16,8 +17,8 @@ export class VirtualRows {
   #isScheduled = false;
   #sorting = 0;
 
-  // `create(kind)` makes an element; `fill(element, item, index)` makes it show an item. `onRange(first, last)` is called
-  // when other rows came into view.
+  // `create(kind)` makes an element; `fill(element, item, index)` makes it show an item. `onRange({first, last, from, to})` is
+  // called when other rows came into view: the indices of the rows in the page, and of those in view, the second excluded.
   constructor(scroller, body, {create, fill, onRange}) {
     this.#scroller = scroller;
     this.#body = body;
@@ -25,7 +26,11 @@ export class VirtualRows {
     this.#fill = fill;
     this.onRange = onRange;
     scroller.addEventListener('scroll', () => this.#schedule(), {passive: true});
-    new ResizeObserver(() => this.#schedule()).observe(scroller);
+    this.#height = scroller.clientHeight;
+    new ResizeObserver(() => {
+      this.#height = scroller.clientHeight;
+      this.#schedule();
+    }).observe(scroller);
   }
 
   get items() {
@@ -45,6 +50,11 @@ export class VirtualRows {
     return this.#shown.get(index);
   }
 
+  // Calls a function with the element and the item of each row in the page.
+  forEach(act) {
+    for (const [index, element] of this.#shown) act(element, this.#items[index]);
+  }
+
   // Shows the items for which this is true anew, where they are in view.
   refresh(isChanged = () => true) {
     for (const [index, element] of this.#shown) {
@@ -61,14 +71,9 @@ export class VirtualRows {
     this.render();
   }
 
-  // The indices of the rows in view, the second excluded.
-  inView() {
-    return [this.#at(this.#scroller.scrollTop), this.#at(this.#scroller.scrollTop + this.#scroller.clientHeight) + 1];
-  }
-
   // The index after a page, up or down.
   pageFrom(index, direction) {
-    const target = this.#tops[index] + direction * this.#scroller.clientHeight * 0.9;
+    const target = this.#tops[index] + direction * this.#height * 0.9;
     return this.#at(Math.max(0, Math.min(target, this.#tops[this.#items.length])));
   }
 
@@ -91,29 +96,37 @@ export class VirtualRows {
     });
   }
 
+  // The element stays visible until it is known that no other row takes it: hiding and showing it again is dear.
   #release(index, element) {
     this.#shown.delete(index);
-    element.hidden = true;
-    element.removeAttribute('id');
-    element.classList.remove('current');
     const kind = element.dataset.kind;
     if (!this.#spare.has(kind)) this.#spare.set(kind, []);
     this.#spare.get(kind).push(element);
   }
 
+  #hideSpare() {
+    for (const element of [...this.#spare.values()].flat()) {
+      if (element.hidden) continue;
+      element.hidden = true;
+      element.removeAttribute('id');
+      element.classList.remove('current');
+    }
+  }
+
+  // Reads where the view is before it changes the rows. Afterwards the browser would have to lay them out at once.
   render() {
     const count = this.#items.length;
-    const top = this.#scroller.scrollTop - kOverscan;
-    const bottom = this.#scroller.scrollTop + this.#scroller.clientHeight + kOverscan;
-    const first = count ? this.#at(Math.max(top, 0)) : 0;
-    const last = count ? Math.min(this.#at(bottom) + 1, count) : 0;
+    const top = this.#scroller.scrollTop, bottom = top + this.#height;
+    const first = count ? this.#at(Math.max(top - kOverscan, 0)) : 0;
+    const last = count ? Math.min(this.#at(bottom + kOverscan) + 1, count) : 0;
     for (const [index, element] of this.#shown) {
       if (index < first || index >= last) this.#release(index, element);
     }
     for (let index = first; index < last; ++index) {
       if (!this.#shown.has(index)) this.#show(index);
     }
-    this.onRange(first, last);
+    this.#hideSpare();
+    this.onRange({first, last, from: this.#at(top), to: Math.min(this.#at(bottom) + 1, count)});
     clearTimeout(this.#sorting);
     this.#sorting = setTimeout(() => this.#sort(), kSettle);
   }
@@ -133,7 +146,7 @@ export class VirtualRows {
       element.dataset.kind = item.kind;
       this.#body.append(element);
     }
-    element.hidden = false;
+    if (element.hidden) element.hidden = false;
     element.style.transform = `translateY(${this.#tops[index]}px)`;
     element.style.height = `${item.height}px`;
     this.#shown.set(index, element);

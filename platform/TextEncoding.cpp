@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <compare>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
@@ -236,6 +237,11 @@ std::optional<std::u16string> UTF8ToUTF16(std::string_view text) {
 }
 
 int CompareCaseless(std::string_view a, std::string_view b) {
+  if (IsASCII(a) && IsASCII(b)) {
+    const auto order = std::lexicographical_compare_three_way(
+        a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return LowerASCII(x) <=> LowerASCII(y); });
+    return order < 0 ? -1 : order > 0;
+  }
   if (!AreForICU(a, b)) return CompareBytes(a, b);
   return Sign(Unicode(a).caseCompare(Unicode(b), U_FOLD_CASE_DEFAULT));
 }

@@ -212,6 +212,9 @@ asio::awaitable<void> PanelServer::Impl::Accept() {
     error_code error;
     Tcp::socket socket = co_await acceptor_.async_accept(Into(error));
     if (!error && connections_ < kMostConnections) {
+      // A message must not wait until the page has acknowledged the one before, which a system may put off for 40 ms.
+      error_code ignored;
+      socket.set_option(Tcp::no_delay(true), ignored);
       Spawn(Serve(beast::tcp_stream(std::move(socket))));
       continue;
     }

@@ -21,9 +21,10 @@ export class Host {
   output = '';
   #process;
 
-  constructor() {
+  // `fonts`: folders of the system that become the library.
+  constructor(fonts = kFonts) {
     fs.mkdirSync(this.library);
-    kFonts.forEach((folder, i) => fs.cpSync(folder, path.join(this.library, `${i}`), {recursive: true, dereference: true}));
+    fonts.forEach((folder, i) => fs.cpSync(folder, path.join(this.library, `${i}`), {recursive: true, dereference: true}));
   }
 
   // Adds so many tiny fonts to the library at once, so that one scan reads them all.

@@ -154,6 +154,13 @@ test('every language has every text', async () => {
   }
 });
 
+test('the browser need not find the modules one after another', () => {
+  const listed = (file) => file.endsWith('.js') && file !== 'app.js' && !/^texts-(?!en)/.test(file);
+  const folder = path.join(kSamples, '../panel');
+  const page = fs.readFileSync(path.join(folder, 'index.html'), 'utf8');
+  assert.deepEqual([...page.matchAll(/"modulepreload" href="([^"]*)"/g)].map(([, file]) => file), fs.readdirSync(folder).filter(listed).sort());
+});
+
 // Returns the status of a request with exactly this path.
 function ask(pathOfRequest, headers = {}) {
   const {port} = new URL(address);

@@ -103,6 +103,12 @@ TEST(TextEncoding, Comparisons) {
     EXPECT_GT(CompareNumerically(row.more, row.less), 0) << row.less;
   }
   EXPECT_EQ(CompareNumerically("1.05", "1.5"), 0);
+  const char* const names[] = {"", "[", "_", "A", "arial", "Arial Bold", "ARIAL C", "zapf", "été", "ÉTÉ 2"};
+  for (size_t i = 1; i < std::size(names); ++i) {
+    EXPECT_LT(CompareCaseless(names[i - 1], names[i]), 0) << names[i];
+    EXPECT_GT(CompareCaseless(names[i], names[i - 1]), 0) << names[i];
+  }
+  EXPECT_EQ(CompareCaseless("arial", "ARIAL"), 0);
 }
 
 TEST(TextEncoding, NumbersThatTextsBeginWith) {
