@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr size_t kMiB = 1024 * 1024;
+constexpr size_t kMiB = size_t{1} << 20;
 constexpr int kRuns = 5;
 
 // Returns a document of about this size with one text layer and a composite image of raw noise.
@@ -71,7 +71,7 @@ class Folder {
 };
 
 void ReadOnce(const std::string& path) {
-  constexpr size_t kBuffer = 128 * 1024;
+  constexpr size_t kBuffer = size_t{128} << 10;
   const platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   const auto buffer = std::make_unique<char[]>(kBuffer);
   ssize_t got = 0;

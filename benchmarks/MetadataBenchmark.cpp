@@ -22,7 +22,7 @@ using platform::Array;
 using platform::Dictionary;
 
 constexpr int kRuns = 7;
-constexpr size_t kMiB = 1024 * 1024;
+constexpr size_t kMiB = size_t{1} << 20;
 
 std::string MakeFolder(const std::filesystem::path& above) {
   std::string folder = (above / "metadata-XXXXXX").string();

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr size_t kMiB = 1024 * 1024;
+constexpr size_t kMiB = size_t{1} << 20;
 constexpr int kRuns = 5;
 
 [[noreturn]] void FailToUse(const std::string& path) { benchmark::Fail(path + ": " + std::strerror(errno)); }
@@ -124,12 +124,12 @@ void MeasureAll() {
     const Document document(kLarge, FillWithNoise, {FontSetOf("First"), FontSetOf("Second"), FontSetOf("Last")});
     CompareBoth("512 MiB, 3 names", document, 3, 1.2, [&] { ReadAnd(document.Path(), kLarge, CountSlashes); });
     // The greatest memory allowed: the document's size and 64 MiB, for readers that keep it whole.
-    const double most = static_cast<double>(kLarge / kMiB + 64);
+    constexpr size_t kMost = kLarge / kMiB + 64;
     benchmark::Report("peak memory, 512 MiB", benchmark::PeakOf([&] {
                         Scan(document, 3);
                         ReadFonts(document, 3);
                       }),
-                      most, 1, "MiB");
+                      static_cast<double>(kMost), 1, "MiB");
   }
   {
     const Document document(kLarge, FillWithNoise, {});

@@ -38,6 +38,20 @@ struct Client {
                          [this](ClientID) { ++breaches; }, [](const std::string&) {}}};
 };
 
+void AddCalls(Dispatcher& dispatcher) {
+#define ADD_CALL(name)                                                                                              \
+  dispatcher.Add<calls::name>(Needs::kNothing, [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { \
+    return calls::name::Result();                                                                                   \
+  });
+  AGENT_SESSION_CALLS(ADD_CALL)
+#undef ADD_CALL
+#define ADD_CALL(name)         \
+  dispatcher.Add<calls::name>( \
+      Needs::kFonts, [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { return kNotFound; });
+  AGENT_FONT_CALLS(ADD_CALL)
+#undef ADD_CALL
+}
+
 void CheckReply(const std::string& text) {
   const Json reply = Json::parse(text);
   CHECK(reply.size() == 3 && reply["id"].is_number_unsigned() && reply["code"].is_number_unsigned() &&
@@ -53,17 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CHECK(stream.messages == inPieces.messages && stream.isBroken == inPieces.isBroken);
 
   Client client;
-#define ADD_CALL(name)                \
-  client.dispatcher.Add<calls::name>( \
-      Needs::kNothing,                \
-      [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { return calls::name::Result(); });
-  AGENT_SESSION_CALLS(ADD_CALL)
-#undef ADD_CALL
-#define ADD_CALL(name)                \
-  client.dispatcher.Add<calls::name>( \
-      Needs::kFonts, [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { return kNotFound; });
-  AGENT_FONT_CALLS(ADD_CALL)
-#undef ADD_CALL
+  AddCalls(client.dispatcher);
   for (const std::string& message : stream.messages) client.dispatcher.OnMessage(1, message);
   client.dispatcher.Release();
   CHECK(client.replies.size() + client.breaches == stream.messages.size());

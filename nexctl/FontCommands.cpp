@@ -79,6 +79,7 @@ void PrintFonts(const Call& call, const std::vector<Description>& fonts) {
   }
   const auto columns = ColumnsNamed(call.options.columns.empty() ? kUsualColumns : call.options.columns);
   std::vector<std::string> header;
+  header.reserve(columns.size());
   for (const Column* column : columns) header.emplace_back(column->name);
   std::vector<std::vector<std::string>> rows;
   for (const Description& font : fonts) {

@@ -137,6 +137,7 @@ int ShowSmartList(const Call& call) {
   std::string text = session.Ask<calls::GetPanelSmartListTree>({id}).text;
   const auto fonts = session.Ask<calls::GetSmartListFonts>({id}).fonts;
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(fonts.size());
   for (const auto& font : fonts) {
     rows.push_back(
         {std::to_string(font.fontID), font.activated ? "active" : "", font.postscriptName, font.displayName});

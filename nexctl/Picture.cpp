@@ -80,7 +80,7 @@ std::string DrawKitty(const Picture& picture) {
 }
 
 // A cube of 216 colours.
-constexpr uint32_t kSteps = 6;
+constexpr uint32_t kSteps = 6, kColours = kSteps * kSteps * kSteps;
 uint32_t ColourAt(const Picture& picture, uint32_t x, uint32_t y) {
   uint32_t index = 0;
   for (size_t i = 0; i < 3; ++i) {
@@ -106,7 +106,7 @@ std::string BandOf(const Picture& picture, uint32_t top, uint32_t colour) {
 
 std::string DrawSixel(const Picture& picture) {
   std::string out = "\033Pq";
-  std::array<bool, kSteps * kSteps * kSteps> used{};
+  std::array<bool, kColours> used{};
   for (uint32_t y = 0; y < picture.height; ++y) {
     for (uint32_t x = 0; x < picture.width; ++x) used.at(ColourAt(picture, x, y)) = true;
   }

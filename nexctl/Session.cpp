@@ -60,7 +60,7 @@ std::string DescribeCode(agent_protocol::ResultCode code) {
   return text;
 }
 
-Session::Session(const std::string& stateFolder, NotificationHandler onNotification)
+Session::Session(const std::string& stateFolder, const NotificationHandler& onNotification)
     : stateFolder_(StateFolderNamed(stateFolder)) {
   if (Connect(onNotification)) return;
   if (!platform::FolderExists(stateFolder_)) {

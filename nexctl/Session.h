@@ -34,7 +34,7 @@ class Session {
 
   // `stateFolder` is empty for the user's. Starts the agent if none runs there and the folder exists. With a handler,
   // the agent's notifications come to it, on another thread. Throws Failure.
-  explicit Session(const std::string& stateFolder, NotificationHandler onNotification = nullptr);
+  explicit Session(const std::string& stateFolder, const NotificationHandler& onNotification = nullptr);
 
   // Throws Failure if the call fails.
   template <class Call>

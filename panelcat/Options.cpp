@@ -37,7 +37,7 @@ std::vector<platform::Option> OptionTable(Options& options) {
 }
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
-  const std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.words);
+  std::string problem = platform::ParseOptions(OptionTable(options), arguments, options.words);
   const bool isAboutItself = options.help || options.manual || options.version || !options.completion.empty();
   if (!problem.empty() || isAboutItself) return problem;
   if (!options.secondsText.empty() && !Read(options.secondsText, 0.0, kMostSeconds, options.seconds)) {

@@ -14,7 +14,7 @@ std::string Environment(const char* name) {
   return value ? value : "";
 }
 
-std::string Either(std::string value, const std::string& otherwise) { return value.empty() ? otherwise : value; }
+std::string Either(const std::string& value, const std::string& otherwise) { return value.empty() ? otherwise : value; }
 
 // A relative path counts as unset, as in every program that follows the desktop's base directories.
 std::string FolderOfEnvironment(const char* name) {

@@ -33,7 +33,7 @@ XMPWorker& XMPWorker::Shared() {
 
 // Returns why there was no answer. The process is gone afterwards.
 std::string XMPWorker::Explain(bool isLate, uint32_t seconds) {
-  const std::string tooLong = "the XMP library took more than " + std::to_string(seconds) + " seconds";
+  std::string tooLong = "the XMP library took more than " + std::to_string(seconds) + " seconds";
   if (isLate) {
     child_.Kill();
     return tooLong;

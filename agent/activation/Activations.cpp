@@ -247,6 +247,7 @@ uint32_t Activations::CurrentID(uint32_t fontID) const {
 
 std::vector<uint32_t> Activations::Deactivate(ClientID client, const std::vector<uint32_t>& givenIDs, bool alsoUser) {
   std::vector<uint32_t> fontIDs;
+  fontIDs.reserve(givenIDs.size());
   for (const uint32_t id : givenIDs) fontIDs.push_back(CurrentID(id));
   std::set<uint32_t> ending;  // stored activations that end
   for (const auto& [id, demand] : DemandsOf(fontIDs)) {

@@ -87,7 +87,8 @@ FontCoverage PackedCoverage::Unpacked() const { return {CoverageOfText(scripts_)
 
 CoverageReader::CoverageReader() {
   std::map<char32_t, FontCoverage> needs;
-  for (int script = 0; script < USCRIPT_CODE_LIMIT && script < static_cast<int>(FontCoverage::kMost); ++script) {
+  constexpr int kScripts = std::min(int{USCRIPT_CODE_LIMIT}, static_cast<int>(FontCoverage::kMost));
+  for (int script = 0; script < kScripts; ++script) {
     const icu::UnicodeString sample = uscript_getSampleUnicodeString(static_cast<UScriptCode>(script));
     if (sample.isEmpty()) continue;
     needs[static_cast<char32_t>(sample.char32At(0))].scripts.set(static_cast<size_t>(script));

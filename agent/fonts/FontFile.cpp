@@ -117,7 +117,7 @@ FontFileContent FontFileReader::Parse(std::string_view bytes, const std::string&
       const auto tables = SfntTables::Parse(bytes, (*offsets)[i], problem);
       FontFace face;
       if (tables && ReadSfntFace(library_->freeType, bytes, *tables, static_cast<int>(i), reading, face, problem)) {
-        content.faces.push_back(std::move(face));
+        content.faces.push_back(face);
       } else {
         note(offsets->size() > 1 ? "face " + std::to_string(i) + ": " + problem : problem);
       }
@@ -127,7 +127,7 @@ FontFileContent FontFileReader::Parse(std::string_view bytes, const std::string&
     if (bytes[0] == '\x80' && !SegmentsAreWhole(bytes)) {
       note("a segment reaches beyond the end of the file");
     } else if (ReadType1Face(library_->freeType, bytes, fileName, face, problem)) {
-      content.faces.push_back(std::move(face));
+      content.faces.push_back(face);
     } else {
       note(problem);
     }

@@ -173,7 +173,7 @@ std::optional<RuleTest> FieldTest(const std::string& field, const std::string& c
   const bool isNegative = comparison.starts_with('!');
   const std::string positive = isNegative ? (comparison == "!=" ? "=" : comparison.substr(1)) : comparison;
   const bool isKnown = !isNegative || comparison == "!=" || comparison == "!~";
-  const auto test = isKnown ? PositiveTest(field, positive, value, problem) : std::nullopt;
+  auto test = isKnown ? PositiveTest(field, positive, value, problem) : std::nullopt;
   if (!test && problem.empty()) problem = "'" + field + "' has no operator '" + comparison + "',";
   if (!test || !isNegative) return test;
   return Test([inner = *test](const RuleSubject& subject) { return !inner(subject); });

@@ -14,7 +14,7 @@ namespace agent {
 namespace {
 
 enum BuiltIn : uint32_t { kAll = 1, kActive = 2, kInOpenDocuments = 3, kRecentlyAdded = 4 };
-constexpr int64_t kRecently = 30 * 86400;  // seconds
+constexpr int64_t kRecently = int64_t{30} * 86400;  // seconds
 
 struct BuiltInList {
   BuiltIn id;

@@ -67,7 +67,8 @@ std::error_code Agent::Start(platform::Descriptor passed) {
     log_.Write(std::string(error.what()) + "; no fonts are served until that is repaired");
     dispatcher_.SetCodeForUnknownCalls(kInvalidVault);
   }
-  AddCalls();
+  AddSessionCalls();
+  if (library_) AddFontCalls();
   const std::error_code error = passed
                                     ? server_.Serve(std::move(passed))
                                     : server_.Listen(configuration_.RuntimeFolder(), agent_protocol::kAgentSocketName);
@@ -135,14 +136,16 @@ LibraryEvents Agent::MakeLibraryEvents() {
   return events;
 }
 
-void Agent::AddCalls() {
+void Agent::AddSessionCalls() {
 #define ADD_CALL(name)                                                                                             \
   dispatcher_.Add<calls::name>(Needs::kNothing, [this](ClientID client, const calls::name::Arguments& arguments) { \
     return Serve(client, arguments);                                                                               \
   });
   AGENT_SESSION_CALLS(ADD_CALL)
 #undef ADD_CALL
-  if (!library_) return;
+}
+
+void Agent::AddFontCalls() {
 #define ADD_CALL(name)                                                                                           \
   dispatcher_.Add<calls::name>(Needs::kFonts, [this](ClientID client, const calls::name::Arguments& arguments) { \
     return agent::Serve(*library_, client, arguments);                                                           \

@@ -43,7 +43,8 @@ class Agent {
   void WatchPlace();
   void CheckPlace();
   void ClearDesktop();
-  void AddCalls();
+  void AddSessionCalls();
+  void AddFontCalls();  // of the library, which must exist
 #define AGENT_HANDLER(name) Answer<calls::name> Serve(ClientID client, const calls::name::Arguments& arguments);
   AGENT_SESSION_CALLS(AGENT_HANDLER)  // in SessionCalls.cpp, WorkgroupCalls.cpp, WebFontCalls.cpp
   AGENT_PREVIEW_CALLS(AGENT_HANDLER)  // in PreviewCalls.cpp

@@ -146,10 +146,10 @@ void WebFonts::Unpack(const Packed& file) {
     NoteProblem(file, "is too large for a font file");
     return PostStep();
   }
-  worker_.Ask({file.path}, [this, file](Worker::Answer answer) { OnUnpacked(file, std::move(answer)); });
+  worker_.Ask({file.path}, [this, file](const Worker::Answer& answer) { OnUnpacked(file, answer); });
 }
 
-void WebFonts::OnUnpacked(const Packed& file, Worker::Answer answer) {
+void WebFonts::OnUnpacked(const Packed& file, const Worker::Answer& answer) {
   std::string problem = answer.problem;
   if (problem.empty()) problem = FirstOf(answer.messages).problem;
   if (!problem.empty()) {

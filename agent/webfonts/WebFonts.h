@@ -54,7 +54,7 @@ class WebFonts {
   void Step();
   void Compare();
   void Unpack(const Packed& file);
-  void OnUnpacked(const Packed& file, Worker::Answer answer);
+  void OnUnpacked(const Packed& file, const Worker::Answer& answer);
   bool Store(const Packed& file, const std::vector<std::string>& messages);
   void NoteProblem(const Packed& file, const std::string& problem);
   void Tell();

@@ -29,7 +29,7 @@ using PluginInterface::EventPayload;
 EventPayload PayloadOf(PluginInterface::ECallbackKind kind) {
   switch (kind) {
 #define PAYLOAD(number, name, payload) \
-  case PluginInterface::k##name: return EventPayload::k##payload;
+  case PluginInterface::k##name: return EventPayload::k##payload;  // NOLINT(bugprone-branch-clone): a row of the table
     AGENT_EVENTS(PAYLOAD)
 #undef PAYLOAD
   }

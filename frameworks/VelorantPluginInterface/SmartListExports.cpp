@@ -5,7 +5,6 @@
 
 using namespace plugin_interface;
 using platform::Array;
-using platform::Boolean;
 using platform::Dictionary;
 using platform::Number;
 using platform::String;

@@ -5,7 +5,6 @@
 
 using platform::Array;
 using platform::Dictionary;
-using platform::Number;
 using platform::String;
 
 namespace boxes {

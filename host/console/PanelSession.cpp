@@ -36,7 +36,7 @@ std::string FindProgram(const std::string& name) {
   const char* path = std::getenv("PATH");
   for (std::string_view rest = path ? path : ""; !rest.empty();) {
     const size_t end = std::min(rest.find(':'), rest.size());
-    const std::string program = std::string(rest.substr(0, end)) + "/" + name;
+    std::string program = std::string(rest.substr(0, end)) + "/" + name;
     if (platform::IsExecutableFile(program)) return program;
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }

@@ -63,7 +63,7 @@ class Desk {
   // # the agent is killed.
   void Take(const std::string& step) {
     if (step == "#") return KillAndStart();
-    const ClientID client = static_cast<ClientID>(step[0]);
+    const ClientID client = static_cast<unsigned char>(step[0]);
     const std::vector<uint32_t> ids = {step.size() > 2 ? IDOf(step[2]) : 0};
     switch (step[1]) {
       case '+': return Note(activations_->Activate(client, ids, kAutoActivated));

@@ -25,6 +25,13 @@ namespace {
 
 Recorder* registered = nullptr;
 
+template <class Function>
+Function Resolve(platform::Bundle& bundle, const char* name) {
+  void* function = bundle.FunctionForName(name);
+  EXPECT_NE(function, nullptr) << name;
+  return reinterpret_cast<Function>(function);
+}
+
 // Waits for the end of a process that is not a child.
 bool AwaitEnd(int process, int signal) {
   const platform::Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
@@ -43,9 +50,7 @@ const Library& Library::Get() {
     bundle = platform::Bundle::Create(APP_DIR "/agent/VelorantPluginInterface.framework", &error);
     EXPECT_TRUE(bundle && bundle->Load(&error)) << error;
     if (!bundle) return resolved;
-#define RESOLVE(name, result, parameters)                                                 \
-  resolved.name = reinterpret_cast<result(*) parameters>(bundle->FunctionForName(#name)); \
-  EXPECT_NE(resolved.name, nullptr) << #name;
+#define RESOLVE(name, result, parameters) resolved.name = Resolve<result(*) parameters>(*bundle, #name);
     PLUGIN_INTERFACE_FUNCTIONS(RESOLVE)
 #undef RESOLVE
     return resolved;

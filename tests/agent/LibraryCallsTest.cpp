@@ -20,7 +20,6 @@ using platform::Dictionary;
 using platform::Value;
 using platform::ValueRef;
 using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 constexpr uint32_t kGone = PluginInterface::kAgentShutdownCode;
 constexpr uint32_t kUnavailable = PluginInterface::kServiceUnavailableCode;

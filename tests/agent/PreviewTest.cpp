@@ -145,7 +145,7 @@ TEST_F(Preview, CacheKeepsWhatWasUsedLast) {
   const std::string png = "PNG" + std::string("IEND\xAE\x42\x60\x82");
   agent::PreviewFiles files;
   {
-    agent::PreviewCache cache(state_ / "previews", 5 * 2 * png.size());
+    agent::PreviewCache cache(state_ / "previews", 10 * png.size());
     for (const char* key : {"a", "b", "c", "d", "e"}) EXPECT_FALSE(cache.Put(key, png, png, files));
     EXPECT_TRUE(cache.Find("a"));
     EXPECT_FALSE(cache.Put("f", png, png, files));
@@ -156,7 +156,7 @@ TEST_F(Preview, CacheKeepsWhatWasUsedLast) {
   state_.Write("previews/half@2x.png", png);
   state_.Write("previews/x.png.new", png);
   state_.Write("previews/c.png", "");
-  agent::PreviewCache again(state_ / "previews", 5 * 2 * png.size());
+  agent::PreviewCache again(state_ / "previews", 10 * png.size());
   EXPECT_TRUE(again.Find("f"));
   EXPECT_FALSE(again.Find("c"));
   EXPECT_FALSE(fs::exists(state_ / "previews/half@2x.png"));

@@ -22,7 +22,6 @@ namespace {
 using namespace agent;
 using namespace std::string_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr double kMostSeconds = 60;
 constexpr const char* kSocketName = "test.sock";

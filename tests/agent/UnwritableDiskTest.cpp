@@ -15,7 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace agent_ring;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 class UnwritableDisk : public AgentRing {
  protected:

@@ -21,7 +21,6 @@ using test_support::Woff2Of;
 using test_support::WoffOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 TEST(FontUnpacker, GivesBackTheFontThatWasPacked) {

@@ -54,7 +54,7 @@ class Workgroups : public AgentRing {
     return held == 1;
   }
   Json Put(RawClient& client, uint32_t id, const std::string& name, const std::vector<std::string>& folders) const {
-    const Json reply = client.Ask("PutLibrary", {{"workgroupID", id}, {"name", name}, {"folders", folders}});
+    Json reply = client.Ask("PutLibrary", {{"workgroupID", id}, {"name", name}, {"folders", folders}});
     AwaitScan(client);
     return reply;
   }

@@ -9,7 +9,7 @@
 namespace {
 
 using namespace GJSONUtils;
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 

@@ -10,7 +10,7 @@
 namespace {
 
 using namespace restful_mapper::Json;
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using Path = std::vector<std::string>;
 using testing::ElementsAre;
 using testing::HasSubstr;

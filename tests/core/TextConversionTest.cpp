@@ -8,7 +8,7 @@
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using Pascal = std::vector<unsigned char>;
 
 // A Pascal string in a buffer of 256 bytes and a guard.

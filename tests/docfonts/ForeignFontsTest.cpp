@@ -15,8 +15,6 @@
 
 namespace {
 
-using testing::HasSubstr;
-
 const std::string kSamples = SOURCE_DIR "/tests/docfonts/samples/";
 
 class ForeignFonts : public testing::Test {

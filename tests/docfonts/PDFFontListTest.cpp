@@ -3,16 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <map>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFWriter.hh>
 #include <set>
 #include <sstream>
 #include <string>
 
 #include "Readers/XMPFontMetadata.h"
 #include "docfonts/FontCollector.h"
+#include "docfonts/RewrittenPDF.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -45,18 +43,10 @@ class PDFFontList : public testing::Test {
   static void SetUpTestSuite() { ASSERT_EQ(InitializeGlyphsureXMP(), 0); }
   static void TearDownTestSuite() { TerminateGlyphsureXMP(); }
   // Returns the file in another form.
-  std::string Rewrite(const std::string& from, const char* name, const std::function<void(QPDFWriter&)>& choose) const {
-    QPDF pdf;
-    pdf.setSuppressWarnings(true);
-    pdf.processFile(from.c_str());
-    const std::string path = folder / name;
-    QPDFWriter writer(pdf, path.c_str());
-    choose(writer);
-    writer.write();
+  std::string Rewrite(const std::string& from, const char* name, PDFForm form) const {
+    std::string path = folder / name;
+    RewritePDF(from, path, form);
     return path;
-  }
-  static void Encrypt(QPDFWriter& writer, const char* userPassword) {
-    writer.setR6EncryptionParameters(userPassword, "owner", true, true, true, true, true, true, qpdf_r3p_full, true);
   }
   // A document of one page; `objects` begin with number 4, `page` adds keys to its dictionary.
   std::string Make(const std::string& page, const std::string& objects) const {
@@ -76,9 +66,9 @@ TEST_F(PDFFontList, EveryFormOfADocumentNamesItsFonts) {
   for (const auto& [path, names] : listed) {
     const std::string forms[] = {
         path,
-        Rewrite(path, "streams.pdf", [](QPDFWriter& writer) { writer.setObjectStreamMode(qpdf_o_generate); }),
-        Rewrite(path, "linear.pdf", [](QPDFWriter& writer) { writer.setLinearization(true); }),
-        Rewrite(path, "encrypted.pdf", [](QPDFWriter& writer) { Encrypt(writer, ""); }),
+        Rewrite(path, "streams.pdf", PDFForm::kObjectStreams),
+        Rewrite(path, "linear.pdf", PDFForm::kLinear),
+        Rewrite(path, "encrypted.pdf", PDFForm::kEncrypted),
     };
     for (const std::string& form : forms) {
       ++count;
@@ -88,8 +78,8 @@ TEST_F(PDFFontList, EveryFormOfADocumentNamesItsFonts) {
     }
   }
   EXPECT_GE(count, 60u);
-  const docfonts::Report locked = docfonts::CollectFonts(
-      Rewrite(SOURCE_DIR "/samples/leaflet.pdf", "locked.pdf", [](QPDFWriter& writer) { Encrypt(writer, "user"); }));
+  const docfonts::Report locked =
+      docfonts::CollectFonts(Rewrite(SOURCE_DIR "/samples/leaflet.pdf", "locked.pdf", PDFForm::kLocked));
   EXPECT_THAT(locked.problems, testing::ElementsAre("it is encrypted with a password"));
 }
 

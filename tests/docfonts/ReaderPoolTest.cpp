@@ -50,6 +50,7 @@ Report Obey(const std::string& path) {
 
 TEST(ReaderPool, GivesReportsInTheOrderOfThePaths) {
   std::vector<std::string> paths;
+  paths.reserve(200);
   for (int i = 0; i < 200; ++i) paths.push_back("path " + std::to_string(i));
   docfonts::ReaderPool pool(3, Obey);
   const std::vector<Report> reports = ReadAll(pool, paths);

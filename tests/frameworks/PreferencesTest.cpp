@@ -27,7 +27,7 @@ class PreferencesTest : public UIFrameworkTest {
 
   // Returns the problems reported since the last call.
   static std::string Reported() {
-    const std::string text = testing::internal::GetCapturedStderr();
+    std::string text = testing::internal::GetCapturedStderr();
     testing::internal::CaptureStderr();
     return text;
   }

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -28,7 +29,7 @@ class RunLoopTest : public testing::Test {
 
   // A timer that records its name with the time since the start.
   RunLoopTimerRef Add(const std::string& name, double first, double interval, RunLoopMode mode = RunLoopMode::kCommon,
-                      std::function<void(RunLoopTimer&)> then = nullptr) {
+                      const std::function<void(RunLoopTimer&)>& then = nullptr) {
     auto timer = RunLoopTimer::After(first, interval, [this, name, then](RunLoopTimer& self) {
       Note(name);
       if (then) then(self);
@@ -153,9 +154,9 @@ TEST_F(RunLoopTest, PostsFromThreadsArriveEachInOrder) {
   constexpr int kThreads = 4, kPosts = 500;
   std::vector<std::vector<int>> arrived(kThreads);
   const std::thread::id here = std::this_thread::get_id();
-  std::vector<std::thread> threads;
+  std::array<std::thread, kThreads> threads;
   for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([&, t] {
+    threads.at(t) = std::thread([&, t] {
       for (int i = 0; i < kPosts; ++i) {
         loop_.Post([&, t, i] {
           EXPECT_EQ(std::this_thread::get_id(), here);

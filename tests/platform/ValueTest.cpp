@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <thread>
 #include <vector>
 
@@ -121,12 +122,13 @@ TEST(Values, DeepOnesGoAwayWithoutRecursion) {
 
 TEST(Values, ReferencesAreCountedAcrossThreads) {
   const String text = String::FromUTF8("shared");
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([text] {
+  std::array<std::thread, 4> threads;
+  for (std::thread& thread : threads) {
+    thread = std::thread([text] {
       for (int i = 0; i < 20000; ++i) {
-        const Value copy(text);
+        Value copy(text);
         EXPECT_TRUE(copy);
+        copy = Value();
       }
     });
   }

@@ -35,7 +35,7 @@ class XMPTest : public testing::Test {
   }
 
   std::string CopyOf(const std::string& sample) {
-    const std::string path = folder_ / sample;
+    std::string path = folder_ / sample;
     EXPECT_FALSE(CopyFile(std::string(SOURCE_DIR "/samples/") + sample, path));
     return path;
   }

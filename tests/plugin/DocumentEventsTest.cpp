@@ -16,7 +16,7 @@ class DocumentEventsFixture : public HostFixture {
   ~DocumentEventsFixture() override { ResetMissingFontsWindowForTesting(); }
 
   std::string OpenSample() {
-    const std::string path = Sample("poster.psd");
+    std::string path = Sample("poster.psd");
     app.Add(path);
     SendOpen(path);
     return path;

@@ -9,8 +9,6 @@
 #include "plugin/HostFixture.h"
 #include "support/ScopedVariable.h"
 
-using fakes::ArrayOf;
-using fakes::Named;
 using platform::View;
 using platform::Window;
 using platform::WindowOrdering;

@@ -27,14 +27,16 @@ OwnedValue NewString(const std::string& text) {
   OwnedValue value = NewValue(yajl_t_string);
   if (!value) return value;
   value->u.string = strdup(text.c_str());
-  return value->u.string ? std::move(value) : nullptr;
+  if (!value->u.string) value.reset();
+  return value;
 }
 
 OwnedValue NewNumber(long long integer, double real, unsigned int flags, const char* text) {
   OwnedValue value = NewValue(yajl_t_number);
   if (!value) return value;
   value->u.number = {integer, real, strdup(text), flags};
-  return value->u.number.r ? std::move(value) : nullptr;
+  if (!value->u.number.r) value.reset();
+  return value;
 }
 
 // Sets both bits, as the parser does for an integer.

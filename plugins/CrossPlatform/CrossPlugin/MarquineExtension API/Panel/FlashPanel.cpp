@@ -54,7 +54,8 @@ TModuleErrorCode FlashPanel::OpenSocket() {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_ANY);
-  bind(mListeningSocket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  // If it fails, the port is not in use, and no panel connects.
+  static_cast<void>(bind(mListeningSocket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
   socklen_t size = sizeof address;
   getsockname(mListeningSocket.Get(), reinterpret_cast<sockaddr*>(&address), &size);
   mPort = ntohs(address.sin_port);

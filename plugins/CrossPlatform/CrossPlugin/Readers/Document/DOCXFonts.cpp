@@ -60,6 +60,7 @@ class DOCXFontReader {
     MarkupReader markup(*stream);
     mMarkup = &markup;
     for (Event event = markup.Next(); event != Event::kDone; event = markup.Next()) (this->*take)(event);
+    mMarkup = nullptr;
     return markup.Problem();
   }
 

@@ -37,7 +37,7 @@ class FontWalk {
   void ReadResources(QPDFObjectHandle resources);
   void ReadFont(QPDFObjectHandle font);
   // False for an object that was seen before. Direct objects belong to one place, which is seen once.
-  bool IsNew(QPDFObjectHandle object) { return !object.isIndirect() || mSeen.insert(object.getObjGen()).second; }
+  bool IsNew(const QPDFObjectHandle& object) { return !object.isIndirect() || mSeen.insert(object.getObjGen()).second; }
 
   QPDF& mPDF;
   const std::function<void(const ListedPDFFont&)>& mTake;
