@@ -38,13 +38,16 @@ struct Client {
                          [this](ClientID) { ++breaches; }, [](const std::string&) {}}};
 };
 
-void AddCalls(Dispatcher& dispatcher) {
+void AddSessionCalls(Dispatcher& dispatcher) {
 #define ADD_CALL(name)                                                                                              \
   dispatcher.Add<calls::name>(Needs::kNothing, [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { \
     return calls::name::Result();                                                                                   \
   });
   AGENT_SESSION_CALLS(ADD_CALL)
 #undef ADD_CALL
+}
+
+void AddFontCalls(Dispatcher& dispatcher) {
 #define ADD_CALL(name)         \
   dispatcher.Add<calls::name>( \
       Needs::kFonts, [](ClientID, const calls::name::Arguments&) -> Answer<calls::name> { return kNotFound; });
@@ -67,7 +70,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CHECK(stream.messages == inPieces.messages && stream.isBroken == inPieces.isBroken);
 
   Client client;
-  AddCalls(client.dispatcher);
+  AddSessionCalls(client.dispatcher);
+  AddFontCalls(client.dispatcher);
   for (const std::string& message : stream.messages) client.dispatcher.OnMessage(1, message);
   client.dispatcher.Release();
   CHECK(client.replies.size() + client.breaches == stream.messages.size());

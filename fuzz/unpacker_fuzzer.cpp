@@ -11,7 +11,7 @@ namespace {
 using namespace agent;
 using namespace std::string_view_literals;
 
-constexpr size_t kMostPaddingOfAFont = 256 * 1024;  // headers, entries and padding of all its tables
+constexpr size_t kMostPaddingOfAFont = size_t{1} << 18;  // headers, entries and padding of all its tables
 
 void CheckFile(const FontFileReader& reader, const std::string& file) {
   CHECK(file.starts_with("\0\1\0\0"sv) || file.starts_with("OTTO"));

@@ -99,10 +99,12 @@ TEST_F(BadInput, LimitOfTheSystemIsToldAndTheOthersGoOn) {
       {"--data=100000000", folder_.Write("documents/names.ai", names + "]"), "", ": there is not enough memory", 1}};
   if (platform::kIsSanitized) cases.pop_back();  // a sanitizer takes more memory than that
   const std::string poster = folder_.Write("poster.psd", Bytes(kPoster));
+  const auto scriptFor = [&poster](const std::string& document, const std::string& commands) {
+    return "open " + poster + "\nopen " + document + "\n" + commands + "save " + poster;
+  };
   for (const auto& [limit, document, commands, told, opened] : cases) {
     const std::string before = Bytes(document);
-    const std::string script =
-        folder_.Write("script", "open " + poster + "\nopen " + document + "\n" + commands + "save " + poster);
+    const std::string script = folder_.Write("script", scriptFor(document, commands));
     std::vector<std::string> arguments = {limit, HostProcess::BuiltHost()};
     for (const std::string& each : Arguments({"--script", script})) arguments.push_back(each);
     const HostResult result = RunHost(arguments, "/usr/bin/prlimit");

@@ -2,8 +2,6 @@
 #include "tracking/Books.h"
 
 using namespace fakes;
-using platform::Array;
-using platform::Dictionary;
 
 namespace {
 

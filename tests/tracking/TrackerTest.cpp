@@ -4,8 +4,6 @@
 #include "tracking/Books.h"
 
 using namespace fakes;
-using platform::Array;
-using platform::Dictionary;
 
 namespace {
 
