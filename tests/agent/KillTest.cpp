@@ -1,5 +1,5 @@
 // The library in a process that is killed before each of its changes to the disk in turn. The next start finds what was
-// stored, and nothing half done.
+// stored, and nothing half done. The worker that draws names is killed before each of its calls; every name is drawn.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -15,8 +15,10 @@
 
 #include "agent/library/FontLibrary.h"
 #include "agent/previews/PreviewCache.h"
+#include "agent/previews/Previews.h"
 #include "platform/Folders.h"
 #include "support/DebianFonts.h"
+#include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -273,6 +275,67 @@ TEST_F(KillTest, WhileAPictureIsKept) {
           EXPECT_TRUE(!files || files->png + Bytes(files->path2x) == picture + picture) << key;
         }
       });
+}
+
+// What came for each font.
+class Drawing {
+ public:
+  explicit Drawing(const std::string& cache) : previews_(cache, KILLED_PREVIEW_WORKER, loop_, Events()) {}
+
+  const std::map<uint32_t, PreviewFiles>& Draw(const std::vector<PreviewFont>& fonts) {
+    came_.clear();
+    previews_.Render(kClient, fonts, {14, 400, 30}, true);
+    EXPECT_TRUE(loop_.RunUntil([&] { return came_.size() == fonts.size(); }, kMostSeconds));
+    return came_;
+  }
+
+ private:
+  PreviewEvents Events() {
+    PreviewEvents events;
+    events.rendered = [this](uint32_t, const std::vector<Preview>& previews) {
+      for (const Preview& preview : previews) came_[preview.fontID] = preview.files;
+    };
+    events.canTake = [](uint32_t) { return true; };
+    events.report = [](const std::string&) {};
+    return events;
+  }
+
+  platform::RunLoop loop_;
+  std::map<uint32_t, PreviewFiles> came_;
+  Previews previews_;
+};
+
+TEST_F(KillTest, WorkerBeforeEachOfItsCalls) {
+  const test_support::ScopedVariable fallback("FONTCONFIG_FILE", place_.WriteFontsConf({kDejaVu}));
+  const std::string killAt = place_ / "kill-at";
+  const test_support::ScopedVariable variable("KILL_AT", killAt);
+  const std::vector<PreviewFont> fonts = {{1, place_ / "fonts/bold.ttf", 0, 1, "Bo"},
+                                          {2, place_ / "fonts/sans.otf", 0, 2, "Sa"}};
+  std::map<uint32_t, std::string> drawn;
+  bool isKilled = true;
+  int call = 0;
+  for (; isKilled && call < kMostChanges && !HasFailure(); ++call) {
+    SCOPED_TRACE(call);
+    const std::string cache = place_ / ("previews" + std::to_string(call));
+    place_.Write("kill-at", std::to_string(call));
+    Drawing drawing(cache);
+    // The name over which the worker was killed is drawn in another font, and that picture is not kept.
+    size_t kept = 0;
+    for (const auto& [id, files] : drawing.Draw(fonts)) {
+      EXPECT_FALSE(files.png.empty()) << id;
+      if (!files.path.empty()) ++kept;
+    }
+    EXPECT_GE(kept, fonts.size() - 1);
+    // The worker may be killed after its last answer, so that this is what finds it gone.
+    if (drawing.Draw(fonts).at(1).path.empty()) drawing.Draw({fonts[0]});
+    for (const auto& [id, files] : drawing.Draw(fonts)) {
+      EXPECT_TRUE(!files.path.empty() && Bytes(files.path) == files.png && !Bytes(files.path2x).empty()) << id;
+      EXPECT_EQ(drawn.emplace(id, files.png).first->second, files.png) << id;
+    }
+    isKilled = fs::remove(killAt + ".killed");
+  }
+  EXPECT_FALSE(isKilled);
+  EXPECT_GT(call, 20) << "most calls were not noticed";
 }
 
 }  // namespace
