@@ -20,13 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-docfonts::Report ReadOne(const std::string& path) {
-  static const int sStarted = InitializeGlyphsureXMP();
-  docfonts::Report report = docfonts::CollectFonts(path);
-  if (sStarted != 0) report.problems.push_back("the XMP library can't be started");
-  return report;
-}
-
 // Empty if the address is malformed, or names another machine.
 std::string PathOfAddress(const std::string& address) {
   const std::unique_ptr<xmlURI, void (*)(xmlURI*)> uri(xmlParseURI(address.c_str()), xmlFreeURI);
@@ -36,6 +29,13 @@ std::string PathOfAddress(const std::string& address) {
 }
 
 }  // namespace
+
+docfonts::Report ReadOne(const std::string& path) {
+  static const int sStarted = InitializeGlyphsureXMP();
+  docfonts::Report report = docfonts::CollectFonts(path);
+  if (sStarted != 0) report.problems.push_back("the XMP library can't be started");
+  return report;
+}
 
 std::string PathOfArgument(const std::string& argument) {
   const std::string path = argument.starts_with("file:") ? PathOfAddress(argument) : argument;

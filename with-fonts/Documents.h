@@ -18,6 +18,9 @@ struct Document {
 // names none.
 std::string PathOfArgument(const std::string& argument);
 
+// Reads one document; for a process of docfonts/ReaderPool.h.
+docfonts::Report ReadOne(const std::string& path);
+
 // Reads the arguments that name files, in processes that a damaged document cannot take down with this one. Returns
 // those of a known kind, each once; with isEachNamed also all others, whose reports have problems. The program must
 // have no other threads.

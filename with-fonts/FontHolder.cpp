@@ -71,6 +71,13 @@ void AwaitListing(const std::string& identifier) {
   });
 }
 
+// Whatever the preferences say: this program closes documents only to give their fonts back.
+void GiveBack(OneTrackedDocument& document) {
+  const auto held = document.Hold();
+  Tracker().CloseAllFontsForIdentifier(document.GetIdentifier(), true, false, Array());
+  AllTrackedDocuments::RemoveClosedDocument(&document);
+}
+
 }  // namespace
 
 std::string FontHolder::Connect() {
@@ -210,13 +217,12 @@ void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vec
   }
 }
 
+void FontHolder::Close(const std::string& path) {
+  if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) GiveBack(*document);
+}
+
 void FontHolder::CloseAll() {
-  // Whatever the preferences say: this program closes documents only to give their fonts back.
-  while (!AllTrackedDocuments::GetDocumentList().empty()) {
-    const auto document = AllTrackedDocuments::GetDocumentList().front();
-    Tracker().CloseAllFontsForIdentifier(document->GetIdentifier(), true, false, Array());
-    AllTrackedDocuments::RemoveClosedDocument(document.get());
-  }
+  while (!AllTrackedDocuments::GetDocumentList().empty()) GiveBack(*AllTrackedDocuments::GetDocumentList().front());
 }
 
 std::string FontHolder::Keep(const std::string& recordFile) {

@@ -32,6 +32,8 @@ class FontHolder {
   DocumentFonts Open(const std::string& path, const docfonts::Report& report);
   // Says what Open would do. Activates nothing.
   static DocumentFonts Predict(const docfonts::Report& report);
+  // Gives the document's fonts back, except those that are kept. Does nothing for one that is not open.
+  static void Close(const std::string& path);
   // Gives the fonts of all documents back, except those that are kept.
   void CloseAll();
   // Makes the fonts that are held stay when this process ends, and adds them to the record (KeptFonts.h). Returns an

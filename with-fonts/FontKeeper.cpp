@@ -21,6 +21,7 @@ namespace {
 // The verbs of requests. A request is a message with its verb and one with its arguments; each has one answer.
 constexpr const char* kOpen = "open";         // a path; a further message is the report. The answer is a DocumentFonts
 constexpr const char* kPredict = "predict";   // the same, without a path
+constexpr const char* kClose = "close";       // a path; the answer is empty
 constexpr const char* kKeep = "keep";         // a file;  the answer is a problem
 constexpr const char* kHoldFor = "hold-for";  // numbers of processes; the answer is a problem
 constexpr const char* kGone = "the process that holds the fonts has ended; its fonts were given back";
@@ -63,6 +64,7 @@ class Server {
       const docfonts::Report report = docfonts::FromJson(Json::parse(text));
       return Dump(ToJson(verb == kOpen ? holder_.Open(argument, report) : FontHolder::Predict(report)));
     }
+    if (verb == kClose) holder_.Close(argument);
     if (verb == kKeep) return holder_.Keep(argument);
     if (verb == kHoldFor) return HoldFor(Json::parse(argument).get<std::vector<pid_t>>());
     return "";
@@ -126,9 +128,10 @@ void FontKeeper::End() {
 
 bool FontKeeper::Ask(std::initializer_list<std::string_view> messages, std::string& answer) {
   for (const std::string_view message : messages) {
-    if (platform::SendMessage(process_.Socket(), message)) return false;
+    isThere_ = isThere_ && !platform::SendMessage(process_.Socket(), message);
   }
-  return !platform::ReceiveMessage(process_.Socket(), answer);
+  isThere_ = isThere_ && !platform::ReceiveMessage(process_.Socket(), answer);
+  return isThere_;
 }
 
 DocumentFonts FontKeeper::AskAbout(const docfonts::Report& report, std::string_view verb, std::string_view path) {
@@ -144,6 +147,11 @@ DocumentFonts FontKeeper::Open(const std::string& path, const docfonts::Report& 
 }
 
 DocumentFonts FontKeeper::Predict(const docfonts::Report& report) { return AskAbout(report, kPredict, ""); }
+
+bool FontKeeper::Close(const std::string& path) {
+  std::string answer;
+  return Ask({kClose, path}, answer);
+}
 
 std::string FontKeeper::Keep(const std::string& recordFile) {
   std::string problem;

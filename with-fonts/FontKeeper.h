@@ -32,9 +32,13 @@ class FontKeeper {
   // Gives all fonts back, unless they are kept or the process holds them for others. Waits until that is done.
   void End();
   bool IsStarted() const { return process_.IsStarted(); }
+  // False once a call has noticed that the process has ended by itself.
+  bool IsThere() const { return isThere_; }
 
   // Activates the fonts that the report names. The path is that of the document, any bytes.
   DocumentFonts Open(const std::string& path, const docfonts::Report& report);
+  // Gives the document's fonts back. Does nothing for one that is not open. Returns false if the process has ended.
+  bool Close(const std::string& path);
   // Says what Open would do. Activates nothing.
   DocumentFonts Predict(const docfonts::Report& report);
   // Lets the fonts stay active when the process ends, and adds them to the record (KeptFonts.h). Returns an empty text,
@@ -48,6 +52,7 @@ class FontKeeper {
   DocumentFonts AskAbout(const docfonts::Report& report, std::string_view verb, std::string_view path);
   bool Ask(std::initializer_list<std::string_view> messages, std::string& answer);
   docfonts::ChildProcess process_;
+  bool isThere_ = true;
 };
 
 }  // namespace with_fonts

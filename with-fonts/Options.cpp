@@ -10,6 +10,8 @@ std::vector<platform::Option> OptionTable(Options& options) {
       {"--no-run", "", "activate the fonts of documents and wait for Ctrl-C; no program is run", &options.noRun},
       {"--keep", "", "leave the fonts active at the end; with --no-run, end at once", &options.keep},
       {"--release", "", "give back all fonts that were kept", &options.release},
+      {"--watch", "", "activate the fonts of documents in folders while programs use them, until Ctrl-C",
+       &options.watch},
       {"--private", "", "show the fonts to this program alone; the desktop does not change", &options.isPrivate},
       {"--library", "FOLDER", "a folder with your fonts, from now on; may be repeated", &options.library},
       {"--state", "FOLDER", "the state folder of another font manager than your own", &options.state},
@@ -28,6 +30,10 @@ std::string Contradiction(const Options& options) {
   if (options.release) {
     return options.words.empty() ? "" : "--release takes no program and no document; it gives back all that was kept";
   }
+  if (options.watch && (options.isPrivate || options.keep || options.noRun || options.dryRun)) {
+    return "--watch can't be combined with --private, --keep, --no-run and --dry-run";
+  }
+  if (options.watch) return options.words.empty() ? "no folder named; see --help" : "";
   if (options.isPrivate && options.keep)
     return "--keep and --private exclude each other: kept fonts are for all programs";
   if (!options.words.empty()) return "";
@@ -47,6 +53,7 @@ std::string HelpText() {
   Options none;
   return "usage: with-fonts [OPTION ...] PROGRAM [ARGUMENT ...]\n"
          "       with-fonts --no-run|--dry-run [OPTION ...] DOCUMENT ...\n"
+         "       with-fonts --watch [OPTION ...] FOLDER ...\n"
          "Activates the fonts of the documents among the arguments, runs the program, and gives the fonts back at its end.\n"
          "\n" +
          platform::HelpLines(OptionTable(none), kColumn) +
@@ -70,6 +77,9 @@ std::string ManualPage() {
          ".br\n"
          ".B with-fonts\n"
          "\\-\\-no\\-run|\\-\\-dry\\-run [OPTION ...] DOCUMENT ...\n"
+         ".br\n"
+         ".B with-fonts\n"
+         "\\-\\-watch [OPTION ...] FOLDER ...\n"
          ".SH DESCRIPTION\n"
          "Each argument that is an existing document, as a path or as a file:// address, is read. Fonts that it needs and\n"
          "that are not active are looked up in the library of the font manager and activated. When programs can use them,\n"
@@ -84,8 +94,14 @@ std::string ManualPage() {
          "ends, while with-fonts itself returns. After the program's end with-fonts looks for processes of the same user\n"
          "that have one of the documents open, or that run the program's file or, if that is a script, a program in the\n"
          "script's own folder.\n"
+         ".SH WATCHED FOLDERS\n"
+         "With\n"
+         ".B \\-\\-watch\n"
+         "the fonts of a document are activated when a program opens it, and given back when the program ends. Most\n"
+         "programs close a document as soon as they have read it. If a program has closed it before it was noticed,\n"
+         "nobody knows which one it was, and the fonts stay for a minute.\n"
          ".SH FILES\n"
-         "The library and all state are in the state folder, by default ~/.local/state/velorant/host. Its first library\n"
+         "The library and all state are in the state folder, by default ~/.local/state/velorant/desktop. Its first library\n"
          "is the folder ~/Fonts;\n"
          ".B nexctl library add\n"
          "adds others.\n"

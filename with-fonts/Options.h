@@ -9,13 +9,15 @@
 namespace with_fonts {
 
 struct Options {
-  std::vector<std::string> words;    // the program and its arguments; with noRun or dryRun the documents
+  std::vector<std::string>
+      words;  // the program and its arguments; with noRun or dryRun the documents, with watch folders
   std::vector<std::string> library;  // folders; empty for those that are stored
   std::string state;                 // state folder; empty for the user's own
   bool isPrivate = false;
   bool noRun = false;
   bool keep = false;
   bool release = false;
+  bool watch = false;
   bool dryRun = false;
   bool quiet = false;
   bool json = false;
@@ -25,7 +27,7 @@ struct Options {
   std::string completion;  // the shell to complete for
 
   bool IsAboutItself() const { return help || manual || version || !completion.empty(); }
-  bool RunsProgram() const { return !noRun && !dryRun && !release; }
+  bool RunsProgram() const { return !noRun && !dryRun && !release && !watch; }
 };
 
 // As platform/CommandLine.h. Returns an empty text, or one line that says what is wrong.

@@ -1,6 +1,5 @@
 #include "with-fonts/RunningInstances.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +9,7 @@
 #include <sstream>
 
 #include "platform/Files.h"
+#include "with-fonts/OpenFiles.h"
 
 namespace with_fonts {
 
@@ -92,25 +92,12 @@ bool RunningInstances::IsInstance(const std::string& folder) const {
   return std::find(words.begin(), words.end(), script_) != words.end();
 }
 
-bool RunningInstances::HasDocumentOpen(const std::string& folder) const {
-  std::error_code error;
-  for (fs::directory_iterator file(folder + "/fd", error), end; !error && file != end; file.increment(error)) {
-    const std::string open = LinkAt(file->path().string());
-    if (!open.empty() && std::find(documents_.begin(), documents_.end(), open) != documents_.end()) return true;
-  }
-  return false;
-}
-
 std::vector<pid_t> RunningInstances::Find() const {
   std::vector<pid_t> processes;
-  std::error_code error;
-  for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
-    const pid_t process = std::atoi(entry->path().filename().c_str());
-    struct stat info;
-    const std::string folder = entry->path().string();
-    if (process <= 0 || process == getpid() || stat(folder.c_str(), &info) != 0 || info.st_uid != geteuid()) continue;
-    if (IsInstance(folder) || HasDocumentOpen(folder)) processes.push_back(process);
-  }
+  ForEachProcess([&](pid_t process, const std::string& folder) {
+    if (IsInstance(folder) || HasOneOpen(folder, documents_)) processes.push_back(process);
+    return true;
+  });
   return processes;
 }
 

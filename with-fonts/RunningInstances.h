@@ -22,7 +22,6 @@ class RunningInstances {
 
  private:
   bool IsInstance(const std::string& folder) const;
-  bool HasDocumentOpen(const std::string& folder) const;
 
   std::string program_;  // the real path of its file; empty if a process with it is no instance
   std::string folder_;   // of the program's own executables, if it is a script; otherwise empty

@@ -1,6 +1,7 @@
 #include "with-fonts/Session.h"
 
 #include <signal.h>
+#include <sys/signalfd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include "platform/PlainText.h"
 #include "with-fonts/KeptFonts.h"
 #include "with-fonts/ProgramRun.h"
+#include "with-fonts/Watcher.h"
 
 namespace with_fonts {
 
@@ -34,6 +36,15 @@ std::string Absolute(const std::string& path) {
 std::string Home() {
   const char* home = std::getenv("HOME");
   return home ? home : "";
+}
+
+// Blocks the signals that end a run without a program, so that they can be waited for. Returns them.
+sigset_t BlockEnds() {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, signal);
+  sigprocmask(SIG_BLOCK, &set, nullptr);
+  return set;
 }
 
 }  // namespace
@@ -148,15 +159,31 @@ int Session::RunIt() {
 
 int Session::AwaitInterrupt() {
   if (!options_.keep && keeper_.IsStarted()) {
-    sigset_t set;
-    sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, signal);
-    sigprocmask(SIG_BLOCK, &set, nullptr);
+    const sigset_t ends = BlockEnds();
     int received = 0;
-    sigwait(&set, &received);
+    sigwait(&ends, &received);
   }
   keeper_.End();
   return isComplete_ ? kAllFound : kNotAllFound;
+}
+
+std::string Session::WatchFolders() {
+  std::string problem = SetUp();
+  if (problem.empty()) problem = keeper_.Start(source_, privateFonts_);
+  if (!problem.empty()) return problem;
+  const sigset_t ends = BlockEnds();
+  const platform::Descriptor stop(signalfd(-1, &ends, SFD_CLOEXEC));
+  {
+    Watcher watcher(
+        keeper_, [this](const DocumentFonts& fonts) { Write(fonts); }, Complain);
+    for (const std::string& folder : options_.words) watcher.Add(Absolute(folder));
+    if (!options_.quiet && !options_.json) std::printf("watching %zu folders\n", watcher.CountFolders());
+    std::fflush(stdout);
+    isComplete_ = watcher.Run(stop.Get());  // a missing font is no failure of the watch
+  }
+  // After the watcher: its reader, a later process, has inherited the end of the socket that the keeper waits for.
+  keeper_.End();
+  return "";
 }
 
 std::string Session::Release() {
@@ -172,6 +199,8 @@ int Session::Run() {
   std::string problem;
   if (options_.release) {
     problem = Release();
+  } else if (options_.watch) {
+    problem = WatchFolders();
   } else {
     std::vector<std::string> arguments = options_.words;
     if (options_.RunsProgram()) arguments.erase(arguments.begin());

@@ -35,6 +35,7 @@ class Session {
   void Write(const DocumentFonts& fonts);
   int RunIt();
   int AwaitInterrupt();
+  std::string WatchFolders();
   std::string Release();
   void PassFontsOn(const RunningInstances& instances);
 

@@ -97,7 +97,7 @@ TEST_F(WithFonts, TheProgramSeesTheFontsOfItsDocumentsAndTheyAreGoneAtItsEnd) {
     EXPECT_EQ(run.errors.empty(), !*row.line) << row.words;
     EXPECT_EQ(Listed(), "") << row.words;
   }
-  EXPECT_THAT(folder_.Names("home/.local/state/velorant/host/private"), IsEmpty());
+  EXPECT_THAT(folder_.Names("home/.local/state/velorant/desktop/private"), IsEmpty());
 }
 
 TEST_F(WithFonts, PassesOnArgumentsInputStatusAndSignals) {
@@ -150,7 +150,7 @@ TEST_F(WithFonts, AKilledRunLeavesNothingActive) {
   }
   // The links of the killed private run are removed by the next one.
   EXPECT_EQ(Run("--private ./list " + kPoster).output, kPosterFonts);
-  EXPECT_THAT(folder_.Names("home/.local/state/velorant/host/private"), IsEmpty());
+  EXPECT_THAT(folder_.Names("home/.local/state/velorant/desktop/private"), IsEmpty());
 }
 
 TEST_F(WithFonts, AnInstanceThatGetsTheDocumentKeepsTheFontsUntilItEnds) {
@@ -165,11 +165,11 @@ TEST_F(WithFonts, AnInstanceThatGetsTheDocumentKeepsTheFontsUntilItEnds) {
     EXPECT_THAT(run.errors, HasSubstr("the fonts stay until"));
     EXPECT_EQ(Listed(), kPosterFonts);  // of the first, for both
   }
-  EXPECT_EQ(folder_.Names("home/.local/state/velorant/host/private").size(), 1u);
+  EXPECT_EQ(folder_.Names("home/.local/state/velorant/desktop/private").size(), 1u);
   folder_.Write("queue", "");
   EXPECT_TRUE(BecomesListed(""));
-  EXPECT_TRUE(
-      platform::WaitUntil(kPatience, [&] { return folder_.Names("home/.local/state/velorant/host/private").empty(); }));
+  EXPECT_TRUE(platform::WaitUntil(kPatience,
+                                  [&] { return folder_.Names("home/.local/state/velorant/desktop/private").empty(); }));
 }
 
 TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
@@ -211,6 +211,38 @@ TEST_F(WithFonts, WithoutFontManagerOrDocumentTheProgramStillRuns) {
   EXPECT_EQ(run.output, kPosterFonts);
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 2) << run.errors;
+}
+
+TEST_F(WithFonts, AWatchedFolderServesWhateverProgramOpensADocument) {
+  folder_.Write("documents/notes.txt", "no document");
+  std::filesystem::copy(SOURCE_DIR "/samples/poster.psd", folder_ / "documents");
+  Pipe("use");
+  Script("watch",
+         "'" APP_DIR "/with-fonts/with-fonts' --watch documents nowhere >watch-out 2>watch-errors; echo $? >status\n");
+  Script("reader", "exec 3<documents/poster.psd; read word <use\n");
+  Script("later", "until [ -e stop ]; do cat documents/new/poster.psd >seen; done\n");
+  const auto start = [this](const std::string& script) {
+    return std::system(("cd '" + folder_.Path() + "' && ./" + script + " >/dev/null 2>&1 &").c_str());
+  };
+  ASSERT_EQ(start("watch"), 0);
+  ASSERT_TRUE(platform::WaitUntil(kPatience, [&] { return !TempFolder::Content(folder_ / "watch-out").empty(); }));
+  ASSERT_EQ(start("reader"), 0);
+  ASSERT_TRUE(BecomesListed(kPosterFonts));
+  folder_.Write("use", "\n");
+  ASSERT_TRUE(BecomesListed(""));
+  // A folder that is made later.
+  std::filesystem::create_directories(folder_ / "documents/new");
+  std::filesystem::copy(SOURCE_DIR "/samples/poster.psd", folder_ / "documents/new/poster.psd");
+  ASSERT_EQ(start("later"), 0);
+  ASSERT_TRUE(BecomesListed(kPosterFonts));
+  folder_.Write("stop", "");
+  std::filesystem::remove_all(folder_ / "documents");
+  ASSERT_TRUE(platform::WaitUntil(kPatience, [&] { return TempFolder::Content(folder_ / "status") == "1\n"; }));
+  EXPECT_EQ(Listed(), "");
+  EXPECT_THAT(TempFolder::Content(folder_ / "watch-out"),
+              HasSubstr("poster.psd: 4 fonts, 1 already active, 3 activated"));
+  EXPECT_THAT(TempFolder::Content(folder_ / "watch-errors"), HasSubstr("nowhere: there is no such folder"));
+  EXPECT_THAT(TempFolder::Content(folder_ / "watch-errors"), HasSubstr("documents: is gone"));
 }
 
 }  // namespace

@@ -1,0 +1,63 @@
+#include "with-fonts/OpenFiles.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace with_fonts {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// 0 if the process has ended.
+pid_t ParentOf(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string text;
+  std::getline(file, text);
+  // The program's name, in parentheses, may contain anything.
+  const size_t nameEnd = text.rfind(") ");
+  return nameEnd == std::string::npos ? 0 : std::atoi(text.c_str() + std::min(nameEnd + 4, text.size()));
+}
+
+bool IsOwn(pid_t process) {
+  while (process > 1 && process != getpid()) process = ParentOf(process);
+  return process == getpid();
+}
+
+std::vector<pid_t> Processes() {
+  std::vector<pid_t> processes;
+  std::error_code error;
+  for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
+    if (const pid_t process = std::atoi(entry->path().filename().c_str()); process > 0) processes.push_back(process);
+  }
+  std::sort(processes.rbegin(), processes.rend());
+  return processes;
+}
+
+}  // namespace
+
+void ForEachProcess(const std::function<bool(pid_t process, const std::string& folder)>& take) {
+  for (const pid_t process : Processes()) {
+    const std::string folder = "/proc/" + std::to_string(process);
+    struct stat info;
+    if (stat(folder.c_str(), &info) != 0 || info.st_uid != geteuid() || IsOwn(process)) continue;
+    if (!take(process, folder)) return;
+  }
+}
+
+bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files) {
+  std::error_code error;
+  for (fs::directory_iterator file(folder + "/fd", error), end; !error && file != end; file.increment(error)) {
+    std::error_code gone;
+    const std::string open = fs::read_symlink(file->path(), gone).string();
+    if (!gone && std::find(files.begin(), files.end(), open) != files.end()) return true;
+  }
+  return false;
+}
+
+}  // namespace with_fonts

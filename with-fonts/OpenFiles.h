@@ -1,0 +1,19 @@
+// Which processes have files open. Sees only processes of this user.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace with_fonts {
+
+// Calls `take` with each process of this user, the latest ones first, and its folder in /proc, until it returns false.
+// Leaves out this process and those that it, or a process of it, has started.
+void ForEachProcess(const std::function<bool(pid_t process, const std::string& folder)>& take);
+
+// `files` are real paths (without links). `folder` is that of a process in /proc.
+bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files);
+
+}  // namespace with_fonts

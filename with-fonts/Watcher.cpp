@@ -1,0 +1,136 @@
+#include "with-fonts/Watcher.h"
+
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "with-fonts/Documents.h"
+#include "with-fonts/OpenFiles.h"
+
+namespace with_fonts {
+
+namespace {
+
+constexpr size_t kMostKnown = 1000;
+constexpr int kBetweenLooks = 1000;  // milliseconds
+
+// One state of a file.
+struct Stamp {
+  uint64_t device = 0, inode = 0, size = 0;
+  int64_t seconds = 0, nanoseconds = 0;
+  bool operator==(const Stamp&) const = default;
+};
+
+Stamp StampOf(const std::string& path) {
+  struct stat info;
+  if (stat(path.c_str(), &info) != 0) return {};
+  return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size), info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
+}
+
+// Returns 0 if no other program has the file open.
+pid_t UserOf(const std::string& path) {
+  pid_t user = 0;
+  ForEachProcess([&](pid_t process, const std::string& folder) {
+    if (HasOneOpen(folder, {path})) user = process;
+    return user == 0;
+  });
+  return user;
+}
+
+}  // namespace
+
+struct Watcher::Known {
+  Stamp stamp;
+  docfonts::Report report;
+};
+
+struct Watcher::Use {
+  std::map<pid_t, platform::Descriptor> programs;  // descriptors that tell their end
+  Clock::time_point end;                           // of the use by unknown programs
+};
+
+Watcher::Watcher(FontKeeper& keeper, std::function<void(const DocumentFonts&)> write, FolderWatch::Complaint complain)
+    : keeper_(keeper), write_(std::move(write)), folders_(std::move(complain)), pool_(1, ReadOne) {}
+
+Watcher::~Watcher() = default;
+
+const docfonts::Report& Watcher::ReportOf(const std::string& path) {
+  // Taken before reading: a change in between is seen at the next opening.
+  const Stamp stamp = StampOf(path);
+  const auto found = known_.find(path);
+  if (found != known_.end() && found->second.stamp == stamp) return found->second.report;
+  if (known_.size() >= kMostKnown) known_.clear();
+  Known& known = known_[path] = {stamp, {}};
+  bool isGiven = false;
+  pool_.Run([&]() { return std::exchange(isGiven, true) ? std::nullopt : std::optional(path); },
+            [&](docfonts::Report report) {
+              known.report = std::move(report);
+              return true;
+            });
+  return known.report;
+}
+
+void Watcher::Notice(const std::string& path) {
+  const auto old = used_.find(path);
+  const bool isKnown = known_.contains(path) && known_[path].stamp == StampOf(path);
+  // Reading the document opens it, too. That is no use of it.
+  const pid_t user = UserOf(path);
+  if (user == 0 && isKnown) return;
+  const docfonts::Report& report = ReportOf(path);
+  if (report.kind.empty() || report.fonts.empty()) return;
+  // A document that was changed since may need other fonts.
+  if (old != used_.end() && !isKnown) isKeeperThere_ = keeper_.Close(path) && isKeeperThere_;
+  if (old == used_.end() || !isKnown) {
+    const DocumentFonts fonts = keeper_.Open(path, report);
+    isKeeperThere_ = keeper_.IsThere();
+    write_(fonts);
+  }
+  Use& use = used_[path];
+  if (user == 0) {
+    use.end = Clock::now() + kUnknownUse;
+  } else if (!use.programs.contains(user)) {
+    use.programs[user] = platform::Descriptor(static_cast<int>(syscall(SYS_pidfd_open, user, 0)));
+  }
+}
+
+void Watcher::CloseUnused() {
+  for (auto document = used_.begin(); document != used_.end();) {
+    Use& use = document->second;
+    std::erase_if(use.programs, [](const auto& program) {
+      pollfd end{program.second.Get(), POLLIN, 0};
+      return !program.second || poll(&end, 1, 0) > 0;
+    });
+    if (!use.programs.empty() || use.end > Clock::now()) {
+      ++document;
+      continue;
+    }
+    isKeeperThere_ = keeper_.Close(document->first) && isKeeperThere_;
+    document = used_.erase(document);
+  }
+}
+
+void Watcher::Await(int stop) {
+  std::vector<pollfd> events = {{stop, POLLIN, 0}, {folders_.Descriptor(), POLLIN, 0}};
+  for (const auto& [path, use] : used_) {
+    for (const auto& [process, end] : use.programs) events.push_back({end.Get(), POLLIN, 0});
+  }
+  poll(events.data(), events.size(), kBetweenLooks);
+}
+
+bool Watcher::Run(int stop) {
+  while (folders_.IsWatching() && isKeeperThere_) {
+    pollfd end{stop, POLLIN, 0};
+    if (poll(&end, 1, 0) > 0) return true;
+    for (const std::string& path : folders_.ReadOpened()) Notice(path);
+    CloseUnused();
+    Await(stop);
+  }
+  return false;
+}
+
+}  // namespace with_fonts
