@@ -8,7 +8,6 @@
 namespace with_fonts {
 
 using namespace GlyphsureSupport;
-using platform::Array;
 using platform::Dictionary;
 
 namespace {

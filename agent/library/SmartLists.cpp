@@ -68,6 +68,7 @@ std::vector<const Font*> SmartLists::FontsThat(const Belongs& belong) const {
   });
   std::sort(named.begin(), named.end());
   std::vector<const Font*> fonts;
+  fonts.reserve(named.size());
   for (const NamedFont& entry : named) fonts.push_back(entry.font);
   return fonts;
 }

@@ -120,7 +120,7 @@ std::string Sandbox::SetUp(const SandboxOptions& options) {
   setup.newLibrary = DefaultLibrary();
   setup.desktop = options.desktop;
   agent_client::StoredSetup stored;
-  const std::string problem = agent_client::SetUpStateFolder(setup, &stored);
+  std::string problem = agent_client::SetUpStateFolder(setup, &stored);
   library_ = std::move(stored.library);
   newAgentConfiguration_ = stored.isChanged;
   return problem;

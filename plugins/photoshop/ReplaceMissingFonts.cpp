@@ -65,7 +65,7 @@ std::string FindProgram(const std::string& name) {
   const char* folders = std::getenv("PATH");
   std::istringstream stream(folders ? folders : "");
   for (std::string folder; std::getline(stream, folder, ':');) {
-    std::string path = std::move(folder).append("/").append(name);
+    std::string path = folder + "/" + name;
     if (platform::IsExecutableFile(path)) return path;
   }
   return name;

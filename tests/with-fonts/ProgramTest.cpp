@@ -46,7 +46,7 @@ class WithFonts : public testing::Test {
   }
 
   std::string Script(const std::string& name, const std::string& lines) const {
-    const std::string path = folder_.Write(name, "#!/bin/sh\n" + lines);
+    std::string path = folder_.Write(name, "#!/bin/sh\n" + lines);
     chmod(path.c_str(), 0755);
     return path;
   }
