@@ -36,17 +36,29 @@ struct Ink {
   }
 };
 
+enum class Direction { kAlong, kDown };  // how the letters follow each other
+
 struct Line {
   ShapedLine shaped;
   Ink ink;
+  Direction direction = Direction::kAlong;
 };
+
+// From now on the face's glyphs are turned as a line in that direction needs them.
+void Turn(FT_Face face, Direction direction) {
+  FT_Matrix quarter = {0, 0x10000, -0x10000, 0};  // clockwise
+  FT_Set_Transform(face, direction == Direction::kDown ? &quarter : nullptr, nullptr);
+}
 
 FT_Int32 LoadFlags(FT_Face face) { return FT_HAS_COLOR(face) ? FT_LOAD_COLOR : FT_LOAD_NO_BITMAP; }
 
-Line ShapeAt(FT_Face face, const std::string& name, FT_UInt size) {
+Line ShapeAt(FT_Face face, const std::string& name, FT_UInt size, Direction direction) {
   if (FT_Set_Pixel_Sizes(face, 0, size) != 0) throw std::runtime_error("the font has no size for pictures");
   Line line;
-  line.shaped = ShapeLine(face, name);
+  line.direction = direction;
+  Turn(face, Direction::kAlong);  // as the shaper expects
+  line.shaped = direction == Direction::kDown ? ShapeColumns(face, name) : ShapeLine(face, name);
+  Turn(face, direction);
   for (const PlacedGlyph& glyph : line.shaped.glyphs) {
     if (FT_Load_Glyph(face, glyph.index, LoadFlags(face)) != 0)
       throw std::runtime_error("a glyph of the font is broken");
@@ -57,24 +69,27 @@ Line ShapeAt(FT_Face face, const std::string& name, FT_UInt size) {
   return line;
 }
 
-// Makes the text smaller until it fits the height. Returns nothing if the font can't show the name; a fallback font may
-// lack some characters, for which it shows a box of its own.
-std::optional<Line> Fit(FT_Face face, const RenderRequest& request, int scale, bool isFallback) {
+// Makes the text smaller until it fits the height. Returns nothing if it does not fit at the smallest size, or the font
+// can't show the name; a fallback font may lack some characters, for which it shows a box of its own.
+std::optional<Line> Fit(FT_Face face, const RenderRequest& request, int scale, bool isFallback, Direction direction,
+                        FT_UInt smallest) {
   const auto height = static_cast<FT_Pos>(request.height) * scale;
   FT_UInt size = request.textSize * static_cast<FT_UInt>(scale);
   for (;;) {
-    Line line = ShapeAt(face, request.name, size);
+    Line line = ShapeAt(face, request.name, size, direction);
     if ((!line.shaped.isComplete && !isFallback) || line.ink.IsEmpty()) return std::nullopt;
     const FT_Pos inkHeight = line.ink.top - line.ink.bottom;
     if (inkHeight <= height) return line;
     const auto smaller = static_cast<FT_UInt>(static_cast<FT_Pos>(size) * height / inkHeight);
-    if (size <= kSmallestSize) return std::nullopt;
-    size = std::clamp(smaller, kSmallestSize, size - 1);
+    if (size <= smallest) return std::nullopt;
+    size = std::clamp(smaller, smallest, size - 1);
   }
 }
 
-// Centres ascent and descent, but keeps all ink inside.
-int Baseline(FT_Face face, const Ink& ink, int height) {
+// Centres ascent and descent, but keeps all ink inside. Columns are centred as they are.
+int Baseline(FT_Face face, const Line& line, int height) {
+  const Ink& ink = line.ink;
+  if (line.direction == Direction::kDown) return (height + static_cast<int>(ink.top + ink.bottom)) / 2;
   const int ascent = Pixels(face->size->metrics.ascender), descent = Pixels(-face->size->metrics.descender);
   const int centred = (height - (ascent + descent)) / 2 + ascent;
   return std::clamp(centred, static_cast<int>(ink.top), height + static_cast<int>(ink.bottom));
@@ -87,7 +102,7 @@ std::string Draw(FT_Face face, const Line& line, const RenderRequest& request, i
   const int start = margin + (isMarked ? markWidth + margin * 2 : 0) + std::max(0, static_cast<int>(-line.ink.left));
   const int end = start + std::max(Pixels(line.shaped.advance), static_cast<int>(line.ink.right)) + margin;
   const int width = std::clamp(end, 1, static_cast<int>(request.width) * scale);
-  const int baseline = Baseline(face, line.ink, height);
+  const int baseline = Baseline(face, line, height);
   Canvas canvas(static_cast<uint32_t>(width), static_cast<uint32_t>(height));
   if (isMarked) canvas.Frame(margin, (height - markHeight) / 2, margin + markWidth, (height + markHeight) / 2, scale);
   for (const PlacedGlyph& glyph : line.shaped.glyphs) {
@@ -106,10 +121,19 @@ std::optional<Pictures> RenderIn(FT_Face face, const RenderRequest& request, boo
   Pictures pictures;
   pictures.couldOpen = couldOpen;
   pictures.isMarked = isMarked;
-  const auto one = Fit(face, request, 1, isMarked);
+  // A column of less than half the size is harder to read than letters that lie on their side along the line.
+  Direction direction = Direction::kDown;
+  std::optional<Line> one;
+  if (IsWrittenDownwards(request.name) && !FT_HAS_COLOR(face)) {
+    one = Fit(face, request, 1, isMarked, direction, std::max(request.textSize / 2, kSmallestSize));
+  }
+  if (!one) {
+    direction = Direction::kAlong;
+    one = Fit(face, request, 1, isMarked, direction, kSmallestSize);
+  }
   if (!one) return std::nullopt;
   pictures.png = Draw(face, *one, request, 1, isMarked);
-  const auto two = Fit(face, request, 2, isMarked);
+  const auto two = Fit(face, request, 2, isMarked, direction, kSmallestSize);
   if (!two) return std::nullopt;
   pictures.png2x = Draw(face, *two, request, 2, isMarked);
   return pictures;

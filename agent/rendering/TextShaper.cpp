@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <sstream>
 
 #include "agent/rendering/FreeWith.h"
 
@@ -87,6 +88,33 @@ ShapedLine ShapeLine(FT_Face face, const std::string& utf8) {
     for (const Piece& piece : pieces) ShapePiece(font.get(), text, piece, isRightToLeft, line);
   }
   return line;
+}
+
+bool IsWrittenDownwards(const std::string& utf8) {
+  const icu::UnicodeString text = icu::UnicodeString::fromUTF8(utf8);
+  bool hasLetters = false;
+  for (const Piece& piece : PiecesOf(text, 0, text.length())) {
+    if (piece.script == USCRIPT_COMMON) continue;
+    if (piece.script != USCRIPT_MONGOLIAN && piece.script != USCRIPT_PHAGS_PA) return false;
+    hasLetters = true;
+  }
+  return hasLetters;
+}
+
+ShapedLine ShapeColumns(FT_Face face, const std::string& utf8) {
+  const FT_Pos ascent = face->size->metrics.ascender, descent = -face->size->metrics.descender;
+  ShapedLine columns;
+  std::istringstream words(utf8);
+  for (std::string word; std::getline(words, word, ' ');) {
+    if (word.empty()) continue;
+    const ShapedLine column = ShapeLine(face, word);
+    for (const PlacedGlyph& glyph : column.glyphs) {
+      columns.glyphs.push_back({glyph.index, columns.advance + descent + glyph.y, -glyph.x});
+    }
+    columns.isComplete = columns.isComplete && column.isComplete;
+    columns.advance += ascent + descent;
+  }
+  return columns;
 }
 
 }  // namespace agent

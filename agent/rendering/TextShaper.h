@@ -17,13 +17,19 @@ struct PlacedGlyph {
 
 struct ShapedLine {
   std::vector<PlacedGlyph> glyphs;  // from left to right
-  FT_Pos advance = 0;
-  bool isComplete = true;  // false if the font lacks a character
+  FT_Pos advance = 0;               // to the right
+  bool isComplete = true;           // false if the font lacks a character
 };
 
 // Shapes the text at the face's current size. The line runs from left to right as a whole; the text decides where parts
-// run from right to left. Scripts that are written downwards are set from left to right, as in other lists. Throws
-// std::bad_alloc.
+// run from right to left. Throws std::bad_alloc.
 ShapedLine ShapeLine(FT_Face face, const std::string& utf8);
+
+// Says whether all letters of the text are of scripts that are written downwards, in columns from left to right.
+bool IsWrittenDownwards(const std::string& utf8);
+
+// The same for such a text: each word is a column, and all columns start at the height of the line. The glyphs are placed
+// to be drawn a quarter turned clockwise, because fonts of these scripts hold letters that lie on their side.
+ShapedLine ShapeColumns(FT_Face face, const std::string& utf8);
 
 }  // namespace agent

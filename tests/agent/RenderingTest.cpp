@@ -1,5 +1,7 @@
-// Drawing names: the order of glyphs in scripts that run from right to left, and names that a font lacks letters for.
+// Drawing names: the order of glyphs in scripts that run from right to left, names in columns, and names that a font lacks
+// letters for.
 #include <gmock/gmock.h>
+#include <png.h>
 
 #include <string>
 #include <vector>
@@ -9,6 +11,7 @@
 #include "support/DebianFonts.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
+#include "support/TinyFonts.h"
 
 namespace {
 
@@ -73,6 +76,59 @@ TEST(Names, WithoutLettersInTheirFontAreMarked) {
   EXPECT_TRUE(renderer.Render(request, path).isMarked);
   request = {0, "Sans", 14, 400, 30, true};
   EXPECT_TRUE(renderer.Render(request, path).isMarked);
+}
+
+// How much ink each column of pixels has, from the left, and each row, from the top; without those at the ends that have
+// none.
+struct Ink {
+  explicit Ink(const std::string& bytes) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    EXPECT_TRUE(png_image_begin_read_from_memory(&image, bytes.data(), bytes.size()));
+    image.format = PNG_FORMAT_RGBA;
+    std::vector<uint8_t> pixels(PNG_IMAGE_SIZE(image));
+    EXPECT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr));
+    columns.resize(image.width);
+    rows.resize(image.height);
+    for (size_t i = 3; i < pixels.size(); i += 4) {
+      columns[i / 4 % image.width] += pixels[i];
+      rows[i / 4 / image.width] += pixels[i];
+    }
+    for (std::vector<int>* sums : {&columns, &rows}) {
+      const auto hasInk = [](int sum) { return sum != 0; };
+      sums->erase(std::find_if(sums->rbegin(), sums->rend(), hasInk).base(), sums->end());
+      sums->erase(sums->begin(), std::find_if(sums->begin(), sums->end(), hasInk));
+    }
+  }
+  std::vector<int> columns, rows;
+};
+
+MATCHER(IsAboutAsLarge, "") { return std::abs(std::get<0>(arg) - std::get<1>(arg)) <= 8; }
+
+TEST(Names, WrittenDownwardsStandInColumnsWhileTheyCanBeRead) {
+  const test_support::TempFolder folder;
+  const std::string latin = folder.Write("latin.ttf", tiny_fonts::MakeFont({"Tiny", "Regular", 700}));
+  const std::string mongolian =
+      folder.Write("mongolian.ttf", tiny_fonts::MakeFont({"Tiny", "Regular", 700, {u'\u1820', u'\u1821'}}));
+  agent::NameRenderer renderer;
+  const auto draw = [&](const std::string& name, const std::string& path) {
+    const agent::Pictures pictures = renderer.Render({0, name, 14, 400, 30, false}, path);
+    EXPECT_FALSE(pictures.isMarked) << name;
+    return pictures;
+  };
+  const agent::Pictures line = draw("Aaa", latin), column = draw("ᠠᠡᠡ", mongolian);
+  for (auto [along, down] : {std::pair{Ink(line.png), Ink(column.png)}, {Ink(line.png2x), Ink(column.png2x)}}) {
+    EXPECT_THAT(down.rows, testing::Pointwise(IsAboutAsLarge(), along.columns));
+    std::reverse(along.rows.begin(), along.rows.end());  // the letters' heads are on the right
+    EXPECT_THAT(down.columns, testing::Pointwise(IsAboutAsLarge(), along.rows));
+    EXPECT_GT(down.rows.size(), down.columns.size());
+  }
+  // Two words are two columns. The text is made smaller for a long word, but not too small to be read.
+  const Ink one(column.png), two(draw("ᠠᠡᠡ ᠠᠡᠡ", mongolian).png), smaller(draw("ᠠᠡᠡᠠᠡ", mongolian).png);
+  EXPECT_EQ(two.rows.size(), one.rows.size());
+  EXPECT_EQ(two.columns.size(), one.columns.size() + 15);  // the height of a line, in whole pixels
+  EXPECT_LT(smaller.columns.size(), one.columns.size());
+  EXPECT_EQ(draw("ᠠᠡᠡᠡᠡᠡᠡᠡᠡ", mongolian).png, draw("Aaaaaaaaa", latin).png);
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ namespace tiny_fonts {
 struct Face {
   std::string family;
   std::string style;
-  int number = 0;  // 0 to 30000; the outlines differ with it
+  int number = 0;                    // 0 to 30000; the outlines differ with it
+  char16_t letters[2] = {'A', 'a'};  // that the font has, in this order
 
   std::string PostScriptName() const { return family + "-" + style; }
 };
@@ -50,10 +51,11 @@ inline std::string NameTable(const Face& face) {
   return Shorts({0, count, 6 + 12 * count}) + records + texts;
 }
 
-// The letters A and a, both as glyph 1.
-inline std::string CharacterMap() {
-  return Shorts({0, 1, 3, 1, 0, 12}) + Shorts({4, 40, 0, 6, 4, 1, 2}) + Shorts({'A', 'a', -1, 0, 'A', 'a', -1}) +
-         Shorts({1 - 'A', 1 - 'a', 1, 0, 0, 0});
+// Both letters as glyph 1.
+inline std::string CharacterMap(const Face& face) {
+  const int one = face.letters[0], two = face.letters[1];
+  return Shorts({0, 1, 3, 1, 0, 12}) + Shorts({4, 40, 0, 6, 4, 1, 2}) + Shorts({one, two, -1, 0, one, two, -1}) +
+         Shorts({1 - one, 1 - two, 1, 0, 0, 0});
 }
 
 inline std::string OS2Table(int weight) {
@@ -74,7 +76,7 @@ inline std::string MakeFont(const Face& face) {
   const int weight = face.style == "Bold" ? 700 : 400;
   const std::pair<const char*, std::string> tables[] = {
       {"OS/2", internal::OS2Table(weight)},
-      {"cmap", internal::CharacterMap()},
+      {"cmap", internal::CharacterMap(face)},
       {"glyf", internal::Outlines(face.number)},
       {"head", Shorts({1, 0, 1, 0x8000, 0, 0, 0x5F0F, 0x3CF5, 0, 1000}) + Zeros(16) +
                    Shorts({0, 0, 700, 800, 0, 8, 2}) + Zeros(4)},
