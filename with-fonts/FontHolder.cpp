@@ -9,6 +9,7 @@
 #include "Documents/AllTrackedDocuments.h"
 #include "Readers/CommonFunctionality.h"
 #include "Readers/Document/StyleMatch.h"
+#include "Readers/XMPFontMetadata.h"
 #include "Services/MarquineGlobals.h"
 #include "Tracking/FontActivationTracker.h"
 #include "XCore/ECFExtensions/XCFUtils.h"
@@ -215,6 +216,28 @@ void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vec
   if (others.Count() > 0) {
     manager.ActivateFontsByID(others, identifier, nullptr, Array::Create(), Array::Create(), nullptr, nullptr);
   }
+}
+
+std::string FontHolder::Identify(const std::string& path, const docfonts::Report& report) {
+  if (!FontManagerInterface::ConnectedManager())
+    return "the font manager does not answer; the fonts are not identified";
+  const auto system = platform::GetFontSnapshot();
+  Array fonts = Array::Create();
+  for (const docfonts::Font& font : report.fonts) {
+    if (!IsNeeded(font, *system)) continue;
+    const platform::ActiveFont* face = FindActive(font, font.style ? "" : font.name, *system);
+    if (face && !face->postScriptName.empty()) fonts.Append(RecordOf(font, face->postScriptName));
+  }
+  bool areAllFound = false;
+  const TModuleErrorCode unreadable = CommonFunctionality::CreateGlyphsureDataForClosedDocument(
+      path, fonts, FontManagerInterface::kAllWorkgroupsID, areAllFound);
+  const char* const kProblem =
+      "its fonts are not identified: documents of its kind can't carry that, or it can't be written";
+  if (unreadable != CoreErrorCodes::kSuccess) return kProblem;
+  // What is there already is better than nothing.
+  if (fonts.Count() == 0) return "none of its fonts is active and in the library; they are not identified";
+  const TModuleErrorCode code = WriteXMPGlyphsureSlugToFile(path, fonts);
+  return code == CoreErrorCodes::kSuccess ? "" : kProblem;
 }
 
 void FontHolder::Close(const std::string& path) {

@@ -32,6 +32,9 @@ class FontHolder {
   DocumentFonts Open(const std::string& path, const docfonts::Report& report);
   // Says what Open would do. Activates nothing.
   static DocumentFonts Predict(const docfonts::Report& report);
+  // Writes the identification of the document's active fonts into the file, which keeps its date. Nobody may have it
+  // open. Returns an empty text, or one line that says why the file is as before.
+  static std::string Identify(const std::string& path, const docfonts::Report& report);
   // Gives the document's fonts back, except those that are kept. Does nothing for one that is not open.
   static void Close(const std::string& path);
   // Gives the fonts of all documents back, except those that are kept.

@@ -19,11 +19,12 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 // The verbs of requests. A request is a message with its verb and one with its arguments; each has one answer.
-constexpr const char* kOpen = "open";         // a path; a further message is the report. The answer is a DocumentFonts
-constexpr const char* kPredict = "predict";   // the same, without a path
-constexpr const char* kClose = "close";       // a path; the answer is empty
-constexpr const char* kKeep = "keep";         // a file;  the answer is a problem
-constexpr const char* kHoldFor = "hold-for";  // numbers of processes; the answer is a problem
+constexpr const char* kOpen = "open";          // a path; a further message is the report. The answer is a DocumentFonts
+constexpr const char* kPredict = "predict";    // the same, without a path
+constexpr const char* kIdentify = "identify";  // as kOpen; the answer is a problem
+constexpr const char* kClose = "close";        // a path; the answer is empty
+constexpr const char* kKeep = "keep";          // a file;  the answer is a problem
+constexpr const char* kHoldFor = "hold-for";   // numbers of processes; the answer is a problem
 constexpr const char* kGone = "the process that holds the fonts has ended; its fonts were given back";
 constexpr int kBetweenTicks = 1000;  // milliseconds
 
@@ -58,10 +59,11 @@ class Server {
   }
 
   std::string Answer(const std::string& verb, const std::string& argument) {
-    if (verb == kOpen || verb == kPredict) {
+    if (verb == kOpen || verb == kPredict || verb == kIdentify) {
       std::string text;
       if (platform::ReceiveMessage(socket_, text)) return "";
       const docfonts::Report report = docfonts::FromJson(Json::parse(text));
+      if (verb == kIdentify) return FontHolder::Identify(argument, report);
       return Dump(ToJson(verb == kOpen ? holder_.Open(argument, report) : FontHolder::Predict(report)));
     }
     if (verb == kClose) holder_.Close(argument);
@@ -151,6 +153,11 @@ DocumentFonts FontKeeper::Predict(const docfonts::Report& report) { return AskAb
 bool FontKeeper::Close(const std::string& path) {
   std::string answer;
   return Ask({kClose, path}, answer);
+}
+
+std::string FontKeeper::Identify(const std::string& path, const docfonts::Report& report) {
+  std::string problem;
+  return Ask({kIdentify, path, Dump(ToJson(report))}, problem) ? problem : kGone;
 }
 
 std::string FontKeeper::Keep(const std::string& recordFile) {

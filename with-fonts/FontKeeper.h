@@ -41,6 +41,9 @@ class FontKeeper {
   bool Close(const std::string& path);
   // Says what Open would do. Activates nothing.
   DocumentFonts Predict(const docfonts::Report& report);
+  // Writes the identification of the document's active fonts into the file (FontHolder.h). Returns an empty text, or one
+  // line.
+  std::string Identify(const std::string& path, const docfonts::Report& report);
   // Lets the fonts stay active when the process ends, and adds them to the record (KeptFonts.h). Returns an empty text,
   // or one line.
   std::string Keep(const std::string& recordFile);

@@ -60,4 +60,13 @@ bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files
   return false;
 }
 
+pid_t UserOf(const std::string& file) {
+  pid_t user = 0;
+  ForEachProcess([&](pid_t process, const std::string& folder) {
+    if (HasOneOpen(folder, {file})) user = process;
+    return user == 0;
+  });
+  return user;
+}
+
 }  // namespace with_fonts

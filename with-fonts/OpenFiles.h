@@ -16,4 +16,7 @@ void ForEachProcess(const std::function<bool(pid_t process, const std::string& f
 // `files` are real paths (without links). `folder` is that of a process in /proc.
 bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files);
 
+// Returns the latest process, other than those left out above, that has the file open; 0 if there is none.
+pid_t UserOf(const std::string& file);
+
 }  // namespace with_fonts

@@ -12,6 +12,7 @@ std::vector<platform::Option> OptionTable(Options& options) {
       {"--release", "", "give back all fonts that were kept", &options.release},
       {"--watch", "", "activate the fonts of documents in folders while programs use them, until Ctrl-C",
        &options.watch},
+      {"--identify", "", "store in each document that the program saves which exact fonts it uses", &options.identify},
       {"--private", "", "show the fonts to this program alone; the desktop does not change", &options.isPrivate},
       {"--library", "FOLDER", "a folder with your fonts, from now on; may be repeated", &options.library},
       {"--state", "FOLDER", "the state folder of another font manager than your own", &options.state},
@@ -36,6 +37,7 @@ std::string Contradiction(const Options& options) {
   if (options.watch) return options.words.empty() ? "no folder named; see --help" : "";
   if (options.isPrivate && options.keep)
     return "--keep and --private exclude each other: kept fonts are for all programs";
+  if (options.identify && !options.RunsProgram()) return "--identify needs a program, whose saving it waits for";
   if (!options.words.empty()) return "";
   return options.noRun || options.dryRun ? "no document named; see --help" : "no program named; see --help";
 }
@@ -94,6 +96,12 @@ std::string ManualPage() {
          "ends, while with-fonts itself returns. After the program's end with-fonts looks for processes of the same user\n"
          "that have one of the documents open, or that run the program's file or, if that is a script, a program in the\n"
          "script's own folder.\n"
+         ".SH IDENTIFICATION\n"
+         "With\n"
+         ".B \\-\\-identify\n"
+         "a document that the program has saved gets data by which exactly these font files are found again, on another\n"
+         "day or another machine. It is written into the document's XMP metadata, once nobody has the file open, and the\n"
+         "document keeps its date. Kinds of documents without such metadata stay as they are.\n"
          ".SH WATCHED FOLDERS\n"
          "With\n"
          ".B \\-\\-watch\n"

@@ -18,6 +18,7 @@ struct Options {
   bool keep = false;
   bool release = false;
   bool watch = false;
+  bool identify = false;
   bool dryRun = false;
   bool quiet = false;
   bool json = false;

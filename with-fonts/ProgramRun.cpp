@@ -1,7 +1,9 @@
 #include "with-fonts/ProgramRun.h"
 
+#include <poll.h>
 #include <spawn.h>
 #include <sys/resource.h>
+#include <sys/signalfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,6 +11,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+
+#include "platform/Descriptor.h"
 
 namespace with_fonts {
 
@@ -25,21 +29,25 @@ class BlockedSignals {
     for (const int signal : kPassedOn) sigaddset(&set_, signal);
     sigaddset(&set_, SIGCHLD);
     sigprocmask(SIG_BLOCK, &set_, &former_);
+    signals_ = platform::Descriptor(signalfd(-1, &set_, SFD_CLOEXEC));
   }
   ~BlockedSignals() { sigprocmask(SIG_SETMASK, &former_, nullptr); }
   BlockedSignals(const BlockedSignals&) = delete;
   BlockedSignals& operator=(const BlockedSignals&) = delete;
 
   const sigset_t& Former() const { return former_; }
-  siginfo_t Await() const {
-    siginfo_t info{};
-    while (sigwaitinfo(&set_, &info) < 0 && errno == EINTR) {
-    }
+  // Returns the next signal, with its number 0 if none arrives before the descriptor is readable.
+  signalfd_siginfo AwaitOr(int descriptor) const {
+    pollfd events[] = {{signals_.Get(), POLLIN, 0}, {descriptor, POLLIN, 0}};
+    signalfd_siginfo info{};
+    poll(events, 2, -1);
+    if (events[0].revents != 0 && read(signals_.Get(), &info, sizeof info) != sizeof info) info = {};
     return info;
   }
 
  private:
   sigset_t set_{}, former_{};
+  platform::Descriptor signals_;
 };
 
 std::vector<char*> Pointers(const std::vector<std::string>& words) {
@@ -89,8 +97,8 @@ bool HasEnded(pid_t process, int* status) {
 
 }  // namespace
 
-ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables,
-                      const std::function<void(pid_t process)>& whenStarted) {
+ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables, int descriptor,
+                      const std::function<void()>& whenReadable) {
   const BlockedSignals signals;
   pid_t process = 0;
   if (const int error = Spawn(words, variables, signals.Former(), &process)) {
@@ -98,12 +106,15 @@ ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<s
     return {words[0] + ": " + (isMissing ? "there is no such program" : std::strerror(error)),
             isMissing ? kProgramNotFound : kProgramNotExecutable};
   }
-  whenStarted(process);
   int status = 0;
   while (!HasEnded(process, &status)) {
-    const siginfo_t received = signals.Await();
-    const bool isFromTerminal = received.si_code == SI_KERNEL;
-    if (received.si_signo != SIGCHLD && !isFromTerminal) kill(process, received.si_signo);
+    const signalfd_siginfo received = signals.AwaitOr(descriptor);
+    const auto signal = static_cast<int>(received.ssi_signo);
+    if (signal == 0) {
+      whenReadable();
+    } else if (signal != SIGCHLD && received.ssi_code != SI_KERNEL) {
+      kill(process, signal);  // a terminal sends its own to the program itself
+    }
   }
   if (WIFSIGNALED(status)) return {"", 0, WTERMSIG(status)};
   return {"", WEXITSTATUS(status)};

@@ -2,8 +2,6 @@
 // process receives.
 #pragma once
 
-#include <sys/types.h>
-
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,10 +17,11 @@ struct ProgramEnd {
 };
 
 // `words` are the program, which is searched on PATH if it has no slash, and its arguments. `variables` ("NAME=value")
-// are added to its environment. `whenStarted` is called with its process. Waits for its end. The process must have no
-// other threads. If it is stopped by its terminal, so is this process.
-ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables,
-                      const std::function<void(pid_t process)>& whenStarted);
+// are added to its environment. Waits for its end, and meanwhile calls whenReadable whenever the descriptor is readable,
+// which may be negative for none. The process must have no other threads. If the program is stopped by its terminal, so
+// is this process.
+ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables, int descriptor,
+                      const std::function<void()>& whenReadable);
 
 // Ends this process by the signal, as a shell expects it after a program that a signal ended. Returns only if that fails.
 void EndBySignal(int signal);

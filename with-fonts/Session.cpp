@@ -18,6 +18,7 @@
 #include "platform/PlainText.h"
 #include "with-fonts/KeptFonts.h"
 #include "with-fonts/ProgramRun.h"
+#include "with-fonts/SaveWatch.h"
 #include "with-fonts/Watcher.h"
 
 namespace with_fonts {
@@ -129,6 +130,16 @@ std::string Session::ServeDocuments() {
   return options_.keep && !options_.dryRun ? keeper_.Keep(KeptFontsFile(source_.stateFolder)) : "";
 }
 
+void Session::Identify(const std::string& path) {
+  for (const Document& saved : ReadDocuments({path}, true)) {
+    std::vector<std::string> problems = saved.report.problems;
+    if (problems.empty()) problems = {keeper_.Identify(path, saved.report)};
+    for (const std::string& problem : problems) {
+      if (!problem.empty()) Complain(path + ": " + problem);
+    }
+  }
+}
+
 void Session::PassFontsOn(const RunningInstances& instances) {
   if (documents_.empty() || options_.keep || !keeper_.IsStarted()) return;
   const std::vector<pid_t> processes = instances.Find();
@@ -146,7 +157,10 @@ int Session::RunIt() {
   std::vector<std::string> paths;
   for (const Document& document : documents_) paths.push_back(document.path);
   const RunningInstances instances(options_.words, paths);
-  const ProgramEnd end = RunProgram(options_.words, variables_, [](pid_t) {});
+  SaveWatch saves([this](const std::string& path) { Identify(path); });
+  if (options_.identify) saves.Watch(paths);
+  const ProgramEnd end = RunProgram(options_.words, variables_, saves.Descriptor(), [&saves] { saves.TakeSaved(); });
+  saves.TakeSaved();
   if (!end.problem.empty()) {
     Complain(end.problem);
     return end.status;

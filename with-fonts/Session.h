@@ -37,6 +37,7 @@ class Session {
   int AwaitInterrupt();
   std::string WatchFolders();
   std::string Release();
+  void Identify(const std::string& path);
   void PassFontsOn(const RunningInstances& instances);
 
   const Options& options_;

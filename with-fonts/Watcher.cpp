@@ -1,7 +1,6 @@
 #include "with-fonts/Watcher.h"
 
 #include <poll.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "with-fonts/Documents.h"
+#include "with-fonts/FileStamp.h"
 #include "with-fonts/OpenFiles.h"
 
 namespace with_fonts {
@@ -19,33 +19,10 @@ namespace {
 constexpr size_t kMostKnown = 1000;
 constexpr int kBetweenLooks = 1000;  // milliseconds
 
-// One state of a file.
-struct Stamp {
-  uint64_t device = 0, inode = 0, size = 0;
-  int64_t seconds = 0, nanoseconds = 0;
-  bool operator==(const Stamp&) const = default;
-};
-
-Stamp StampOf(const std::string& path) {
-  struct stat info;
-  if (stat(path.c_str(), &info) != 0) return {};
-  return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size), info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
-}
-
-// Returns 0 if no other program has the file open.
-pid_t UserOf(const std::string& path) {
-  pid_t user = 0;
-  ForEachProcess([&](pid_t process, const std::string& folder) {
-    if (HasOneOpen(folder, {path})) user = process;
-    return user == 0;
-  });
-  return user;
-}
-
 }  // namespace
 
 struct Watcher::Known {
-  Stamp stamp;
+  FileStamp stamp;
   docfonts::Report report;
 };
 
@@ -61,7 +38,7 @@ Watcher::~Watcher() = default;
 
 const docfonts::Report& Watcher::ReportOf(const std::string& path) {
   // Taken before reading: a change in between is seen at the next opening.
-  const Stamp stamp = StampOf(path);
+  const FileStamp stamp = FileStamp::Of(path);
   const auto found = known_.find(path);
   if (found != known_.end() && found->second.stamp == stamp) return found->second.report;
   if (known_.size() >= kMostKnown) known_.clear();
@@ -77,7 +54,7 @@ const docfonts::Report& Watcher::ReportOf(const std::string& path) {
 
 void Watcher::Notice(const std::string& path) {
   const auto old = used_.find(path);
-  const bool isKnown = known_.contains(path) && known_[path].stamp == StampOf(path);
+  const bool isKnown = known_.contains(path) && known_[path].stamp == FileStamp::Of(path);
   // Reading the document opens it, too. That is no use of it.
   const pid_t user = UserOf(path);
   if (user == 0 && isKnown) return;

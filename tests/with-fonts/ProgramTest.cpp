@@ -201,6 +201,27 @@ TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
   EXPECT_EQ(Json::parse(json.output)["fonts"][0]["use"], "found") << json.output;
 }
 
+TEST_F(WithFonts, ASavedDocumentGetsIdentification) {
+  const auto slugs = [this](const std::string& document) {
+    return test_support::RunLine(
+               "'" APP_DIR "/docfonts/docfonts' --json '" + folder_ / document + "' | grep -o Foundry", folder_)
+        .output;
+  };
+  std::filesystem::copy(SOURCE_DIR "/samples/poster.psd", folder_.Path());
+  std::filesystem::copy(SOURCE_DIR "/tests/docfonts/samples/drawing.svg", folder_.Path());
+  // It saves by replacing the file, as most programs do. The second one keeps it open until its end.
+  Script("save", "cp poster.psd new && touch -d 2020-02-02 new && mv new poster.psd\n");
+  Script("hold", "exec 3>>drawing.svg; echo ' ' >&3\n");
+  EXPECT_EQ(Run("./save poster.psd").status, 0);
+  EXPECT_EQ(slugs("poster.psd"), "");
+  const Outcome run = Run("--identify ./save poster.psd");
+  EXPECT_THAT(run.errors, testing::Not(HasSubstr("with-fonts:")));
+  EXPECT_EQ(slugs("poster.psd"), "Foundry\nFoundry\nFoundry\nFoundry\n");
+  EXPECT_EQ(test_support::RunLine("date -r '" + folder_ / "poster.psd" + "' +%F", folder_).output, "2020-02-02\n");
+  EXPECT_THAT(Run("--identify ./hold drawing.svg").errors, HasSubstr("drawing.svg: its fonts are not identified"));
+  EXPECT_EQ(Run("--identify true poster.psd").status, 0);  // nothing was saved
+}
+
 TEST_F(WithFonts, WithoutFontManagerOrDocumentTheProgramStillRuns) {
   folder_.Write("broken.psd", std::string("8BPS\0\1", 6));
   folder_.Write("state", "not a folder");

@@ -1,0 +1,24 @@
+// Identifies one state of a file, to notice changes.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <string>
+
+namespace with_fonts {
+
+struct FileStamp {
+  uint64_t device = 0, inode = 0, size = 0;
+  int64_t seconds = 0, nanoseconds = 0;  // last modification
+  bool operator==(const FileStamp&) const = default;
+
+  // The default of all members for a file that can't be asked.
+  static FileStamp Of(const std::string& path) {
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0) return {};
+    return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size), info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
+  }
+};
+
+}  // namespace with_fonts
