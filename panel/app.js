@@ -117,10 +117,12 @@ function connectWebFonts(link, notices) {
   button.addEventListener('click', () => link.send(Message.enableWebFonts));
 }
 
-// The panel's size is the plug-in's to remember. Only a window without a browser around it can take it up again.
+// The plug-in remembers the size of a panel in a window of its own, without the window's frame. A tab has the size of its
+// browser, which it neither takes from the plug-in nor stores.
 function connectSize(link) {
+  if (window.menubar.visible) return;
   link.on(Message.getDimensions, ({width, height}) => {
-    if (!window.menubar.visible && width > 0 && height > 0) window.resizeTo(width, height);
+    if (width > 0 && height > 0) window.resizeTo(width + outerWidth - innerWidth, height + outerHeight - innerHeight);
   });
   const tell = settled(() => link.send(Message.setDimensions, {windowWidth: innerWidth, windowHeight: innerHeight}));
   addEventListener('resize', tell);
@@ -186,7 +188,6 @@ async function start() {
       browser.start();
     },
     onLost: () => previews.forgetAsked(),
-    onStopped: () => browser.reload(),
   });
   link.connect();
 }

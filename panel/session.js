@@ -18,9 +18,9 @@ export class Session {
   #timer = 0;
   #isReady = false;
 
-  // `onReady()` when the plug-in answers, again after each loss; `onStopped()` when progress has ended.
-  constructor(link, notices, {onReady, onLost, onStopped}) {
-    Object.assign(this, {onReady, onLost, onStopped});
+  // `onReady()` when the plug-in answers, again after each loss.
+  constructor(link, notices, {onReady, onLost}) {
+    Object.assign(this, {onReady, onLost});
     this.#link = link;
     this.#notices = notices;
     link.on(Message.connectionComplete, () => this.#beReady());
@@ -31,10 +31,7 @@ export class Session {
     link.on(Message.offlineDownloadFinished, () => notices.say(t('status.downloaded')));
     for (const [progress, stopped] of Object.entries(kProgress)) {
       link.on(Number(progress), (message) => notices.setProgress(progress, message));
-      link.on(stopped, () => {
-        notices.endProgress(progress);
-        this.onStopped();
-      });
+      link.on(stopped, () => notices.endProgress(progress));
     }
   }
 

@@ -9,7 +9,7 @@ export class VirtualRows {
   #body;
   #create;
   #fill;
-  #height; // of the view
+  #height = 0; // of the view
   #items = [];
   #tops = new Float64Array(1);
   #shown = new Map(); // index -> element
@@ -26,7 +26,6 @@ export class VirtualRows {
     this.#fill = fill;
     this.onRange = onRange;
     scroller.addEventListener('scroll', () => this.#schedule(), {passive: true});
-    this.#height = scroller.clientHeight;
     new ResizeObserver(() => {
       this.#height = scroller.clientHeight;
       this.#schedule();

@@ -37,6 +37,7 @@ SharedText FontTable::Lowercase(SharedText family) {
 }
 
 void FontTable::Add(const Font& font) {
+  ++revision_;
   const uint32_t row = rows_.Add({font, Lowercase(font.face.family)});
   for (Column* column : {&byID_, &byPostScriptName_, &byFamily_, &byFamilyID_, &byPath_}) {
     column->index.Insert(row, [&](uint32_t other) { return column->keyOf(rows_[other]); });
@@ -44,6 +45,7 @@ void FontTable::Add(const Font& font) {
 }
 
 void FontTable::Remove(uint32_t row) {
+  ++revision_;
   for (Column* column : {&byID_, &byPostScriptName_, &byFamily_, &byFamilyID_, &byPath_}) {
     column->index.Erase(row, column->keyOf(rows_[row]));
   }
@@ -71,6 +73,7 @@ std::vector<Font> FontTable::ReplaceFile(const std::string& path, const std::vec
 void FontTable::SetWorkgroupOfFile(const std::string& path, uint32_t workgroupID) {
   const std::optional<SharedText> known = SharedText::Find(path);
   if (!known) return;
+  ++revision_;
   for (const uint32_t row : RowsWith(byPath_, known->Number())) rows_[row].font.workgroupID = workgroupID;
 }
 

@@ -49,6 +49,8 @@ class FontTable {
     }
   }
   size_t Count() const { return rows_.Count(); }
+  // Another number after each change of the fonts and their workgroups.
+  uint64_t Revision() const { return revision_; }
 
  private:
   struct Row {
@@ -74,6 +76,7 @@ class FontTable {
   Column byFamily_{[](const Row& row) { return row.family.Number(); }, {}};
   Column byFamilyID_{[](const Row& row) { return row.font.familyID; }, {}};
   Column byPath_{[](const Row& row) { return row.font.path.Number(); }, {}};
+  uint64_t revision_ = 0;
   SharedText lastFamily_, lastLowercase_;  // the faces of a family come together
 };
 

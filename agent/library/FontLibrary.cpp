@@ -118,6 +118,7 @@ void FontLibrary::FinishScan() {
   WriteScanLog();
   activations_.Reconcile();
   events_.scanFinished(hadProgress_);
+  TellOfChanges();
   if (!scanAgain_) return;
   scanAgain_ = false;
   Rescan();
@@ -137,6 +138,13 @@ void FontLibrary::FreshenSystemFonts(bool now) {
   if (!now && time - lastFreshened_ < kSystemFontsAge) return;
   lastFreshened_ = time;
   scanner_.RefreshSystemFonts();
+  if (!scanner_.IsRunning()) TellOfChanges();
+}
+
+void FontLibrary::TellOfChanges() {
+  if (toldRevision_ == table_.Revision()) return;
+  toldRevision_ = table_.Revision();
+  events_.fontsChanged();
 }
 
 void FontLibrary::Finish() {

@@ -29,6 +29,7 @@ struct LibraryEvents {
   std::function<void(const ScanProgress&)> scanProgress;  // at most every 0.1 seconds; never in a short scan
   // `hadProgress` is true if the scan called scanProgress.
   std::function<void(bool hadProgress)> scanFinished;
+  std::function<void()> fontsChanged;  // there are other fonts than before; after the scan that has found that
   // The client asked to activate the font for a design, and "refused" in the configuration names the font.
   std::function<void(ClientID client, uint32_t fontID)> designRefused;
   std::function<void()> listsChanged;  // smart lists have changed, or what they are made of: sets and smart sets
@@ -80,6 +81,7 @@ class FontLibrary {
   void WriteScanLog() const;
   void ReportUnwritable();
   void StoreAgain();
+  void TellOfChanges();
 
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);  // posted steps check whether this object still exists
   platform::RunLoop& loop_;
@@ -100,6 +102,7 @@ class FontLibrary {
   bool hadProgress_ = false;     // the scan that is running called scanProgress
   bool scanAgain_ = false;       // after the scan that is running
   double lastFreshened_ = 0;     // on the steady clock, in seconds
+  uint64_t toldRevision_ = 0;    // of the table when fontsChanged was called last
   bool saidUnwritable_ = false;  // reported that user.db cannot be written
 };
 

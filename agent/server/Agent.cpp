@@ -126,6 +126,7 @@ LibraryEvents Agent::MakeLibraryEvents() {
     dispatcher_.Release();
     webFonts_.Update();
   };
+  events.fontsChanged = [this] { Notify({{"notify", PluginInterface::kPanelDataChanged}}); };
   events.designRefused = [this](uint32_t client, uint32_t fontID) {
     const auto found = clients_.find(client);
     if (found == clients_.end() || !found->second.activatesDesigns || !found->second.wantsNotifications) return;

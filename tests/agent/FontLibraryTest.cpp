@@ -69,6 +69,7 @@ class FontLibraryTest : public testing::Test {
       hadProgress_ = hadProgress;
       ++scans_;
     };
+    events.fontsChanged = [this] { ++changes_; };
     events.report = [this](const std::string& line) { reports_.push_back(line); };
     active_.clear();
     library_ = std::make_unique<FontLibrary>(configuration_, loop_, events);
@@ -118,6 +119,7 @@ class FontLibraryTest : public testing::Test {
   std::vector<ScanProgress> progress_;
   bool hadProgress_ = false;
   int scans_ = 0;
+  int changes_ = 0;
 };
 
 const std::string kBold = kLiberation + "LiberationSerif-Bold.ttf";
@@ -191,6 +193,14 @@ TEST_F(FontLibraryTest, AnUnchangedFileIsNotReadAgainAndAChangedOneIs) {
   Start();
   EXPECT_EQ(IDOf("LiberationSerif-Bold"), 0u);
   EXPECT_NE(IDOf("LiberationMono-Bold"), id);
+
+  // Panels read their lists again when they are told of other fonts, and only then.
+  changes_ = 0;
+  Rescan();
+  EXPECT_EQ(changes_, 0);
+  fs::remove(path);
+  Rescan();
+  EXPECT_EQ(changes_, 1);
 }
 
 TEST_F(FontLibraryTest, AFullDiskIsToldAndCostsNothingOnceThereIsRoomAgain) {

@@ -103,6 +103,7 @@ class KillTest : public testing::Test {
     events.activated = events.deactivated = events.missing = [](uint32_t) {};
     events.scanProgress = [](const ScanProgress&) {};
     events.scanFinished = [&](bool) { isScanned = true; };
+    events.fontsChanged = [] {};
     events.report = [](const std::string& line) { ADD_FAILURE() << line; };
     auto library = std::make_unique<FontLibrary>(configuration_, loop, events);
     library->Start();

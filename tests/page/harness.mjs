@@ -27,12 +27,20 @@ export class Host {
     fonts.forEach((folder, i) => fs.cpSync(folder, path.join(this.library, `${i}`), {recursive: true, dereference: true}));
   }
 
+  // Returns a new folder with so many tiny fonts.
+  makeTinyFonts(count) {
+    const prepared = path.join(this.folder, `tiny-${count}`);
+    execFileSync(path.join(process.env.BUILD, 'tests/page/make_fonts'), [prepared, count]);
+    return prepared;
+  }
+
   // Adds so many tiny fonts to the library at once, so that one scan reads them all.
   addTinyFonts(count) {
-    const name = `tiny-${count}`;
-    const prepared = path.join(this.folder, name);
-    execFileSync(path.join(process.env.BUILD, 'tests/page/make_fonts'), [prepared, count]);
-    fs.renameSync(prepared, path.join(this.library, name));
+    fs.renameSync(this.makeTinyFonts(count), path.join(this.library, `tiny-${count}`));
+  }
+
+  nexctl(...words) {
+    execFileSync(path.join(process.env.BUILD, 'app/nexctl/nexctl'), ['--state', this.state, ...words]);
   }
 
   // Resolves with the panel's address.

@@ -113,6 +113,21 @@ test('the selected list is remembered', async () => {
   await countIs(/^\d\d fonts$/);
 });
 
+test('web fonts are enabled from the page, which follows when somebody else disables them', async () => {
+  await list('All fonts').click();
+  await search('tiny');
+  host.nexctl('webfonts', 'folder', host.makeTinyFonts(4));
+  await page.reload();
+  await page.click('#web-fonts-on');
+  await page.locator('#web-fonts .text', {hasText: 'Web fonts are on'}).waitFor();
+  await search('tiny');
+  await row('Tiny0-Bold').waitFor();
+  assert.ok(await page.locator('#web-fonts-on').isHidden());
+  host.nexctl('webfonts', 'disable');
+  await page.locator('#web-fonts-on').waitFor();
+  await row('Tiny0-Bold').waitFor({state: 'hidden'});
+});
+
 test('progress of a scan moves', async () => {
   await list('All fonts').click();
   // A fast machine reads a small library between two steps of the progress.
@@ -230,7 +245,35 @@ test('a newer page takes the place of an older one', async () => {
   await page.locator('#banner', {hasText: 'another window'}).waitFor();
   await page.click('#banner button');
   await row('LiberationSerif-Bold').waitFor();
+  await second.locator('#banner', {hasText: 'einem anderen Fenster'}).waitFor();
   assert.deepEqual(second.faults, []);
+});
+
+test('a window of its own has the size again that it had last', async () => {
+  const tab = await openPanel(browser, address, {viewport: null});
+  const openWindow = async (size) => {
+    const opening = tab.waitForEvent('popup');
+    await tab.evaluate((features) => void window.open(location.href, '', features), `popup,${size}`);
+    return opening;
+  };
+  const isAsLarge = ([width, height]) => innerWidth === width && innerHeight === height;
+  const first = await openWindow('width=500,height=400');
+  await first.waitForFunction(isAsLarge, [260, 350]);
+  const size = await first.evaluate(() => new Promise((resolve) => {
+    const send = WebSocket.prototype.send;
+    WebSocket.prototype.send = function (text) {
+      send.call(this, text);
+      if (text.includes('windowWidth')) resolve([innerWidth, innerHeight]);
+    };
+    resizeTo(530, 620);
+  }));
+  await first.close();
+  const second = await openWindow('width=500,height=400');
+  await second.waitForFunction(isAsLarge, size);
+  await tab.context().close();
+  await page.locator('#banner', {hasText: 'another window'}).waitFor();
+  await page.click('#banner button');
+  await row('LiberationSerif-Bold').waitFor();
 });
 
 test('the page has had no fault', () => {
