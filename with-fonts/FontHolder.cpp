@@ -29,6 +29,7 @@ namespace with_fonts {
 using namespace GlyphsureSupport;
 using platform::Array;
 using platform::Dictionary;
+using platform::FontSnapshot;
 
 // A font that the document needs.
 struct FontHolder::Wanted {
@@ -62,14 +63,17 @@ Dictionary RecordOf(const docfonts::Font& font, const std::string& name) {
 
 FontActivationTracker& Tracker() { return *MarquineGlobals::GetSharedFontActivationTracker(); }
 
-void AwaitListing(const std::string& identifier) {
-  platform::WaitUntil(kUntilListed, [&identifier] {
-    const auto listed = platform::GetFontSnapshot();
-    const auto fonts = Tracker().GetOpenFontsForIdentifier(identifier);
+// Returns what is active then.
+std::shared_ptr<const FontSnapshot> AwaitListing(const std::string& identifier) {
+  const auto fonts = Tracker().GetOpenFontsForIdentifier(identifier);
+  std::shared_ptr<const FontSnapshot> listed;
+  platform::WaitUntil(kUntilListed, [&] {
+    listed = platform::GetFontSnapshot();
     return std::all_of(fonts.begin(), fonts.end(), [&listed](const auto& font) {
       return listed->postScriptNames.contains(font.postScriptName.Text());
     });
   });
+  return listed;
 }
 
 // Whatever the preferences say: this program closes documents only to give their fonts back.
@@ -107,26 +111,26 @@ std::string FontHolder::Connect() {
   return "automatic activation is switched off in the preferences of the state folder; no font is activated";
 }
 
-std::vector<FontHolder::Wanted> FontHolder::WantedOf(const docfonts::Report& report) {
-  const auto system = platform::GetFontSnapshot();
+std::vector<FontHolder::Wanted> FontHolder::WantedOf(const docfonts::Report& report,
+                                                     const platform::FontSnapshot& system) {
   std::vector<Wanted> wanted;
   for (const docfonts::Font& font : report.fonts) {
-    if (!IsNeeded(font, *system)) continue;
+    if (!IsNeeded(font, system)) continue;
     Wanted one{&font, font.style ? "" : font.name};
-    one.wasActive = IsActive(font, one.name, *system);
+    one.wasActive = IsActive(font, one.name, system);
     if (!one.wasActive && font.style) {
       one.name = FindPostScriptName(*font.style);
-      one.wasActive = IsActive(font, one.name, *system);
+      one.wasActive = IsActive(font, one.name, system);
     }
     wanted.push_back(std::move(one));
   }
   return wanted;
 }
 
-FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& document) {
-  const auto system = platform::GetFontSnapshot();
+FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& document,
+                          const platform::FontSnapshot& system) {
   const docfonts::Font& font = *wanted.font;
-  FontUse use{font.name, EUse::kMissing, FileOf(font, wanted.name, *system)};
+  FontUse use{font.name, EUse::kMissing, FileOf(font, wanted.name, system)};
   const auto open = Tracker().GetOpenFontsForIdentifier(document.GetIdentifier());
   const auto opened = std::find_if(open.begin(), open.end(),
                                    [&wanted](const auto& info) { return info.postScriptName.Text() == wanted.name; });
@@ -135,7 +139,7 @@ FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& docume
   if (!path.empty()) use.file = path;
   if (wanted.wasActive) {
     use.use = EUse::kActive;
-  } else if (IsActive(font, wanted.name, *system)) {
+  } else if (IsActive(font, wanted.name, system)) {
     use.use = EUse::kActivated;
   } else if (Contains(document.GetNoncompliantFonts(), wanted.name)) {
     use.use = EUse::kRefused;
@@ -150,7 +154,9 @@ FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& docume
 DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& report) {
   DocumentFonts result{report.file, {}, report.problems};
   if (AllTrackedDocuments::FindTrackedDocumentByPath(path)) return result;
-  const std::vector<Wanted> wanted = WantedOf(report);
+  // Reading what is active takes some milliseconds each time, so do it once before and once after the activation.
+  const auto before = platform::GetFontSnapshot();
+  const std::vector<Wanted> wanted = WantedOf(report, *before);
   Array extra = Array::Create();
   for (const Wanted& one : wanted) {
     if (!one.wasActive && !one.name.empty()) extra.Append(RecordOf(*one.font, one.name));
@@ -159,13 +165,13 @@ DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& 
   document->SetIdentifier(FontActivationTracker::GenerateUniqueIdentifier());
   AllTrackedDocuments::AddDocument(document, path);
   // First, because the tracker keeps what it learns first: whether a font was active without this program.
-  HoldFontsOfOthers(document->GetIdentifier(), wanted);
+  HoldFontsOfOthers(document->GetIdentifier(), wanted, *before);
   int activated = 0;
   const TModuleErrorCode code =
       CommonFunctionality::ActivateFontsForDocumentSilently(true, true, activated, path, extra, document.get());
   if (code == kFontsRefused) result.problems.push_back("some of its fonts must not be activated, so none is");
-  AwaitListing(document->GetIdentifier());
-  for (const Wanted& one : wanted) result.fonts.push_back(UseOf(one, *document));
+  const auto after = AwaitListing(document->GetIdentifier());
+  for (const Wanted& one : wanted) result.fonts.push_back(UseOf(one, *document, *after));
   return result;
 }
 
@@ -190,13 +196,13 @@ DocumentFonts FontHolder::Predict(const docfonts::Report& report) {
 
 // A font that is active for another client of the agent counts as active, and the plug-in's logic leaves it alone. It
 // would be given back with that client, so hold it for this document, too.
-void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted) {
+void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
+                                   const FontSnapshot& system) {
   FontManagerInterface& manager = *FontManagerInterface::sm_pFontManager;
-  const auto system = platform::GetFontSnapshot();
   Array others = Array::Create();
   for (const Wanted& one : wanted) {
     if (!one.wasActive) continue;
-    const platform::ActiveFont* face = FindActive(*one.font, one.name.empty() ? one.font->name : one.name, *system);
+    const platform::ActiveFont* face = FindActive(*one.font, one.name.empty() ? one.font->name : one.name, system);
     if (!face || !face->file.starts_with(source_.activeFolder + "/")) continue;
     std::vector<uint64_t> ids;
     manager.FontIDsForPostScriptName(face->postScriptName, FontManagerInterface::kAllWorkgroupsID, ids);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "docfonts/Report.h"
+#include "platform/Fonts.h"
 #include "with-fonts/DocumentFonts.h"
 
 class OneTrackedDocument;
@@ -49,9 +50,10 @@ class FontHolder {
 
  private:
   struct Wanted;
-  static std::vector<Wanted> WantedOf(const docfonts::Report& report);
-  static FontUse UseOf(const Wanted& wanted, const OneTrackedDocument& document);
-  void HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted);
+  static std::vector<Wanted> WantedOf(const docfonts::Report& report, const platform::FontSnapshot& system);
+  static FontUse UseOf(const Wanted& wanted, const OneTrackedDocument& document, const platform::FontSnapshot& system);
+  void HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
+                         const platform::FontSnapshot& system);
 
   const FontSource source_;
 };
