@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 
 #include "Bridge/FontManagerInterface.h"
@@ -171,7 +172,17 @@ DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& 
       CommonFunctionality::ActivateFontsForDocumentSilently(true, true, activated, path, extra, document.get());
   if (code == kFontsRefused) result.problems.push_back("some of its fonts must not be activated, so none is");
   const auto after = AwaitListing(document->GetIdentifier());
-  for (const Wanted& one : wanted) result.fonts.push_back(UseOf(one, *document, *after));
+  for (const Wanted& one : wanted) {
+    result.fonts.push_back(UseOf(one, *document, *after));
+    const platform::ActiveFont* face = FindActive(*one.font, one.name, *after);
+    // The agent uses hard links where it can.
+    const bool isLinked = face && face->file.starts_with(source_.activeFolder + "/");
+    if (source_.isForSandbox && isLinked && std::filesystem::is_symlink(face->file)) {
+      result.problems.push_back(one.font->name +
+                                ": the program's sandbox can't see it, because its file is on another "
+                                "file system than your font folder");
+    }
+  }
   return result;
 }
 

@@ -16,10 +16,11 @@ namespace with_fonts {
 
 // Where the fonts come from.
 struct FontSource {
-  std::string stateFolder;   // of the agent; set up (agent/client/StateFolder.h)
-  std::string agentProgram;  // which is started if no agent runs
-  std::string activeFolder;  // in which the agent keeps the links of active fonts
-  std::string linksFolder;   // gets links to the fonts, while the agent activates nothing; empty for the agent's way
+  std::string stateFolder;    // of the agent; set up (agent/client/StateFolder.h)
+  std::string agentProgram;   // which is started if no agent runs
+  std::string activeFolder;   // in which the agent keeps the links of active fonts
+  bool isForSandbox = false;  // the fonts are for a program that does not see what symbolic links point to
+  std::string linksFolder;    // gets links to the fonts, while the agent activates nothing; empty for the agent's way
 };
 
 class FontHolder {

@@ -1,15 +1,12 @@
 #include "with-fonts/RunningInstances.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "platform/Files.h"
 #include "with-fonts/OpenFiles.h"
+#include "with-fonts/ProgramPath.h"
 
 namespace with_fonts {
 
@@ -23,17 +20,6 @@ std::string RealPath(const std::string& path) {
   std::error_code error;
   const std::string real = fs::canonical(path, error).string();
   return error ? "" : real;
-}
-
-std::string FindProgram(const std::string& name) {
-  if (name.find('/') != std::string::npos) return RealPath(name);
-  const char* path = std::getenv("PATH");
-  std::istringstream folders(path ? path : "/usr/local/bin:/usr/bin:/bin");
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    const std::string file = (folder.empty() ? "." : folder) + "/" + name;
-    if (platform::FileExists(file) && access(file.c_str(), X_OK) == 0) return RealPath(file);
-  }
-  return "";
 }
 
 bool IsScript(const std::string& file) {
@@ -66,7 +52,7 @@ std::vector<std::string> CommandLineOf(const std::string& folder) {
 
 RunningInstances::RunningInstances(const std::vector<std::string>& words, const std::vector<std::string>& documents) {
   for (const std::string& document : documents) documents_.push_back(RealPath(document));
-  const std::string file = FindProgram(words[0]);
+  const std::string file = PathOfProgram(words[0]);
   if (file.empty()) return;
   if (IsScript(file)) {
     const std::string folder = fs::path(file).parent_path().string();

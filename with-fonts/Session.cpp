@@ -17,6 +17,7 @@
 #include "platform/FontConfiguration.h"
 #include "platform/PlainText.h"
 #include "with-fonts/KeptFonts.h"
+#include "with-fonts/ProgramPath.h"
 #include "with-fonts/ProgramRun.h"
 #include "with-fonts/SaveWatch.h"
 #include "with-fonts/Watcher.h"
@@ -121,6 +122,9 @@ void Session::Write(const DocumentFonts& fonts) {
 }
 
 std::string Session::ServeDocuments() {
+  source_.isForSandbox = options_.RunsProgram() && IsSandboxed(options_.words);
+  if (source_.isForSandbox && options_.isPrivate)
+    return "--private can't reach a program in a sandbox; no font is activated";
   std::string problem = SetUp();
   if (problem.empty()) problem = keeper_.Start(source_, privateFonts_);
   if (!problem.empty()) return problem;

@@ -201,6 +201,20 @@ TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
   EXPECT_EQ(Json::parse(json.output)["fonts"][0]["use"], "found") << json.output;
 }
 
+TEST_F(WithFonts, AFontThatASandboxCannotSeeIsNamed) {
+  Script("flatpak/exports/bin/app", "");
+  EXPECT_THAT(Run("flatpak/exports/bin/app " + kPoster).errors, testing::Not(HasSubstr("sandbox")));
+  EXPECT_THAT(Run("--private flatpak/exports/bin/app " + kPoster).errors,
+              HasSubstr("can't reach a program in a sandb"));
+  // Fonts on another file system can only be linked symbolically.
+  const std::string other = "/dev/shm/" + std::filesystem::path(folder_.Path()).filename().string();
+  std::filesystem::copy(folder_ / "home/Fonts", other);
+  const Outcome run = Run("--library " + other + " flatpak/exports/bin/app " + kPoster);
+  std::filesystem::remove_all(other);
+  EXPECT_THAT(run.errors, HasSubstr("NimbusSans-Bold: the program's sandbox can't see it"));
+  EXPECT_EQ(run.status, 0);
+}
+
 TEST_F(WithFonts, ASavedDocumentGetsIdentification) {
   const auto slugs = [this](const std::string& document) {
     return test_support::RunLine(
