@@ -42,6 +42,37 @@ std::string Contradiction(const Options& options) {
   return options.noRun || options.dryRun ? "no document named; see --help" : "no program named; see --help";
 }
 
+// The sections of the manual after the options.
+constexpr const char* kNotes =
+    ".SH PROGRAMS THAT ARE RUNNING ALREADY\n"
+    "Some programs pass the document to a running instance and end at once. Then the fonts stay until that instance\n"
+    "ends, while with-fonts itself returns. After the program's end with-fonts looks for processes of the same user\n"
+    "that have one of the documents open, or that run the program's file or, if that is a script, a program in the\n"
+    "script's own folder.\n"
+    ".SH PROGRAMS IN A SANDBOX\n"
+    "Programs of Flatpak and Snap see the fonts that are linked into your font folder, if font files and folder are\n"
+    "on one file system. A line names each font that such a program can't see.\n"
+    ".SH IDENTIFICATION\n"
+    "With\n"
+    ".B \\-\\-identify\n"
+    "a document that the program has saved gets data by which exactly these font files are found again, on another\n"
+    "day or another machine. It is written into the document's XMP metadata, once nobody has the file open, and the\n"
+    "document keeps its date. Kinds of documents without such metadata stay as they are.\n"
+    ".SH WATCHED FOLDERS\n"
+    "With\n"
+    ".B \\-\\-watch\n"
+    "the fonts of a document are activated when a program opens it, and given back when the program ends. Most\n"
+    "programs close a document as soon as they have read it. If a program has closed it before it was noticed,\n"
+    "nobody knows which one it was, and the fonts stay for a minute.\n"
+    ".SH FILES\n"
+    "The library and all state are in the state folder, by default ~/.local/state/velorant/desktop. Its first library\n"
+    "is the folder ~/Fonts;\n"
+    ".B nexctl library add\n"
+    "adds others.\n"
+    ".SH EXIT STATUS\n"
+    "That of the program. 127 if there is no such program, 126 if it cannot be run, 2 for a wrong option. If a signal\n"
+    "ended the program, with-fonts ends by the same signal.\n";
+
 }  // namespace
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
@@ -90,35 +121,7 @@ std::string ManualPage() {
          ".PP\n"
          "A font that is missing is never replaced. The line names the nearest fonts of the library as a suggestion.\n"
          ".SH OPTIONS\n" +
-         platform::ManualLines(OptionTable(none)) +
-         ".SH PROGRAMS THAT ARE RUNNING ALREADY\n"
-         "Some programs pass the document to a running instance and end at once. Then the fonts stay until that instance\n"
-         "ends, while with-fonts itself returns. After the program's end with-fonts looks for processes of the same user\n"
-         "that have one of the documents open, or that run the program's file or, if that is a script, a program in the\n"
-         "script's own folder.\n"
-         ".SH PROGRAMS IN A SANDBOX\n"
-         "Programs of Flatpak and Snap see the fonts that are linked into your font folder, if font files and folder are\n"
-         "on one file system. A line names each font that such a program can't see.\n"
-         ".SH IDENTIFICATION\n"
-         "With\n"
-         ".B \\-\\-identify\n"
-         "a document that the program has saved gets data by which exactly these font files are found again, on another\n"
-         "day or another machine. It is written into the document's XMP metadata, once nobody has the file open, and the\n"
-         "document keeps its date. Kinds of documents without such metadata stay as they are.\n"
-         ".SH WATCHED FOLDERS\n"
-         "With\n"
-         ".B \\-\\-watch\n"
-         "the fonts of a document are activated when a program opens it, and given back when the program ends. Most\n"
-         "programs close a document as soon as they have read it. If a program has closed it before it was noticed,\n"
-         "nobody knows which one it was, and the fonts stay for a minute.\n"
-         ".SH FILES\n"
-         "The library and all state are in the state folder, by default ~/.local/state/velorant/desktop. Its first library\n"
-         "is the folder ~/Fonts;\n"
-         ".B nexctl library add\n"
-         "adds others.\n"
-         ".SH EXIT STATUS\n"
-         "That of the program. 127 if there is no such program, 126 if it cannot be run, 2 for a wrong option. If a signal\n"
-         "ended the program, with-fonts ends by the same signal.\n";
+         platform::ManualLines(OptionTable(none)) + kNotes;
 }
 
 }  // namespace with_fonts
