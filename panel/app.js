@@ -110,6 +110,8 @@ function connectWebFonts(link, notices) {
     show();
   };
   link.on(Message.canAccessWebFonts, ({canAccessGoogleFonts}) => (box.hidden = !canAccessGoogleFonts));
+  // Comes whenever libraries and their folders have changed, also the folder of web fonts.
+  link.on([Message.typekitEnabled, Message.typekitDisabled], () => link.send(Message.canAccessWebFonts));
   link.on(Message.areWebFontsEnabled, ({isEnabled}) => set(isEnabled !== 0));
   link.on(Message.webFontsEnabled, () => set(true));
   link.on(Message.webFontsDisabled, () => set(false));

@@ -44,6 +44,8 @@ export const Message = Object.freeze({
   wentOffline: 61,
   wentOnline: 62,
   offlineDownloadFinished: 63,
+  typekitEnabled: 64,
+  typekitDisabled: 65,
   startPanelInfo: 66,
   serverProgress: 68,
   serverStopped: 69,

@@ -116,11 +116,10 @@ test('the selected list is remembered', async () => {
 test('web fonts are enabled from the page, which follows when somebody else disables them', async () => {
   await list('All fonts').click();
   await search('tiny');
+  assert.ok(await page.locator('#web-fonts').isHidden());
   host.nexctl('webfonts', 'folder', host.makeTinyFonts(4));
-  await page.reload();
   await page.click('#web-fonts-on');
   await page.locator('#web-fonts .text', {hasText: 'Web fonts are on'}).waitFor();
-  await search('tiny');
   await row('Tiny0-Bold').waitFor();
   assert.ok(await page.locator('#web-fonts-on').isHidden());
   host.nexctl('webfonts', 'disable');
