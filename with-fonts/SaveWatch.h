@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/Descriptor.h"
-#include "with-fonts/FileStamp.h"
+#include "platform/FileStamp.h"
 
 namespace with_fonts {
 
@@ -27,7 +27,7 @@ class SaveWatch {
  private:
   const std::function<void(const std::string& path)> take_;
   platform::Descriptor notify_;
-  std::map<std::string, FileStamp> documents_;
+  std::map<std::string, platform::FileStamp> documents_;
 };
 
 }  // namespace with_fonts

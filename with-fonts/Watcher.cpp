@@ -8,8 +8,8 @@
 #include <optional>
 #include <utility>
 
+#include "platform/FileStamp.h"
 #include "with-fonts/Documents.h"
-#include "with-fonts/FileStamp.h"
 #include "with-fonts/OpenFiles.h"
 
 namespace with_fonts {
@@ -22,7 +22,7 @@ constexpr int kBetweenLooks = 1000;  // milliseconds
 }  // namespace
 
 struct Watcher::Known {
-  FileStamp stamp;
+  platform::FileStamp stamp;
   docfonts::Report report;
 };
 
@@ -38,7 +38,7 @@ Watcher::~Watcher() = default;
 
 const docfonts::Report& Watcher::ReportOf(const std::string& path) {
   // Taken before reading: a change in between is seen at the next opening.
-  const FileStamp stamp = FileStamp::Of(path);
+  const platform::FileStamp stamp = platform::FileStamp::Of(path);
   const auto found = known_.find(path);
   if (found != known_.end() && found->second.stamp == stamp) return found->second.report;
   if (known_.size() >= kMostKnown) known_.clear();
@@ -54,7 +54,7 @@ const docfonts::Report& Watcher::ReportOf(const std::string& path) {
 
 void Watcher::Notice(const std::string& path) {
   const auto old = used_.find(path);
-  const bool isKnown = known_.contains(path) && known_[path].stamp == FileStamp::Of(path);
+  const bool isKnown = known_.contains(path) && known_[path].stamp == platform::FileStamp::Of(path);
   // Reading the document opens it, too. That is no use of it.
   const pid_t user = UserOf(path);
   if (user == 0 && isKnown) return;

@@ -1,7 +1,5 @@
 #include "frameworks/VelorantPlugins/Preferences.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -46,12 +44,6 @@ void Preferences::Override(const Dictionary& values) {
   for (size_t i = 0; i < values.Count(); ++i) overrides_.Set(values.KeyAt(i), values.ValueAt(i));
 }
 
-Preferences::Stamp Preferences::StampOf(const std::string& path) {
-  struct stat info;
-  if (stat(path.c_str(), &info) != 0) return {};
-  return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size), info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
-}
-
 void Preferences::Report(const std::string& problem) {
   if (problem == reported_) return;
   reported_ = problem;
@@ -61,7 +53,7 @@ void Preferences::Report(const std::string& problem) {
 // Another program may have changed the file since it was read.
 void Preferences::Refresh(bool isLocked) {
   const std::string& path = platform::GetPlaces().preferencesFile;
-  const Stamp stamp = StampOf(path);
+  const auto stamp = platform::FileStamp::Of(path);
   if (isRead_ && path == path_ && stamp == stamp_) return;
   path_ = path;
   isRead_ = true;
@@ -188,5 +180,5 @@ void Preferences::Store() {
     Report(path_ + ": " + platform::DescribeError(error) + "; the change is not stored");
     return;
   }
-  stamp_ = StampOf(path_);
+  stamp_ = platform::FileStamp::Of(path_);
 }

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/FileStamp.h"
 #include "platform/Value.h"
 
 class Preferences {
@@ -36,14 +37,6 @@ class Preferences {
   void Remove(std::string_view key);
 
  private:
-  // Identifies one state of the file.
-  struct Stamp {
-    uint64_t device = 0, inode = 0, size = 0;
-    int64_t seconds = -1, nanoseconds = 0;  // last modification; -1 without a file
-    bool operator==(const Stamp&) const = default;
-  };
-  static Stamp StampOf(const std::string& path);
-
   platform::Value ValueOf(std::string_view key);
   void Refresh(bool isLocked = false);
   std::string Read();
@@ -55,7 +48,7 @@ class Preferences {
   platform::Dictionary values_ = platform::Dictionary::Create();  // the file's contents
   platform::Dictionary overrides_ = platform::Dictionary::Create();
   std::string path_;
-  Stamp stamp_;
+  platform::FileStamp stamp_;
   bool isRead_ = false;
   bool isFileKept_ = false;  // the file could not be read and must not be replaced
   std::string reported_;     // the last problem, to report it only once

@@ -1,4 +1,5 @@
-// Identifies one state of a file, to notice changes.
+// Identifies one state of a file, to notice that it was changed or replaced. Take it before reading the file: a change
+// in between then shows the next time.
 #pragma once
 
 #include <sys/stat.h>
@@ -6,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-namespace with_fonts {
+namespace platform {
 
 struct FileStamp {
   uint64_t device = 0, inode = 0, size = 0;
@@ -21,4 +22,4 @@ struct FileStamp {
   }
 };
 
-}  // namespace with_fonts
+}  // namespace platform
