@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 
+#include "agent/client/AgentConnection.h"
 #include "agent/client/AgentProcess.h"
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
@@ -63,6 +64,9 @@ class ScanProgress {
 };
 
 }  // namespace
+
+AgentLink::AgentLink(const Sandbox& sandbox) : sandbox_(sandbox) {}
+AgentLink::~AgentLink() = default;
 
 std::string AgentLink::Start(LibrarySummary* summary) {
   if (sandbox_.HasNewAgentConfiguration()) {

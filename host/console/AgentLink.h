@@ -6,11 +6,14 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "agent/client/AgentConnection.h"
+namespace agent_client {
+class AgentConnection;
+}
 
 namespace console {
 
@@ -30,7 +33,8 @@ struct LibrarySummary {
 
 class AgentLink {
  public:
-  explicit AgentLink(const Sandbox& sandbox) : sandbox_(sandbox) {}
+  explicit AgentLink(const Sandbox& sandbox);
+  ~AgentLink();
 
   // Starts the agent if none is running, waits until it has read its library, and shows the progress. Returns an empty
   // text or one line; everything else works without an agent.
@@ -55,12 +59,12 @@ class AgentLink {
   std::string FileOf(uint32_t fontID);
 
  private:
-  using NotificationHandler = agent_client::AgentConnection::NotificationHandler;
+  using NotificationHandler = std::function<void(const nlohmann::json&)>;
   std::string Launch();
   bool Connect();
   std::string ReadReport(LibrarySummary* summary);
   std::string LastWords() const;
-  void Deliver(const agent_protocol::Json& notification);
+  void Deliver(const nlohmann::json& notification);
   void Observe(NotificationHandler observer);  // one at a time
   template <class C>
   std::optional<typename C::Result> Ask(const typename C::Arguments& arguments);
