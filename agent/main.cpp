@@ -5,8 +5,10 @@
 
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
+#include "agent/client/StateFolder.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/server/Agent.h"
 #include "agent/store/Configuration.h"
@@ -99,11 +101,24 @@ int Run(const agent::Configuration& configuration) {
   return agent.IsLost() ? 1 : 0;
 }
 
+// A service manager, or a program that only asks, may start the agent of a user who has none yet. Returns one line if that
+// fails.
+std::string SetUpUserFolder(const std::string& stateFolder) {
+  const bool isNew = !platform::FileExists(stateFolder + "/" + agent_protocol::kConfigurationName);
+  if (!isNew || stateFolder != platform::UserStateFolder()) return "";
+  std::error_code error;
+  const std::string self = std::filesystem::read_symlink("/proc/self/exe", error).string();
+  agent_client::StoredSetup stored;
+  return agent_client::SetUpStateFolder(agent_client::DesktopSetup(stateFolder, self, platform::GetPlaces().home),
+                                        &stored);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   if (count != 2) return Fail("usage: Nexcore STATE-FOLDER", kBadArgument);
-  std::string error;
+  std::string error = SetUpUserFolder(arguments[1]);
+  if (!error.empty()) return Fail(error, 1);
   const auto configuration = agent::ReadConfiguration(arguments[1], error);
   if (!configuration) return Fail(error, kBadArgument);
   SetPlaces(*configuration);

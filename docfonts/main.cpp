@@ -16,6 +16,7 @@
 
 #include "Identification/FontNames.h"
 #include "Readers/XMPFontMetadata.h"
+#include "agent/client/StateFolder.h"
 #include "docfonts/FileWalk.h"
 #include "docfonts/FontCollector.h"
 #include "docfonts/Options.h"
@@ -164,18 +165,6 @@ int Program::Run() {
   return status_;
 }
 
-void SetState(const std::string& given) {
-  const std::string folder = std::filesystem::absolute(given).string();
-  platform::Places places;
-  places.fileSystemRoot = folder + "/root";
-  places.home = folder + "/home";
-  places.runtime = folder + "/run";
-  places.fontConfigFile = folder + "/fonts.conf";
-  places.preferencesFile = folder + "/preferences.plist";
-  places.logs = folder + "/logs";
-  platform::SetPlaces(places);
-}
-
 int Print(const std::string& text) {
   return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? kAllRead : kNotAllRead;
 }
@@ -189,7 +178,9 @@ int Main(const std::vector<std::string>& arguments) {
   if (options.help) return Print(HelpText());
   if (options.version) return Print(platform::VersionLine("docfonts"));
   if (!options.completion.empty()) return Print(CompletionText(options.completion));
-  if (!options.state.empty()) SetState(options.state);
+  const bool isDesktop = options.state.empty();
+  const std::string state = isDesktop ? platform::UserStateFolder() : std::filesystem::absolute(options.state).string();
+  platform::SetPlaces(agent_client::PlacesOf(state, isDesktop));
   return Program(options).Run();
 }
 

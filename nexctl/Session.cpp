@@ -63,7 +63,8 @@ std::string DescribeCode(agent_protocol::ResultCode code) {
 Session::Session(const std::string& stateFolder, const NotificationHandler& onNotification)
     : stateFolder_(StateFolderNamed(stateFolder)) {
   if (Connect(onNotification)) return;
-  if (!platform::FolderExists(stateFolder_)) {
+  // The agent sets up the user's own folder.
+  if (!platform::FolderExists(stateFolder_) && stateFolder_ != StateFolderNamed("")) {
     throw Failure(stateFolder_ + ": there is no state folder of a font manager; --state names another");
   }
   Launch(onNotification);

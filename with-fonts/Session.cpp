@@ -61,10 +61,8 @@ std::string Session::SetUp() {
   const fs::path app = fs::path(platform::Bundle::Main()->Folder()).parent_path();
   source_.stateFolder = Absolute(options_.state.empty() ? platform::UserStateFolder() : options_.state);
   source_.agentProgram = app / "agent" / agent_protocol::kAgentName;
-  agent_client::StateFolderSetup setup{source_.stateFolder, source_.agentProgram};
+  auto setup = agent_client::DesktopSetup(source_.stateFolder, source_.agentProgram, home);
   for (const std::string& folder : options_.library) setup.library.push_back(Absolute(folder));
-  setup.newLibrary = {home + "/Fonts"};
-  setup.newDesktop = true;
   agent_client::StoredSetup stored;
   if (std::string problem = agent_client::SetUpStateFolder(setup, &stored); !problem.empty()) return problem;
   source_.activeFolder = agent_client::ActiveFolderOf(source_.stateFolder, stored.isDesktop, home);

@@ -79,6 +79,14 @@ std::string ReplaceIfOther(const std::string& path, const std::string& content, 
   return error ? Problem(path, error) : "";
 }
 
+StateFolderSetup DesktopSetup(const std::string& stateFolder, const std::string& agentProgram,
+                              const std::string& home) {
+  StateFolderSetup setup{stateFolder, agentProgram};
+  setup.newLibrary = {home + "/Fonts"};
+  setup.newDesktop = true;
+  return setup;
+}
+
 std::string SetUpStateFolder(const StateFolderSetup& setup, StoredSetup* stored) {
   std::string problem = MakeFolders(setup.stateFolder);
   if (problem.empty()) problem = WriteLaunchConfiguration(setup);

@@ -25,6 +25,10 @@ struct StateFolderSetup {
   bool newDesktop = false;                // what a folder gets that has nothing stored
 };
 
+// For a state folder whose fonts are for the user's desktop: what is stored stays, and the first library is the folder
+// "Fonts" of the user. `home` is the user's home folder.
+StateFolderSetup DesktopSetup(const std::string& stateFolder, const std::string& agentProgram, const std::string& home);
+
 struct StoredSetup {
   std::vector<std::string> library;
   bool isDesktop = false;

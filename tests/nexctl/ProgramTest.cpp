@@ -153,6 +153,17 @@ TEST_F(Nexctl, MistakesAreExplained) {
   }
 }
 
+// A new user has no font manager yet, and needs none before the first question.
+TEST_F(Nexctl, SetsUpTheDesktopOfANewUser) {
+  const std::string asUser = "env -u XDG_STATE_HOME HOME='" + folder_ / "home" + "' '" APP_DIR "/nexctl/nexctl' ";
+  std::filesystem::create_directory(folder_ / "home");
+  const Outcome outcome = test_support::RunLine(asUser + "status", folder_);
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_THAT(outcome.output, HasSubstr("home/.local/state/velorant/desktop\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("home/Fonts\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("for all programs"));
+}
+
 // Every command and option is in the help, the manual page and the completion.
 TEST_F(Nexctl, OneTableDescribesIt) {
   const std::string help = Run("--help").output, manual = Run("--manual").output,
