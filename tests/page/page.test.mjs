@@ -104,6 +104,30 @@ test('a smart list is created, queried, renamed, deleted and brought back', asyn
   await list('Autumn').waitFor({state: 'detached'});
 });
 
+test('fonts are sorted and filtered', async () => {
+  await list('All fonts').click();
+  await search('roman');
+  const first = (name) => page.locator('.row[aria-rowindex="1"]:not([hidden])', {hasText: name}).waitFor();
+  await first('C059');
+  await page.selectOption('#sort', 'reverse');
+  await first('P052');
+  await page.click('#filter-details summary');
+  await page.selectOption('#filter-active', 'active');
+  await page.waitForFunction(() => {
+    const states = [...document.querySelectorAll('.row.font:not([hidden])')].map((row) => row.dataset.state);
+    return states.length > 0 && states.every((state) => state === 'active');
+  });
+  await page.locator('#filter-library option').nth(1).waitFor({state: 'attached'});
+  await page.selectOption('#filter-library', {index: 1});
+  await page.selectOption('#filter-location', 'system');
+  await page.locator('#filter-count', {hasText: '3'}).waitFor();
+  await page.locator('#empty', {hasText: 'No font'}).waitFor();
+  await page.click('#filter-clear');
+  await first('P052');
+  await page.selectOption('#sort', 'name');
+  await page.click('#filter-details summary');
+});
+
 test('the selected list is remembered', async () => {
   await list('Active').click();
   await search('mono');
