@@ -4,9 +4,22 @@
 #include <cstdlib>
 #include <vector>
 
+#include "platform/TextEncoding.h"
+
 namespace {
 
 constexpr const char* kDamaged = "its list of layers is damaged";
+constexpr const char* kDamagedName = "the name of a font is damaged";
+
+struct TextLayers {
+  StyledFonts& fonts;
+  bool hasDamagedName = false;
+
+  void Add(const std::string& name) {
+    if (platform::IsValidUTF8(name)) return fonts.Add(StyleOfName(name));
+    hasDamagedName = true;
+  }
+};
 
 // Reads big-endian numbers and counted strings.
 class Cursor {
@@ -50,24 +63,24 @@ class Cursor {
 };
 
 // Adds the fonts of a text layer: (text "...") (font "Sans Bold"), and with spans (markup "<span font=\"...\">").
-void TakeTextLayer(std::string_view text, StyledFonts& fonts) {
+void TakeTextLayer(std::string_view text, TextLayers& layers) {
   const auto quoted = [&](size_t at, const char* end) { return std::string(text.substr(at, text.find(end, at) - at)); };
   constexpr std::string_view kFont = "(font \"", kSpan = "font=\\\"";
   if (const size_t at = text.find(kFont); at != std::string_view::npos) {
-    fonts.Add(StyleOfName(quoted(at + kFont.size(), "\"")));
+    layers.Add(quoted(at + kFont.size(), "\""));
   }
   for (size_t at = text.find(kSpan); at != std::string_view::npos; at = text.find(kSpan, at + 1)) {
-    fonts.Add(StyleOfName(quoted(at + kSpan.size(), "\\\"")));
+    layers.Add(quoted(at + kSpan.size(), "\\\""));
   }
 }
 
-void ReadParasites(Cursor& cursor, uint64_t end, StyledFonts& fonts) {
+void ReadParasites(Cursor& cursor, uint64_t end, TextLayers& layers) {
   while (cursor.Ok() && cursor.At() < end) {
     const std::string name = cursor.CountedText();
     cursor.Number32();  // flags
     const uint32_t size = cursor.Number32();
     if (name == "gimp-text-layer") {
-      TakeTextLayer(cursor.Bytes(size), fonts);
+      TakeTextLayer(cursor.Bytes(size), layers);
     } else {
       cursor.Skip(size);
     }
@@ -75,14 +88,14 @@ void ReadParasites(Cursor& cursor, uint64_t end, StyledFonts& fonts) {
 }
 
 // Skips properties, but reads those that contain text layers. Returns false if they are damaged.
-bool ReadProperties(Cursor& cursor, StyledFonts* fonts) {
+bool ReadProperties(Cursor& cursor, TextLayers* layers) {
   constexpr uint32_t kEnd = 0, kParasites = 21;
   while (cursor.Ok()) {
     const uint32_t kind = cursor.Number32();
     const uint32_t size = cursor.Number32();
     if (kind == kEnd) return cursor.Ok();
     const uint64_t end = cursor.At() + size;
-    if (kind == kParasites && fonts) ReadParasites(cursor, end, *fonts);
+    if (kind == kParasites && layers) ReadParasites(cursor, end, *layers);
     if (cursor.At() > end) return false;
     cursor.Skip(end - cursor.At());
   }
@@ -107,11 +120,13 @@ std::string ReadFontsOfXCF(platform::ByteSource& source, StyledFonts& fonts) {
        at = cursor.Number(offsetSize)) {
     layers.push_back(at);
   }
+  TextLayers texts{fonts};
   for (const uint64_t at : layers) {
     Cursor layer(source, at);
     layer.Skip(3 * sizeof(uint32_t));
     layer.CountedText();
-    if (!ReadProperties(layer, &fonts)) return kDamaged;
+    if (!ReadProperties(layer, &texts)) return kDamaged;
   }
-  return cursor.Ok() ? "" : kDamaged;
+  if (!cursor.Ok()) return kDamaged;
+  return texts.hasDamagedName ? kDamagedName : "";
 }
