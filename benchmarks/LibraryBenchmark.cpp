@@ -259,6 +259,28 @@ std::vector<std::string> FilesOf(const TempFolder& library) {
   return files;
 }
 
+void LookForDocumentFonts() {
+  if (platform::ActiveFonts().size() != kDocumentFonts) benchmark::Fail("fontconfig does not list the links");
+}
+
+void LinkFlatAndLook(const std::vector<std::string>& files, const std::string& folder) {
+  for (const std::string& file : files) fs::create_symlink(file, fs::path(folder) / fs::path(file).filename());
+  LookForDocumentFonts();
+}
+
+// As the agent links: in 16 folders, for each of which fontconfig writes a cache, and each link gets its name when it is
+// complete.
+void LinkSpreadAndLook(const std::vector<std::string>& files, const std::string& folder) {
+  platform::RunLoop loop;
+  agent::ActiveFolder spread(folder, agent::LinkKind::kSymbolic, loop);
+  if (spread.Prepare()) benchmark::Fail("the folder of links can't be made");
+  {
+    const agent::ActiveFolder::Batch batch(spread);
+    for (uint32_t id = 1; id <= kDocumentFonts; ++id) spread.Link(id, files[id - 1]);
+  }
+  LookForDocumentFonts();
+}
+
 void MeasureActivation() {
   const TempFolder library, state, links;
   tiny_fonts::FillLibrary(library, kFew);
@@ -288,20 +310,17 @@ void MeasureActivation() {
     const Json result = agent.Result("ActivateFonts", {{"fontIDs", ids}, {"kind", agent_protocol::kAutoActivated}});
     if (result["activated"].size() != kDocumentFonts) benchmark::Fail(result.dump().substr(0, 200));
   };
-  const auto linkAndLook = [&] {
-    for (const std::string& file : files) {
-      fs::create_symlink(file, links / ("active/" + fs::path(file).filename().string()));
-    }
-    if (platform::ActiveFonts().size() != kDocumentFonts) benchmark::Fail("fontconfig does not list the links");
-  };
-  clear();
-  double best = HUGE_VAL, bestFloor = HUGE_VAL;
-  for (int i = 0; i < 7; ++i) {
-    bestFloor = std::min(bestFloor, benchmark::Measure(linkAndLook));
+  double best = HUGE_VAL, bestFloor = HUGE_VAL, bestSpread = HUGE_VAL;
+  constexpr int kTurns = 25;  // the price of a link varies with what else the disk has to do
+  for (int i = 0; i < kTurns; ++i) {
+    clear();
+    bestFloor = std::min(bestFloor, benchmark::Measure([&] { LinkFlatAndLook(files, links / "active"); }));
     best = std::min(best, benchmark::Measure(activate));
     clear();
+    bestSpread = std::min(bestSpread, benchmark::Measure([&] { LinkSpreadAndLook(files, links / "active"); }));
   }
   benchmark::Report("200 faces active, to links and a query", best * 1000, bestFloor * 1000, 1.2, "ms");
+  benchmark::Report("200 faces active, to links like the agent's", best * 1000, bestSpread * 1000, 1.1, "ms");
 }
 
 // What another program pays when it looks for fonts after one of 1000 active ones has changed.

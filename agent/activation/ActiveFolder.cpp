@@ -37,6 +37,10 @@ std::optional<uint32_t> IDOfName(std::string_view name) {
   return id;
 }
 
+// The same for a path. Ask this before a folder is compared, which takes calls of the system: few fonts of a desktop have
+// such a name, and each change of the active fonts asks for all of them.
+std::optional<uint32_t> IDOfPath(std::string_view path) { return IDOfName(path.substr(path.rfind('/') + 1)); }
+
 // Sets the exact time: the file system's own time stamps are coarse, and two changes could get the same.
 void SetTimeOf(const std::string& folder, double secondsFromNow) {
   timespec times[2];
@@ -163,6 +167,7 @@ void ActiveFolder::FinishTouches() {
 }
 
 bool ActiveFolder::Holds(const std::string& path) const {
+  if (!IDOfPath(path)) return false;
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
   if (folder.parent_path() == root_) return true;
   std::error_code error;
@@ -171,7 +176,7 @@ bool ActiveFolder::Holds(const std::string& path) const {
 
 bool ActiveFolder::IsLinkOfAnyAgent(const std::string& path) const {
   if (Holds(path)) return true;
-  if (kind_ != LinkKind::kHardPreferred) return false;
+  if (kind_ != LinkKind::kHardPreferred || !IDOfPath(path)) return false;
   std::error_code error;
   const std::filesystem::path root = std::filesystem::path(path).parent_path().parent_path();
   return std::filesystem::canonical(root, error).parent_path() == std::filesystem::path(realRoot_).parent_path() &&
@@ -179,7 +184,7 @@ bool ActiveFolder::IsLinkOfAnyAgent(const std::string& path) const {
 }
 
 std::optional<uint32_t> ActiveFolder::IDOfLink(const std::string& path) const {
-  return Holds(path) ? IDOfName(std::string_view(path).substr(path.rfind('/') + 1)) : std::nullopt;
+  return Holds(path) ? IDOfPath(path) : std::nullopt;
 }
 
 }  // namespace agent
