@@ -200,7 +200,8 @@ void Activations::TakeBackUnseen(ClientID client, const std::set<std::string>& l
   if (linkedNow.empty()) return;
   // Compare file and index, not names: the font service does not clean names as we do.
   std::set<std::pair<uint32_t, int32_t>> seen;
-  for (const platform::ActiveFont& font : platform::ActiveFonts()) {
+  const auto listed = platform::GetFontSnapshot();
+  for (const platform::ActiveFont& font : listed->fonts) {
     if (const auto linkID = parts_.folder.IDOfLink(font.file)) seen.emplace(*linkID, font.faceIndex);
   }
   std::vector<uint32_t> stay;

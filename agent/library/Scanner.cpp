@@ -273,7 +273,8 @@ ScanProgress Scanner::Progress() const {
 // library.
 void Scanner::TakeSystemFiles() {
   std::set<std::string> paths;
-  for (const platform::ActiveFont& font : platform::ActiveFonts()) {
+  const auto listed = platform::GetFontSnapshot();
+  for (const platform::ActiveFont& font : listed->fonts) {
     if (!parts_.active.IsLinkOfAnyAgent(font.file)) paths.insert(font.file);
   }
   systemFiles_.clear();
