@@ -112,7 +112,7 @@ TEST(Names, WrittenDownwardsStandInColumnsWhileTheyCanBeRead) {
       folder.Write("mongolian.ttf", tiny_fonts::MakeFont({"Tiny", "Regular", 700, {u'\u1820', u'\u1821'}}));
   agent::NameRenderer renderer;
   const auto draw = [&](const std::string& name, const std::string& path) {
-    const agent::Pictures pictures = renderer.Render({0, name, 14, 400, 30, false}, path);
+    agent::Pictures pictures = renderer.Render({0, name, 14, 400, 30, false}, path);
     EXPECT_FALSE(pictures.isMarked) << name;
     return pictures;
   };
