@@ -58,7 +58,7 @@ void FolderWatch::AddBelow(const std::string& folder) {
 
 std::vector<std::string> FolderWatch::ReadOpened() {
   std::vector<std::string> opened;
-  alignas(inotify_event) std::array<char, 64 * 1024> buffer;
+  alignas(inotify_event) std::array<char, size_t{64} << 10> buffer;
   ssize_t size = 0;
   while ((size = read(notify_.Get(), buffer.data(), buffer.size())) > 0) {
     for (ssize_t at = 0; at < size;) {
