@@ -1,5 +1,6 @@
 #include "platform/Folders.h"
 
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +23,13 @@ std::string FolderOfEnvironment(const char* name) {
   return value.starts_with('/') ? value : "";
 }
 
+// Services and scheduled jobs may start without the variable.
+std::string HomeFolder() {
+  if (std::string home = FolderOfEnvironment("HOME"); !home.empty()) return home;
+  const passwd* user = getpwuid(geteuid());
+  return user && user->pw_dir ? user->pw_dir : "";
+}
+
 // With sudo the variable may name another user's folder, which must not get files of root.
 std::string RuntimeFolder() {
   const std::string runtime = FolderOfEnvironment("XDG_RUNTIME_DIR");
@@ -35,7 +43,7 @@ std::string StatesFolder(const std::string& home) {
 }
 
 Places WithDefaults(Places places) {
-  places.home = Either(places.home, FolderOfEnvironment("HOME"));
+  places.home = Either(places.home, HomeFolder());
   places.runtime = Either(places.runtime, RuntimeFolder());
   const std::string config = Either(FolderOfEnvironment("XDG_CONFIG_HOME"), places.home + "/.config");
   places.preferencesFile = Either(places.preferencesFile, config + "/velorant/preferences.plist");

@@ -9,6 +9,7 @@
 #include <set>
 #include <thread>
 
+#include "Readers/Document/ReadableDocument.h"
 #include "Readers/XMPFontMetadata.h"
 #include "docfonts/FontCollector.h"
 #include "docfonts/ReaderPool.h"
@@ -37,6 +38,12 @@ docfonts::Report ReadOne(const std::string& path) {
   return report;
 }
 
+docfonts::Report ReadKnown(const std::string& path) {
+  ReadableDocument document(path);
+  if (const std::error_code error = document.Open()) return {path, "", {}, {platform::DescribeError(error)}};
+  return document.Kind() == EDocumentKind::kUnknown ? docfonts::Report{path, "", {}, {}} : ReadOne(path);
+}
+
 std::string PathOfArgument(const std::string& argument) {
   const std::string path = argument.starts_with("file:") ? PathOfAddress(argument) : argument;
   std::error_code error;
@@ -60,7 +67,7 @@ std::vector<Document> ReadDocuments(const std::vector<std::string>& arguments, b
   if (!documents.empty()) {
     size_t next = 0, done = 0;
     docfonts::ReaderPool pool(std::min<size_t>(documents.size(), std::max(1u, std::thread::hardware_concurrency())),
-                              ReadOne);
+                              isEachNamed ? ReadOne : ReadKnown);
     pool.Run(
         [&]() -> std::optional<std::string> {
           if (next == documents.size()) return std::nullopt;
@@ -73,7 +80,9 @@ std::vector<Document> ReadDocuments(const std::vector<std::string>& arguments, b
           return true;
         });
   }
-  if (!isEachNamed) std::erase_if(documents, [](const Document& one) { return one.report.kind.empty(); });
+  if (!isEachNamed)
+    std::erase_if(documents,
+                  [](const Document& one) { return one.report.kind.empty() && one.report.problems.empty(); });
   documents.insert(documents.end(), missing.begin(), missing.end());
   return documents;
 }

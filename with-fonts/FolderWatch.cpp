@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <unordered_map>
 
 #include "platform/LastError.h"
 
@@ -16,7 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr uint32_t kEvents = IN_OPEN | IN_CREATE | IN_MOVED_TO | IN_ONLYDIR | IN_DONT_FOLLOW;
+constexpr uint32_t kEvents =
+    IN_OPEN | IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_MOVE_SELF | IN_ONLYDIR | IN_DONT_FOLLOW;
 
 }  // namespace
 
@@ -57,7 +59,8 @@ void FolderWatch::AddBelow(const std::string& folder) {
 }
 
 std::vector<std::string> FolderWatch::ReadOpened() {
-  std::vector<std::string> opened;
+  std::unordered_map<std::string, size_t> opened;  // with the number of the latest event
+  size_t number = 0;
   alignas(inotify_event) std::array<char, size_t{64} << 10> buffer;
   ssize_t size = 0;
   while ((size = read(notify_.Get(), buffer.data(), buffer.size())) > 0) {
@@ -70,18 +73,45 @@ std::vector<std::string> FolderWatch::ReadOpened() {
       }
       const auto folder = folders_.find(event->wd);
       if (folder == folders_.end()) continue;
-      const std::string path = folder->second + "/" + (event->len > 0 ? event->name : "");
-      if ((event->mask & IN_IGNORED) != 0) {
-        if (roots_.erase(event->wd) > 0) Complain(folder->second + ": is gone, and no longer watched");
-        folders_.erase(folder);
-      } else if ((event->mask & IN_ISDIR) == 0 && (event->mask & IN_OPEN) != 0) {
-        if (std::find(opened.begin(), opened.end(), path) == opened.end()) opened.push_back(path);
-      } else if ((event->mask & IN_ISDIR) != 0 && (event->mask & (IN_CREATE | IN_MOVED_TO)) != 0 && AddOne(path)) {
-        AddBelow(path);
+      const std::string path = folder->second + (event->len > 0 ? std::string("/") + event->name : "");
+      if ((event->mask & IN_ISDIR) == 0 && (event->mask & IN_OPEN) != 0) {
+        opened[path] = ++number;
+      } else {
+        NoticeFolder(event->wd, event->mask, path);
       }
     }
   }
-  return opened;
+  std::vector<std::string> paths;
+  for (const auto& [path, order] : opened) paths.push_back(path);
+  std::sort(paths.begin(), paths.end(), [&opened](const auto& a, const auto& b) { return opened[a] < opened[b]; });
+  return paths;
+}
+
+// The event of the folder that the watch is for, or of one in it.
+void FolderWatch::NoticeFolder(int watch, uint32_t events, const std::string& path) {
+  if ((events & IN_IGNORED) != 0) {
+    if (roots_.erase(watch) > 0) Complain(path + ": is gone, and no longer watched");
+    folders_.erase(watch);
+  } else if ((events & IN_MOVE_SELF) != 0) {
+    // One below a root is handled by the event of its parent.
+    if (!roots_.contains(watch)) return;
+    ForgetBelow(path);
+    Complain(path + ": was moved, and is no longer watched");
+  } else if ((events & IN_ISDIR) != 0 && (events & IN_MOVED_FROM) != 0) {
+    ForgetBelow(path);
+  } else if ((events & IN_ISDIR) != 0 && (events & (IN_CREATE | IN_MOVED_TO)) != 0 && AddOne(path)) {
+    AddBelow(path);
+  }
+}
+
+// With the folder itself. Its files have other paths now.
+void FolderWatch::ForgetBelow(const std::string& folder) {
+  std::erase_if(folders_, [&](const auto& one) {
+    if (one.second != folder && !one.second.starts_with(folder + "/")) return false;
+    inotify_rm_watch(notify_.Get(), one.first);
+    roots_.erase(one.first);
+    return true;
+  });
 }
 
 }  // namespace with_fonts

@@ -1,6 +1,7 @@
 // Notices which files below some folders are opened. Symbolic links are not followed.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -20,14 +21,16 @@ class FolderWatch {
   // Watches the folder with all below it, also those that are made later. An absolute path.
   void Add(const std::string& folder);
   size_t Count() const { return folders_.size(); }  // with all below them
-  // False as soon as none of the folders exists any more.
+  // False as soon as none of the folders exists any more in its place.
   bool IsWatching() const { return !roots_.empty(); }
   // Readable when there is something to read.
   int Descriptor() const { return notify_.Get(); }
-  // Returns the paths of files that were opened since the last call, each once, in the order of their first opening.
+  // Returns the paths of files that were opened since the last call, each once, in the order of their latest opening.
   std::vector<std::string> ReadOpened();
 
  private:
+  void ForgetBelow(const std::string& folder);
+  void NoticeFolder(int watch, uint32_t events, const std::string& path);
   void AddBelow(const std::string& folder);
   bool AddOne(const std::string& folder);
   void Complain(const std::string& line);

@@ -14,6 +14,7 @@
 #include "Services/MarquineGlobals.h"
 #include "Tracking/FontActivationTracker.h"
 #include "XCore/ECFExtensions/XCFUtils.h"
+#include "agent/client/AgentProcess.h"
 #include "agent/client/AgentStart.h"
 #include "agent/include/AgentCalls.h"
 #include "agent/include/AgentProtocol.h"
@@ -43,6 +44,8 @@ namespace {
 
 namespace calls = agent_protocol::calls;
 
+// An agent that ends again and again is not started all the time.
+constexpr std::chrono::seconds kBetweenStarts(5), kAfterFailedStart(60);
 // From the link of a font to the moment when programs see it. Linking has ended when the agent replies.
 constexpr std::chrono::seconds kUntilListed(5);
 // Of ActivateFontsForDocumentSilently.
@@ -152,9 +155,28 @@ FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& docume
   return use;
 }
 
+// True if another client of the agent has activated a font after this program has looked. The plug-in's logic leaves it
+// alone then, and it would be given back with that client.
+bool FontHolder::IsLeftToOthers(const Wanted& wanted, const std::string& identifier) {
+  const auto open = Tracker().GetOpenFontsForIdentifier(identifier);
+  return !wanted.wasActive && std::any_of(open.begin(), open.end(), [&wanted](const auto& info) {
+    return info.bWasAlreadyActive && info.postScriptName.Text() == wanted.name;
+  });
+}
+
 DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& report) {
+  if (AllTrackedDocuments::FindTrackedDocumentByPath(path)) return {report.file, {}, report.problems};
+  constexpr int kMostTries = 3;
+  for (int tries = 1;; ++tries) {
+    bool areHeld = true;
+    DocumentFonts fonts = OpenOnce(path, report, areHeld);
+    if (areHeld || tries == kMostTries) return fonts;
+    Close(path);
+  }
+}
+
+DocumentFonts FontHolder::OpenOnce(const std::string& path, const docfonts::Report& report, bool& areHeld) {
   DocumentFonts result{report.file, {}, report.problems};
-  if (AllTrackedDocuments::FindTrackedDocumentByPath(path)) return result;
   // Reading what is active takes some milliseconds each time, so do it once before and once after the activation.
   const auto before = platform::GetFontSnapshot();
   const std::vector<Wanted> wanted = WantedOf(report, *before);
@@ -174,6 +196,7 @@ DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& 
   const auto after = AwaitListing(document->GetIdentifier());
   for (const Wanted& one : wanted) {
     result.fonts.push_back(UseOf(one, *document, *after));
+    areHeld = areHeld && !IsLeftToOthers(one, document->GetIdentifier());
     const platform::ActiveFont* face = FindActive(*one.font, one.name, *after);
     // The agent uses hard links where it can.
     const bool isLinked = face && face->file.starts_with(source_.activeFolder + "/");
@@ -261,8 +284,10 @@ void FontHolder::Close(const std::string& path) {
   if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) GiveBack(*document);
 }
 
-void FontHolder::CloseAll() {
+std::string FontHolder::CloseAll() {
+  std::string problem = AllTrackedDocuments::GetDocumentList().empty() ? "" : BringAgentBack();
   while (!AllTrackedDocuments::GetDocumentList().empty()) GiveBack(*AllTrackedDocuments::GetDocumentList().front());
+  return problem;
 }
 
 std::string FontHolder::Keep(const std::string& recordFile) {
@@ -282,15 +307,28 @@ std::string FontHolder::Keep(const std::string& recordFile) {
                                           : "the font manager can't keep the fonts (code " + std::to_string(code) + ")";
 }
 
-void FontHolder::Tick() {
-  if (FontManagerInterface::sm_pFontManager) FontManagerInterface::sm_pFontManager->ProcessNotifications();
+// The plug-in's logic would ask its user to start an agent that has ended, and do nothing until then. What it holds comes
+// back with the connection to the new agent. A new agent also removes the links that a killed one has left.
+std::string FontHolder::BringAgentBack() {
+  if (agent_client::AnnouncedAgentProcess() == 0) {
+    std::string problem;
+    if (!agent_client::StartAgent(source_.stateFolder, source_.agentProgram, &problem)) return problem;
+  }
+  MarquineGlobals::SetPluginServicesEnabled(true);
+  MarquineGlobals::SetConnectedToCore(true);
+  return "";
 }
 
-void FontHolder::Disconnect() {
-  if (!FontManagerInterface::sm_pFontManager) return;
-  FontManagerInterface::sm_pFontManager->DisconnectFromFontManager();
-  // Its destructor says goodbye, after which the agent keeps what is still held.
-  FontManagerInterface::sm_pFontManager.reset();
+std::string FontHolder::Tick() {
+  if (!FontManagerInterface::sm_pFontManager) return "";
+  std::string problem;
+  const bool isGone = !MarquineGlobals::sConnectedToCore || agent_client::AnnouncedAgentProcess() == 0;
+  if (isGone && Clock::now() >= nextStart_) {
+    problem = BringAgentBack();
+    nextStart_ = Clock::now() + (problem.empty() ? kBetweenStarts : kAfterFailedStart);
+  }
+  FontManagerInterface::sm_pFontManager->ProcessNotifications();
+  return problem;
 }
 
 }  // namespace with_fonts

@@ -3,6 +3,7 @@
 // on. Each call waits for the agent.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -40,23 +41,29 @@ class FontHolder {
   // Gives the document's fonts back, except those that are kept. Does nothing for one that is not open.
   static void Close(const std::string& path);
   // Gives the fonts of all documents back, except those that are kept.
-  void CloseAll();
+  // Starts the agent for that if it has ended. Returns an empty text, or one line.
+  std::string CloseAll();
   // Makes the fonts that are held stay when this process ends, and adds them to the record (KeptFonts.h). Returns an
   // empty text, or one line.
   std::string Keep(const std::string& recordFile);
-  // Lets the plug-in's logic notice what the agent has announced, or that it has ended. Call it every second or so.
-  void Tick();
-  // Disconnects. Close first: the agent keeps what is still held.
-  void Disconnect();
+  // Lets the plug-in's logic notice what the agent has announced, and starts the agent again if it has ended. Call it
+  // every second or so. Returns an empty text, or one line.
+  std::string Tick();
 
  private:
   struct Wanted;
+  using Clock = std::chrono::steady_clock;
   static std::vector<Wanted> WantedOf(const docfonts::Report& report, const platform::FontSnapshot& system);
   static FontUse UseOf(const Wanted& wanted, const OneTrackedDocument& document, const platform::FontSnapshot& system);
   void HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
                          const platform::FontSnapshot& system);
 
+  static bool IsLeftToOthers(const Wanted& wanted, const std::string& identifier);
+  DocumentFonts OpenOnce(const std::string& path, const docfonts::Report& report, bool& areHeld);
+  std::string BringAgentBack();
+
   const FontSource source_;
+  Clock::time_point nextStart_;  // of an agent that has ended
 };
 
 }  // namespace with_fonts

@@ -7,9 +7,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "platform/LocalSocket.h"
+#include "platform/PlainText.h"
+#include "platform/Presenter.h"
 #include "with-fonts/KeptFonts.h"
 
 namespace with_fonts {
@@ -30,29 +33,42 @@ constexpr int kBetweenTicks = 1000;  // milliseconds
 
 std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
+void Complain(const std::string& problem) {
+  if (!problem.empty()) std::fprintf(stderr, "with-fonts: %s\n", platform::OneLine(problem).c_str());
+}
+
+// Boxes of the plug-in's logic. The one about a lost agent is not shown: this process starts the agent again.
+platform::ValueRef ShowBox(void*, platform::ValueRef box) {
+  const platform::Dictionary shown(platform::Value::Retain(box));
+  if (shown.GetString("Key").View() == "FontManagerNotFoundMessage") return nullptr;
+  Complain(shown.GetString("Header").Text() + " " + shown.GetString("Message").Text());
+  return nullptr;
+}
+
 // The process's side.
 class Server {
  public:
   Server(int socket, const FontSource& source) : socket_(socket), holder_(source) {}
 
   void Run() {
+    constexpr platform::Presenter kBoxes{.runBox = ShowBox};
+    platform::SetPresenter(&kBoxes);
     const std::string problem = holder_.Connect();
     bool goesOn = !platform::SendMessage(socket_, problem) && problem.empty();
     while (goesOn) {
       pollfd request{socket_, POLLIN, 0};
       const int ready = poll(&request, 1, kBetweenTicks);
-      holder_.Tick();
+      Complain(holder_.Tick());
       if (ready > 0) goesOn = ServeOne();
     }
     AwaitEnd();
-    holder_.Disconnect();
   }
 
  private:
   bool ServeOne() {
     std::string verb, argument;
     if (platform::ReceiveMessage(socket_, verb) || platform::ReceiveMessage(socket_, argument)) {
-      holder_.CloseAll();
+      Complain(holder_.CloseAll());
       return false;
     }
     return !platform::SendMessage(socket_, Answer(verb, argument)) && processes_.empty();
@@ -125,7 +141,7 @@ std::string FontKeeper::Start(const FontSource& source, PrivateFonts& privateFon
 }
 
 void FontKeeper::End() {
-  if (process_.IsStarted()) process_.Await();
+  if (process_.IsStarted() && process_.Await() != 0) Complain(kGone);
 }
 
 bool FontKeeper::Ask(std::initializer_list<std::string_view> messages, std::string& answer) {

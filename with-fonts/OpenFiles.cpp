@@ -39,6 +39,17 @@ std::vector<pid_t> Processes() {
   return processes;
 }
 
+// `folder` is that of a process in /proc.
+std::vector<std::string> OpenFilesOf(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code error;
+  for (fs::directory_iterator file(folder + "/fd", error), end; !error && file != end; file.increment(error)) {
+    std::error_code gone;
+    files.push_back(fs::read_symlink(file->path(), gone).string());
+  }
+  return files;
+}
+
 }  // namespace
 
 void ForEachProcess(const std::function<bool(pid_t process, const std::string& folder)>& take) {
@@ -51,22 +62,26 @@ void ForEachProcess(const std::function<bool(pid_t process, const std::string& f
 }
 
 bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files) {
-  std::error_code error;
-  for (fs::directory_iterator file(folder + "/fd", error), end; !error && file != end; file.increment(error)) {
-    std::error_code gone;
-    const std::string open = fs::read_symlink(file->path(), gone).string();
-    if (!gone && std::find(files.begin(), files.end(), open) != files.end()) return true;
-  }
-  return false;
+  const std::vector<std::string> open = OpenFilesOf(folder);
+  return std::any_of(open.begin(), open.end(), [&files](const std::string& file) {
+    return std::find(files.begin(), files.end(), file) != files.end();
+  });
+}
+
+std::map<std::string, pid_t> UsersOf(const std::set<std::string>& files) {
+  std::map<std::string, pid_t> users;
+  ForEachProcess([&](pid_t process, const std::string& folder) {
+    for (const std::string& file : OpenFilesOf(folder)) {
+      if (files.contains(file)) users.emplace(file, process);
+    }
+    return true;
+  });
+  return users;
 }
 
 pid_t UserOf(const std::string& file) {
-  pid_t user = 0;
-  ForEachProcess([&](pid_t process, const std::string& folder) {
-    if (HasOneOpen(folder, {file})) user = process;
-    return user == 0;
-  });
-  return user;
+  const auto users = UsersOf({file});
+  return users.empty() ? 0 : users.begin()->second;
 }
 
 }  // namespace with_fonts

@@ -4,6 +4,8 @@
 #include <sys/types.h>
 
 #include <functional>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,9 @@ void ForEachProcess(const std::function<bool(pid_t process, const std::string& f
 
 // `files` are real paths (without links). `folder` is that of a process in /proc.
 bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files);
+
+// Returns those of the files that processes, other than those left out above, have open, each with the latest of them.
+std::map<std::string, pid_t> UsersOf(const std::set<std::string>& files);
 
 // Returns the latest process, other than those left out above, that has the file open; 0 if there is none.
 pid_t UserOf(const std::string& file);

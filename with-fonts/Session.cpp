@@ -35,11 +35,6 @@ std::string Absolute(const std::string& path) {
   return whole;
 }
 
-std::string Home() {
-  const char* home = std::getenv("HOME");
-  return home ? home : "";
-}
-
 // Blocks the signals that end a run without a program, so that they can be waited for. Returns them.
 sigset_t BlockEnds() {
   sigset_t set;
@@ -57,7 +52,7 @@ void Complain(const std::string& problem) {
 
 // Takes the user's home before the places name another one.
 std::string Session::SetUp() {
-  const std::string home = Home();
+  const std::string home = platform::GetPlaces().home;
   const fs::path app = fs::path(platform::Bundle::Main()->Folder()).parent_path();
   source_.stateFolder = Absolute(options_.state.empty() ? platform::UserStateFolder() : options_.state);
   source_.agentProgram = app / "agent" / agent_protocol::kAgentName;
@@ -98,7 +93,10 @@ std::string Session::ShowFontsToProgram() {
 
 std::string Session::ShowPrivateFonts() {
   std::string problem = privateFonts_.Create(source_.stateFolder);
-  if (!problem.empty()) return problem;
+  if (!problem.empty()) {
+    privateFonts_.Remove();
+    return problem;
+  }
   source_.linksFolder = privateFonts_.LinksFolder();
   UseConfiguration(privateFonts_.ConfigurationFile());
   return problem;

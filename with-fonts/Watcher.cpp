@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "platform/FileStamp.h"
@@ -17,7 +18,9 @@ namespace with_fonts {
 namespace {
 
 constexpr size_t kMostKnown = 1000;
-constexpr int kBetweenLooks = 1000;  // milliseconds
+constexpr int kBetweenLooks = 1000, kBetweenTurns = 300;  // milliseconds
+// For files that nobody has open any more: the time to serve them in each turn, and how long they wait for it.
+constexpr std::chrono::milliseconds kTurn(100), kLongestWait(1000);
 
 }  // namespace
 
@@ -32,7 +35,7 @@ struct Watcher::Use {
 };
 
 Watcher::Watcher(FontKeeper& keeper, std::function<void(const DocumentFonts&)> write, FolderWatch::Complaint complain)
-    : keeper_(keeper), write_(std::move(write)), folders_(std::move(complain)), pool_(1, ReadOne) {}
+    : keeper_(keeper), write_(std::move(write)), folders_(std::move(complain)), pool_(1, ReadKnown) {}
 
 Watcher::~Watcher() = default;
 
@@ -49,15 +52,40 @@ const docfonts::Report& Watcher::ReportOf(const std::string& path) {
               known.report = std::move(report);
               return true;
             });
+  Collect(path);
   return known.report;
 }
 
-void Watcher::Notice(const std::string& path) {
+// `own` is a document that this program has opened itself. That is no use of it.
+void Watcher::Collect(const std::string& own) {
+  for (const std::string& path : folders_.ReadOpened()) {
+    if (path != own) opened_[path] = Clock::now();
+  }
+}
+
+void Watcher::ServeOpened() {
+  if (opened_.empty()) return;
+  std::set<std::string> paths;
+  for (const auto& [path, when] : opened_) paths.insert(path);
+  for (const auto& [path, user] : UsersOf(paths)) {
+    opened_.erase(path);
+    Notice(path, user);
+  }
+  const Clock::time_point end = Clock::now() + kTurn;
+  while (!opened_.empty() && Clock::now() < end) {
+    const auto latest = std::max_element(opened_.begin(), opened_.end(),
+                                         [](const auto& a, const auto& b) { return a.second < b.second; });
+    const std::string path = latest->first;
+    opened_.erase(latest);
+    Notice(path, 0);
+  }
+  std::erase_if(opened_, [end](const auto& one) { return one.second + kLongestWait < end; });
+}
+
+// `user` is 0 if no program has the document open.
+void Watcher::Notice(const std::string& path, pid_t user) {
   const auto old = used_.find(path);
   const bool isKnown = known_.contains(path) && known_[path].stamp == platform::FileStamp::Of(path);
-  // Reading the document opens it, too. That is no use of it.
-  const pid_t user = UserOf(path);
-  if (user == 0 && isKnown) return;
   const docfonts::Report& report = ReportOf(path);
   if (report.kind.empty() || report.fonts.empty()) return;
   // A document that was changed since may need other fonts.
@@ -65,6 +93,7 @@ void Watcher::Notice(const std::string& path) {
   if (old == used_.end() || !isKnown) {
     const DocumentFonts fonts = keeper_.Open(path, report);
     isKeeperThere_ = keeper_.IsThere();
+    Collect(path);
     write_(fonts);
   }
   Use& use = used_[path];
@@ -92,7 +121,12 @@ void Watcher::CloseUnused() {
 }
 
 void Watcher::Await(int stop) {
-  std::vector<pollfd> events = {{stop, POLLIN, 0}, {folders_.Descriptor(), POLLIN, 0}};
+  std::vector<pollfd> events = {{stop, POLLIN, 0}};
+  if (!opened_.empty()) {
+    poll(events.data(), events.size(), kBetweenTurns);
+    return;
+  }
+  events.push_back({folders_.Descriptor(), POLLIN, 0});
   for (const auto& [path, use] : used_) {
     for (const auto& [process, end] : use.programs) events.push_back({end.Get(), POLLIN, 0});
   }
@@ -103,7 +137,8 @@ bool Watcher::Run(int stop) {
   while (folders_.IsWatching() && isKeeperThere_) {
     pollfd end{stop, POLLIN, 0};
     if (poll(&end, 1, 0) > 0) return true;
-    for (const std::string& path : folders_.ReadOpened()) Notice(path);
+    Collect("");
+    ServeOpened();
     CloseUnused();
     Await(stop);
   }

@@ -19,6 +19,9 @@
 
 namespace with_fonts {
 
+// Files that are open are served first, and then those that were opened last. What has waited and is closed by then is
+// left out, so that programs that open thousands of files cost little.
+//
 // Not thread-safe; the program must have no other threads.
 class Watcher {
  public:
@@ -39,7 +42,9 @@ class Watcher {
   struct Use;
   struct Known;
 
-  void Notice(const std::string& path);
+  void Collect(const std::string& own);
+  void ServeOpened();
+  void Notice(const std::string& path, pid_t user);
   const docfonts::Report& ReportOf(const std::string& path);
   void Await(int stop);
   void CloseUnused();
@@ -48,8 +53,9 @@ class Watcher {
   const std::function<void(const DocumentFonts&)> write_;
   FolderWatch folders_;
   docfonts::ReaderPool pool_;
-  std::map<std::string, Known> known_;  // what was read lately
-  std::map<std::string, Use> used_;     // documents that the keeper has open
+  std::map<std::string, Known> known_;               // what was read lately
+  std::map<std::string, Clock::time_point> opened_;  // files to be served, with the time when that was noticed
+  std::map<std::string, Use> used_;                  // documents that the keeper has open
   bool isKeeperThere_ = true;
 };
 

@@ -75,7 +75,7 @@ std::string EndAgent() {
   const int process = AnnouncedAgentProcess();
   if (process == 0) return "";
   kill(process, SIGTERM);
-  if (platform::WaitUntil(kPatience, [] { return AnnouncedAgentProcess() == 0; })) return "";
+  if (platform::WaitUntil(kPatience, [process] { return AnnouncedAgentProcess() != process; })) return "";
   return "the font manager, process " + std::to_string(process) + ", has read another configuration and does not end";
 }
 

@@ -48,7 +48,9 @@ std::unique_ptr<AgentConnection> StartAgent(const std::string& stateFolder, cons
     return !canLaunch;
   });
   if (connection || !canLaunch) return connection;
-  *problem = program + ": the font manager does not start" + LastWords(errors);
+  const bool isThere = IsAgentProcessRunning(runtimeFolder);
+  *problem = program + (isThere ? ": the font manager does not answer" : ": the font manager does not start") +
+             LastWords(errors);
   return nullptr;
 }
 

@@ -140,6 +140,34 @@ TEST_F(WithFonts, FontsThatSeveralUseStayUntilTheLastEnds) {
   EXPECT_EQ(Listed(), "");
 }
 
+TEST_F(WithFonts, RunsThatBeginTogetherDoNotTakeEachOthersFonts) {
+  Pipe("ended");
+  Script("longest", "read word <ended; " + std::string(kList) + "\n");
+  // The others begin and end at any moment of the start of the one that is looked at.
+  const std::string run = "'" APP_DIR "/with-fonts/with-fonts' --quiet ";
+  Script("together", "{ for other in 1 2 3; do " + run + "true \"$1\" & done; wait; echo >ended; } &\n" + "exec " +
+                         run + "./longest \"$1\"\n");
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(test_support::RunLine("cd '" + folder_.Path() + "' && ./together " + kPoster, folder_).output,
+              kPosterFonts);
+    EXPECT_EQ(Listed(), "");
+  }
+}
+
+TEST_F(WithFonts, AnAgentThatEndsIsStartedAgainWithTheFonts) {
+  // Only the agent has the state folder as an argument.
+  Script("lose",
+         "agent=$(grep -lzx \"$HOME/.local/state/velorant/deskto[p]\" /proc/[0-9]*/cmdline 2>/dev/null | tr -dc 0-9)\n"
+         "kill -$1 $agent\nwhile kill -0 $agent 2>/dev/null; do :; done\n"
+         "until [ \"$(./list | wc -l)\" = 3 ]; do :; done; echo back\n");
+  for (const std::string options : {"./lose KILL ", "./lose TERM ", "--private ./lose KILL "}) {
+    const Outcome run = Run(options + kPoster);
+    EXPECT_EQ(run.output, "back\n") << options;
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+    EXPECT_EQ(Listed(), "") << options;
+  }
+}
+
 TEST_F(WithFonts, AKilledRunLeavesNothingActive) {
   for (const char* option : {"", "--private"}) {
     // The program kills its parent and goes on.
@@ -284,6 +312,26 @@ TEST_F(WithFonts, AWatchedFolderServesWhateverProgramOpensADocument) {
               HasSubstr("poster.psd: 4 fonts, 1 already active, 3 activated"));
   EXPECT_THAT(TempFolder::Content(folder_ / "watch-errors"), HasSubstr("nowhere: there is no such folder"));
   EXPECT_THAT(TempFolder::Content(folder_ / "watch-errors"), HasSubstr("documents: is gone"));
+}
+
+TEST_F(WithFonts, AWatchServesWhatIsOpenHoweverMuchWasOpened) {
+  Script("watch", "'" APP_DIR "/with-fonts/with-fonts' --watch documents >watch-out 2>watch-errors; echo $? >status\n");
+  Script("flood", "cat documents/*.txt >seen; exec 3<documents/poster.psd; read word <use\n");
+  Pipe("use");
+  std::filesystem::create_directories(folder_ / "documents");
+  std::filesystem::copy(SOURCE_DIR "/samples/poster.psd", folder_ / "documents");
+  for (int i = 0; i < 5000; ++i) folder_.Write("documents/" + std::to_string(i) + ".txt", "no document");
+  const std::string start = "cd '" + folder_.Path() + "' && ./";
+  ASSERT_EQ(std::system((start + "watch &").c_str()), 0);
+  ASSERT_TRUE(platform::WaitUntil(kPatience, [&] { return !TempFolder::Content(folder_ / "watch-out").empty(); }));
+  ASSERT_EQ(std::system((start + "flood &").c_str()), 0);
+  EXPECT_TRUE(BecomesListed(kPosterFonts));
+  folder_.Write("use", "\n");
+  EXPECT_TRUE(BecomesListed(""));
+  // Its documents have other paths now.
+  std::filesystem::rename(folder_ / "documents", folder_ / "elsewhere");
+  ASSERT_TRUE(platform::WaitUntil(kPatience, [&] { return TempFolder::Content(folder_ / "status") == "1\n"; }));
+  EXPECT_THAT(TempFolder::Content(folder_ / "watch-errors"), HasSubstr("documents: was moved"));
 }
 
 }  // namespace
