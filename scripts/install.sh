@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install.sh GROUP ... - installs the Debian packages of these groups that are missing, and nothing else.
-# Groups: build, fonts, test, bench, lint, fuzz, package. Everything that is said goes to standard error; failure is one line and status 1.
+# Groups: build, fonts, test, libreoffice, inkscape, bench, lint, fuzz, package. Everything that is said goes to standard error; failure is one line and status 1.
 set -euo pipefail
 
 declare -A groups=(
@@ -9,6 +9,8 @@ declare -A groups=(
            zlib1g-dev libzip-dev libsystemd-dev"
   [fonts]="fontconfig fonts-dejavu-core fonts-liberation2 fonts-urw-base35"
   [test]="libgtest-dev libgmock-dev libwoff-dev libimage-exiftool-perl python3 python3-jsonschema chromium nodejs npm"
+  [libreoffice]="libreoffice-writer-nogui poppler-utils"
+  [inkscape]="inkscape poppler-utils"
   [bench]="libimage-exiftool-perl poppler-utils"
   [lint]="git clang-format-14 clang-tidy-14"
   [fuzz]="clang libclang-rt-14-dev"
