@@ -82,7 +82,7 @@ void Watcher::ServeOpened() {
   std::erase_if(opened_, [end](const auto& one) { return one.second + kLongestWait < end; });
 }
 
-// `user` is 0 if no program has the document open.
+// `user` is 0 if no program was seen that has the document open.
 void Watcher::Notice(const std::string& path, pid_t user) {
   const auto old = used_.find(path);
   const bool isKnown = known_.contains(path) && known_[path].stamp == platform::FileStamp::Of(path);
@@ -97,6 +97,7 @@ void Watcher::Notice(const std::string& path, pid_t user) {
     write_(fonts);
   }
   Use& use = used_[path];
+  if (user == 0) user = UserOf(path);  // it may have been opened since
   if (user == 0) {
     use.end = Clock::now() + kUnknownUse;
   } else if (!use.programs.contains(user)) {
