@@ -88,6 +88,8 @@ void Watcher::Notice(const std::string& path, pid_t user) {
   const bool isKnown = known_.contains(path) && known_[path].stamp == platform::FileStamp::Of(path);
   const docfonts::Report& report = ReportOf(path);
   if (report.kind.empty() || report.fonts.empty()) return;
+  // It may have been opened since. Look before the fonts are there: a program may need nothing else.
+  if (user == 0) user = UserOf(path);
   // A document that was changed since may need other fonts.
   if (old != used_.end() && !isKnown) isKeeperThere_ = keeper_.Close(path) && isKeeperThere_;
   if (old == used_.end() || !isKnown) {
@@ -97,7 +99,6 @@ void Watcher::Notice(const std::string& path, pid_t user) {
     write_(fonts);
   }
   Use& use = used_[path];
-  if (user == 0) user = UserOf(path);  // it may have been opened since
   if (user == 0) {
     use.end = Clock::now() + kUnknownUse;
   } else if (!use.programs.contains(user)) {
