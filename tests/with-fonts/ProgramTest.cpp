@@ -39,6 +39,12 @@ class WithFonts : public testing::Test {
           debian_fonts::kOpenType + "NimbusSans-Bold.otf"}) {
       std::filesystem::copy(file, folder_ / "home/Fonts");
     }
+    // Copies: the programs of other tests may have the samples open, and would count as users of the documents.
+    std::filesystem::create_directory(folder_ / "samples");
+    for (const char* sample : {"samples/poster.psd", "samples/brochure.psd", "samples/no-text.psd",
+                               "tests/docfonts/samples/text.odt", "tests/docfonts/samples/drawing.svg"}) {
+      std::filesystem::copy(std::string(SOURCE_DIR "/") + sample, folder_ / "samples");
+    }
     folder_.Write("fonts.conf", "<fontconfig><dir>" + debian_fonts::kDejaVu +
                                     "</dir><dir prefix=\"xdg\">fonts</dir><cachedir>" + folder_ / "cache" +
                                     "</cachedir></fontconfig>");
@@ -65,7 +71,7 @@ class WithFonts : public testing::Test {
   }
   void Pipe(const std::string& name) const { mkfifo((folder_ / name).c_str(), 0600); }
 
-  const std::string kPoster = "'" SOURCE_DIR "/samples/poster.psd'";
+  const std::string kPoster = "samples/poster.psd";
   TempFolder folder_;
   ScopedVariable home_{"HOME", folder_ / "home"}, data_{"XDG_DATA_HOME", {}}, states_{"XDG_STATE_HOME", {}},
       others_{"XDG_DATA_DIRS", folder_ / "nothing"}, conf_{"FONTCONFIG_FILE", folder_ / "fonts.conf"};
@@ -78,19 +84,19 @@ TEST_F(WithFonts, TheProgramSeesTheFontsOfItsDocumentsAndTheyAreGoneAtItsEnd) {
     const char* line;  // a part of it
   };
   const Row kRows[] = {
-      {"./list @/samples/poster.psd", kPosterFonts, "4 fonts, 1 already active, 3 activated"},
-      {"./list file://@/samples/poster%2epsd", kPosterFonts, "3 activated"},
+      {"./list @/poster.psd", kPosterFonts, "4 fonts, 1 already active, 3 activated"},
+      {"./list file://@/poster%2epsd", kPosterFonts, "3 activated"},
       // Documents that name families and styles.
-      {"./list @/tests/docfonts/samples/text.odt", "LiberationSerif-Bold\nNimbusSans-Bold\n", "3 activated"},
-      {"./list @/tests/docfonts/samples/drawing.svg @/samples/no-text.psd", "NimbusSans-Regular\n", "no fonts"},
-      {"--private ./list @/samples/poster.psd", kPosterFonts, "3 activated"},
-      {"--quiet ./list @/samples/poster.psd", kPosterFonts, ""},
-      {"--json ./list @/samples/poster.psd", kPosterFonts, "\"use\":\"activated\""},
+      {"./list @/text.odt", "LiberationSerif-Bold\nNimbusSans-Bold\n", "3 activated"},
+      {"./list @/drawing.svg @/no-text.psd", "NimbusSans-Regular\n", "no fonts"},
+      {"--private ./list @/poster.psd", kPosterFonts, "3 activated"},
+      {"--quiet ./list @/poster.psd", kPosterFonts, ""},
+      {"--json ./list @/poster.psd", kPosterFonts, "\"use\":\"activated\""},
       // No document: nothing is started.
       {"./list list nothing.psd --psd", "", ""},
   };
   for (const Row& row : kRows) {
-    const Outcome run = Run(std::regex_replace(row.words, std::regex("@"), SOURCE_DIR));
+    const Outcome run = Run(std::regex_replace(row.words, std::regex("@"), folder_ / "samples"));
     EXPECT_EQ(run.status, 0) << row.words << run.errors;
     EXPECT_EQ(run.output, row.listed) << row.words;
     EXPECT_THAT(run.errors, HasSubstr(row.line)) << row.words;
@@ -209,9 +215,9 @@ TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
   };
   const Row kRows[] = {
       {"--dry-run " + kPoster, 0, "3 would be activated: LiberationSerif-Bold, NimbusSans-Regular", ""},
-      {"-n '" SOURCE_DIR "/samples/brochure.psd'", 1, "4 missing: C059-Bold", ""},
+      {"-n samples/brochure.psd", 1, "4 missing: C059-Bold", ""},
       // The nearest face is offered and not activated.
-      {"-n '" SOURCE_DIR "/tests/docfonts/samples/drawing.svg'", 1, "Narrow (nearest: LiberationSerif-Bold)", ""},
+      {"-n samples/drawing.svg", 1, "Narrow (nearest: LiberationSerif-Bold)", ""},
       {"--no-run --keep " + kPoster, 0, "3 activated", kPosterFonts},
       {"--no-run --keep " + kPoster, 0, "4 already active", kPosterFonts},
       {"true " + kPoster, 0, "", kPosterFonts},
