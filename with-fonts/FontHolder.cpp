@@ -48,6 +48,10 @@ namespace calls = agent_protocol::calls;
 constexpr std::chrono::seconds kBetweenStarts(5), kAfterFailedStart(60);
 // From the link of a font to the moment when programs see it. Linking has ended when the agent replies.
 constexpr std::chrono::seconds kUntilListed(5);
+// How long other programs may activate fonts and give them back while a document is opened. Programs may see a font for
+// up to two seconds after it was given back, because fontconfig compares times in whole seconds.
+constexpr std::chrono::seconds kUntilSettled(5);
+constexpr std::chrono::milliseconds kBetweenTries(50);
 // Of ActivateFontsForDocumentSilently.
 constexpr TModuleErrorCode kFontsRefused = 0x12000000;
 
@@ -166,13 +170,16 @@ bool FontHolder::IsLeftToOthers(const Wanted& wanted, const std::string& identif
 
 DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& report) {
   if (AllTrackedDocuments::FindTrackedDocumentByPath(path)) return {report.file, {}, report.problems};
-  constexpr int kMostTries = 3;
-  for (int tries = 1;; ++tries) {
-    bool areHeld = true;
-    DocumentFonts fonts = OpenOnce(path, report, areHeld);
-    if (areHeld || tries == kMostTries) return fonts;
+  DocumentFonts fonts;
+  bool areHeld = false;
+  const auto tryToOpen = [&] {
     Close(path);
-  }
+    fonts = OpenOnce(path, report, areHeld);
+    return areHeld;
+  };
+  // At the end it stays open as it is.
+  platform::WaitUntil(kUntilSettled, tryToOpen, kBetweenTries);
+  return fonts;
 }
 
 DocumentFonts FontHolder::OpenOnce(const std::string& path, const docfonts::Report& report, bool& areHeld) {
@@ -188,7 +195,7 @@ DocumentFonts FontHolder::OpenOnce(const std::string& path, const docfonts::Repo
   document->SetIdentifier(FontActivationTracker::GenerateUniqueIdentifier());
   AllTrackedDocuments::AddDocument(document, path);
   // First, because the tracker keeps what it learns first: whether a font was active without this program.
-  HoldFontsOfOthers(document->GetIdentifier(), wanted, *before);
+  areHeld = HoldFontsOfOthers(document->GetIdentifier(), wanted, *before);
   int activated = 0;
   const TModuleErrorCode code =
       CommonFunctionality::ActivateFontsForDocumentSilently(true, true, activated, path, extra, document.get());
@@ -229,17 +236,19 @@ DocumentFonts FontHolder::Predict(const docfonts::Report& report) {
 }
 
 // A font that is active for another client of the agent counts as active, and the plug-in's logic leaves it alone. It
-// would be given back with that client, so hold it for this document, too.
-void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
+// would be given back with that client, so hold it for this document, too. Returns false if one was given back meanwhile.
+bool FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
                                    const FontSnapshot& system) {
   FontManagerInterface& manager = *FontManagerInterface::sm_pFontManager;
   Array others = Array::Create();
+  bool areAllHeld = true;
   for (const Wanted& one : wanted) {
     if (!one.wasActive) continue;
     const platform::ActiveFont* face = FindActive(*one.font, one.name.empty() ? one.font->name : one.name, system);
     if (!face || !face->file.starts_with(source_.activeFolder + "/")) continue;
     std::vector<uint64_t> ids;
     manager.FontIDsForPostScriptName(face->postScriptName, FontManagerInterface::kAllWorkgroupsID, ids);
+    const size_t before = others.Count();
     for (const uint64_t id : ids) {
       Dictionary record = Dictionary::Create();
       record.Set(kGS_PostScriptNameKey, face->postScriptName);
@@ -252,10 +261,12 @@ void FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vec
                                          false, identifier, nullptr);
       others.Append(record);
     }
+    areAllHeld = areAllHeld && others.Count() > before;
   }
   if (others.Count() > 0) {
     manager.ActivateFontsByID(others, identifier, nullptr, Array::Create(), Array::Create(), nullptr, nullptr);
   }
+  return areAllHeld;
 }
 
 std::string FontHolder::Identify(const std::string& path, const docfonts::Report& report) {

@@ -55,7 +55,7 @@ class FontHolder {
   using Clock = std::chrono::steady_clock;
   static std::vector<Wanted> WantedOf(const docfonts::Report& report, const platform::FontSnapshot& system);
   static FontUse UseOf(const Wanted& wanted, const OneTrackedDocument& document, const platform::FontSnapshot& system);
-  void HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
+  bool HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
                          const platform::FontSnapshot& system);
 
   static bool IsLeftToOthers(const Wanted& wanted, const std::string& identifier);

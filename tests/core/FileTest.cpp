@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
+#include <pwd.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <cstdio>
 
 #include "CoreFixtures.h"
 #include "GFile.h"
@@ -226,14 +230,33 @@ TEST(Paths, TheCurrentFolderMayBeGone) {
   ASSERT_EQ(chdir(before.c_str()), 0);
 }
 
-TEST(Paths, AnUnknownHomeIsReportedAndLeavesThePath) {
+TEST(Paths, WithoutAVariableTheHomeIsTheAccounts) {
   setenv("HOME", "", 1);
   platform::SetPlaces({});
-  GFileSystemSpec spec("/old");
-  EXPECT_EQ(spec.SetFullPath("~/x"), 0x05000000u);
-  EXPECT_EQ(GFileSystem::OSGetUsersRootDirectory(spec), 0x05000000u);
-  EXPECT_EQ(spec.GetFullPath(), "/old");
-  EXPECT_TRUE(GFileSystemSpec("~/x").IsEmpty());
+  GFileSystemSpec spec;
+  EXPECT_EQ(spec.SetFullPath("~/x"), 0u);
+  EXPECT_EQ(spec.GetFullPath(), getpwuid(geteuid())->pw_dir + std::string("/x"));
+}
+
+TEST(Paths, AnUnknownHomeIsReportedAndLeavesThePath) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can become a user without an account";
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr uid_t kNoAccount = 54321;
+    setenv("HOME", "", 1);
+    if (setuid(kNoAccount) != 0) _exit(1);
+    platform::SetPlaces({});
+    GFileSystemSpec spec("/old");
+    EXPECT_EQ(spec.SetFullPath("~/x"), 0x05000000u);
+    EXPECT_EQ(GFileSystem::OSGetUsersRootDirectory(spec), 0x05000000u);
+    EXPECT_EQ(spec.GetFullPath(), "/old");
+    EXPECT_TRUE(GFileSystemSpec("~/x").IsEmpty());
+    std::fflush(stdout);
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
 }
 
 }  // namespace
