@@ -1,5 +1,8 @@
 #include "with-fonts/FontHolder.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -52,6 +55,7 @@ constexpr std::chrono::seconds kUntilListed(5);
 // up to two seconds after it was given back, because fontconfig compares times in whole seconds.
 constexpr std::chrono::seconds kUntilSettled(5);
 constexpr std::chrono::milliseconds kBetweenTries(50);
+constexpr std::chrono::seconds kLongestTurn(10);
 // Of ActivateFontsForDocumentSilently.
 constexpr TModuleErrorCode kFontsRefused = 0x12000000;
 
@@ -83,6 +87,19 @@ std::shared_ptr<const FontSnapshot> AwaitListing(const std::string& identifier) 
   });
   return listed;
 }
+
+// Lets one of these programs at a time open or close documents: between the look at what is active and the request to
+// hold it, another one must not give it back. Waits a few seconds at most, because the other may have been stopped.
+class Turn {
+ public:
+  explicit Turn(const std::string& stateFolder)
+      : lock_(open((stateFolder + "/with-fonts.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+    platform::WaitUntil(kLongestTurn, [this] { return !lock_ || flock(lock_.Get(), LOCK_EX | LOCK_NB) == 0; });
+  }
+
+ private:
+  const platform::Descriptor lock_;
+};
 
 // Whatever the preferences say: this program closes documents only to give their fonts back.
 void GiveBack(OneTrackedDocument& document) {
@@ -173,7 +190,8 @@ DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& 
   DocumentFonts fonts;
   bool areHeld = false;
   const auto tryToOpen = [&] {
-    Close(path);
+    const Turn turn(source_.stateFolder);
+    if (OneTrackedDocument* former = AllTrackedDocuments::FindTrackedDocumentByPath(path)) GiveBack(*former);
     fonts = OpenOnce(path, report, areHeld);
     return areHeld;
   };
@@ -292,11 +310,15 @@ std::string FontHolder::Identify(const std::string& path, const docfonts::Report
 }
 
 void FontHolder::Close(const std::string& path) {
-  if (OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path)) GiveBack(*document);
+  OneTrackedDocument* document = AllTrackedDocuments::FindTrackedDocumentByPath(path);
+  if (!document) return;
+  const Turn turn(source_.stateFolder);
+  GiveBack(*document);
 }
 
 std::string FontHolder::CloseAll() {
   std::string problem = AllTrackedDocuments::GetDocumentList().empty() ? "" : BringAgentBack();
+  const Turn turn(source_.stateFolder);
   while (!AllTrackedDocuments::GetDocumentList().empty()) GiveBack(*AllTrackedDocuments::GetDocumentList().front());
   return problem;
 }

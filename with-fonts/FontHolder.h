@@ -39,7 +39,7 @@ class FontHolder {
   // open. Returns an empty text, or one line that says why the file is as before.
   static std::string Identify(const std::string& path, const docfonts::Report& report);
   // Gives the document's fonts back, except those that are kept. Does nothing for one that is not open.
-  static void Close(const std::string& path);
+  void Close(const std::string& path);
   // Gives the fonts of all documents back, except those that are kept.
   // Starts the agent for that if it has ended. Returns an empty text, or one line.
   std::string CloseAll();
