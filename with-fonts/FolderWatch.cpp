@@ -82,6 +82,7 @@ std::vector<std::string> FolderWatch::ReadOpened() {
     }
   }
   std::vector<std::string> paths;
+  paths.reserve(opened.size());
   for (const auto& [path, order] : opened) paths.push_back(path);
   std::sort(paths.begin(), paths.end(), [&opened](const auto& a, const auto& b) { return opened[a] < opened[b]; });
   return paths;
