@@ -295,7 +295,10 @@ std::string FontHolder::Identify(const std::string& path, const docfonts::Report
   for (const docfonts::Font& font : report.fonts) {
     if (!IsNeeded(font, *system)) continue;
     const platform::ActiveFont* face = FindActive(font, font.style ? "" : font.name, *system);
-    if (face && !face->postScriptName.empty()) fonts.Append(RecordOf(font, face->postScriptName));
+    // Without a face of exactly this style it is the nearest one that was activated.
+    const std::string nearest = !face && font.style ? FindPostScriptName(*font.style) : "";
+    const std::string name = face ? face->postScriptName : nearest;
+    if (!name.empty()) fonts.Append(RecordOf(font, name));
   }
   bool areAllFound = false;
   const TModuleErrorCode unreadable = CommonFunctionality::CreateGlyphsureDataForClosedDocument(
