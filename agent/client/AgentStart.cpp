@@ -12,7 +12,7 @@ namespace agent_client {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(10);
+constexpr std::chrono::seconds kPatience(20);
 
 // Returns null if no agent answers.
 std::unique_ptr<AgentConnection> Connect(const std::string& runtimeFolder) {

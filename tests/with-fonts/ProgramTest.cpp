@@ -24,7 +24,7 @@ using test_support::TempFolder;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr std::chrono::seconds kPatience(30);
+constexpr std::chrono::seconds kPatience(90);
 // The fonts of the poster that only the library has, as the scripts list them.
 constexpr const char* kPosterFonts = "LiberationSerif-Bold\nNimbusSans-Bold\nNimbusSans-Regular\n";
 constexpr const char* kList = "fc-list : postscriptname | sed 's/.*=//' | grep -v DejaVu | sort -u";
