@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # install.sh GROUP ... - installs the Debian packages of these groups that are missing, and nothing else.
-# Groups: build, fonts, test, libreoffice, inkscape, bench, lint, fuzz, package. Everything that is said goes to standard error; failure is one line and status 1.
+# Groups: build, fonts, test, libreoffice, inkscape, bench, lint, fuzz, package. Everything that is said goes to standard error;
+# failure is one line and status 1.
 set -euo pipefail
 
 declare -A groups=(

@@ -27,6 +27,7 @@ constexpr UseText kUses[] = {
     {EUse::kActivated, "activated", "activated", true, false},
     {EUse::kFound, "found", "would be activated", true, true},
     {EUse::kRefused, "refused", "must not be activated", false, true},
+    {EUse::kLeft, "left", "not activated", false, false},
     {EUse::kFailed, "failed", "activated but not visible to programs", false, true},
     {EUse::kMissing, "missing", "missing", false, true},
 };

@@ -12,6 +12,7 @@ enum class EUse {
   kActivated,  // for this document
   kMissing,    // not in the library
   kRefused,    // must not be activated
+  kLeft,       // in the library, but not activated because of a refused one
   kFailed,     // activated, but programs do not see it
   kFound,      // would be activated; of a dry run only
 };

@@ -168,6 +168,8 @@ FontUse FontHolder::UseOf(const Wanted& wanted, const OneTrackedDocument& docume
     use.use = EUse::kActivated;
   } else if (Contains(document.GetNoncompliantFonts(), wanted.name)) {
     use.use = EUse::kRefused;
+  } else if (document.GetNoncompliantFonts().Count() > 0 && !docfonts::ChooseFile(font).value_or("").empty()) {
+    use.use = EUse::kLeft;
   } else if (opened != open.end()) {
     use.use = EUse::kFailed;
   } else {
@@ -237,16 +239,12 @@ DocumentFonts FontHolder::OpenOnce(const std::string& path, const docfonts::Repo
 DocumentFonts FontHolder::Predict(const docfonts::Report& report) {
   const auto system = platform::GetFontSnapshot();
   DocumentFonts result{report.file, {}, report.problems};
-  for (const docfonts::Font& font : report.fonts) {
-    if (!IsNeeded(font, *system)) continue;
-    FontUse use{font.name, EUse::kActive};
-    const std::string name = font.style ? "" : font.name;
-    if (IsActive(font, name, *system)) {
-      use.file = FileOf(font, name, *system);
-    } else {
-      use.file = docfonts::ChooseFile(font).value_or("");
+  for (const Wanted& one : WantedOf(report, *system)) {
+    FontUse use{one.font->name, EUse::kActive, FileOf(*one.font, one.name, *system)};
+    if (!one.wasActive) {
+      use.file = docfonts::ChooseFile(*one.font).value_or("");
       use.use = use.file.empty() ? EUse::kMissing : EUse::kFound;
-      if (use.file.empty()) use.nearest = NearestFonts(font);
+      if (use.file.empty()) use.nearest = NearestFonts(*one.font);
     }
     result.fonts.push_back(std::move(use));
   }
@@ -288,8 +286,9 @@ bool FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vec
 }
 
 std::string FontHolder::Identify(const std::string& path, const docfonts::Report& report) {
-  if (!FontManagerInterface::ConnectedManager())
+  if (!FontManagerInterface::ConnectedManager()) {
     return "the font manager does not answer; the fonts are not identified";
+  }
   const auto system = platform::GetFontSnapshot();
   Array fonts = Array::Create();
   for (const docfonts::Font& font : report.fonts) {

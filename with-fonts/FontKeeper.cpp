@@ -11,9 +11,8 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/LocalSocket.h"
-#include "platform/PlainText.h"
 #include "platform/Presenter.h"
-#include "with-fonts/KeptFonts.h"
+#include "with-fonts/Complain.h"
 
 namespace with_fonts {
 
@@ -26,16 +25,12 @@ constexpr const char* kOpen = "open";          // a path; a further message is t
 constexpr const char* kPredict = "predict";    // the same, without a path
 constexpr const char* kIdentify = "identify";  // as kOpen; the answer is a problem
 constexpr const char* kClose = "close";        // a path; the answer is empty
-constexpr const char* kKeep = "keep";          // a file;  the answer is a problem
+constexpr const char* kKeep = "keep";          // a file; the answer is a problem
 constexpr const char* kHoldFor = "hold-for";   // numbers of processes; the answer is a problem
 constexpr const char* kGone = "the process that holds the fonts has ended; its fonts were given back";
 constexpr int kBetweenTicks = 1000;  // milliseconds
 
 std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
-
-void Complain(const std::string& problem) {
-  if (!problem.empty()) std::fprintf(stderr, "with-fonts: %s\n", platform::OneLine(problem).c_str());
-}
 
 // Boxes of the plug-in's logic. The one about a lost agent is not shown: this process starts the agent again.
 platform::ValueRef ShowBox(void*, platform::ValueRef box) {

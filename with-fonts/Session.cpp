@@ -15,7 +15,7 @@
 #include "platform/Bundle.h"
 #include "platform/Files.h"
 #include "platform/FontConfiguration.h"
-#include "platform/PlainText.h"
+#include "with-fonts/Complain.h"
 #include "with-fonts/KeptFonts.h"
 #include "with-fonts/ProgramPath.h"
 #include "with-fonts/ProgramRun.h"
@@ -45,10 +45,6 @@ sigset_t BlockEnds() {
 }
 
 }  // namespace
-
-void Complain(const std::string& problem) {
-  std::fprintf(stderr, "with-fonts: %s\n", platform::OneLine(problem).c_str());
-}
 
 // Takes the user's home before the places name another one.
 std::string Session::SetUp() {
@@ -119,8 +115,9 @@ void Session::Write(const DocumentFonts& fonts) {
 
 std::string Session::ServeDocuments() {
   source_.isForSandbox = options_.RunsProgram() && IsSandboxed(options_.words);
-  if (source_.isForSandbox && options_.isPrivate)
+  if (source_.isForSandbox && options_.isPrivate) {
     return "--private can't reach a program in a sandbox; no font is activated";
+  }
   std::string problem = SetUp();
   if (problem.empty()) problem = keeper_.Start(source_, privateFonts_);
   if (!problem.empty()) return problem;
@@ -221,10 +218,8 @@ int Session::Run() {
     documents_ = ReadDocuments(arguments, !options_.RunsProgram());
     if (!documents_.empty()) problem = ServeDocuments();
   }
-  if (!problem.empty()) {
-    Complain(problem);
-    isComplete_ = false;
-  }
+  Complain(problem);
+  isComplete_ = isComplete_ && problem.empty();
   // The program runs with the fonts that could be had.
   if (options_.RunsProgram()) return RunIt();
   if (options_.noRun && !options_.dryRun) return AwaitInterrupt();

@@ -16,9 +16,6 @@ namespace with_fonts {
 // Exit statuses without a program.
 enum EStatus : int { kAllFound = 0, kNotAllFound = 1, kWrongUsage = 2 };
 
-// Writes a line to standard error.
-void Complain(const std::string& problem);
-
 class Session {
  public:
   explicit Session(const Options& options) : options_(options) {}

@@ -1,6 +1,7 @@
 // with-fonts: runs a program with the fonts of its documents.
 #include <cstdio>
 
+#include "with-fonts/Complain.h"
 #include "with-fonts/Options.h"
 #include "with-fonts/Session.h"
 

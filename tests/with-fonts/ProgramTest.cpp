@@ -235,6 +235,17 @@ TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
   EXPECT_EQ(Json::parse(json.output)["fonts"][0]["use"], "found") << json.output;
 }
 
+TEST_F(WithFonts, AFontThatMustNotBeActivatedIsNamedAndTheDocumentGetsNone) {
+  folder_.Write(
+      "home/.local/state/velorant/desktop/nexcore.json",
+      R"({"library": [")" + folder_ / "home/Fonts" + R"("], "desktop": true, "refused": ["NimbusSans-Bold"]})");
+  for (const std::string option : {"", "--private "}) {
+    const Outcome run = Run(option + "./list " + kPoster);
+    EXPECT_EQ(run.output, "") << option;
+    EXPECT_THAT(run.errors, HasSubstr("1 must not be activated: NimbusSans-Bold, 2 not activated\n")) << option;
+  }
+}
+
 TEST_F(WithFonts, AFontThatASandboxCannotSeeIsNamed) {
   Script("flatpak/exports/bin/app", "");
   EXPECT_THAT(Run("flatpak/exports/bin/app " + kPoster).errors, testing::Not(HasSubstr("sandbox")));
