@@ -1,5 +1,5 @@
 // Lists the fonts of a folder of documents, against exiftool on the same folder. Writes identification data into a
-// large EPS file, against cp and sync.
+// large EPS file, against cp.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -54,7 +54,7 @@ void SaveData(const std::string& path) {
   if (parser.GetError() != 0) benchmark::Fail(path + " can't be written");
 }
 
-// Both write a new file, sync it and remove an old one.
+// Both replace an old file, but `cp` leaves the writing to the disk for later, which a save must not.
 void CompareSaving(const char* name, const test_support::TempFolder& folder) {
   const std::string file = folder / "large.eps", copy = folder / "copy.eps";
   // A file that holds data already would be read to its end, for more fonts.
@@ -65,11 +65,7 @@ void CompareSaving(const char* name, const test_support::TempFolder& folder) {
   write();
   fs::copy_file(file, copy);
   benchmark::Compare(
-      name, 1.5, 5, [&] { SaveData(file); },
-      [&] {
-        Run("rm -f " + Quoted(copy) + " && cp " + Quoted(file) + " " + Quoted(copy) + " && sync " + Quoted(copy));
-      },
-      write);
+      name, 1.5, 5, [&] { SaveData(file); }, [&] { Run("cp " + Quoted(file) + " " + Quoted(copy)); }, write);
 }
 
 void MeasureAll() {
@@ -81,7 +77,7 @@ void MeasureAll() {
       [&] { Run(Quoted(APP_DIR "/docfonts/docfonts") + " -r " + documents + " >/dev/null 2>&1 || test $? = 1"); },
       [&] { Run("exiftool -r -fast " + documents + " >/dev/null 2>&1 || test $? = 1"); });
 
-  CompareSaving("data into an EPS of 256 MiB, against cp+sync", folder);
+  CompareSaving("data into an EPS of 256 MiB, against cp", folder);
   // Without the disk, whose time differs much from one write to the next.
   setenv("TMPDIR", "/dev/shm", 1);
   CompareSaving("the same in memory", test_support::TempFolder());
