@@ -10,13 +10,6 @@
 
 namespace platform {
 
-namespace {
-// For forward reading; fits into a processor's cache.
-constexpr size_t kForwardSize = size_t{128} * 1024;
-// For random reading: about one object of a document.
-constexpr size_t kJumpSize = size_t{16} * 1024;
-}  // namespace
-
 std::error_code ByteSource::Open(const std::string& path) {
   struct stat info {};
   std::error_code error;
@@ -49,9 +42,10 @@ std::string_view ByteSource::Find(uint64_t at, size_t count) {
     target = goesOn ? &current
                     : &*std::min_element(windows_.begin(), windows_.end(),
                                          [](const Window& a, const Window& b) { return a.lastUse < b.lastUse; });
+    const size_t next = goesOn && current.size > 0 ? std::min(2 * current.size, sizes_.most) : sizes_.first;
     // A view larger than a window is the only one in memory.
-    if (count > kForwardSize) windows_ = {};
-    if (!Load(*target, at, std::max(count, goesOn ? kForwardSize : kJumpSize))) return {};
+    if (count > sizes_.most) windows_ = {};
+    if (!Load(*target, at, std::max(count, next))) return {};
   }
   Use(*target);
   return window_.substr(static_cast<size_t>(at - windowBegin_));

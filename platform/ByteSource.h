@@ -15,9 +15,17 @@
 
 namespace platform {
 
+// How many bytes a source reads at once: `first` after a jump, and twice as many each time while reading goes on, up to
+// `most`. The defaults are about one object of a layered document, and what fits into a processor's cache.
+struct ReadSizes {
+  size_t first = size_t{16} << 10;
+  size_t most = size_t{128} << 10;
+};
+
 class PLATFORM_API ByteSource {
  public:
-  ByteSource() = default;                                                               // empty until Open
+  ByteSource() = default;  // empty until Open
+  explicit ByteSource(const ReadSizes& sizes) : sizes_(sizes) {}
   explicit ByteSource(std::string_view bytes) : size_(bytes.size()), window_(bytes) {}  // owned by the caller
   ByteSource(int descriptor, uint64_t size)
       : descriptor_(descriptor), size_(size) {}  // an open regular file, owned by the caller
@@ -56,6 +64,7 @@ class PLATFORM_API ByteSource {
   bool Load(Window& window, uint64_t at, size_t count);
   void Use(Window& window);
 
+  ReadSizes sizes_;
   Descriptor file_;
   int descriptor_ = -1;
   uint64_t size_ = 0;

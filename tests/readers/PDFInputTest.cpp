@@ -13,9 +13,7 @@ class PDFInputFixture : public ::testing::Test {
  protected:
   PDFInput& Open(const std::string& content) {
     error = 0;
-    stream = {};
-    stream.open(folder.Write("file", content).c_str(), std::ios_base::in | std::ios_base::binary);
-    input.Begin();
+    EXPECT_TRUE(input.Open(folder.Write("file", content)));
     return input;
   }
   Tokens TokensOf(const std::string& content) {
@@ -27,9 +25,8 @@ class PDFInputFixture : public ::testing::Test {
     return tokens;
   }
   test_support::TempFolder folder;
-  FStreamWrapper stream;
   int error = 0;
-  PDFInput input{stream, error};
+  PDFInput input{error};
 };
 
 TEST_F(PDFInputFixture, Tokens) {
@@ -106,6 +103,16 @@ TEST_F(PDFInputFixture, PlaceInTheFileIsKnown) {
   error = 0;
   input.SeekAndReadBlock(302);
   EXPECT_EQ(input.ProcessToken(), "abc") << "a failed seek doesn't keep the reader from the next one";
+}
+
+TEST_F(PDFInputFixture, AJumpCostsABlockAndReadingOnTwiceTheBytes) {
+  constexpr int kDistance = 1000, kJumps = 2000;
+  Open(std::string(size_t{kDistance} * kJumps, 'x'));
+  for (int i = 0; i < kJumps; ++i) input.SeekAndReadBlock(std::streamoff{i} * 617 % kJumps * kDistance);
+  EXPECT_EQ(input.GetBytesRead(), 256u * kJumps);
+  input.SeekAndReadBlock(0);
+  while (input.ReadCharacter() != PDFInput::kEnd) continue;
+  EXPECT_LE(input.GetBytesRead(), 256u * kJumps + size_t{2} * kDistance * kJumps + 16384);
 }
 
 }  // namespace

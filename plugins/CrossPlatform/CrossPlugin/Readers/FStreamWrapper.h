@@ -9,11 +9,6 @@
 
 class FStreamWrapper {
  public:
-  FStreamWrapper() = default;
-  // For parsers that read in their own blocks: a read takes no more from the file than requested.
-  struct Unbuffered {};
-  explicit FStreamWrapper(Unbuffered) { mStream.rdbuf()->pubsetbuf(nullptr, 0); }
-
   // The operations of the stream, with the same meaning.
   //
   // Refuses anything but a regular file, because opening a pipe could wait forever. An open stream stays open and gets

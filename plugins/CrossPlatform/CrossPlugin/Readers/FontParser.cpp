@@ -20,6 +20,12 @@ FontParser::EFileType FontParser::DetermineFileTypeOfFile(const platform::FileUR
   return kEPSFile;
 }
 
+bool FontParser::FindFile() {
+  const bool isFound = OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true);
+  mStream.close();
+  return isFound;
+}
+
 namespace {
 
 constexpr std::string_view kFilesComment = "%%DocumentFiles:";

@@ -47,8 +47,11 @@ class FontParser {
  protected:
   FontParser(const platform::FileURL& url, const std::string& path) : mURL(url), mPath(path) {}
 
+  // Returns true if the file can be read. Its path, which can be told in several ways, is then that of the stream.
+  bool FindFile();
+
   const platform::FileURL mURL;
   const std::string mPath;
-  FStreamWrapper mStream{FStreamWrapper::Unbuffered()};
+  FStreamWrapper mStream;
   int mError = 0;
 };

@@ -121,10 +121,7 @@ const FontParserEPS::CommentRow* FontParserEPS::FindComment(size_t& outEnd) cons
 }
 
 void FontParserEPS::Parse() {
-  // The stream finds the file, whose path can be told in several ways.
-  const bool isFound = OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true);
-  mStream.close();
-  if (!isFound || mBytes.emplace().Open(mStream.Path())) {
+  if (!FindFile() || mBytes.emplace().Open(mStream.Path())) {
     mError = -1;
     return;
   }

@@ -9,10 +9,9 @@
 
 void FontParserPDF::Parse() {
   const TracedCall traced(__func__);
-  if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) return;
-  mInput.Begin();
+  if (!FindFile() || !mInput.Open(mStream.Path())) return;
   if (FindHeader()) ReadDocument();
-  mStream.close();
+  mInput.Close();
 }
 
 bool FontParserPDF::FindHeader() {

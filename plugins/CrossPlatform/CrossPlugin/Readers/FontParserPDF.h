@@ -118,7 +118,7 @@ class FontParserPDF : public FontParser {
   void DecodeAIPrivateData(EFilterType filterType, int32_t streamLength);
   void ParsePrivateFile(const std::string& path);
 
-  PDFInput mInput{mStream, mError};
+  PDFInput mInput{mError};
   std::streamoff m_nHeaderOffset = 0;
   int32_t m_nSize = 0;
   std::vector<XRefEntry> m_vXRef;  // by object number once all sections are read

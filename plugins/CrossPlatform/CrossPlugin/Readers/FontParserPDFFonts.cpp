@@ -183,15 +183,14 @@ bool FontParserPDF::HoldsPDFXMark() {
   bool found = false;
   // An error from Parse would end the search after one block.
   mError = 0;
-  if (!OpenFileStreamFromCFURLRef(mURL, mPath, mStream, true)) return found;
-  mInput.Begin();
+  if (!FindFile() || !mInput.Open(mStream.Path())) return found;
   // A mark that crosses the border of two blocks is missed. Documents keep or lose their identification data by this
   // answer, so it must not change.
   do {
     mInput.ReadBlock();
     found = mInput.Block().find("GTS_PDFX") != std::string_view::npos;
   } while (!found && mError == 0);
-  mStream.close();
+  mInput.Close();
   mError = 0;
   return found;
 }

@@ -37,11 +37,11 @@ class Inflater {
 
   bool IsReady() const { return mIsReady; }
   // Adds the number of written bytes to outCount. Returns false when the data end, are damaged or reach the limit.
-  bool Inflate(std::array<char, kChunk>& chunk, std::streamsize size, platform::TemporaryFile& file, size_t& outCount) {
+  bool Inflate(std::string_view chunk, platform::TemporaryFile& file, size_t& outCount) {
     std::array<char, kChunk> output;
-    mStream.next_in = reinterpret_cast<Bytef*>(chunk.data());
-    mStream.avail_in = static_cast<uInt>(size);
-    mPacked += static_cast<size_t>(size);
+    mStream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(chunk.data()));
+    mStream.avail_in = static_cast<uInt>(chunk.size());
+    mPacked += chunk.size();
     const size_t limit = UnpackLimit(mPacked);
     int result = Z_OK;
     do {
@@ -62,27 +62,28 @@ class Inflater {
   size_t mPacked = 0;  // bytes given to Inflate so far
 };
 
+std::string_view ChunkAt(platform::ByteSource& bytes, uint64_t at, size_t most = kChunk) {
+  return bytes.View(at, most).substr(0, most);
+}
+
 // Both return the number of bytes written to the file.
-size_t CopyInflated(FStreamWrapper& stream, platform::TemporaryFile& file) {
+size_t CopyInflated(platform::ByteSource& bytes, uint64_t at, platform::TemporaryFile& file) {
   Inflater inflater;
-  std::array<char, kChunk> chunk;
   size_t count = 0;
-  for (bool goesOn = inflater.IsReady(); goesOn;) {
-    std::streamsize size = kChunk;
-    ReadStream(stream, size, chunk.data());
-    goesOn = size > 0 && inflater.Inflate(chunk, size, file, count);
+  for (bool goesOn = inflater.IsReady(); goesOn; at += kChunk) {
+    const std::string_view chunk = ChunkAt(bytes, at);
+    goesOn = !chunk.empty() && inflater.Inflate(chunk, file, count);
   }
   return count;
 }
 
-size_t CopyPlain(FStreamWrapper& stream, int32_t length, platform::TemporaryFile& file) {
-  std::array<char, kChunk> chunk;
+size_t CopyPlain(platform::ByteSource& bytes, uint64_t at, int32_t length, platform::TemporaryFile& file) {
+  const size_t end = std::min(static_cast<size_t>(length), kMaxUnpacked);
   size_t count = 0;
-  while (count < static_cast<size_t>(length) && count < kMaxUnpacked) {
-    std::streamsize size = static_cast<std::streamsize>(std::min(kChunk, static_cast<size_t>(length) - count));
-    ReadStream(stream, size, chunk.data());
-    if (size == 0 || file.Write({chunk.data(), static_cast<size_t>(size)})) break;
-    count += static_cast<size_t>(size);
+  while (count < end) {
+    const std::string_view chunk = ChunkAt(bytes, at + count, std::min(kChunk, end - count));
+    if (chunk.empty() || file.Write(chunk)) break;
+    count += chunk.size();
   }
   return count;
 }
@@ -124,8 +125,6 @@ void FontParserPDF::ProcessPrivateStream(const PDFObject& object) {
   } while (depth > 0 && mError == 0);
   if (mInput.ProcessToken() != "stream") return;
   mInput.SkipWhitespace();
-  mStream.clear();
-  mStream.seekg(mInput.GetCurrentPosition());
   DecodeAIPrivateData(filter, length);
 }
 
@@ -141,15 +140,14 @@ FontParserPDF::EFilterType FontParserPDF::ReadFilter() {
 
 void FontParserPDF::DecodeAIPrivateData(EFilterType filterType, int32_t streamLength) {
   constexpr std::string_view kCompressedTag = "%AI12_CompressedData";
-  std::array<char, kCompressedTag.size()> start{};
-  std::streamsize size = start.size();
-  ReadStream(mStream, size, start.data());
-  const std::string tag(start.data(), static_cast<size_t>(size));
+  platform::ByteSource& bytes = mInput.Bytes();
+  auto at = static_cast<uint64_t>(mInput.GetCurrentPosition());
+  const std::string tag(ChunkAt(bytes, at, kCompressedTag.size()));
   if (tag == kCompressedTag) {
     filterType = kFilterFlate;
+    at += tag.size();
     OutputIndentedAndFormattedString(0, "Handling tag '%s' with kFilterFlate decoding", tag.c_str());
   } else {
-    mStream.seekg(-size, std::ios_base::cur);
     OutputIndentedAndFormattedString(0, "Handling tag '%s' with NO decoding", tag.c_str());
   }
   // A document may contain itself.
@@ -160,7 +158,7 @@ void FontParserPDF::DecodeAIPrivateData(EFilterType filterType, int32_t streamLe
   OutputIndentedAndFormattedString(0, "Creating temp file \"%s\"", path.c_str());
   if (!isCreated) return;
   const size_t count =
-      filterType == kFilterFlate ? CopyInflated(mStream, file) : CopyPlain(mStream, streamLength, file);
+      filterType == kFilterFlate ? CopyInflated(bytes, at, file) : CopyPlain(bytes, at, streamLength, file);
   if (count > 0) ParsePrivateFile(path);
   file.Remove();
   OutputIndentedAndFormattedString(0, "Deleted temp file \"%s\"", path.c_str());

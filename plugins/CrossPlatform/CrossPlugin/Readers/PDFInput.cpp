@@ -7,30 +7,42 @@
 
 namespace {
 
+constexpr platform::ReadSizes kReadSizes = {.first = 256, .most = 8192};
+
 bool IsWhitespace(int c) { return c == '\t' || c == '\n' || c == '\r' || c == ' '; }
 
 bool IsBracket(int c) { return c == '[' || c == ']' || c == '(' || c == ')' || c == '<' || c == '>'; }
 
 }  // namespace
 
-void PDFInput::Begin() {
-  mBlock = {};
-  mPosition = mWindowLength = 0;
-  mBlockBegin = mWindowBegin = 0;
-  mLength = std::max<std::streamoff>(mStream.GetStreamLength(), 0);
+bool PDFInput::Open(const std::string& path) {
+  Close();
+  if (mBytes.emplace(kReadSizes).Open(path)) return false;
+  mLength = static_cast<std::streamoff>(mBytes->Size());
   // Sound files of many producers cost up to five times their size, since each object costs a block.
   constexpr uint64_t kTimes = 16, kLeast = 65536;
-  mLimit = mBytesRead + kTimes * static_cast<uint64_t>(mLength) + kLeast;
+  mLimit = mCost + kTimes * mBytes->Size() + kLeast;
+  return true;
 }
 
-bool PDFInput::Take(uint64_t count) {
-  if (mBytesRead + count <= mLimit) {
-    mBytesRead += count;
-    return true;
+void PDFInput::Close() {
+  mBlock = {};
+  mPosition = 0;
+  mBlockBegin = mLength = 0;
+  mBytes.reset();
+}
+
+// Returns so many bytes, fewer at the file's end, and counts the cost.
+std::string_view PDFInput::View(std::streamoff begin, size_t count) {
+  if (mCost + std::max(count, kReadSizes.most) > mLimit) {
+    OutputIndentedAndFormattedString(0, "Giving up on a PDF whose objects overlap");
+    mError = -1;
+    return {};
   }
-  OutputIndentedAndFormattedString(0, "Giving up on a PDF whose objects overlap");
-  mError = -1;
-  return false;
+  const uint64_t before = mBytes->BytesRead();
+  const std::string_view view = begin < 0 ? std::string_view() : mBytes->View(static_cast<uint64_t>(begin), count);
+  mCost += std::max<uint64_t>(count, mBytes->BytesRead() - before);
+  return view.substr(0, count);
 }
 
 void PDFInput::SeekAndReadBlock(std::streamoff position) {
@@ -42,48 +54,16 @@ void PDFInput::SeekAndReadBlock(std::streamoff position) {
 
 void PDFInput::ReadBlock() {
   mBlockBegin += static_cast<std::streamoff>(mBlock.size());
-  mBlock = {};
   mPosition = 0;
-  const std::streamoff windowEnd = mWindowBegin + static_cast<std::streamoff>(mWindowLength);
-  const auto wanted = std::min<std::streamoff>(kBlockSize, mLength - mBlockBegin);
-  const bool isInWindow = mBlockBegin >= mWindowBegin && mBlockBegin + wanted <= windowEnd;
-  if (!(isInWindow ? Take(kBlockSize) : ReadWindow(mBlockBegin))) return;
-  if (mBlockBegin >= mWindowBegin) {
-    const std::string_view window(mWindow.data(), mWindowLength);
-    mBlock = window.substr(std::min(static_cast<size_t>(mBlockBegin - mWindowBegin), mWindowLength), kBlockSize);
-  }
+  mBlock = View(mBlockBegin, kBlockSize);
   if (!mBlock.empty()) return;
   mError = -1;
   OutputIndentedAndFormattedString(0, "FontParserPDF::ReadBlock() got error %d after reading %d bytes", mError, 0);
 }
 
-bool PDFInput::ReadWindow(std::streamoff begin) {
-  // A seek may be followed by another one, so it reads only a block. Continued reading reads more each time.
-  const std::streamoff end = mWindowBegin + static_cast<std::streamoff>(mWindowLength);
-  const bool readsOn = mWindowLength > 0 && begin >= mWindowBegin && begin <= end;
-  mWindowSize = readsOn ? std::min(2 * mWindowSize, mWindow.size()) : kBlockSize;
-  std::streamsize size = std::clamp<std::streamoff>(mLength - begin, 0, static_cast<std::streamoff>(mWindowSize));
-  mWindowBegin = begin;
-  mWindowLength = 0;
-  if (!Take(std::max(static_cast<uint64_t>(size), uint64_t{kBlockSize}))) return false;
-  // After a failure the stream would refuse to seek.
-  mStream.clear();
-  mStream.seekg(begin);
-  ReadStream(mStream, size, mWindow.data());
-  mWindowLength = static_cast<size_t>(size);
-  return true;
-}
-
 std::string PDFInput::ReadRange(std::streamoff begin, std::streamoff end) {
   const std::streamoff position = GetCurrentPosition();
-  std::streamsize size = std::clamp<std::streamoff>(end - begin, 0, mLength);
-  std::string bytes;
-  if (!Take(static_cast<uint64_t>(size))) return bytes;
-  bytes.resize(static_cast<size_t>(size));
-  mStream.clear();
-  mStream.seekg(begin);
-  ReadStream(mStream, size, bytes.data());
-  bytes.resize(static_cast<size_t>(size));
+  const std::string bytes(View(begin, static_cast<size_t>(std::clamp<std::streamoff>(end - begin, 0, mLength))));
   SeekAndReadBlock(position);
   return bytes;
 }

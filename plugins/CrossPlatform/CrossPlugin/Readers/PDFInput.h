@@ -1,39 +1,37 @@
-// Reads a PDF file as characters, tokens and lines, with limits for broken files. Reads through the parser's stream and
-// sets the parser's error field, which ends every loop over tokens. Not thread-safe.
+// Reads a PDF file as characters, tokens and lines, with limits for broken files. Sets the parser's error field, which
+// ends every loop over tokens. Not thread-safe.
 //
-// All input goes through a block of 256 bytes, and a seek reads a block again. Blocks come from a window of the file,
-// so objects that are close together are read from the disk once. Each block costs the bytes that are read from the
-// disk for it, at least 256. The total cost is limited to a multiple of the file's size, even if objects overlap.
-//
-// The window is not platform::ByteSource: that reads 16 KiB at each jump. Here most jumps lead to an object of 100
-// bytes that is read once, so this window starts with one block and doubles while reading goes on. With 16 KiB a jump,
-// the limit of the cost could not tell a sound file with many small objects from a hostile one.
+// All input goes through a block of 256 bytes, and a seek reads a block again. Each block costs the bytes that are read
+// from the disk for it, at least 256. The total cost is limited to a multiple of the file's size, even if objects
+// overlap. Most jumps lead to an object of 100 bytes that is read once, so a jump reads one block from the disk: with
+// more, the limit could not tell a sound file with many small objects from a hostile one.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <ios>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "Readers/FStreamWrapper.h"
+#include "platform/ByteSource.h"
 
 class PDFInput {
  public:
-  // Both must outlive the object. The error field is 0 or -1.
-  PDFInput(FStreamWrapper& stream, int& error) : mStream(stream), mError(error) {}
+  // The error field, 0 or -1, must outlive the object.
+  explicit PDFInput(int& error) : mError(error) {}
   PDFInput(const PDFInput&) = delete;
   PDFInput& operator=(const PDFInput&) = delete;
 
-  // Begins at the start of the stream, which has just been opened, and resets the limit. Other code may move the
-  // stream's position at any time.
-  void Begin();
+  // Opens the file, begins at its start and resets the limit. Returns false if it cannot be opened.
+  bool Open(const std::string& path);
+  // Nothing can be read before the next Open.
+  void Close();
   void SeekAndReadBlock(std::streamoff position);
   // Returns the offset of the next character in the file.
   std::streamoff GetCurrentPosition() const { return mBlockBegin + static_cast<std::streamoff>(mPosition); }
   std::streamoff GetStreamLength() const { return mLength; }
-  // Returns the total cost in bytes so far. Not less than the bytes read from an unbuffered stream.
-  uint64_t GetBytesRead() const { return mBytesRead; }
+  // Returns the total cost in bytes of all files so far. Not less than the bytes read from the disk.
+  uint64_t GetBytesRead() const { return mCost; }
 
   // Reads up to 256 bytes after the last block. No bytes is an error.
   void ReadBlock();
@@ -64,29 +62,27 @@ class PDFInput {
   void SkipTo(std::string_view token);
   // Returns the bytes of [begin, end), fewer at the file's end. Does not change the read position.
   std::string ReadRange(std::streamoff begin, std::streamoff end);
+  // For a reader of a part with a limit of its own, which costs nothing here. Before reading goes on here, a seek must
+  // follow. Only between Open and Close.
+  platform::ByteSource& Bytes() { return *mBytes; }
 
  private:
   static constexpr size_t kMaxText = 256;
 
   static constexpr size_t kBlockSize = 256;
 
-  bool Take(uint64_t count);
-  bool ReadWindow(std::streamoff begin);
+  std::string_view View(std::streamoff begin, size_t count);
   bool ReadEscape();
   void ReadPlainToken();
 
-  FStreamWrapper& mStream;
   int& mError;
   std::string m_sWork;
-  std::string_view mBlock;  // within the window
+  std::optional<platform::ByteSource> mBytes;
+  std::string_view mBlock;
   size_t mPosition = 0;
   std::streamoff mBlockBegin = 0;
-  std::array<char, 8192> mWindow{};
-  size_t mWindowLength = 0;
-  size_t mWindowSize = kBlockSize;  // the requested size
-  std::streamoff mWindowBegin = 0;
   std::streamoff mLength = 0;
-  uint64_t mBytesRead = 0, mLimit = 0;
+  uint64_t mCost = 0, mLimit = 0;
 };
 
 inline int PDFInput::PeekCharacter() {
