@@ -1,7 +1,7 @@
 // Starts the agent again after it has ended by itself.
 //
-// The library's user starts a missing agent only for calls that change something. Without this, a document that is
-// opened just after the agent has crashed would open without its fonts.
+// The library's user starts a missing agent only for calls that change something, and does nothing more once it has seen
+// that none runs. Without this, a document that is opened just after the agent has crashed would open without its fonts.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace plugin_interface {
 
-// Call after a call has returned an agent-gone code. If this process was connected to an agent that did not announce
+// Call after a call has returned an agent-gone code, or if no agent's process runs. If this process was connected to an agent that did not announce
 // its end, waits for a new one, and starts it if no other program has. Returns the facade through which it answers;
 // null if there is no agent, or if it was started too often lately. Thread-safe.
 std::shared_ptr<Facade> ReturnToAgent();

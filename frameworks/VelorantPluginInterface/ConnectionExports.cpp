@@ -1,5 +1,6 @@
 // Instances and their life cycle, notifications, and state queries.
 #include "agent/client/AgentProcess.h"
+#include "frameworks/VelorantPluginInterface/AgentRestart.h"
 #include "frameworks/VelorantPluginInterface/Calls.h"
 #include "frameworks/VelorantPluginInterface/Exports.h"
 #include "frameworks/VelorantPluginInterface/Notifications.h"
@@ -78,8 +79,10 @@ TModuleErrorCode GetIsCoreAgentProcessRunning(FacadeHandle h, int32_t* out) {
   return Guarded([&] {
     uint32_t code = kSuccess;
     const auto facade = FacadeOf(h, code);
-    const bool isThere =
+    bool isThere =
         (facade && facade->IsConnected()) || agent_client::IsAgentProcessRunning(platform::GetPlaces().runtime);
+    // After a no the plug-in does nothing more in this session, and an agent may be killed just before it asks.
+    isThere = isThere || ReturnToAgent();
     // A silent agent counts as not running: otherwise callers would wait for it and report fonts as missing.
     *out = isThere && !IsAgentSilent() ? 1 : 0;
     return kSuccess;

@@ -129,7 +129,8 @@ using agent_protocol::kServiceUnavailableCode;
 // OSCreateDirectory              Creates a folder and its parents. An existing folder is a success.
 //
 // --- State: one 32-bit integer in *out. On failure *out is unchanged, so set it to the default first ---
-// GetIsCoreAgentProcessRunning   Local. 1 if an agent is connected, or its process runs and it is not silent.
+// GetIsCoreAgentProcessRunning   1 if an agent is connected, or its process runs and it is not silent. An agent that has
+//                                ended by itself is started again first.
 // GetAreSchemaVersionsInSync     1 if the agent speaks the same protocol, 0 if not. Connects.
 // GetIsLoggedIn, GetIsOnline, GetIsStandaloneMode
 //                                Always 1: this agent serves one user without a server.
