@@ -41,10 +41,11 @@ fs::path AgentBesideBundle() {
   return fs::path(info.dli_fname).parent_path().parent_path() / agent_protocol::kAgentName;
 }
 
+// Only traces a failure: callers get the code of an agent that is gone, and their program tells its user.
 void Restart(const std::string& runtimeFolder) {
+  const fs::path agent = AgentBesideBundle(), stateFolder = fs::path(runtimeFolder).parent_path();
   std::string error;
-  const fs::path stateFolder = fs::path(runtimeFolder).parent_path();
-  if (!platform::LaunchDetached(AgentBesideBundle(), stateFolder, "", &error)) platform::ReportProblem(error);
+  if (!platform::LaunchDetached(agent, stateFolder, "", &error)) platform::TraceLine(0, agent.string() + ": " + error);
 }
 
 }  // namespace
