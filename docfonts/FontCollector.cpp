@@ -46,6 +46,7 @@ class Merger {
     Font& font = mReport.fonts[place->second];
     if (font.found.empty() || font.found.back() != source) font.found.push_back(source);
     if (const String embedded = record.GetString(kDocumentFont_EmbeddedKey)) font.embedded = embedded.View() == "1";
+    font.look.Add(LookOfRecord(record));
     Fill(font.subset, record, kDocumentFont_SubsetTagKey);
     Fill(font.type, record, kDocumentFont_TypeKey);
     Fill(font.type, record, kAdobeXMPFontData_TypeKey);

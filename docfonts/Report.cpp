@@ -10,6 +10,30 @@ namespace docfonts {
 using Json = nlohmann::ordered_json;
 using platform::OneLine;
 
+namespace {
+
+Json ToJson(const FontLook& look) {
+  Json object = Json::object();
+  if (look.design != platform::FontDesign::kUnknown) object["design"] = WordOf(look.design);
+  if (look.isMonospaced) object["monospaced"] = *look.isMonospaced;
+  if (look.isItalic) object["italic"] = *look.isItalic;
+  if (look.weight != 0) object["weight"] = look.weight;
+  if (look.letterWidths != FontLook::LetterWidths{}) object["letterWidths"] = look.letterWidths;
+  return object;
+}
+
+FontLook LookFromJson(const Json& object) {
+  FontLook look;
+  look.design = platform::DesignOfWord(object.value("design", ""));
+  if (object.contains("monospaced")) look.isMonospaced = object["monospaced"].get<bool>();
+  if (object.contains("italic")) look.isItalic = object["italic"].get<bool>();
+  look.weight = object.value("weight", 0);
+  look.letterWidths = object.value("letterWidths", FontLook::LetterWidths{});
+  return look;
+}
+
+}  // namespace
+
 Json ToJson(const Report& report) {
   Json object = {{"file", report.file}};
   if (!report.kind.empty()) object["kind"] = report.kind;
@@ -25,6 +49,7 @@ Json ToJson(const Report& report) {
     if (font.embedded) entry["embedded"] = *font.embedded;
     if (!font.subset.empty()) entry["subset"] = font.subset;
     if (!font.type.empty()) entry["type"] = font.type;
+    if (font.look != FontLook()) entry["look"] = ToJson(font.look);
     if (!font.slug.empty()) entry["slug"] = font.slug;
     entry["active"] = font.active;
     if (font.file) entry["resolved"] = font.file->empty() ? Json() : Json(*font.file);
@@ -49,6 +74,7 @@ Report FromJson(const Json& object) {
     if (entry.contains("embedded")) font.embedded = entry["embedded"].get<bool>();
     font.subset = entry.value("subset", "");
     font.type = entry.value("type", "");
+    if (entry.contains("look")) font.look = LookFromJson(entry["look"]);
     font.slug = entry.value("slug", std::map<std::string, std::string>());
     report.fonts.push_back(std::move(font));
   }

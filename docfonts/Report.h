@@ -19,6 +19,7 @@ struct Font {
   std::optional<bool> embedded{};
   std::string subset{};                       // six-letter tag before the name of a subset
   std::string type{};                         // the document's name for the type
+  FontLook look{};                            // of a font that is not embedded
   std::map<std::string, std::string> slug{};  // stored identification, with the keys of font records
   bool active = false;                        // active in the operating system now
   std::optional<std::string> file{};          // file of the library that would be chosen; empty if there is none

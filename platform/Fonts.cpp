@@ -23,12 +23,15 @@ struct ConfigFree {
 using Config = std::unique_ptr<FcConfig, ConfigFree>;
 
 // Returns null if the configuration cannot be read. An empty name means the user's own configuration.
-Config LoadConfig(const std::string& file) {
-  if (file.empty()) return Config(FcInitLoadConfigAndFonts());
+Config LoadConfigWithoutFonts(const std::string& file) {
+  if (file.empty()) return Config(FcInitLoadConfig());
   Config config(FcConfigCreate());
   const auto* name = reinterpret_cast<const FcChar8*>(file.c_str());
-  if (!config || !FcConfigParseAndLoad(config.get(), name, FcTrue) || !FcConfigBuildFonts(config.get())) return nullptr;
-  return config;
+  return config && FcConfigParseAndLoad(config.get(), name, FcTrue) ? std::move(config) : nullptr;
+}
+Config LoadConfig(const std::string& file) {
+  Config config = LoadConfigWithoutFonts(file);
+  return config && FcConfigBuildFonts(config.get()) ? std::move(config) : nullptr;
 }
 
 std::string Text(const FcPattern* font, const char* object) {
@@ -194,6 +197,24 @@ const ActiveFont* FindFace(const FontSnapshot& snapshot, const std::string& fami
   };
   const auto found = std::find_if(snapshot.fonts.begin(), snapshot.fonts.end(), fits);
   return found == snapshot.fonts.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> InterchangeableFamilies(const std::string& family) {
+  std::vector<std::string> families;
+  const Config config = LoadConfigWithoutFonts(GetPlaces().fontConfigFile);
+  const std::unique_ptr<FcPattern, void (*)(FcPattern*)> pattern(FcPatternCreate(), FcPatternDestroy);
+  if (!config || !pattern) return families;
+  FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
+  FcConfigSubstitute(config.get(), pattern.get(), FcMatchPattern);
+  FcValue value;
+  FcValueBinding binding = FcValueBindingWeak;
+  for (int i = 0; FcPatternGetWithBinding(pattern.get(), FC_FAMILY, i, &value, &binding) == FcResultMatch; ++i) {
+    // An alias with the binding "same" gets that of the family itself, which is strong.
+    if (binding != FcValueBindingStrong || value.type != FcTypeString) continue;
+    families.emplace_back(reinterpret_cast<const char*>(value.u.s));
+    if (EqualCaseless(families.back(), family)) families.pop_back();
+  }
+  return families;
 }
 
 bool IsPostScriptNameActive(const std::string& name) { return GetFontSnapshot()->postScriptNames.contains(name); }

@@ -119,7 +119,9 @@ std::string ManualPage() {
          "one line for each document is written to standard error, and the program is run with the same arguments.\n"
          "Signals are passed on to it. At its end the fonts are given back, except those that others use, too.\n"
          ".PP\n"
-         "A font that is missing is never replaced. The line names the nearest fonts of the library as a suggestion.\n"
+         "A font that is missing is never replaced. The line names the nearest fonts of the library as a suggestion: by\n"
+         "family, by families that fontconfig knows to have the same widths, or by what the document says about the font's\n"
+         "looks, such as its serifs and the widths of its letters.\n"
          ".SH OPTIONS\n" +
          platform::ManualLines(OptionTable(none)) + kNotes;
 }

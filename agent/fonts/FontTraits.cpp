@@ -5,27 +5,12 @@
 #include FT_TYPE1_TABLES_H
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace agent {
 
 namespace {
-
-// The first two numbers of PANOSE: the kind of family, and, for Latin text, the kind of serif.
-FontDesign DesignOfPanose(const FT_Byte* panose) {
-  constexpr FT_Byte kText = 2, kHandwritten = 3, kDecorative = 4, kSymbol = 5;
-  switch (panose[0]) {
-    case kHandwritten: return FontDesign::kScript;
-    case kDecorative: return FontDesign::kDecorative;
-    case kSymbol: return FontDesign::kSymbol;
-    case kText: break;
-    default: return FontDesign::kUnknown;
-  }
-  const FT_Byte serif = panose[1];
-  if (serif >= 11 && serif <= 15) return FontDesign::kSans;
-  constexpr FT_Byte kSquare = 6, kThin = 7;
-  if (serif == kSquare || serif == kThin) return FontDesign::kSlab;
-  return serif >= 2 && serif <= 10 ? FontDesign::kSerif : FontDesign::kUnknown;
-}
 
 // The class in sFamilyClass of the OS/2 table.
 FontDesign DesignOfFamilyClass(FT_Short familyClass) {
@@ -70,24 +55,13 @@ void AddTraitsOfOS2(const TT_OS2& os2, FontTraits& traits) {
   if (traits.weight < 10) traits.weight = static_cast<uint16_t>(traits.weight * 100);
   if (os2.usWidthClass >= 1 && os2.usWidthClass <= 9) traits.width = static_cast<uint8_t>(os2.usWidthClass);
   if (os2.fsSelection & (kItalicBit | kObliqueBit)) traits.isItalic = true;
-  traits.design = DesignOfPanose(os2.panose);
+  platform::Panose panose;
+  std::copy(std::begin(os2.panose), std::end(os2.panose), panose.begin());
+  traits.design = platform::DesignOfPanose(panose);
   if (traits.design == FontDesign::kUnknown) traits.design = DesignOfFamilyClass(os2.sFamilyClass);
 }
 
 }  // namespace
-
-std::string_view WordOf(FontDesign design) {
-  switch (design) {
-    case FontDesign::kUnknown: return "unknown";
-    case FontDesign::kSerif: return "serif";
-    case FontDesign::kSlab: return "slab";
-    case FontDesign::kSans: return "sans";
-    case FontDesign::kScript: return "script";
-    case FontDesign::kDecorative: return "decorative";
-    case FontDesign::kSymbol: return "symbol";
-  }
-  return "unknown";
-}
 
 FontTraits TraitsOf(FT_Face face) {
   FontTraits traits;

@@ -5,13 +5,12 @@
 #include FT_FREETYPE_H
 
 #include <cstdint>
-#include <string_view>
+
+#include "platform/FontDesign.h"
 
 namespace agent {
 
-enum class FontDesign : uint8_t { kUnknown, kSerif, kSlab, kSans, kScript, kDecorative, kSymbol };
-// The word for rules and reports: "serif"; "unknown" for kUnknown.
-std::string_view WordOf(FontDesign design);
+using platform::FontDesign;
 
 struct FontTraits {
   uint16_t weight = 400;  // 1 to 1000, as in the OS/2 table: 400 regular, 700 bold

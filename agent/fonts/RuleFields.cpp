@@ -118,11 +118,9 @@ std::optional<Test> NumberTest(const NumberField& field, const std::string& comp
 }
 
 std::optional<Test> DesignTest(const std::string& value) {
-  for (int i = 0; i <= static_cast<int>(FontDesign::kSymbol); ++i) {
-    const auto design = static_cast<FontDesign>(i);
-    if (WordOf(design) == value) return [design](const RuleSubject& s) { return s.font.face.traits.design == design; };
-  }
-  return std::nullopt;
+  const FontDesign design = platform::DesignOfWord(value);
+  if (WordOf(design) != value) return std::nullopt;
+  return [design](const RuleSubject& s) { return s.font.face.traits.design == design; };
 }
 
 std::optional<Test> ScriptTest(const std::string& value) {

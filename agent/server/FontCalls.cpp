@@ -61,7 +61,7 @@ calls::DescribeFonts::Font Describe(const FontLibrary& library, const Font& font
   out.fileSize = static_cast<uint32_t>(std::min<uint64_t>(font.fileSize, UINT32_MAX));
   out.weight = face.traits.weight;
   out.width = face.traits.width;
-  out.design = WordOf(face.traits.design);
+  out.design = platform::WordOf(face.traits.design);
   out.italic = face.traits.isItalic;
   out.monospaced = face.traits.isMonospaced;
   out.variable = face.traits.isVariable;

@@ -85,6 +85,38 @@ TEST_F(ForeignFonts, OfDocumentsThatTheRealProgramsWrote) {
   for (const auto& row : kRows) EXPECT_EQ(Collect(kSamples + row.file), row.found) << row.file;
 }
 
+TEST_F(ForeignFonts, LookAsTheDocumentSays) {
+  const struct {
+    const char* family;
+    const char* pitch;
+    const char* panose;
+    const char* look;
+  } kRows[] = {
+      {"roman", "variable", "", "serif 0"},
+      {"modern", "fixed", "", "unknown 1"},
+      {"auto", "default", "", "unknown"},
+      // PANOSE first: Liberation Mono, and a font that says nothing of its serifs.
+      {"swiss", "variable", "02070409020205020404", "slab 1"},
+      {"swiss", "", "2 0 5 3 0 0 0 0 0 0", "sans 0"},
+      {"script", "", "0207040902020502040", "script"},
+      {"script", "", "02 7040902020502040x", "script"},
+  };
+  for (const auto& row : kRows) {
+    const FontLook look = LookOf(row.family, row.pitch, row.panose);
+    std::string text(WordOf(look.design));
+    if (look.isMonospaced) text += *look.isMonospaced ? " 1" : " 0";
+    EXPECT_EQ(text, row.look) << row.family << row.panose;
+  }
+  const auto lookOf = [](const char* file, const std::string& name) {
+    const docfonts::Report report = docfonts::CollectFonts(kSamples + file);
+    const auto font = std::find_if(report.fonts.begin(), report.fonts.end(),
+                                   [&name](const docfonts::Font& one) { return one.name == name; });
+    return font == report.fonts.end() ? FontLook() : font->look;
+  };
+  EXPECT_EQ(lookOf("text.docx", "Liberation Serif"), LookOf("roman", "variable", ""));
+  EXPECT_EQ(lookOf("text.odt", "DejaVu Sans"), LookOf("", "variable", ""));
+}
+
 TEST_F(ForeignFonts, OfAnImageComeFromWhatItsTextInherits) {
   const std::string start = "<svg xmlns='http://www.w3.org/2000/svg'>";
   const struct {

@@ -11,6 +11,7 @@
 
 #include "platform/Waiting.h"
 #include "support/DebianFonts.h"
+#include "support/PDFFile.h"
 #include "support/ProgramRun.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
@@ -233,6 +234,38 @@ TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
   }
   const Outcome json = Run("--json -n " + kPoster);
   EXPECT_EQ(Json::parse(json.output)["fonts"][0]["use"], "found") << json.output;
+}
+
+TEST_F(WithFonts, TheNearestFontsAreOfTheFamilyOrItsAliasOrLookAsTheDocumentSays) {
+  folder_.Write("fonts.conf", "<fontconfig><dir>" + debian_fonts::kDejaVu +
+                                  "</dir><dir prefix=\"xdg\">fonts</dir><cachedir>" + folder_ / "cache" +
+                                  "</cachedir><alias binding=\"same\"><family>Times New Roman</family>"
+                                  "<accept><family>Liberation Serif</family></accept></alias></fontconfig>");
+  const std::string letters =
+      "/FirstChar 1 /Widths [556 556 500 556 556 278 556 556 222 222 500 222 833 556 556 556 556 333 500 278 556 500 722 "
+      "500 500 500] /Encoding << /Differences [1 /a /b /c /d /e /f /g /h /i /j /k /l /m /n /o /p /q /r /s /t /u /v /w /x "
+      "/y /z] >>";
+  const struct {
+    std::string font;
+    const char* nearest;
+  } kRows[] = {
+      {"/BaseFont /NimbusSans-Light", "(nearest: NimbusSans-Regular, NimbusSans-Bold)"},
+      {"/BaseFont /TimesNewRomanPS-BoldMT", "(nearest: LiberationSerif-Bold)"},
+      {"/BaseFont /Garamond-Bold /FontDescriptor << /Flags 34 >>", "(nearest: LiberationSerif-Bold, DejaVuSerif-Bold"},
+      {"/BaseFont /Garamond /FontDescriptor << /Flags 98 /FontWeight 700 >>", "(nearest: DejaVuSerif-BoldItalic"},
+      {"/BaseFont /Letters " + letters, "(nearest: NimbusSans-Regular, "},
+      {"/BaseFont /Typing /FirstChar 105 /Widths [600 600 600]", "(nearest: DejaVuSansMono)"},
+      {"/BaseFont /Unheard", "missing: Unheard\n"},
+  };
+  for (const auto& row : kRows) {
+    folder_.Write("a.pdf", test_support::PDFFile()
+                               .Add({{1, "<< /Type /Catalog /Pages 2 0 R >>"},
+                                     {2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>"},
+                                     {3, "<< /Type /Page /Parent 2 0 R /Resources << /Font << /A 4 0 R >> >> >>"},
+                                     {4, "<< /Type /Font /Subtype /TrueType " + row.font + " >>"}})
+                               .Bytes());
+    EXPECT_THAT(Run("-n a.pdf").output, HasSubstr(row.nearest)) << row.font;
+  }
 }
 
 TEST_F(WithFonts, AFontThatMustNotBeActivatedIsNamedAndTheDocumentGetsNone) {

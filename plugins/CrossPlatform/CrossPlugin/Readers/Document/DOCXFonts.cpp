@@ -33,7 +33,7 @@ struct Style {
 class DOCXFontReader {
  public:
   DOCXFontReader(const ZipDocument& archive, StyledFonts& fonts)
-      : mArchive(archive), mFonts(fonts), mTheme(ReadOOXMLTheme(archive, "word/theme/theme1.xml")) {}
+      : mArchive(archive), mFonts(fonts), mTheme(ReadOOXMLTheme(archive, "word/theme/theme1.xml", fonts)) {}
 
   std::string Read() {
     std::string problem = ReadFile("word/fontTable.xml", &DOCXFontReader::TakeFontTable);
@@ -66,8 +66,18 @@ class DOCXFontReader {
 
   void TakeFontTable(Event event) {
     if (event != Event::kStart) return;
-    if (mMarkup->Name() == "font") mName = mMarkup->Attribute("name");
-    if (mMarkup->Name().starts_with("embed")) mFonts.Embed(mName);
+    const std::string_view name = mMarkup->Name();
+    if (name == "font") {
+      mName = mMarkup->Attribute("name");
+      mGenericFamily.clear();
+      mPitch.clear();
+      mPanose.clear();
+    }
+    if (name.starts_with("embed")) mFonts.Embed(mName);
+    if (name == "family") mGenericFamily = mMarkup->Attribute("val");
+    if (name == "pitch") mPitch = mMarkup->Attribute("val");
+    if (name == "panose1") mPanose = mMarkup->Attribute("val");
+    mFonts.Describe(mName, LookOf(mGenericFamily, mPitch, mPanose));
   }
 
   void TakeStyles(Event event) {
@@ -148,7 +158,8 @@ class DOCXFontReader {
   const OOXMLTheme mTheme;
   MarkupReader* mMarkup = nullptr;  // of the file that is read now
   std::map<std::string, Style> mStyles;
-  std::string mName;  // of the style or font that is read now
+  std::string mName;                            // of the style or font that is read now
+  std::string mGenericFamily, mPitch, mPanose;  // of the font that is read now
   std::string mDefaultParagraph, mParagraphStyle, mRunStyle;
   RunProperties mRun;
   bool mIsInText = false, mIsInParagraphProperties = false;

@@ -115,7 +115,12 @@ void StyledFonts::AppendTo(platform::Array records) const {
     record.Set(kDocumentFont_WeightKey, std::to_string(style.weight));
     record.Set(kDocumentFont_ItalicKey, style.isItalic ? "1" : "0");
     record.Set(kDocumentFont_StretchKey, std::to_string(style.stretch));
-    if (mEmbedded.contains(style.family)) record.Set(kDocumentFont_EmbeddedKey, "1");
+    const auto look = mLooks.find(style.family);
+    if (mEmbedded.contains(style.family)) {
+      record.Set(kDocumentFont_EmbeddedKey, "1");
+    } else if (look != mLooks.end()) {
+      SetLook(record, look->second);
+    }
     records.Append(record);
   }
 }

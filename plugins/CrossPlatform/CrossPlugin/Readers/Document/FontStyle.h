@@ -3,10 +3,12 @@
 #pragma once
 
 #include <compare>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
 
+#include "Readers/Document/FontLook.h"
 #include "platform/Value.h"
 
 struct FontStyle {
@@ -37,10 +39,13 @@ class StyledFonts {
   void Add(const FontStyle& style);
   // The document has this family's outlines.
   void Embed(const std::string& family) { mEmbedded.insert(family); }
+  // The document says how this family looks. What it has said before stays.
+  void Describe(const std::string& family, const FontLook& look) { mLooks[family].Add(look); }
   // Appends a record for each font, by name: keys of DocumentFontKeys.h.
   void AppendTo(platform::Array records) const;
 
  private:
   std::set<FontStyle> mFonts;
   std::set<std::string> mEmbedded;
+  std::map<std::string, FontLook> mLooks;
 };

@@ -88,6 +88,8 @@ class ODFFontReader {
       FontStyle face;
       ApplyCSSProperty("font-family", mMarkup->Attribute("font-family"), face);
       mFamilies[mFace] = face.family;
+      mFonts.Describe(face.family, LookOf(mMarkup->Attribute("font-family-generic"), mMarkup->Attribute("font-pitch"),
+                                          mMarkup->Attribute("panose-1")));
     } else if (name == "font-face-uri") {
       mFonts.Embed(mFamilies[mFace]);
     } else if (name == "style" || name == "default-style") {

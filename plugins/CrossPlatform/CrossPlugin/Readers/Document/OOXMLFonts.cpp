@@ -1,6 +1,5 @@
 #include "Readers/Document/OOXMLFonts.h"
 
-#include <cstdlib>
 #include <set>
 #include <vector>
 
@@ -17,7 +16,7 @@ struct CellFonts {
   std::vector<size_t> formats;
 };
 
-std::string ReadCellFonts(const ZipDocument& archive, CellFonts& cells) {
+std::string ReadCellFonts(const ZipDocument& archive, CellFonts& cells, StyledFonts& fonts) {
   const auto stream = archive.Open("xl/styles.xml");
   if (!stream) return "";
   MarkupReader markup(*stream);
@@ -28,13 +27,13 @@ std::string ReadCellFonts(const ZipDocument& archive, CellFonts& cells) {
     if (name == "fonts") isInFonts = event == Event::kStart;
     if (name == "cellXfs") isInFormats = event == Event::kStart;
     if (event == Event::kEnd) continue;
-    if (isInFormats && name == "xf")
-      cells.formats.push_back(std::strtoul(markup.Attribute("fontId").c_str(), nullptr, 10));
+    if (isInFormats && name == "xf") cells.formats.push_back(NumberOf(markup, "fontId"));
     if (!isInFonts) continue;
     if (name == "font") cells.fonts.emplace_back();
     if (cells.fonts.empty()) continue;
     FontStyle& font = cells.fonts.back();
     if (name == "name") font.family = markup.Attribute("val");
+    if (name == "family") fonts.Describe(font.family, LookOf(GenericFamilyOf(NumberOf(markup, "val")), "", ""));
     if (name == "b" && IsSwitchedOn(markup.Attribute("val"))) font.weight = FontStyle::kBoldWeight;
     if (name == "i" && IsSwitchedOn(markup.Attribute("val"))) font.isItalic = true;
   }
@@ -47,7 +46,7 @@ std::string ReadUsedFormats(ByteStream& stream, std::set<size_t>& used) {
   size_t format = 0;
   for (Event event = markup.Next(); event != Event::kDone; event = markup.Next()) {
     if (event != Event::kStart) continue;
-    if (markup.Name() == "c") format = std::strtoul(markup.Attribute("s").c_str(), nullptr, 10);
+    if (markup.Name() == "c") format = NumberOf(markup, "s");
     if (markup.Name() == "v" || markup.Name() == "is") used.insert(format);
   }
   return markup.Problem();
@@ -79,6 +78,7 @@ std::string ReadSlide(ByteStream& stream, const OOXMLTheme& theme, StyledFonts& 
     if (name == "latin") {
       const std::string family = markup.Attribute("typeface");
       run.family = family.starts_with('+') ? theme.FamilyOf(family) : family;
+      fonts.Describe(run.family, LookOfTypeface(markup));
     }
   }
   return markup.Problem();
@@ -90,7 +90,7 @@ bool IsIn(const std::string& name, const char* folder) { return name.starts_with
 
 std::string ReadFontsOfXLSX(const ZipDocument& archive, StyledFonts& fonts) {
   CellFonts cells;
-  std::string problem = ReadCellFonts(archive, cells);
+  std::string problem = ReadCellFonts(archive, cells, fonts);
   std::set<size_t> used;
   for (const std::string& name : archive.Names()) {
     if (!problem.empty()) break;
@@ -105,7 +105,7 @@ std::string ReadFontsOfXLSX(const ZipDocument& archive, StyledFonts& fonts) {
 }
 
 std::string ReadFontsOfPPTX(const ZipDocument& archive, StyledFonts& fonts) {
-  const OOXMLTheme theme = ReadOOXMLTheme(archive, "ppt/theme/theme1.xml");
+  const OOXMLTheme theme = ReadOOXMLTheme(archive, "ppt/theme/theme1.xml", fonts);
   std::string problem;
   for (const std::string& name : archive.Names()) {
     if (!problem.empty()) break;

@@ -1,6 +1,6 @@
 #include "Readers/Document/OOXMLTheme.h"
 
-#include "Readers/Document/MarkupReader.h"
+#include <cstdlib>
 
 std::string OOXMLTheme::FamilyOf(std::string_view reference) const {
   const bool isMajor = reference.starts_with("major") || reference.starts_with("+mj");
@@ -11,7 +11,7 @@ std::string OOXMLTheme::FamilyOf(std::string_view reference) const {
   return families[kWesternScripts];
 }
 
-OOXMLTheme ReadOOXMLTheme(const ZipDocument& archive, const std::string& name) {
+OOXMLTheme ReadOOXMLTheme(const ZipDocument& archive, const std::string& name, StyledFonts& fonts) {
   OOXMLTheme theme;
   const auto stream = archive.Open(name);
   if (!stream) return theme;
@@ -22,12 +22,24 @@ OOXMLTheme ReadOOXMLTheme(const ZipDocument& archive, const std::string& name) {
     if (element == "majorFont" || element == "minorFont") {
       families = event == MarkupReader::Event::kEnd ? nullptr : element == "majorFont" ? &theme.major : &theme.minor;
     } else if (families && event == MarkupReader::Event::kStart) {
+      fonts.Describe(markup.Attribute("typeface"), LookOfTypeface(markup));
       if (element == "latin") (*families)[kWesternScripts] = markup.Attribute("typeface");
       if (element == "ea") (*families)[kAsianScripts] = markup.Attribute("typeface");
       if (element == "cs") (*families)[kComplexScripts] = markup.Attribute("typeface");
     }
   }
   return theme;
+}
+
+// The lower two bits of the number are the pitch, the upper four the generic family.
+FontLook LookOfTypeface(const MarkupReader& markup) {
+  const size_t both = NumberOf(markup, "pitchFamily");
+  constexpr const char* kPitches[] = {"", "fixed", "variable", ""};
+  return LookOf(GenericFamilyOf(both >> 4 & 15), kPitches[both & 3], markup.Attribute("panose"));
+}
+
+size_t NumberOf(const MarkupReader& markup, const char* attribute) {
+  return std::strtoul(markup.Attribute(attribute).c_str(), nullptr, 10);
 }
 
 bool IsSwitchedOn(std::string_view value) { return value != "0" && value != "false" && value != "off"; }

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "Readers/Document/FontStyle.h"
+#include "Readers/Document/MarkupReader.h"
 #include "Readers/Document/TextScripts.h"
 #include "Readers/Document/ZipDocument.h"
 
@@ -16,8 +18,14 @@ struct OOXMLTheme {
   std::string FamilyOf(std::string_view reference) const;
 };
 
-// Returns an empty theme if the file is missing or damaged.
-OOXMLTheme ReadOOXMLTheme(const ZipDocument& archive, const std::string& name);
+// Returns an empty theme if the file is missing or damaged. Describes its families in `fonts`.
+OOXMLTheme ReadOOXMLTheme(const ZipDocument& archive, const std::string& name, StyledFonts& fonts);
+
+// What an element like <a:latin typeface="Arial" panose="020B0604020202020204" pitchFamily="34"/> says.
+FontLook LookOfTypeface(const MarkupReader& markup);
+
+// The value of an attribute; 0 if it is missing or no number.
+size_t NumberOf(const MarkupReader& markup, const char* attribute);
 
 // The value of a switch like <w:b w:val="0"/>: true unless it is turned off.
 bool IsSwitchedOn(std::string_view value);

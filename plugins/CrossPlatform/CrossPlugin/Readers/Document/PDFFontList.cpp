@@ -2,6 +2,7 @@
 
 #include "Identification/FontKeys.h"
 #include "Readers/Document/DocumentFontKeys.h"
+#include "Readers/Document/FontLook.h"
 #include "Readers/Document/QPDFFontWalk.h"
 #include "platform/TextEncoding.h"
 
@@ -25,6 +26,17 @@ std::string AsText(const std::string& name) {
   return text;
 }
 
+FontLook LookOf(const ListedPDFFont& font) {
+  FontLook look;
+  if (font.isSerif) look.design = platform::FontDesign::kSerif;
+  if (font.isScript) look.design = platform::FontDesign::kScript;
+  if (font.isMonospaced) look.isMonospaced = true;
+  if (font.isItalic) look.isItalic = true;
+  look.weight = font.weight;
+  look.letterWidths = font.letterWidths;
+  return look;
+}
+
 }  // namespace
 
 void ListFontsOfPDF(ReadableDocument& document, platform::Array records, std::vector<std::string>& problems) {
@@ -34,6 +46,7 @@ void ListFontsOfPDF(ReadableDocument& document, platform::Array records, std::ve
     record.Set(kDocumentFont_EmbeddedKey, font.isEmbedded ? "1" : "0");
     record.Set(kDocumentFont_TypeKey, AsText(font.type));
     if (!font.subsetTag.empty()) record.Set(kDocumentFont_SubsetTagKey, font.subsetTag);
+    SetLook(record, LookOf(font));
     records.Append(record);
   };
   WalkFontsOfPDF(document.Bytes().Source(), take, problems);

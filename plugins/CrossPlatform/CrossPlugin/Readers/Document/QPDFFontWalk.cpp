@@ -23,6 +23,58 @@ bool HasSubsetTag(const std::string& name) {
 // libqpdf asks nothing of a constant handle.
 std::string NameOf(QPDFObjectHandle&& object) { return object.isName() ? object.getName().substr(1) : std::string(); }
 
+int IntegerOf(QPDFObjectHandle&& object) { return object.isNumber() ? static_cast<int>(object.getNumericValue()) : 0; }
+
+// The code of each letter from a to z in a simple font; -1 if the encoding has no such letter. Every named encoding has
+// the letters where ASCII has them.
+std::array<int, 26> LetterCodes(QPDFObjectHandle encoding) {
+  std::array<int, 26> codes{};
+  for (size_t i = 0; i < codes.size(); ++i) codes[i] = static_cast<int>('a' + i);
+  QPDFObjectHandle differences = encoding.isDictionary() ? encoding.getKey("/Differences") : QPDFObjectHandle();
+  if (!differences.isInitialized() || !differences.isArray()) return codes;
+  int code = 0;
+  for (QPDFObjectHandle item : differences.getArrayAsVector()) {
+    if (item.isInteger()) {
+      code = IntegerOf(std::move(item));
+      continue;
+    }
+    if (code >= 'a' && code <= 'z' && codes[code - 'a'] == code) codes[code - 'a'] = -1;
+    const std::string name = NameOf(std::move(item));
+    if (name.size() == 1 && name[0] >= 'a' && name[0] <= 'z') codes[name[0] - 'a'] = code;
+    ++code;
+  }
+  return codes;
+}
+
+// Fonts of large character sets number their glyphs in their own way, so only simple fonts tell.
+void ReadLetterWidths(QPDFObjectHandle font, ListedPDFFont& listed) {
+  QPDFObjectHandle widths = font.getKey("/Widths");
+  if (!widths.isArray()) return;
+  const int first = IntegerOf(font.getKey("/FirstChar"));
+  const std::array<int, 26> codes = LetterCodes(font.getKey("/Encoding"));
+  for (size_t i = 0; i < codes.size(); ++i) {
+    const int64_t place = int64_t{codes[i]} - first;
+    if (codes[i] < 0 || place < 0 || place >= widths.getArrayNItems()) continue;
+    const int width = IntegerOf(widths.getArrayItem(static_cast<int>(place)));
+    if (width > 0 && width <= UINT16_MAX) listed.letterWidths[i] = static_cast<uint16_t>(width);
+  }
+}
+
+// Heights and the average width are left out: common producers write the same numbers for every font.
+void ReadLook(QPDFObjectHandle font, QPDFObjectHandle descriptor, ListedPDFFont& listed) {
+  ReadLetterWidths(font, listed);
+  if (!descriptor.isDictionary()) return;
+  // A bit that is not set says little: not all producers know these.
+  const int flags = IntegerOf(descriptor.getKey("/Flags"));
+  constexpr int kFixedPitch = 1, kSerif = 1 << 1, kScript = 1 << 3, kItalic = 1 << 6;
+  listed.isMonospaced = (flags & kFixedPitch) != 0;
+  listed.isSerif = (flags & kSerif) != 0;
+  listed.isScript = (flags & kScript) != 0;
+  listed.isItalic = (flags & kItalic) != 0 || IntegerOf(descriptor.getKey("/ItalicAngle")) != 0;
+  const int weight = IntegerOf(descriptor.getKey("/FontWeight"));
+  if (weight >= 1 && weight <= 1000) listed.weight = weight;
+}
+
 // The walk over everything of a document that can have fonts. What several places share is looked at once.
 class FontWalk {
  public:
@@ -119,6 +171,7 @@ void FontWalk::ReadFont(QPDFObjectHandle font) {
     listed.isEmbedded = listed.isEmbedded || (descriptor.isDictionary() && descriptor.hasKey(file));
   }
   listed.type = NameOf(described.getKey("/Subtype"));
+  if (!listed.isEmbedded) ReadLook(font, descriptor, listed);
   mTake(listed);
 }
 

@@ -2,6 +2,8 @@
 // as C++17: clang 14 rejects them as C++20. Not thread-safe.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -14,6 +16,10 @@ struct ListedPDFFont {
   std::string subsetTag;  // six letters, or empty
   std::string type;       // as the PDF names it
   bool isEmbedded = false;
+  // Of a font that is not embedded, what the PDF says about its looks; 0 and false for what it does not say.
+  bool isMonospaced = false, isSerif = false, isScript = false, isItalic = false;
+  int weight = 0;                              // as in CSS
+  std::array<uint16_t, 26> letterWidths = {};  // of a to z, in thousandths of the em
 };
 
 // Passes each font that the pages use to `take`, once for each name. Appends one line for a person to `problems` for

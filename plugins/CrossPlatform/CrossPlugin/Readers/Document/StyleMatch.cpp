@@ -17,12 +17,6 @@ namespace {
 // The percentage for each width of the OS/2 table, from 1.
 constexpr int kStretches[] = {50, 62, 75, 87, 100, 112, 125, 150, 200};
 
-int StretchOf(const Dictionary& record) {
-  const long width = XCFUtils::GetLongFromDictString(record, kGS_WidthKey);
-  constexpr long kWidths = sizeof kStretches / sizeof *kStretches;
-  return width >= 1 && width <= kWidths ? kStretches[width - 1] : FontStyle::kNormalStretch;
-}
-
 // From 400 to 500 the nearest heavier face up to 500 comes first, then lighter ones, then heavier ones. Otherwise light
 // styles look for lighter faces first and heavy ones for heavier faces.
 int WeightDistance(int wanted, int weight) {
@@ -42,8 +36,8 @@ using Distance = std::tuple<int, bool, int>;
 Distance DistanceOf(const FontStyle& style, const Dictionary& record) {
   const bool isItalic = XCFUtils::GetLongFromDictString(record, kGS_IsItalicKey) != 0;
   const auto weight = static_cast<int>(XCFUtils::GetLongFromDictString(record, kGS_WeightKey));
-  return {std::abs(StretchOf(record) - style.stretch), isItalic != style.isItalic,
-          WeightDistance(style.weight, weight)};
+  return {std::abs(StretchOfWidthClass(XCFUtils::GetLongFromDictString(record, kGS_WidthKey)) - style.stretch),
+          isItalic != style.isItalic, WeightDistance(style.weight, weight)};
 }
 
 std::string FindInFamily(FontManagerInterface& manager, const FontStyle& style) {
@@ -67,6 +61,11 @@ std::string FindInFamily(FontManagerInterface& manager, const FontStyle& style) 
 }
 
 }  // namespace
+
+int StretchOfWidthClass(long width) {
+  constexpr long kWidths = sizeof kStretches / sizeof *kStretches;
+  return width >= 1 && width <= kWidths ? kStretches[width - 1] : FontStyle::kNormalStretch;
+}
 
 std::string FindPostScriptName(const FontStyle& style) {
   FontManagerInterface* manager = FontManagerInterface::ConnectedManager();
