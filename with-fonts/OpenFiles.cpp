@@ -1,5 +1,6 @@
 #include "with-fonts/OpenFiles.h"
 
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,9 +25,22 @@ pid_t ParentOf(pid_t process) {
   return nameEnd == std::string::npos ? 0 : std::atoi(text.c_str() + std::min(nameEnd + 4, text.size()));
 }
 
-bool IsOwn(pid_t process) {
-  while (process > 1 && process != getpid()) process = ParentOf(process);
-  return process == getpid();
+std::string ProgramOf(const std::string& folder) {
+  std::error_code error;
+  return fs::read_symlink(folder + "/exe", error).string();
+}
+
+// The folders of this program and of those that serve it, each with a slash at its end.
+std::vector<std::string> FoldersOfHelpers() {
+  const fs::path own = fs::path(ProgramOf("/proc/self")).parent_path(), app = own.parent_path();
+  return {own.string() + "/", (app / "agent/").string(), (app / "lib/").string()};
+}
+
+bool IsHelper(const std::string& folder) {
+  static const std::vector<std::string> sFolders = FoldersOfHelpers();
+  const std::string program = ProgramOf(folder);
+  return std::any_of(sFolders.begin(), sFolders.end(),
+                     [&program](const std::string& start) { return program.starts_with(start); });
 }
 
 std::vector<pid_t> Processes() {
@@ -56,10 +70,17 @@ void ForEachProcess(const std::function<bool(pid_t process, const std::string& f
   for (const pid_t process : Processes()) {
     const std::string folder = "/proc/" + std::to_string(process);
     struct stat info;
-    if (stat(folder.c_str(), &info) != 0 || info.st_uid != geteuid() || IsOwn(process)) continue;
+    if (stat(folder.c_str(), &info) != 0 || info.st_uid != geteuid() || IsHelper(folder)) continue;
     if (!take(process, folder)) return;
   }
 }
+
+bool IsDescendant(pid_t process) {
+  while (process > 1 && process != getpid()) process = ParentOf(process);
+  return process == getpid();
+}
+
+void AdoptOrphans() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
 
 bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files) {
   const std::vector<std::string> open = OpenFilesOf(folder);

@@ -1,4 +1,4 @@
-// Which processes have files open. Sees only processes of this user.
+// The processes of this user, and which of them have files open.
 #pragma once
 
 #include <sys/types.h>
@@ -12,8 +12,15 @@
 namespace with_fonts {
 
 // Calls `take` with each process of this user, the latest ones first, and its folder in /proc, until it returns false.
-// Leaves out this process and those that it, or a process of it, has started.
+// Leaves out those of this program, also of its other runs, and the processes that serve it: the agent and the workers.
 void ForEachProcess(const std::function<bool(pid_t process, const std::string& folder)>& take);
+
+// True if this process has started the process, or one that has started it, and so on. After AdoptOrphans that holds
+// also if those between have ended.
+bool IsDescendant(pid_t process);
+
+// Makes this process the parent of its descendants whose parent ends, and which would be the system's otherwise.
+void AdoptOrphans();
 
 // `files` are real paths (without links). `folder` is that of a process in /proc.
 bool HasOneOpen(const std::string& folder, const std::vector<std::string>& files);

@@ -7,10 +7,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 
 #include "platform/Descriptor.h"
 
@@ -84,6 +87,19 @@ int Spawn(const std::vector<std::string>& words, const std::vector<std::string>&
   return error;
 }
 
+std::vector<pid_t> Children() {
+  std::ifstream file("/proc/self/task/" + std::to_string(getpid()) + "/children");
+  return {std::istream_iterator<pid_t>(file), {}};
+}
+
+// Orphans that this process has adopted and that have ended. `others` are children that somebody else waits for.
+void ReapOrphans(pid_t program, const std::vector<pid_t>& others) {
+  for (const pid_t child : Children()) {
+    const bool isOther = child == program || std::find(others.begin(), others.end(), child) != others.end();
+    if (!isOther) waitpid(child, nullptr, WNOHANG);
+  }
+}
+
 // Returns true if the program has ended. Stops this process while the program is stopped.
 bool HasEnded(pid_t process, int* status) {
   while (waitpid(process, status, WNOHANG | WUNTRACED) == process) {
@@ -100,6 +116,7 @@ bool HasEnded(pid_t process, int* status) {
 ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables, int descriptor,
                       const std::function<void()>& whenReadable) {
   const BlockedSignals signals;
+  const std::vector<pid_t> others = Children();
   pid_t process = 0;
   if (const int error = Spawn(words, variables, signals.Former(), &process)) {
     const bool isMissing = error == ENOENT || error == ENOTDIR;
@@ -110,9 +127,11 @@ ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<s
   while (!HasEnded(process, &status)) {
     const signalfd_siginfo received = signals.AwaitOr(descriptor);
     const auto signal = static_cast<int>(received.ssi_signo);
-    if (signal == 0) {
+    if (signal == SIGCHLD) {
+      ReapOrphans(process, others);
+    } else if (signal == 0) {
       whenReadable();
-    } else if (signal != SIGCHLD && received.ssi_code != SI_KERNEL) {
+    } else if (received.ssi_code != SI_KERNEL) {
       kill(process, signal);  // a terminal sends its own to the program itself
     }
   }

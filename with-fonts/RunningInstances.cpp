@@ -22,6 +22,12 @@ std::string RealPath(const std::string& path) {
   return error ? "" : real;
 }
 
+// Programs that the first one that needs them starts for the whole session.
+constexpr const char* kOfSession[] = {
+    "dbus-daemon", "dbus-launch",   "dbus-broker", "at-spi-bus-launcher", "at-spi2-registryd",
+    "gvfsd",       "dconf-service", "gpg-agent",   "ssh-agent",           "pulseaudio",
+    "pipewire",    "kdeinit5",      "kded5",       "ibus-daemon",         "fcitx5"};
+
 bool IsScript(const std::string& file) {
   char start[2] = {};
   std::ifstream(file).read(start, sizeof start);
@@ -78,10 +84,19 @@ bool RunningInstances::IsInstance(const std::string& folder) const {
   return std::find(words.begin(), words.end(), script_) != words.end();
 }
 
+bool RunningInstances::GoesOn(pid_t process, const std::string& folder) {
+  const std::string program = fs::path(LinkAt(folder + "/exe")).filename().string();
+  const bool isOfSession = std::any_of(std::begin(kOfSession), std::end(kOfSession),
+                                       [&program](const char* one) { return program.starts_with(one); });
+  return !program.empty() && !isOfSession && IsDescendant(process);
+}
+
 std::vector<pid_t> RunningInstances::Find() const {
   std::vector<pid_t> processes;
   ForEachProcess([&](pid_t process, const std::string& folder) {
-    if (IsInstance(folder) || HasOneOpen(folder, documents_)) processes.push_back(process);
+    if (IsInstance(folder) || HasOneOpen(folder, documents_) || GoesOn(process, folder)) {
+      processes.push_back(process);
+    }
     return true;
   });
   return processes;

@@ -17,6 +17,7 @@
 #include "platform/FontConfiguration.h"
 #include "with-fonts/Complain.h"
 #include "with-fonts/KeptFonts.h"
+#include "with-fonts/OpenFiles.h"
 #include "with-fonts/ProgramPath.h"
 #include "with-fonts/ProgramRun.h"
 #include "with-fonts/SaveWatch.h"
@@ -154,6 +155,7 @@ int Session::RunIt() {
   std::vector<std::string> paths;
   for (const Document& document : documents_) paths.push_back(document.path);
   const RunningInstances instances(options_.words, paths);
+  AdoptOrphans();
   SaveWatch saves([this](const std::string& path) { Identify(path); });
   if (options_.identify) saves.Watch(paths);
   const ProgramEnd end = RunProgram(options_.words, variables_, saves.Descriptor(), [&saves] { saves.TakeSaved(); });

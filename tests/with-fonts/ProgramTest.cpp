@@ -207,6 +207,17 @@ TEST_F(WithFonts, AnInstanceThatGetsTheDocumentKeepsTheFontsUntilItEnds) {
                                   [&] { return folder_.Names("home/.local/state/velorant/desktop/private").empty(); }));
 }
 
+TEST_F(WithFonts, AProgramThatGoesOnInTheBackgroundKeepsTheFontsUntilItEnds) {
+  Pipe("use");
+  // It forks twice, and both parents are gone by the time it is looked for. Neither file nor document tells it.
+  Script("leave", "(setsid sh -c 'read word; echo ended >ended' <use >/dev/null 2>&1 &)\n");
+  EXPECT_THAT(Run("./leave " + kPoster).errors, HasSubstr("the fonts stay until"));
+  EXPECT_EQ(Listed(), kPosterFonts);
+  folder_.Write("use", "\n");
+  EXPECT_TRUE(Appears("ended"));
+  EXPECT_TRUE(BecomesListed(""));
+}
+
 TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
   struct Row {
     std::string words;
@@ -310,12 +321,20 @@ TEST_F(WithFonts, ASavedDocumentGetsIdentification) {
   // It saves by replacing the file, as most programs do. The second one keeps it open until its end.
   Script("save", "cp poster.psd new && touch -d 2020-02-02 new && mv new poster.psd\n");
   Script("hold", "exec 3>>drawing.svg; echo ' ' >&3\n");
+  // The third one saves it, keeps it open for a while, and looks whether somebody else writes meanwhile.
+  Script("keep",
+         "exec 3<poster.psd; cp poster.psd new; cat new >poster.psd; saved=$(stat -c %i%z poster.psd)\n"
+         "for look in 1 2 3 4 5 6 7 8 9; do ./list >seen; done; test \"$saved\" = \"$(stat -c %i%z poster.psd)\"\n");
   EXPECT_EQ(Run("./save poster.psd").status, 0);
   EXPECT_EQ(slugs("poster.psd"), "");
   const Outcome run = Run("--identify ./save poster.psd");
   EXPECT_THAT(run.errors, testing::Not(HasSubstr("with-fonts:")));
   EXPECT_EQ(slugs("poster.psd"), "Foundry\nFoundry\nFoundry\nFoundry\n");
   EXPECT_EQ(test_support::RunLine("date -r '" + folder_ / "poster.psd" + "' +%F", folder_).output, "2020-02-02\n");
+  std::filesystem::copy(SOURCE_DIR "/samples/poster.psd", folder_.Path(),
+                        std::filesystem::copy_options::overwrite_existing);
+  EXPECT_EQ(Run("--identify ./keep poster.psd").status, 0);
+  EXPECT_EQ(slugs("poster.psd"), "Foundry\nFoundry\nFoundry\nFoundry\n");
   EXPECT_THAT(Run("--identify ./hold drawing.svg").errors, HasSubstr("drawing.svg: its fonts are not identified"));
   EXPECT_EQ(Run("--identify true poster.psd").status, 0);  // nothing was saved
 }
