@@ -19,8 +19,8 @@ using platform::Dictionary;
 using platform::String;
 using namespace GlyphsureSupport;
 
-// A style behind a comma and one behind a hyphen are the same name; readers differ in which they give.
-std::string KeyOf(std::string name) {
+// A style behind a comma or a hyphen: readers differ in which they give of a name. To one reader they are two names.
+std::string LooseKeyOf(std::string name) {
   std::replace(name.begin(), name.end(), ',', '-');
   return name;
 }
@@ -41,9 +41,7 @@ class Merger {
 
  private:
   Font& TakeRecord(const char* source, const std::string& name, const Dictionary& record) {
-    const auto [place, isNew] = mPlaces.emplace(KeyOf(name), mReport.fonts.size());
-    if (isNew) mReport.fonts.push_back({.name = name});
-    Font& font = mReport.fonts[place->second];
+    Font& font = mReport.fonts[PlaceOf(source, name)];
     if (font.found.empty() || font.found.back() != source) font.found.push_back(source);
     if (const String embedded = record.GetString(kDocumentFont_EmbeddedKey)) font.embedded = embedded.View() == "1";
     font.look.Add(LookOfRecord(record));
@@ -58,6 +56,18 @@ class Merger {
     }
     return font;
   }
+  size_t PlaceOf(const char* source, const std::string& name) {
+    const size_t next = mReport.fonts.size();
+    const auto [exact, isNew] = mPlaces.emplace(name, next);
+    if (!isNew) return exact->second;
+    const auto [loose, isNewToAll] = mLoosePlaces.emplace(LooseKeyOf(name), next);
+    if (isNewToAll || mReport.fonts[loose->second].found.back() == source) {
+      mReport.fonts.push_back({.name = name});
+    } else {
+      exact->second = loose->second;
+    }
+    return exact->second;
+  }
   // What the record names instead of a PostScript name.
   static std::optional<FontStyle> StyleOf(const Dictionary& record) {
     const auto number = [&](std::string_view key) { return std::atoi(record.GetString(key).Text().c_str()); };
@@ -71,7 +81,7 @@ class Merger {
   }
 
   Report& mReport;
-  std::unordered_map<std::string, size_t> mPlaces;
+  std::unordered_map<std::string, size_t> mPlaces, mLoosePlaces;
 };
 
 }  // namespace

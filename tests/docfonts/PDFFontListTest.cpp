@@ -88,7 +88,7 @@ TEST_F(PDFFontList, FindsFontsWhereverAPageUsesThem) {
   const std::string path = Make(
       "/Annots[8 0 R] /Resources 4 0 R",
       "4 0 obj\n<</Font 5 0 R/XObject<</F 6 0 R>>/Pattern<</P 7 0 R>>>>\nendobj\n"
-      "5 0 obj\n<</A 10 0 R/B<</Type/Font/Subtype/Type1/BaseFont/Direct,Bold>>/C 11 0 R/D 12 0 R>>\nendobj\n"
+      "5 0 obj\n<</A 10 0 R/B<</Type/Font/Subtype/Type1/BaseFont/Direct,Bold>>/C 11 0 R/D 12 0 R/E 16 0 R>>\nendobj\n"
       "6 0 obj\n<</Subtype/Form/Resources<</Font<</A 13 0 R>>/XObject<</F 6 0 R/G 7 0 R>>>>/Length 0>>stream\n\nendstream\nendobj\n"
       "7 0 obj\n<</PatternType 1/Resources<</Font<</A 14 0 R>>/Pattern<</P 7 0 R>>>>/Length 0>>stream\n\nendstream\nendobj\n"
       "8 0 obj\n<</Subtype/Widget/AS/On/AP<</N<</On 9 0 R>>>>>>\nendobj\n"
@@ -98,9 +98,12 @@ TEST_F(PDFFontList, FindsFontsWhereverAPageUsesThem) {
       "12 0 obj\n<</Type/Font/Subtype/Type3>>\nendobj\n"
       "13 0 obj\n<</Type/Font/Subtype/TrueType/BaseFont/InForm>>\nendobj\n"
       "14 0 obj\n<</Type/Font/Subtype/Type1/BaseFont/In#20Pattern>>\nendobj\n"
-      "15 0 obj\n<</Type/Font/Subtype/Type1/BaseFont/In#E4nnotation>>\nendobj\n");
+      "15 0 obj\n<</Type/Font/Subtype/Type1/BaseFont/In#E4nnotation>>\nendobj\n"
+      "16 0 obj\n<</Type/Font/Subtype/Type1/BaseFont 17 0 R>>\nendobj\n"
+      "17 0 obj\n/Direct-Bold\nendobj\n");
   const docfonts::Report report = docfonts::CollectFonts(path);
-  EXPECT_EQ(NamesOf(report), (Names{"Shared", "Direct,Bold", "Composite", "InForm", "In Pattern", "In#E4nnotation"}));
+  EXPECT_EQ(NamesOf(report),
+            (Names{"Shared", "Direct,Bold", "Direct-Bold", "Composite", "InForm", "In Pattern", "In#E4nnotation"}));
   for (const docfonts::Font& font : report.fonts) {
     EXPECT_EQ(font.embedded, font.name == "Shared") << font.name;
     EXPECT_EQ(font.subset, font.name == "Shared" ? "ABCDEF" : "") << font.name;

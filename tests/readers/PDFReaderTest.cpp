@@ -194,6 +194,13 @@ TEST_F(PDFReaderFixture, FontNames) {
   EXPECT_EQ(OnlyFontOf(Font("Arial#20Bold")).name, "Arial Bold");
   EXPECT_EQ(OnlyFontOf(Font("MyriaMM_400_600_")).name, "MyriaMM");
   EXPECT_EQ(OnlyFontOf(Font("A") + "/FontName /B").name, "B");
+  EXPECT_EQ(OnlyFontOf("<< /BaseFont 12 /FirstChar 1 >>").name, "12");
+  // Names that are objects of their own; one is missing.
+  const PDFObjects objects = {{5, "<< /BaseFont 8 0 R /Subtype /Type3 >>"},
+                              {6, "<< /BaseFont 9 0 R >>"},
+                              {7, "<< /FontName 8 0 R >>"},
+                              {8, "/ABCDEF+A,Bold"}};
+  EXPECT_THAT(NamesOf(OnePage("/Font << /X 5 0 R /Y 6 0 R /Z 7 0 R >>", objects)), ElementsAre("A-Bold", "", "A-Bold"));
 }
 
 std::string Metadata(const std::string& list) {

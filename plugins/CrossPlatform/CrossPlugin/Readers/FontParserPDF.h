@@ -105,6 +105,7 @@ class FontParserPDF : public FontParser {
   void ProcessFonts();
   void ReadFont(PDFFontRecord& font);
   void ProcessFontKey(const std::string& key, PDFFontRecord& font);
+  std::string ReadFontName();
   void SkipWidths();
   void ProcessFontMetadata();
   void ReadMetadataFonts(std::set<std::string>& names);

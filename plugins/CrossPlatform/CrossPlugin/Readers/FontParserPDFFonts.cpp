@@ -80,7 +80,7 @@ void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font) 
   } else if (key == "/Subtype") {
     SetType(mInput.ProcessToken(), font.type);
   } else if (key == "/BaseFont" || key == "/FontName") {
-    font.name = mInput.ProcessToken();
+    font.name = ReadFontName();
     StripPDFFontName(font.name);
   } else if (key == "/CharSet" || key == "/FontFile" || key == "/FontFile2" || key == "/FontFile3") {
     // The format assigns these types differently. Code that reads the records expects them this way.
@@ -96,6 +96,18 @@ void FontParserPDF::ProcessFontKey(const std::string& key, PDFFontRecord& font) 
   } else if (key == "/Widths") {
     SkipWidths();
   }
+}
+
+// Some producers write the name as an object of its own.
+std::string FontParserPDF::ReadFontName() {
+  std::string name = mInput.ProcessToken();
+  int32_t number = 0;
+  if (name.empty() || !PDFInput::IsNumber(name, number)) return name;
+  const std::streamoff position = mInput.GetCurrentPosition();
+  const PDFObject object = ReadReferenceOf(number);
+  if (object.bIsReference) name = OpenObject(object, "font name", __func__) ? mInput.ProcessToken() : "";
+  mInput.SeekAndReadBlock(position);
+  return name;
 }
 
 void FontParserPDF::SkipWidths() {
