@@ -26,10 +26,11 @@ std::string Quoted(const std::string& path) { return "'" + path + "'"; }
 // Copies of the tree's documents of all kinds, with EPS files in between.
 void FillFolder(const test_support::TempFolder& folder) {
   std::vector<fs::path> documents;
-  for (const char* samples : {SOURCE_DIR "/samples", SOURCE_DIR "/tests/readers/pdf"}) {
+  for (const char* samples :
+       {SOURCE_DIR "/samples", SOURCE_DIR "/tests/readers/pdf", SOURCE_DIR "/tests/docfonts/samples"}) {
     for (const auto& entry : fs::directory_iterator(samples)) {
       const std::string extension = entry.path().extension();
-      if (extension == ".psd" || extension == ".pdf") documents.push_back(entry.path());
+      if (entry.is_regular_file() && extension != "" && extension != ".txt") documents.push_back(entry.path());
     }
   }
   constexpr size_t kEPSKinds = 4;
