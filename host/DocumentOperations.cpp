@@ -127,8 +127,12 @@ std::string DocumentOperations::OpenFile(const std::string& path, int32_t* id) {
     auto shown = ShowMissingFontsWindow(missing);
     if (Document* document = documents_.Find(added)) document->missingFontsWindow = std::move(shown);
   };
-  if (!missing.empty() && !CallGuarded(window, show, &problem)) platform::ReportProblem(problem);
-  notifiers_.Notify(kEventOpen, descriptor);
+  try {
+    if (!missing.empty() && !CallGuarded(window, show, &problem)) platform::ReportProblem(problem);
+    notifiers_.Notify(kEventOpen, descriptor);
+  } catch (const std::bad_alloc&) {  // it is open all the same
+    platform::ReportProblem(path + kNoMemory);
+  }
   return "";
 }
 
