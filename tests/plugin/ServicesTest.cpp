@@ -219,7 +219,12 @@ TEST_F(Notification, OfEachKindReachesTheHost) {
                {26, &font, {}},
                {29, &font, {}},
                {4711, &font, {}}};
-  for (const auto& row : kRows) EXPECT_EQ(Hear(row.kind, row.data), row.heard) << row.kind;
+  for (const auto& row : kRows) {
+    Shown();
+    EXPECT_EQ(Hear(row.kind, row.data), row.heard) << row.kind;
+    const std::string online = row.kind != 1 ? "" : row.data == &on ? "online 1" : "online 0";
+    EXPECT_EQ(Shown(), online) << row.kind << ": the command box shows it";
+  }
 }
 
 TEST_F(Notification, OfAShutdownSwitchesOffForGood) {
@@ -244,7 +249,9 @@ TEST_F(Notification, OfALoginTurnsServicesOffAndOnAgain) {
   EXPECT_EQ(HearLogin(false, 1), Lines{"SetLoggedInState 0 1"});
   EXPECT_EQ(Shown(), "box NotLoggedInPluginDisabledMessage");
   EXPECT_FALSE(MarquineGlobals::ArePluginServicesEnabled());
+  ui->preferences["CurrentWorkgroup"] = 0;
   EXPECT_EQ(HearLogin(true, 1), (Lines{"SetLoggedInState 1 1", "RebuildWorkgroupsMenu"}));
+  EXPECT_NE(ui->preferences["CurrentWorkgroup"], 0) << "selected anew, for another user may have logged in";
   EXPECT_TRUE(MarquineGlobals::ArePluginServicesEnabled());
   EXPECT_TRUE(Traced("Re-enabling plugin functionality, now that the user has logged-in."));
 }
@@ -256,8 +263,10 @@ TEST_F(Notification, OfWorkgroupsWaitsForAReplicationToStop) {
     FontManagerInterface::sValidWorkgroupSelected = false;
     Hear(progress, platform::Dictionary::Create().Ref());
     EXPECT_EQ(Hear(3, nullptr), Lines{"RebuildWorkgroupsMenu"});
+    EXPECT_EQ(HearLogin(true, 1), Lines{"SetLoggedInState 1 1"});
     EXPECT_FALSE(FontManagerInterface::sValidWorkgroupSelected);
     Hear(stopped, nullptr);
+    EXPECT_FALSE(MarquineGlobals::sBulkReplicationRunning || MarquineGlobals::sIncrementalReplicationRunning);
     EXPECT_TRUE(FontManagerInterface::sValidWorkgroupSelected);
   }
 }
