@@ -44,7 +44,10 @@ AgentActivationState Activations::Demand::Strongest() const {
 }
 
 Activations::Activations(const Parts& parts, std::set<std::string> refusedNames, ActivationEvents events)
-    : parts_(parts), refusedNames_(std::move(refusedNames)), events_(std::move(events)) {
+    : parts_(parts),
+      refusedNames_(std::move(refusedNames)),
+      events_(std::move(events)),
+      renewed_(parts.user.NewVersions()) {
   for (const auto& [id, state] : parts_.user.Activations()) {
     demands_[id].stored = static_cast<AgentActivationState>(state);
   }

@@ -50,6 +50,8 @@ class Activations {
   // moved.
   void Reconcile();
 
+  // The ID of the font that is now at the place of this one. A client may still know a font by a former version's ID.
+  uint32_t CurrentID(uint32_t fontID) const;
   // Each ID is in exactly one list of the outcome. kActivated is stored. If that fails, throws StoreError, and exactly
   // the fonts that were active before are active.
   ActivationOutcome Activate(ClientID client, const std::vector<uint32_t>& fontIDs, AgentActivationState state);
@@ -91,7 +93,6 @@ class Activations {
   using Demands = std::map<uint32_t, Demand>;  // by font ID; never empty entries
 
   std::vector<uint32_t> HeldBy(ClientID client) const;
-  uint32_t CurrentID(uint32_t fontID) const;
   bool IsAskedFor(const std::string& path) const;
   bool LinkFile(const std::string& path, uint32_t linkID);
   void Announce(const std::string& path);
@@ -112,7 +113,7 @@ class Activations {
   Demands demands_;
   std::map<std::string, uint32_t> linkedFiles_;  // path to the ID that names its link
   std::set<std::string> announced_;              // linked files that clients were notified of
-  std::map<uint32_t, uint32_t> renewed_;         // clients still know a font by the ID of its former version
+  std::map<uint32_t, uint32_t> renewed_;         // former ID to that of the next version
 };
 
 }  // namespace agent

@@ -1,4 +1,6 @@
 // Calls that activate and deactivate fonts.
+#include <map>
+
 #include "agent/server/Calls.h"
 
 namespace agent {
@@ -7,7 +9,14 @@ namespace {
 
 calls::Activated Activate(FontLibrary& library, ClientID client, const Numbers& fontIDs, AgentActivationState state) {
   library.FreshenSystemFonts(true);
-  ActivationOutcome outcome = library.Active().Activate(client, fontIDs, state);
+  // After a restart of the agent a client requests what it holds, and may not know that a font has a new version.
+  std::map<uint32_t, uint32_t> given;
+  Numbers current;
+  for (const uint32_t id : fontIDs) given.emplace(current.emplace_back(library.Active().CurrentID(id)), id);
+  ActivationOutcome outcome = library.Active().Activate(client, current, state);
+  for (auto* ids : {&outcome.activated, &outcome.failed, &outcome.refused}) {
+    for (uint32_t& id : *ids) id = given.at(id);
+  }
   return {std::move(outcome.activated), std::move(outcome.failed), std::move(outcome.refused)};
 }
 

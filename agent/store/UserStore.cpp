@@ -11,7 +11,7 @@ namespace agent {
 namespace {
 
 // Steps are added, never changed.
-constexpr std::array<const char*, 5> kMigrations = {R"(
+constexpr std::array<const char*, 6> kMigrations = {R"(
 CREATE TABLE fonts(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0 AND id < 2147483648), path TEXT NOT NULL,
                    face INTEGER NOT NULL, device INTEGER, inode INTEGER, name TEXT, UNIQUE(path, face));
 CREATE INDEX fonts_by_file ON fonts(device, inode, face);
@@ -39,7 +39,9 @@ CREATE TABLE font_numbers(revision INTEGER NOT NULL);
 INSERT INTO font_numbers VALUES(random());
 CREATE TRIGGER font_added AFTER INSERT ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;
 CREATE TRIGGER font_changed AFTER UPDATE ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;
-CREATE TRIGGER font_removed AFTER DELETE ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;)"};
+CREATE TRIGGER font_removed AFTER DELETE ON fonts BEGIN UPDATE font_numbers SET revision=random(); END;)",
+                                                    R"(
+CREATE TABLE new_versions(former INTEGER PRIMARY KEY REFERENCES fonts(id), font INTEGER NOT NULL REFERENCES fonts(id));)"};
 
 int64_t Signed(uint64_t value) { return static_cast<int64_t>(value); }
 
@@ -142,8 +144,19 @@ void UserStore::DisplaceFont(uint32_t id) {
       .Run();
 }
 
+std::map<uint32_t, uint32_t> UserStore::NewVersions() {
+  std::map<uint32_t, uint32_t> versions;
+  Statement rows(database_, "SELECT former, font FROM new_versions");
+  while (rows.Step()) versions[static_cast<uint32_t>(rows.Integer(0))] = static_cast<uint32_t>(rows.Integer(1));
+  return versions;
+}
+
 // A new version takes over what the user did with the old one.
 void UserStore::TakeOver(uint32_t former, uint32_t id) {
+  // An older version may have come back.
+  Statement(database_, "DELETE FROM new_versions WHERE former=?").Bind(1, int64_t{id}).Run();
+  Statement put(database_, "INSERT OR REPLACE INTO new_versions VALUES(?,?)");
+  put.Bind(1, int64_t{former}).Bind(2, int64_t{id}).Run();
   for (const std::string table : {"activations", "set_fonts", "panel_clicks"}) {
     const std::string move = "UPDATE OR IGNORE " + table + " SET font=?2 WHERE font=?1";
     const std::string remove = "DELETE FROM " + table + " WHERE font=?";

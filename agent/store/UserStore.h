@@ -40,6 +40,8 @@ class UserStore {
   // a font that was replaced by another one has its ID again when it comes back. Also gives its family an ID.
   FontNumber FontID(const std::string& path, const FontFace& face, const FileIdentity& identity);
   uint32_t FamilyID(const std::string& family);
+  // The ID of each replaced font to that of the version which replaced it, which may be replaced itself. No circles.
+  std::map<uint32_t, uint32_t> NewVersions();
   // Another number after each change of an ID. If it is the same as before, so are the IDs.
   int64_t Revision();
 

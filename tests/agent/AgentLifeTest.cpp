@@ -89,6 +89,23 @@ TEST_F(AgentLife, ALookUpAndTheQuestionWhetherItRunsStartAnAgentThatWasKilledBut
   EXPECT_FALSE(fs::exists(state_ / "run/nexcore.sock"));
 }
 
+// The client's library knows the font by the ID of its former version only.
+TEST_F(AgentLife, AFontThatWasUpdatedWhileAClientHeldItOutlivesTheNextKillsToo) {
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  ASSERT_EQ(Activate({serif}), 1u);
+  End(SIGKILL);
+  fonts_.Write("LiberationSerif-Bold.ttf", debian_fonts::UpdatedSerifBold());
+  for (int kill = 0; kill < 2; ++kill) {
+    const uint32_t updated = FontNamed("LiberationSerif-Bold");
+    EXPECT_NE(updated, serif);
+    EXPECT_TRUE(IsActive(updated)) << kill;
+    End(SIGKILL);
+  }
+  const uint32_t updated = FontNamed("LiberationSerif-Bold");
+  EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
+  EXPECT_FALSE(IsActive(updated));
+}
+
 // Another program may start the agent again. A plug-in with open documents may make no call meanwhile.
 TEST_F(AgentLife, AnAgentThatCameBackByItselfGetsTheFontsOfAClientThatIsSilent) {
   const uint32_t serif = FontNamed("LiberationSerif-Bold"), mono = FontNamed("LiberationMono-Bold");

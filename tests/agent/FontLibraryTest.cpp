@@ -349,15 +349,7 @@ TEST_F(FontLibraryTest, AFontThatIsUpdatedInItsPlaceStaysActiveUnderItsNewID) {
   const uint32_t old = IDOf("LiberationSerif-Bold");
   library_->Active().Activate(kClient, {old}, kAutoActivated);
 
-  std::string updated = Bytes(kBold);
-  const std::string version(
-      "V\0e\0r\0s\0i\0o\0n\0 \0"
-      "2",
-      17);
-  const size_t at = updated.find(version);
-  ASSERT_NE(at, std::string::npos);
-  updated[at + 16] = '3';
-  fonts_.Write("a.ttf", updated);
+  fonts_.Write("a.ttf", UpdatedSerifBold());
   Rescan();
   const uint32_t now = IDOf("LiberationSerif-Bold");
   EXPECT_NE(now, old);

@@ -34,6 +34,17 @@ inline void PutLong(std::string& bytes, size_t at, uint32_t value) {
   for (size_t i = 0; i < 4; ++i) bytes.at(at + i) = static_cast<char>(value >> (24 - 8 * i));
 }
 
+// A new version of LiberationSerif-Bold.
+inline std::string UpdatedSerifBold() {
+  std::string bytes = Bytes(kLiberation + "LiberationSerif-Bold.ttf");
+  const std::string version(
+      "V\0e\0r\0s\0i\0o\0n\0 \0"
+      "2",
+      17);
+  bytes.at(bytes.find(version) + 16) = '3';
+  return bytes;
+}
+
 // Returns the offset of a face's table directory in the collection.
 inline uint32_t DirectoryOfFace(const std::string& collection, uint32_t face) {
   return Long(collection, 12 + 4 * face);
