@@ -252,7 +252,11 @@ void Facade::Disconnect(bool keepFonts) {
     connection_ = nullptr;
   }
   if (connection && keepFonts) connection->Call<calls::KeepActivations>({});
-  if (keepFonts) held_.Clear();
+  if (keepFonts) {
+    held_.Clear();
+    // This process is done with the agent, which may end without saying so.
+    All().expectsAgent = false;
+  }
   if (connection) connection->Close();
 }
 
