@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/client/StateFolder.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/server/Agent.h"
@@ -31,8 +32,9 @@ int Fail(const std::string& line, int status) {
 
 void SetPlaces(const agent::Configuration& configuration) {
   platform::Places places = platform::GetPlaces();
-  places.runtime = configuration.RuntimeFolder();
-  if (!configuration.desktop) places.fontConfigFile = configuration.stateFolder + "/fonts.conf";
+  const platform::Places ofState = agent_client::PlacesOf(configuration.stateFolder, configuration.desktop);
+  places.runtime = ofState.runtime;
+  places.fontConfigFile = ofState.fontConfigFile;
   platform::SetPlaces(places);
 }
 
@@ -76,13 +78,15 @@ int Run(const agent::Configuration& configuration) {
   agent::InstanceLock lock;
   std::error_code error;
   using Socket = agent::InstanceLock::Socket;
-  switch (lock.Take(configuration.RuntimeFolder(), agent_protocol::kAgentSocketName, error,
-                    passed ? Socket::kPassed : Socket::kOfHolder)) {
+  const std::string runtimeFolder = configuration.RuntimeFolder();
+  switch (
+      lock.Take(runtimeFolder, agent_protocol::kAgentSocketName, error, passed ? Socket::kPassed : Socket::kOfHolder)) {
     case agent::InstanceLock::Result::kServed: return 0;
-    case agent::InstanceLock::Result::kFailed:
-      return Fail(configuration.RuntimeFolder() + ": " + platform::DescribeError(error), 1);
+    case agent::InstanceLock::Result::kFailed: return Fail(runtimeFolder + ": " + platform::DescribeError(error), 1);
     case agent::InstanceLock::Result::kTaken: break;
   }
+  // Another program has found just now that the folder cannot be written, and its agent may serve the substitute.
+  if (configuration.RuntimeFolder() != runtimeFolder) return Fail(runtimeFolder + ": is replaced; try again", 1);
   if (!passed && IsServiceManagerListening(configuration)) return 0;
   // Announce it before opening the databases, which can take long: the process that started the agent looks for it at
   // once.
@@ -121,6 +125,11 @@ int main(int count, char** arguments) {
   if (!error.empty()) return Fail(error, 1);
   const auto configuration = agent::ReadConfiguration(arguments[1], error);
   if (!configuration) return Fail(error, kBadArgument);
+  // A service manager that passes a socket has made the folder.
+  if (sd_listen_fds(0) == 0) {
+    const std::error_code unusable = agent_client::MakeSessionFolder(configuration->stateFolder);
+    if (unusable) return Fail(configuration->stateFolder + "/run: " + platform::DescribeError(unusable), 1);
+  }
   SetPlaces(*configuration);
   return Run(*configuration);
 }

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "agent/client/AgentFolders.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
 #include "nexctl/Commands.h"
 #include "nexctl/Fonts.h"
@@ -105,7 +106,7 @@ int Watch(const Call& call) {
 
 int ShowLog(const Call& call) {
   // Also of an agent that does not start.
-  const std::string path = StateFolderNamed(call.options.state) + "/agent/agent.log";
+  const std::string path = agent_client::SessionFolderOf(StateFolderNamed(call.options.state)) + "/agent/agent.log";
   std::string text;
   if (const std::error_code error = platform::ReadFile(path, text))
     throw Failure(path + ": " + platform::DescribeError(error));

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <set>
 
+#include "agent/client/AgentFolders.h"
+#include "agent/client/StateFolder.h"
 #include "agent/include/AgentProtocol.h"
 #include "nexctl/Commands.h"
 #include "nexctl/Fonts.h"
@@ -27,6 +29,7 @@ struct Machine {
 
 struct Finding {
   std::string problem, mend;
+  bool isAdvice = false;  // nothing is wrong
 };
 using Findings = std::vector<Finding>;
 
@@ -51,6 +54,12 @@ void CheckFolders(const Machine& machine, Findings& findings) {
   for (const auto& workgroup : machine.workgroups) {
     for (const std::string& folder : workgroup.folders) {
       if (platform::FolderExists(folder) || workgroup.type == 8) continue;
+      // Every new user has this library before they have the folder.
+      if (folder == agent_client::DefaultLibraryFolder(platform::GetPlaces().home) && !fs::is_symlink(folder)) {
+        findings.push_back({folder + ": is not there yet; fonts that you put there are found",
+                            "make the folder, or name others with nexctl library add", true});
+        continue;
+      }
       findings.push_back(
           {folder + ": the folder of the library " + workgroup.name + " is not there",
            "attach its drive, or nexctl --workgroup " + std::to_string(workgroup.workgroupID) + " library remove it"});
@@ -130,7 +139,7 @@ Machine Examine(const Call& call) {
   machine.web = session.Ask<calls::GetWebFontsStatus>();
   if (!machine.status.isDesktop) {
     platform::Places places = platform::GetPlaces();
-    places.fontConfigFile = session.StateFolder() + "/fonts.conf";
+    places.fontConfigFile = agent_client::SessionFolderOf(session.StateFolder()) + "/fonts.conf";
     platform::SetPlaces(places);
   }
   machine.setup = platform::GetFontServiceSetup();
@@ -152,19 +161,17 @@ int Diagnose(const Call& call) {
   } catch (const Failure& failure) {
     findings.push_back({failure.what(), "see nexctl log"});
   }
-  if (call.output.IsJson()) {
-    for (const Finding& finding : findings) {
-      call.output.Object({{"problem", finding.problem}, {"mend", finding.mend}});
-    }
-  } else if (findings.empty()) {
-    call.output.Line("nothing is wrong");
-  }
+  const auto problems = std::ranges::count(findings, false, &Finding::isAdvice);
+  if (problems == 0 && !call.output.IsJson()) call.output.Line("nothing is wrong");
   for (const Finding& finding : findings) {
-    if (call.output.IsJson()) break;
+    if (call.output.IsJson()) {
+      call.output.Object({{finding.isAdvice ? "advice" : "problem", finding.problem}, {"mend", finding.mend}});
+      continue;
+    }
     call.output.Line(finding.problem);
     call.output.Line("    " + finding.mend);
   }
-  return findings.empty() ? 0 : 1;
+  return problems == 0 ? 0 : 1;
 }
 
 }  // namespace nexctl

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
@@ -71,7 +72,7 @@ Session::Session(const std::string& stateFolder, const NotificationHandler& onNo
 }
 
 bool Session::Connect(const NotificationHandler& onNotification) {
-  platform::Descriptor socket = agent_client::ReachAgent(stateFolder_ + "/run");
+  platform::Descriptor socket = agent_client::ReachAgent(agent_client::RuntimeFolderOf(stateFolder_));
   if (!socket) return false;
   connection_ = std::make_unique<agent_client::AgentConnection>(
       std::move(socket), onNotification ? onNotification : [](const Json&) {}, [] {});
@@ -111,16 +112,18 @@ void Session::AwaitScan() {
 }
 
 void Session::Launch(const NotificationHandler& onNotification) {
-  const std::string agent = AgentProgram(), errors = stateFolder_ + "/logs/agent.err";
+  std::error_code error = agent_client::MakeSessionFolder(stateFolder_);
+  const std::string agent = AgentProgram(), logs = agent_client::SessionFolderOf(stateFolder_) + "/logs";
+  const std::string errors = logs + "/agent.err";
   std::string problem;
-  if (const std::error_code error = platform::MakeFolder(stateFolder_ + "/logs")) {
-    throw Failure(stateFolder_ + "/logs: " + platform::DescribeError(error));
-  }
+  if (!error) error = platform::MakeFolder(logs);
+  if (error) throw Failure(stateFolder_ + ": " + platform::DescribeError(error));
   std::remove(errors.c_str());  // those of the previous agent
   if (!platform::LaunchDetached(agent, stateFolder_, errors, &problem)) throw Failure(problem);
   if (platform::WaitUntil(kPatience, [&] { return Connect(onNotification); })) return;
   std::string words;
   platform::ReadFile(errors, words);
+  if (words.ends_with('\n')) words.pop_back();
   throw Failure(agent + ": the font manager did not start" + (words.empty() ? "" : ": " + words));
 }
 

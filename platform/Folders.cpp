@@ -31,11 +31,16 @@ std::string HomeFolder() {
 }
 
 // With sudo the variable may name another user's folder, which must not get files of root.
+bool IsOurs(const std::string& folder) {
+  struct stat info;
+  return !folder.empty() && stat(folder.c_str(), &info) == 0 && info.st_uid == geteuid();
+}
+
+std::string FolderWithoutSession() { return "/tmp/velorant-" + std::to_string(geteuid()); }
+
 std::string RuntimeFolder() {
   const std::string runtime = FolderOfEnvironment("XDG_RUNTIME_DIR");
-  struct stat info;
-  const bool isOurs = !runtime.empty() && stat(runtime.c_str(), &info) == 0 && info.st_uid == geteuid();
-  return isOurs ? runtime + "/velorant" : "/tmp/velorant-" + std::to_string(geteuid());
+  return IsOurs(runtime) ? runtime + "/velorant" : FolderWithoutSession();
 }
 
 std::string StatesFolder(const std::string& home) {
@@ -64,6 +69,14 @@ const Places& GetPlaces() { return Current(); }
 
 std::string UserStateFolder() { return StatesFolder(GetPlaces().home) + "/desktop"; }
 std::string SandboxStateFolder() { return StatesFolder(GetPlaces().home) + "/host"; }
+std::vector<std::string> SessionFolders() {
+  std::vector<std::string> folders = {RuntimeFolder()};
+  // Where the variable usually points; scheduled jobs do not have it.
+  const std::string usual = "/run/user/" + std::to_string(geteuid());
+  if (IsOurs(usual)) folders.push_back(usual + "/velorant");
+  folders.push_back(FolderWithoutSession());
+  return folders;
+}
 std::string LocalLibraryFolder() { return GetPlaces().fileSystemRoot + "/Library"; }
 std::string UserLibraryFolder() { return GetPlaces().home + "/Library"; }
 std::string LocalFrameworksFolder() { return LocalLibraryFolder() + "/Frameworks"; }

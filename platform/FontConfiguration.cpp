@@ -31,6 +31,9 @@ std::string FontConfigurationText(const FontConfiguration& configuration) {
   if (!configuration.cacheFolder.empty()) {
     text += "  <cachedir>" + EscapeXML(configuration.cacheFolder) + "</cachedir>\n";
   }
+  for (const std::string& pattern : configuration.rejected) {
+    text += "  <selectfont><rejectfont><glob>" + EscapeXML(pattern) + "</glob></rejectfont></selectfont>\n";
+  }
   return text + "</fontconfig>\n";
 }
 

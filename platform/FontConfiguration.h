@@ -12,6 +12,7 @@ struct FontConfiguration {
   std::vector<std::string> includes{};  // absolute paths of other configuration files; one that is missing is no error
   std::vector<std::string> folders{};   // absolute; searched with all below them
   std::string cacheFolder{};            // absolute; empty for those of the included files
+  std::vector<std::string> rejected{};  // patterns with '*' for the paths of files that no program gets
 };
 
 // Returns the text of the file, in UTF-8.

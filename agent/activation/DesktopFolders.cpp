@@ -83,7 +83,7 @@ void RemoveLinksOfDeadAgents(const Configuration& own, platform::RunLoop& loop, 
     if (folder == own.ActiveFolderPath() || platform::ReadFile(folder + "/" + kOwnerName, owner.stateFolder)) continue;
     InstanceLock lock;
     const bool wasOwn = folder == agent_client::ActiveFolderOf(own.stateFolder, true, home);
-    if (!wasOwn && !lock.TakeFromDead(owner.RuntimeFolder(), agent_protocol::kAgentSocketName)) continue;
+    if (!wasOwn && !lock.TakeFromDead(owner.RuntimeFolder())) continue;
     RemoveUnstoredLinks(folder, wasOwn ? own : owner, loop, report);
   }
 }

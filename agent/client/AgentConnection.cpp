@@ -11,6 +11,7 @@
 #include <mutex>
 #include <thread>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "agent/include/MessageDepth.h"
 #include "platform/Trace.h"
@@ -59,7 +60,11 @@ bool IsHungUp(int socket) {
 
 platform::Descriptor ReachAgent(const std::string& runtimeFolder) {
   std::error_code error;
-  return platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
+  platform::Descriptor socket = platform::ConnectLocal(runtimeFolder, agent_protocol::kAgentSocketName, error);
+  if (socket) return socket;
+  const std::string now = RuntimeFolderOf(StateFolderAt(runtimeFolder));
+  if (now == runtimeFolder) return socket;
+  return platform::ConnectLocal(now, agent_protocol::kAgentSocketName, error);
 }
 
 bool AnswersGreeting(const platform::Descriptor& socket, std::chrono::milliseconds patience) {

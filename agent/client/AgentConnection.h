@@ -31,8 +31,8 @@ struct Reply {
   typename Call::Result result;
 };
 
-// Connects to the agent whose socket is in runtimeFolder. Returns an empty descriptor if none listens, or if it accepts
-// no connection within 2 seconds.
+// Connects to the agent whose socket is in runtimeFolder, or in the substitute for that which was made since (see
+// AgentFolders.h). Returns an empty descriptor if none listens, or if it accepts no connection within 2 seconds.
 platform::Descriptor ReachAgent(const std::string& runtimeFolder);
 
 // Sends the call "Hello" through a socket from ReachAgent and waits for the reply. Returns false if the agent ends or

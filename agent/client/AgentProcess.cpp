@@ -9,6 +9,7 @@
 #include <cctype>
 #include <filesystem>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
@@ -36,8 +37,11 @@ bool ServesFolder(const fs::path& process, const fs::path& runtimeFolder) {
   const std::string argument = commandLine.c_str() + programEnd + 1;
   if (argument.empty()) return false;
   std::error_code error;
-  const fs::path folder = fs::weakly_canonical(process / "cwd" / argument / "run", error);
-  return !error && folder == runtimeFolder;
+  const fs::path state = process / "cwd" / argument;
+  for (const fs::path& folder : {state / "run", fs::path(RuntimeFolderOf(state.string()))}) {
+    if (fs::weakly_canonical(folder, error) == runtimeFolder && !error) return true;
+  }
+  return false;
 }
 
 bool IsOwnAgent(const fs::path& process) {

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/client/AgentProcess.h"
 #include "agent/include/AgentCalls.h"
 #include "platform/Files.h"
@@ -36,7 +37,8 @@ std::string LastWords(const std::string& errorsFile) {
 
 std::unique_ptr<AgentConnection> StartAgent(const std::string& stateFolder, const std::string& program,
                                             std::string* problem) {
-  const std::string runtimeFolder = stateFolder + "/run", errors = stateFolder + "/logs/agent.err";
+  const std::string runtimeFolder = RuntimeFolderOf(stateFolder);
+  const std::string errors = SessionFolderOf(stateFolder) + "/logs/agent.err";
   std::unique_ptr<AgentConnection> connection;
   bool canLaunch = true;
   platform::WaitUntil(kPatience, [&] {

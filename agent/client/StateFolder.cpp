@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Files.h"
 
@@ -19,11 +20,12 @@ std::string Problem(const std::string& path, const std::error_code& error) {
 }
 
 std::string MakeFolders(const std::string& folder) {
-  for (const char* name : {"/home", "/logs", "/active", kLaunchFolder}) {
-    if (const std::error_code error = platform::MakeFolder(folder + name)) return Problem(folder + name, error);
+  if (const std::error_code error = MakeSessionFolder(folder)) return Problem(folder + "/run", error);
+  const std::string session = SessionFolderOf(folder);
+  for (const std::string& path : {folder + "/home", session + "/logs", session + "/active", folder + kLaunchFolder}) {
+    if (const std::error_code error = platform::MakeFolder(path)) return Problem(path, error);
   }
-  const std::error_code error = platform::MakeFolder(folder + "/run", 0700);
-  return error ? Problem(folder + "/run", error) : "";
+  return "";
 }
 
 std::string WriteLaunchConfiguration(const StateFolderSetup& setup) {
@@ -79,10 +81,12 @@ std::string ReplaceIfOther(const std::string& path, const std::string& content, 
   return error ? Problem(path, error) : "";
 }
 
+std::string DefaultLibraryFolder(const std::string& home) { return home + "/Fonts"; }
+
 StateFolderSetup DesktopSetup(const std::string& stateFolder, const std::string& agentProgram,
                               const std::string& home) {
   StateFolderSetup setup{stateFolder, agentProgram};
-  setup.newLibrary = {home + "/Fonts"};
+  setup.newLibrary = {DefaultLibraryFolder(home)};
   setup.newDesktop = true;
   return setup;
 }
@@ -95,13 +99,14 @@ std::string SetUpStateFolder(const StateFolderSetup& setup, StoredSetup* stored)
 }
 
 platform::Places PlacesOf(const std::string& stateFolder, bool isDesktop) {
+  const std::string session = SessionFolderOf(stateFolder);
   platform::Places places;
   places.fileSystemRoot = stateFolder + "/root";
   places.home = stateFolder + "/home";
-  places.runtime = stateFolder + "/run";
-  if (!isDesktop) places.fontConfigFile = stateFolder + "/fonts.conf";
+  places.runtime = RuntimeFolderOf(stateFolder);
+  if (!isDesktop) places.fontConfigFile = session + "/fonts.conf";
   places.preferencesFile = stateFolder + "/preferences.plist";
-  places.logs = stateFolder + "/logs";
+  places.logs = session + "/logs";
   return places;
 }
 

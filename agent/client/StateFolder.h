@@ -2,7 +2,7 @@
 //
 //   STATE/nexcore.json   the agent's configuration (AgentProtocol.h)
 //   STATE/root/Library/Velorant/com.velorant.Nexcore-LaunchInfo.conf   by which the plug-in finds the agent
-//   STATE/home, logs, active, run   empty folders
+//   STATE/home, logs, active, run   empty folders; on a disk that cannot be written, those in AgentFolders.h
 //
 // Each file is replaced atomically, and only if its content changes. Stored data is neither changed nor lost by a
 // failure. Not thread-safe.
@@ -25,8 +25,11 @@ struct StateFolderSetup {
   bool newDesktop = false;                // what a folder gets that has nothing stored
 };
 
-// For a state folder whose fonts are for the user's desktop: what is stored stays, and the first library is the folder
-// "Fonts" of the user. `home` is the user's home folder.
+// The folder of the first library of a user who has named none. `home` is the user's home folder.
+std::string DefaultLibraryFolder(const std::string& home);
+
+// For a state folder whose fonts are for the user's desktop: what is stored stays, and a folder that has nothing stored
+// gets the default library.
 StateFolderSetup DesktopSetup(const std::string& stateFolder, const std::string& agentProgram, const std::string& home);
 
 struct StoredSetup {

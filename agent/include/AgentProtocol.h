@@ -37,7 +37,8 @@ inline constexpr size_t kMostHeldBytesOfAll = 32u << 20;
 //    "exitWithLastClient": false,      true: end when the last client has gone
 //    "refused": ["PostScriptName"]}    fonts that may not be activated
 // and keeps:
-//   STATE/run/             the socket and the list of running applications, mode 0700
+//   STATE/run/             the socket and the list of running applications, mode 0700; where it cannot be written, it has a
+//                          substitute, see client/AgentFolders.h
 //   STATE/agent/index.db   what a scan found; may be deleted at any time
 //   STATE/agent/user.db    sets, rights, and activations that outlive clients; migrated, never deleted
 //   STATE/agent/webfonts/  unpacked web fonts; may be deleted at any time

@@ -24,7 +24,7 @@ std::vector<std::string> FoldersOf(const Workgroups& workgroups) {
 FontLibrary::FontLibrary(const Configuration& configuration, platform::RunLoop& loop, LibraryEvents events)
     : loop_(loop),
       events_(std::move(events)),
-      logPath_(configuration.DataFolder() + "/scan.log"),
+      logPath_(configuration.LogFolder() + "/scan.log"),
       index_(configuration.DataFolder() + "/index.db", events_.report),
       user_(configuration.DataFolder() + "/user.db"),
       smart_(user_.Tables()),

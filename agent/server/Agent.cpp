@@ -55,10 +55,14 @@ Agent::~Agent() {
 }
 
 std::error_code Agent::Start(platform::Descriptor passed) {
-  // On a full or read-only disk the log goes to standard error only, and the databases are in memory.
-  std::error_code unwritable = platform::MakeFolder(configuration_.DataFolder(), 0700);
-  if (!unwritable) unwritable = log_.Open(configuration_.DataFolder() + "/agent.log");
-  if (unwritable) log_.Write(configuration_.DataFolder() + ": " + platform::DescribeError(unwritable));
+  // On a disk that cannot be written the databases are in memory, and where no log can be made either, it goes to
+  // standard error only.
+  const std::string data = configuration_.DataFolder(), logs = configuration_.LogFolder();
+  const std::error_code unwritable = platform::MakeFolder(data, 0700);
+  if (const std::error_code error = log_.Open(logs + "/agent.log")) {
+    log_.Write(logs + ": " + platform::DescribeError(error));
+  }
+  if (unwritable) log_.Write(data + ": " + platform::DescribeError(unwritable));
   WatchPlace();
   ClearDesktop();
   try {

@@ -97,6 +97,9 @@ Workgroups Configuration::AllWorkgroups() const {
   return all;
 }
 
+std::string Configuration::RuntimeFolder() const { return agent_client::RuntimeFolderOf(stateFolder); }
+std::string Configuration::LogFolder() const { return agent_client::SessionFolderOf(stateFolder) + "/agent"; }
+
 std::string Configuration::ActiveFolderPath() const {
   return agent_client::ActiveFolderOf(stateFolder, desktop, platform::GetPlaces().home);
 }

@@ -21,7 +21,9 @@ struct Configuration {
   bool exitWithLastClient = false;
   std::set<std::string> refused;  // PostScript names of fonts that must not be activated
 
-  std::string RuntimeFolder() const { return stateFolder + "/run"; }
+  std::string RuntimeFolder() const;
+  // Of the logs, which a person needs most when the state folder cannot be written.
+  std::string LogFolder() const;
   std::string DataFolder() const { return stateFolder + "/agent"; }
   std::string UnpackedFolder() const { return DataFolder() + "/webfonts"; }
   // The folder of the links that activate fonts.

@@ -59,6 +59,8 @@ Database::Handle Database::Open(const std::string& name, int flags) const {
 
 Database::Handle Database::OpenFile() const {
   Handle handle = Open(path_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  // SQLite opens a file that cannot be written all the same, and only the first change would fail.
+  if (sqlite3_db_readonly(handle.get(), "main") == 1) throw MakeError(path_, nullptr, SQLITE_READONLY);
   sqlite3_busy_timeout(handle.get(), 2000);
   return handle;
 }

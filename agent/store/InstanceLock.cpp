@@ -8,6 +8,7 @@
 #include <chrono>
 
 #include "agent/client/AgentConnection.h"
+#include "agent/client/AgentFolders.h"
 #include "platform/Files.h"
 #include "platform/LastError.h"
 #include "platform/LocalSocket.h"
@@ -15,14 +16,25 @@
 
 namespace agent {
 
+namespace {
+
+// A read-only disk allows to lock a file that is there.
+platform::Descriptor OpenLockFile(const std::string& path, int creation) {
+  platform::Descriptor file(open(path.c_str(), O_RDWR | creation | O_CLOEXEC, 0600));
+  if (file || errno != EROFS) return file;
+  return platform::Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+}
+
+}  // namespace
+
 InstanceLock::Result InstanceLock::Take(const std::string& runtimeFolder, const std::string& socketName,
                                         std::error_code& error, Socket socket) {
   constexpr auto kPatience = std::chrono::seconds(10);
 
   error = platform::MakeFolder(runtimeFolder, 0700);
   if (error) return Result::kFailed;
-  path_ = runtimeFolder + "/" + socketName + ".lock";
-  file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  path_ = agent_client::LockFileIn(runtimeFolder);
+  file_ = OpenLockFile(path_, O_CREAT);
   if (!file_) {
     error = platform::LastError();
     return Result::kFailed;
@@ -49,9 +61,9 @@ InstanceLock::Place InstanceLock::Look() const {
   return held.st_dev == there.st_dev && held.st_ino == there.st_ino ? Place::kKept : Place::kReplaced;
 }
 
-bool InstanceLock::TakeFromDead(const std::string& runtimeFolder, const std::string& socketName) {
-  path_ = runtimeFolder + "/" + socketName + ".lock";
-  file_ = platform::Descriptor(open(path_.c_str(), O_RDWR | O_CLOEXEC));
+bool InstanceLock::TakeFromDead(const std::string& runtimeFolder) {
+  path_ = agent_client::LockFileIn(runtimeFolder);
+  file_ = OpenLockFile(path_, 0);
   if (!file_) return errno == ENOENT || errno == ENOTDIR;
   return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0;
 }

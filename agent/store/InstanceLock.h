@@ -26,7 +26,7 @@ class InstanceLock {
   Place Look() const;
   // Neither waits nor creates anything. Returns true if no agent is running; none can start then until this object is
   // destroyed, unless the runtime folder is gone.
-  bool TakeFromDead(const std::string& runtimeFolder, const std::string& socketName);
+  bool TakeFromDead(const std::string& runtimeFolder);
 
  private:
   platform::Descriptor file_;

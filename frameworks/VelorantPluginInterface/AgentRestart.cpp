@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <mutex>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/client/AgentProcess.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Process.h"
@@ -43,9 +44,11 @@ fs::path AgentBesideBundle() {
 
 // Only traces a failure: callers get the code of an agent that is gone, and their program tells its user.
 void Restart(const std::string& runtimeFolder) {
-  const fs::path agent = AgentBesideBundle(), stateFolder = fs::path(runtimeFolder).parent_path();
+  const fs::path agent = AgentBesideBundle();
   std::string error;
-  if (!platform::LaunchDetached(agent, stateFolder, "", &error)) platform::TraceLine(0, agent.string() + ": " + error);
+  if (!platform::LaunchDetached(agent, agent_client::StateFolderAt(runtimeFolder), "", &error)) {
+    platform::TraceLine(0, agent.string() + ": " + error);
+  }
 }
 
 }  // namespace

@@ -75,11 +75,11 @@ std::string Sandbox::Prepare(const SandboxOptions& options) {
   folder_ = Absolute(options.stateFolder.empty() ? own : options.stateFolder);
   if (platform::FileExists(folder_) && !platform::FolderExists(folder_)) return folder_ + ": is not a folder";
   if (const std::error_code error = platform::MakeFolder(folder_)) return Problem(folder_, error);
-  activeFolder_ = agent_client::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
   std::string problem = Lock();
   if (problem.empty()) problem = MakeFolders();
   if (problem.empty()) problem = SetUp(options);
   if (problem.empty()) problem = WriteFontConfiguration();
+  activeFolder_ = agent_client::ActiveFolderOf(folder_, options.desktop, Environment("HOME"));
   if (problem.empty()) platform::SetPlaces(agent_client::PlacesOf(folder_, options.desktop));
   return problem;
 }

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
 #include "platform/Bundle.h"
 #include "platform/Files.h"
@@ -159,9 +160,11 @@ AgentRing::~AgentRing() {
                    &ignored);  // waits for an agent that was launched but never called, so that it can be ended
   vpi_.CleanUpOnShutdown(Handle());
   std::error_code none;
-  if (platform::ConnectLocal(state_ / "run", agent_protocol::kAgentSocketName, none)) End(SIGTERM);
+  if (platform::ConnectLocal(Runtime(), agent_protocol::kAgentSocketName, none)) End(SIGTERM);
   platform::SetPlaces({});
 }
+
+std::string AgentRing::Runtime() const { return agent_client::RuntimeFolderOf(state_.Path()); }
 
 void AgentRing::FillLibrary() {
   using namespace debian_fonts;
@@ -199,13 +202,13 @@ void AgentRing::LaunchAndAwaitAnnouncement() const {
 void AgentRing::AwaitListening() const {
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kMostMilliseconds);
   std::error_code error;
-  while (!platform::ConnectLocal(state_ / "run", agent_protocol::kAgentSocketName, error)) {
+  while (!platform::ConnectLocal(Runtime(), agent_protocol::kAgentSocketName, error)) {
     ASSERT_LT(std::chrono::steady_clock::now(), end) << error.message();
   }
 }
 
 void AgentRing::End(int signal) const {
-  const int process = RawClient(state_ / "run").AgentProcess();
+  const int process = RawClient(Runtime()).AgentProcess();
   ASSERT_TRUE(AwaitEnd(process, signal)) << process;
 }
 
@@ -251,7 +254,7 @@ std::string AgentRing::StateOf(uint32_t id) const {
 
 std::vector<std::string> AgentRing::Links() const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::recursive_directory_iterator(state_ / "active")) {
+  for (const auto& entry : fs::recursive_directory_iterator(agent_client::ActiveFolderOf(state_.Path(), false, ""))) {
     if (!entry.is_directory()) names.push_back(entry.path().filename());
   }
   return names;

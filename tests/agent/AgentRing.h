@@ -77,6 +77,8 @@ class AgentRing : public testing::Test {
   AgentRing();
   ~AgentRing() override;
 
+  // The folder of the agent's socket.
+  std::string Runtime() const;
   // With a library of a few Debian fonts.
   void FillLibrary();
   void WriteConfiguration(const Json& more = Json::object());

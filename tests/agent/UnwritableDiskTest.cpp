@@ -2,13 +2,17 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 #include "agent/AgentRing.h"
+#include "agent/client/AgentFolders.h"
+#include "agent/client/StateFolder.h"
 #include "platform/Files.h"
 #include "platform/Fonts.h"
 #include "platform/Process.h"
 #include "support/DebianFonts.h"
+#include "support/ScopedVariable.h"
 
 namespace {
 
@@ -98,6 +102,51 @@ TEST_F(UnwritableDisk, AFolderOfDatabasesThatCanNotBeMadeIsNoReasonToServeNothin
   LaunchAgain();
   EXPECT_THAT(Unwritable(), HasSubstr("user.db"));
   EXPECT_EQ(Activate({FontNamed("LiberationSerif-Bold")}, 1), 1u);
+}
+
+// Nothing can be made in a folder that is a link to nowhere, not even by root.
+class UnmakeableFolders : public AgentRing {
+ protected:
+  UnmakeableFolders() {
+    FillLibrary();
+    for (const char* name : {"run", "agent", "active"}) fs::create_directory_symlink("/proc/nowhere", state_ / name);
+  }
+  // Returns the status of an agent that finds another one, or -1.
+  int StatusOfSecondAgent() const {
+    return std::system(("exec '" APP_DIR "/agent/Nexcore' '" + state_.Path() + "' 2>/dev/null").c_str());
+  }
+
+  test_support::TempFolder session_;
+  const test_support::ScopedVariable runtime_{"XDG_RUNTIME_DIR", session_.Path()};
+};
+
+TEST_F(UnmakeableFolders, AnAgentServesItsFontsFromTheSession) {
+  Launch();
+  const uint32_t serif = FontNamed("LiberationSerif-Bold");
+  EXPECT_EQ(Activate({serif}, 4), 1u) << "the library finds the agent in another place than it was told";
+  EXPECT_THAT(Links(), testing::ElementsAre(std::to_string(serif) + ".ttf"));
+  EXPECT_THAT(Runtime(), testing::StartsWith(session_.Path()));
+  EXPECT_EQ(Runtime(),
+            agent_client::RuntimeFolderOf(state_.Path() + "/../" + fs::path(state_.Path()).filename().string()));
+  EXPECT_THAT(RawClient(Runtime()).Ask("GetStatus")["result"]["unwritable"].dump(), HasSubstr("user.db"));
+  platform::SetPlaces(agent_client::PlacesOf(state_.Path(), false));
+  EXPECT_THAT(platform::ActivePostScriptNames(), testing::ElementsAre("LiberationSerif-Bold"));
+  End(SIGKILL);
+  EXPECT_EQ(StateOf(serif), "0")
+      << "the library starts an agent of the same folder, and the memory of the first is gone";
+  std::string log;
+  EXPECT_FALSE(platform::ReadFile(agent_client::SessionFolderOf(state_.Path()) + "/agent/agent.log", log));
+  EXPECT_THAT(log, HasSubstr("kept only until the agent ends"));
+}
+
+TEST_F(UnmakeableFolders, OneAgentServesThemAlsoWhenTheDiskCanBeWrittenAgain) {
+  Launch();
+  AwaitListening();
+  const int process = RawClient(Runtime()).AgentProcess();
+  EXPECT_EQ(StatusOfSecondAgent(), 0);
+  fs::remove(state_ / "run");
+  EXPECT_EQ(StatusOfSecondAgent(), 0);
+  EXPECT_EQ(RawClient(Runtime()).AgentProcess(), process);
 }
 
 }  // namespace

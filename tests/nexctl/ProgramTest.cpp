@@ -162,6 +162,9 @@ TEST_F(Nexctl, SetsUpTheDesktopOfANewUser) {
   EXPECT_THAT(outcome.output, HasSubstr("home/.local/state/velorant/desktop\n"));
   EXPECT_THAT(outcome.output, HasSubstr("home/Fonts\n"));
   EXPECT_THAT(outcome.output, HasSubstr("for all programs"));
+  const Outcome healthy = test_support::RunLine(asUser + "doctor", folder_);
+  EXPECT_EQ(healthy.status, 0) << "a new user has no fonts yet";
+  EXPECT_THAT(healthy.output, testing::ContainsRegex("nothing is wrong\n.*home/Fonts: is not there yet"));
 }
 
 // Every command and option is in the help, the manual page and the completion.
@@ -244,6 +247,28 @@ TEST_F(Nexctl, WritesJSONALine) {
   EXPECT_EQ(lines, 3u);
   // A pipe that nobody reads is no success.
   EXPECT_EQ(Run("fonts >/dev/full; test $? = 1").status, 0);
+}
+
+TEST_F(Nexctl, ServesFontsFromAReadOnlyDiskForTheSession) {
+  if (test_support::RunLine("unshare -rm true", folder_).status != 0) GTEST_SKIP() << "this machine mounts nothing";
+  const test_support::ScopedVariable session("XDG_RUNTIME_DIR", folder_.Path());
+  ASSERT_EQ(Run("activate LiberationSerif-Bold").status, 0);
+  // The agent locks this file as long as it runs.
+  ASSERT_EQ(test_support::RunLine("flock '" + folder_ / "state/run/nexcore.sock.lock" + "' true", folder_).status, 0);
+  folder_.Write("readonly", "cd '" + folder_.Path() +
+                                "'\n"
+                                "mount --bind state state && mount -o remount,bind,ro state || exit 9\n"
+                                "'" APP_DIR
+                                "/nexctl/nexctl' --state state set create New LiberationSerif-Bold || exit 1\n"
+                                "'" APP_DIR
+                                "/nexctl/nexctl' --state state set list\n"
+                                "FONTCONFIG_FILE=$(echo \"$PWD\"/velorant/*/fonts.conf) fc-list : file\n");
+  const Outcome outcome = test_support::RunLine("unshare -rm sh '" + folder_ / "readonly" + "'", folder_);
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_THAT(outcome.errors, HasSubstr("changes last only until the font manager ends"));
+  EXPECT_THAT(outcome.output, HasSubstr("New"));
+  EXPECT_THAT(outcome.output, testing::ContainsRegex("velorant/[0-9a-f]+/active/[0-9a-f]/[0-9]+.ttf"));
+  EXPECT_THAT(outcome.output, testing::Not(HasSubstr("state/active")));
 }
 
 }  // namespace
