@@ -24,10 +24,10 @@ constexpr int kMostRelaunches = 5;
 constexpr auto kBetweenLooks = std::chrono::milliseconds(250);  // between checks for another process's agent
 
 // A just launched agent does not listen yet. Callers relaunch without a pause and do not check again whether it is
-// running, so wait here while its process exists.
-platform::Descriptor AwaitAgent(const std::string& runtimeFolder, AgentConnection::Patience patience) {
+// running, so wait here while its process exists. Without a socket, `hasEnded` tells whether there is no process.
+platform::Descriptor AwaitAgent(const std::string& runtimeFolder, AgentConnection::Patience patience, bool& hasEnded) {
   platform::Descriptor socket;
-  bool hasEnded = false;
+  hasEnded = false;
   platform::WaitUntil(patience, [&] {
     socket = ReachAgent(runtimeFolder);
     hasEnded = !socket && !IsAgentProcessRunning(runtimeFolder);
@@ -183,16 +183,18 @@ uint32_t Facade::ConnectAlone() {
   // The socket of a killed agent accepts connections until the system has cleaned up, so try again as long as there is
   // one. Callers would relaunch the agent several times, and tell the user that it does not run.
   platform::WaitUntil(All().patience, [&] {
-    platform::Descriptor socket = AwaitAgent(runtimeFolder_, All().patience);
+    bool hasEnded = false;
+    platform::Descriptor socket = AwaitAgent(runtimeFolder_, All().patience, hasEnded);
     const bool isThere = static_cast<bool>(socket);
-    code = isThere ? ConnectThrough(std::move(socket)) : CodeWithoutSocket();
+    code = isThere ? ConnectThrough(std::move(socket)) : CodeWithoutSocket(hasEnded);
     return !isThere || !IsAgentGone(code) || IsRetired();
   });
   return code;
 }
 
-uint32_t Facade::CodeWithoutSocket() {
-  if (!IsAgentProcessRunning(runtimeFolder_)) return CodeWithoutAgent();
+// Do not look for the process again here: an agent that was launched since then is not silent.
+uint32_t Facade::CodeWithoutSocket(bool hasEnded) {
+  if (hasEnded) return CodeWithoutAgent();
   NoteSilence(runtimeFolder_);
   return kReplyTimeout;
 }

@@ -61,7 +61,7 @@ class Facade {
   void StopWaiting() const;  // the agent is silent
   uint32_t ConnectAlone();
   uint32_t ConnectThrough(platform::Descriptor socket);
-  uint32_t CodeWithoutSocket();
+  uint32_t CodeWithoutSocket(bool hasEnded);
   uint32_t Greet(AgentConnection& connection);
   template <class Call, class... More>
   uint32_t AskAgainFor(AgentConnection& connection, HoldKind kind, More... more);
