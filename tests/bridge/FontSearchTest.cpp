@@ -232,6 +232,16 @@ TEST_F(FontSearch, NoWorkgroupIsSelectedWhereNothingCanWork) {
   EXPECT_FALSE(FontManagerInterface::sValidWorkgroupSelected);
 }
 
+TEST_F(FontSearch, WebFontsAreCandidatesWhileTheyAreEnabled) {
+  CoreAgentInterface& manager = Connect();
+  for (const bool isEnabled : {false, true}) {
+    agent.isWebFontsEnabled = isEnabled;
+    const Array fonts = ArrayOf({Record({{"WorkgroupType", "8"}}), Record({{"WorkgroupType", "1"}})});
+    EXPECT_EQ(manager.RemoveRemoteFonts(fonts), 0);
+    EXPECT_EQ(Dictionary(fonts.At(0)).GetString("WorkgroupType").View(), isEnabled ? "8" : "1");
+  }
+}
+
 TEST_F(FontSearch, ManagerIsMadeOnceAndTellsItsState) {
   const std::string* bundleName = nullptr;
   bool isRunning = false;

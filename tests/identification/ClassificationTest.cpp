@@ -177,11 +177,16 @@ class Enriching : public Classification {
 
 TEST_F(Enriching, OnlyActiveFontsReachASlug) {
   const Array fonts = ArrayOf({Named("Active"), platform::Value(), Named("Idle"), Named("Nowhere")});
-  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, true, false, false), 0);
+  bool hasFailed = true;
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, true, false, false, &hasFailed), 0);
+  EXPECT_FALSE(hasFailed);
   EXPECT_EQ(NamesOf(fonts), "Active");
   const Dictionary record(fonts.At(0));
   EXPECT_EQ(record.GetString(kGS_FoundryKey).View(), "Foundry");
   EXPECT_FALSE(record.Contains(kGS_DatabaseIDKey));
+  FontManagerInterface::ResetForTesting();
+  EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, true, false, false, &hasFailed), kErrorMarquineNotRunning);
+  EXPECT_TRUE(hasFailed);
 }
 
 TEST_F(Enriching, FamilySpeaksForANameThatIsNotKnown) {
@@ -243,7 +248,10 @@ TEST_F(Enriching, LostConnectionEndsTheWalk) {
     FontDataPreviouslyGottenFromDatabase::DeleteAll();
     const Array fonts = ArrayOf({Named("Idle"), Named("Active"), Named("Nimbus-Regular")});
     for (const uint32_t code : {0, kErrorMarquineNotRunning}) agent.FailNext(AgentFunction::GetFontInfoByID, code);
-    EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, row.excludesInactive, false, false), kErrorMarquineNotRunning);
+    bool hasFailed = false;
+    EXPECT_EQ(AppendGlyphsureDataToFonts(fonts, kAll, row.excludesInactive, false, false, &hasFailed),
+              kErrorMarquineNotRunning);
+    EXPECT_TRUE(hasFailed) << "what a document has stored must stay";
     EXPECT_EQ(NamesOf(fonts), row.expected) << "what was not looked up is not known as active";
     const Dictionary found(fonts.At(fonts.Count() - 1));
     EXPECT_EQ(found.GetString(kGS_FoundryKey).View(), "Foundry");
