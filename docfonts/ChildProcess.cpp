@@ -29,6 +29,13 @@ std::error_code ChildProcess::Start(const std::function<void(int socket)>& serve
   _exit(0);
 }
 
+bool ChildProcess::HasEnded() const {
+  siginfo_t info{};
+  const int result = waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOHANG | WNOWAIT);
+  // Without it, somebody has waited for it already.
+  return IsStarted() && (result != 0 || info.si_pid == process_);
+}
+
 int ChildProcess::Await() {
   socket_.Close();
   int status = 0;

@@ -22,6 +22,8 @@ class ChildProcess {
   // this process dies. Must not be called while it runs.
   std::error_code Start(const std::function<void(int socket)>& serve);
   bool IsStarted() const { return process_ != 0; }
+  // True if it has ended by itself, or was killed. Await gives its status.
+  bool HasEnded() const;
   int Socket() const { return socket_.Get(); }  // -1 while it does not run
   void CloseSocket() { socket_.Close(); }
 

@@ -28,21 +28,24 @@ void FolderWatch::Complain(const std::string& line) {
   complain_(line);
 }
 
-bool FolderWatch::AddOne(const std::string& folder) {
+bool FolderWatch::AddOne(const std::string& folder, bool isRoot) {
   if (!notify_) notify_ = platform::Descriptor(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
   const int watch = notify_ ? inotify_add_watch(notify_.Get(), folder.c_str(), kEvents) : -1;
   if (watch >= 0) folders_[watch] = folder;
   if (watch >= 0) return true;
   if (errno == ENOSPC) {
     Complain("the system's watches are used up (fs.inotify.max_user_watches); some folders are not watched");
-  } else if (errno != ENOENT && errno != ENOTDIR) {
+  } else if (errno == ENOENT || errno == ENOTDIR) {
+    // One that is found below another may be gone by now.
+    if (isRoot) Complain(folder + ": there is no such folder");
+  } else {
     Complain(folder + ": " + platform::LastError().message() + "; it is not watched");
   }
   return false;
 }
 
 void FolderWatch::Add(const std::string& folder) {
-  if (!AddOne(folder)) return Complain(folder + ": there is no such folder");
+  if (!AddOne(folder, true)) return;
   for (const auto& [watch, path] : folders_) {
     if (path == folder) roots_[watch] = path;
   }

@@ -32,7 +32,7 @@ class FolderWatch {
   void ForgetBelow(const std::string& folder);
   void NoticeFolder(int watch, uint32_t events, const std::string& path);
   void AddBelow(const std::string& folder);
-  bool AddOne(const std::string& folder);
+  bool AddOne(const std::string& folder, bool isRoot = false);
   void Complain(const std::string& line);
 
   const Complaint complain_;

@@ -133,6 +133,10 @@ std::string FontHolder::Connect() {
   FontManagerInterface::CheckSelectWorkgroup();
   if (FontManagerInterface::AutoActivationIsReady()) return "";
   if (code != 0) return "the font manager is not ready (code " + std::to_string(code) + "); no font is activated";
+  const VPFInterfaceRef ui = MarquineGlobals::GetSharedVPFInterface();
+  if (!ui || ui->GetEnabledAutoActivationPref()) {
+    return "the font manager does not work; no font is activated";
+  }
   return "automatic activation is switched off in the preferences of the state folder; no font is activated";
 }
 

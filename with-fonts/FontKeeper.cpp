@@ -30,6 +30,8 @@ constexpr const char* kHoldFor = "hold-for";   // numbers of processes; the answ
 constexpr const char* kGone = "the process that holds the fonts has ended; its fonts were given back";
 constexpr int kBetweenTicks = 1000;  // milliseconds
 
+constexpr int kEnds[] = {SIGTERM, SIGHUP};
+
 std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
 // Boxes of the plug-in's logic. The one about a lost agent is not shown: this process starts the agent again.
@@ -89,6 +91,7 @@ class Server {
       if (ended) processes_.push_back(std::move(ended));
     }
     if (processes_.empty()) return "the processes have ended";
+    for (const int signal : kEnds) std::signal(signal, SIG_DFL);
     // From now on the process must outlive the one that started it, its terminal and who reads its output.
     prctl(PR_SET_PDEATHSIG, 0);
     if (setsid() < 0 || chdir("/") != 0 || !std::freopen("/dev/null", "r+", stdin) ||
@@ -125,6 +128,9 @@ std::string FontKeeper::Start(const FontSource& source, PrivateFonts& privateFon
     // Ctrl-C is for the program that is run.
     std::signal(SIGINT, SIG_IGN);
     std::signal(SIGQUIT, SIG_IGN);
+    // Whoever ends all processes of a session ends the program, too, which may still need the fonts while it saves. A
+    // handler, unlike a signal that is ignored, does not pass to the programs that this process starts.
+    for (const int signal : kEnds) std::signal(signal, [](int) {});
     std::signal(SIGPIPE, SIG_IGN);
     Server(socket, source).Run();
     privateFonts.Remove();
@@ -133,6 +139,11 @@ std::string FontKeeper::Start(const FontSource& source, PrivateFonts& privateFon
   std::string problem;
   if (platform::ReceiveMessage(process_.Socket(), problem)) return kGone;
   return problem;
+}
+
+void FontKeeper::Forget() {
+  process_.Await();
+  isThere_ = true;
 }
 
 void FontKeeper::End() {

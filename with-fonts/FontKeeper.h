@@ -32,6 +32,9 @@ class FontKeeper {
   // Gives all fonts back, unless they are kept or the process holds them for others. Waits until that is done.
   void End();
   bool IsStarted() const { return process_.IsStarted(); }
+  // True if the process was killed; then its fonts were given back. After Forget it can be started again.
+  bool HasEnded() const { return process_.HasEnded(); }
+  void Forget();
   // False once a call has noticed that the process has ended by itself.
   bool IsThere() const { return isThere_; }
 

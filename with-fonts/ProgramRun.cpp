@@ -7,7 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -92,11 +91,10 @@ std::vector<pid_t> Children() {
   return {std::istream_iterator<pid_t>(file), {}};
 }
 
-// Orphans that this process has adopted and that have ended. `others` are children that somebody else waits for.
-void ReapOrphans(pid_t program, const std::vector<pid_t>& others) {
+// Orphans that this process has adopted and that have ended.
+void ReapOrphans(pid_t program) {
   for (const pid_t child : Children()) {
-    const bool isOther = child == program || std::find(others.begin(), others.end(), child) != others.end();
-    if (!isOther) waitpid(child, nullptr, WNOHANG);
+    if (child != program) waitpid(child, nullptr, WNOHANG);
   }
 }
 
@@ -113,10 +111,10 @@ bool HasEnded(pid_t process, int* status) {
 
 }  // namespace
 
-ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables, int descriptor,
+ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<std::string>& variables,
+                      const std::function<void()>& whenChildEnds, int descriptor,
                       const std::function<void()>& whenReadable) {
   const BlockedSignals signals;
-  const std::vector<pid_t> others = Children();
   pid_t process = 0;
   if (const int error = Spawn(words, variables, signals.Former(), &process)) {
     const bool isMissing = error == ENOENT || error == ENOTDIR;
@@ -128,7 +126,8 @@ ProgramEnd RunProgram(const std::vector<std::string>& words, const std::vector<s
     const signalfd_siginfo received = signals.AwaitOr(descriptor);
     const auto signal = static_cast<int>(received.ssi_signo);
     if (signal == SIGCHLD) {
-      ReapOrphans(process, others);
+      whenChildEnds();
+      ReapOrphans(process);
     } else if (signal == 0) {
       whenReadable();
     } else if (received.ssi_code != SI_KERNEL) {

@@ -138,6 +138,18 @@ void Session::Identify(const std::string& path) {
   }
 }
 
+// While the program runs. Links of its own stay when the keeper is killed, and so do kept fonts.
+void Session::BringKeeperBack() {
+  constexpr int kMostRestarts = 10;
+  if (options_.isPrivate || options_.keep || !keeper_.HasEnded() || ++restarts_ > kMostRestarts) return;
+  keeper_.Forget();
+  std::string problem = keeper_.Start(source_, privateFonts_);
+  for (const Document& document : documents_) {
+    if (problem.empty()) keeper_.Open(document.path, document.report);
+  }
+  Complain(problem);
+}
+
 void Session::PassFontsOn(const RunningInstances& instances) {
   if (documents_.empty() || options_.keep || !keeper_.IsStarted()) return;
   const std::vector<pid_t> processes = instances.Find();
@@ -158,7 +170,8 @@ int Session::RunIt() {
   AdoptOrphans();
   SaveWatch saves([this](const std::string& path) { Identify(path); });
   if (options_.identify) saves.Watch(paths);
-  const ProgramEnd end = RunProgram(options_.words, variables_, saves.Descriptor(), [&saves] { saves.TakeSaved(); });
+  const ProgramEnd end = RunProgram(
+      options_.words, variables_, [this] { BringKeeperBack(); }, saves.Descriptor(), [&saves] { saves.TakeSaved(); });
   saves.TakeSaved();
   if (!end.problem.empty()) {
     Complain(end.problem);
@@ -190,7 +203,9 @@ std::string Session::WatchFolders() {
     Watcher watcher(
         keeper_, [this](const DocumentFonts& fonts) { Write(fonts); }, Complain);
     for (const std::string& folder : options_.words) watcher.Add(Absolute(folder));
-    if (!options_.quiet && !options_.json) std::printf("watching %zu folders\n", watcher.CountFolders());
+    const size_t count = watcher.CountFolders();
+    const bool isSaid = count > 0 && !options_.quiet && !options_.json;
+    if (isSaid) std::printf("watching %zu folder%s\n", count, count == 1 ? "" : "s");
     std::fflush(stdout);
     isComplete_ = watcher.Run(stop.Get());  // a missing font is no failure of the watch
   }

@@ -35,6 +35,7 @@ class Session {
   std::string WatchFolders();
   std::string Release();
   void Identify(const std::string& path);
+  void BringKeeperBack();
   void PassFontsOn(const RunningInstances& instances);
 
   const Options& options_;
@@ -44,6 +45,7 @@ class Session {
   PrivateFonts privateFonts_;
   FontKeeper keeper_;
   bool isComplete_ = true;
+  int restarts_ = 0;  // of the keeper
 };
 
 }  // namespace with_fonts

@@ -1,6 +1,7 @@
 // with-fonts: runs a program with the fonts of its documents.
 #include <cstdio>
 
+#include "platform/Trace.h"
 #include "with-fonts/Complain.h"
 #include "with-fonts/Options.h"
 #include "with-fonts/Session.h"
@@ -23,6 +24,7 @@ int Main(const std::vector<std::string>& arguments) {
   if (options.version) return Print(platform::VersionLine("with-fonts"));
   if (!options.completion.empty()) return Print(CompletionText(options.completion));
   if (options.manual) return Print(ManualPage());
+  platform::SetProblemSink(Complain);
   return Session(options).Run();
 }
 

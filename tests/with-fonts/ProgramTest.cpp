@@ -119,6 +119,11 @@ TEST_F(WithFonts, PassesOnArgumentsInputStatusAndSignals) {
   EXPECT_EQ(run.output, "caught\n");
   EXPECT_EQ(run.status, 3);
   EXPECT_EQ(Run("sh -c 'kill -KILL $$'; test $? = 137 && echo killed").output, "killed\n");
+  // One that a whole group of processes gets leaves the fonts until the program ends.
+  Script("group", "trap 'trap \"\" TERM; ./list; exit 3' TERM; kill -TERM 0; while :; do :; done\n");
+  run = Run("--quiet true && setsid -w '" APP_DIR "/with-fonts/with-fonts' --quiet ./group " + kPoster);
+  EXPECT_EQ(run.output, kPosterFonts);
+  EXPECT_EQ(run.errors, "");
   run = Run("./nowhere");
   EXPECT_EQ(run.status, 127);
   EXPECT_THAT(run.errors, HasSubstr("./nowhere: there is no such program"));
@@ -161,13 +166,19 @@ TEST_F(WithFonts, RunsThatBeginTogetherDoNotTakeEachOthersFonts) {
   }
 }
 
-TEST_F(WithFonts, AnAgentThatEndsIsStartedAgainWithTheFonts) {
+TEST_F(WithFonts, AnAgentOrKeeperThatEndsIsStartedAgainWithTheFonts) {
   // Only the agent has the state folder as an argument.
   Script("lose",
          "agent=$(grep -lzx \"$HOME/.local/state/velorant/deskto[p]\" /proc/[0-9]*/cmdline 2>/dev/null | tr -dc 0-9)\n"
          "kill -$1 $agent\nwhile kill -0 $agent 2>/dev/null; do :; done\n"
          "until [ \"$(./list | wc -l)\" = 3 ]; do :; done; echo back\n");
-  for (const std::string options : {"./lose KILL ", "./lose TERM ", "--private ./lose KILL "}) {
+  // The process that holds the fonts is the other child of the one that runs the program.
+  Script("lose-keeper",
+         "keeper() { grep -l \"^PPid:.$1$\" /proc/[0-9]*/status 2>/dev/null | tr -dc '0-9\\n' | grep -vx $$; }\n"
+         "old=$(keeper $PPID)\nkill -KILL $old\n"
+         "until now=$(keeper $PPID) && [ \"$now\" != \"$old\" ]; do :; done\n"
+         "until [ \"$(./list | wc -l)\" = 3 ]; do :; done; echo back\n");
+  for (const std::string options : {"./lose KILL ", "./lose TERM ", "--private ./lose KILL ", "./lose-keeper "}) {
     const Outcome run = Run(options + kPoster);
     EXPECT_EQ(run.output, "back\n") << options;
     EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;

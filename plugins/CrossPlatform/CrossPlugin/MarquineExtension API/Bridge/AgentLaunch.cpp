@@ -1,7 +1,6 @@
 #include "Bridge/AgentLaunch.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -13,6 +12,7 @@
 #include "platform/Folders.h"
 #include "platform/Presenter.h"
 #include "platform/Process.h"
+#include "platform/Trace.h"
 #include "platform/Waiting.h"
 
 namespace {
@@ -46,7 +46,7 @@ std::string LaunchConfigured(const std::string& configuration) {
   std::string error;
   // The whole text is one argument; it is not split.
   if (!platform::LaunchDetached(executable, values["nexcore.args"], "", &error)) {
-    std::fprintf(stderr, "%s\n", error.c_str());
+    platform::ReportProblem(error);
     return "";
   }
   return executable;
