@@ -74,6 +74,20 @@ TEST_F(FontCollector, KnowsDocumentsByTheirContent) {
   for (const auto& row : kRows) EXPECT_EQ(Collect(folder.Write(row.file, row.bytes)), row.found) << row.file;
 }
 
+TEST_F(FontCollector, SaysOnceThatMetadataCannotBeRead) {
+  std::string packet = "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>";
+  for (int i = 0; i < 1001; ++i) packet += "<a>";
+  packet += "</x:xmpmeta><?xpacket end='w'?>";
+  packet.resize(packet.size() + packet.size() % 2, ' ');
+  const auto sized = [](const std::string& bytes) {
+    return "\0\0"s + static_cast<char>(bytes.size() >> 8) + static_cast<char>(bytes.size()) + bytes;
+  };
+  const std::string image = "8BPS\0\1\0\0\0\0\0\0\0\1\0\0\0\1\0\0\0\1\0\x08\0\1"s;
+  const docfonts::Report report = docfonts::CollectFonts(
+      folder.Write("a.psd", image + sized("") + sized("8BIM\x04\x24\0\0"s + sized(packet)) + sized("") + "\0\0\0"s));
+  EXPECT_EQ(report.problems, std::vector<std::string>{"its XMP metadata cannot be read"});
+}
+
 TEST_F(FontCollector, TakesEachFactOfAFontWhereItIsKnown) {
   const std::string slug = "<</Type/FontDescriptor/FontName/x>>";
   const docfonts::Report report = docfonts::CollectFonts(

@@ -60,6 +60,9 @@ TEST_F(PDFInputFixture, LinesAndNumbers) {
   EXPECT_EQ(input.ProcessLine(), "");
   EXPECT_EQ(input.ProcessLine().size(), 256u);
   EXPECT_EQ(input.ProcessLine(), std::string(300 + 5 - 256, 'x'));
+  Open("token\r\nline\r\n");
+  input.ProcessToken();
+  EXPECT_EQ(input.ProcessLine(), "line") << "a token takes the whole line end";
 
   Open("0012 -5 1.5 99999999999999999999 /x ");
   for (const int32_t expected : {12, 0, 0, 2147483647, 0}) EXPECT_EQ(input.GetCurrentNumber(), expected);

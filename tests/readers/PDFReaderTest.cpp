@@ -83,7 +83,7 @@ TEST_F(PDFReaderFixture, FontsOfAPage) {
 
 TEST_F(PDFReaderFixture, PageTree) {
   const auto page = [](int font) { return "<< /Type /Page /Font << /X " + std::to_string(font) + " 0 R >> >>"; };
-  PDFObjects objects = {{1, "<< /Type /Catalog /PageMode /UseNone /Names << /Pages 9 0 R >> /Pages 2 0 R >>"},
+  PDFObjects objects = {{1, "<< /Pages 2 0 R /Type /Pages /PageMode /Pages /Names << /Pages 9 0 R >> >>"},
                         {2, "<< /Kids [3 0 R 4 0 R] /Type /Pages /MediaBox [0 0 9 9] /Rotate 90 /Count 3 >>"},
                         {3, "<< /Type /Pages /Parent 2 0 R /CropBox [0 0 9 9] /Kids [5 0 R 6 0 R] /Count 2 >>"},
                         {4, page(7)},
@@ -113,6 +113,10 @@ TEST_F(PDFReaderFixture, ObjectsAreFoundFromTheHeaderOnAndInTheNewestSection) {
   file.Add(objects).Add({{5, Font("New")}}).Add({{9, "null"}});
   EXPECT_THAT(NamesIn(file.Bytes()), ElementsAre("New"));
   EXPECT_EQ(Parse(PDFFile().Add(objects, "/Size 9").Add({{9, "null"}}, "/Size 7").Bytes())->GetSize(), 9);
+  PDFFile trailers;
+  trailers.Add(objects, "/Root 9 0 R").Add({{9, "null"}}, "/ID [(a >> b)]");
+  EXPECT_THAT(NamesIn(trailers.Bytes()), ElementsAre("Old"))
+      << "the first root counts; \">>\" in an identifier ends nothing";
   EXPECT_TRUE(NamesIn(file.Bytes() + std::string(100, ' ')).empty()) << "the end of the file is not searched further";
 
   // Offsets that are off, as the table's own is: of "xref" the line shows less.
@@ -200,7 +204,11 @@ TEST_F(PDFReaderFixture, FontNames) {
                               {6, "<< /BaseFont 9 0 R >>"},
                               {7, "<< /FontName 8 0 R >>"},
                               {8, "/ABCDEF+A,Bold"}};
-  EXPECT_THAT(NamesOf(OnePage("/Font << /X 5 0 R /Y 6 0 R /Z 7 0 R >>", objects)), ElementsAre("A-Bold", "", "A-Bold"));
+  const auto parser = Parse(PDFFile().Add(OnePage("/Font << /X 5 0 R /Y 6 0 R /Z 7 0 R >>", objects)).Bytes());
+  Names read;
+  for (const PDFFontRecord& font : parser->GetFontRecords()) read.push_back(font.name);
+  EXPECT_THAT(read, ElementsAre("A-Bold", "", "A-Bold"));
+  EXPECT_EQ(parser->GetFontRecords().at(0).type, PDFFontType::kType3) << "what follows the reference";
 }
 
 std::string Metadata(const std::string& list) {
@@ -267,16 +275,22 @@ TEST_F(PDFReaderFixture, WhatWouldNotEndDoes) {
     PDFObjects objects;
     Names names;
   };
-  PDFObjects tree = OnePage("/Font << /X 5 0 R >>", fonts), loop = tree, deep = tree;
+  PDFObjects tree = OnePage("/Font << /X 5 0 R >>", fonts), loop = tree;
   tree[2] = "<< /Kids [2 0 R 4 0 R] /Count 2147483647 >>";
   tree[4] = "<< /Kids [2 0 R 4 0 R 3 0 R] >>";
   loop = OnePage("/Resources 7 0 R /Font 8 0 R /Font << /X 5 0 R >>",
                  {{5, Font("A")}, {7, "7 0 R"}, {8, "9 0 R"}, {9, "8 0 R"}});
-  deep[3] = "<< /Resources 10 0 R /Font << /X 5 0 R >> >>";
-  for (int i = 10; i < 5000; ++i) deep[i] = std::to_string(i + 1) + " 0 R";
+  // Resources at the end of so many references.
+  const auto deep = [&](int count) {
+    PDFObjects objects = OnePage("/Resources 10 0 R /Font << /X 5 0 R >>", {{5, Font("A")}, {6, Font("Deep")}});
+    for (int i = 10; i < 10 + count; ++i) objects[i] = std::to_string(i + 1) + " 0 R";
+    objects[10 + count] = "<< /Font << /X 6 0 R >> >>";
+    return objects;
+  };
   EXPECT_THAT(NamesOf(tree), ElementsAre("A"));
   EXPECT_THAT(NamesOf(loop), ElementsAre("A"));
-  EXPECT_THAT(NamesOf(deep), ElementsAre("A"));
+  EXPECT_THAT(NamesOf(deep(20)), ElementsAre("Deep", "A"));
+  EXPECT_THAT(NamesOf(deep(5000)), ElementsAre("A")) << "the stack has an end";
   PDFFile file;
   file.Add(OnePage("/Font << /X 5 0 R >>", fonts));
   EXPECT_THAT(
@@ -301,7 +315,7 @@ TEST_F(PDFReaderFixture, NumbersOutOfRangeAndTruncationEnd) {
 }
 
 TEST_F(PDFReaderFixture, CostGrowsWithTheFileWhateverItHolds) {
-  // Each object begins in the one before and goes on to the end of the file.
+  // Each object begins in the one before, and all end at the same place.
   const auto overlapping = [](int count) {
     std::string kids, bytes = "%PDF-1.4\n", table = "xref\n1 " + std::to_string(count) + "\n";
     for (int i = 3; i <= count; ++i) kids += std::to_string(i) + " 0 R ";
@@ -313,6 +327,7 @@ TEST_F(PDFReaderFixture, CostGrowsWithTheFileWhateverItHolds) {
       if (i == 1) bytes += "<< /Pages 2 0 R >> endobj ";
       if (i == 2) bytes += "<< /Count 999999 /Kids [" + kids + "] >> endobj ";
     }
+    bytes += "endobj ";
     const std::string at = std::to_string(bytes.size());
     return bytes + table + "trailer << /Root 1 0 R >> startxref " + at;
   };

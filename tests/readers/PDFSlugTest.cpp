@@ -142,7 +142,7 @@ TEST_F(PDFSlugFixture, CrossReferenceLinesAndSubsections) {
 
 TEST_F(PDFSlugFixture, RecordsJoinThoseThatAreThere) {
   Connect();
-  const std::string bytes = WithFonts({{5, Font("A-Bold")},
+  const std::string bytes = WithFonts({{5, Font("A-Bold", "/FontIdentifier << /Kind (DFont) >>")},
                                        {6, Font("ABold")},
                                        {7, Font("B", "/FontIdentifier << /Kind (OpenType - TT) >>")},
                                        {8, Font("M\xE4x")}});
@@ -153,8 +153,15 @@ TEST_F(PDFSlugFixture, RecordsJoinThoseThatAreThere) {
   records.Append(Record({{kGS_PostScriptNameKey, "B"}}));
   parser->GetObsoleteGlyphsureData(true, &records);
   EXPECT_THAT(NamesIn(records), ElementsAre("B", "A-Bold", "M\xE2\x80\xB0x"));
+  EXPECT_EQ(Dictionary(records.At(1)).GetString(kGS_KindKey).View(), "TrueType") << "old words for kinds are mapped";
   EXPECT_EQ(parser->GetError(), 0);
   parser->GetObsoleteGlyphsureData(true, nullptr);
+  const std::string comments = folder.Write(
+      "file.eps", "%!PS\n%%DocumentFontSpecs: <FONTSPEC NAME=\"A\" KIND=\"DFont\"/>\n" + std::string(1000, '\n'));
+  const auto other = FontParser::CreateParserWithFile(comments, true, FontParser::GetDefaultSystemPathStyle());
+  other->Parse();
+  other->GetObsoleteGlyphsureData(true, &records);
+  EXPECT_EQ(Dictionary(records.At(0)).GetString(kGS_KindKey).View(), "TrueType");
   EXPECT_EQ(FontParser::CreateParserWithFile(folder / "missing", true, platform::PathStyle::kPOSIX), nullptr);
   EXPECT_EQ(FontParser::CreateParserWithFile(folder.Write("a", "text"), true, platform::PathStyle::kPOSIX), nullptr);
   EXPECT_NE(FontParser::CreateParserWithFile(path, true, platform::PathStyle::kHFS), nullptr);
@@ -194,6 +201,7 @@ TEST_F(PDFSlugFixture, PrivateDataAreUnpackedAndParsed) {
       {"flate", Stream(Deflated(inner), "/Filter [/FlateDecode]"), {"A", "Inner"}},
       {"flate, named alone", Stream(Deflated(inner), "/Filter/FlateDecode /DL 9"), {"A", "Inner"}},
       {"of several filters the last counts", Stream(inner, "/Filter [/FlateDecode /None]"), {"A", "Inner"}},
+      {"behind more than a line end", "<< /Filter /FlateDecode >> stream \r\n\n" + Deflated(inner), {"A", "Inner"}},
       {"the tag says flate", Stream(tag + Deflated(inner)), {"A", "Inner"}},
       {"flate takes no notice of the length",
        "<< /Length 1 /Filter [/FlateDecode] >> stream\n" + Deflated(inner),
