@@ -1,9 +1,12 @@
 // Any bytes as a request to the server of the panel's page: nothing is given without the token, and no name leaves its
-// folder. Any bytes as a message of the plug-in make no file readable that the message does not name.
+// folder. Any bytes as a message of the plug-in make no file readable that the message does not name. Any bytes as a request
+// to the host get an answer under their number, or none.
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "Check.h"
 #include "Input.h"
+#include "host/panel/HostRequests.h"
 #include "host/panel/ReadableFiles.h"
 #include "host/panel/RequestCheck.h"
 
@@ -16,10 +19,31 @@ std::string_view TakeLine(std::string_view& text) {
   return line;
 }
 
+// Has a font with an even number only.
+class Fonts : public panel::FontSource {
+ public:
+  std::optional<std::vector<Part>> Parts() override { return {{{"set", 3, "\xff\""}}}; }
+  std::optional<std::vector<Kind>> Kinds() override { return {{{"TrueType", {2, 4}}}}; }
+  std::optional<Deactivation> DeactivateFamily(uint32_t fontID) override {
+    if (fontID % 2 != 0) return std::nullopt;
+    return Deactivation{{fontID}, {{2, "document", "a.psd"}}};
+  }
+};
+
+void CheckHostRequest(const std::string& text) {
+  Fonts fonts;
+  const std::string answer = panel::AnswerHostRequest(fonts, text);
+  if (answer.empty()) return;
+  const auto json = nlohmann::json::parse(answer);
+  CHECK(json["request"] == nlohmann::json::parse(text)["request"]);
+  CHECK(json.size() >= 2);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view text = BytesOf(data, size);
+  CheckHostRequest(std::string(text));
   panel::ReadableFiles files("/previews");
   files.Learn(std::string(text));
   if (text.find("/etc/passwd") == text.npos && text.find('\\') == text.npos) CHECK(!files.Read("/etc/passwd"));

@@ -1,4 +1,4 @@
-// Activating a font with its family, and what came of it.
+// Activating and deactivating a font with its family, and what came of it.
 import {Channel} from './link.js';
 import {Message} from './messages.js';
 import {plural, t} from './texts.js';
@@ -11,6 +11,7 @@ export class Activation {
   #notices;
   #channel;
   #asked = new Map(); // font ID -> font, until the plug-in says that it is active
+  #conflicting = new Set(); // fonts with a conflict
 
   // `onNews(ids)` is called when the problem of fonts changed.
   constructor(link, table, notices, onNews) {
@@ -21,6 +22,50 @@ export class Activation {
     this.#channel = new Channel(link, Message.designActivateFamily);
     link.on(Message.activationError, (error) => this.#fail(error));
     link.on(Message.fontActivated, ({fontIDs}) => this.#succeed(fontIDs));
+    link.on(Message.fontDeactivated, ({fontIDs}) => this.#endConflicts(new Set(fontIDs)));
+  }
+
+  async toggle(font) {
+    if (font.isActive) return this.deactivate(font);
+    const other = font.conflict;
+    if (other && !(await this.#makeWay(font, other))) return;
+    return this.activate(font);
+  }
+
+  async deactivate(font) {
+    const answer = await this.#end(font.id);
+    if (!answer) return this.#notices.say(t('font.notDeactivated', {name: font.displayName}));
+    const {inactive} = answer;
+    if (inactive.length === 0) return;
+    const name = this.#table.get(inactive[0])?.displayName ?? font.displayName;
+    const undo = {text: t('undo'), act: () => this.activate(font)};
+    this.#notices.say(plural('font.deactivated', inactive.length, {name}), undo);
+  }
+
+  // Deactivates a family. Shows at the other fonts what keeps them active. Resolves with the answer or null.
+  async #end(fontID) {
+    const answer = await this.#link.askHost('deactivateFamily', {fontID});
+    for (const kept of answer?.kept ?? []) Object.assign(this.#table.get(kept.fontID) ?? {}, {kept});
+    if (answer) this.onNews(new Set(answer.kept.map((kept) => kept.fontID)));
+    return answer;
+  }
+
+  // Deactivates the font that another one conflicts with. Resolves with whether it is inactive.
+  async #makeWay(font, {id, name}) {
+    const answer = await this.#end(id);
+    if (!answer) this.#notices.say(t('font.notDeactivated', {name}));
+    const isInactive = answer && !answer.kept.some((kept) => kept.fontID === id);
+    this.onNews(new Set([font.id])); // what keeps the other one is said here, too
+    return isInactive;
+  }
+
+  #endConflicts(ids) {
+    const free = [...this.#conflicting].filter((font) => !font.conflict || ids.has(font.conflict.id));
+    for (const font of free) {
+      font.conflict = null;
+      this.#conflicting.delete(font);
+    }
+    if (free.length > 0) this.onNews(new Set(free.map((font) => font.id)));
   }
 
   async activate(font) {
@@ -43,7 +88,9 @@ export class Activation {
     if (!font) return;
     this.#asked.delete(fontID);
     if (isConflictError) {
-      font.conflict = {id: conflictID, name: this.#table.get(conflictID)?.displayName ?? t('font.otherFont')};
+      const other = this.#table.get(conflictID);
+      font.conflict = {id: conflictID, name: other?.displayName ?? t('font.otherFont'), font: other};
+      this.#conflicting.add(font);
       this.onNews(new Set([fontID]));
     } else {
       this.#notices.say(t('font.failed', {name: font.displayName}));

@@ -1,13 +1,14 @@
 // Puts the page together.
 import {Activation} from './activation.js';
 import {FontBrowser, settled} from './browser.js';
-import {FontView, problemOf} from './fontview.js';
+import {Filters} from './filters.js';
+import {FontView, isChangeable, problemOf} from './fontview.js';
 import {Link} from './link.js';
 import {ListDialog} from './listdialog.js';
 import {Lists} from './lists.js';
 import {Message} from './messages.js';
 import {Notices} from './notices.js';
-import {Parts, partID} from './parts.js';
+import {Parts} from './parts.js';
 import {Previews} from './previews.js';
 import {Samples} from './samples.js';
 import {Session} from './session.js';
@@ -24,7 +25,7 @@ function remember(id) {
   return field;
 }
 
-function connectTools({view, browser, samples, parts, lists}) {
+function connectTools({view, browser, samples}) {
   const sample = remember('sample'), size = remember('size'), order = remember('sort');
   const useSample = () => {
     samples.text = sample.value.trim();
@@ -37,40 +38,6 @@ function connectTools({view, browser, samples, parts, lists}) {
   useSample();
   view.setScale(Number(size.value));
   browser.order = order.value;
-
-  const fillChoice = (select, options) => {
-    const value = select.value;
-    select.replaceChildren(new Option(t('filter.any'), ''), ...options.map(([key, text]) => new Option(text, key)));
-    select.value = options.some(([key]) => key === value) ? value : '';
-  };
-  const showFilters = () => {
-    const count = ['location', 'active', 'library'].filter((id) => element(`filter-${id}`).value).length;
-    element('filter-count').textContent = count || '';
-    element('filter-clear').hidden = count === 0;
-  };
-  const useFilters = () => {
-    browser.want({
-      location: element('filter-location').value,
-      state: element('filter-active').value,
-      library: parts.fontIDsOf(element('filter-library').value),
-    });
-    showFilters();
-  };
-  fillChoice(element('filter-active'), [['active', t('state.active')], ['inactive', t('state.inactive')]]);
-  fillChoice(element('filter-location'), []);
-  fillChoice(element('filter-library'), []);
-  element('filters').addEventListener('change', useFilters);
-  element('filter-clear').addEventListener('click', () => {
-    for (const id of ['location', 'active', 'library']) element(`filter-${id}`).value = '';
-    useFilters();
-  });
-  element('filter-details').addEventListener('toggle', async (event) => {
-    if (!event.target.open) return;
-    fillChoice(element('filter-location'), browser.locations().map((word) => [word, t(`location.${word}`)]));
-    await lists.learnParts();
-    const libraries = await parts.discover(['workgroup']);
-    fillChoice(element('filter-library'), libraries.map((part) => [partID(part), parts.nameOf(part)]));
-  });
 }
 
 // The bar below the list says what the row says, and has its actions, for those who don't use a mouse.
@@ -85,11 +52,14 @@ function connectDetails({view, browser, activation}) {
     const place = current.location ? t(`location.${current.location}`) : '';
     bar.querySelector('.facts').textContent = [current.postscriptName, place, t(`state.${state}`)].filter(Boolean).join(' · ');
     bar.querySelector('.problem').textContent = problemOf(current);
-    element('details-activate').hidden = current.isActive || current.isMissing;
-    element('details-activate').textContent = t(current.conflict ? 'font.tryAgain' : 'font.activateFamily');
+    const button = element('details-activate');
+    button.hidden = !isChangeable(current);
+    button.classList.toggle('main', !current.isActive);
+    const action = current.isActive ? 'font.deactivateFamily' : current.conflict ? 'font.useInstead' : 'font.activateFamily';
+    button.textContent = t(action);
     element('details-other').hidden = !browser.table.get(current.conflict?.id);
   };
-  element('details-activate').addEventListener('click', () => activation.activate(current));
+  element('details-activate').addEventListener('click', () => activation.toggle(current));
   element('details-other').addEventListener('click', () => view.reveal(browser.table.get(current.conflict.id)));
   view.onCurrent = (font) => {
     current = font;
@@ -145,11 +115,11 @@ async function start() {
   const view = new FontView({
     previews,
     samples,
-    onActivate: (font) => activation.activate(font),
+    onToggle: (font) => activation.toggle(font),
     onCurrent: () => {},
     onInView: (visible, near) => previews.ask(visible, near),
   });
-  const lists = new Lists(link, parts, {
+  const lists = new Lists(link, {
     onChange: () => sidebar.show(),
     onSelect: (listID) => {
       previews.listID = listID;
@@ -170,7 +140,8 @@ async function start() {
     },
   });
   const showDetails = connectDetails({view, browser, activation});
-  connectTools({view, browser, samples, parts, lists});
+  connectTools({view, browser, samples});
+  new Filters(link, browser, parts);
   connectWebFonts(link, notices);
   connectSize(link);
   link.on([Message.fontActivated, Message.fontDeactivated], ({fontIDs}) => samples.forget(fontIDs));

@@ -23,7 +23,7 @@ export class FontBrowser {
   #fonts = null; // of the selected list; null until they have been read
   #documentIDs = new Set();
   #loading = 0; // number of the newest load, so that late lists are ignored
-  #wanted = {words: '', location: '', state: '', library: null};
+  #wanted = {words: '', location: '', state: '', kind: null, library: null};
   #order = 'name';
   #empty = document.getElementById('empty');
   #lists;
@@ -49,7 +49,7 @@ export class FontBrowser {
     });
   }
 
-  // Something that the user wants to see: {words, location, state, library: a set of font IDs or null}.
+  // Something that the user wants to see: {words, location, state, kind and library: sets of font IDs or null}.
   want(change) {
     Object.assign(this.#wanted, change);
     this.#show();

@@ -44,7 +44,7 @@ export class FontTable {
     return rows.map((row) => {
       let font = this.#fonts.get(row.id);
       if (!font) {
-        font = {isMissing: false, isRefused: false, conflict: null, ...row};
+        font = {isMissing: false, isRefused: false, conflict: null, kept: null, ...row};
         font.key = fold(`${row.displayName} ${row.postscriptName}`);
         font.familyKey = familyKeyOf(row.postscriptName, row.displayName);
         this.#fonts.set(row.id, font);
@@ -57,7 +57,7 @@ export class FontTable {
   setActive(ids, isActive) {
     for (const id of ids) {
       const font = this.#fonts.get(id);
-      if (font) Object.assign(font, {isActive, conflict: null}, isActive ? {isRefused: false, isMissing: false} : {});
+      if (font) Object.assign(font, {isActive, conflict: null, kept: null}, isActive ? {isRefused: false, isMissing: false} : {});
     }
   }
 
@@ -74,13 +74,14 @@ function familyName(fonts) {
   return count > 0 ? names[0].slice(0, count).join(' ') : fonts[0].displayName;
 }
 
-// Returns the fonts of a list that the view wants: {words, location, state, library: a set of IDs or null}.
-export function filterFonts(fonts, {words, location, state, library}) {
+// Returns the fonts of a list that the view wants: {words, location, state, kind and library: sets of IDs or null}.
+export function filterFonts(fonts, {words, location, state, kind, library}) {
   const wanted = fold(words).split(/\s+/).filter(Boolean);
   return fonts.filter(
     (font) =>
       (!location || font.location === location) &&
       (!state || font.isActive === (state === 'active')) &&
+      (!kind || kind.has(font.id)) &&
       (!library || library.has(font.id)) &&
       wanted.every((word) => font.key.includes(word)),
   );

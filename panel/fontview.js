@@ -20,12 +20,25 @@ function setOrRemove(element, attribute, value) {
   else element.setAttribute(attribute, value);
 }
 
+function reasonOf({why, document}) {
+  if (why !== 'document') return t(`kept.${why}`);
+  return document ? t('kept.document', {name: document}) : t('kept.someDocument');
+}
+
+// What is wrong with a font, and the way out.
 export function problemOf(font) {
-  if (font.conflict) return t('font.conflict', {name: font.conflict.name});
+  if (font.conflict) {
+    const {name, font: other} = font.conflict;
+    return [t('font.conflict', {name}), other?.kept && reasonOf(other.kept)].filter(Boolean).join(' ');
+  }
+  if (font.kept) return reasonOf(font.kept);
   if (font.isRefused) return t('font.refused');
   if (font.isMissing) return t('font.missingWhy');
   return '';
 }
+
+// The operating system's own fonts are always active.
+export const isChangeable = (font) => !font.isMissing && !(font.isActive && font.location === 'system');
 
 function stateOf(font) {
   if (font.isMissing) return 'missing';
@@ -44,10 +57,10 @@ export class FontView {
   #looking = 0;
   #lookedAt = -kBetweenLooks;
 
-  // `previews`, `samples`: pictures and texts of fonts. `onActivate(font)`, `onCurrent(font or null)`,
+  // `previews`, `samples`: pictures and texts of fonts. `onToggle(font)`, `onCurrent(font or null)`,
   // `onInView(visible, near)` are called with fonts and lists of font IDs.
-  constructor({previews, samples, onActivate, onCurrent, onInView}) {
-    Object.assign(this, {previews, samples, onActivate, onCurrent, onInView});
+  constructor({previews, samples, onToggle, onCurrent, onInView}) {
+    Object.assign(this, {previews, samples, onToggle, onCurrent, onInView});
     this.scale = 1;
     this.#rows = new VirtualRows(this.#scroller, document.getElementById('rows'), {
       create: (kind) => this.#create(kind),
@@ -165,8 +178,8 @@ export class FontView {
     element.parts.count.textContent = counts;
     element.setAttribute('aria-label', `${family.name}, ${counts}`);
     const {button} = element.parts;
-    button.textContent = t('font.activateFamily');
-    button.hidden = active > 0;
+    button.textContent = t(active > 0 ? 'font.deactivateFamily' : 'font.activateFamily');
+    button.hidden = !this.#changeable(family);
   }
 
   #fillFont(element, {font, isAlone, position, count}) {
@@ -182,8 +195,9 @@ export class FontView {
     caption.textContent = font.postscriptName;
     badge.textContent = t(`state.${state}`);
     problemText.textContent = problem;
-    button.textContent = t(font.conflict ? 'font.tryAgain' : 'font.activate');
-    button.hidden = font.isActive || font.isMissing;
+    button.textContent = t(font.isActive ? 'font.deactivate' : font.conflict ? 'font.useInstead' : 'font.activate');
+    button.classList.toggle('main', !font.isActive);
+    button.hidden = !isChangeable(font);
     this.#draw(element, font);
   }
 
@@ -269,8 +283,8 @@ export class FontView {
         if (item.kind === 'family') this.#setOpen(item, false);
         else if (parent >= 0) this.#moveTo(parent);
       },
-      Enter: () => this.#activate(item),
-      ' ': () => this.#activate(item),
+      Enter: () => this.#toggle(item),
+      ' ': () => this.#toggle(item),
     };
     const act = keys[event.key];
     if (act) {
@@ -299,13 +313,18 @@ export class FontView {
     if (!item || item.kind === 'section') return;
     this.#current = index;
     if (event.target.closest('.toggle')) this.#setOpen(item, this.#closed.has(item.family.key));
-    else if (event.target.closest('button')) this.#activate(item);
+    else if (event.target.closest('button')) this.#toggle(item);
     this.#markCurrent();
   }
 
-  #activate(item) {
-    const font = item.font ?? item.family.fonts.find((candidate) => !candidate.isMissing);
-    if (font && !font.isActive && !font.isMissing) this.onActivate(font);
-    else if (item.kind === 'family') this.#setOpen(item, this.#closed.has(item.family.key));
+  // The font that stands for a family whose state is changed: an active one if there is one. Nothing if none can be.
+  #changeable(family) {
+    const fonts = family.fonts.filter(isChangeable);
+    return fonts.find((font) => font.isActive) ?? fonts[0];
+  }
+
+  #toggle(item) {
+    const font = item.font ?? this.#changeable(item.family);
+    if (font && isChangeable(font)) this.onToggle(font);
   }
 }

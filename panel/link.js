@@ -1,12 +1,15 @@
-// The connection to the plug-in: a WebSocket to the host that carries the events of its extension service. Connects again
-// by itself. Messages of the plug-in go to the listeners of their identifier.
+// The connection to the host: a WebSocket that carries the events of its extension service, to and from the plug-in, and
+// requests to the host itself. Connects again by itself. Messages of the plug-in go to the listeners of their identifier.
 
 const kToPlugin = 'com.velorant.PanelToPlugin';
 const kFromPlugin = 'com.velorant.PluginToPanel';
+const kToHost = 'com.velorant.PageToHost';
+const kFromHost = 'com.velorant.HostToPage';
 const kAgentState = 'com.velorant.AgentState';
 const kReplacedCode = 4001; // the host's: another page has taken this one's place
 const kFirstDelay = 300; // milliseconds
 const kLongestDelay = 5000;
+const kPatience = 20000;
 
 // Returns the message in parentheses as an object; null if it is malformed.
 function read(text) {
@@ -23,6 +26,8 @@ export class Link {
   #socket = null;
   #delay = kFirstDelay;
   #listeners = new Map(); // identifier -> functions
+  #requests = 0;
+  #waiting = new Map(); // number of a request to the host -> function that takes the answer
 
   // `onState(state)` is called with 'connected', 'lost' or 'replaced'; `onAgent(isRunning)` when the host says so.
   constructor(address, {onState, onAgent}) {
@@ -40,6 +45,7 @@ export class Link {
     };
     socket.onmessage = ({data}) => this.#receive(JSON.parse(data));
     socket.onclose = ({code}) => {
+      for (const take of [...this.#waiting.values()]) take(null);
       if (code === kReplacedCode) return this.onState('replaced');
       this.onState('lost');
       setTimeout(() => this.connect(), this.#delay);
@@ -61,11 +67,35 @@ export class Link {
   // Without a connection the message is lost, like the state that it was for: a new connection asks for everything again.
   send(messageID, fields = {}) {
     if (this.#socket?.readyState !== WebSocket.OPEN) return;
-    this.#socket.send(JSON.stringify({type: kToPlugin, data: JSON.stringify({messageID, ...fields})}));
+    this.#post(kToPlugin, {messageID, ...fields});
+  }
+
+  // Asks the host itself. Resolves with the answer; null if the host can't do it or is gone.
+  askHost(call, fields = {}) {
+    if (this.#socket?.readyState !== WebSocket.OPEN) return Promise.resolve(null);
+    const request = ++this.#requests;
+    return new Promise((resolve) => {
+      const take = (answer) => {
+        clearTimeout(timer);
+        this.#waiting.delete(request);
+        resolve(answer?.problem ? null : answer);
+      };
+      const timer = setTimeout(() => take(null), kPatience);
+      this.#waiting.set(request, take);
+      this.#post(kToHost, {request, call, ...fields});
+    });
+  }
+
+  #post(type, content) {
+    this.#socket.send(JSON.stringify({type, data: JSON.stringify(content)}));
   }
 
   #receive({type, data}) {
     if (type === kAgentState) return this.onAgent(data === 'running');
+    if (type === kFromHost) {
+      const answer = JSON.parse(data);
+      return this.#waiting.get(answer.request)?.(answer);
+    }
     if (type !== kFromPlugin) return;
     const message = read(data);
     if (!message) return console.warn('a malformed message:', data.slice(0, 200));
@@ -82,7 +112,7 @@ export class Channel {
   #last = Promise.resolve();
 
   // `replies`: the identifiers of replies; `accept(message)` says whether a message with one is a reply at all.
-  constructor(link, replies, {accept = () => true, patience = 20000} = {}) {
+  constructor(link, replies, {accept = () => true, patience = kPatience} = {}) {
     this.#link = link;
     this.#replies = replies;
     this.#accept = accept;

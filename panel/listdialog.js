@@ -1,5 +1,5 @@
 // The dialog that makes a smart list or changes its name and query.
-import {partID} from './parts.js';
+import {nameOf, partID} from './parts.js';
 import {plural, t} from './texts.js';
 
 const kKinds = ['workgroup', 'set', 'smartset'];
@@ -42,9 +42,8 @@ export class ListDialog {
     this.#dialog.showModal();
     this.#name.select();
     const question = ++this.#asked;
-    await this.#lists.learnParts();
     const own = list ? await this.#lists.partsOf(list.smartListID) : [];
-    const found = await this.#parts.discover(kKinds);
+    const found = await this.#parts.all();
     if (question !== this.#asked || !this.#dialog.open) return;
     for (const part of own) this.#wanted.add(partID(part));
     this.#showParts([...found, ...own.filter((part) => !found.some((other) => partID(other) === partID(part)))]);
@@ -54,20 +53,44 @@ export class ListDialog {
     this.#shown = parts;
     this.#note.textContent = parts.length > 0 ? '' : t('list.noParts');
     this.#choices.replaceChildren(
-      ...parts.map((part) => {
-        const label = document.createElement('label');
-        const box = document.createElement('input');
-        box.type = 'checkbox';
-        box.value = partID(part);
-        box.checked = this.#wanted.has(box.value);
-        const count = document.createElement('span');
-        count.className = 'count';
-        count.textContent = part.fontIDs ? plural('family.count', part.fontIDs.size) : '';
-        label.append(box, this.#parts.nameOf(part), count);
-        return label;
+      ...kKinds.flatMap((kind) => {
+        const own = parts.filter((part) => part.kind === kind);
+        return own.length > 0 ? [this.#heading(kind), ...own.map((part) => this.#choice(part))] : [];
       }),
     );
     this.#showCount();
+    this.#showCounts(parts);
+  }
+
+  #heading(kind) {
+    const heading = document.createElement('h3');
+    heading.textContent = t(`part.${kind}`);
+    return heading;
+  }
+
+  #choice(part) {
+    const label = document.createElement('label');
+    const box = document.createElement('input');
+    box.type = 'checkbox';
+    box.value = partID(part);
+    box.checked = this.#wanted.has(box.value);
+    const name = document.createElement('span');
+    name.className = 'name';
+    name.textContent = nameOf(part);
+    const count = document.createElement('span');
+    count.className = 'count';
+    label.append(box, name, count);
+    return label;
+  }
+
+  // How many fonts each part has, one after another while the dialog shows them.
+  async #showCounts(parts) {
+    for (const part of parts) {
+      const fontIDs = await this.#parts.query([part]);
+      if (this.#shown !== parts || !this.#dialog.open) return;
+      const box = [...this.#choices.querySelectorAll('input')].find(({value}) => value === partID(part));
+      if (fontIDs) box.parentElement.querySelector('.count').textContent = plural('family.count', fontIDs.length);
+    }
   }
 
   #chosen() {

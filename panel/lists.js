@@ -6,17 +6,15 @@ import {t} from './texts.js';
 
 export class Lists {
   #link;
-  #parts;
   #all;
   #create;
   #tree;
   #lists = [];
 
   // `onChange()` after the lists or the selection changed; `onSelect(listID)`.
-  constructor(link, parts, {onChange, onSelect}) {
+  constructor(link, {onChange, onSelect}) {
     Object.assign(this, {onChange, onSelect});
     this.#link = link;
-    this.#parts = parts;
     this.#all = new Channel(link, Message.getAllSmartLists);
     this.#create = new Channel(link, Message.createSmartList);
     this.#tree = new Channel(link, Message.getSmartListTree, {accept: (reply, asked) => reply.smartListID === asked.smartListID});
@@ -65,14 +63,7 @@ export class Lists {
   // The parts of a list: {kind, number, name}.
   async partsOf(listID) {
     const reply = await this.#tree.ask(Message.getSmartListTree, {smartListID: listID});
-    const parts = readTree(reply?.listDefinition);
-    this.#parts.learn(parts);
-    return parts;
-  }
-
-  // Takes the names of parts from all lists.
-  async learnParts() {
-    for (const {smartListID} of this.#lists) if (!isBuiltIn(smartListID)) await this.partsOf(smartListID);
+    return readTree(reply?.listDefinition);
   }
 
   // Creates a list and selects it. Returns its ID; 0 if that failed.

@@ -41,7 +41,11 @@ export class VirtualRows {
     this.#tops = new Float64Array(items.length + 1);
     items.forEach((item, i) => (this.#tops[i + 1] = this.#tops[i] + item.height));
     this.#body.style.height = `${this.#tops[items.length]}px`;
-    for (const [index, element] of this.#shown) this.#release(index, element);
+    // A row keeps its element where it can: a click on one that is replaced between press and release would be lost.
+    for (const [index, element] of this.#shown) {
+      if (items[index]?.kind === element.dataset.kind) this.#place(index, element);
+      else this.#release(index, element);
+    }
     this.render();
   }
 
@@ -146,9 +150,14 @@ export class VirtualRows {
       this.#body.append(element);
     }
     if (element.hidden) element.hidden = false;
+    this.#shown.set(index, element);
+    this.#place(index, element);
+  }
+
+  #place(index, element) {
+    const item = this.#items[index];
     element.style.transform = `translateY(${this.#tops[index]}px)`;
     element.style.height = `${item.height}px`;
-    this.#shown.set(index, element);
     this.#fill(element, item, index);
   }
 }

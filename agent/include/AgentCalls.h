@@ -86,6 +86,7 @@ namespace agent_protocol {
   X(DeleteSmartSet)                     \
   X(FindFonts)                          \
   X(GetGoogleFonts)                     \
+  X(GetFontKinds)                       \
   X(DescribeFonts)                      \
   X(TrackFontPanelClick)                \
   X(GetPanelClicks)

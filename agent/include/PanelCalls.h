@@ -169,6 +169,20 @@ struct FindFonts {
   };
 };
 
+// The kinds of fonts that there are, as in font records, and the fonts of each. Sorted by kind; IDs ascend.
+struct GetFontKinds {
+  struct Kind {
+    std::string kind;
+    Numbers fontIDs;
+    AGENT_FIELDS(kind, fontIDs)
+  };
+  struct Arguments : Nothing {};
+  struct Result {
+    std::vector<Kind> kinds;
+    AGENT_FIELDS(kinds)
+  };
+};
+
 // Everything that people ask about fonts.
 struct DescribeFonts {
   struct Font {

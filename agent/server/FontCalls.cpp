@@ -163,6 +163,18 @@ Answer<calls::Rescan> Serve(FontLibrary& library, ClientID, const calls::Rescan:
   return calls::Nothing();
 }
 
+Answer<calls::GetFontKinds> Serve(FontLibrary& library, ClientID, const calls::GetFontKinds::Arguments&) {
+  library.FreshenSystemFonts(false);
+  std::map<std::string, Numbers> kinds;
+  library.Table().ForEach([&](const Font& font) { kinds[font.face.kind].push_back(font.id); });
+  calls::GetFontKinds::Result result;
+  for (auto& [kind, fontIDs] : kinds) {
+    std::ranges::sort(fontIDs);
+    result.kinds.push_back({kind, std::move(fontIDs)});
+  }
+  return result;
+}
+
 Answer<calls::DescribeFonts> Serve(FontLibrary& library, ClientID, const calls::DescribeFonts::Arguments& arguments) {
   library.FreshenSystemFonts(false);
   calls::DescribeFonts::Result result;

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstdio>
 
-#include "agent/client/AgentConnection.h"
 #include "agent/client/AgentProcess.h"
 #include "agent/include/AgentProtocol.h"
 #include "frameworks/VelorantPluginInterface/include/PluginInterface.h"
@@ -176,15 +175,6 @@ std::string AgentLink::SilenceProblem() const {
 bool AgentLink::IsConnected() {
   if (connection_ && connection_->HasEnded()) connection_.reset();
   return connection_ != nullptr;
-}
-
-template <class C>
-std::optional<typename C::Result> AgentLink::Ask(const typename C::Arguments& arguments) {
-  if (!connection_) return std::nullopt;
-  auto reply = connection_->Call<C>(arguments);
-  if (reply.code == agent_protocol::kAgentShutdownCode) Lose();
-  if (reply.code != agent_protocol::kSuccess) return std::nullopt;
-  return std::move(reply.result);
 }
 
 bool AgentLink::Answers() { return Ask<calls::GetIsOnline>({}).has_value(); }

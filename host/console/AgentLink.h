@@ -11,9 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace agent_client {
-class AgentConnection;
-}
+#include "agent/client/AgentConnection.h"
 
 namespace console {
 
@@ -49,6 +47,23 @@ class AgentLink {
   // True if the agent answers a question now. Waits for the answer; if none comes, the agent is not connected any more.
   bool Answers();
 
+  // The agent's reply to a call, whatever its code is. Waits for it; nothing if no agent answers.
+  template <class C>
+  std::optional<agent_client::Reply<C>> Call(const typename C::Arguments& arguments) {
+    if (!connection_) return std::nullopt;
+    auto reply = connection_->Call<C>(arguments);
+    if (reply.code != agent_protocol::kAgentShutdownCode) return reply;
+    Lose();
+    return std::nullopt;
+  }
+  // The result of a call that succeeds.
+  template <class C>
+  std::optional<typename C::Result> Ask(const typename C::Arguments& arguments) {
+    auto reply = Call<C>(arguments);
+    if (!reply || reply->code != agent_protocol::kSuccess) return std::nullopt;
+    return std::move(reply->result);
+  }
+
   // Calls the observer, on the connection's thread, each time that the agent has activated a font. Null ends this: when
   // it returns, the observer is not running and is not called any more. Call no other function in between.
   void ObserveActivations(std::function<void()> observer);
@@ -66,9 +81,7 @@ class AgentLink {
   std::string LastWords() const;
   void Deliver(const nlohmann::json& notification);
   void Observe(NotificationHandler observer);  // one at a time
-  template <class C>
-  std::optional<typename C::Result> Ask(const typename C::Arguments& arguments);
-  void Lose();  // the agent is gone or does not answer
+  void Lose();                                 // the agent is gone or does not answer
   std::string SilenceProblem() const;
 
   const Sandbox& sandbox_;

@@ -49,9 +49,10 @@ PanelSession::PanelSession(const Sandbox& sandbox, Session& session)
     : sandbox_(sandbox),
       session_(session),
       log_(open(sandbox.PanelLog().c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600)),
+      fonts_(session, sandbox.InterfaceFramework()),
       server_({.pageFolder = sandbox.PanelPageFolder(),
                .previewFolder = sandbox.PreviewFolder(),
-               .onEvent = [this](const std::string& type, const std::string& data) { events_.Dispatch(type, data); },
+               .onEvent = [this](const std::string& type, const std::string& data) { Take(type, data); },
                .log = [this](const std::string& line) { Log(line); }}),
       events_(sandbox.EventsFramework(),
               [this](const std::string& type, const std::string& data) { server_.Send(type, data); }) {
@@ -59,6 +60,14 @@ PanelSession::PanelSession(const Sandbox& sandbox, Session& session)
 }
 
 PanelSession::~PanelSession() { std::remove(sandbox_.PanelRedirect().c_str()); }
+
+// An event of the page: a request to the host itself, or one for the plug-in.
+void PanelSession::Take(const std::string& type, const std::string& data) {
+  if (type != panel::kPageToHost) return events_.Dispatch(type, data);
+  const std::string answer = panel::AnswerHostRequest(fonts_, data);
+  if (answer.empty()) return Log("refused a request to the host: it has no number");
+  server_.Send(panel::kHostToPage, answer);
+}
 
 // Every user of the machine can read the arguments of a process, so the address is in a private file.
 void PanelSession::OpenInBrowser() const {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "host/console/PanelFonts.h"
 #include "host/panel/EventLink.h"
 #include "host/panel/PanelServer.h"
 #include "platform/Descriptor.h"
@@ -40,6 +41,7 @@ class PanelSession {
   };
 
  private:
+  void Take(const std::string& type, const std::string& data);
   void OpenInBrowser() const;
   void Log(const std::string& line) const;
   void TellAgentState(bool isRunning);
@@ -50,6 +52,7 @@ class PanelSession {
   Session& session_;
   platform::Descriptor log_;
   bool isAgentGone_ = false;  // as the page was told
+  PanelFonts fonts_;
   panel::PanelServer server_;
   panel::EventLink events_;
 };

@@ -138,12 +138,6 @@ Session::KnownDocument* Session::Find(const std::string& document) {
   return found == documents_.end() ? nullptr : &*found;
 }
 
-std::vector<std::string> Session::DocumentNames() const {
-  std::vector<std::string> names;
-  for (const KnownDocument& known : documents_) names.push_back(known.name);
-  return names;
-}
-
 Session::KnownDocument* Session::Front() {
   const int32_t id = host_->FrontDocument();
   const auto found =

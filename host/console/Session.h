@@ -4,7 +4,7 @@
 //
 // Documents are named by the path as the user gave it, untitled ones "Untitled-1" and so on.
 //
-// Sources: SessionListings.cpp (Show...), Session.cpp (the rest).
+// Sources: SessionListings.cpp (Show... and Document...), Session.cpp (the rest).
 #pragma once
 
 #include <cstdint>
@@ -63,8 +63,11 @@ class Session {
   void CatchUp();
   // True if the agent runs, as far as is known without a question.
   bool HasAgent() { return agent_.IsConnected(); }
+  AgentLink& Agent() { return agent_; }
 
   std::vector<std::string> DocumentNames() const;
+  // Returns the title of an open document that names this font; empty if there is none.
+  std::string DocumentUsing(const std::string& postScriptName) const;
   // True if the state folder was removed or replaced. Then no more documents are opened; open ones can be saved.
   bool IsLost() const { return isLost_; }
 

@@ -1,7 +1,22 @@
-// The listings of a session.
+// The listings of a session, and what is known of its documents.
+#include <algorithm>
+
 #include "host/console/Session.h"
 
 namespace console {
+
+std::vector<std::string> Session::DocumentNames() const {
+  std::vector<std::string> names;
+  for (const KnownDocument& known : documents_) names.push_back(known.name);
+  return names;
+}
+
+std::string Session::DocumentUsing(const std::string& postScriptName) const {
+  for (const host::DocumentInfo& info : host_->Documents()) {
+    if (std::ranges::find(info.fontNames, postScriptName) != info.fontNames.end()) return info.title;
+  }
+  return "";
+}
 
 void Session::ShowDocuments() {
   CatchUp();

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <set>
 
 #include "agent/AgentRing.h"
 #include "support/DebianFonts.h"
@@ -123,6 +124,21 @@ TEST_F(SmartLists, QueriesUniteSetsAndWorkgroups) {
   EXPECT_EQ(refused["code"], agent_protocol::kInvalidParam);
   EXPECT_THAT(refused["result"]["problem"], HasSubstr("value is expected"));
   EXPECT_EQ(client.Ask("FindFonts", {{"rule", "name = LiberationMono-Bold"}})["result"]["fontIDs"], Json({fonts[1]}));
+}
+
+TEST_F(SmartLists, EveryFontIsOfOneKind) {
+  RawClient client(state_ / "run");
+  std::set<uint32_t> fonts;
+  size_t count = 0;
+  for (const Json& kind : client.Ask("GetFontKinds")["result"]["kinds"]) {
+    const auto ids = kind["fontIDs"].get<std::vector<uint32_t>>();
+    count += ids.size();
+    fonts.insert(ids.begin(), ids.end());
+    const std::string record = client.Ask("GetFontInfoByID", {{"fontID", ids[0]}})["result"]["record"]["FontKind"];
+    EXPECT_EQ(kind["kind"], record);
+  }
+  EXPECT_EQ(fonts.size(), count);
+  EXPECT_EQ(count, FontsOf(kAll).size());
 }
 
 }  // namespace

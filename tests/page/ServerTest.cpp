@@ -3,7 +3,9 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
+#include "host/panel/HostRequests.h"
 #include "host/panel/ReadableFiles.h"
 #include "host/panel/RequestCheck.h"
 #include "support/TempFolder.h"
@@ -92,6 +94,50 @@ TEST(ReadableFiles, AreTheNamedListsAndThePreviews) {
   }
   std::filesystem::remove(list);
   EXPECT_FALSE(files.Read(list));
+}
+
+class Fonts : public FontSource {
+ public:
+  std::optional<std::vector<Part>> Parts() override { return {{{"workgroup", 11, "Head\"lines"}, {"set", 3, "\xff"}}}; }
+  std::optional<std::vector<Kind>> Kinds() override { return {{{"TrueType", {2, 4}}, {"Postscript", {}}}}; }
+  std::optional<Deactivation> DeactivateFamily(uint32_t fontID) override {
+    if (fontID != 2) return std::nullopt;
+    return Deactivation{{2}, {{4, "document", "a.psd"}, {6, "system", ""}}};
+  }
+};
+
+TEST(HostRequests, AreAnsweredUnderTheirNumber) {
+  const struct {
+    const char* request;
+    const char* answer;  // as JSON; empty for none
+  } rows[] = {
+      {R"({"request":7,"call":"getParts"})",
+       R"({"request":7,"parts":[{"kind":"workgroup","number":11,"name":"Head\"lines"},
+                                {"kind":"set","number":3,"name":"\ufffd"}]})"},
+      {R"({"request":0,"call":"getKinds"})",
+       R"({"request":0,"kinds":[{"kind":"TrueType","fontIDs":[2,4]},{"kind":"Postscript","fontIDs":[]}]})"},
+      {R"({"request":8,"call":"deactivateFamily","fontID":2})",
+       R"({"request":8,"inactive":[2],"kept":[{"fontID":4,"why":"document","document":"a.psd"},
+                                              {"fontID":6,"why":"system","document":""}]})"},
+      {R"({"request":8,"call":"deactivateFamily","fontID":3})", R"({"request":8,"problem":"failed"})"},
+      {R"({"request":8,"call":"deactivateFamily","fontID":-2})", R"({"request":8,"problem":"malformed"})"},
+      {R"({"request":8,"call":"deactivateFamily","fontID":4294967298})", R"({"request":8,"problem":"malformed"})"},
+      {R"({"request":8,"call":"deactivateFamily"})", R"({"request":8,"problem":"malformed"})"},
+      {R"({"request":8,"call":["getParts"]})", R"({"request":8,"problem":"malformed"})"},
+      {R"({"request":8})", R"({"request":8,"problem":"malformed"})"},
+      {R"({"request":"8","call":"getParts"})", ""},
+      {R"({"call":"getParts"})", ""},
+      {R"([7])", ""},
+      {"({\"request\":7})", ""},
+      {"", ""},
+  };
+  Fonts fonts;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.request);
+    const std::string answer = AnswerHostRequest(fonts, row.request);
+    EXPECT_EQ(nlohmann::json::parse(answer, nullptr, false), nlohmann::json::parse(row.answer, nullptr, false));
+    EXPECT_EQ(answer.empty(), *row.answer == '\0');
+  }
 }
 
 }  // namespace
