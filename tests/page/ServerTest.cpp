@@ -135,8 +135,9 @@ TEST(HostRequests, AreAnsweredUnderTheirNumber) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.request);
     const std::string answer = AnswerHostRequest(fonts, row.request);
-    EXPECT_EQ(nlohmann::json::parse(answer, nullptr, false), nlohmann::json::parse(row.answer, nullptr, false));
-    EXPECT_EQ(answer.empty(), *row.answer == '\0');
+    const bool isAnswered = *row.answer != '\0';
+    EXPECT_NE(answer.empty(), isAnswered);
+    if (isAnswered) EXPECT_EQ(nlohmann::json::parse(answer), nlohmann::json::parse(row.answer));
   }
 }
 
