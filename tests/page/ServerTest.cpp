@@ -137,7 +137,9 @@ TEST(HostRequests, AreAnsweredUnderTheirNumber) {
     const std::string answer = AnswerHostRequest(fonts, row.request);
     const bool isAnswered = *row.answer != '\0';
     EXPECT_NE(answer.empty(), isAnswered);
-    if (isAnswered) EXPECT_EQ(nlohmann::json::parse(answer), nlohmann::json::parse(row.answer));
+    if (isAnswered) {
+      EXPECT_EQ(nlohmann::json::parse(answer), nlohmann::json::parse(row.answer));
+    }
   }
 }
 
