@@ -374,7 +374,7 @@ void MeasureOneChange() {
 
 void MeasureAll() {
   MeasureActivation();
- 
+
   MeasureOneChange();
   MeasureFirstIndex();
   MeasureScale();

@@ -146,7 +146,7 @@ std::shared_ptr<Announcement> AnnounceApplication(const std::string& name, const
     entry.Set("Executable", ExecutableOf(pid));
     entry.Set("StartTime", StartTimeOf(pid));
     entry.Set("ProcessID", Number::FromInteger(pid));
-    failure = ReplaceFile(path, CreateXMLPropertyList(entry));
+    failure = ReplaceFileUnsynced(path, CreateXMLPropertyList(entry));
   }
   if (!failure) return std::make_shared<Announcement>(path);
   if (error) *error = path + ": " + DescribeError(failure);

@@ -209,6 +209,17 @@ std::error_code ReplaceFile(const std::string& path, std::string_view bytes) {
   return error ? error : file.Commit();
 }
 
+std::error_code ReplaceFileUnsynced(const std::string& path, std::string_view bytes) {
+  const std::string unfinished = FolderOf(path) + "/." + NameOf(path) + ".new";
+  const Descriptor file(open(unfinished.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!file) return LastError();
+  const FileSizeSignalHeld held;
+  std::error_code error = WriteAll(file.Get(), bytes);
+  if (!error && rename(unfinished.c_str(), path.c_str()) != 0) error = LastError();
+  if (error) unlink(unfinished.c_str());
+  return error;
+}
+
 std::error_code CopyFile(const std::string& from, const std::string& to) {
   StagedFile file;
   const std::error_code error = file.StageCopy(to, from);

@@ -128,7 +128,7 @@ void FontLibrary::WriteScanLog() const {
   std::string text;
   for (const ScanProblem& problem : scanner_.Report().problems)
     text += ShownPath(problem.path) + ": " + problem.message + "\n";
-  if (const std::error_code error = platform::ReplaceFile(logPath_, text)) {
+  if (const std::error_code error = platform::ReplaceFileUnsynced(logPath_, text)) {
     events_.report(logPath_ + ": " + platform::DescribeError(error));
   }
 }

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <vector>
 
 #include "platform/Files.h"
-#include "platform/LastError.h"
 
 namespace agent {
 
@@ -22,23 +20,6 @@ uint64_t SizeOf(const std::string& path) {
 
 // The last chunk of every PNG file. After a power failure a file may be cut off or empty.
 bool IsWholePNG(std::string_view bytes) { return bytes.ends_with(std::string_view("IEND\xAE\x42\x60\x82")); }
-
-// Unlike the user's files, a file of a cache needs no copy on the disk before it gets its name.
-std::error_code WriteFile(const std::string& path, const std::string& bytes) {
-  const std::string unfinished = path + ".new";
-  std::error_code error;
-  std::ofstream file(unfinished, std::ios::binary | std::ios::trunc);
-  file << bytes;
-  file.close();
-  if (!file) {
-    error = platform::LastError();
-    std::error_code ignored;
-    std::filesystem::remove(unfinished, ignored);
-    return error ? error : std::make_error_code(std::errc::io_error);
-  }
-  std::filesystem::rename(unfinished, path, error);
-  return error;
-}
 
 }  // namespace
 
@@ -101,8 +82,8 @@ std::error_code PreviewCache::Put(const std::string& key, const std::string& png
   std::error_code error;
   // Only this folder: without the one above it, the state folder is gone and must not come back.
   std::filesystem::create_directory(folder_, error);
-  if (!error) error = WriteFile(Path2xOf(key), png2x);
-  if (!error) error = WriteFile(PathOf(key), png);
+  if (!error) error = platform::ReplaceFileUnsynced(Path2xOf(key), png2x);
+  if (!error) error = platform::ReplaceFileUnsynced(PathOf(key), png);
   if (error) return error;
   Forget(key);
   byKey_[key] = entries_.insert(entries_.end(), {key, png.size() + png2x.size()});

@@ -41,12 +41,16 @@ Database::Database(const std::string& path, Place place) : path_(path) {
     return;
   }
   database_ = OpenFile();
-  Execute("PRAGMA journal_mode=WAL");
-  Execute("PRAGMA synchronous=NORMAL");
-  Execute("PRAGMA foreign_keys=ON");
+  SetUpFile();
 }
 
 Database::~Database() = default;
+
+void Database::SetUpFile() {
+  Execute("PRAGMA synchronous=NORMAL");  // first, because the change of the journal waits for the disk, too
+  Execute("PRAGMA journal_mode=WAL");
+  Execute("PRAGMA foreign_keys=ON");
+}
 
 Database::Handle Database::Open(const std::string& name, int flags) const {
   sqlite3* opened = nullptr;
@@ -90,9 +94,7 @@ bool Database::ReturnToFile() {
     Copy(database_.get(), file.get());
     prepared_.clear();
     database_ = std::move(file);
-    Execute("PRAGMA journal_mode=WAL");
-    Execute("PRAGMA synchronous=NORMAL");
-    Execute("PRAGMA foreign_keys=ON");
+    SetUpFile();
     return true;
   } catch (const StoreError& error) {
     if (error.IsUnwritable()) return false;

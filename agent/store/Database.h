@@ -72,6 +72,7 @@ class Database {
   Handle Open(const std::string& name, int flags) const;
   Handle OpenReadOnly();
   Handle OpenFile() const;
+  void SetUpFile();
   void Copy(sqlite3* from, sqlite3* to) const;
 
   Handle database_;

@@ -154,13 +154,13 @@ TEST_F(Preview, CacheKeepsWhatWasUsedLast) {
   }
   // Half pairs and what a killed agent was writing are removed; a cut file is drawn again.
   state_.Write("previews/half@2x.png", png);
-  state_.Write("previews/x.png.new", png);
+  state_.Write("previews/.x.png.new", png);
   state_.Write("previews/c.png", "");
   agent::PreviewCache again(state_ / "previews", 10 * png.size());
   EXPECT_TRUE(again.Find("f"));
   EXPECT_FALSE(again.Find("c"));
   EXPECT_FALSE(fs::exists(state_ / "previews/half@2x.png"));
-  EXPECT_FALSE(fs::exists(state_ / "previews/x.png.new"));
+  EXPECT_FALSE(fs::exists(state_ / "previews/.x.png.new"));
   fs::remove_all(state_ / "previews");
   EXPECT_FALSE(again.Find("f"));
 }
