@@ -8,6 +8,7 @@
 #include "Readers/FontParserPDF.h"
 #include "Services/DiagnosticLog.h"
 #include "XCore/ECFExtensions/TextConversion.h"
+#include "platform/PlainText.h"
 
 using namespace GlyphsureSupport;
 using platform::Array;
@@ -37,15 +38,6 @@ constexpr SlugKey kSlugKeys[] = {
 
 bool IsNumberText(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-// At most 255 bytes, in whole characters.
-std::string_view Limit(std::string_view utf8) {
-  constexpr size_t kMaxValue = 255;
-  if (utf8.size() <= kMaxValue) return utf8;
-  size_t end = kMaxValue;
-  while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80) --end;
-  return utf8.substr(0, end);
 }
 
 // The fonts in an array, and those added to it.
@@ -130,7 +122,7 @@ bool FontParserPDF::PDFKeyForGlyphsureKey(std::string_view key, bool& outIsText,
 }
 
 void FontParserPDF::ConvertFontRecordToPDFFont(const Dictionary& record, PDFFontRecord* font) {
-  constexpr size_t kLeastKeys = 2, kLeastText = 3;
+  constexpr size_t kLeastKeys = 2, kLeastText = 3, kLongestValue = 255;
   if (record.Count() < kLeastKeys || !font) return;
   std::string& text = font->sGlyphsureDictionary;
   if (text.size() < kLeastText || !text.starts_with("<<")) {
@@ -149,7 +141,7 @@ void FontParserPDF::ConvertFontRecordToPDFFont(const Dictionary& record, PDFFont
     std::string key;
     const String held(record.ValueAt(i));
     if (!held || !PDFKeyForGlyphsureKey(record.KeyAt(i), isText, key)) continue;
-    const std::string_view value = Limit(held.View());
+    const std::string_view value = platform::ValidStart(held.View().substr(0, kLongestValue));
     if (isText) {
       addLine(key, " (", value, ")");
     } else if (IsNumberText(value)) {
