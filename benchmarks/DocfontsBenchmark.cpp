@@ -30,7 +30,7 @@ void FillFolder(const test_support::TempFolder& folder) {
        {SOURCE_DIR "/samples", SOURCE_DIR "/tests/readers/pdf", SOURCE_DIR "/tests/docfonts/samples"}) {
     for (const auto& entry : fs::directory_iterator(samples)) {
       const std::string extension = entry.path().extension();
-      if (entry.is_regular_file() && extension != "" && extension != ".txt") documents.push_back(entry.path());
+      if (entry.is_regular_file() && !extension.empty() && extension != ".txt") documents.push_back(entry.path());
     }
   }
   constexpr size_t kEPSKinds = 4;

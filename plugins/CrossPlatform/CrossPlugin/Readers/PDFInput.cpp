@@ -63,7 +63,7 @@ void PDFInput::ReadBlock() {
 
 std::string PDFInput::ReadRange(std::streamoff begin, std::streamoff end) {
   const std::streamoff position = GetCurrentPosition();
-  const std::string bytes(View(begin, static_cast<size_t>(std::clamp<std::streamoff>(end - begin, 0, mLength))));
+  std::string bytes(View(begin, static_cast<size_t>(std::clamp<std::streamoff>(end - begin, 0, mLength))));
   SeekAndReadBlock(position);
   return bytes;
 }
