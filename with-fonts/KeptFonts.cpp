@@ -4,11 +4,10 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "agent/client/AgentConnection.h"
+#include "agent/client/AgentStart.h"
 #include "agent/include/AgentCalls.h"
 #include "platform/FileLock.h"
 #include "platform/Files.h"
-#include "platform/Folders.h"
 
 namespace with_fonts {
 
@@ -54,7 +53,8 @@ std::string AddKeptFonts(const std::string& file, const std::vector<uint32_t>& f
   return error ? Problem(file, error) : "";
 }
 
-std::string ReleaseKeptFonts(const std::string& file, size_t* count) {
+std::string ReleaseKeptFonts(const std::string& stateFolder, const std::string& agentProgram, size_t* count) {
+  const std::string file = KeptFontsFile(stateFolder);
   std::error_code noLock;
   const platform::FileLock lock(file, &noLock);
   if (noLock) return Problem(file, noLock);
@@ -62,12 +62,10 @@ std::string ReleaseKeptFonts(const std::string& file, size_t* count) {
   if (std::string problem = Read(file, fontIDs); !problem.empty()) return problem;
   *count = fontIDs.size();
   if (fontIDs.empty()) return "";
-  platform::Descriptor socket = agent_client::ReachAgent(platform::GetPlaces().runtime);
-  if (!socket) return "the font manager does not answer; nothing was given back";
-  agent_client::AgentConnection agent(
-      std::move(socket), [](const agent_client::Json&) {}, [] {});
-  auto code = agent.Call<calls::Hello>({}).code;
-  if (code == agent_protocol::kSuccess) code = agent.Call<calls::DeactivateFonts>({fontIDs, true}).code;
+  std::string problem;
+  const auto agent = agent_client::StartAgent(stateFolder, agentProgram, &problem);
+  if (!agent) return problem + "; nothing was given back";
+  const auto code = agent->Call<calls::DeactivateFonts>({fontIDs, true}).code;
   // Fonts that became the operating system's since they were kept can't be given back.
   if (code != agent_protocol::kSuccess && code != agent_protocol::kCantDeactivateSystemFonts) {
     return "the font manager refuses to give the fonts back (code " + std::to_string(code) + ")";

@@ -12,8 +12,9 @@ std::string KeptFontsFile(const std::string& stateFolder);
 // Adds fonts to the record, which is replaced atomically. Returns an empty text, or one line; then it is unchanged.
 std::string AddKeptFonts(const std::string& file, const std::vector<uint32_t>& fontIDs);
 
-// Gives all fonts of the record back through the agent of platform::GetPlaces(), which must be running, and removes the
-// record. Returns an empty text, or one line; then the record stays. `count` receives the number of fonts; not null.
-std::string ReleaseKeptFonts(const std::string& file, size_t* count);
+// Gives all fonts of the state folder's record back, and removes the record. Starts the agent for that if it does not
+// run; this process gets a thread until the call ends. Returns an empty text, or one line; then the record stays. `count`
+// receives the number of fonts; not null.
+std::string ReleaseKeptFonts(const std::string& stateFolder, const std::string& agentProgram, size_t* count);
 
 }  // namespace with_fonts

@@ -216,9 +216,8 @@ std::string Session::WatchFolders() {
 
 std::string Session::Release() {
   std::string problem = SetUp();
-  if (problem.empty()) problem = keeper_.Start(source_, privateFonts_);
   size_t count = 0;
-  if (problem.empty()) problem = ReleaseKeptFonts(KeptFontsFile(source_.stateFolder), &count);
+  if (problem.empty()) problem = ReleaseKeptFonts(source_.stateFolder, source_.agentProgram, &count);
   if (problem.empty() && !options_.quiet) std::printf("%zu font%s given back\n", count, count == 1 ? "" : "s");
   return problem;
 }
