@@ -72,6 +72,10 @@ TEST_F(ForeignFonts, OfDocumentsThatTheRealProgramsWrote) {
       {"sheet.xlsx", "xlsx: Arial, DejaVu Serif Bold"},
       {"slide.odp", "odp: Liberation Sans, Nimbus Roman Italic"},
       {"slide.pptx", "pptx: Arial, Nimbus Roman Italic"},
+      // As LibreOffice embeds them when it exports the slides.
+      {"inherited.pptx",
+       "pptx: C059 Bold, DejaVu Sans Mono, DejaVu Serif, Liberation Sans, Nimbus Mono PS, Nimbus Roman, "
+       "Nimbus Sans Narrow, P052, URW Bookman Italic, Z003"},
       {"image.xcf", "xcf: DejaVu Sans Bold Italic, Nimbus Roman"},
       {"layout.sla", "sla: DejaVu Sans, DejaVu Serif Bold, Nimbus Sans Italic"},
       {"layout.sla.gz", "sla: DejaVu Sans, DejaVu Serif Bold, Nimbus Sans Italic"},

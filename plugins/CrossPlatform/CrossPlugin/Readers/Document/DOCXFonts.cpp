@@ -1,29 +1,13 @@
-#include <array>
 #include <map>
-#include <optional>
-#include <vector>
 
 #include "Readers/Document/MarkupReader.h"
 #include "Readers/Document/OOXMLFonts.h"
+#include "Readers/Document/OOXMLRun.h"
 #include "Readers/Document/OOXMLTheme.h"
 
 namespace {
 
 using Event = MarkupReader::Event;
-
-struct RunProperties {
-  std::array<std::optional<std::string>, kScriptGroups> families;
-  std::optional<bool> isBold, isItalic;
-
-  // Fills in what is missing here.
-  void Inherit(const RunProperties& other) {
-    for (size_t i = 0; i < kScriptGroups; ++i) {
-      if (!families[i]) families[i] = other.families[i];
-    }
-    if (!isBold) isBold = other.isBold;
-    if (!isItalic) isItalic = other.isItalic;
-  }
-};
 
 struct Style {
   RunProperties properties;
@@ -145,12 +129,7 @@ class DOCXFontReader {
     InheritFromStyle(mRunStyle, run);
     InheritFromStyle(mParagraphStyle, run);
     if (const auto defaults = mStyles.find(""); defaults != mStyles.end()) run.Inherit(defaults->second.properties);
-    const ScriptSet scripts = ScriptGroupsOf(mMarkup->Text());
-    for (size_t i = 0; i < kScriptGroups; ++i) {
-      if (!scripts[i] || !run.families[i]) continue;
-      const int weight = run.isBold.value_or(false) ? FontStyle::kBoldWeight : FontStyle::kNormalWeight;
-      mFonts.Add({*run.families[i], weight, run.isItalic.value_or(false)});
-    }
+    run.AddFontsOf(mMarkup->Text(), mFonts);
   }
 
   const ZipDocument& mArchive;

@@ -37,6 +37,8 @@ class StyledFonts {
  public:
   // Ignores empty and generic families.
   void Add(const FontStyle& style);
+  // Adds the fonts of another part of the document.
+  void Add(const StyledFonts& other) { mFonts.insert(other.mFonts.begin(), other.mFonts.end()); }
   // The document has this family's outlines.
   void Embed(const std::string& family) { mEmbedded.insert(family); }
   // The document says how this family looks. What it has said before stays.

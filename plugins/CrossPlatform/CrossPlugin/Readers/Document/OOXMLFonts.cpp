@@ -52,38 +52,6 @@ std::string ReadUsedFormats(ByteStream& stream, std::set<size_t>& used) {
   return markup.Problem();
 }
 
-// A slide. Text without a font of its own has that of the theme.
-std::string ReadSlide(ByteStream& stream, const OOXMLTheme& theme, StyledFonts& fonts) {
-  MarkupReader markup(stream);
-  std::string usual = theme.FamilyOf("+mn-lt");
-  FontStyle run;
-  bool isInText = false, isInRunProperties = false;
-  for (Event event = markup.Next(); event != Event::kDone; event = markup.Next()) {
-    if (event == Event::kText) {
-      if (isInText && HasCharacters(markup.Text())) fonts.Add(run);
-      continue;
-    }
-    const std::string_view name = markup.Name();
-    if (name == "t") isInText = event == Event::kStart;
-    if (name == "rPr") isInRunProperties = event == Event::kStart;
-    if (event == Event::kEnd) continue;
-    if (name == "sp") usual = theme.FamilyOf("+mn-lt");
-    if (name == "ph" && markup.Attribute("type").ends_with("itle")) usual = theme.FamilyOf("+mj-lt");
-    if (name == "r") run = {usual};
-    if (!isInRunProperties) continue;
-    if (name == "rPr") {
-      run.weight = markup.Attribute("b") == "1" ? FontStyle::kBoldWeight : FontStyle::kNormalWeight;
-      run.isItalic = markup.Attribute("i") == "1";
-    }
-    if (name == "latin") {
-      const std::string family = markup.Attribute("typeface");
-      run.family = family.starts_with('+') ? theme.FamilyOf(family) : family;
-      fonts.Describe(run.family, LookOfTypeface(markup));
-    }
-  }
-  return markup.Problem();
-}
-
 bool IsIn(const std::string& name, const char* folder) { return name.starts_with(folder) && name.ends_with(".xml"); }
 
 }  // namespace
@@ -100,17 +68,6 @@ std::string ReadFontsOfXLSX(const ZipDocument& archive, StyledFonts& fonts) {
   for (const size_t format : used) {
     const size_t font = format < cells.formats.size() ? cells.formats[format] : cells.fonts.size();
     if (font < cells.fonts.size()) fonts.Add(cells.fonts[font]);
-  }
-  return problem;
-}
-
-std::string ReadFontsOfPPTX(const ZipDocument& archive, StyledFonts& fonts) {
-  const OOXMLTheme theme = ReadOOXMLTheme(archive, "ppt/theme/theme1.xml", fonts);
-  std::string problem;
-  for (const std::string& name : archive.Names()) {
-    if (!problem.empty()) break;
-    if (!IsIn(name, "ppt/slides/slide")) continue;
-    if (const auto stream = archive.Open(name)) problem = ReadSlide(*stream, theme, fonts);
   }
   return problem;
 }
