@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "agent/store/AgentLog.h"
 #include "agent/store/IndexStore.h"
 #include "agent/store/UserStore.h"
 #include "support/DebianFonts.h"
@@ -202,6 +203,19 @@ TEST(UserStore, SetsAndActivationsOutliveTheProgram) {
   EXPECT_THAT(sets[0].fontIDs, ElementsAre(fonts[2], fonts[0], fonts[1]));
   EXPECT_THAT(sets[2].fontIDs, ElementsAre(fonts[2], fonts[0]));
   EXPECT_EQ(store.Activations(), (std::map<uint32_t, int32_t>{{fonts[0], 1}, {fonts[2], 4}}));
+}
+
+TEST(AgentLog, KeepsTheOldFileOnceItIsLong) {
+  const TempFolder folder;
+  const std::string path = folder.Write("agent.log", "short\n");
+  EXPECT_FALSE(AgentLog().Open(path));
+  EXPECT_FALSE(fs::exists(path + ".old"));
+  folder.Write("agent.log", std::string(AgentLog::kLongestFile + 1, 'x'));
+  AgentLog log;
+  EXPECT_FALSE(log.Open(path));
+  log.Write("first line");
+  EXPECT_EQ(fs::file_size(path + ".old"), AgentLog::kLongestFile + 1);
+  EXPECT_LT(fs::file_size(path), 100u);
 }
 
 TEST(Database, IsBroughtForwardByTheStepsThatItLacks) {
