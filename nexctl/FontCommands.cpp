@@ -4,6 +4,7 @@
 #include "nexctl/Commands.h"
 #include "nexctl/Fonts.h"
 #include "nexctl/PreviewInbox.h"
+#include "nexctl/Progress.h"
 
 namespace nexctl {
 
@@ -45,6 +46,7 @@ const Column kColumns[] = {
     {"size", [](const Description& f) { return std::to_string(f.fileSize); }},
     {"face", [](const Description& f) { return std::to_string(f.faceIndex); }},
     {"workgroup", [](const Description& f) { return std::to_string(f.workgroupID); }},
+    {"clicks", [](const Description& f) { return std::to_string(f.clicks); }},
     {"path", [](const Description& f) { return f.path; }},
 };
 constexpr const char* kUsualColumns = "id,state,name,kind,foundry,path";
@@ -156,11 +158,19 @@ int ExportFonts(const Call& call) {
   const std::vector<std::string> names(call.arguments.begin() + 1, call.arguments.end());
   const Numbers ids = FontsNamed(session, names);
   const std::string folder = AbsoluteFolder(call.arguments[0]);
-  const auto reply = session.Try<calls::ExportFonts>({ids, folder});
   std::vector<std::vector<std::string>> rows;
-  for (const std::string& copy : reply.result.copies) rows.push_back({copy});
+  agent_protocol::ResultCode code = agent_protocol::kSuccess;
+  Progress progress("copying");
+  for (size_t i = 0; i < ids.size(); ++i) {
+    progress.Show(i, ids.size(), "fonts");
+    const auto reply = session.Try<calls::ExportFonts>({{ids[i]}, folder});
+    if (reply.code != agent_protocol::kSuccess) code = reply.code;
+    for (const std::string& copy : reply.result.copies) {
+      if (std::ranges::find(rows, std::vector{copy}) == rows.end()) rows.push_back({copy});  // faces share a file
+    }
+  }
   call.output.Table({"copy"}, rows);
-  if (reply.code != agent_protocol::kSuccess) throw Failure(DescribeCode(reply.code));
+  if (code != agent_protocol::kSuccess) throw Failure(DescribeCode(code));
   return 0;
 }
 

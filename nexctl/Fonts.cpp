@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "agent/include/AgentProtocol.h"
+#include "nexctl/Progress.h"
 #include "platform/TextEncoding.h"
 
 namespace nexctl {
@@ -55,10 +56,12 @@ Numbers FontsNamed(Session& session, const std::vector<std::string>& words) {
 
 std::vector<Description> Describe(Session& session, const Numbers& ids) {
   std::vector<Description> fonts;
+  Progress progress("asking about fonts");
   for (size_t at = 0; at < ids.size(); at += kMostInOneCall) {
     const auto first = ids.begin() + static_cast<ptrdiff_t>(at);
     const auto last = ids.begin() + static_cast<ptrdiff_t>(std::min(ids.size(), at + kMostInOneCall));
     std::ranges::move(session.Ask<calls::DescribeFonts>({Numbers(first, last)}).fonts, std::back_inserter(fonts));
+    progress.Show(at, ids.size(), "fonts");
   }
   return fonts;
 }

@@ -1,13 +1,12 @@
 #include "nexctl/Session.h"
 
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 
 #include "agent/client/AgentFolders.h"
 #include "agent/include/AgentProtocol.h"
+#include "nexctl/Progress.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
 #include "platform/PlainText.h"
@@ -20,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 constexpr std::chrono::seconds kPatience(10);
-constexpr std::chrono::seconds kSilence(1);
 constexpr std::chrono::milliseconds kBetweenLooks(50);
 
 std::string AgentProgram() {
@@ -93,22 +91,15 @@ bool Session::Connect(const NotificationHandler& onNotification) {
 }
 
 void Session::AwaitScan() {
-  const bool isTerminal = isatty(STDERR_FILENO) != 0;
-  const auto start = std::chrono::steady_clock::now();
-  bool isShown = false;
+  Progress progress("reading fonts");
   platform::WaitUntil(
       platform::kForever,
       [&] {
         const auto status = Ask<calls::GetStatus>();
-        if (!status.isScanning) return true;
-        if (isTerminal && std::chrono::steady_clock::now() - start > kSilence) {
-          std::fprintf(stderr, "\r\033[Kreading fonts: %u of %u files", status.step, status.steps);
-          isShown = true;
-        }
-        return false;
+        progress.Show(status.step, status.steps, "files");
+        return !status.isScanning;
       },
       kBetweenLooks);
-  if (isShown) std::fprintf(stderr, "\r\033[K");
 }
 
 void Session::Launch(const NotificationHandler& onNotification) {
@@ -120,7 +111,12 @@ void Session::Launch(const NotificationHandler& onNotification) {
   if (error) throw Failure(stateFolder_ + ": " + platform::DescribeError(error));
   std::remove(errors.c_str());  // those of the previous agent
   if (!platform::LaunchDetached(agent, stateFolder_, errors, &problem)) throw Failure(problem);
-  if (platform::WaitUntil(kPatience, [&] { return Connect(onNotification); })) return;
+  Progress progress("starting the font manager");
+  const auto isConnected = [&] {
+    progress.Show();
+    return Connect(onNotification);
+  };
+  if (platform::WaitUntil(kPatience, isConnected)) return;
   std::string words;
   platform::ReadFile(errors, words);
   if (words.ends_with('\n')) words.pop_back();

@@ -88,8 +88,7 @@ namespace agent_protocol {
   X(GetGoogleFonts)                     \
   X(GetFontKinds)                       \
   X(DescribeFonts)                      \
-  X(TrackFontPanelClick)                \
-  X(GetPanelClicks)
+  X(TrackFontPanelClick)
 
 // Served like the calls for fonts, but not by the library of fonts alone.
 #define AGENT_PREVIEW_CALLS(X) X(RenderFontNamePreviewPNGs)

@@ -198,9 +198,10 @@ struct DescribeFonts {
     uint32_t state = 0;     // an AgentActivationState
     uint32_t checksum = 0;  // over the outlines
     uint32_t workgroupID = 0;
+    uint32_t clicks = 0;  // in panels
     AGENT_FIELDS(fontID, displayName, family, style, postscriptName, kind, foundry, version, path, faceIndex, fileSize,
                  weight, width, design, italic, monospaced, variable, coloured, scripts, languages, added, state,
-                 checksum, workgroupID)
+                 checksum, workgroupID, clicks)
   };
   struct Arguments : IDs {};
   struct Result {
@@ -217,19 +218,6 @@ struct TrackFontPanelClick {
     AGENT_FIELDS(fontID)
   };
   using Result = Nothing;
-};
-
-struct GetPanelClicks {
-  struct Clicks {
-    uint32_t fontID = 0;
-    uint32_t count = 0;
-    AGENT_FIELDS(fontID, count)
-  };
-  struct Arguments : Nothing {};
-  struct Result {
-    std::vector<Clicks> clicks;
-    AGENT_FIELDS(clicks)
-  };
 };
 
 // Previews.

@@ -178,8 +178,12 @@ Answer<calls::GetFontKinds> Serve(FontLibrary& library, ClientID, const calls::G
 Answer<calls::DescribeFonts> Serve(FontLibrary& library, ClientID, const calls::DescribeFonts::Arguments& arguments) {
   library.FreshenSystemFonts(false);
   calls::DescribeFonts::Result result;
+  const auto clicks = library.Smart().Clicks();
   for (const uint32_t id : arguments.fontIDs) {
-    if (const Font* font = library.Table().Find(id)) result.fonts.push_back(Describe(library, *font));
+    const Font* font = library.Table().Find(id);
+    if (!font) continue;
+    result.fonts.push_back(Describe(library, *font));
+    if (const auto counted = clicks.find(id); counted != clicks.end()) result.fonts.back().clicks = counted->second;
   }
   return result;
 }

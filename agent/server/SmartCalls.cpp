@@ -147,10 +147,4 @@ Answer<calls::TrackFontPanelClick> Serve(FontLibrary& library, ClientID,
   return calls::Nothing();
 }
 
-Answer<calls::GetPanelClicks> Serve(FontLibrary& library, ClientID, const calls::GetPanelClicks::Arguments&) {
-  calls::GetPanelClicks::Result result;
-  for (const auto& [fontID, count] : library.Smart().Clicks()) result.clicks.push_back({fontID, count});
-  return result;
-}
-
 }  // namespace agent

@@ -80,4 +80,22 @@ TEST_F(ActivationStates, EachOccursForItsReason) {
   EXPECT_EQ(StateOf(user), "4");
 }
 
+TEST_F(ActivationStates, ADesignThatIsRefusedIsToldToWhoAskedForIt) {
+  const uint32_t refused = FontNamed("LiberationSerif-Italic"), font = FontNamed("LiberationSerif-Bold");
+  const auto tried = [&](RawClient& client) {
+    client.Ask("ActivateFonts", {{"fontIDs", {refused}}, {"kind", 3}});
+    client.Ask("ActivateFonts", {{"fontIDs", {font}}, {"kind", 3}});
+    return client.Next();
+  };
+  RawClient design(Runtime()), other(Runtime());
+  EXPECT_EQ(design.Hello()["code"], 0);
+  EXPECT_EQ(design.Ask("EnableDesignActivation")["code"], 0);
+  EXPECT_EQ(tried(design), Json({{"notify", PluginInterface::kDesignActivationNonCompliant}, {"fontID", refused}}));
+  EXPECT_EQ(other.Hello()["code"], 0);
+  other.Ask("DeactivateFonts", {{"fontIDs", {font}}, {"alsoUser", false}});
+  design.Ask("DeactivateFonts", {{"fontIDs", {font}}, {"alsoUser", false}});
+  EXPECT_EQ(tried(other)["notify"], PluginInterface::kFontDeactivated);
+  EXPECT_EQ(other.Next()["notify"], PluginInterface::kFontActivated) << "it did not enable design activation";
+}
+
 }  // namespace

@@ -110,6 +110,26 @@ TEST_F(Preview, FontsThatCannotShowTheirNameGetAMarkedOne) {
   }
 }
 
+TEST_F(Preview, WhatAPersonSeesIsDrawnFirst) {
+  FillLibrary();
+  platform::RunLoop loop;
+  std::vector<uint32_t> order;
+  agent::PreviewEvents events;
+  events.rendered = [&](uint32_t, const std::vector<agent::Preview>& previews) {
+    for (const agent::Preview& preview : previews) order.push_back(preview.fontID);
+  };
+  events.canTake = [](uint32_t) { return true; };
+  events.report = [](const std::string& line) { ADD_FAILURE() << line; };
+  agent::Previews previews(state_ / "previews", APP_DIR "/agent/preview-worker", loop, std::move(events));
+  const auto font = [&](uint32_t id) {
+    return agent::PreviewFont{id, fonts_ / "LiberationSerif-Bold.ttf", 0, id, "A"};
+  };
+  previews.Render(1, {font(1), font(2)}, {14, 400, 30}, false);
+  previews.Render(1, {font(3), font(4)}, {14, 400, 30}, true);
+  EXPECT_TRUE(loop.RunUntil([&] { return order.size() == 4; }, kMostMilliseconds / 1000.0));
+  EXPECT_THAT(order, testing::ElementsAre(3, 4, 1, 2));
+}
+
 TEST_F(Preview, WorkerThatEndsOrHangsCostsOneAnswer) {
   platform::RunLoop loop;
   state_.Write("hangs", "#!/bin/sh\nexec tail -f /dev/null\n");

@@ -42,13 +42,25 @@ Font Sample() {
   return font;
 }
 
+// What no other font of this test is.
+Font Opposite() {
+  Font font = Sample();
+  font.face.traits = {400, 5, agent::FontDesign::kSans, true, true, false, true};
+  font.face.version = "Version 2.1";
+  return font;
+}
+
 TEST(FontRules, MatchWhatTheySay) {
+  for (const char* rule : {"italic", "monospaced", "coloured", "version ~ 2.1", "design = sans", "not variable"}) {
+    EXPECT_TRUE(FontRule::Parse(rule).Matches({Opposite(), false, kNow})) << rule;
+    EXPECT_FALSE(FontRule::Parse(rule).Matches({Sample(), false, kNow})) << rule;
+  }
   const Font font = Sample();
   const char* const matching[] = {
       "family ~ garamond",
       "family = \"garamond \\\"pro\\\"\"",
       "name = garamondpro-bold",
-      "foundry = éditions",
+      "foundry = éditions and kind = \"opentype - ps\"",
       "style != italic and path ~ pro.otf",
       "weight >= 600 and weight < 701",
       "width <= 3 and size = 300K and size > 1000",

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "support/DebianFonts.h"
 #include "support/ProgramRun.h"
@@ -54,6 +55,7 @@ const Row kSession[] = {
     {"fonts 'design = serif'", 0, "LiberationSerif-Bold"},  // waits for the scan, as status does not
     {"status", 0, "fonts          3"},
     {"--columns name,weight,added fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold  700"},
+    {"--columns name,clicks fonts name = LiberationSerif-Bold", 0, "LiberationSerif-Bold  0"},
     {"show LiberationSerif-Bold", 0, "languages"},
     {"activate LiberationSerif-Bold", 0, "activated"},
     {"--json fonts active", 0, "\"state\":\"active\""},
@@ -214,6 +216,47 @@ TEST_F(Nexctl, DoctorNamesWhatIsWrongAndHowToMendIt) {
   std::filesystem::rename(folder_ / "fonts", folder_ / "elsewhere");
   EXPECT_THAT(Run("--json doctor").output, HasSubstr("library remove"));
   EXPECT_THAT(Run("--state /nonexistent/folder doctor").output, HasSubstr("no state folder"));
+}
+
+TEST_F(Nexctl, NamesTheActiveFontThatStandsInTheWay) {
+  std::vector<std::string> ids;
+  std::istringstream lines(Run("--json fonts name = LiberationMono-Bold").output);
+  for (std::string line; std::getline(lines, line);) ids.push_back(Json::parse(line)["fontID"].dump());
+  ASSERT_EQ(ids.size(), 2u);
+  EXPECT_EQ(Run("conflicts " + ids[1]).status, 0);
+  EXPECT_EQ(Run("activate " + ids[0]).status, 0);
+  const Outcome outcome = Run("--json conflicts " + ids[1]);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(Json::parse(outcome.output)["conflict"], ids[0]);
+  EXPECT_EQ(Run("activate " + ids[1]).status, 1) << "it has the name of the other";
+}
+
+TEST_F(Nexctl, WatchPrintsWhatHappensUntilItIsInterrupted) {
+  const std::string program = "'" APP_DIR "/nexctl/nexctl' --state '" + folder_ / "state" + "' ";
+  folder_.Write("watch", program + "--json watch >'" + folder_ / "heard" +
+                             "' & watch=$!\n"
+                             "until grep -q FontActivated '" +
+                             folder_ / "heard" + "'; do\n" + program + "activate LiberationSerif-Bold; " + program +
+                             "deactivate LiberationSerif-Bold\ndone\n"
+                             "kill $watch; wait $watch\n");
+  EXPECT_EQ(test_support::RunLine("timeout 60 sh '" + folder_ / "watch" + "'", folder_).status, 0);
+  const std::string heard = TempFolder::Content(folder_ / "heard");
+  EXPECT_THAT(heard, HasSubstr(R"({"event":"FontActivated","fontID":)"));
+}
+
+// A machine of its own, so that its limits can be changed.
+TEST_F(Nexctl, DoctorNamesWhatThisMachineLacks) {
+  const std::string limit = "/proc/sys/user/max_inotify_watches";
+  if (test_support::RunLine("unshare -r sh -c 'echo 0 >" + limit + "'", folder_).status != 0) {
+    GTEST_SKIP() << "this machine has no limits of its own for a user";
+  }
+  const Outcome few =
+      test_support::RunLine("unshare -r sh -c \"echo 0 >" + limit + "; exec '" APP_DIR "/nexctl/nexctl' --state '" +
+                                folder_ / "state" + "' doctor\"",
+                            folder_);
+  EXPECT_EQ(few.status, 1);
+  EXPECT_THAT(few.output, HasSubstr("can't be watched for changes"));
+  EXPECT_THAT(few.output, HasSubstr("max_user_watches"));
 }
 
 // `script` gives the program a terminal, which answers with what is on its own input.
