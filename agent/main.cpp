@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "agent/client/AgentFolders.h"
@@ -105,25 +106,32 @@ int Run(const agent::Configuration& configuration) {
   return agent.IsLost() ? 1 : 0;
 }
 
-// A service manager, or a program that only asks, may start the agent of a user who has none yet. Returns one line if that
-// fails.
-std::string SetUpUserFolder(const std::string& stateFolder) {
+// A service manager, or a program that only asks, may start the agent of a user who has none yet. On a disk that cannot be
+// written the agent has that user's configuration in memory. Returns nothing, with one line in `error`, on failure.
+std::optional<agent::Configuration> ReadOrSetUp(const std::string& stateFolder, std::string& error) {
   const bool isNew = !platform::FileExists(stateFolder + "/" + agent_protocol::kConfigurationName);
-  if (!isNew || stateFolder != platform::UserStateFolder()) return "";
-  std::error_code error;
-  const std::string self = std::filesystem::read_symlink("/proc/self/exe", error).string();
+  if (!isNew || stateFolder != platform::UserStateFolder()) return agent::ReadConfiguration(stateFolder, error);
+  std::error_code none;
+  const std::string self = std::filesystem::read_symlink("/proc/self/exe", none).string();
+  const auto setup = agent_client::DesktopSetup(stateFolder, self, platform::GetPlaces().home);
   agent_client::StoredSetup stored;
-  return agent_client::SetUpStateFolder(agent_client::DesktopSetup(stateFolder, self, platform::GetPlaces().home),
-                                        &stored);
+  error = agent_client::SetUpStateFolder(setup, &stored);
+  if (error.empty()) return agent::ReadConfiguration(stateFolder, error);
+  Fail(error, 1);
+  agent::Configuration configuration;
+  configuration.stateFolder = stateFolder;
+  configuration.library = setup.newLibrary;
+  configuration.desktop = setup.newDesktop;
+  configuration.exitWithLastClient = true;
+  return configuration;
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
   if (count != 2) return Fail("usage: Nexcore STATE-FOLDER", kBadArgument);
-  std::string error = SetUpUserFolder(arguments[1]);
-  if (!error.empty()) return Fail(error, 1);
-  const auto configuration = agent::ReadConfiguration(arguments[1], error);
+  std::string error;
+  const auto configuration = ReadOrSetUp(arguments[1], error);
   if (!configuration) return Fail(error, kBadArgument);
   // A service manager that passes a socket has made the folder.
   if (sd_listen_fds(0) == 0) {

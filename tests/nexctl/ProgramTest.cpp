@@ -169,6 +169,17 @@ TEST_F(Nexctl, SetsUpTheDesktopOfANewUser) {
   EXPECT_THAT(healthy.output, testing::ContainsRegex("nothing is wrong\n.*home/Fonts: is not there yet"));
 }
 
+TEST_F(Nexctl, ServesANewUserWhoseDiskCanNotBeWritten) {
+  const std::string asUser = "env XDG_STATE_HOME=/proc/nowhere XDG_RUNTIME_DIR='" + folder_.Path() + "' HOME='" +
+                             folder_ / "home" + "' '" APP_DIR "/nexctl/nexctl' ";
+  std::filesystem::create_directories(folder_ / "home");
+  std::filesystem::rename(folder_ / "fonts", folder_ / "home/Fonts");
+  const Outcome outcome = test_support::RunLine(asUser + "fonts path ~ home/Fonts", folder_);
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_THAT(outcome.output, HasSubstr("home/Fonts/LiberationSerif-Bold.ttf"));
+  EXPECT_THAT(outcome.errors, HasSubstr("changes last only until the font manager ends"));
+}
+
 // Every command and option is in the help, the manual page and the completion.
 TEST_F(Nexctl, OneTableDescribesIt) {
   const std::string help = Run("--help").output, manual = Run("--manual").output,
