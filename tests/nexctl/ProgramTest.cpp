@@ -174,7 +174,7 @@ TEST_F(Nexctl, ServesANewUserWhoseDiskCanNotBeWritten) {
                              folder_ / "home" + "' '" APP_DIR "/nexctl/nexctl' ";
   std::filesystem::create_directories(folder_ / "home");
   std::filesystem::rename(folder_ / "fonts", folder_ / "home/Fonts");
-  const Outcome outcome = test_support::RunLine(asUser + "fonts path ~ home/Fonts", folder_);
+  const Outcome outcome = test_support::RunLine(asUser + "fonts 'path ~ home/Fonts'", folder_);
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
   EXPECT_THAT(outcome.output, HasSubstr("home/Fonts/LiberationSerif-Bold.ttf"));
   EXPECT_THAT(outcome.errors, HasSubstr("changes last only until the font manager ends"));
