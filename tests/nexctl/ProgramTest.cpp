@@ -1,5 +1,6 @@
 // The program as a user starts it, with the real agent, which it starts by itself.
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -167,6 +168,26 @@ TEST_F(Nexctl, SetsUpTheDesktopOfANewUser) {
   const Outcome healthy = test_support::RunLine(asUser + "doctor", folder_);
   EXPECT_EQ(healthy.status, 0) << "a new user has no fonts yet";
   EXPECT_THAT(healthy.output, testing::ContainsRegex("nothing is wrong\n.*home/Fonts: is not there yet"));
+}
+
+// There a link can only be symbolic.
+TEST_F(Nexctl, DoctorNamesFontsOnAnotherDisk) {
+  if (!std::filesystem::exists("/dev/shm")) GTEST_SKIP() << "this machine has no second disk";
+  const test_support::ScopedVariable memory("TMPDIR", "/dev/shm");
+  const TempFolder other;
+  struct stat here, there;
+  ASSERT_EQ(stat(folder_.Path().c_str(), &here) | stat(other.Path().c_str(), &there), 0);
+  if (here.st_dev == there.st_dev) GTEST_SKIP() << "this machine has no second disk";
+  std::filesystem::copy_file(folder_ / "fonts/LiberationSerif-Bold.ttf", other / "far.ttf");
+  folder_.Write("state/nexcore.json",
+                R"({"library": [")" + other.Path() + R"("], "desktop": true, "exitWithLastClient": true})");
+  const test_support::ScopedVariable data("XDG_DATA_HOME", folder_ / "data");
+  const test_support::ScopedVariable conf("FONTCONFIG_FILE", folder_.WriteFontsConf({folder_ / "data/fonts"}));
+  EXPECT_EQ(Run("doctor").output, "nothing is wrong\n");
+  EXPECT_EQ(Run("activate LiberationSerif-Bold").status, 0);
+  const Outcome outcome = Run("doctor");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.output, HasSubstr("a symbolic link, which sandboxed programs cannot follow"));
 }
 
 TEST_F(Nexctl, ServesANewUserWhoseDiskCanNotBeWritten) {
