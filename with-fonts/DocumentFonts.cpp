@@ -24,6 +24,7 @@ struct UseText {
 // In the order of the line.
 constexpr UseText kUses[] = {
     {EUse::kActive, "active", "already active", true, false},
+    {EUse::kEmbedded, "embedded", "in the document", true, false},
     {EUse::kActivated, "activated", "activated", true, false},
     {EUse::kFound, "found", "would be activated", true, true},
     {EUse::kRefused, "refused", "must not be activated", false, true},

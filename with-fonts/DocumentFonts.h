@@ -9,6 +9,7 @@ namespace with_fonts {
 
 enum class EUse {
   kActive,     // before
+  kEmbedded,   // in the document itself, so nothing is activated
   kActivated,  // for this document
   kMissing,    // not in the library
   kRefused,    // must not be activated

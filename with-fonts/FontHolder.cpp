@@ -66,6 +66,15 @@ bool Contains(const Array& records, const std::string& name) {
   return false;
 }
 
+// The report about a document, with the fonts that it contains itself.
+DocumentFonts StartOf(const docfonts::Report& report) {
+  DocumentFonts fonts{report.file, {}, report.problems};
+  for (const docfonts::Font& font : report.fonts) {
+    if (font.embedded.value_or(false)) fonts.fonts.push_back({font.name, EUse::kEmbedded});
+  }
+  return fonts;
+}
+
 Dictionary RecordOf(const docfonts::Font& font, const std::string& name) {
   Dictionary record = Dictionary::Create();
   record.Set(kGS_PostScriptNameKey, name);
@@ -207,7 +216,7 @@ DocumentFonts FontHolder::Open(const std::string& path, const docfonts::Report& 
 }
 
 DocumentFonts FontHolder::OpenOnce(const std::string& path, const docfonts::Report& report, bool& areHeld) {
-  DocumentFonts result{report.file, {}, report.problems};
+  DocumentFonts result = StartOf(report);
   // Reading what is active takes some milliseconds each time, so do it once before and once after the activation.
   const auto before = platform::GetFontSnapshot();
   const std::vector<Wanted> wanted = WantedOf(report, *before);
@@ -242,7 +251,7 @@ DocumentFonts FontHolder::OpenOnce(const std::string& path, const docfonts::Repo
 
 DocumentFonts FontHolder::Predict(const docfonts::Report& report) {
   const auto system = platform::GetFontSnapshot();
-  DocumentFonts result{report.file, {}, report.problems};
+  DocumentFonts result = StartOf(report);
   for (const Wanted& one : WantedOf(report, *system)) {
     FontUse use{one.font->name, EUse::kActive, FileOf(*one.font, one.name, *system)};
     if (!one.wasActive) {

@@ -1,12 +1,14 @@
 // Documents of other programs, which name families and styles: each as the real program wrote it, and damaged ones.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "Readers/Document/ByteStream.h"
 #include "Readers/Document/FontStyle.h"
 #include "Readers/XMPFontMetadata.h"
 #include "docfonts/FontCollector.h"
@@ -68,6 +70,8 @@ TEST_F(ForeignFonts, OfDocumentsThatTheRealProgramsWrote) {
        "odt: DejaVu Sans, DejaVu Sans Mono Bold, Liberation Serif, Liberation Serif Italic, Nimbus Sans Bold"},
       {"text.docx",
        "docx: DejaVu Sans, DejaVu Sans Mono Bold, Liberation Serif, Liberation Serif Italic, Nimbus Sans Bold"},
+      {"embedded.odt", "odt: Standard Symbols PS (embedded)"},
+      {"embedded.docx", "docx: Standard Symbols PS (embedded)"},
       {"sheet.ods", "ods: DejaVu Serif Bold, Liberation Sans"},
       {"sheet.xlsx", "xlsx: Arial, DejaVu Serif Bold"},
       {"slide.odp", "odp: Liberation Sans, Nimbus Roman Italic"},
@@ -168,6 +172,17 @@ TEST_F(ForeignFonts, HostileDocumentsAreRefused) {
       {"cut.xcf", "gimp xcf v011", "xcf:; its list of layers is damaged"},
   };
   for (const auto& row : kRows) EXPECT_EQ(Collect(folder_.Write(row.name, row.bytes)), row.found) << row.name;
+}
+
+// A few hundred kilobytes, in which more is packed than any document has.
+TEST_F(ForeignFonts, ABombOfCompressedTextIsRefused) {
+  const std::string path = folder_ / "bomb.svgz";
+  const gzFile file = gzopen(path.c_str(), "wb1");
+  gzputs(file, "<svg xmlns='http://www.w3.org/2000/svg'><text font-family='A'>x</text>");
+  const std::string empty = "<!--" + std::string((1 << 20) - 11, ' ') + "--><g/>";
+  for (uint64_t size = 0; size <= ByteStream::kMostBytes; size += empty.size()) gzwrite(file, empty.data(), 1 << 20);
+  gzclose(file);
+  EXPECT_EQ(Collect(path), "svg: A; its content is longer than 512 MiB");
 }
 
 // Cut anywhere, a document gives the fonts found so far or a problem, and never more fonts than the whole one.

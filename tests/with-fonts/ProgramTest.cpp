@@ -42,8 +42,9 @@ class WithFonts : public testing::Test {
     }
     // Copies: the programs of other tests may have the samples open, and would count as users of the documents.
     std::filesystem::create_directory(folder_ / "samples");
-    for (const char* sample : {"samples/poster.psd", "samples/brochure.psd", "samples/no-text.psd",
-                               "tests/docfonts/samples/text.odt", "tests/docfonts/samples/drawing.svg"}) {
+    for (const char* sample :
+         {"samples/poster.psd", "samples/brochure.psd", "samples/no-text.psd", "tests/docfonts/samples/text.odt",
+          "tests/docfonts/samples/embedded.odt", "tests/docfonts/samples/drawing.svg"}) {
       std::filesystem::copy(std::string(SOURCE_DIR "/") + sample, folder_ / "samples");
     }
     folder_.Write("fonts.conf", "<fontconfig><dir>" + debian_fonts::kDejaVu +
@@ -89,6 +90,7 @@ TEST_F(WithFonts, TheProgramSeesTheFontsOfItsDocumentsAndTheyAreGoneAtItsEnd) {
       {"./list file://@/poster%2epsd", kPosterFonts, "3 activated"},
       // Documents that name families and styles.
       {"./list @/text.odt", "LiberationSerif-Bold\nNimbusSans-Bold\n", "3 activated"},
+      {"./list @/embedded.odt", "", "1 font, 1 in the document"},
       {"./list @/drawing.svg @/no-text.psd", "NimbusSans-Regular\n", "no fonts"},
       {"--private ./list @/poster.psd", kPosterFonts, "3 activated"},
       {"--quiet ./list @/poster.psd", kPosterFonts, ""},
@@ -254,6 +256,12 @@ TEST_F(WithFonts, WithoutAProgramFontsAreForeseenKeptAndGivenBack) {
     EXPECT_THAT(run.output, HasSubstr(row.output)) << row.words;
     EXPECT_EQ(Listed(), row.listed) << row.words;
   }
+  // Until Ctrl-C.
+  Script("interrupt", "'" APP_DIR
+                      "/with-fonts/with-fonts' --no-run $1 >said &\n"
+                      "until [ -s said ]; do :; done; ./list; kill -INT $!; wait $!; echo $?; ./list\n");
+  const Outcome interrupted = test_support::RunLine("cd '" + folder_.Path() + "' && ./interrupt " + kPoster, folder_);
+  EXPECT_EQ(interrupted.output, std::string(kPosterFonts) + "0\n");
   const Outcome json = Run("--json -n " + kPoster);
   EXPECT_EQ(Json::parse(json.output)["fonts"][0]["use"], "found") << json.output;
 }
@@ -377,6 +385,12 @@ TEST_F(WithFonts, AWatchedFolderServesWhateverProgramOpensADocument) {
   ASSERT_TRUE(platform::WaitUntil(kPatience, [&] { return !TempFolder::Content(folder_ / "watch-out").empty(); }));
   ASSERT_EQ(start("reader"), 0);
   ASSERT_TRUE(BecomesListed(kPosterFonts));
+  folder_.Write("use", "\n");
+  ASSERT_TRUE(BecomesListed(""));
+  // Another document in its place, which no program has opened by that.
+  std::filesystem::rename(folder_ / "samples/text.odt", folder_ / "documents/poster.psd");
+  ASSERT_EQ(start("reader"), 0);
+  ASSERT_TRUE(BecomesListed("LiberationSerif-Bold\nNimbusSans-Bold\n"));
   folder_.Write("use", "\n");
   ASSERT_TRUE(BecomesListed(""));
   // A folder that is made later.

@@ -28,6 +28,7 @@ int ReadMore(void* stream, char* buffer, int length) {
 
 // Keeps the library from printing. The failed read says all that people need.
 void Ignore(void*, xmlErrorPtr) {}
+void IgnoreText(void*, const char*, ...) {}
 
 }  // namespace
 
@@ -35,6 +36,8 @@ MarkupReader::MarkupReader(ByteStream& stream) : mStream(stream), mParser(std::m
   // Without XML_PARSE_HUGE the library limits depth, names, attributes, and the growth by entities.
   constexpr int kOptions =
       XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT;
+  // Memory that runs out is reported past the handler of the reader.
+  xmlSetGenericErrorFunc(nullptr, IgnoreText);
   mParser->reader.reset(xmlReaderForIO(ReadMore, nullptr, &mStream, nullptr, nullptr, kOptions));
   if (mParser->reader) xmlTextReaderSetStructuredErrorHandler(mParser->reader.get(), Ignore, nullptr);
 }

@@ -1,4 +1,4 @@
-// Reads XML as a sequence of elements and text, with libxml2, in constant memory. Entities of other files are never
+// Reads XML as a sequence of elements and text, with libxml2, in constant memory; only comments in a row add up. Entities of other files are never
 // loaded, entities that grow the text and elements nested too deep end the document. Not thread-safe.
 #pragma once
 
