@@ -21,7 +21,7 @@ const element = (id) => document.getElementById(id);
 function remember(id) {
   const field = element(id);
   field.value = sessionStorage.getItem(id) ?? field.value;
-  field.addEventListener('change', () => sessionStorage.setItem(id, field.value));
+  field.addEventListener('input', () => sessionStorage.setItem(id, field.value));
   return field;
 }
 
@@ -155,10 +155,10 @@ async function start() {
   });
 
   const session = new Session(link, notices, {
-    onReady: () => {
-      for (const id of [Message.getDimensions, Message.getDropDown, Message.canAccessWebFonts, Message.areWebFontsEnabled]) link.send(id);
-      lists.load();
-      browser.start();
+    onReady: async () => {
+      browser.loadDocuments();
+      for (const id of [Message.getDimensions, Message.canAccessWebFonts, Message.areWebFontsEnabled]) link.send(id);
+      if (!(await lists.start())) browser.reload();
     },
     onLost: () => previews.forgetAsked(),
   });

@@ -37,7 +37,7 @@ export class FontBrowser {
     });
     lists.askForFonts = (messageID, fields) => this.#take(this.#files.ask(messageID, fields), fields.smartListID);
     const reload = settled(() => this.reload());
-    const reloadDocuments = settled(() => this.#loadDocuments());
+    const reloadDocuments = settled(() => this.loadDocuments());
     link.on([Message.dataChanged, Message.smartListsChanged], reload);
     link.on(Message.fontActivated, ({fontIDs}) => this.#news(fontIDs, () => this.table.setActive(fontIDs, true)));
     link.on(Message.fontDeactivated, ({fontIDs}) => this.#news(fontIDs, () => this.table.setActive(fontIDs, false)));
@@ -78,12 +78,6 @@ export class FontBrowser {
     return this.#load(this.#lists.selected);
   }
 
-  // The fonts of the documents come first in the list, so they are asked for first.
-  start() {
-    this.#loadDocuments();
-    this.reload();
-  }
-
   #load(listID) {
     return this.#take(this.#files.ask(Message.getSmartListFonts, {smartListID: listID}), listID);
   }
@@ -117,7 +111,8 @@ export class FontBrowser {
     }
   }
 
-  async #loadDocuments() {
+  // The fonts of the documents come first in the list, so ask for them before those of the list.
+  async loadDocuments() {
     const fonts = await this.#read(await this.#files.ask(Message.getSmartListFonts, {smartListID: BuiltIn.documents}));
     if (!fonts) return;
     // A missing font is in no list any more, but its document still needs it.

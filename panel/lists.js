@@ -4,12 +4,16 @@ import {BuiltIn, Message, isBuiltIn} from './messages.js';
 import {queryOf, readTree} from './parts.js';
 import {t} from './texts.js';
 
+const kPatience = 1000; // milliseconds; the plug-in says at once which list was selected last, or nothing
+
 export class Lists {
   #link;
   #all;
   #create;
   #tree;
+  #dropDown;
   #lists = [];
+  #isChosen = false; // by the user, or because it was selected last
 
   // `onChange()` after the lists or the selection changed; `onSelect(listID)`.
   constructor(link, {onChange, onSelect}) {
@@ -18,9 +22,9 @@ export class Lists {
     this.#all = new Channel(link, Message.getAllSmartLists);
     this.#create = new Channel(link, Message.createSmartList);
     this.#tree = new Channel(link, Message.getSmartListTree, {accept: (reply, asked) => reply.smartListID === asked.smartListID});
+    this.#dropDown = new Channel(link, Message.getDropDown, {patience: kPatience});
     this.selected = BuiltIn.all;
     link.on(Message.smartListsChanged, () => this.load());
-    link.on(Message.getDropDown, ({selection}) => this.#restore(selection));
   }
 
   get all() {
@@ -39,17 +43,21 @@ export class Lists {
     this.onChange();
   }
 
-  // Continues with the list that was selected last, once.
-  #restore(selection) {
-    if (this.#isRestored) return;
-    this.#isRestored = true;
-    if (selection > 0 && selection !== this.selected) this.#choose(selection);
+  // Reads the lists, and the first time selects the one that was selected last, if there still is one with its number: the
+  // plug-in is silent about the fonts of others. Resolves with whether it has selected one.
+  async start() {
+    const asked = this.#isChosen ? null : this.#dropDown.ask(Message.getDropDown);
+    await this.load();
+    const last = (await asked)?.selection;
+    if (this.#isChosen) return false;
+    this.#isChosen = true;
+    this.#choose(this.#lists.some((list) => list.smartListID === last) ? last : BuiltIn.all);
+    return true;
   }
-  #isRestored = false;
 
   select(listID) {
     if (listID === this.selected) return;
-    this.#isRestored = true;
+    this.#isChosen = true;
     this.#link.send(Message.saveDropDown, {selection: listID, savesSmartList: !isBuiltIn(listID)});
     this.#choose(listID);
   }

@@ -181,13 +181,36 @@ test('fonts are filtered by kind and by library, also those that come later', as
   await page.click('#filter-details summary');
 });
 
-test('the selected list is remembered', async () => {
+test('the selected list is remembered, and no other one is read first', async () => {
   await list('Active').click();
   await search('mono');
   await row('NimbusMonoPS-Bold').waitFor();
+  const asked = [];
+  page.once('websocket', (socket) => socket.on('framesent', ({payload}) => asked.push(JSON.parse(JSON.parse(payload).data))));
   await page.reload();
   await page.locator('#list-title', {hasText: 'Active'}).waitFor();
   await countIs(/^\d\d fonts$/);
+  assert.deepEqual(new Set(asked.filter(({messageID}) => messageID === 40).map(({smartListID}) => smartListID)), new Set([2, 3]));
+});
+
+test("the user's own text and its size stay when the page is loaded again", async () => {
+  const sample = row('LiberationSerif-Bold').locator('.sample');
+  const fontSize = () => sample.evaluate((element) => parseFloat(getComputedStyle(element).fontSize));
+  await list('All fonts').click();
+  await search('serif-bold');
+  await page.fill('#sample', 'Grüße 123');
+  await sample.and(page.locator('[style*="font"]'), {hasText: 'Grüße 123'}).waitFor();
+  const size = await fontSize();
+  await page.locator('#size').fill('2');
+  assert.ok((await fontSize()) > size * 1.7);
+  await page.reload();
+  await search('serif-bold');
+  await sample.filter({hasText: 'Grüße 123'}).waitFor();
+  assert.match(await sample.evaluate((element) => element.style.fontFamily), /^font\d+$/);
+  assert.ok((await fontSize()) > size * 1.7);
+  await page.fill('#sample', '');
+  await row('LiberationSerif-Bold').locator('.preview[src]').waitFor();
+  await page.locator('#size').fill('1.1');
 });
 
 test('web fonts are enabled from the page, which follows when somebody else disables them', async () => {
