@@ -4,6 +4,7 @@ import {Message} from './messages.js';
 import {plural, t} from './texts.js';
 
 const kPanelVersion = '1';
+const kTopic = 'activation'; // of notices
 
 export class Activation {
   #link;
@@ -39,7 +40,7 @@ export class Activation {
     if (inactive.length === 0) return;
     const name = this.#table.get(inactive[0])?.displayName ?? font.displayName;
     const undo = {text: t('undo'), act: () => this.activate(font)};
-    this.#notices.say(plural('font.deactivated', inactive.length, {name}), undo);
+    this.#notices.say(plural('font.deactivated', inactive.length, {name}), undo, kTopic);
   }
 
   // Deactivates a family. Shows at the other fonts what keeps them active. Resolves with the answer or null.
@@ -102,7 +103,7 @@ export class Activation {
       const font = this.#asked.get(id);
       if (!font) continue;
       this.#asked.delete(id);
-      this.#notices.say(plural('font.activated', fontIDs.length, {name: font.displayName}));
+      this.#notices.say(plural('font.activated', fontIDs.length, {name: font.displayName}), null, kTopic);
     }
   }
 }

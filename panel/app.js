@@ -3,6 +3,7 @@ import {Activation} from './activation.js';
 import {FontBrowser, settled} from './browser.js';
 import {Filters} from './filters.js';
 import {FontView, isChangeable, problemOf} from './fontview.js';
+import {Kinds} from './kinds.js';
 import {Link} from './link.js';
 import {ListDialog} from './listdialog.js';
 import {Lists} from './lists.js';
@@ -41,7 +42,7 @@ function connectTools({view, browser, samples}) {
 }
 
 // The bar below the list says what the row says, and has its actions, for those who don't use a mouse.
-function connectDetails({view, browser, activation}) {
+function connectDetails({view, browser, activation, kinds}) {
   const bar = element('details');
   let current = null;
   const show = () => {
@@ -50,7 +51,13 @@ function connectDetails({view, browser, activation}) {
     const state = current.isMissing ? 'missing' : current.isActive ? 'active' : 'inactive';
     bar.querySelector('.name').textContent = current.displayName;
     const place = current.location ? t(`location.${current.location}`) : '';
-    bar.querySelector('.facts').textContent = [current.postscriptName, place, t(`state.${state}`)].filter(Boolean).join(' · ');
+    const facts = [current.postscriptName, place, t(`state.${state}`)].filter(Boolean);
+    bar.querySelector('.facts').textContent = facts.join(' · ');
+    const font = current;
+    // Two files of one font differ in this alone.
+    kinds.of(font.id).then((kind) => {
+      if (kind && font === current) bar.querySelector('.facts').textContent = [facts[0], kind, ...facts.slice(1)].join(' · ');
+    });
     bar.querySelector('.problem').textContent = problemOf(current);
     const button = element('details-activate');
     button.hidden = !isChangeable(current);
@@ -66,6 +73,17 @@ function connectDetails({view, browser, activation}) {
     show();
   };
   return show;
+}
+
+// The way out of a list without fonts.
+function connectEmpty(browser, filters) {
+  element('empty-act').addEventListener('click', () => {
+    if (!browser.isRead) return browser.reload();
+    element('search').value = '';
+    browser.want({words: ''});
+    filters.clear();
+    element('search').focus();
+  });
 }
 
 function connectWebFonts(link, notices) {
@@ -110,6 +128,7 @@ async function start() {
   const address = new URL('events', document.baseURI.replace(/^http/, 'ws'));
   const link = new Link(address, {onState: (state) => session.setConnection(state), onAgent: (isRunning) => session.setAgent(isRunning)});
   const parts = new Parts(link);
+  const kinds = new Kinds(link);
   const samples = new Samples((ids) => view.redraw(ids));
   const previews = new Previews(link, (ids) => view.redraw(ids));
   const view = new FontView({
@@ -139,9 +158,10 @@ async function start() {
       notices.say(t('list.deleted', {name: list.smartListName}), {text: t('undo'), act: undo});
     },
   });
-  const showDetails = connectDetails({view, browser, activation});
+  const showDetails = connectDetails({view, browser, activation, kinds});
   connectTools({view, browser, samples});
-  new Filters(link, browser, parts);
+  const filters = new Filters(link, {browser, parts, kinds});
+  connectEmpty(browser, filters);
   connectWebFonts(link, notices);
   connectSize(link);
   link.on([Message.fontActivated, Message.fontDeactivated], ({fontIDs}) => samples.forget(fontIDs));

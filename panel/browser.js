@@ -26,6 +26,7 @@ export class FontBrowser {
   #wanted = {words: '', location: '', state: '', kind: null, library: null};
   #order = 'name';
   #empty = document.getElementById('empty');
+  #emptyKey = 'empty.loading';
   #lists;
 
   constructor(link, lists, view) {
@@ -60,6 +61,10 @@ export class FontBrowser {
     this.#order = order;
     this.#show();
     this.#view.rewind();
+  }
+
+  get isRead() {
+    return this.#fonts !== null;
   }
 
   locations() {
@@ -129,13 +134,23 @@ export class FontBrowser {
   }
 
   #setEmpty(key) {
-    this.#empty.dataset.text = key;
+    this.#emptyKey = key;
+  }
+
+  // An empty key: there are fonts.
+  #showEmpty(key) {
+    this.#empty.hidden = !key;
+    if (!key) return;
+    this.#empty.querySelector('.text').textContent = t(key);
+    const action = {'empty.search': 'empty.clear', 'empty.noAnswer': 'retry'}[key];
+    const button = this.#empty.querySelector('button');
+    button.hidden = !action;
+    button.textContent = action ? t(action) : '';
   }
 
   #showNone() {
     this.#view.show([], {sections: false});
-    this.#empty.hidden = false;
-    this.#empty.textContent = t(this.#empty.dataset.text);
+    this.#showEmpty(this.#emptyKey);
     document.getElementById('count').textContent = '';
   }
 
@@ -149,8 +164,7 @@ export class FontBrowser {
     const shown = filterFonts(fonts, this.#wanted);
     const hasSections = selected !== BuiltIn.documents && shown.some((font) => this.#documentIDs.has(font.id));
     this.#view.show(groupFonts(shown, this.#order, hasSections ? this.#documentIDs : new Set()), {sections: hasSections});
-    this.#empty.hidden = shown.length > 0;
-    this.#empty.textContent = t(fonts.length > 0 ? 'empty.search' : this.#empty.dataset.text);
+    this.#showEmpty(shown.length > 0 ? '' : fonts.length > 0 ? 'empty.search' : this.#emptyKey);
     document.getElementById('count').textContent =
       shown.length === fonts.length ? plural('family.count', fonts.length) : t('shown', {n: shown.length, all: fonts.length});
   }

@@ -5,13 +5,6 @@ import {Message} from './messages.js';
 import {nameOf, partID} from './parts.js';
 import {t} from './texts.js';
 
-// Names of formats, which are the same in every language. A kind that is not here is shown as the agent calls it.
-const kKindNames = {
-  'OpenType - PS': 'OpenType (PostScript)',
-  'OpenType - TT': 'OpenType (TrueType)',
-  Postscript: 'PostScript Type 1',
-  'PostScript - MM': 'PostScript Multiple Master',
-};
 const kFilters = ['location', 'active', 'kind', 'library'];
 
 const element = (id) => document.getElementById(id);
@@ -25,21 +18,20 @@ function fill(select, options) {
 }
 
 export class Filters {
-  #link;
   #browser;
   #parts;
-  #kinds = new Map(); // kind -> IDs of its fonts
+  #kinds;
   #libraries = new Map(); // value of an option -> part
   #asked = 0; // number of the newest question, so that late answers are ignored
 
-  constructor(link, browser, parts) {
-    this.#link = link;
+  constructor(link, {browser, parts, kinds}) {
     this.#browser = browser;
     this.#parts = parts;
+    this.#kinds = kinds;
     for (const name of kFilters) fill(choice(name), []);
     fill(choice('active'), [['active', t('state.active')], ['inactive', t('state.inactive')]]);
     element('filters').addEventListener('change', () => this.#use());
-    element('filter-clear').addEventListener('click', () => this.#clear());
+    element('filter-clear').addEventListener('click', () => this.clear());
     element('filter-details').addEventListener('toggle', (event) => event.target.open && this.#offer());
     link.on(Message.dataChanged, settled(() => this.#renew()));
     this.#closeByItself(element('filter-details'));
@@ -63,10 +55,7 @@ export class Filters {
   }
 
   async #offerKinds() {
-    const answer = await this.#link.askHost('getKinds');
-    if (!answer?.kinds) return;
-    this.#kinds = new Map(answer.kinds.map(({kind, fontIDs}) => [kind, new Set(fontIDs)]));
-    fill(choice('kind'), [...this.#kinds.keys()].map((kind) => [kind, kKindNames[kind] ?? kind]));
+    fill(choice('kind'), [...(await this.#kinds.all()).keys()].map((name) => [name, name]));
   }
 
   async #offerLibraries() {
@@ -80,19 +69,20 @@ export class Filters {
     const question = ++this.#asked;
     this.#showCount();
     const part = this.#libraries.get(choice('library').value);
-    const fontIDs = part ? await this.#parts.query([part]) : null;
+    const kind = choice('kind').value;
+    const [ofKind, ofLibrary] = await Promise.all([kind && this.#kinds.all(), part && this.#parts.query([part])]);
     if (question !== this.#asked) return;
     this.#browser.want({
       location: choice('location').value,
       state: choice('active').value,
-      kind: this.#kinds.get(choice('kind').value) ?? null,
-      library: fontIDs && new Set(fontIDs),
+      kind: (kind && ofKind.get(kind)) || null,
+      library: ofLibrary ? new Set(ofLibrary) : null,
     });
   }
 
-  #clear() {
+  clear() {
     for (const name of kFilters) choice(name).value = '';
-    element('filter-details').querySelector('summary').focus(); // the button goes away
+    if (element('filter-details').open) element('filter-details').querySelector('summary').focus(); // the button goes away
     this.#use();
   }
 

@@ -27,16 +27,17 @@ export class Notices {
     button.onclick = action?.act ?? null;
   }
 
-  say(text, action = null) {
+  // A notice takes the place of an older one about the same topic, if it has one: what that said is over.
+  say(text, action = null, topic = '') {
+    if (topic) this.#notices.querySelector(`[data-topic="${topic}"]`)?.remove();
     const notice = document.createElement('div');
     notice.className = 'notice';
+    notice.dataset.topic = topic;
     const words = document.createElement('span');
     words.textContent = text;
     notice.append(words);
     const timer = setTimeout(() => notice.remove(), kNoticeTime);
-    const addButton = (label, act) => {
-      const button = document.createElement('button');
-      button.textContent = label;
+    const addButton = (button, act) => {
       button.addEventListener('click', () => {
         clearTimeout(timer);
         notice.remove();
@@ -44,8 +45,12 @@ export class Notices {
       });
       notice.append(button);
     };
-    if (action) addButton(action.text, action.act);
-    addButton(t('close'), () => {});
+    if (action) {
+      const button = document.createElement('button');
+      button.textContent = action.text;
+      addButton(button, action.act);
+    }
+    addButton(document.getElementById('close-button').content.firstElementChild.cloneNode(true), () => {});
     this.#notices.append(notice);
     while (this.#notices.children.length > kMostNotices) this.#notices.firstElementChild.remove();
   }

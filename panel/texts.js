@@ -22,8 +22,11 @@ export async function loadTexts() {
 export function t(key, values = {}) {
   const text = texts[key] ?? english[key];
   if (text === undefined) throw new Error(`no text ${key}`);
-  return text.replace(/\{(\w+)\}/g, (_, name) => (typeof values[name] === 'number' ? numbers.format(values[name]) : values[name]));
+  return text.replace(/\{(\w+)\}/g, (_, name) => (typeof values[name] === 'number' ? numbers.format(values[name]) : isolated(values[name])));
 }
+
+// A name that is written from right to left does not turn round the sentence in which it stands.
+const isolated = (name) => (/[\u0590-\u08ff\ufb1d-\ufefc]/.test(name) ? `\u2068${name}\u2069` : name);
 
 export function plural(key, n, values = {}) {
   const form = rules.select(n) === 'one' ? 'one' : 'other';
