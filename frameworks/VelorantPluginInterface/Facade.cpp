@@ -154,7 +154,7 @@ bool Facade::IsRetired() const {
 
 bool Facade::IsConnected() const {
   const ConnectionRef connection = Connection();
-  return connection && !connection->IsLost();
+  return connection && !connection->HasEnded();  // the reader thread may not have noticed the end yet
 }
 
 bool Facade::IsLost() const {
@@ -164,7 +164,7 @@ bool Facade::IsLost() const {
 
 void Facade::AwaitLastWords() const {
   const ConnectionRef connection = Connection();
-  if (connection && connection->IsLost()) connection->AwaitDelivery();
+  if (connection && connection->HasEnded()) connection->AwaitDelivery();
 }
 
 uint32_t Facade::Connect() {
