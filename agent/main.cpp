@@ -15,6 +15,7 @@
 #include "agent/server/Agent.h"
 #include "agent/store/Configuration.h"
 #include "agent/store/InstanceLock.h"
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
 #include "platform/LocalSocket.h"
@@ -129,6 +130,7 @@ std::optional<agent::Configuration> ReadOrSetUp(const std::string& stateFolder, 
 }  // namespace
 
 int main(int count, char** arguments) {
+  platform::ReserveStandardStreams();
   if (count != 2) return Fail("usage: Nexcore STATE-FOLDER", kBadArgument);
   std::string error;
   const auto configuration = ReadOrSetUp(arguments[1], error);

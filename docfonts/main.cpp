@@ -22,6 +22,7 @@
 #include "docfonts/Options.h"
 #include "docfonts/ReaderPool.h"
 #include "docfonts/Resolver.h"
+#include "platform/Descriptor.h"
 #include "platform/Folders.h"
 #include "platform/Fonts.h"
 #include "platform/PlainText.h"
@@ -188,4 +189,7 @@ int Main(const std::vector<std::string>& arguments) {
 
 }  // namespace docfonts
 
-int main(int count, char** arguments) { return docfonts::Main({arguments + 1, arguments + count}); }
+int main(int count, char** arguments) {
+  platform::ReserveStandardStreams();
+  return docfonts::Main({arguments + 1, arguments + count});
+}

@@ -5,6 +5,7 @@
 #include "nexctl/Commands.h"
 #include "nexctl/Help.h"
 #include "nexctl/Session.h"
+#include "platform/Descriptor.h"
 #include "platform/PlainText.h"
 
 namespace {
@@ -40,6 +41,7 @@ int RunCommand(const nexctl::Options& options) {
 }  // namespace
 
 int main(int count, char** words) {
+  platform::ReserveStandardStreams();
   nexctl::Options options;
   const std::string problem = nexctl::ParseOptions(std::vector<std::string>(words + 1, words + count), options);
   if (!problem.empty()) return Fail(problem.c_str(), kWrongUsage);

@@ -1,5 +1,6 @@
 #include "platform/Descriptor.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
@@ -21,6 +22,12 @@ Descriptor::~Descriptor() { Close(); }
 void Descriptor::Close() {
   if (fd_ >= 0) close(fd_);
   fd_ = -1;
+}
+
+void ReserveStandardStreams() {
+  int fd = 0;
+  while (fd >= 0 && fd <= STDERR_FILENO) fd = open("/dev/null", O_RDONLY);
+  if (fd >= 0) close(fd);
 }
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 // with-fonts: runs a program with the fonts of its documents.
 #include <cstdio>
 
+#include "platform/Descriptor.h"
 #include "platform/Trace.h"
 #include "with-fonts/Complain.h"
 #include "with-fonts/Options.h"
@@ -32,4 +33,7 @@ int Main(const std::vector<std::string>& arguments) {
 
 }  // namespace with_fonts
 
-int main(int count, char** arguments) { return with_fonts::Main({arguments + 1, arguments + count}); }
+int main(int count, char** arguments) {
+  platform::ReserveStandardStreams();
+  return with_fonts::Main({arguments + 1, arguments + count});
+}

@@ -103,10 +103,13 @@ TEST_F(WithFonts, TheProgramSeesTheFontsOfItsDocumentsAndTheyAreGoneAtItsEnd) {
     EXPECT_EQ(run.status, 0) << row.words << run.errors;
     EXPECT_EQ(run.output, row.listed) << row.words;
     EXPECT_THAT(run.errors, HasSubstr(row.line)) << row.words;
-    EXPECT_EQ(run.errors.empty(), !*row.line) << row.words;
+    EXPECT_EQ(run.errors.empty(), !*row.line) << row.words << run.errors;
     EXPECT_EQ(Listed(), "") << row.words;
   }
   EXPECT_THAT(folder_.Names("home/.local/state/velorant/desktop/private"), IsEmpty());
+  // Streams that are closed do not get in the way.
+  Script("closed", "exec '" APP_DIR "/with-fonts/with-fonts' ./list $1 <&- 2>&-\n");
+  EXPECT_EQ(test_support::RunLine("cd '" + folder_.Path() + "' && ./closed " + kPoster, folder_).output, kPosterFonts);
 }
 
 TEST_F(WithFonts, PassesOnArgumentsInputStatusAndSignals) {
