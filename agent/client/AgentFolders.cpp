@@ -109,7 +109,11 @@ std::error_code MakeSessionFolder(const std::string& stateFolder) {
   const std::string usual = stateFolder + "/run";
   if (HasAgent(usual)) return {};
   std::error_code error = platform::MakeFolder(usual, 0700);
-  if (!error) error = TryFileIn(usual);
+  if (!error) {
+    error = TryFileIn(usual);
+    // Somebody is removing the state folder.
+    if (error == std::errc::no_such_file_or_directory) return error;
+  }
   return error && MakeSubstitute(stateFolder) ? std::error_code() : error;
 }
 

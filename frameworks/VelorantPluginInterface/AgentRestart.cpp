@@ -24,14 +24,24 @@ using Clock = std::chrono::steady_clock;
 constexpr size_t kMostRestarts = 3;
 constexpr auto kPeriod = std::chrono::minutes(1);
 
+struct Restarts {
+  std::mutex mutex;  // guards what follows
+  std::deque<Clock::time_point> times;
+};
+
+// Leaked on purpose: a thread may still call when the process ends.
+Restarts& Recent() {
+  static auto* restarts = new Restarts;
+  return *restarts;
+}
+
 bool MayRestart() {
-  static std::mutex sMutex;
-  static std::deque<Clock::time_point> sRestarts;
-  const std::lock_guard lock(sMutex);
+  Restarts& recent = Recent();
+  const std::lock_guard lock(recent.mutex);
   const Clock::time_point now = Clock::now();
-  while (!sRestarts.empty() && now - sRestarts.front() > kPeriod) sRestarts.pop_front();
-  if (sRestarts.size() >= kMostRestarts) return false;
-  sRestarts.push_back(now);
+  while (!recent.times.empty() && now - recent.times.front() > kPeriod) recent.times.pop_front();
+  if (recent.times.size() >= kMostRestarts) return false;
+  recent.times.push_back(now);
   return true;
 }
 
@@ -52,6 +62,12 @@ void Restart(const std::string& runtimeFolder) {
 }
 
 }  // namespace
+
+void ForgetRestarts() {
+  Restarts& recent = Recent();
+  const std::lock_guard lock(recent.mutex);
+  recent.times.clear();
+}
 
 std::shared_ptr<Facade> ReturnToAgent() {
   std::shared_ptr<Facade> facade = CurrentFacade();

@@ -10,9 +10,9 @@
 
 namespace plugin_interface {
 
-// Call after a call has returned an agent-gone code, or if no agent's process runs. If this process was connected to an agent that did not announce
-// its end, waits for a new one, and starts it if no other program has. Returns the facade through which it answers;
-// null if there is no agent, or if it was started too often lately. Thread-safe.
+// Call after a call has returned an agent-gone code, or if no agent's process runs. If this process was connected to an
+// agent that did not announce its end, waits for a new one, and starts it if no other program has. Returns the facade
+// through which it answers; null if there is no agent, or if it was started too often lately. Thread-safe.
 std::shared_ptr<Facade> ReturnToAgent();
 
 // CallUnchanging that repeats the call once if the agent has ended.
@@ -23,5 +23,7 @@ Reply<Call> AskAgent(PluginInterface::FacadeHandle handle, const typename Call::
   const auto facade = ReturnToAgent();
   return facade ? facade->Call<Call>(arguments) : reply;
 }
+// Call at an orderly end: what the next session of this process needs is not counted with what this one needed.
+void ForgetRestarts();
 
 }  // namespace plugin_interface

@@ -55,6 +55,7 @@ TModuleErrorCode CleanUpOnShutdown(FacadeHandle h) {
   return Guarded([&] {
     uint32_t code = kSuccess;
     if (FacadeOf(h, code)) DiscardFacade(true);
+    ForgetRestarts();
     return code;
   });
 }
