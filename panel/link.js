@@ -28,6 +28,7 @@ export class Link {
   #listeners = new Map(); // identifier -> functions
   #requests = 0;
   #waiting = new Map(); // number of a request to the host -> function that takes the answer
+  #losers = new Set(); // functions that are called when the connection is lost
 
   // `onState(state)` is called with 'connected', 'lost' or 'replaced'; `onAgent(isRunning)` when the host says so.
   constructor(address, {onState, onAgent}) {
@@ -46,11 +47,16 @@ export class Link {
     socket.onmessage = ({data}) => this.#receive(JSON.parse(data));
     socket.onclose = ({code}) => {
       for (const take of [...this.#waiting.values()]) take(null);
+      for (const lose of [...this.#losers]) lose();
       if (code === kReplacedCode) return this.onState('replaced');
       this.onState('lost');
       setTimeout(() => this.connect(), this.#delay);
       this.#delay = Math.min(this.#delay * 2, kLongestDelay);
     };
+  }
+
+  get isConnected() {
+    return this.#socket?.readyState === WebSocket.OPEN;
   }
 
   on(messageIDs, listener) {
@@ -64,15 +70,24 @@ export class Link {
     for (const id of [messageIDs].flat()) this.#listeners.get(id)?.delete(listener);
   }
 
+  // Calls the function when the connection is lost, until it is removed with `offLoss`.
+  onLoss(listener) {
+    this.#losers.add(listener);
+  }
+
+  offLoss(listener) {
+    this.#losers.delete(listener);
+  }
+
   // Without a connection the message is lost, like the state that it was for: a new connection asks for everything again.
   send(messageID, fields = {}) {
-    if (this.#socket?.readyState !== WebSocket.OPEN) return;
+    if (!this.isConnected) return;
     this.#post(kToPlugin, {messageID, ...fields});
   }
 
   // Asks the host itself. Resolves with the answer; null if the host can't do it or is gone.
   askHost(call, fields = {}) {
-    if (this.#socket?.readyState !== WebSocket.OPEN) return Promise.resolve(null);
+    if (!this.isConnected) return Promise.resolve(null);
     const request = ++this.#requests;
     return new Promise((resolve) => {
       const take = (answer) => {
@@ -127,15 +142,20 @@ export class Channel {
   }
 
   #askNow(messageID, fields) {
+    if (!this.#link.isConnected) return null;
     return new Promise((resolve) => {
       const finish = (message) => {
         if (message && !this.#accept(message, fields)) return;
         clearTimeout(timer);
         this.#link.off(this.#replies, finish);
+        this.#link.offLoss(giveUp);
         resolve(message);
       };
-      const timer = setTimeout(() => finish(null), this.#patience);
+      // Replies to what was asked through a connection that is lost do not come.
+      const giveUp = () => finish(null);
+      const timer = setTimeout(giveUp, this.#patience);
       this.#link.on(this.#replies, finish);
+      this.#link.onLoss(giveUp);
       this.#link.send(messageID, fields);
     });
   }

@@ -39,6 +39,12 @@ export class Host {
     fs.renameSync(this.makeTinyFonts(count), path.join(this.library, `tiny-${count}`));
   }
 
+  // Removes a font's file from the library.
+  removeFont(name) {
+    const found = fs.readdirSync(this.library).map((folder) => path.join(this.library, folder, name)).find((file) => fs.existsSync(file));
+    fs.rmSync(found);
+  }
+
   nexctl(...words) {
     execFileSync(path.join(process.env.BUILD, 'app/nexctl/nexctl'), ['--state', this.state, ...words]);
   }

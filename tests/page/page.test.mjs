@@ -97,7 +97,7 @@ test('a font takes the place of another one with its name, unless a document use
   assert.ok(host.activeFonts().includes('NimbusSans-Bold'));
 });
 
-test('the keyboard alone finds and activates a font', async () => {
+test('the keyboard alone finds a font, activates and deactivates it', async () => {
   await page.locator('#fonts').focus();
   await page.keyboard.press('/');
   await page.keyboard.type('c059 italic');
@@ -105,6 +105,12 @@ test('the keyboard alone finds and activates a font', async () => {
   await page.keyboard.press('Home');
   await page.keyboard.press('ArrowRight');
   await page.locator('#fonts[aria-activedescendant] .row.font.current').waitFor();
+  await page.keyboard.press('Enter');
+  await host.until(() => host.activeFonts().includes('C059-Italic'));
+  await page.locator('.row.current[data-state=active]').waitFor();
+  await page.keyboard.press('Enter');
+  await host.until(() => !host.activeFonts().includes('C059-Italic'));
+  await page.locator('.row.current[data-state=inactive]').waitFor();
   await page.keyboard.press('Enter');
   await host.until(() => host.activeFonts().includes('C059-Italic'));
 });
@@ -130,7 +136,7 @@ test('a smart list is created, queried, renamed, deleted and brought back', asyn
   await countIs('0 fonts');
   await page.click('#delete-list');
   await list('Autumn').waitFor({state: 'detached'});
-  await page.locator('.notice button', {hasText: 'Undo'}).click();
+  await page.locator('.notice', {hasText: 'Autumn'}).locator('button', {hasText: 'Undo'}).click();
   await list('Autumn').waitFor();
   await list('Autumn').press('Delete');
   await list('Autumn').waitFor({state: 'detached'});
@@ -344,6 +350,24 @@ test('a page that sends something else than events is disconnected and comes bac
   });
 });
 
+test('a page that has lost its connection connects again by itself', async () => {
+  await page.reload();
+  await page.locator('.row.section').first().waitFor();
+  await page.evaluate(() => {
+    const send = WebSocket.prototype.send;
+    WebSocket.prototype.send = function () {
+      WebSocket.prototype.send = send;
+      send.call(this, 'nothing that the server takes');
+    };
+  });
+  await list('Active').click();
+  await heard(page, 'No connection to the document host.');
+  await page.locator('#state[data-kind=ok]').waitFor();
+  await page.locator('#banner').waitFor({state: 'hidden'});
+  await list('All fonts').click();
+  await row('LiberationSerif-Bold', 'active').waitFor();
+});
+
 test('a newer page takes the place of an older one', async () => {
   const second = await openPanel(browser, address, {locale: 'de'});
   await second.locator('.row.font:not([hidden])').first().waitFor();
@@ -382,6 +406,16 @@ test('a window of its own has the size again that it had last', async () => {
   await row('LiberationSerif-Bold').waitFor();
 });
 
+test('a font of an open document whose file has gone is marked, and stays first', async () => {
+  await search('');
+  host.removeFont('LiberationSerif-Bold.ttf');
+  const missing = row('LiberationSerif-Bold', 'missing');
+  await missing.locator('.badge', {hasText: 'Missing'}).waitFor();
+  assert.ok(Number(await missing.getAttribute('aria-rowindex')) < 8);
+  await missing.locator('.problem', {hasText: 'no longer in the library'}).waitFor();
+  assert.ok(await missing.locator('button').isHidden());
+});
+
 test('the page has had no fault', () => {
   assert.deepEqual(page.faults.filter((fault) => !fault.includes('WebSocket')), []);
 });
@@ -409,4 +443,21 @@ test('the page says that the agent has stopped, and goes on when it is back', as
     hasGoneOn = await killAgentOf(lonely).finally(() => lonely.stop());
   }
   assert.ok(hasGoneOn);
+});
+
+test('a font that the font manager refuses says so where it is', async () => {
+  const strict = new Host();
+  fs.mkdirSync(strict.state);
+  fs.writeFileSync(path.join(strict.state, 'nexcore.json'), JSON.stringify({refused: ['P052-Bold']}));
+  try {
+    const panel = await openPanel(browser, await strict.start());
+    await panel.fill('#search', 'p052-bold');
+    const refused = panel.locator('.row.font:not([hidden])', {has: panel.locator('.caption', {hasText: /^P052-Bold$/})}).first();
+    await refused.hover();
+    await refused.locator('button').click();
+    await refused.locator('.problem', {hasText: 'may not be activated here'}).waitFor();
+    assert.ok(!strict.activeFonts().includes('P052-Bold\n'));
+  } finally {
+    await strict.stop();
+  }
 });
