@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'Aktive Schrift zeigen',
   'font.conflict': '„{name}“ heißt genauso und ist aktiv.',
   'font.otherFont': 'eine andere Schrift',
-  'font.refused': 'Diese Schrift darf hier nicht aktiviert werden.',
+  'font.refused': 'Diese Schrift darf hier nicht aktiviert werden. Nehmen Sie eine andere, oder fragen Sie, wer die Schriften verwaltet.',
   'font.missingWhy': 'Ihre Datei ist nicht mehr in der Bibliothek.',
   'font.failed': '„{name}“ konnte nicht aktiviert werden.',
   'font.noAnswer': 'Keine Antwort zu „{name}“. Versuchen Sie es erneut.',

@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'Show the active font',
   'font.conflict': '“{name}” has the same name and is active.',
   'font.otherFont': 'another font',
-  'font.refused': 'This font may not be activated here.',
+  'font.refused': 'This font may not be activated here. Use another one, or ask whoever manages the fonts.',
   'font.missingWhy': 'Its file is no longer in the library.',
   'font.failed': '“{name}” could not be activated.',
   'font.noAnswer': 'No answer about “{name}”. Try again.',

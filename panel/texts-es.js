@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'Mostrar la fuente activa',
   'font.conflict': '«{name}» tiene el mismo nombre y está activa.',
   'font.otherFont': 'otra fuente',
-  'font.refused': 'Esta fuente no se puede activar aquí.',
+  'font.refused': 'Esta fuente no se puede activar aquí. Use otra o consulte a quien administra las fuentes.',
   'font.missingWhy': 'Su archivo ya no está en la biblioteca.',
   'font.failed': 'No se pudo activar «{name}».',
   'font.noAnswer': 'Sin respuesta sobre «{name}». Inténtelo de nuevo.',

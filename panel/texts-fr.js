@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'Afficher la police active',
   'font.conflict': '« {name} » porte le même nom et est active.',
   'font.otherFont': 'une autre police',
-  'font.refused': 'Cette police ne peut pas être activée ici.',
+  'font.refused': 'Cette police ne peut pas être activée ici. Prenez-en une autre, ou adressez-vous à la personne qui gère les polices.',
   'font.missingWhy': 'Son fichier n’est plus dans la bibliothèque.',
   'font.failed': '« {name} » n’a pas pu être activée.',
   'font.noAnswer': 'Pas de réponse pour « {name} ». Réessayez.',

@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'Mostra il font attivo',
   'font.conflict': '“{name}” ha lo stesso nome ed è attivo.',
   'font.otherFont': 'un altro font',
-  'font.refused': 'Questo font non può essere attivato qui.',
+  'font.refused': 'Questo font non può essere attivato qui. Usane un altro o chiedi a chi gestisce i font.',
   'font.missingWhy': 'Il suo file non è più nella libreria.',
   'font.failed': 'Impossibile attivare “{name}”.',
   'font.noAnswer': 'Nessuna risposta per “{name}”. Riprova.',

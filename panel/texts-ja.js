@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'アクティブなフォントを表示',
   'font.conflict': '同じ名前の「{name}」がアクティブです。',
   'font.otherFont': '別のフォント',
-  'font.refused': 'このフォントはここではアクティブにできません。',
+  'font.refused': 'このフォントはここではアクティブにできません。別のフォントを使うか、フォントの管理者に確認してください。',
   'font.missingWhy': 'ファイルがライブラリにありません。',
   'font.failed': '「{name}」をアクティブにできませんでした。',
   'font.noAnswer': '「{name}」の応答がありません。再試行してください。',

@@ -58,7 +58,7 @@ export default {
   'font.showOther': 'Mostrar a fonte ativa',
   'font.conflict': '“{name}” tem o mesmo nome e está ativa.',
   'font.otherFont': 'outra fonte',
-  'font.refused': 'Esta fonte não pode ser ativada aqui.',
+  'font.refused': 'Esta fonte não pode ser ativada aqui. Use outra ou fale com quem gerencia as fontes.',
   'font.missingWhy': 'O arquivo não está mais na biblioteca.',
   'font.failed': 'Não foi possível ativar “{name}”.',
   'font.noAnswer': 'Sem resposta sobre “{name}”. Tente novamente.',
