@@ -115,7 +115,7 @@ TEST_F(PDFInputFixture, AJumpCostsABlockAndReadingOnTwiceTheBytes) {
   EXPECT_EQ(input.GetBytesRead(), 256u * kJumps);
   input.SeekAndReadBlock(0);
   while (input.ReadCharacter() != PDFInput::kEnd) continue;
-  EXPECT_LE(input.GetBytesRead(), 256u * kJumps + size_t{2} * kDistance * kJumps + 16384);
+  EXPECT_LE(input.GetBytesRead(), size_t{256} * kJumps + size_t{2} * kDistance * kJumps + 16384);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <set>
+#include <utility>
 
 #include "Readers/Document/QPDFByteSource.h"
 
@@ -62,7 +63,7 @@ void ReadLetterWidths(QPDFObjectHandle font, ListedPDFFont& listed) {
 
 // Heights and the average width are left out: common producers write the same numbers for every font.
 void ReadLook(QPDFObjectHandle font, QPDFObjectHandle descriptor, ListedPDFFont& listed) {
-  ReadLetterWidths(font, listed);
+  ReadLetterWidths(std::move(font), listed);
   if (!descriptor.isDictionary()) return;
   // A bit that is not set says little: not all producers know these.
   const int flags = IntegerOf(descriptor.getKey("/Flags"));
