@@ -62,8 +62,8 @@ void ReadLetterWidths(QPDFObjectHandle font, ListedPDFFont& listed) {
 }
 
 // Heights and the average width are left out: common producers write the same numbers for every font.
-void ReadLook(QPDFObjectHandle font, QPDFObjectHandle descriptor, ListedPDFFont& listed) {
-  ReadLetterWidths(std::move(font), listed);
+void ReadLook(const QPDFObjectHandle& font, QPDFObjectHandle descriptor, ListedPDFFont& listed) {
+  ReadLetterWidths(font, listed);
   if (!descriptor.isDictionary()) return;
   // A bit that is not set says little: not all producers know these.
   const int flags = IntegerOf(descriptor.getKey("/Flags"));
