@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <new>
@@ -79,6 +80,9 @@ void ReaderPool::Serve(int socket) {
   // Sanitizers reserve more than that.
   if (!platform::kIsSanitized) setrlimit(RLIMIT_AS, &memory);
   std::set_new_handler([] { _exit(kOutOfMemory); });
+  // Nothing that is read here is a local time, but for each entry of an archive the C library would look whether the
+  // file of the time zone has changed.
+  setenv("TZ", "UTC0", 1);
   for (std::string path; !platform::ReceiveMessage(socket, path);) {
     LimitNext(path);
     std::string answer = Dump(read_(path));

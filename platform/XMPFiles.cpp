@@ -161,7 +161,9 @@ bool TXMPFiles::OpenFile(const char* path, uint32_t format, XMP_OptionBits optio
   if (!state.scans) state.format = FindXMPFormat(path);
   if (!state.scans && state.format == XMPFormat::kOther) return false;
   XMPMessage answer;
-  if (!Read(path, state.scans, answer)) return false;
+  // Most documents that are searched have no packet. The worker would answer the same, later.
+  const bool isEmpty = state.scans && !MayHavePacket(path);
+  if (!isEmpty && !Read(path, state.scans, answer)) return false;
   state.original = std::move(answer.packet);
   state.canGrow = answer.number != 0;
   state.isOpen = true;

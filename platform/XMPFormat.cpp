@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
+#include "platform/ByteSource.h"
 #include "platform/Descriptor.h"
 
 namespace platform {
@@ -33,6 +35,24 @@ XMPFormat FindXMPFormat(const std::string& path) {
     if (head.starts_with(beginning)) return format;
   }
   return XMPFormat::kOther;
+}
+
+bool MayHavePacket(const std::string& path) {
+  // The identifier of all packets, or the beginning of it in 16 or 32 bits a character, whatever their order.
+  constexpr std::string_view kMarks[] = {"W5M0MpCehiHzreSzNTczkc9d"sv, "W\0005\0M\0000\0M\0p"sv,
+                                         "W\0\0\0005\0\0\0M\0\0\0000"sv};
+  constexpr size_t kLongest = 24;
+  ByteSource bytes;
+  if (bytes.Open(path) || bytes.Size() == 0) return true;
+  uint64_t at = 0;
+  while (true) {
+    const std::string_view view = bytes.View(at, kLongest);
+    for (const std::string_view mark : kMarks) {
+      if (memmem(view.data(), view.size(), mark.data(), mark.size())) return true;
+    }
+    if (view.size() < kLongest) return static_cast<bool>(bytes.Error());
+    at += view.size() - (kLongest - 1);  // a mark may continue in the next view
+  }
 }
 
 const char* ExtensionOf(XMPFormat format) {

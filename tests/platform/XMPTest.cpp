@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Files.h"
+#include "platform/XMPFormat.h"
 #include "platform/XMPWorker.h"
 #include "support/FullDisk.h"
 #include "support/TempFolder.h"
@@ -328,6 +329,28 @@ TEST_F(XMPTest, WhatTheLibraryCannotStandIsRefused) {
     const std::string reported = testing::internal::GetCapturedStderr();
     EXPECT_EQ(reported, outcome.starts_with('/') ? outcome + "\n" : "") << row.name;
   }
+}
+
+// A file that is not suspected is not searched by the library.
+TEST_F(XMPTest, APacketIsSuspectedInEveryEncodingWhereverItIs) {
+  const std::string packet = "<?xpacket begin=\"\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>";
+  for (const size_t bytesPerCharacter : {1, 2, 4}) {
+    for (const bool isBigEndian : {false, true}) {
+      std::string text(packet.size() * bytesPerCharacter, '\0');
+      for (size_t i = 0; i < packet.size(); ++i) {
+        text[i * bytesPerCharacter + (isBigEndian ? bytesPerCharacter - 1 : 0)] = packet[i];
+      }
+      // The file is looked at in pieces of 16 to 128 KiB.
+      for (size_t before = 0; before < (size_t{300} << 10); before += before == 0 ? 16'000 : 16'384 - 43) {
+        const std::string path = folder_.Write("file", std::string(before, 'W') + text);
+        EXPECT_TRUE(MayHavePacket(path)) << bytesPerCharacter << " " << isBigEndian << " " << before;
+      }
+    }
+  }
+  for (const char* text : {"W", "W5M0", "A text that has no packet but is long enough for one"}) {
+    EXPECT_FALSE(MayHavePacket(folder_.Write("file", text)));
+  }
+  EXPECT_TRUE(MayHavePacket(folder_.Write("file", ""))) << "what the library says of it";
 }
 
 TEST_F(XMPTest, AWorkerThatDoesNotAnswerIsEndedAndTheNextRequestServed) {
