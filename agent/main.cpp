@@ -50,8 +50,8 @@ platform::Descriptor CatchEndSignals() {
   return platform::Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
-// Takes the socket that a service manager passes to the agent that it starts for a client. Returns false, with a line in
-// `problem`, if it passes another one.
+// Takes the socket that a service manager passes to the agent that it starts for a client. Returns false, with a line
+// in `problem`, if it passes another one.
 bool TakePassedSocket(const agent::Configuration& configuration, platform::Descriptor& passed, std::string& problem) {
   // The helper programs of the agent inherit its environment, so what it says about the socket is removed.
   const int count = sd_listen_fds(1);
@@ -107,8 +107,8 @@ int Run(const agent::Configuration& configuration) {
   return agent.IsLost() ? 1 : 0;
 }
 
-// A service manager, or a program that only asks, may start the agent of a user who has none yet. On a disk that cannot be
-// written the agent has that user's configuration in memory. Returns nothing, with one line in `error`, on failure.
+// A service manager, or a program that only asks, may start the agent of a user who has none yet. On a disk that cannot
+// be written the agent has that user's configuration in memory. Returns nothing, with one line in `error`, on failure.
 std::optional<agent::Configuration> ReadOrSetUp(const std::string& stateFolder, std::string& error) {
   const bool isNew = !platform::FileExists(stateFolder + "/" + agent_protocol::kConfigurationName);
   if (!isNew || stateFolder != platform::UserStateFolder()) return agent::ReadConfiguration(stateFolder, error);

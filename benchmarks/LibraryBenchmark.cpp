@@ -135,8 +135,8 @@ void CompareLookUps(RunningAgent& agent, size_t faces) {
   CompareCalls("record" + title, 1.5, agent, records);
 }
 
-// Compares the time from the agent's start until it answers with that of the floor. The state folder is a new one for each
-// start, unless one is given.
+// Compares the time from the agent's start until it answers with that of the floor. The state folder is a new one for
+// each start, unless one is given.
 void CompareStarts(const std::string& name, double limit, const TempFolder* given, const std::string& library,
                    const std::function<void()>& floor) {
   std::unique_ptr<TempFolder> fresh;
@@ -269,8 +269,8 @@ void LinkFlatAndLook(const std::vector<std::string>& files, const std::string& f
   LookForDocumentFonts();
 }
 
-// As the agent links: in 16 folders, for each of which fontconfig writes a cache, and each link gets its name when it is
-// complete.
+// As the agent links: in 16 folders, for each of which fontconfig writes a cache, and each link gets its name when it
+// is complete.
 void LinkSpreadAndLook(const std::vector<std::string>& files, const std::string& folder) {
   platform::RunLoop loop;
   agent::ActiveFolder spread(folder, agent::LinkKind::kSymbolic, loop);

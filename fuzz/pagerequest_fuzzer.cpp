@@ -1,6 +1,6 @@
 // Any bytes as a request to the server of the panel's page: nothing is given without the token, and no name leaves its
-// folder. Any bytes as a message of the plug-in make no file readable that the message does not name. Any bytes as a request
-// to the host get an answer under their number, or none.
+// folder. Any bytes as a message of the plug-in make no file readable that the message does not name. Any bytes as a
+// request to the host get an answer under their number, or none.
 #include <nlohmann/json.hpp>
 #include <string>
 

@@ -21,8 +21,8 @@ class PLATFORM_API Descriptor {
   int fd_ = -1;
 };
 
-// For the start of a program. If a standard stream is closed, the next file that is opened would take its number, and get
-// what is written for people. Such a stream is opened for reading only, so that writing to it fails as before.
+// For the start of a program. If a standard stream is closed, the next file that is opened would take its number, and
+// get what is written for people. Such a stream is opened for reading only, so that writing to it fails as before.
 PLATFORM_API void ReserveStandardStreams();
 
 }  // namespace platform

@@ -32,8 +32,8 @@ PLATFORM_API std::error_code CheckReadable(const std::string& path);
 // fails there, the copy stays, and FinishInterruptedWrite completes the write.
 PLATFORM_API std::error_code ReplaceFile(const std::string& path, std::string_view bytes);
 // Replaces a file that can be made again, without waiting for the disk: a killed program leaves the old file or the new
-// one, a power failure perhaps an empty one. The new file is beside it as ".NAME.new" until it is complete. One program at
-// a time may replace it.
+// one, a power failure perhaps an empty one. The new file is beside it as ".NAME.new" until it is complete. One program
+// at a time may replace it.
 PLATFORM_API std::error_code ReplaceFileUnsynced(const std::string& path, std::string_view bytes);
 // Replaces `old` at the offset by the same number of other bytes, all or none: a journal beside the file (".patch-...")
 // contains both until the file has the new ones. A reader at that moment may see a mixture. FinishInterruptedWrite

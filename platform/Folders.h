@@ -34,8 +34,8 @@ PLATFORM_API const Places& GetPlaces();
 // Absolute paths without a trailing separator.
 PLATFORM_API std::string UserStateFolder();     // of the agent that serves the user's desktop
 PLATFORM_API std::string SandboxStateFolder();  // of a host with a sandbox, and of its agent
-// This user's folders for what lasts only for a session, the best one first. They may be missing. Programs with different
-// environments find those of each other among them.
+// This user's folders for what lasts only for a session, the best one first. They may be missing. Programs with
+// different environments find those of each other among them.
 PLATFORM_API std::vector<std::string> SessionFolders();
 PLATFORM_API std::string LocalLibraryFolder();     // root + "/Library"
 PLATFORM_API std::string UserLibraryFolder();      // home + "/Library"

@@ -46,8 +46,8 @@ PLATFORM_API bool IsPostScriptNameActive(const std::string& name);
 PLATFORM_API const ActiveFont* FindFace(const FontSnapshot& snapshot, const std::string& family, int weight,
                                         bool isItalic, int stretch);
 
-// Returns the families that can take the place of this one, the preferred ones first: those that the configuration binds
-// as closely as the family itself, as a rule because their letters are exactly as wide. They need not be active.
+// Returns the families that can take the place of this one, the preferred ones first: those that the configuration
+// binds as closely as the family itself, as a rule because their letters are exactly as wide. They need not be active.
 PLATFORM_API std::vector<std::string> InterchangeableFamilies(const std::string& family);
 
 PLATFORM_API std::set<std::string> ActivePostScriptNames();

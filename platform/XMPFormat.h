@@ -11,8 +11,8 @@ namespace platform {
 enum class XMPFormat { kOther, kLayered, kJPEG, kTIFF, kPNG, kPostScript };
 
 XMPFormat FindXMPFormat(const std::string& path);
-// False if a search through the file finds no packet of metadata in any encoding. True also if that is not known: the file
-// is empty or cannot be read.
+// False if a search through the file finds no packet of metadata in any encoding. True also if that is not known: the
+// file is empty or cannot be read.
 PLATFORM_API bool MayHavePacket(const std::string& path);
 // The extension that the library expects for such a file.
 const char* ExtensionOf(XMPFormat format);

@@ -33,8 +33,8 @@ struct DocumentFonts {
   bool IsComplete() const;  // all fonts are active, or would be
 };
 
-// Malformed UTF-8 becomes replacement characters in ToJson. FromJson accepts what ToJson returns, and throws for anything
-// else.
+// Malformed UTF-8 becomes replacement characters in ToJson. FromJson accepts what ToJson returns, and throws for
+// anything else.
 nlohmann::ordered_json ToJson(const DocumentFonts& fonts);
 DocumentFonts FromJson(const nlohmann::ordered_json& object);
 // One line with its end, for people.

@@ -265,7 +265,8 @@ DocumentFonts FontHolder::Predict(const docfonts::Report& report) {
 }
 
 // A font that is active for another client of the agent counts as active, and the plug-in's logic leaves it alone. It
-// would be given back with that client, so hold it for this document, too. Returns false if one was given back meanwhile.
+// would be given back with that client, so hold it for this document, too. Returns false if one was given back
+// meanwhile.
 bool FontHolder::HoldFontsOfOthers(const std::string& identifier, const std::vector<Wanted>& wanted,
                                    const FontSnapshot& system) {
   FontManagerInterface& manager = *FontManagerInterface::sm_pFontManager;
@@ -355,8 +356,8 @@ std::string FontHolder::Keep(const std::string& recordFile) {
                                           : "the font manager can't keep the fonts (code " + std::to_string(code) + ")";
 }
 
-// The plug-in's logic would ask its user to start an agent that has ended, and do nothing until then. What it holds comes
-// back with the connection to the new agent. A new agent also removes the links that a killed one has left.
+// The plug-in's logic would ask its user to start an agent that has ended, and do nothing until then. What it holds
+// comes back with the connection to the new agent. A new agent also removes the links that a killed one has left.
 std::string FontHolder::BringAgentBack() {
   if (agent_client::AnnouncedAgentProcess() == 0) {
     std::string problem;

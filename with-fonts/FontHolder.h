@@ -28,7 +28,8 @@ class FontHolder {
  public:
   explicit FontHolder(FontSource source) : source_(std::move(source)) {}
 
-  // Finds or starts the agent. platform::GetPlaces() must be those of its state folder. Returns an empty text, or one line that says what is wrong.
+  // Finds or starts the agent. platform::GetPlaces() must be those of its state folder. Returns an empty text, or one
+  // line that says what is wrong.
   std::string Connect();
   // Opens a document whose fonts are read already, and waits until programs that start now see those that were
   // activated. A document that is open is not opened again.

@@ -26,8 +26,8 @@ class FontKeeper {
   FontKeeper(const FontKeeper&) = delete;
   FontKeeper& operator=(const FontKeeper&) = delete;
 
-  // Finds or starts the agent. The process removes `privateFonts` at its end if they are created. Returns an empty text,
-  // or one line that says why no font can be activated. Once, while the program has no other threads.
+  // Finds or starts the agent. The process removes `privateFonts` at its end if they are created. Returns an empty
+  // text, or one line that says why no font can be activated. Once, while the program has no other threads.
   std::string Start(const FontSource& source, PrivateFonts& privateFonts);
   // Gives all fonts back, unless they are kept or the process holds them for others. Waits until that is done.
   void End();
@@ -44,8 +44,8 @@ class FontKeeper {
   bool Close(const std::string& path);
   // Says what Open would do. Activates nothing.
   DocumentFonts Predict(const docfonts::Report& report);
-  // Writes the identification of the document's active fonts into the file (FontHolder.h). Returns an empty text, or one
-  // line.
+  // Writes the identification of the document's active fonts into the file (FontHolder.h). Returns an empty text, or
+  // one line.
   std::string Identify(const std::string& path, const docfonts::Report& report);
   // Lets the fonts stay active when the process ends, and adds them to the record (KeptFonts.h). Returns an empty text,
   // or one line.

@@ -7,8 +7,8 @@
 
 namespace with_fonts {
 
-// Returns the widths of the letters of a face, all 0 if the file can't be read or has no table of widths: outlines, which
-// can be broken in many ways, are not read. `faceIndex` counts from 0.
+// Returns the widths of the letters of a face, all 0 if the file can't be read or has no table of widths: outlines,
+// which can be broken in many ways, are not read. `faceIndex` counts from 0.
 FontLook::LetterWidths MeasureLetters(const std::string& file, int faceIndex);
 
 // Returns how far the widths are from each other on average, in thousandths of the em. Negative if that can't be said:

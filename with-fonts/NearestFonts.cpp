@@ -24,8 +24,8 @@ constexpr size_t kMost = 3;
 constexpr size_t kMostDescribed = 1000;
 constexpr size_t kShortestWord = 4;  // letters; shorter ones are in too many names
 
-// Separates the words of a PostScript name, "NimbusSans-BoldItalic", and leaves out what some foundries add to each name
-// ("TimesNewRomanPS-BoldMT").
+// Separates the words of a PostScript name, "NimbusSans-BoldItalic", and leaves out what some foundries add to each
+// name ("TimesNewRomanPS-BoldMT").
 std::string WithBlanks(const std::string& name) {
   std::string text;
   const auto endWord = [&text] {

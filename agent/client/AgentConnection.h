@@ -84,8 +84,8 @@ class AgentConnection {
   bool HasEnded() const;
   bool HasFallenSilent() const;  // lost because the agent was silent
   void Close();                  // the connection is lost afterwards
-  // For a connection that has ended: waits until everything that the agent had sent is delivered, for a second at most. Returns
-  // at once on the reader thread.
+  // For a connection that has ended: waits until everything that the agent had sent is delivered, for a second at most.
+  // Returns at once on the reader thread.
   void AwaitDelivery() const;
 
  private:

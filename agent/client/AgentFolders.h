@@ -1,8 +1,8 @@
 // Where an agent and the programs that look for it put what lasts only for a session: the socket, and the links that
 // make fonts active.
 //
-// Usually that is the state folder itself. If STATE/run cannot be written, for example on a read-only disk, a substitute
-// is made, XDG_RUNTIME_DIR/velorant/CHECKSUM or /tmp/velorant-UID/CHECKSUM, and used instead for
+// Usually that is the state folder itself. If STATE/run cannot be written, for example on a read-only disk, a
+// substitute is made, XDG_RUNTIME_DIR/velorant/CHECKSUM or /tmp/velorant-UID/CHECKSUM, and used instead for
 //   run/         socket, lock and list of running applications
 //   active/      links of active fonts, except with "desktop"
 //   fonts.conf   STATE/fonts.conf with these links in place of those in STATE/active

@@ -1,5 +1,6 @@
 // Calls that activate and deactivate fonts.
 #include <map>
+#include <set>
 
 #include "agent/server/Calls.h"
 
@@ -10,14 +11,16 @@ namespace {
 calls::Activated Activate(FontLibrary& library, ClientID client, const Numbers& fontIDs, AgentActivationState state) {
   library.FreshenSystemFonts(true);
   // After a restart of the agent a client requests what it holds, and may not know that a font has a new version.
-  std::map<uint32_t, uint32_t> given;
+  std::map<uint32_t, std::set<uint32_t>> given;
   Numbers current;
-  for (const uint32_t id : fontIDs) given.emplace(current.emplace_back(library.Active().CurrentID(id)), id);
-  ActivationOutcome outcome = library.Active().Activate(client, current, state);
-  for (auto* ids : {&outcome.activated, &outcome.failed, &outcome.refused}) {
-    for (uint32_t& id : *ids) id = given.at(id);
-  }
-  return {std::move(outcome.activated), std::move(outcome.failed), std::move(outcome.refused)};
+  for (const uint32_t id : fontIDs) given[current.emplace_back(library.Active().CurrentID(id))].insert(id);
+  const ActivationOutcome outcome = library.Active().Activate(client, current, state);
+  const auto asGiven = [&given](const Numbers& ids) {
+    Numbers all;
+    for (const uint32_t id : ids) all.insert(all.end(), given.at(id).begin(), given.at(id).end());
+    return all;
+  };
+  return {asGiven(outcome.activated), asGiven(outcome.failed), asGiven(outcome.refused)};
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 // Starts the agent again after it has ended by itself.
 //
-// The library's user starts a missing agent only for calls that change something, and does nothing more once it has seen
-// that none runs. Without this, a document that is opened just after the agent has crashed would open without its fonts.
+// The library's user starts a missing agent only for calls that change something, and does nothing more once it has
+// seen that none runs. Without this, a document that is opened just after the agent has crashed would open without its
+// fonts.
 #pragma once
 
 #include <memory>

@@ -18,8 +18,8 @@ namespace {
 
 // The host's own event to the page: "running" or "gone".
 constexpr const char* kAgentState = "com.velorant.AgentState";
-// The plug-in switches itself off for good if it finds no agent. It looks every six seconds, so the host is nearly always
-// the first to notice.
+// The plug-in switches itself off for good if it finds no agent. It looks every six seconds, so the host is nearly
+// always the first to notice.
 constexpr double kSecondsBetweenLooks = 0.01;
 constexpr double kSecondsAfterFailure = 5;
 

@@ -1,4 +1,5 @@
-// The page's requests to the host itself, for what the plug-in's messages have no words for. They are events of their own:
+// The page's requests to the host itself, for what the plug-in's messages have no words for. They are events of their
+// own:
 //   page to host   {"request": 7, "call": "deactivateFamily", "fontID": 12}    "request" is any number of the page's
 //   host to page   {"request": 7, ...}  or  {"request": 7, "problem": "failed"}
 // docs/PANEL.md lists the calls. To add one: a row in HostRequests.cpp, what it needs in FontSource, and a row there.
@@ -42,7 +43,8 @@ class FontSource {
     std::vector<uint32_t> inactive;  // by this call
     std::vector<Kept> kept;
   };
-  // Deactivates the active fonts of this font's family, except those that documents use. Also nothing for an unknown font.
+  // Deactivates the active fonts of this font's family, except those that documents use. Also nothing for an unknown
+  // font.
   virtual std::optional<Deactivation> DeactivateFamily(uint32_t fontID) = 0;
 };
 

@@ -104,6 +104,8 @@ TEST_F(AgentLife, AFontThatWasUpdatedWhileAClientHeldItOutlivesTheNextKillsToo) 
   const uint32_t updated = FontNamed("LiberationSerif-Bold");
   EXPECT_EQ(vpi_.DeactivateFonts(Handle(), 1, &serif, 0), 0u);
   EXPECT_FALSE(IsActive(updated));
+  const Json reply = RawClient(state_ / "run").Ask("ActivateFonts", {{"fontIDs", {updated, serif}}, {"kind", 1}});
+  EXPECT_THAT(reply["result"]["activated"], SizeIs(2)) << "each ID that was given is answered";
 }
 
 // Another program may start the agent again. A plug-in with open documents may make no call meanwhile.

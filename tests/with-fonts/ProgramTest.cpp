@@ -1,5 +1,5 @@
-// The program as a user starts it, with the real agent, which it starts by itself. The programs that it runs are scripts
-// that ask fontconfig in a process of its own what is there.
+// The program as a user starts it, with the real agent, which it starts by itself. The programs that it runs are
+// scripts that ask fontconfig in a process of its own what is there.
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
-// What a document says about how a font looks, besides its name and style. It finds fonts that can stand for one that is
-// missing.
+// What a document says about how a font looks, besides its name and style. It finds fonts that can stand for one that
+// is missing.
 #pragma once
 
 #include <array>
@@ -28,8 +28,8 @@ struct FontLook {
 };
 
 // Of documents that name a generic family ("roman", "swiss", "modern", "script", "decorative"), a pitch ("fixed",
-// "variable") and a PANOSE, as twenty hexadecimal digits or ten decimal numbers with blanks. Unknown words and malformed
-// numbers say nothing. What the PANOSE says comes before the other two.
+// "variable") and a PANOSE, as twenty hexadecimal digits or ten decimal numbers with blanks. Unknown words and
+// malformed numbers say nothing. What the PANOSE says comes before the other two.
 FontLook LookOf(std::string_view genericFamily, std::string_view pitch, std::string_view panose);
 // The same by the number of the generic family, from 1 for "roman" to 5.
 std::string_view GenericFamilyOf(size_t number);

@@ -1,5 +1,6 @@
-// Reads XML as a sequence of elements and text, with libxml2, in constant memory; only comments in a row add up. Entities of other files are never
-// loaded, entities that grow the text and elements nested too deep end the document. Not thread-safe.
+// Reads XML as a sequence of elements and text, with libxml2, in constant memory; only comments in a row add up.
+// Entities of other files are never loaded, entities that grow the text and elements nested too deep end the document.
+// Not thread-safe.
 #pragma once
 
 #include <memory>
